@@ -1,0 +1,48 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim::gfx {
+
+// Maps (x, y) to (a x + c y + tx, b x + d y + ty).
+struct KALIM_API AffineTransform {
+    double a = 1;
+    double b = 0;
+    double c = 0;
+    double d = 1;
+    double tx = 0;
+    double ty = 0;
+
+    bool operator==(const AffineTransform&) const = default;
+
+    static AffineTransform translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
+    static AffineTransform translation(Point by) { return translation(by.x, by.y); }
+    static AffineTransform scaling(double x, double y) { return {x, 0, 0, y, 0, 0}; }
+    // Radians; positive angles turn the x axis towards the y axis.
+    static AffineTransform rotation(double angle);
+    static AffineTransform rotation(double angle, Point about);
+
+    // This transform with another step in front: points are translated (scaled, rotated) first and
+    // then mapped by this one, in the way a drawing context accumulates its transform.
+    AffineTransform translated(double x, double y) const;
+    AffineTransform scaled(double x, double y) const;
+    AffineTransform rotated(double angle) const;
+
+    // Applies this transform first and `next` after it.
+    AffineTransform concat(const AffineTransform& next) const;
+
+    double determinant() const { return a * d - b * c; }
+    bool isInvertible() const;
+    // The transform itself when it cannot be inverted.
+    AffineTransform inverted() const;
+    bool isIdentity() const { return *this == AffineTransform{}; }
+    // True when axis-parallel rectangles stay axis-parallel and keep their orientation.
+    bool isScaleAndTranslation() const { return b == 0 && c == 0 && a > 0 && d > 0; }
+
+    Point apply(Point p) const { return {a * p.x + c * p.y + tx, b * p.x + d * p.y + ty}; }
+    // The bounding box of the mapped rectangle.
+    Rect apply(const Rect& rect) const;
+};
+
+}  // namespace kalim::gfx

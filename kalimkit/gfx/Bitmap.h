@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+
+namespace kalim::gfx {
+
+// Pixels in memory: 8 bits per component, byte order blue, green, red, alpha, premultiplied, row 0
+// at the top, rows packed without padding. The colours are sRGB.
+class KALIM_API Bitmap {
+public:
+    Bitmap() = default;
+    // All bytes zero: transparent black. A side of zero or below gives an empty bitmap.
+    Bitmap(int width, int height);
+
+    int width() const { return _size.width; }
+    int height() const { return _size.height; }
+    PixelSize size() const { return _size; }
+    bool isEmpty() const { return _size.isEmpty(); }
+    // Bytes from one row to the next.
+    std::size_t stride() const { return static_cast<std::size_t>(_size.width) * 4; }
+    std::size_t byteCount() const { return _bytes.size(); }
+
+    std::uint8_t* row(int y) { return _bytes.data() + stride() * static_cast<std::size_t>(y); }
+    const std::uint8_t* row(int y) const {
+        return _bytes.data() + stride() * static_cast<std::size_t>(y);
+    }
+    std::uint8_t* data() { return _bytes.data(); }
+    const std::uint8_t* data() const { return _bytes.data(); }
+
+    // One pixel with straight components. The position must lie inside.
+    Color colorAt(int x, int y) const;
+    void setColorAt(int x, int y, const Color& color);
+
+    bool operator==(const Bitmap&) const = default;
+
+private:
+    PixelSize _size;
+    std::vector<std::uint8_t> _bytes;
+};
+
+using BitmapRef = std::shared_ptr<const Bitmap>;
+
+}  // namespace kalim::gfx

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::gfx {
+
+enum class LineCap { Butt, Round, Square };
+enum class LineJoin { Miter, Round, Bevel };
+// Normal paints over, SourceIn keeps the new paint only where there was some, Copy replaces, Clear
+// erases to transparent (to black on an opaque surface).
+enum class BlendMode { Normal, SourceIn, Copy, Clear };
+// How images are resampled: None takes the nearest pixel, High also averages when shrinking.
+enum class Interpolation { None, Low, High };
+enum class TextMode { Fill, Stroke };
+
+// Drawn under everything painted while it is set. Offset (y downwards) and blur are in points of
+// the surface and do not follow the current transform. The blur is a Gaussian with a standard
+// deviation of half the value.
+struct Shadow {
+    Point offset;
+    double blur = 0;
+    Color color;
+
+    bool operator==(const Shadow&) const = default;
+};
+
+// An image repeated over the plane. `transform` maps the image's own points (not pixels) to the
+// user space in force when it was set.
+struct Pattern {
+    ImageRef image;
+    AffineTransform transform;
+    Interpolation interpolation = Interpolation::Low;
+};
+
+// Everything that Context::save keeps and Context::restore brings back, except the clip, which the
+// backend keeps.
+struct GraphicsState {
+    // User space to the surface's points.
+    AffineTransform transform;
+    double lineWidth = 1;
+    LineCap lineCap = LineCap::Butt;
+    LineJoin lineJoin = LineJoin::Miter;
+    Color strokeColor;
+    Color fillColor;
+    // Used instead of the fill colour while set; already carried into the surface's points.
+    std::optional<Pattern> fillPattern;
+    std::optional<Shadow> shadow;
+    double alpha = 1;
+    BlendMode blendMode = BlendMode::Normal;
+    Interpolation interpolation = Interpolation::Low;
+    TextMode textMode = TextMode::Fill;
+    bool antialias = true;
+};
+
+}  // namespace kalim::gfx

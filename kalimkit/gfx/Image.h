@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/gfx/Bitmap.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+
+namespace kalim::gfx {
+
+// How the raster has to be turned to be seen upright. The numbers are part of the interface. Left
+// means that the raster is to be turned a quarter to the left (counter-clockwise), Right to the
+// right; the mirrored forms are flipped horizontally afterwards.
+enum class ImageOrientation : int {
+    Up = 0,
+    Down = 1,
+    Left = 2,
+    Right = 3,
+    UpMirrored = 4,
+    DownMirrored = 5,
+    LeftMirrored = 6,
+    RightMirrored = 7,
+};
+
+// True for the orientations in which width and height change places: 2, 3, 6 and 7.
+constexpr bool exchangesSides(ImageOrientation orientation) {
+    return orientation == ImageOrientation::Left || orientation == ImageOrientation::Right ||
+           orientation == ImageOrientation::LeftMirrored ||
+           orientation == ImageOrientation::RightMirrored;
+}
+
+// Pixels that a device keeps where it likes. Immutable and shared.
+class KALIM_API Raster {
+public:
+    virtual ~Raster() = default;
+    virtual PixelSize size() const = 0;
+    // The pixels for reading; a copy only where the device keeps them out of reach.
+    virtual BitmapRef pixels() const = 0;
+};
+
+// A shared immutable handle to a raster with a scale (pixels per point) and an orientation. Images
+// that differ only in these two share one raster.
+class KALIM_API Image {
+public:
+    Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation);
+
+    const std::shared_ptr<const Raster>& raster() const { return _raster; }
+    // The raster's own extent, before it is turned.
+    PixelSize pixelSize() const { return _raster->size(); }
+    double scale() const { return _scale; }
+    ImageOrientation orientation() const { return _orientation; }
+    // Points as seen: pixels divided by the scale, sides exchanged for a quarter turn.
+    Size size() const;
+    BitmapRef pixels() const { return _raster->pixels(); }
+
+private:
+    std::shared_ptr<const Raster> _raster;
+    double _scale;
+    ImageOrientation _orientation;
+};
+
+using ImageRef = std::shared_ptr<const Image>;
+
+}  // namespace kalim::gfx

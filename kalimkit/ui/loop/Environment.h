@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "kalimkit/gfx/Device.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+#include "kalimkit/ui/loop/Alert.h"
+#include "kalimkit/ui/loop/RunLoop.h"
+
+namespace kalim::ui {
+
+// Facts of the main screen.
+struct Screen {
+    // Device pixels per point.
+    double scale = 1;
+    // The whole screen in device pixels, portrait, whatever the application covers of it.
+    gfx::PixelSize nativeSize;
+    bool isPhone = false;
+};
+
+// What a host plugs in once, before the first view. One is current at a time; tests install their
+// own. Everything optional has a harmless default, so that a small host implements little.
+class KALIM_API Environment {
+public:
+    virtual ~Environment() = default;
+
+    // The one in force. Asking while none is installed is a programming error that is raised as
+    // "EnvironmentException"; where the handler returns, a built-in environment without a screen or
+    // a device's pixels would be of no use, so the process ends.
+    static Environment& current();
+    static bool hasCurrent();
+    // Installs one, or none with null; returns the one it replaces.
+    static std::shared_ptr<Environment> install(std::shared_ptr<Environment> environment);
+
+    virtual gfx::Device& device() = 0;
+    virtual Screen screen() const = 0;
+    virtual RunLoop& runLoop() = 0;
+    // Seconds since 1970 by the wall clock.
+    virtual double wallClock() const = 0;
+
+    // The largest area, in device pixels, that drawn content may grow to; nothing for no limit.
+    virtual std::optional<gfx::Size> areaBudget() const { return std::nullopt; }
+    // The host's text for a key; the key itself where the host has none.
+    virtual std::string localizedString(const std::string& key) const { return key; }
+    // Shows a modal alert. The default tells the alert at once that its first button was tapped.
+    virtual void presentAlert(const Alert& alert);
+};
+
+}  // namespace kalim::ui

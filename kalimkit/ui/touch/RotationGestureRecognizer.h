@@ -1,0 +1,36 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/touch/GestureRecognizer.h"
+
+namespace kalim::ui {
+
+// Two fingers turning about each other. It begins once the line between them has turned by more
+// than the slop, and measures from where it began.
+class KALIM_API RotationGestureRecognizer : public GestureRecognizer {
+public:
+    // Radians that the fingers must turn before the gesture begins.
+    static constexpr double slop = 0.05;
+
+    // Radians since the gesture began, positive from the x axis towards the y axis (clockwise as
+    // seen); counts on past a half turn.
+    double rotation() const { return _rotation; }
+
+    // Feeds the gesture directly, for hosts that get whole gestures from their platform and for
+    // scenarios: sets the rotation, enters the state and tells the handler.
+    void drive(GestureState state, double rotation);
+
+protected:
+    void touchesBegan(const TouchEvent& event, const std::vector<TouchRef>& active) override;
+    void touchesMoved(const TouchEvent& event, const std::vector<TouchRef>& active) override;
+    void touchesEnded(const TouchEvent& event, const std::vector<TouchRef>& active) override;
+    void touchesCancelled(const TouchEvent& event, const std::vector<TouchRef>& active) override;
+    void reset() override;
+
+private:
+    double _rotation = 0;
+    double _lastAngle = 0;
+    bool _tracking = false;
+};
+
+}  // namespace kalim::ui

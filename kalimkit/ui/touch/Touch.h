@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Point.h"
+#include "kalimkit/ui/loop/RunLoop.h"
+
+namespace kalim::ui {
+
+class View;
+
+enum class TouchPhase { Began, Moved, Stationary, Ended, Cancelled };
+
+// One finger, from the moment it lands until it leaves. The same object stands for it throughout;
+// the window updates it before each delivery.
+class KALIM_API Touch {
+public:
+    Touch(std::int64_t id, gfx::Point windowLocation, Time time);
+
+    std::int64_t id() const { return _id; }
+    TouchPhase phase() const { return _phase; }
+    Time timestamp() const { return _time; }
+    // The view that was hit when the finger landed; it gets the whole sequence. Null once gone.
+    std::shared_ptr<View> view() const { return _view.lock(); }
+    // In the view's own coordinates; in window coordinates for null. The previous location is that
+    // of the delivery before.
+    gfx::Point locationIn(const View* view) const;
+    gfx::Point previousLocationIn(const View* view) const;
+
+private:
+    friend class Window;
+
+    std::int64_t _id;
+    TouchPhase _phase = TouchPhase::Began;
+    gfx::Point _location;
+    gfx::Point _previous;
+    Time _time;
+    std::weak_ptr<View> _view;
+};
+
+using TouchRef = std::shared_ptr<Touch>;
+
+// What a responder gets: the touches that a message is about, and all that are on the same view,
+// those that end with this very event included.
+struct TouchEvent {
+    std::vector<TouchRef> touches;
+    std::vector<TouchRef> allTouches;
+    Time time = 0;
+};
+
+}  // namespace kalim::ui

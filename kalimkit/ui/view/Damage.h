@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim::ui {
+
+// A short list of rectangles to draw again. Rectangles that overlap, or whose union wastes little,
+// are merged, so that nothing is drawn twice and the list stays short.
+class KALIM_API Damage {
+public:
+    static constexpr std::size_t capacity = 8;
+
+    // Empty rectangles and those that are not finite are ignored.
+    void add(const gfx::Rect& rect);
+    void clear() { _rects.clear(); }
+    bool isEmpty() const { return _rects.empty(); }
+    // Disjoint.
+    const std::vector<gfx::Rect>& rects() const { return _rects; }
+
+private:
+    std::vector<gfx::Rect> _rects;
+};
+
+}  // namespace kalim::ui

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/touch/Touch.h"
+
+namespace kalim::ui {
+
+// Takes touches. What it does not use goes to the next responder: the superview, and after the
+// topmost view its window.
+class KALIM_API Responder {
+public:
+    virtual ~Responder() = default;
+
+    // Null at the end of the chain.
+    virtual Responder* nextResponder() const { return nullptr; }
+
+    // The defaults pass the event on.
+    virtual void touchesBegan(const TouchEvent& event);
+    virtual void touchesMoved(const TouchEvent& event);
+    virtual void touchesEnded(const TouchEvent& event);
+    virtual void touchesCancelled(const TouchEvent& event);
+};
+
+}  // namespace kalim::ui
