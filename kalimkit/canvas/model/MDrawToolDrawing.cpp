@@ -1,0 +1,73 @@
+#include "kalimkit/canvas/model/MDrawTool.h"
+#include "kalimkit/canvas/model/QVGeometry.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr gfx::Color handleColor{36 / 255.0, 169 / 255.0, 233 / 255.0, 1};
+constexpr gfx::Color white{1, 1, 1, 1};
+constexpr gfx::Color clear{0, 0, 0, 0};
+constexpr double selectionLineWidth = 2.0;
+
+}  // namespace
+
+void MDrawTool::draw(gfx::Context& context) {
+    if (!isDrawVaild()) return;
+    gfx::GraphicsStateGuard guard(context);
+    const gfx::ColorRef paint = color();
+    context.setAntialias(true);
+    context.setLineJoin(gfx::LineJoin::Round);
+    context.setLineCap(gfx::LineCap::Round);
+    context.setStrokeColor(paint ? *paint : clear);
+    context.setFillColor(paint ? *paint : clear);
+    context.setLineWidth(lineWidth());
+    if (isSupportGestureRotate() && isRotateByRotateCtx()) {
+        drawRotateCenterPoint(context, QVMidPoint(_startPoint, _endPoint));
+    }
+    drawContent(context);
+    if (_selected) drawSelectedState(context);
+}
+
+void MDrawTool::drawSelectedState(gfx::Context& context) {
+    {
+        gfx::GraphicsStateGuard guard(context);
+        context.setLineWidth(selectionLineWidth);
+        context.setStrokeColor(*_handleFillColor);
+        drawSlectedStateContent(context);
+    }
+    gfx::GraphicsStateGuard guard(context);
+    context.setFillColor(*_handleFillColor);
+    context.setStrokeColor(white);
+    if (!_isMutableTool) drawContentHandle(context);
+}
+
+void MDrawTool::drawHandleAtPoint(gfx::Context& context, gfx::Point handle) const {
+    const int half = _handleSize / 2;
+    const double side = _handleSize;
+    const gfx::Rect box(handle.x - half, handle.y - half, side, side);
+    context.setFillColor(handleColor);
+    context.setLineWidth(_handleLineWidthSize);
+    context.fillEllipse(box);
+    context.strokeEllipse(box);
+}
+
+void MDrawTool::drawRotateCenterPoint(gfx::Context& context, gfx::Point center) {
+    _transform = gfx::AffineTransform::rotation(_rotateAngle, center);
+    _mInvertTransform = _transform.inverted();
+    context.concat(_transform);
+}
+
+void MDrawTool::refreshTransform() {
+    if (!isSupportGestureRotate() || !isRotateByRotateCtx()) return;
+    _transform = gfx::AffineTransform::rotation(_rotateAngle, QVMidPoint(_startPoint, _endPoint));
+    _mInvertTransform = _transform.inverted();
+}
+
+void MDrawTool::drawMeasurement(gfx::Context& context) {
+    if (!_showMeasurement || !_finalized || _selected || measureText().empty()) return;
+    if (!_measurement) _measurement = makeMeasurement();
+    if (_measurement) _measurement->drawContent(context);
+}
+
+}  // namespace kalim

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "kalimkit/gfx/Context.h"
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// What a tool asks to draw its measurement. Shapes supply one, so that the tool base knows no
+// shape.
+class KALIM_API MeasurementLabel {
+public:
+    virtual ~MeasurementLabel() = default;
+    // In canvas coordinates.
+    virtual void drawContent(gfx::Context& context) = 0;
+};
+
+}  // namespace kalim

@@ -1,0 +1,114 @@
+#include "kalimkit/shapes/MDrawArrow.h"
+
+#include <cmath>
+
+#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/shapes/outline/ArrowOutline.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr gfx::Shadow arrowShadow{{1.0, 1.0}, 2.0, {0, 0, 0, 0.35}};
+
+}  // namespace
+
+std::shared_ptr<MDrawArrow> MDrawArrow::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawArrow>(start);
+}
+
+const ToolClass& MDrawArrow::Class() {
+    static const ToolClass toolClass{"MDrawArrow", &MDrawLine::Class(),
+                                     &MDrawTool::makeToolAt<MDrawArrow>};
+    return toolClass;
+}
+
+double MDrawArrow::getTailWidth() const {
+    struct Tail {
+        double lineWidth;
+        double tailWidth;
+    };
+    constexpr Tail tails[] = {{2, 2}, {7, 3}, {12, 4}, {18, 4.5}, {28, 5}};
+    for (const Tail& tail : tails) {
+        if (tail.lineWidth == lineWidth()) return tail.tailWidth;
+    }
+    return 0;
+}
+
+double MDrawArrow::getArrowBottomHalfWidth() const {
+    return lineWidth() + 5;
+}
+
+bool MDrawArrow::isDrawVaild() const {
+    if (_startPoint == _endPoint) return false;
+    return length() >= 2 * getArrowBottomHalfWidth() + 10;
+}
+
+void MDrawArrow::limitValidFeatrue() {
+    MDrawLine::limitValidFeatrue();
+    if (isNewBuild() && _startPoint == _endPoint) return;
+    // Deliberately larger than what isDrawVaild() asks for.
+    const double minimum = 2 * getArrowBottomHalfWidth() + 30;
+    const double current = length();
+    if (!(current > 0) || minimum <= current) return;
+    const gfx::Point stretched = (_endPoint - _startPoint) * (minimum / current);
+    if (_moveDirection == MoveDirection::End) {
+        _endPoint = _startPoint + stretched;
+    } else if (_moveDirection == MoveDirection::Start) {
+        _startPoint = _endPoint - stretched;
+    }
+}
+
+bool MDrawArrow::hitTest(gfx::Point p) {
+    return _hitRect.contains(_transform.inverted().apply(invertPoint(p)));
+}
+
+void MDrawArrow::rotateChangedWithAngle(double angle) {
+    MDrawLine::rotateChangedWithAngle(angle);
+    const gfx::Point middle = QVMidPoint(_startPoint, _endPoint);
+    const auto turn = gfx::AffineTransform::rotation(angle - preRotateAngle, middle);
+    _startPoint = turn.apply(_startPoint);
+    _endPoint = turn.apply(_endPoint);
+    preRotateAngle = angle;
+}
+
+void MDrawArrow::rotateEndedWithAngle(double angle) {
+    MDrawLine::rotateEndedWithAngle(angle);
+    preRotateAngle = 0;
+}
+
+gfx::AffineTransform MDrawArrow::localFrame() const {
+    const float angle = std::atan2(static_cast<float>(_startPoint.y - _endPoint.y),
+                                   static_cast<float>(_startPoint.x - _endPoint.x));
+    return gfx::AffineTransform::translation(_endPoint).rotated(static_cast<double>(angle));
+}
+
+gfx::Path MDrawArrow::outline() const {
+    return arrowOutline(length(), getArrowBottomHalfWidth(), getTailWidth());
+}
+
+void MDrawArrow::drawContent(gfx::Context& context) {
+    if (_startPoint == _endPoint) return;
+    if (selected()) context.setLineWidth(1.0);
+    gfx::GraphicsStateGuard guard(context);
+    context.beginPath();
+    _transform = localFrame();
+    context.concat(_transform);
+    const double halfWidth = getArrowBottomHalfWidth();
+    _hitRect = {-1, -2 - halfWidth, length() + 2, 2 * halfWidth + 4};
+    context.setShadow(arrowShadow);
+    context.addPath(outline());
+    context.fill();
+}
+
+void MDrawArrow::drawSlectedStateContent(gfx::Context& context) {
+    context.setLineWidth(2.0);
+    if (_startPoint == _endPoint) return;
+    gfx::GraphicsStateGuard guard(context);
+    context.concat(localFrame());
+    context.beginPath();
+    context.addPath(outline());
+    context.stroke();
+}
+
+}  // namespace kalim

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shapes/MDrawLine.h"
+
+namespace kalim {
+
+// A filled, tapered arrow with a shadow. Its tip is the end point. Rotation turns its points, not
+// the drawing context, and it never shows a measurement.
+class KALIM_API MDrawArrow : public MDrawLine {
+public:
+    static std::shared_ptr<MDrawArrow> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    bool isDrawVaild() const override;
+    // Also stretches an arrow whose end was dragged too close, away from the end that stays.
+    void limitValidFeatrue() override;
+    gfx::Rect frameIncludeLineWidth() const override { return frame(); }
+    // Empty until the arrow has been drawn once.
+    bool hitTest(gfx::Point p) override;
+    void rotateChangedWithAngle(double angle) override;
+    void rotateEndedWithAngle(double angle) override;
+
+    void drawContent(gfx::Context& context) override;
+    void drawSlectedStateContent(gfx::Context& context) override;
+
+    bool isRotateByRotateCtx() const override { return false; }
+    std::string measureText() const override { return {}; }
+
+    // Tail thickness by line width; 0, a pointed tail, for a width that is none of the five pens'.
+    double getTailWidth() const;
+    // Half the width of the head's base, canvas points.
+    double getArrowBottomHalfWidth() const;
+
+protected:
+    MDrawArrow() = default;
+
+private:
+    gfx::AffineTransform localFrame() const;
+    gfx::Path outline() const;
+
+    // The arrow's local frame (tip at the origin, positive x towards the start point) to the
+    // tool's, and the hit area in that frame, both as last drawn.
+    gfx::AffineTransform _transform;
+    gfx::Rect _hitRect;
+    double preRotateAngle = 0;
+};
+
+}  // namespace kalim

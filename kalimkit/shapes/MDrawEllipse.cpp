@@ -1,0 +1,57 @@
+#include "kalimkit/shapes/MDrawEllipse.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "kalimkit/shapes/MeasureText.h"
+
+namespace kalim {
+
+std::shared_ptr<MDrawEllipse> MDrawEllipse::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawEllipse>(start);
+}
+
+const ToolClass& MDrawEllipse::Class() {
+    static const ToolClass toolClass{"MDrawEllipse", &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawEllipse>};
+    return toolClass;
+}
+
+void MDrawEllipse::drawMove(gfx::Point p) {
+    const gfx::Point own = invertPoint(p);
+    if (std::abs(_startPoint.x - own.x) > 2 && std::abs(_startPoint.y - own.y) > 2) _endPoint = own;
+}
+
+bool MDrawEllipse::hitTest(gfx::Point p) {
+    const gfx::Point own = invertPoint(p);
+    const gfx::Rect box = frame();
+    if (box.size.height <= 12 || box.size.width <= 12) return box.inset(-2, -2).contains(own);
+    if (!box.inset(-6, -6).contains(own)) return false;
+    return drawType() != 0 ||
+           !box.inset(box.size.width * 0.25, box.size.height * 0.25).contains(own);
+}
+
+void MDrawEllipse::drawContent(gfx::Context& context) {
+    gfx::GraphicsStateGuard guard(context);
+    context.beginPath();
+    context.addEllipse(frame());
+    paintByDrawType(context);
+}
+
+void MDrawEllipse::drawSlectedStateContent(gfx::Context& context) {
+    gfx::GraphicsStateGuard guard(context);
+    context.strokeEllipse(frame());
+}
+
+std::string MDrawEllipse::measureText() const {
+    // The vertical extent is ignored on purpose.
+    const double radius = (_startPoint.x - _endPoint.x) * 0.5;
+    const double area = unitConvertIsSquare(radius * radius * std::numbers::pi, true);
+    const double perimeter = unitConvertIsSquare(std::abs(radius) * 2 * std::numbers::pi, false);
+    return measureLabel("Radius") + ": " +
+           measureValue(unitConvertIsSquare(std::abs(radius), false)) + " " + unit() + "\n" +
+           measureLabel("Area") + ": " + measureValue(area) + " sq" + unit() + "\n" +
+           measureLabel("Perimeter") + ": " + measureValue(perimeter) + " " + unit();
+}
+
+}  // namespace kalim

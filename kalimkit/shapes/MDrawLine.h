@@ -1,0 +1,53 @@
+#pragma once
+
+#include "kalimkit/canvas/model/MDrawTool.h"
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// A straight stroked segment, and the base of every shape of two points.
+class KALIM_API MDrawLine : public MDrawTool {
+public:
+    static std::shared_ptr<MDrawLine> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    void drawDown(gfx::Point p) override;
+    void drawMove(gfx::Point p) override;
+    // Does nothing once finalized, so that a line keeps the end of its last move.
+    void drawUp(gfx::Point p) override;
+    // Longer than 5 points.
+    bool isDrawVaild() const override;
+    using MDrawTool::finalize;
+    void finalize() override;
+    // Moves the end point of a line that is too short to the right of its start; the end's y
+    // deliberately stays.
+    void limitValidFeatrue() override;
+
+    // Within half the width plus 8 points of the segment, and no more than 8 points past its ends.
+    bool hitTest(gfx::Point p) override;
+    bool hitOnHandle(gfx::Point p) override;
+    bool testHitOnHandle(gfx::Point p) override;
+    void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    void stopMoveHandle() override;
+
+    void drawContent(gfx::Context& context) override;
+    void drawContentHandle(gfx::Context& context) override;
+
+    bool isSupportGestureRotate() const override { return true; }
+    Feature getFeature() const override;
+    void setFeature(const FeatureRef& feature) override;
+    std::string measureText() const override;
+
+protected:
+    MDrawLine() = default;
+    std::unique_ptr<MeasurementLabel> makeMeasurement() override;
+
+    // Start to end, single precision.
+    double length() const;
+
+private:
+    MoveDirection handleAt(gfx::Point p);
+};
+
+}  // namespace kalim

@@ -1,0 +1,182 @@
+#include "kalimkit/shapes/MDrawRect.h"
+
+#include <cmath>
+
+#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/outline/BoxOutline.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double minimumDiagonal = 20.0;
+
+// The end coordinate of a side that is too short: just long enough, on the side it was dragged to.
+double lengthened(double start, double end, double lineWidth) {
+    return start - end > 0 ? start - (lineWidth + 4) : start + (lineWidth + 4);
+}
+
+}  // namespace
+
+std::shared_ptr<MDrawRect> MDrawRect::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawRect>(start);
+}
+
+const ToolClass& MDrawRect::Class() {
+    static const ToolClass toolClass{"MDrawRect", &MDrawLine::Class(),
+                                     &MDrawTool::makeToolAt<MDrawRect>};
+    return toolClass;
+}
+
+void MDrawRect::init() {
+    MDrawLine::init();
+    setRectArcRadius(0);
+}
+
+void MDrawRect::drawDown(gfx::Point p) {
+    invertPoint(p);
+}
+
+void MDrawRect::drawMove(gfx::Point p) {
+    _endPoint = invertPoint(p);
+}
+
+void MDrawRect::drawUp(gfx::Point p) {
+    _endPoint = invertPoint(p);
+    finalize();
+}
+
+bool MDrawRect::isDrawVaild() const {
+    return _startPoint != _endPoint && length() >= minimumDiagonal;
+}
+
+void MDrawRect::limitValidFeatrue() {
+    MDrawLine::limitValidFeatrue();
+    const gfx::Point start = _startPoint;
+    const gfx::Point end = _endPoint;
+    const double minimum = lineWidth() + 3;
+    if (std::abs(start.y - end.y) < minimum) {
+        if (isNewBuild() && !isDrawVaild()) return;
+        _endPoint.y = lengthened(start.y, end.y, lineWidth());
+    }
+    if (std::abs(start.x - end.x) < minimum) {
+        if (isNewBuild() && !isDrawVaild()) return;
+        _endPoint.x = lengthened(start.x, end.x, lineWidth());
+    }
+}
+
+bool MDrawRect::hitTest(gfx::Point p) {
+    const gfx::Point own = invertPoint(p);
+    // The margin is deliberately truncated to whole points.
+    const double margin = std::trunc(lineWidth() + 5.0);
+    const gfx::Rect box = frame();
+    if (!box.inset(-margin, -margin).contains(own)) return false;
+    const bool isSmall = box.size.height < margin + 5 || box.size.width < margin + 5;
+    return isSmall || drawType() != 0 || !box.inset(margin, margin).contains(own);
+}
+
+MoveDirection MDrawRect::handleAt(gfx::Point p) {
+    const gfx::Point own = invertPoint(p);
+    const gfx::Rect box = frame();
+    _startPoint = box.origin;
+    _endPoint = {box.maxX(), box.maxY()};
+    if (isPointOnHandle(own, _startPoint)) return MoveDirection::TopLeft;
+    if (isPointOnHandle(own, {_endPoint.x, _startPoint.y})) return MoveDirection::TopRight;
+    if (isPointOnHandle(own, _endPoint)) return MoveDirection::BottomRight;
+    if (isPointOnHandle(own, {_startPoint.x, _endPoint.y})) return MoveDirection::BottomLeft;
+    return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+}
+
+bool MDrawRect::hitOnHandle(gfx::Point p) {
+    _moveDirection = MoveDirection::None;
+    _moveDirection = handleAt(p);
+    return _moveDirection != MoveDirection::None;
+}
+
+bool MDrawRect::testHitOnHandle(gfx::Point p) {
+    return handleAt(p) != MoveDirection::None;
+}
+
+void MDrawRect::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
+    switch (_moveDirection) {
+        case MoveDirection::Body:
+            _startPoint += offset;
+            _endPoint += offset;
+            break;
+        case MoveDirection::TopLeft:
+            _startPoint += offset;
+            break;
+        case MoveDirection::Top:
+            _startPoint.y += offset.y;
+            break;
+        case MoveDirection::TopRight:
+            _startPoint.y += offset.y;
+            _endPoint.x += offset.x;
+            break;
+        case MoveDirection::Right:
+            _endPoint.x += offset.x;
+            break;
+        case MoveDirection::BottomRight:
+            _endPoint += offset;
+            break;
+        case MoveDirection::Bottom:
+            _endPoint.y += offset.y;
+            break;
+        case MoveDirection::BottomLeft:
+            _startPoint.x += offset.x;
+            _endPoint.y += offset.y;
+            break;
+        case MoveDirection::Left:
+            _startPoint.x += offset.x;
+            break;
+        case MoveDirection::Scale:
+            MDrawLine::moveByOffsetEndPoint(offset, end);
+            break;
+        default:
+            break;
+    }
+}
+
+void MDrawRect::stopMoveHandle() {
+    _moveDirection = MoveDirection::None;
+    MDrawLine::stopMoveHandle();
+}
+
+void MDrawRect::drawContent(gfx::Context& context) {
+    gfx::GraphicsStateGuard guard(context);
+    context.beginPath();
+    context.addPath(boxOutline(frame(), rectArcRadius()));
+    paintByDrawType(context);
+}
+
+void MDrawRect::paintByDrawType(gfx::Context& context) const {
+    if (drawType() == 0 || drawType() == 2) context.stroke();
+    if (drawType() == 1 || drawType() == 2) context.fill();
+}
+
+void MDrawRect::drawSlectedStateContent(gfx::Context& context) {
+    context.beginPath();
+    context.addRect(frame());
+    context.stroke();
+}
+
+void MDrawRect::drawContentHandle(gfx::Context& context) {
+    const gfx::Rect box = frame();
+    drawHandleAtPoint(context, box.origin);
+    drawHandleAtPoint(context, {box.maxX(), box.minY()});
+    drawHandleAtPoint(context, {box.maxX(), box.maxY()});
+    drawHandleAtPoint(context, {box.minX(), box.maxY()});
+}
+
+std::string MDrawRect::measureText() const {
+    const gfx::Size size = frame().size;
+    const auto text = [this](double value, bool isSquare) {
+        return measureValue(unitConvertIsSquare(value, isSquare));
+    };
+    return measureLabel("Width") + ": " + text(size.width, false) + " " + unit() + "\n" +
+           measureLabel("Height") + ": " + text(size.height, false) + " " + unit() + "\n" +
+           measureLabel("Area") + ": " + text(size.width * size.height, true) + " sq" + unit();
+}
+
+}  // namespace kalim

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shapes/MDrawLine.h"
+
+namespace kalim {
+
+// A rectangle spanned by the two points: outlined (drawType 0 and 2) or filled (1), with a handle
+// at each corner. The base of every box-shaped tool.
+class KALIM_API MDrawRect : public MDrawLine {
+public:
+    static std::shared_ptr<MDrawRect> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    void drawDown(gfx::Point p) override;
+    void drawMove(gfx::Point p) override;
+    // Finalizes whether the box is valid or not, unlike a line.
+    void drawUp(gfx::Point p) override;
+    // At least 20 points from corner to corner.
+    bool isDrawVaild() const override;
+    // Also keeps both sides at least three points longer than the line is wide.
+    void limitValidFeatrue() override;
+
+    // A band along the outline, or the whole box where it is filled or small.
+    bool hitTest(gfx::Point p) override;
+    // Both handle tests first normalise the points to the top-left and bottom-right corners.
+    bool hitOnHandle(gfx::Point p) override;
+    bool testHitOnHandle(gfx::Point p) override;
+    void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    void stopMoveHandle() override;
+
+    void drawContent(gfx::Context& context) override;
+    void drawSlectedStateContent(gfx::Context& context) override;
+    void drawContentHandle(gfx::Context& context) override;
+
+    using MDrawTool::drawType;
+    void setDrawType(std::uint64_t drawType) override { _drawType = drawType; }
+    // The corner radius, points; not clamped to the box.
+    std::int32_t rectArcRadius() const { return _rectArcRadius; }
+    void setRectArcRadius(std::int32_t radius) { _rectArcRadius = radius; }
+    // Kept here for the shapes that fill with a mask; the rectangle itself does not use it.
+    const gfx::ColorRef& maskColor() const { return _maskColor; }
+    void setMaskColor(gfx::ColorRef color) { _maskColor = std::move(color); }
+    std::string measureText() const override;
+
+protected:
+    MDrawRect() = default;
+    void init() override;
+    // Strokes and fills the current path as drawType says. After style 2's stroke the fill finds no
+    // path any more; deliberate.
+    void paintByDrawType(gfx::Context& context) const;
+
+private:
+    MoveDirection handleAt(gfx::Point p);
+
+    std::int32_t _rectArcRadius = 0;
+    gfx::ColorRef _maskColor;
+};
+
+}  // namespace kalim

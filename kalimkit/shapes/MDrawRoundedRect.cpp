@@ -1,0 +1,20 @@
+#include "kalimkit/shapes/MDrawRoundedRect.h"
+
+namespace kalim {
+
+std::shared_ptr<MDrawRoundedRect> MDrawRoundedRect::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawRoundedRect>(start);
+}
+
+const ToolClass& MDrawRoundedRect::Class() {
+    static const ToolClass toolClass{"MDrawRoundedRect", &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawRoundedRect>};
+    return toolClass;
+}
+
+void MDrawRoundedRect::init() {
+    MDrawRect::init();
+    setRectArcRadius(15);
+}
+
+}  // namespace kalim
