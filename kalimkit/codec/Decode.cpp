@@ -1,0 +1,111 @@
+#include "kalimkit/codec/Decode.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <string_view>
+
+#include "kalimkit/codec/DecodeSteps.h"
+#include "kalimkit/codec/Files.h"
+
+namespace kalim::codec {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr std::string_view jpegStart = "\xFF\xD8\xFF"sv;
+constexpr std::string_view pngStart = "\x89PNG\r\n\x1A\n"sv;
+
+struct Signature {
+    std::size_t offset;
+    std::string_view bytes;
+    std::string_view format;
+};
+
+// Pictures that people have and may try: the message names what they are.
+constexpr std::array<Signature, 17> refusedFormats{{
+    {4, "ftypheic"sv, "HEIC"},
+    {4, "ftypheix"sv, "HEIC"},
+    {4, "ftyphevc"sv, "HEIC"},
+    {4, "ftypmif1"sv, "HEIC"},
+    {4, "ftypmsf1"sv, "HEIC"},
+    {4, "ftypavif"sv, "AVIF"},
+    {4, "ftypavis"sv, "AVIF"},
+    {8, "WEBPVP8"sv, "WebP"},
+    {0, "GIF87a"sv, "GIF"},
+    {0, "GIF89a"sv, "GIF"},
+    {0, "II*\0"sv, "TIFF"},
+    {0, "MM\0*"sv, "TIFF"},
+    {6, "\0\0\0\0\x36\0\0\0"sv, "BMP"},
+    {6, "\0\0\0\0\x8A\0\0\0"sv, "BMP"},
+    {4, "JXL \r\n\x87\n"sv, "JPEG XL"},
+    {4, "jP  \r\n\x87\n"sv, "JPEG 2000"},
+    {0, "8BPS\0\1"sv, "Photoshop"},
+}};
+
+bool hasAt(ByteSpan bytes, std::size_t offset, std::string_view expected) {
+    return bytes.size() >= offset + expected.size() &&
+           std::equal(expected.begin(), expected.end(), bytes.begin() + offset,
+                      [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
+}
+
+DecodeResult failure(std::string message) {
+    DecodeResult result;
+    result.error = std::move(message);
+    return result;
+}
+
+DecodeResult refuse(ByteSpan bytes) {
+    if (bytes.empty()) return failure("the file is empty");
+    for (const Signature& signature : refusedFormats) {
+        if (hasAt(bytes, signature.offset, signature.bytes)) {
+            return failure(std::string(signature.format) + " pictures are not supported");
+        }
+    }
+    return failure("not a picture that can be read (JPEG or PNG)");
+}
+
+DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
+    if (hasAt(bytes, 0, jpegStart)) return decodeJpeg(bytes, limits);
+    if (hasAt(bytes, 0, pngStart)) return decodePng(bytes, limits);
+    return refuse(bytes);
+}
+
+}  // namespace
+
+bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t height,
+                    const DecodeLimits& limits) {
+    const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
+    if (width == 0 || height == 0) {
+        result.error = "the picture has no pixels";
+    } else if (std::max<std::int64_t>(width, height) > limits.maxSide) {
+        result.error =
+            size + " are more than the " + std::to_string(limits.maxSide) + " allowed for a side";
+    } else if (std::int64_t{width} * height > limits.maxPixels) {
+        result.error = size + " are more than the " + std::to_string(limits.maxPixels / 1'000'000) +
+                       " megapixels allowed";
+    } else {
+        // A library that runs out of memory can only throw; a host is owed a message.
+        try {
+            result.bitmap = gfx::Bitmap(static_cast<int>(width), static_cast<int>(height));
+        } catch (const std::bad_alloc&) {
+            result.error = size + " are more than the memory holds";
+        }
+    }
+    return !result.error;
+}
+
+DecodeResult decode(ByteSpan bytes, const std::string& name, const DecodeLimits& limits) {
+    DecodeResult result = decodeAnyFormat(bytes, limits);
+    if (result.error) return failure(name + ": " + *result.error);
+    return result;
+}
+
+DecodeResult decodeFile(const std::string& path, const DecodeLimits& limits) {
+    Bytes bytes;
+    if (const auto error = readFile(path, bytes, limits.maxFileBytes)) return failure(*error);
+    return decode(bytes, path, limits);
+}
+
+}  // namespace kalim::codec

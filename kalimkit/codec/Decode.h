@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kalimkit/codec/Bytes.h"
+#include "kalimkit/codec/DecodeResult.h"
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim::codec {
+
+// What a picture may ask for. Its header is held against these before any pixel is allocated.
+struct DecodeLimits {
+    // Pixels of the longer side.
+    int maxSide = 32768;
+    std::int64_t maxPixels = std::int64_t{1} << 28;
+    // Bytes of the file that decodeFile reads.
+    std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
+};
+
+// Reads a JPEG or PNG picture. What is decoded is complete: data that are cut off or damaged are an
+// error. `name` stands at the front of every message, usually the path.
+KALIM_API DecodeResult decode(ByteSpan bytes, const std::string& name,
+                              const DecodeLimits& limits = {});
+KALIM_API DecodeResult decodeFile(const std::string& path, const DecodeLimits& limits = {});
+
+}  // namespace kalim::codec

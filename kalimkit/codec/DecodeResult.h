@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kalimkit/gfx/Bitmap.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::codec {
+
+// A decoded picture, or why there is none.
+struct DecodeResult {
+    // As stored in the file, before the orientation is applied; empty after an error.
+    gfx::Bitmap bitmap;
+    gfx::ImageOrientation orientation = gfx::ImageOrientation::Up;
+    // One sentence for the user that begins with the picture's name, without a final full stop.
+    std::optional<std::string> error;
+};
+
+}  // namespace kalim::codec

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kalimkit/codec/Bytes.h"
+#include "kalimkit/codec/Decode.h"
+
+namespace kalim::codec {
+
+// The steps that decode() chooses from and that the formats share; messages come without the
+// picture's name.
+DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits);
+DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits);
+
+// Makes the result's bitmap, all zero, or its error when the size is beyond the limits or the
+// memory.
+bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t height,
+                    const DecodeLimits& limits);
+
+}  // namespace kalim::codec

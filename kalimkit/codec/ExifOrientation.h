@@ -1,0 +1,13 @@
+#pragma once
+
+#include "kalimkit/codec/Bytes.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::codec {
+
+// The orientation in an Exif block, which begins with its byte order, "II" or "MM". Up when the
+// block names none, is damaged, or holds a value that is none of the eight.
+KALIM_API gfx::ImageOrientation exifOrientation(ByteSpan exif);
+
+}  // namespace kalim::codec

@@ -1,0 +1,169 @@
+#include "kalimkit/codec/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+namespace kalim::codec {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// An open file that is closed at the end of the scope.
+class OpenFile {
+public:
+    OpenFile(const std::string& path, int flags, mode_t mode = 0)
+        : _descriptor(::open(path.c_str(), flags | O_CLOEXEC, mode)) {}
+    ~OpenFile() { close(); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    bool isOpen() const { return _descriptor >= 0; }
+    int descriptor() const { return _descriptor; }
+    // Some file systems report a failed write only here.
+    bool close() {
+        if (!isOpen()) return true;
+        const int descriptor = _descriptor;
+        _descriptor = -1;
+        return ::close(descriptor) == 0;
+    }
+
+private:
+    int _descriptor;
+};
+
+std::string message(const std::string& path, int error) {
+    return path + ": " + std::generic_category().message(error);
+}
+
+// False leaves the reason in errno.
+bool writeAll(int descriptor, ByteSpan bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// The file that a chain of symbolic links ends at, which need not exist.
+std::optional<fs::path> resolveLinks(const std::string& path) {
+    constexpr int maxLinks = 40;
+    fs::path target = path;
+    for (int i = 0; i < maxLinks; ++i) {
+        std::error_code error;
+        if (!fs::is_symlink(fs::symlink_status(target, error))) return target;
+        const fs::path next = fs::read_symlink(target, error);
+        if (error) return std::nullopt;
+        target = next.is_absolute() ? next : target.parent_path() / next;
+    }
+    return std::nullopt;
+}
+
+// A name of its own in the target's folder, where a rename needs no copying. It is short, so that
+// it fits wherever the target's name does.
+std::string temporaryName(const fs::path& target) {
+    static std::atomic<unsigned> counter{0};
+    const std::string name =
+        ".kalim-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp";
+    return (target.parent_path() / name).string();
+}
+
+// Answers with 0 or an errno. `existing` tells owner and mode of the file to be replaced.
+int fillTemporary(OpenFile& file, ByteSpan bytes, const struct stat* existing) {
+    if (existing) {
+        // Only a privileged process may give a file away; for others it stays the writer's.
+        const bool sameOwner = ::fchown(file.descriptor(), existing->st_uid, existing->st_gid) == 0;
+        const mode_t kept = sameOwner ? 07777 : 0777;
+        if (::fchmod(file.descriptor(), existing->st_mode & kept) != 0) return errno;
+    }
+    if (!writeAll(file.descriptor(), bytes) || ::fsync(file.descriptor()) != 0) return errno;
+    return file.close() ? 0 : errno;
+}
+
+// The new name is on the disk only when its folder is. The file is complete without it, so a file
+// system that cannot sync folders is no error.
+void syncFolder(const fs::path& folder) {
+    const OpenFile opened(folder.empty() ? "." : folder.string(), O_RDONLY | O_DIRECTORY);
+    if (opened.isOpen()) ::fsync(opened.descriptor());
+}
+
+int replaceFile(const fs::path& target, ByteSpan bytes, const struct stat* existing) {
+    constexpr int maxAttempts = 100;
+    for (int attempt = 0; attempt < maxAttempts; ++attempt) {
+        const std::string temporary = temporaryName(target);
+        OpenFile file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
+        if (!file.isOpen() && errno == EEXIST) continue;
+        if (!file.isOpen()) return errno;
+        int error = fillTemporary(file, bytes, existing);
+        if (error == 0 && ::rename(temporary.c_str(), target.c_str()) != 0) error = errno;
+        if (error != 0) {
+            ::unlink(temporary.c_str());
+            return error;
+        }
+        syncFolder(target.parent_path());
+        return 0;
+    }
+    return EEXIST;
+}
+
+int writeInPlace(const std::string& path, ByteSpan bytes) {
+    OpenFile file(path, O_WRONLY);
+    if (!file.isOpen() || !writeAll(file.descriptor(), bytes)) return errno;
+    return file.close() ? 0 : errno;
+}
+
+int writeOrReplace(const std::string& path, ByteSpan bytes) {
+    struct stat existing {};
+    const bool exists = ::stat(path.c_str(), &existing) == 0;
+    if (!exists && errno != ENOENT) return errno;
+    if (exists && S_ISDIR(existing.st_mode)) return EISDIR;
+    if (exists && ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) return errno;
+    if (exists && !S_ISREG(existing.st_mode)) return writeInPlace(path, bytes);
+    const std::optional<fs::path> target = resolveLinks(path);
+    return target ? replaceFile(*target, bytes, exists ? &existing : nullptr) : ELOOP;
+}
+
+}  // namespace
+
+std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::uint64_t maxBytes) {
+    bytes.clear();
+    const OpenFile file(path, O_RDONLY);
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.descriptor(), &status) != 0) return message(path, errno);
+    if (S_ISDIR(status.st_mode)) return message(path, EISDIR);
+    if (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) <= maxBytes) {
+        bytes.reserve(static_cast<std::size_t>(status.st_size));
+    }
+    std::array<std::uint8_t, 1 << 16> block;
+    for (;;) {
+        const ssize_t count = ::read(file.descriptor(), block.data(), block.size());
+        if (count < 0 && errno == EINTR) continue;
+        const int error = count < 0 ? errno : 0;
+        if (error == 0 && count == 0) return std::nullopt;
+        if (error == 0 && bytes.size() + static_cast<std::uint64_t>(count) <= maxBytes) {
+            bytes.insert(bytes.end(), block.begin(), block.begin() + count);
+            continue;
+        }
+        bytes.clear();
+        return error != 0
+                   ? message(path, error)
+                   : path + ": the file is longer than " + std::to_string(maxBytes) + " bytes";
+    }
+}
+
+std::optional<std::string> writeFileAtomically(const std::string& path, ByteSpan bytes) {
+    if (const int error = writeOrReplace(path, bytes)) return message(path, error);
+    return std::nullopt;
+}
+
+}  // namespace kalim::codec

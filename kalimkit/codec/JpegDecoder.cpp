@@ -1,0 +1,211 @@
+#include <array>
+#include <csetjmp>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "kalimkit/codec/DecodeSteps.h"
+#include "kalimkit/codec/ExifOrientation.h"
+
+// jpeglib.h relies on <cstdio> before it.
+#include <jerror.h>
+#include <jpeglib.h>
+
+namespace kalim::codec {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr int exifMarker = JPEG_APP0 + 1;
+constexpr std::string_view exifPrefix = "Exif\0\0"sv;
+
+// libjpeg leaves an error by longjmp, which skips destructors: everything that lives on the stack
+// between a setjmp and the library is trivial, the rest are members.
+class JpegDecoder {
+public:
+    explicit JpegDecoder(ByteSpan bytes);
+    ~JpegDecoder() { jpeg_destroy_decompress(&_info); }
+    JpegDecoder(const JpegDecoder&) = delete;
+    JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+    bool readHeader();
+    bool readPixels(gfx::Bitmap& bitmap);
+
+    const jpeg_decompress_struct& info() const { return _info; }
+    // Why the last step failed.
+    std::string error() const { return _message.data(); }
+    gfx::ImageOrientation orientation() const;
+
+private:
+    static JpegDecoder& of(j_common_ptr info) {
+        return *static_cast<JpegDecoder*>(info->client_data);
+    }
+    static void onError(j_common_ptr info);
+    static void onMessage(j_common_ptr info, int level);
+    static void onProgress(j_common_ptr info);
+    static boolean onBytesWanted(j_decompress_ptr info);
+    [[noreturn]] void fail(const char* message);
+    bool chooseColors();
+    void convertCmykRow(std::uint8_t* bgra) const;
+
+    ByteSpan _bytes;
+    jpeg_decompress_struct _info{};
+    jpeg_error_mgr _errors{};
+    jpeg_progress_mgr _progress{};
+    jpeg_source_mgr _source{};
+    std::jmp_buf _failed{};
+    std::array<char, JMSG_LENGTH_MAX + 64> _message{};
+    Bytes _cmykRow;
+};
+
+JpegDecoder::JpegDecoder(ByteSpan bytes) : _bytes(bytes) {
+    _info.err = jpeg_std_error(&_errors);
+    _errors.error_exit = onError;
+    _errors.emit_message = onMessage;
+    _errors.output_message = [](j_common_ptr) {};
+    _info.client_data = this;
+    // Fails only for a library of another version, before there is anything to read.
+    if (setjmp(_failed) == 0) jpeg_create_decompress(&_info);
+}
+
+void JpegDecoder::fail(const char* message) {
+    std::snprintf(_message.data(), _message.size(), "%s", message);
+    std::longjmp(_failed, 1);
+}
+
+void JpegDecoder::onError(j_common_ptr info) {
+    std::array<char, JMSG_LENGTH_MAX> reason{};
+    info->err->format_message(info, reason.data());
+    JpegDecoder& decoder = of(info);
+    std::snprintf(decoder._message.data(), decoder._message.size(),
+                  "the JPEG data cannot be read (%s)", reason.data());
+    std::longjmp(decoder._failed, 1);
+}
+
+// After most warnings the library goes on and fills what is missing with grey; these few concern
+// side information or padding.
+void JpegDecoder::onMessage(j_common_ptr info, int level) {
+    if (level >= 0) return;
+    switch (info->err->msg_code) {
+        case JWRN_ADOBE_XFORM:
+        case JWRN_BOGUS_ICC:
+        case JWRN_EXTRANEOUS_DATA:
+        case JWRN_JFIF_MAJOR:
+            return;
+        default:
+            of(info).fail("the JPEG data are damaged");
+    }
+}
+
+// A small file can ask for a large picture to be gone over thousands of times.
+void JpegDecoder::onProgress(j_common_ptr info) {
+    constexpr int maxScans = 500;
+    if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > maxScans) {
+        of(info).fail("the JPEG data have too many scans");
+    }
+}
+
+boolean JpegDecoder::onBytesWanted(j_decompress_ptr info) {
+    of(reinterpret_cast<j_common_ptr>(info)).fail("the JPEG data end too early");
+    return FALSE;
+}
+
+bool JpegDecoder::readHeader() {
+    if (_info.mem == nullptr || setjmp(_failed) != 0) return false;
+    _source.next_input_byte = _bytes.data();
+    _source.bytes_in_buffer = _bytes.size();
+    _source.init_source = [](j_decompress_ptr) {};
+    _source.fill_input_buffer = onBytesWanted;
+    _source.skip_input_data = [](j_decompress_ptr info, long count) {
+        if (count <= 0) return;
+        if (static_cast<std::size_t>(count) > info->src->bytes_in_buffer) onBytesWanted(info);
+        info->src->next_input_byte += count;
+        info->src->bytes_in_buffer -= static_cast<std::size_t>(count);
+    };
+    _source.resync_to_restart = jpeg_resync_to_restart;
+    _source.term_source = [](j_decompress_ptr) {};
+    _info.src = &_source;
+    _progress.progress_monitor = onProgress;
+    _info.progress = &_progress;
+    jpeg_save_markers(&_info, exifMarker, 0xFFFF);
+    jpeg_read_header(&_info, TRUE);
+    return chooseColors();
+}
+
+bool JpegDecoder::chooseColors() {
+    switch (_info.jpeg_color_space) {
+        case JCS_GRAYSCALE:
+        case JCS_RGB:
+        case JCS_YCbCr:
+            _info.out_color_space = JCS_EXT_BGRA;
+            return true;
+        case JCS_CMYK:
+        case JCS_YCCK:
+            _info.out_color_space = JCS_CMYK;
+            _cmykRow.resize(std::size_t{4} * _info.image_width);
+            return true;
+        default:
+            std::snprintf(_message.data(), _message.size(),
+                          "JPEG pictures of %d colour components are not supported",
+                          _info.num_components);
+            return false;
+    }
+}
+
+bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
+    if (setjmp(_failed) != 0) return false;
+    jpeg_start_decompress(&_info);
+    while (_info.output_scanline < _info.output_height) {
+        std::uint8_t* const bgra = bitmap.row(static_cast<int>(_info.output_scanline));
+        JSAMPROW row = _cmykRow.empty() ? bgra : _cmykRow.data();
+        jpeg_read_scanlines(&_info, &row, 1);
+        if (!_cmykRow.empty()) convertCmykRow(bgra);
+    }
+    jpeg_finish_decompress(&_info);
+    return true;
+}
+
+// Adobe's programs store how much of each ink is missing; a file without their marker stores ink.
+void JpegDecoder::convertCmykRow(std::uint8_t* bgra) const {
+    const unsigned flip = _info.saw_Adobe_marker ? 0 : 255;
+    for (std::size_t x = 0; x < _info.image_width; ++x) {
+        const std::uint8_t* const cmyk = _cmykRow.data() + 4 * x;
+        const unsigned paper = cmyk[3] ^ flip;
+        for (std::size_t i = 0; i < 3; ++i) {
+            bgra[4 * x + i] = static_cast<std::uint8_t>(((cmyk[2 - i] ^ flip) * paper + 127) / 255);
+        }
+        bgra[4 * x + 3] = 255;
+    }
+}
+
+gfx::ImageOrientation JpegDecoder::orientation() const {
+    for (const jpeg_marker_struct* marker = _info.marker_list; marker; marker = marker->next) {
+        const ByteSpan data(marker->data, marker->data_length);
+        if (data.size() >= exifPrefix.size() &&
+            std::memcmp(data.data(), exifPrefix.data(), exifPrefix.size()) == 0) {
+            return exifOrientation(data.subspan(exifPrefix.size()));
+        }
+    }
+    return gfx::ImageOrientation::Up;
+}
+
+}  // namespace
+
+DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
+    DecodeResult result;
+    JpegDecoder decoder(bytes);
+    if (!decoder.readHeader()) {
+        result.error = decoder.error();
+        return result;
+    }
+    if (!allocatePixels(result, decoder.info().image_width, decoder.info().image_height, limits)) {
+        return result;
+    }
+    // The library drops the markers with the last pixel.
+    result.orientation = decoder.orientation();
+    if (!decoder.readPixels(result.bitmap)) result.error = decoder.error();
+    return result;
+}
+
+}  // namespace kalim::codec
