@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +20,7 @@ namespace kalim::gfx {
 class KALIM_API Context {
 public:
     Context() = default;
-    virtual ~Context() = default;
+    virtual ~Context();
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
@@ -29,22 +30,26 @@ public:
     void restore();
     const GraphicsState& state() const { return _state; }
 
-    void setLineWidth(double width) { _state.lineWidth = width; }
+    // Ignored when negative or not finite. A stroke of width 0 draws nothing.
+    void setLineWidth(double width);
     void setLineCap(LineCap cap) { _state.lineCap = cap; }
     void setLineJoin(LineJoin join) { _state.lineJoin = join; }
     void setStrokeColor(const Color& color) { _state.strokeColor = color; }
     void setFillColor(const Color& color);
+    // Ignored without an image or with a transform that cannot be inverted.
     void setFillPattern(const Pattern& pattern);
-    void setShadow(const Shadow& shadow) { _state.shadow = shadow; }
+    // Ignored when not finite; a negative blur counts as 0.
+    void setShadow(const Shadow& shadow);
     void clearShadow() { _state.shadow.reset(); }
-    void setAlpha(double alpha) { _state.alpha = alpha; }
+    // Clamped to 0 to 1.
+    void setAlpha(double alpha);
     void setBlendMode(BlendMode mode) { _state.blendMode = mode; }
     void setInterpolation(Interpolation interpolation) { _state.interpolation = interpolation; }
     void setTextMode(TextMode mode) { _state.textMode = mode; }
     void setAntialias(bool antialias) { _state.antialias = antialias; }
 
     // ---- transform --------------------------------------------------------------------------
-    // The new step applies to user coordinates first.
+    // The new step applies to user coordinates first. Ignored when the result is not finite.
     void concat(const AffineTransform& transform);
     void translate(double x, double y) { concat(AffineTransform::translation(x, y)); }
     void scale(double x, double y) { concat(AffineTransform::scaling(x, y)); }
@@ -52,6 +57,7 @@ public:
     const AffineTransform& transform() const { return _state.transform; }
 
     // ---- path -------------------------------------------------------------------------------
+    // A call with a point that is not finite, as given or as transformed, does nothing.
     void beginPath() { _path = {}; }
     void moveTo(Point p);
     void lineTo(Point p);
@@ -64,7 +70,9 @@ public:
     void addArc(Point center, double radius, double startAngle, double endAngle, bool clockwise);
     void addPath(const Path& path);
 
-    // ---- painting: fill, stroke and clip consume the current path ---------------------------
+    // ---- painting ---------------------------------------------------------------------------
+    // Each of these consumes the current path; those with a rectangle replace it by their own.
+    // Clipping to an empty path leaves nothing to draw on.
     void fill();
     void stroke();
     void clip();
@@ -104,7 +112,8 @@ protected:
     // In user space: state().transform is to be applied.
     virtual void onDrawRaster(const Image& image, const Rect& rect) = 0;
     virtual void onDrawText(std::string_view text, Point baseline, const Font& font) = 0;
-    // The state at the beginning of the group has been saved; at the end it is in force again.
+    // state() is in both the one in force at the beginning of the group. The calls nest: onSave,
+    // onBeginGroup, what the group draws, onEndGroup, onRestore.
     virtual void onBeginGroup() = 0;
     virtual void onEndGroup() = 0;
 
@@ -113,6 +122,8 @@ private:
 
     GraphicsState _state;
     std::vector<GraphicsState> _saved;
+    // For each open group, how many states had been saved when it began.
+    std::vector<std::size_t> _groupDepths;
     Path _path;
 };
 

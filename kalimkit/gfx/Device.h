@@ -18,7 +18,7 @@ enum class TextBoundary { Grapheme, Word, Line };
 // Made by a backend, held by the environment, and the only source of drawing things.
 class KALIM_API Device {
 public:
-    virtual ~Device() = default;
+    virtual ~Device();
 
     // Size in points. An opaque surface starts black, any other transparent. Nothing for a size
     // that is empty, not finite or beyond what the backend can hold.

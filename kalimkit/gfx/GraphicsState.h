@@ -11,7 +11,8 @@ namespace kalim::gfx {
 enum class LineCap { Butt, Round, Square };
 enum class LineJoin { Miter, Round, Bevel };
 // Normal paints over, SourceIn keeps the new paint only where there was some, Copy replaces, Clear
-// erases to transparent (to black on an opaque surface).
+// erases to transparent (to black on an opaque surface). All of them leave what lies outside the
+// painted shape as it is.
 enum class BlendMode { Normal, SourceIn, Copy, Clear };
 // How images are resampled: None takes the nearest pixel, High also averages when shrinking.
 enum class Interpolation { None, Low, High };
@@ -19,7 +20,8 @@ enum class TextMode { Fill, Stroke };
 
 // Drawn under everything painted while it is set. Offset (y downwards) and blur are in points of
 // the surface and do not follow the current transform. The blur is a Gaussian with a standard
-// deviation of half the value.
+// deviation of half the value. The shadow is as translucent as what casts it; only the blend mode
+// Normal casts one.
 struct Shadow {
     Point offset;
     double blur = 0;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "kalimkit/gfx/AffineTransform.h"
 #include "kalimkit/gfx/Bitmap.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
@@ -10,7 +11,7 @@ namespace kalim::gfx {
 
 // How the raster has to be turned to be seen upright. The numbers are part of the interface. Left
 // means that the raster is to be turned a quarter to the left (counter-clockwise), Right to the
-// right; the mirrored forms are flipped horizontally afterwards.
+// right; in the mirrored forms it is flipped horizontally before it is turned.
 enum class ImageOrientation : int {
     Up = 0,
     Down = 1,
@@ -29,10 +30,14 @@ constexpr bool exchangesSides(ImageOrientation orientation) {
            orientation == ImageOrientation::RightMirrored;
 }
 
+// Carries the raster, stretched over `seen` (its sides exchanged for a quarter turn) with row 0 at
+// the top, to the upright picture that fills (0, 0) to `seen`. Any other number counts as Up.
+KALIM_API AffineTransform uprightTransform(ImageOrientation orientation, Size seen);
+
 // Pixels that a device keeps where it likes. Immutable and shared.
 class KALIM_API Raster {
 public:
-    virtual ~Raster() = default;
+    virtual ~Raster();
     virtual PixelSize size() const = 0;
     // The pixels for reading; a copy only where the device keeps them out of reach.
     virtual BitmapRef pixels() const = 0;
@@ -42,6 +47,7 @@ public:
 // that differ only in these two share one raster.
 class KALIM_API Image {
 public:
+    // A scale that is not a positive number counts as 1.
     Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation);
 
     const std::shared_ptr<const Raster>& raster() const { return _raster; }

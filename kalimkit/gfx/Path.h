@@ -19,7 +19,7 @@ enum class PathCommand : std::uint8_t { Move, Line, Quad, Cubic, Close };
 class KALIM_API Path {
 public:
     // ---- building. A line, curve or arc without a current point starts the path at its own first
-    // point.
+    // point, a curve at its first control. Closing an empty or closed path does nothing.
     void moveTo(Point p);
     void lineTo(Point p);
     void quadTo(Point control, Point end);
@@ -31,7 +31,8 @@ public:
     void addEllipse(const Rect& rect);
     // Joins the current point to the arc's start by a line. Radians; `clockwise` is meant in a
     // space whose y axis points up, so false runs through growing angles, which looks clockwise
-    // where y grows downwards.
+    // where y grows downwards. The end is first brought by whole turns to the side that the
+    // direction asks for. A radius of 0 or below yields the centre alone.
     void addArc(Point center, double radius, double startAngle, double endAngle, bool clockwise);
     void addPath(const Path& other);
 
@@ -41,7 +42,8 @@ public:
     const std::vector<Point>& points() const { return _points; }
     // The point that the next line starts from; the origin while the path is empty.
     Point currentPoint() const { return _current; }
-    // The tight box of what is drawn, control points left out; the zero rectangle when empty.
+    // The tight box of what is drawn, control points left out; the point alone when the path only
+    // moves, the zero rectangle when it is empty.
     Rect boundingBox() const;
     Path transformed(const AffineTransform& transform) const;
 

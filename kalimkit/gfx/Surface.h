@@ -9,7 +9,7 @@ namespace kalim::gfx {
 // An off-screen drawing area. Its pixel size is the size in points times the scale, rounded up.
 class KALIM_API Surface {
 public:
-    virtual ~Surface() = default;
+    virtual ~Surface();
 
     virtual PixelSize pixelSize() const = 0;
     // Pixels per point.

@@ -1,0 +1,42 @@
+#include "kalimkit/gfx/Bitmap.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+namespace kalim::gfx {
+
+namespace {
+
+std::uint8_t toByte(double component) {
+    return static_cast<std::uint8_t>(std::lround(std::clamp(component, 0.0, 1.0) * 255));
+}
+
+}  // namespace
+
+Bitmap::Bitmap(int width, int height) {
+    if (width <= 0 || height <= 0) return;
+    _size = {width, height};
+    _bytes.resize(stride() * static_cast<std::size_t>(height));
+}
+
+Color Bitmap::colorAt(int x, int y) const {
+    assert(x >= 0 && x < width() && y >= 0 && y < height());
+    const std::uint8_t* const pixel = row(y) + 4 * static_cast<std::size_t>(x);
+    const double alpha = pixel[3];
+    if (alpha == 0) return {0, 0, 0, 0};
+    return {std::min(pixel[2] / alpha, 1.0), std::min(pixel[1] / alpha, 1.0),
+            std::min(pixel[0] / alpha, 1.0), alpha / 255};
+}
+
+void Bitmap::setColorAt(int x, int y, const Color& color) {
+    assert(x >= 0 && x < width() && y >= 0 && y < height());
+    std::uint8_t* const pixel = row(y) + 4 * static_cast<std::size_t>(x);
+    const double alpha = std::clamp(color.alpha, 0.0, 1.0);
+    pixel[0] = toByte(std::clamp(color.blue, 0.0, 1.0) * alpha);
+    pixel[1] = toByte(std::clamp(color.green, 0.0, 1.0) * alpha);
+    pixel[2] = toByte(std::clamp(color.red, 0.0, 1.0) * alpha);
+    pixel[3] = toByte(alpha);
+}
+
+}  // namespace kalim::gfx
