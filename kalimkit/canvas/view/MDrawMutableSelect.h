@@ -1,0 +1,110 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string_view>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shapes/MDrawRect.h"
+
+namespace kalim {
+
+// The canvas's selection: a tool that stands in for its members. With one member it is transparent:
+// every question and command goes to that member. With several it acts as one box with a single
+// handle that scales them all. Copies of it serve as undo entries.
+class KALIM_API MDrawMutableSelect : public MDrawRect {
+public:
+    // The operations that go to the members instead of the group itself, and those that would go
+    // only to a single member: a placeholder, so none does.
+    static constexpr std::array<std::string_view, 9> arrMutableMethod{
+        "setLineWidth:",           "setSelected:",          "finalize",     "setColor:",
+        "rotateChangedWithAngle:", "rotateEndedWithAngle:", "invertPoint:", "stopMoveHandle",
+        "setHandleViewScale:"};
+    static constexpr std::array<std::string_view, 1> arrSingleMethod{"xxx:"};
+
+    // ---- making and identity
+    static std::shared_ptr<MDrawMutableSelect> make();
+    // The same members, not copies of them.
+    std::shared_ptr<MDrawMutableSelect> copy() const;
+    ToolRef copyOfGroup() const override { return copy(); }
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+    // The same members in any order.
+    bool isEqual(const MDrawTool* other) const;
+
+    // ---- members, in the order they were selected
+    const ToolList& subTools() const { return _subTools; }
+    bool containTool(const ToolRef& tool) const override;
+    void addSubTool(const ToolRef& tool) override;
+    void removeSubTool(const ToolRef& tool) override;
+    // Not empty.
+    bool isValidTools() const { return !_subTools.empty(); }
+    bool isDrawVaild() const override { return isValidTools(); }
+    ToolRef firstSelectedTool() const;
+    bool mutabaleToolObjType() const override { return true; }
+    void addSubToolToArray(ToolList& list) const override;
+    void removeSubToolFromArray(ToolList& list) const override;
+
+    // ---- common properties
+    // -1 (all bits set) where the members differ.
+    std::uint64_t drawType() const override;
+    // Null unless every member holds the very same colour object.
+    gfx::ColorRef color() const override;
+    // 0 where the members differ.
+    double lineWidth() const override;
+    using MDrawRect::setDrawType;
+    // Sets the style of the members that are exactly of that class.
+    void setDrawTypeForType(std::uint64_t drawType, const ToolClass* toolClass);
+
+    // ---- geometry and hit testing
+    // The union of the members' frames; the zero rectangle when empty.
+    gfx::Rect frame() const override;
+    // A point right of and a point above the union's lower-right corner; deliberately asymmetric.
+    gfx::Point HandlePoint() const;
+    bool hitTest(gfx::Point p) override;
+    bool hitOnHandle(gfx::Point p) override;
+    bool testHitOnHandle(gfx::Point p) override;
+    bool isSupportGestureRotate() const override;
+
+    // ---- editing
+    // Lines in a group of several do not move with its body; deliberate.
+    void tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
+
+    // ---- forwarded to the members
+    void setLineWidth(double width) override;
+    void setSelected(bool selected) override;
+    using MDrawRect::finalize;
+    void finalize() override;
+    void setColor(gfx::ColorRef color) override;
+    void rotateChangedWithAngle(double angle) override;
+    void rotateEndedWithAngle(double angle) override;
+    // The answer of the last member.
+    gfx::Point invertPoint(gfx::Point p) const override;
+    void stopMoveHandle() override;
+    void setHandleViewScale(double scale) override;
+
+    // ---- drawing
+    void draw(gfx::Context& context) override;
+    void drawContentHandle(gfx::Context& context) override;
+    void drawMeasurement(gfx::Context& context) override;
+
+    // ---- history, for the copies on the undo stacks
+    bool updatefeature() override;
+    bool undo(const ToolStep& step) override;
+    bool redo(const ToolStep& step) override;
+    void resetRedo() override;
+    void reset() override;
+
+protected:
+    MDrawMutableSelect() = default;
+
+private:
+    bool hasSeveral() const { return _subTools.size() > 1; }
+    void forward(const std::function<void(MDrawTool&)>& operation) const;
+    MoveDirection handleAt(gfx::Point p);
+    void moveMember(MDrawTool& member, float factor, gfx::Point p1, gfx::Point p2) const;
+
+    ToolList _subTools;
+};
+
+}  // namespace kalim

@@ -1,0 +1,237 @@
+#include "kalimkit/canvas/view/MDrawView.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "kalimkit/canvas/view/PictureLayout.h"
+#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/imageedit/image/MDrawImageUtil.h"
+#include "kalimkit/shapes/MDrawLine.h"
+
+namespace kalim {
+
+// ---- making
+
+std::shared_ptr<MDrawView> MDrawView::initWithFrame(const gfx::Rect& frame) {
+    struct Constructible : MDrawView {};
+    const std::shared_ptr<MDrawView> view = std::make_shared<Constructible>();
+    view->init(frame);
+    return view;
+}
+
+void MDrawView::init(const gfx::Rect& frame) {
+    View::init(frame);
+    setMultipleTouchEnabled(true);
+    _tools = std::make_shared<ToolList>();
+    _undoManager = std::make_unique<MUndoManager>(_tools);
+    _undoManager->setDelegate(self());
+    _drawToolClass = &MDrawLine::Class();
+    _color = gfx::makeColor(0, 1, 0);
+    _defualtBackgroundColor = gfx::makeColor(1, 1, 1);
+
+    _rotationGesture = std::make_shared<ui::RotationGestureRecognizer>();
+    _rotationGesture->setCancelsTouches(false);
+    const std::weak_ptr<MDrawView> weakSelf = self();
+    _rotationGesture->setHandler([weakSelf](ui::GestureRecognizer& gesture) {
+        if (const auto view = weakSelf.lock()) {
+            view->handleRotationGesture(gesture.state(), view->_rotationGesture->rotation());
+        }
+    });
+    addGestureRecognizer(_rotationGesture);
+    processViewTransform();
+}
+
+std::shared_ptr<MDrawView> MDrawView::self() {
+    return std::static_pointer_cast<MDrawView>(shared_from_this());
+}
+
+void MDrawView::setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate) {
+    _drawViewdelegate = std::move(delegate);
+}
+
+void MDrawView::layoutSubviews() {
+    processViewTransform();
+}
+
+// ---- the picture
+
+void MDrawView::setSnipImage(const gfx::ImageRef& image) {
+    const auto alive = self();
+    deleteCurrentHandlingTool();
+    clearSelection();
+    _contextScale = _tmpContextScale = 1.0;
+    _viewMove = {};
+    _curRotateDegree = 0;
+    _bgImg = MDrawImageUtil::fixOrientation(image);
+    if (_bgImg && _bgImg->size() != bounds().size) {
+        _bgImg =
+            MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(_bgImg, bounds().size, false);
+    }
+    _bgImgRect = _bgImg ? getDrawImageRect() : gfx::Rect{};
+    _ctxRect = _bgImgRect;
+    processViewTransform();
+    clearTools();
+    setNeedsDisplay();
+}
+
+gfx::Rect MDrawView::getDrawImageRect() const {
+    return centredRect(_bgImg->size(), bounds());
+}
+
+void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
+    if (!color) return;
+    _defualtBackgroundColor = std::move(color);
+    setNeedsDisplay();
+}
+
+// ---- what new tools are
+
+void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
+    _drawToolClass = getClassForToolType(type);
+    if (!_drawToolClass) _drawing = false;
+    const ToolClass* creating = _handingTool ? &_handingTool->toolClass() : nullptr;
+    if (_drawToolClass != creating) _drawType = drawType;
+}
+
+void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {
+    _drawType = drawType;
+    const ToolClass* toolClass = getClassForToolType(type);
+    if (!toolClass || !isSelectionValid() || _handingTools->drawType() == drawType) return;
+    _handingTools->setDrawTypeForType(drawType, toolClass);
+    recordSelectionChange();
+}
+
+void MDrawView::setDrawColorIsTranslucent(gfx::ColorRef color, bool /*isTranslucent*/) {
+    if (!color) return;
+    _color = std::move(color);
+    if (!isSelectionValid() || gfx::equalColors(_handingTools->color(), _color)) return;
+    _handingTools->setColor(_color);
+    recordSelectionChange();
+}
+
+void MDrawView::setDrawLineWidth(double width) {
+    if (!(width >= 0) || std::isinf(width)) return;
+    _lineWidth = width;
+    if (!isSelectionValid() || _handingTools->lineWidth() == width) return;
+    _handingTools->setLineWidth(width);
+    recordSelectionChange();
+}
+
+// ---- measuring
+
+void MDrawView::setCalibration(double calibration) {
+    _calibration = calibration;
+    refreshCalibrations();
+}
+
+void MDrawView::setUnit(std::string unit) {
+    _unit = std::move(unit);
+    refreshCalibrations();
+}
+
+void MDrawView::setShowMeasurement(bool show) {
+    _showMeasurement = show;
+    refreshCalibrations();
+}
+
+void MDrawView::refreshCalibrations() {
+    for (const ToolRef& tool : *_tools)
+        applyMeasuring(*tool);
+    setNeedsDisplay();
+}
+
+void MDrawView::applyMeasuring(MDrawTool& tool) const {
+    tool.setCalibration(_calibration);
+    if (!_unit.empty()) tool.setUnit(_unit);
+    tool.setShowMeasurement(_showMeasurement);
+}
+
+// ---- tools
+
+bool MDrawView::addTool(const ToolRef& tool) {
+    const bool isKnown = std::ranges::find(*_tools, tool) != _tools->end();
+    if (!tool || isKnown || tool->mutabaleToolObjType() || !tool->isDrawVaild()) return false;
+    const auto alive = self();
+    if (!tool->color()) tool->setColor(_color);
+    applyMeasuring(*tool);
+    tool->setIsNewBuild(false);
+    if (!tool->finalized()) tool->finalize();
+    _undoManager->addTool(tool);
+    _undoManager->addToolSuccess(tool);
+    setNeedsDisplay();
+    return true;
+}
+
+void MDrawView::deleteSelectedTools() {
+    if (!_handingTools) return;
+    const auto alive = self();
+    _undoManager->removeTool(_handingTools);
+    clearSelection();
+    refreshContextRect();
+    setNeedsDisplay();
+}
+
+void MDrawView::clearTools() {
+    const auto alive = self();
+    clearSelection();
+    // Nothing of a gesture under way survives, or the next touch would wait for its end.
+    _handingTool = nullptr;
+    _drawing = false;
+    LastSeletedTestSrcPoint = nullptr;
+    _tools->clear();
+    _undoManager->reset();
+    setNeedsDisplay();
+}
+
+void MDrawView::removeInvaildTools() {
+    const ToolList tools = *_tools;
+    for (const ToolRef& tool : tools) {
+        if (tool->isNewBuild() || tool->isDrawVaild()) continue;
+        removeToolFromSelectedTools(tool);
+        _undoManager->removeToolFromAllSystem(tool);
+    }
+}
+
+void MDrawView::finalizeCurrentDrawing() {
+    if (_handingTools) _handingTools->finalize();
+    _drawing = false;
+    setNeedsDisplay();
+}
+
+// ---- undo
+
+bool MDrawView::undo() {
+    return stepHistory([](MUndoManager& manager) { return manager.undo(); });
+}
+
+bool MDrawView::redo() {
+    return stepHistory([](MUndoManager& manager) { return manager.redo(); });
+}
+
+bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
+    const auto alive = self();
+    removeInvaildTools();
+    clearSelection();
+    if (!step(*_undoManager)) return false;
+    // A tool that comes back has missed what was set while it was away.
+    refreshCalibrations();
+    refreshContextRect();
+    setNeedsDisplay();
+    return true;
+}
+
+void MDrawView::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
+    const auto alive = self();
+    if (const auto delegate = _drawViewdelegate.lock()) {
+        delegate->canUndoStateChangedCanRedo(canUndo, canRedo);
+    }
+}
+
+void MDrawView::toolsStateChangedState(const ToolRef& tool, State state) {
+    _isDirty = true;
+    if (tool || state != State::AddedOrChanged) refreshContextRect();
+    setNeedsDisplay();
+}
+
+}  // namespace kalim

@@ -1,0 +1,49 @@
+#include <cmath>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+bool isFinite(const gfx::Rect& rect) {
+    return std::isfinite(rect.minX()) && std::isfinite(rect.minY()) && std::isfinite(rect.maxX()) &&
+           std::isfinite(rect.maxY());
+}
+
+// The budget in square points of the current screen; infinite without one.
+double areaLimit(const ui::Environment& environment) {
+    const std::optional<gfx::Size> budget = environment.areaBudget();
+    if (!budget) return INFINITY;
+    const double scale = environment.screen().scale;
+    return (budget->width / scale) * (budget->height / scale);
+}
+
+}  // namespace
+
+gfx::Rect MDrawView::contentRect() const {
+    gfx::Rect content = _bgImg ? _bgImgRect : gfx::Rect{};
+    for (const ToolRef& tool : *_tools) {
+        // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
+        tool->refreshTransform();
+        const gfx::Rect extent = tool->frameIncludeLineWidth();
+        if (isFinite(extent) && !content.contains(extent)) content = content.unionWith(extent);
+    }
+    return content;
+}
+
+bool MDrawView::refreshContextRect() {
+    const gfx::Rect old = _ctxRect;
+    _ctxRect = contentRect();
+    ui::Environment& environment = ui::Environment::current();
+    if (_ctxRect.area() > old.area() && _ctxRect.area() > areaLimit(environment)) {
+        _ctxRect = old;
+        environment.presentAlert({"", "面积不能超过2K", {"我知道了"}, {}});
+        _undoManager->undo();
+        return false;
+    }
+    return _ctxRect != old;
+}
+
+}  // namespace kalim

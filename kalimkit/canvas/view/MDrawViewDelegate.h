@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// What the owner of a canvas hears from it. Every message is optional. The canvas holds its
+// delegate weakly, and holds itself alive until a message returns.
+class KALIM_API MDrawViewDelegate {
+public:
+    virtual ~MDrawViewDelegate() = default;
+
+    // At every touch-down.
+    virtual void didDrawStarted() {}
+    // After any change of the selection: whether something is selected.
+    virtual void seletedToolsStateChanged(bool /*hasSelection*/) {}
+    // Beside it: the tool-type number, colour and line width (points) of the first selected tool;
+    // -1, null and 0 when nothing is selected.
+    virtual void currentSelectedToolsPropertyChangedColorLineWidth(std::int64_t /*type*/,
+                                                                   const gfx::ColorRef& /*color*/,
+                                                                   double /*lineWidth*/) {}
+    virtual void canUndoStateChangedCanRedo(bool /*canUndo*/, bool /*canRedo*/) {}
+};
+
+}  // namespace kalim

@@ -1,0 +1,39 @@
+#include "kalimkit/canvas/view/PictureLayout.h"
+
+#include <cmath>
+
+namespace kalim {
+
+gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box) {
+    return {{box.midX() - size.width * 0.5, box.midY() - size.height * 0.5}, size};
+}
+
+gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point move, double scale, double angle) {
+    return gfx::AffineTransform::translation(center + move)
+        .rotated(angle)
+        .scaled(scale, scale)
+        .translated(-center.x, -center.y);
+}
+
+gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
+                           double scale, gfx::PixelSize raster) {
+    if (!toSurface.isScaleAndTranslation()) return rect;
+    const gfx::Rect shown = toSurface.apply(rect);
+    const gfx::Size pixels = shown.size * scale;
+    if (std::abs(pixels.width - raster.width) > 0.5 ||
+        std::abs(pixels.height - raster.height) > 0.5) {
+        return rect;
+    }
+    const gfx::Rect aligned(std::round(shown.minX() * scale) / scale,
+                            std::round(shown.minY() * scale) / scale, raster.width / scale,
+                            raster.height / scale);
+    return toSurface.inverted().apply(aligned);
+}
+
+bool fillsView(gfx::Size picture, gfx::Size view) {
+    // Differences are deliberately truncated to whole points.
+    return std::abs(std::trunc(picture.width - view.width)) < 4 &&
+           std::abs(std::trunc(picture.height - view.height)) < 6;
+}
+
+}  // namespace kalim

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim {
+
+// A size centred in a box.
+KALIM_API gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box);
+
+// Canvas to view: view point = c + move + scale * R(angle) * (canvas point - c), c being the view's
+// centre. Radians.
+KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point move, double scale,
+                                            double angle);
+
+// Where to draw a raster that is shown pixel for pixel: the rectangle moved by less than a device
+// pixel, so that pixels fall on pixels and nothing is resampled. `toSurface` is the context's
+// transform, `scale` the surface's pixels per point. The rectangle itself where the raster is shown
+// at another size, or turned.
+KALIM_API gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
+                                     double scale, gfx::PixelSize raster);
+
+// Whether a picture fills the view but for less than 4 points of width and 6 of height.
+KALIM_API bool fillsView(gfx::Size picture, gfx::Size view);
+
+}  // namespace kalim

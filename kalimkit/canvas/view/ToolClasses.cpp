@@ -1,0 +1,59 @@
+#include "kalimkit/canvas/view/ToolClasses.h"
+
+#include "kalimkit/shapes/MDrawArrow.h"
+#include "kalimkit/shapes/MDrawEllipse.h"
+#include "kalimkit/shapes/MDrawFatArrow.h"
+#include "kalimkit/shapes/MDrawLine.h"
+#include "kalimkit/shapes/MDrawRect.h"
+#include "kalimkit/shapes/MDrawRoundedRect.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr std::size_t typeCount = 8;
+
+// By tool-type number.
+const std::array<const ToolClass*, typeCount>& arrTypeClass() {
+    static const std::array<const ToolClass*, typeCount> classes{&MDrawRect::Class(),
+                                                                 &MDrawRoundedRect::Class(),
+                                                                 &MDrawEllipse::Class(),
+                                                                 nullptr,
+                                                                 nullptr,
+                                                                 nullptr,
+                                                                 &MDrawLine::Class(),
+                                                                 &MDrawArrow::Class()};
+    return classes;
+}
+
+}  // namespace
+
+const ToolClass* getClassForToolType(std::int64_t type) {
+    if (type < 0 || type >= static_cast<std::int64_t>(typeCount)) return nullptr;
+    return arrTypeClass()[static_cast<std::size_t>(type)];
+}
+
+std::int64_t getToolTypeForClass(const MDrawTool* tool) {
+    if (!tool) return -1;
+    const auto& classes = arrTypeClass();
+    for (std::size_t type = 0; type < classes.size(); ++type) {
+        if (classes[type] == &tool->toolClass()) return static_cast<std::int64_t>(type);
+    }
+    return toolTypeNotFound;
+}
+
+std::span<const ToolClass* const> toolClasses() {
+    static const std::array classes{&MDrawRect::Class(),    &MDrawRoundedRect::Class(),
+                                    &MDrawEllipse::Class(), &MDrawLine::Class(),
+                                    &MDrawArrow::Class(),   &MDrawFatArrow::Class()};
+    return classes;
+}
+
+const ToolClass* toolClassNamed(std::string_view name) {
+    for (const ToolClass* toolClass : toolClasses()) {
+        if (toolClass->name == name) return toolClass;
+    }
+    return nullptr;
+}
+
+}  // namespace kalim
