@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Builds the kalimkit command and plays a sample scenario over a photo: ./run.sh [PHOTO]
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+scenario=$root/examples/first-light.jsonl
+output=$root/build/run-output
+
+case ${1-} in
+    -h | --help)
+        echo "Usage: ./run.sh [PHOTO]"
+        echo "Draws a few annotations over PHOTO (a JPEG or PNG file) and writes the result to"
+        echo "build/run-output/annotated.png. Without PHOTO a picture of a cup of coffee is taken."
+        exit 0
+        ;;
+esac
+if [[ $# -gt 1 ]]; then
+    echo "run.sh: one photo at a time, please: ./run.sh [PHOTO]" >&2
+    exit 2
+fi
+photo=${1-$root/docs/photos/coffee.png}
+if [[ ! -f $photo ]]; then
+    echo "run.sh: there is no photo $photo" >&2
+    exit 2
+fi
+photo=$(realpath "$photo")
+
+"$root/tools/setup" native
+"$root/tools/build" release kalimkit
+
+mkdir -p "$output"
+rm -f "$output/annotated.png"
+cd "$output"
+"$root/build/release/cli/kalimkit" play --picture "$photo" "$scenario"
+if [[ ! -f annotated.png ]]; then
+    echo "run.sh: $scenario exported no annotated.png" >&2
+    exit 1
+fi
+echo "The picture is in build/run-output/annotated.png"

@@ -1,0 +1,154 @@
+#!/usr/bin/env bash
+# Runs the tests, all or by stage: ./test.sh [STAGE...]; see ./test.sh --help.
+# The last line is "N passed, N failed"; the exit status is not 0 when anything failed.
+set -uo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
+
+default_stages=(layers headers format scripts build unit seam)
+passed=0
+failed=0
+
+help() {
+    cat << 'EOF'
+Usage: ./test.sh [STAGE...]       by default all stages but tidy
+       ./test.sh --list           the names of the stages
+
+  layers    no include goes up or sideways in the house; the check checks itself
+  headers   every header compiles alone
+  format    the code is laid out as .clang-format says
+  scripts   the shell scripts parse, refuse nonsense and count failures
+  build     everything compiles in build/ci, warnings are errors
+  unit      all test programs of build/ci under the address and undefined-behaviour sanitizers
+  seam      the core compiles for WebAssembly without exceptions, and draws
+  tidy      clang-tidy over the library and the command; slow, only when named
+EOF
+}
+
+# check NAME COMMAND...: one check; its output is shown when it fails.
+check() {
+    local name=$1 output
+    shift
+    if output=$("$@" 2>&1); then
+        passed=$((passed + 1))
+        echo "ok: $name${output:+ - ${output##*$'\n'}}"
+    else
+        failed=$((failed + 1))
+        printf '%s\nFAILED: %s\n' "$output" "$name"
+    fi
+}
+
+stage_layers() {
+    check 'includes keep to the floors' tools/check-layers
+    check 'the check of the floors finds what it should' tools/check-layers --self-test
+}
+
+stage_headers() {
+    check 'every header compiles alone' tools/check-headers
+}
+
+stage_format() {
+    check 'the layout is that of .clang-format' tools/format --check
+}
+
+stage_scripts() {
+    local script
+    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/seam/run; do
+        [[ $script == *.awk ]] || check "$script parses" bash -n "$script"
+    done
+    check 'the scripts behave' tests/scripts/run
+}
+
+# Built at most once in a run.
+build_status=
+build_ci() {
+    if [[ -z $build_status ]]; then
+        tools/build ci
+        build_status=$?
+    fi
+    return "$build_status"
+}
+
+stage_build() {
+    if build_ci; then
+        passed=$((passed + 1))
+        echo 'ok: everything compiles'
+    else
+        failed=$((failed + 1))
+        echo 'FAILED: everything compiles'
+    fi
+}
+
+# The paths of all test programs that the build knows, whether they could be built or not.
+test_programs() {
+    ninja -C build/ci -t targets all 2> /dev/null | sed -n 's/^\([^ ]*\/tests-[^/ ]*\): CXX_EXECUTABLE_.*/\1/p'
+}
+
+stage_unit() {
+    local program programs=() counts results=build/ci/results.txt
+    build_ci || echo 'The build failed: what it still made is tested, the rest counts as failed.'
+    for program in $(test_programs); do
+        # After a failed build an old program may still lie there.
+        [[ $build_status == 0 ]] || ninja -C build/ci "$program" > /dev/null 2>&1 ||
+            rm -f "build/ci/$program"
+        programs+=("build/ci/$program")
+    done
+    if [[ ${#programs[@]} == 0 ]]; then
+        failed=$((failed + 1))
+        echo 'FAILED: there is no test program'
+        return
+    fi
+    tools/run-tests build/ci/results "${programs[@]}" | tee "$results"
+    read -r -a counts < <(tail -n 1 "$results")
+    passed=$((passed + counts[0]))
+    failed=$((failed + counts[2]))
+}
+
+stage_seam() {
+    check 'the core compiles for WebAssembly' tools/build wasm
+    check 'a program that draws a tool links' tests/seam/run
+}
+
+stage_tidy() {
+    build_ci > /dev/null 2>&1
+    check 'clang-tidy has no remark' tools/tidy
+}
+
+# What a stage needs installed.
+groups_of() {
+    case $1 in
+        headers | build | unit) echo native ;;
+        format) echo checks ;;
+        seam) echo seam ;;
+        tidy) echo native tidy ;;
+    esac
+}
+
+main() {
+    local stage stages=("$@") known=" ${default_stages[*]} tidy "
+    case ${1-} in
+        -h | --help) help && return ;;
+        --list) printf '%s\n' $known && return ;;
+        '') stages=("${default_stages[@]}") ;;
+    esac
+    for stage in "${stages[@]}"; do
+        if [[ $known != *" $stage "* ]]; then
+            echo "test.sh: there is no stage $stage; ./test.sh --list names them" >&2
+            return 2
+        fi
+    done
+    for stage in "${stages[@]}"; do
+        echo "== $stage"
+        # shellcheck disable=SC2046 # a list of words
+        if tools/setup $(groups_of "$stage"); then
+            "stage_$stage"
+        else
+            failed=$((failed + 1))
+            echo "FAILED: $stage needs packages that are not there"
+        fi
+    done
+    echo "$passed passed, $failed failed"
+    [[ $failed == 0 ]]
+}
+
+main "$@"
