@@ -144,7 +144,7 @@ std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::
     if (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) <= maxBytes) {
         bytes.reserve(static_cast<std::size_t>(status.st_size));
     }
-    std::array<std::uint8_t, 1 << 16> block;
+    std::array<std::uint8_t, 1 << 16> block{};
     for (;;) {
         const ssize_t count = ::read(file.descriptor(), block.data(), block.size());
         if (count < 0 && errno == EINTR) continue;
