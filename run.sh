@@ -26,7 +26,7 @@ fi
 photo=$(realpath "$photo")
 
 "$root/tools/setup" native
-"$root/tools/build" release kalimkit
+"$root/tools/compile" release kalimkit
 
 mkdir -p "$output"
 rm -f "$output/annotated.png"
