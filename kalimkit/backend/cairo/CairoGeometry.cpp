@@ -1,0 +1,79 @@
+#include "kalimkit/backend/cairo/CairoGeometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kalim::gfx {
+
+bool isUsable(const AffineTransform& transform) {
+    for (const double value : {transform.a, transform.b, transform.c, transform.d}) {
+        if (!(std::abs(value) < 1e6)) return false;
+    }
+    if (!(std::abs(transform.tx) < 1e9 && std::abs(transform.ty) < 1e9)) return false;
+    return std::abs(transform.determinant()) > 1e-9;
+}
+
+double largestStretch(const AffineTransform& transform) {
+    const double first = transform.a * transform.a + transform.b * transform.b;
+    const double second = transform.c * transform.c + transform.d * transform.d;
+    const double mixed = transform.a * transform.c + transform.b * transform.d;
+    return std::sqrt((first + second) / 2 + std::hypot((first - second) / 2, mixed));
+}
+
+void tracePath(cairo_t* context, const Path& path, double scale) {
+    cairo_new_path(context);
+    const Point* next = path.points().data();
+    const auto take = [&] {
+        const Point p = *next++ * scale;
+        return Point{std::clamp(p.x, -kLargestCoordinate, kLargestCoordinate),
+                     std::clamp(p.y, -kLargestCoordinate, kLargestCoordinate)};
+    };
+    Point current;
+    Point subpathStart;
+    for (const PathCommand command : path.commands()) {
+        switch (command) {
+            case PathCommand::Move:
+                current = take();
+                subpathStart = current;
+                cairo_move_to(context, current.x, current.y);
+                break;
+            case PathCommand::Line:
+                current = take();
+                cairo_line_to(context, current.x, current.y);
+                break;
+            case PathCommand::Quad: {
+                const Point control = take();
+                const Point end = take();
+                const Point c1 = current + (control - current) * (2.0 / 3);
+                const Point c2 = end + (control - end) * (2.0 / 3);
+                cairo_curve_to(context, c1.x, c1.y, c2.x, c2.y, end.x, end.y);
+                current = end;
+                break;
+            }
+            case PathCommand::Cubic: {
+                const Point c1 = take();
+                const Point c2 = take();
+                current = take();
+                cairo_curve_to(context, c1.x, c1.y, c2.x, c2.y, current.x, current.y);
+                break;
+            }
+            case PathCommand::Close:
+                cairo_close_path(context);
+                current = subpathStart;
+                break;
+        }
+    }
+}
+
+Rect pointBounds(const Path& path, double scale) {
+    if (path.points().empty()) return {};
+    Point low = path.points().front();
+    Point high = low;
+    for (const Point p : path.points()) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    return Rect::spanning(low * scale, high * scale);
+}
+
+}  // namespace kalim::gfx

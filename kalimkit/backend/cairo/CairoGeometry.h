@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cairo.h>
+
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Path.h"
+
+namespace kalim::gfx {
+
+// Cairo keeps device coordinates in 24.8 fixed point and wraps around beyond; half of its range
+// leaves room for pens and curves.
+constexpr double kLargestCoordinate = 4e6;
+
+// The longest side of a Cairo image surface, in pixels.
+constexpr int kLargestSide = 32767;
+
+inline cairo_matrix_t toCairo(const AffineTransform& t) {
+    return {t.a, t.b, t.c, t.d, t.tx, t.ty};
+}
+
+// False for transforms so degenerate or so far away that Cairo would refuse them, which puts its
+// context out of order for good.
+bool isUsable(const AffineTransform& transform);
+
+// The largest factor by which the transform stretches any direction.
+double largestStretch(const AffineTransform& transform);
+
+// Makes the path the current one of a context whose matrix is the identity. The path is in points
+// of a surface with this scale.
+void tracePath(cairo_t* context, const Path& path, double scale);
+
+// The box in pixels of all points of the path, control points included.
+Rect pointBounds(const Path& path, double scale);
+
+}  // namespace kalim::gfx

@@ -1,0 +1,108 @@
+#include "kalimkit/backend/cairo/CairoPaint.h"
+
+#include <cmath>
+#include <optional>
+
+#include "kalimkit/backend/cairo/CairoGeometry.h"
+#include "kalimkit/backend/cairo/CairoRaster.h"
+
+namespace kalim::gfx {
+
+namespace {
+
+// Cairo's own resolution of a device coordinate is 1/256.
+constexpr double kSubpixel = 1.0 / 512;
+
+double clampUnit(double component) {
+    if (!(component > 0)) return 0;
+    return component < 1 ? component : 1;
+}
+
+// The transform with its rounding errors taken out, when it only moves, flips or turns by quarters
+// pixels of the source onto whole device pixels. Then no pixel needs to be resampled.
+std::optional<AffineTransform> pixelExact(const AffineTransform& t, PixelSize size) {
+    const AffineTransform rounded{std::round(t.a), std::round(t.b),  std::round(t.c),
+                                  std::round(t.d), std::round(t.tx), std::round(t.ty)};
+    const bool isUpright =
+        rounded.b == 0 && rounded.c == 0 && std::abs(rounded.a) == 1 && std::abs(rounded.d) == 1;
+    const bool isTurned =
+        rounded.a == 0 && rounded.d == 0 && std::abs(rounded.b) == 1 && std::abs(rounded.c) == 1;
+    if (!isUpright && !isTurned) return std::nullopt;
+    const double w = size.width;
+    const double h = size.height;
+    for (const Point corner : {Point{0, 0}, Point{w, 0}, Point{0, h}, Point{w, h}}) {
+        const Point off = t.apply(corner) - rounded.apply(corner);
+        if (std::abs(off.x) > kSubpixel || std::abs(off.y) > kSubpixel) return std::nullopt;
+    }
+    return rounded;
+}
+
+}  // namespace
+
+void setSourceColor(cairo_t* context, const Color& color, double alpha) {
+    cairo_set_source_rgba(context, clampUnit(color.red), clampUnit(color.green),
+                          clampUnit(color.blue), clampUnit(color.alpha) * clampUnit(alpha));
+}
+
+bool setSourceImage(cairo_t* context, const Image& image, const AffineTransform& toDevice,
+                    Interpolation interpolation, cairo_extend_t extend) {
+    if (!isUsable(toDevice)) return false;
+    const CairoRaster::Source source =
+        CairoRaster::of(image)->source(1 / std::hypot(toDevice.a, toDevice.b),
+                                       1 / std::hypot(toDevice.c, toDevice.d), interpolation);
+    AffineTransform transform = source.toRaster.concat(toDevice);
+    const PixelSize size{cairo_image_surface_get_width(source.surface.get()),
+                         cairo_image_surface_get_height(source.surface.get())};
+    const std::optional<AffineTransform> exact = pixelExact(transform, size);
+    if (exact) transform = *exact;
+    const bool isNearest = exact || interpolation == Interpolation::None;
+
+    const PatternHandle pattern(cairo_pattern_create_for_surface(source.surface.get()));
+    const cairo_matrix_t toSource = toCairo(transform.inverted());
+    cairo_pattern_set_matrix(pattern.get(), &toSource);
+    cairo_pattern_set_extend(pattern.get(), extend);
+    cairo_pattern_set_filter(pattern.get(),
+                             isNearest ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_BILINEAR);
+    cairo_set_source(context, pattern.get());
+    return true;
+}
+
+cairo_operator_t operatorFor(BlendMode mode) {
+    switch (mode) {
+        case BlendMode::Normal:
+            return CAIRO_OPERATOR_OVER;
+        case BlendMode::SourceIn:
+            return CAIRO_OPERATOR_IN;
+        case BlendMode::Copy:
+            return CAIRO_OPERATOR_SOURCE;
+        case BlendMode::Clear:
+            return CAIRO_OPERATOR_CLEAR;
+    }
+    return CAIRO_OPERATOR_OVER;
+}
+
+cairo_line_cap_t toCairo(LineCap cap) {
+    switch (cap) {
+        case LineCap::Butt:
+            return CAIRO_LINE_CAP_BUTT;
+        case LineCap::Round:
+            return CAIRO_LINE_CAP_ROUND;
+        case LineCap::Square:
+            return CAIRO_LINE_CAP_SQUARE;
+    }
+    return CAIRO_LINE_CAP_BUTT;
+}
+
+cairo_line_join_t toCairo(LineJoin join) {
+    switch (join) {
+        case LineJoin::Miter:
+            return CAIRO_LINE_JOIN_MITER;
+        case LineJoin::Round:
+            return CAIRO_LINE_JOIN_ROUND;
+        case LineJoin::Bevel:
+            return CAIRO_LINE_JOIN_BEVEL;
+    }
+    return CAIRO_LINE_JOIN_MITER;
+}
+
+}  // namespace kalim::gfx

@@ -1,0 +1,80 @@
+#include "kalimkit/backend/cairo/CairoRaster.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+#include <cmath>
+#include <utility>
+
+#include "kalimkit/backend/cairo/AreaShrink.h"
+#include "kalimkit/backend/cairo/CairoGeometry.h"
+
+namespace kalim::gfx {
+
+static_assert(std::endian::native == std::endian::little, "Bitmap's byte order is Cairo's");
+
+namespace {
+
+// From here on even nearest and bilinear sampling start from averages, because the scaler counts
+// in 16.16 fixed point.
+constexpr double kExtremeShrink = 256;
+
+const cairo_user_data_key_t kPixelsKey{};
+
+SurfaceHandle wrap(BitmapRef pixels, bool isOpaque) {
+    const PixelSize size = pixels->size();
+    if (size.width > kLargestSide || size.height > kLargestSide) return {};
+    // Cairo takes a pointer to writable bytes, but nothing is ever drawn into these.
+    auto* const bytes = const_cast<std::uint8_t*>(pixels->data());
+    SurfaceHandle surface(cairo_image_surface_create_for_data(
+        bytes, isOpaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, size.width, size.height,
+        static_cast<int>(pixels->stride())));
+    cairo_surface_set_user_data(surface.get(), &kPixelsKey, new BitmapRef(std::move(pixels)),
+                                [](void* data) { delete static_cast<BitmapRef*>(data); });
+    return surface;
+}
+
+SurfaceHandle share(const SurfaceHandle& surface) {
+    return SurfaceHandle(cairo_surface_reference(surface.get()));
+}
+
+int reducedSide(int side, double shrink, Interpolation interpolation) {
+    double factor = 1;
+    if (shrink > (interpolation == Interpolation::High ? 2 : kExtremeShrink)) {
+        factor = std::floor(std::min(shrink, static_cast<double>(side)));
+    }
+    factor = std::max(factor, std::ceil(static_cast<double>(side) / kLargestSide));
+    return std::max(static_cast<int>(std::ceil(side / factor)), 1);
+}
+
+}  // namespace
+
+CairoRaster::CairoRaster(BitmapRef pixels, bool isOpaque)
+    : _pixels(std::move(pixels)), _isOpaque(isOpaque), _surface(wrap(_pixels, isOpaque)) {
+    assert(!_pixels->isEmpty());
+}
+
+std::shared_ptr<const CairoRaster> CairoRaster::of(const Image& image) {
+    if (auto own = std::dynamic_pointer_cast<const CairoRaster>(image.raster())) return own;
+    return std::make_shared<const CairoRaster>(image.pixels());
+}
+
+CairoRaster::Source CairoRaster::source(double shrinkX, double shrinkY,
+                                        Interpolation interpolation) const {
+    const PixelSize wanted{reducedSide(size().width, shrinkX, interpolation),
+                           reducedSide(size().height, shrinkY, interpolation)};
+    if (wanted == size()) return {share(_surface), {}};
+    return reduced(wanted);
+}
+
+CairoRaster::Source CairoRaster::reduced(PixelSize wanted) const {
+    if (wanted != _reducedSize) {
+        _reduced = wrap(std::make_shared<const Bitmap>(areaShrink(*_pixels, wanted)), _isOpaque);
+        _reducedSize = wanted;
+    }
+    return {share(_reduced),
+            AffineTransform::scaling(static_cast<double>(size().width) / wanted.width,
+                                     static_cast<double>(size().height) / wanted.height)};
+}
+
+}  // namespace kalim::gfx

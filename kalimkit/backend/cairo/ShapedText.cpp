@@ -1,0 +1,70 @@
+#include "kalimkit/backend/cairo/ShapedText.h"
+
+#include <pango/pangofc-font.h>
+
+#include "kalimkit/gfx/Utf8.h"
+
+namespace kalim::gfx {
+
+namespace {
+
+double points(int pangoUnits) {
+    return static_cast<double>(pangoUnits) / PANGO_SCALE;
+}
+
+bool isColorFont(PangoFont* font) {
+    if (!PANGO_IS_FC_FONT(font)) return false;
+    FcBool isColor = FcFalse;
+    FcPattern* const pattern = pango_fc_font_get_pattern(PANGO_FC_FONT(font));
+    return FcPatternGetBool(pattern, FC_COLOR, 0, &isColor) == FcResultMatch && isColor;
+}
+
+}  // namespace
+
+MendedText::MendedText(std::string_view text) {
+    utf8.reserve(text.size());
+    for (std::size_t offset = 0; offset < text.size();) {
+        const CodePoint next = decodeUtf8(text, offset);
+        appendUtf8(utf8, next.value == 0 ? kReplacementCharacter : next.value);
+        offsets.push_back(offset);
+        offset += next.byteCount;
+    }
+}
+
+ShapedText::ShapedText(PangoContext* context, const PangoFontDescription* font,
+                       std::string_view text)
+    : _layout(pango_layout_new(context)) {
+    const MendedText mended(text);
+    pango_layout_set_single_paragraph_mode(_layout.get(), TRUE);
+    pango_layout_set_font_description(_layout.get(), font);
+    pango_layout_set_text(_layout.get(), mended.utf8.data(), static_cast<int>(mended.utf8.size()));
+    PangoRectangle ink;
+    pango_layout_line_get_extents(line(), &ink, nullptr);
+    _inkBounds = {points(ink.x), points(ink.y), points(ink.width), points(ink.height)};
+    measureAdvances();
+}
+
+PangoLayoutLine* ShapedText::line() const {
+    return pango_layout_get_line_readonly(_layout.get(), 0);
+}
+
+void ShapedText::measureAdvances() {
+    int attributeCount = 0;
+    const PangoLogAttr* const attributes =
+        pango_layout_get_log_attrs_readonly(_layout.get(), &attributeCount);
+    const char* const text = pango_layout_get_text(_layout.get());
+    // Runs follow each other as they are seen, characters as they are written.
+    std::vector<int> widths(static_cast<std::size_t>(attributeCount));
+    for (const GSList* entry = line()->runs; entry != nullptr; entry = entry->next) {
+        auto* const run = static_cast<PangoLayoutRun*>(entry->data);
+        const long first = g_utf8_pointer_to_offset(text, text + run->item->offset);
+        pango_glyph_item_get_logical_widths(run, text, widths.data() + first);
+        _hasColorGlyphs = _hasColorGlyphs || isColorFont(run->item->analysis.font);
+    }
+    for (int i = 0; i + 1 < attributeCount; ++i) {
+        if (attributes[i].is_cursor_position || _advances.empty()) _advances.push_back(0);
+        _advances.back() += points(widths[static_cast<std::size_t>(i)]);
+    }
+}
+
+}  // namespace kalim::gfx
