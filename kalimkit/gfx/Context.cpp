@@ -12,11 +12,6 @@ bool isFinite(Point p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
 }
 
-bool isFinite(const Rect& rect) {
-    return isFinite(rect.origin) && std::isfinite(rect.size.width) &&
-           std::isfinite(rect.size.height);
-}
-
 bool isFinite(const AffineTransform& t) {
     return std::isfinite(t.a) && std::isfinite(t.b) && std::isfinite(t.c) && std::isfinite(t.d) &&
            std::isfinite(t.tx) && std::isfinite(t.ty);
@@ -30,6 +25,11 @@ Path rectPath(const Rect& rect) {
     Path path;
     path.addRect(rect);
     return path;
+}
+
+// Of every corner: a bounding box could hide one.
+bool isFinite(const Rect& rect, const AffineTransform& transform) {
+    return isFinite(rectPath(rect).transformed(transform));
 }
 
 Path ellipsePath(const Rect& rect) {
@@ -187,7 +187,7 @@ void Context::strokeEllipse(const Rect& rect) {
 }
 
 void Context::clipToRect(const Rect& rect) {
-    if (!isFinite(_state.transform.apply(rect))) return;
+    if (!isFinite(rect, _state.transform)) return;
     beginPath();
     addRect(rect);
     clip();
@@ -207,7 +207,7 @@ void Context::drawImage(const Image& image, const Rect& rect) {
 }
 
 void Context::drawRaster(const Image& image, const Rect& rect) {
-    if (!isFinite(_state.transform.apply(rect)) || rect.isEmpty()) return;
+    if (!isFinite(rect, _state.transform) || rect.isEmpty()) return;
     if (_state.transform.isInvertible()) onDrawRaster(image, rect);
 }
 

@@ -1,0 +1,147 @@
+#include "kalimkit/gfx/Path.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numbers>
+
+namespace kalim::gfx {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+void expectNear(const Rect& expected, const Rect& actual) {
+    EXPECT_NEAR(expected.minX(), actual.minX(), 1e-3);
+    EXPECT_NEAR(expected.minY(), actual.minY(), 1e-3);
+    EXPECT_NEAR(expected.maxX(), actual.maxX(), 1e-3);
+    EXPECT_NEAR(expected.maxY(), actual.maxY(), 1e-3);
+}
+
+TEST(Path, BoundingBoxIgnoresControlPoints) {
+    Path quad;
+    quad.moveTo({0, 0});
+    quad.quadTo({5, 10}, {10, 0});
+    expectNear({0, 0, 10, 5}, quad.boundingBox());
+
+    Path arch;
+    arch.moveTo({0, 0});
+    arch.cubicTo({0, 4}, {6, 4}, {6, 0});
+    expectNear({0, 0, 6, 3}, arch.boundingBox());
+
+    // The same parabola as the quad: its derivative has no square term.
+    Path raised;
+    raised.moveTo({0, 0});
+    raised.cubicTo({10.0 / 3, 20.0 / 3}, {20.0 / 3, 20.0 / 3}, {10, 0});
+    expectNear({0, 0, 10, 5}, raised.boundingBox());
+
+    // Out and back on a line: x = 9 t (1 - t)² has its largest value 4/3 at t = 1/3.
+    Path spike;
+    spike.moveTo({0, 7});
+    spike.cubicTo({3, 7}, {0, 7}, {0, 7});
+    expectNear({0, 7, 4.0 / 3, 0}, spike.boundingBox());
+}
+
+TEST(Path, BoundingBoxHoldsOnlyWhatIsDrawn) {
+    Path path;
+    EXPECT_EQ(Rect(), path.boundingBox());
+    path.moveTo({3, 4});
+    EXPECT_EQ(Rect(3, 4, 0, 0), path.boundingBox());
+    path.lineTo({5, 1});
+    path.moveTo({100, 100});
+    EXPECT_EQ(Rect(3, 1, 2, 3), path.boundingBox());
+}
+
+TEST(Path, EllipseAndRectFillTheirRectangle) {
+    Path ellipse;
+    ellipse.addEllipse({10, 20, 30, 40});
+    expectNear({10, 20, 30, 40}, ellipse.boundingBox());
+    EXPECT_EQ((Point{40, 40}), ellipse.currentPoint());
+    Path rect;
+    rect.addRect({10, 20, 30, 40});
+    EXPECT_EQ(Rect(10, 20, 30, 40), rect.boundingBox());
+}
+
+TEST(Path, ArcSweepsToTheSideThatItsDirectionAsksFor) {
+    const struct {
+        double start;
+        double end;
+        bool clockwise;
+        long quarters;
+        Point last;
+        Rect box;
+    } cases[] = {
+        {0, kPi / 2, false, 1, {0, 10}, {0, 0, 10, 10}},
+        {0, kPi / 2, true, 3, {0, 10}, {-10, -10, 20, 20}},
+        {0, -kPi / 2, false, 3, {0, -10}, {-10, -10, 20, 20}},
+        {0, -kPi / 2, true, 1, {0, -10}, {0, -10, 10, 10}},
+        {kPi, 0, false, 2, {10, 0}, {-10, -10, 20, 10}},
+        {0, 2 * kPi, false, 4, {10, 0}, {-10, -10, 20, 20}},
+        {0, -2 * kPi, true, 4, {10, 0}, {-10, -10, 20, 20}},
+        {0, 0, false, 0, {10, 0}, {10, 0, 0, 0}},
+        {0, 2 * kPi, true, 0, {10, 0}, {10, 0, 0, 0}},
+        // More than two turns draw no more than one and the rest.
+        {0, 9 * kPi, false, 6, {-10, 0}, {-10, -10, 20, 20}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << " " << c.clockwise);
+        Path path;
+        path.addArc({0, 0}, 10, c.start, c.end, c.clockwise);
+        EXPECT_EQ(c.quarters, std::ranges::count(path.commands(), PathCommand::Cubic));
+        EXPECT_NEAR(c.last.x, path.currentPoint().x, 1e-9);
+        EXPECT_NEAR(c.last.y, path.currentPoint().y, 1e-9);
+        const Rect box = path.boundingBox();
+        EXPECT_NEAR(c.box.minX(), box.minX(), 3e-3);
+        EXPECT_NEAR(c.box.maxY(), box.maxY(), 3e-3);
+        EXPECT_NEAR(c.box.size.width, box.size.width, 6e-3);
+        EXPECT_NEAR(c.box.size.height, box.size.height, 6e-3);
+    }
+}
+
+TEST(Path, ArcIsJoinedByALine) {
+    Path path;
+    path.moveTo({0, 0});
+    path.addArc({20, 0}, 5, 0, kPi / 2, false);
+    ASSERT_EQ(PathCommand::Line, path.commands()[1]);
+    EXPECT_EQ((Point{25, 0}), path.points()[1]);
+
+    Path dot;
+    dot.addArc({20, 30}, 0, 0, kPi, false);
+    Path expected;
+    expected.moveTo({20, 30});
+    EXPECT_EQ(expected, dot);
+}
+
+TEST(Path, DrawingStartsByItselfAndGoesOnFromWhereAClosedPathBegan) {
+    Path path;
+    path.close();
+    EXPECT_TRUE(path.isEmpty());
+    path.lineTo({1, 1});
+    path.lineTo({5, 1});
+    path.lineTo({5, 5});
+    path.close();
+    path.close();
+    EXPECT_EQ((Point{1, 1}), path.currentPoint());
+    EXPECT_EQ(4U, path.commands().size());
+    EXPECT_EQ(PathCommand::Move, path.commands()[0]);
+
+    Path curve;
+    curve.quadTo({1, 2}, {3, 4});
+    EXPECT_EQ((std::vector<Point>{{1, 2}, {1, 2}, {3, 4}}), curve.points());
+}
+
+TEST(Path, TransformAndAdditionCarryTheCurrentPoint) {
+    Path path;
+    path.addRect({1, 2, 3, 4});
+    const Path moved = path.transformed(AffineTransform::scaling(2, 10));
+    EXPECT_EQ(Rect(2, 20, 6, 40), moved.boundingBox());
+    EXPECT_EQ((Point{2, 20}), moved.currentPoint());
+    path.addPath(moved);
+    EXPECT_EQ((Point{2, 20}), path.currentPoint());
+    EXPECT_EQ(Rect(1, 2, 7, 58), path.boundingBox());
+    path.addPath(path);
+    EXPECT_EQ(20U, path.commands().size());
+    EXPECT_EQ(16U, path.points().size());
+}
+
+}  // namespace
+}  // namespace kalim::gfx
