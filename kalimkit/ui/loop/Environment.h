@@ -25,11 +25,11 @@ struct Screen {
 // own. Everything optional has a harmless default, so that a small host implements little.
 class KALIM_API Environment {
 public:
-    virtual ~Environment() = default;
+    virtual ~Environment();
 
     // The one in force. Asking while none is installed is a programming error that is raised as
-    // "EnvironmentException"; where the handler returns, a built-in environment without a screen or
-    // a device's pixels would be of no use, so the process ends.
+    // "EnvironmentException"; nothing could go on without one, so the process ends where the
+    // handler returns.
     static Environment& current();
     static bool hasCurrent();
     // Installs one, or none with null; returns the one it replaces.

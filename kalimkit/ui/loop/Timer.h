@@ -2,16 +2,18 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/loop/RunLoop.h"
 
 namespace kalim::ui {
 
-// A timer that its owner keeps: it fires while this object lives and is running. Destroying it,
-// also from within its own callback, stops it.
+// A timer that its owner keeps: it fires while this object lives and is running. Stopping,
+// restarting or destroying it from within its own callback is fine.
 class KALIM_API Timer {
 public:
+    // The loop must outlive the timer.
     explicit Timer(RunLoop& loop) : _loop(loop) {}
     ~Timer() { stop(); }
     Timer(const Timer&) = delete;
@@ -21,17 +23,23 @@ public:
     // missed firing at its due time. An interval that is not positive counts as 0.1 ms.
     void start(double interval, bool repeats, std::function<void()> fire);
     void stop();
+    // Within the callback of a timer that does not repeat, it no longer is.
     bool isRunning() const { return _id != 0; }
 
 private:
-    void schedule(double delay);
+    void schedule();
+    void fire();
 
     RunLoop& _loop;
+    // Of the scheduled firing; 0 for none.
     std::uint64_t _id = 0;
-    Time _due = 0;
+    Time _start = 0;
     double _interval = 0;
+    // Firings since the start; the next one is due at start + (count + 1) * interval.
+    std::uint64_t _count = 0;
     bool _repeats = false;
-    std::function<void()> _fire;
+    // Shared, so that it survives the timer while it runs.
+    std::shared_ptr<const std::function<void()>> _fire;
 };
 
 }  // namespace kalim::ui

@@ -1,0 +1,21 @@
+#include "kalimkit/ui/loop/DisplayLink.h"
+
+#include <utility>
+
+namespace kalim::ui {
+
+DisplayLink::DisplayLink(RunLoop& loop, std::function<void(Time)> tick)
+    : _loop(loop), _tick(std::make_shared<const std::function<void(Time)>>(std::move(tick))) {
+    _loop.addLink(*this);
+}
+
+DisplayLink::~DisplayLink() {
+    _loop.removeLink(*this);
+}
+
+void DisplayLink::fire(Time time) {
+    const auto tick = _tick;
+    if (*tick) (*tick)(time);
+}
+
+}  // namespace kalim::ui
