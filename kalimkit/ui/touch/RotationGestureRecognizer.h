@@ -1,12 +1,15 @@
 #pragma once
 
+#include <optional>
+
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/touch/GestureRecognizer.h"
 
 namespace kalim::ui {
 
 // Two fingers turning about each other. It begins once the line between them has turned by more
-// than the slop, and measures from where it began.
+// than the slop, and measures from where it began. The first two fingers count, others are ignored;
+// the gesture is over when one of the two leaves.
 class KALIM_API RotationGestureRecognizer : public GestureRecognizer {
 public:
     // Radians that the fingers must turn before the gesture begins.
@@ -17,7 +20,8 @@ public:
     double rotation() const { return _rotation; }
 
     // Feeds the gesture directly, for hosts that get whole gestures from their platform and for
-    // scenarios: sets the rotation, enters the state and tells the handler.
+    // scenarios: sets the rotation, enters the state and tells the handler. Ignored while disabled
+    // and for a rotation that is not finite.
     void drive(GestureState state, double rotation);
 
 protected:
@@ -28,9 +32,17 @@ protected:
     void reset() override;
 
 private:
+    std::optional<double> angle() const;
+    void track(const std::vector<TouchRef>& active);
+    void lose(GestureState outcome, const std::vector<TouchRef>& active);
+
     double _rotation = 0;
-    double _lastAngle = 0;
-    bool _tracking = false;
+    // Of the line from the first to the second finger in the window, radians; nothing while the two
+    // have only been in one place.
+    std::optional<double> _lastAngle;
+    // Both or neither.
+    TouchRef _first;
+    TouchRef _second;
 };
 
 }  // namespace kalim::ui

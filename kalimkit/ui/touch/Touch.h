@@ -22,6 +22,7 @@ public:
 
     std::int64_t id() const { return _id; }
     TouchPhase phase() const { return _phase; }
+    // Of the last event that changed it.
     Time timestamp() const { return _time; }
     // The view that was hit when the finger landed; it gets the whole sequence. Null once gone.
     std::shared_ptr<View> view() const { return _view.lock(); }
@@ -33,12 +34,18 @@ public:
 private:
     friend class Window;
 
+    // Whether its view knows of it. A view never learns of a withheld touch, or has been told that
+    // it was cancelled.
+    enum class Delivery { Pending, Delivered, Withheld };
+
     std::int64_t _id;
     TouchPhase _phase = TouchPhase::Began;
+    // Window points.
     gfx::Point _location;
     gfx::Point _previous;
     Time _time;
     std::weak_ptr<View> _view;
+    Delivery _delivery = Delivery::Pending;
 };
 
 using TouchRef = std::shared_ptr<Touch>;

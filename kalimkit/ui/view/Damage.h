@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
@@ -21,6 +22,8 @@ public:
     const std::vector<gfx::Rect>& rects() const { return _rects; }
 
 private:
+    void mergeCheapestPair();
+
     std::vector<gfx::Rect> _rects;
 };
 

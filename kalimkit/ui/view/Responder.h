@@ -9,7 +9,7 @@ namespace kalim::ui {
 // topmost view its window.
 class KALIM_API Responder {
 public:
-    virtual ~Responder() = default;
+    virtual ~Responder();
 
     // Null at the end of the chain.
     virtual Responder* nextResponder() const { return nullptr; }

@@ -19,61 +19,97 @@ struct Finger {
     gfx::Point location;
 };
 
-// What one display cost.
+// What one frame cost.
 struct FrameCost {
     // Device pixels inside the damaged rectangles.
     std::int64_t pixels = 0;
-    // How many views drew.
+    // How many views drew; one that several rectangles meet counts for each.
     int views = 0;
 };
 
 // The root of a view tree: turns what a host reports into touches, and damaged views into pixels.
-// The host draws surface() to its screen after display().
+// The host draws surface() to its screen after display(), and has the run loop's frame handler call
+// display(). It does not destroy the window from within one of its calls.
 class KALIM_API Window : public Responder {
 public:
     // Size in points; the scale is that of the current environment's screen.
     explicit Window(gfx::Size size);
     ~Window() override;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
 
     const std::shared_ptr<View>& rootView() const { return _root; }
     gfx::Size size() const { return _size; }
-    // Resizes the root view and damages everything.
+    // Resizes the root view, takes the screen's scale anew and damages everything.
     void setSize(gfx::Size size);
 
-    // ---- touches. Locations in window points; a finger must have begun to move or end. Locations
-    // that are not finite are ignored. Marked views are displayed before each returns.
+    // ---- touches. Locations in window points; a finger must have begun to move or end. One that
+    // lands on no view, or on a place that is not finite, is ignored until it lands again; it lifts
+    // where it was last when it ends on such a place. The work of the main queue is done and marked
+    // views are displayed before each returns.
     void fingersBegan(const std::vector<Finger>& fingers);
+    // Fingers that are not listed, or have not moved, stay where they are.
     void fingersMoved(const std::vector<Finger>& fingers);
     void fingersEnded(const std::vector<Finger>& fingers);
     // The ids alone count; an empty list cancels every finger.
     void fingersCancelled(const std::vector<Finger>& fingers);
-    std::vector<TouchRef> activeTouches() const { return _touches; }
+    // Those that are down, in the order of landing.
+    const std::vector<TouchRef>& activeTouches() const { return _touches; }
     // Views call it when they go.
     void cancelTouchesIn(const View& subtree);
 
     // ---- display
+    // Rounded out to whole device pixels and cut at the window.
     void addDamage(const gfx::Rect& windowRect);
     const Damage& damage() const { return _damage; }
     bool needsDisplay() const { return !_damage.isEmpty() || _needsLayout; }
-    // Lays out and draws what is marked; nothing to do leaves the surface alone.
+    // Lays out and draws what is marked; nothing to do leaves the surface alone. What drawing
+    // itself marks waits for the next display.
     void display();
-    // Null until the first display, or when the device has no surface of this size.
+    // Null until the first display, or when the device has no surface of this size. Transparent
+    // where no view draws.
     const std::shared_ptr<gfx::Surface>& surface() const { return _surface; }
-    // The device rectangles, in pixels, that the last display drew.
+    // The device rectangles, in pixels, that the last frame drew, and what it cost. A display that
+    // had nothing to do is no frame.
     const std::vector<gfx::Rect>& lastDamage() const { return _lastDamage; }
     FrameCost lastCost() const { return _lastCost; }
+    // All that was drawn since this was asked last, in pixels: what the host has to bring to its
+    // screen.
+    std::vector<gfx::Rect> takeDrawn();
 
 private:
     friend class View;
+    using Touches = std::vector<TouchRef>;
+
+    // ---- touches (WindowTouches.cpp)
+    TouchRef touchWithId(std::int64_t id) const;
+    TouchRef land(const Finger& finger);
+    void rest();
+    void lift(const Touches& lifted, TouchPhase phase);
+    void deliver(TouchPhase phase, const Touches& changed, const Touches& all);
+    Touches feedRecognizers(View& view, TouchPhase phase, const Touches& changed,
+                            const Touches& all);
+    void sendCancelled(const Touches& cancelled, const Touches& all);
+    void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
+    void finishEvent();
+
+    void requestLayout();
+    void layout();
+    bool prepareSurface();
+    void draw(const gfx::Rect& rect);
 
     gfx::Size _size;
+    double _scale;
     std::shared_ptr<View> _root;
-    std::vector<TouchRef> _touches;
+    Touches _touches;
     Damage _damage;
     bool _needsLayout = true;
+    bool _isDisplaying = false;
     std::shared_ptr<gfx::Surface> _surface;
     std::vector<gfx::Rect> _lastDamage;
     FrameCost _lastCost;
+    // In pixels, not yet taken by the host.
+    Damage _drawn;
 };
 
 }  // namespace kalim::ui

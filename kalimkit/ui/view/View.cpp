@@ -1,0 +1,267 @@
+#include "kalimkit/ui/view/View.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim::ui {
+
+namespace {
+
+bool isFinite(gfx::Point p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+bool isFinite(const gfx::Rect& rect) {
+    return isFinite(rect.origin) && std::isfinite(rect.size.width) &&
+           std::isfinite(rect.size.height);
+}
+
+bool isFinite(const gfx::AffineTransform& t) {
+    return std::isfinite(t.a) && std::isfinite(t.b) && std::isfinite(t.c) && std::isfinite(t.d) &&
+           isFinite(gfx::Point{t.tx, t.ty});
+}
+
+// With a negative side, the rectangle that its corners span.
+gfx::Rect standardized(const gfx::Rect& rect) {
+    return gfx::Rect::spanning(rect.origin, {rect.maxX(), rect.maxY()});
+}
+
+}  // namespace
+
+// Makes a change that shows, with the damage before and after it.
+template <typename Change>
+void View::change(Change make) {
+    damageExtent();
+    make();
+    damageExtent();
+}
+
+// ---- making
+
+std::shared_ptr<View> View::initWithFrame(const gfx::Rect& frame) {
+    struct Constructible : View {};
+    const std::shared_ptr<View> view = std::make_shared<Constructible>();
+    view->_isPlain = true;
+    view->init(frame);
+    return view;
+}
+
+void View::init(const gfx::Rect& frame) {
+    setFrame(frame);
+}
+
+View::~View() {
+    for (const auto& subview : _subviews)
+        subview->_superview = nullptr;
+    for (const auto& recognizer : _recognizers)
+        recognizer->_view = nullptr;
+}
+
+// ---- tree
+
+void View::addSubview(std::shared_ptr<View> view) {
+    insertSubview(std::move(view), _subviews.size());
+}
+
+void View::insertSubview(std::shared_ptr<View> view, std::size_t index) {
+    if (!view || isDescendantOf(*view)) return;
+    if (view->_superview == this) return moveSubview(*view, index);
+    view->removeFromSuperview();
+    // The receiver of a touch that this cancelled may have put it somewhere else.
+    if (view->_superview || isDescendantOf(*view)) return;
+    const std::size_t place = std::min(index, _subviews.size());
+    _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), view);
+    view->_superview = this;
+    setNeedsLayout();
+    view->setWindow(_window);
+    view->damageExtent();
+}
+
+void View::removeFromSuperview() {
+    if (!_superview) return;
+    const auto alive = shared_from_this();
+    if (_window) _window->cancelTouchesIn(*this);
+    // The receiver of a cancelled touch may have done it already.
+    if (!_superview) return;
+    damageExtent();
+    View& parent = *std::exchange(_superview, nullptr);
+    std::erase(parent._subviews, alive);
+    parent.setNeedsLayout();
+    setWindow(nullptr);
+}
+
+void View::bringSubviewToFront(View& view) {
+    if (view._superview == this) moveSubview(view, _subviews.size());
+}
+
+void View::sendSubviewToBack(View& view) {
+    if (view._superview == this) moveSubview(view, 0);
+}
+
+void View::moveSubview(View& view, std::size_t index) {
+    const auto kept = view.shared_from_this();
+    const std::vector<std::shared_ptr<View>> before = _subviews;
+    std::erase(_subviews, kept);
+    const std::size_t place = std::min(index, _subviews.size());
+    _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), kept);
+    if (_subviews != before) view.damageExtent();
+}
+
+bool View::isDescendantOf(const View& other) const {
+    for (const View* view = this; view; view = view->_superview) {
+        if (view == &other) return true;
+    }
+    return false;
+}
+
+Responder* View::nextResponder() const {
+    if (_superview) return _superview;
+    return _window;
+}
+
+void View::setWindow(Window* window) {
+    if (_window == window) return;
+    std::vector<std::shared_ptr<View>> subtree;
+    collect(subtree);
+    for (const auto& view : subtree)
+        view->_window = window;
+    for (const auto& view : subtree) {
+        // One before it may have moved it on.
+        if (view->_window == window) view->didMoveToWindow();
+    }
+}
+
+void View::collect(std::vector<std::shared_ptr<View>>& subtree) {
+    subtree.push_back(shared_from_this());
+    for (const auto& subview : _subviews)
+        subview->collect(subtree);
+}
+
+// ---- geometry
+
+gfx::Rect View::frame() const {
+    return toSuperview().apply(_bounds);
+}
+
+void View::setFrame(const gfx::Rect& frame) {
+    const gfx::Rect next = standardized(frame);
+    setPlace(next.center(), {_bounds.origin, next.size});
+}
+
+void View::setBounds(const gfx::Rect& bounds) {
+    setPlace(_center, standardized(bounds));
+}
+
+void View::setCenter(gfx::Point center) {
+    setPlace(center, _bounds);
+}
+
+void View::setPlace(gfx::Point center, const gfx::Rect& bounds) {
+    if (!isFinite(center) || !isFinite(bounds)) return;
+    if (center == _center && bounds == _bounds) return;
+    const bool isResized = bounds.size != _bounds.size;
+    change([&] {
+        _center = center;
+        _bounds = bounds;
+    });
+    if (isResized) setNeedsLayout();
+}
+
+void View::setTransform(const gfx::AffineTransform& transform) {
+    if (!isFinite(transform) || transform == _transform) return;
+    change([&] { _transform = transform; });
+}
+
+gfx::AffineTransform View::toSuperview() const {
+    const gfx::Point middle = _bounds.center();
+    // Without a transform nothing but the two points is added, so that frames come out exact.
+    if (_transform.isIdentity()) return gfx::AffineTransform::translation(_center - middle);
+    return gfx::AffineTransform::translation(-middle)
+        .concat(_transform)
+        .concat(gfx::AffineTransform::translation(_center));
+}
+
+gfx::AffineTransform View::toWindow() const {
+    gfx::AffineTransform all = toSuperview();
+    for (const View* view = _superview; view; view = view->_superview)
+        all = all.concat(view->toSuperview());
+    return all;
+}
+
+gfx::Point View::convertPointTo(gfx::Point p, const View* view) const {
+    const gfx::Point inWindow = toWindow().apply(p);
+    return view ? view->toWindow().inverted().apply(inWindow) : inWindow;
+}
+
+gfx::Point View::convertPointFrom(gfx::Point p, const View* view) const {
+    const gfx::Point inWindow = view ? view->toWindow().apply(p) : p;
+    return toWindow().inverted().apply(inWindow);
+}
+
+gfx::Rect View::convertRectTo(const gfx::Rect& rect, const View* view) const {
+    const gfx::AffineTransform all =
+        view ? toWindow().concat(view->toWindow().inverted()) : toWindow();
+    return all.apply(rect);
+}
+
+// ---- looks
+
+void View::setAlpha(double alpha) {
+    const double next = std::clamp(alpha, 0.0, 1.0);
+    if (std::isnan(alpha) || next == _alpha) return;
+    change([&] { _alpha = next; });
+}
+
+void View::setHidden(bool hidden) {
+    if (hidden != _hidden) change([&] { _hidden = hidden; });
+}
+
+void View::setBackgroundColor(gfx::ColorRef color) {
+    const bool isSame = gfx::equalColors(color, _backgroundColor);
+    _backgroundColor = std::move(color);
+    if (!isSame) setNeedsDisplay();
+}
+
+void View::setClipsToBounds(bool clips) {
+    if (clips != _clipsToBounds) change([&] { _clipsToBounds = clips; });
+}
+
+// ---- touches
+
+std::shared_ptr<View> View::hitTest(gfx::Point p) {
+    constexpr double leastAlpha = 0.01;
+    if (_hidden || _alpha < leastAlpha || !_userInteractionEnabled || !pointInside(p)) return {};
+    for (auto subview = _subviews.rbegin(); subview != _subviews.rend(); ++subview) {
+        const gfx::AffineTransform toHere = (*subview)->toSuperview();
+        if (!toHere.isInvertible()) continue;
+        if (auto hit = (*subview)->hitTest(toHere.inverted().apply(p))) return hit;
+    }
+    return shared_from_this();
+}
+
+bool View::pointInside(gfx::Point p) const {
+    return _bounds.contains(p);
+}
+
+void View::addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer) {
+    if (!recognizer || recognizer->_view == this) return;
+    if (recognizer->_view) recognizer->_view->removeGestureRecognizer(*recognizer);
+    recognizer->_view = this;
+    _recognizers.push_back(std::move(recognizer));
+}
+
+void View::removeGestureRecognizer(const GestureRecognizer& recognizer) {
+    const auto found =
+        std::ranges::find(_recognizers, &recognizer, [](const auto& known) { return known.get(); });
+    if (found == _recognizers.end()) return;
+    const auto removed = *found;
+    _recognizers.erase(found);
+    removed->_view = nullptr;
+    removed->_hasFingers = false;
+    removed->abandon();
+}
+
+}  // namespace kalim::ui

@@ -1,0 +1,113 @@
+#include "kalimkit/ui/view/Window.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/loop/FlagScope.h"
+
+namespace kalim::ui {
+
+namespace {
+
+// Laying out may ask for more of it; after so many rounds the rest waits for the next display.
+constexpr int mostLayoutRounds = 8;
+// Edges that miss a device pixel's edge by less than this share of a pixel lie on it.
+constexpr double pixelTolerance = 1e-6;
+
+// Frames can be asked for only where there is somebody to give them.
+void requestFrame() {
+    if (Environment::hasCurrent()) Environment::current().runLoop().requestFrame();
+}
+
+}  // namespace
+
+Window::Window(gfx::Size size)
+    : _size(size),
+      _scale(Environment::current().screen().scale),
+      _root(View::initWithFrame({{}, size})) {
+    _root->setWindow(this);
+    addDamage({{}, _size});
+}
+
+Window::~Window() {
+    _root->setWindow(nullptr);
+}
+
+void Window::setSize(gfx::Size size) {
+    _size = size;
+    _scale = Environment::current().screen().scale;
+    _surface = nullptr;
+    _damage.clear();
+    _drawn.clear();
+    _root->setFrame({{}, size});
+    addDamage({{}, _size});
+}
+
+// ---- display
+
+void Window::addDamage(const gfx::Rect& windowRect) {
+    const gfx::Rect seen = windowRect.intersection({{}, _size});
+    if (seen.isEmpty()) return;
+    const double slack = pixelTolerance / _scale;
+    _damage.add(seen.inset(slack, slack).roundedOut(_scale));
+    requestFrame();
+}
+
+void Window::requestLayout() {
+    _needsLayout = true;
+    requestFrame();
+}
+
+void Window::layout() {
+    for (int round = 0; _needsLayout && round < mostLayoutRounds; ++round) {
+        _needsLayout = false;
+        _root->layoutIfNeeded();
+    }
+}
+
+void Window::display() {
+    if (_isDisplaying) return;
+    const FlagScope displaying(_isDisplaying);
+    layout();
+    if (_damage.isEmpty()) return;
+    const bool canDraw = prepareSurface();
+    const Damage damage = std::exchange(_damage, {});
+    if (!canDraw) return;
+    _lastDamage.clear();
+    _lastCost = {};
+    for (const gfx::Rect& rect : damage.rects())
+        draw(rect);
+}
+
+// A new surface knows nothing of what the old one showed.
+bool Window::prepareSurface() {
+    if (_surface) return true;
+    _surface = Environment::current().device().makeSurface(_size, _scale, false);
+    addDamage({{}, _size});
+    return _surface != nullptr;
+}
+
+void Window::draw(const gfx::Rect& rect) {
+    const gfx::Rect pixels(std::round(rect.minX() * _scale), std::round(rect.minY() * _scale),
+                           std::round(rect.size.width * _scale),
+                           std::round(rect.size.height * _scale));
+    _lastDamage.push_back(pixels);
+    _drawn.add(pixels);
+    _lastCost.pixels += std::llround(pixels.area());
+
+    gfx::Context& context = _surface->context();
+    const gfx::GraphicsStateGuard guard(context);
+    context.clipToRect(rect);
+    context.setBlendMode(gfx::BlendMode::Clear);
+    context.fillRect(rect);
+    context.setBlendMode(gfx::BlendMode::Normal);
+    _lastCost.views += _root->paint(context, rect);
+}
+
+std::vector<gfx::Rect> Window::takeDrawn() {
+    return std::exchange(_drawn, {}).rects();
+}
+
+}  // namespace kalim::ui
