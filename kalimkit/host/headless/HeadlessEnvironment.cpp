@@ -1,0 +1,45 @@
+#include "kalimkit/host/headless/HeadlessEnvironment.h"
+
+#include <cmath>
+#include <utility>
+
+namespace kalim {
+
+namespace {
+
+// 2024-01-01 00:00:00 UTC, when the run loop's clock reads 0.
+constexpr double startOfTime = 1704067200;
+constexpr gfx::Size screenPoints{390, 844};
+
+}  // namespace
+
+HeadlessEnvironment::HeadlessEnvironment(gfx::Device& device, double scale)
+    : _device(device),
+      _screen{scale,
+              {static_cast<int>(std::lround(screenPoints.width * scale)),
+               static_cast<int>(std::lround(screenPoints.height * scale))},
+              true} {}
+
+std::vector<ui::Alert> HeadlessEnvironment::takeAlerts() {
+    return std::exchange(_alerts, {});
+}
+
+double HeadlessEnvironment::wallClock() const {
+    return startOfTime + _loop.now();
+}
+
+std::string HeadlessEnvironment::localizedString(const std::string& key) const {
+    const auto text = _texts.find(key);
+    return text == _texts.end() ? key : text->second;
+}
+
+void HeadlessEnvironment::setLocalizedString(const std::string& key, std::string text) {
+    _texts[key] = std::move(text);
+}
+
+void HeadlessEnvironment::presentAlert(const ui::Alert& alert) {
+    _alerts.push_back({alert.title, alert.message, alert.buttons, {}});
+    Environment::presentAlert(alert);
+}
+
+}  // namespace kalim
