@@ -1,0 +1,28 @@
+#include "tests/support/TestHost.h"
+
+#include <utility>
+
+#include "kalimkit/backend/cairo/CairoDevice.h"
+
+namespace kalim::test {
+
+TestHost::Installation::Installation(std::shared_ptr<ui::Environment> environment)
+    : previous(ui::Environment::install(std::move(environment))) {}
+
+TestHost::Installation::~Installation() {
+    ui::Environment::install(std::move(previous));
+}
+
+TestHost::TestHost(TestHostOptions options)
+    : _device(options.device ? std::move(options.device) : gfx::CairoDevice::make()),
+      _environment(std::make_shared<HeadlessEnvironment>(*_device, options.scale)),
+      _installation(_environment),
+      _window(options.size) {
+    loop().setFrameHandler([this] { _window.display(); });
+}
+
+TestHost::~TestHost() {
+    loop().setFrameHandler({});
+}
+
+}  // namespace kalim::test
