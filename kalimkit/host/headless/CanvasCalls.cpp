@@ -1,0 +1,165 @@
+#include "kalimkit/host/headless/CanvasCalls.h"
+
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace kalim {
+
+namespace {
+
+using Arguments = JsonValue::Array;
+
+struct Operation {
+    std::string_view name;
+    CallOutcome (*call)(std::string_view name, MDrawView& canvas, const Arguments& arguments);
+};
+
+std::string position(std::string_view name, std::size_t index) {
+    return "argument " + std::to_string(index + 1) + " of " + std::string(name);
+}
+
+template <typename Kind>
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&, Kind& out) {
+    return readAs(value, what, out);
+}
+
+// Tools are named by their places in the list.
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView& canvas,
+                     ToolList& out) {
+    std::vector<std::uint64_t> indexes;
+    if (Problem problem = readList(value, what, "index", indexes)) return problem;
+    for (const std::uint64_t index : indexes) {
+        if (index >= canvas.tools().size()) {
+            return what + " names tool " + std::to_string(index) + ", but there are " +
+                   std::to_string(canvas.tools().size()) + ", counted from 0";
+        }
+        out.push_back(canvas.tools()[index]);
+    }
+    return std::nullopt;
+}
+
+template <typename Value>
+JsonValue resultOf(const Value& value) {
+    if constexpr (std::is_arithmetic_v<Value>) {
+        return value;
+    } else {
+        return toJson(value);
+    }
+}
+
+JsonValue resultOf(const ToolClass* toolClass) {
+    return toolClass ? JsonValue(std::string(toolClass->name)) : JsonValue();
+}
+
+// Reads the arguments into values of the kinds that the operation takes, calls it, and turns what
+// it returns into JSON.
+template <auto operation, typename Result, typename... Kinds>
+CallOutcome callWith(std::string_view name, MDrawView& canvas, const Arguments& arguments) {
+    constexpr std::size_t wanted = sizeof...(Kinds);
+    if (arguments.size() != wanted) {
+        return {std::string(name) + " takes " + std::to_string(wanted) +
+                    (wanted == 1 ? " argument, not " : " arguments, not ") +
+                    std::to_string(arguments.size()),
+                {}};
+    }
+    std::tuple<std::decay_t<Kinds>...> values;
+    Problem problem;
+    std::size_t index = 0;
+    const auto read = [&](auto& value) {
+        if (!problem) {
+            problem = readArgument(arguments[index], position(name, index), canvas, value);
+        }
+        ++index;
+    };
+    std::apply([&](auto&... value) { (read(value), ...); }, values);
+    if (problem) return {problem, {}};
+    const auto call = [&](auto&... value) -> Result {
+        return (canvas.*operation)(std::move(value)...);
+    };
+    if constexpr (std::is_void_v<Result>) {
+        std::apply(call, values);
+        return {};
+    } else {
+        return {{}, resultOf(std::apply(call, values))};
+    }
+}
+
+template <auto operation, typename Result, typename... Kinds>
+constexpr Operation bind(std::string_view name, Result (MDrawView::*)(Kinds...)) {
+    return {name, &callWith<operation, Result, Kinds...>};
+}
+
+template <auto operation, typename Result, typename... Kinds>
+constexpr Operation bind(std::string_view name, Result (MDrawView::*)(Kinds...) const) {
+    return {name, &callWith<operation, Result, Kinds...>};
+}
+
+template <auto operation>
+constexpr Operation named(std::string_view name) {
+    return bind<operation>(name, operation);
+}
+
+constexpr Operation operations[] = {
+    // ---- the picture
+    named<&MDrawView::bgImgRect>("bgImgRect"),
+    named<&MDrawView::ctxRect>("ctxRect"),
+    named<&MDrawView::isDirty>("isDirty"),
+    named<&MDrawView::defualtBackgroundColor>("defualtBackgroundColor"),
+    named<&MDrawView::setDefualtBackgroundColor>("setDefualtBackgroundColor"),
+    // ---- what new tools are
+    named<&MDrawView::beginDrawingForTypeWithDrawType>("beginDrawingForTypeWithDrawType"),
+    named<&MDrawView::drawToolClass>("drawToolClass"),
+    named<&MDrawView::setDrawTypeForType>("setDrawTypeForType"),
+    named<&MDrawView::drawType>("drawType"),
+    named<&MDrawView::setDrawColorIsTranslucent>("setDrawColorIsTranslucent"),
+    named<&MDrawView::color>("color"),
+    named<&MDrawView::setDrawLineWidth>("setDrawLineWidth"),
+    named<&MDrawView::lineWidth>("lineWidth"),
+    // ---- measuring
+    named<&MDrawView::setCalibration>("setCalibration"),
+    named<&MDrawView::setUnit>("setUnit"),
+    named<&MDrawView::setShowMeasurement>("setShowMeasurement"),
+    // ---- tools and selection
+    named<&MDrawView::hasTools>("hasTools"),
+    named<&MDrawView::hasDrawed>("hasDrawed"),
+    named<&MDrawView::selectTools>("selectTools"),
+    named<&MDrawView::selectNone>("selectNone"),
+    named<&MDrawView::hasSelectedTools>("hasSelectedTools"),
+    named<&MDrawView::deleteSelectedTools>("deleteSelectedTools"),
+    named<&MDrawView::clearTools>("clearTools"),
+    named<&MDrawView::removeInvaildTools>("removeInvaildTools"),
+    named<&MDrawView::finalizeCurrentDrawing>("finalizeCurrentDrawing"),
+    // ---- undo
+    named<&MDrawView::undo>("undo"),
+    named<&MDrawView::redo>("redo"),
+    named<&MDrawView::canUndo>("canUndo"),
+    named<&MDrawView::canRedo>("canRedo"),
+    // ---- zoom and gestures
+    named<&MDrawView::invertViewPoint>("invertViewPoint"),
+    named<&MDrawView::getScale>("getScale"),
+    named<&MDrawView::contextScale>("contextScale"),
+    named<&MDrawView::setFScal>("setFScal"),
+    named<&MDrawView::enableGesture>("enableGesture"),
+    named<&MDrawView::setEnableGesture>("setEnableGesture"),
+};
+
+std::string unknownOperation(const std::string& name) {
+    std::vector<std::string_view> names;
+    for (const Operation& operation : operations)
+        names.push_back(operation.name);
+    return "the canvas has no operation " + name + suggestion(name, names);
+}
+
+}  // namespace
+
+CallOutcome callCanvas(MDrawView& canvas, const std::string& name,
+                       const JsonValue::Array& arguments) {
+    for (const Operation& operation : operations) {
+        if (operation.name == name) return operation.call(name, canvas, arguments);
+    }
+    return {unknownOperation(name), {}};
+}
+
+}  // namespace kalim

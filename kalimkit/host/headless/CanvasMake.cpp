@@ -1,0 +1,70 @@
+#include "kalimkit/host/headless/CanvasMake.h"
+
+#include <string>
+#include <vector>
+
+#include "kalimkit/canvas/view/ToolClasses.h"
+
+namespace kalim {
+
+namespace {
+
+Problem findClass(const JsonValue& step, const ToolClass*& found) {
+    std::string name;
+    if (Problem problem = readAs(*step.find("make"), "\"make\"", name)) return problem;
+    found = toolClassNamed(name);
+    if (found) return std::nullopt;
+    std::vector<std::string_view> names;
+    for (const ToolClass* toolClass : toolClasses())
+        names.push_back(toolClass->name);
+    return "there is no class of tools " + name + suggestion(name, names);
+}
+
+Problem readPoints(const JsonValue& step, std::vector<gfx::Point>& points) {
+    const JsonValue* list = step.find("points");
+    if (!list) return "\"make\" needs \"points\"";
+    if (Problem problem = readList(*list, "\"points\"", "point", points)) return problem;
+    if (points.size() < 2) return "\"points\" must be two or more";
+    return std::nullopt;
+}
+
+// Replaces the value where the step has one of its own.
+template <typename Kind>
+Problem readOwn(const JsonValue& step, const char* key, Kind& value) {
+    const JsonValue* own = step.find(key);
+    return own ? readAs(*own, "\"" + std::string(key) + "\"", value) : std::nullopt;
+}
+
+Problem readLook(const JsonValue& step, MDrawTool& tool, const MDrawView& canvas) {
+    gfx::ColorRef color = canvas.color();
+    double lineWidth = canvas.lineWidth();
+    std::uint64_t drawType = canvas.drawType();
+    if (Problem problem = readOwn(step, "color", color)) return problem;
+    if (Problem problem = readOwn(step, "lineWidth", lineWidth)) return problem;
+    if (Problem problem = readOwn(step, "drawType", drawType)) return problem;
+    if (lineWidth < 0) return wrongValue("\"lineWidth\"", "0 or more", lineWidth);
+    tool.setColor(color);
+    tool.setLineWidth(lineWidth);
+    tool.setDrawType(drawType);
+    return std::nullopt;
+}
+
+}  // namespace
+
+Problem makeTool(MDrawView& canvas, const JsonValue& step) {
+    const ToolClass* toolClass = nullptr;
+    std::vector<gfx::Point> points;
+    if (Problem problem = findClass(step, toolClass)) return problem;
+    if (Problem problem = readPoints(step, points)) return problem;
+    const ToolRef tool = toolClass->makeWithStartPoint(points.front());
+    if (Problem problem = readLook(step, *tool, canvas)) return problem;
+    for (std::size_t index = 1; index < points.size(); ++index)
+        tool->drawMove(points[index]);
+    tool->drawUp(points.back());
+    if (!canvas.addTool(tool)) {
+        return "the points make no valid " + std::string(toolClass->name) + ": it is too small";
+    }
+    return std::nullopt;
+}
+
+}  // namespace kalim

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/host/headless/ScenarioValues.h"
+
+namespace kalim {
+
+// A step {"make":class,"points":[...]}: makes a tool of a class by points (canvas points) instead
+// of touches and hands it to the canvas as a finished step. It takes the canvas's colour, width and
+// style unless the step has a "color", "lineWidth" or "drawType".
+Problem makeTool(MDrawView& canvas, const JsonValue& step);
+
+}  // namespace kalim

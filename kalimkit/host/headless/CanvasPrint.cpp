@@ -1,0 +1,64 @@
+#include "kalimkit/host/headless/CanvasPrint.h"
+
+#include <algorithm>
+#include <string>
+
+#include "kalimkit/host/headless/ScenarioValues.h"
+
+namespace kalim {
+
+namespace {
+
+JsonValue describeTool(const MDrawTool& tool) {
+    const std::string measureText = tool.measureText();
+    return JsonValue::Object{
+        {"class", std::string(tool.toolClass().name)},
+        {"name", tool.name()},
+        {"startPoint", toJson(tool.startPoint())},
+        {"endPoint", toJson(tool.endPoint())},
+        {"color", toJson(tool.color())},
+        {"lineWidth", tool.lineWidth()},
+        {"drawType", tool.drawType()},
+        {"rotateAngle", tool.rotateAngle()},
+        {"lastRotateAngle", tool.lastRotateAngle()},
+        {"selected", tool.selected()},
+        {"finalized", tool.finalized()},
+        {"isNewBuild", tool.isNewBuild()},
+        {"moveDirection", static_cast<unsigned>(tool.moveDirection())},
+        {"frame", toJson(tool.frame())},
+        {"measureText", measureText.empty() ? JsonValue() : JsonValue(measureText)},
+    };
+}
+
+// Indexes into the tools, in the order of selection; null for a member that is not among them.
+JsonValue describeSelection(const MDrawView& canvas) {
+    if (!canvas.hasSelectedTools()) return {};
+    const ToolList& tools = canvas.tools();
+    JsonValue::Array indexes;
+    for (const ToolRef& member : canvas.handingTools()->subTools()) {
+        const auto place = std::ranges::find(tools, member);
+        indexes.push_back(place == tools.end() ? JsonValue() : JsonValue(place - tools.begin()));
+    }
+    return indexes;
+}
+
+}  // namespace
+
+JsonValue::Object describeCanvas(const MDrawView& canvas) {
+    JsonValue::Array tools;
+    for (const ToolRef& tool : canvas.tools())
+        tools.push_back(describeTool(*tool));
+    return {
+        {"tools", std::move(tools)},
+        {"selection", describeSelection(canvas)},
+        {"canUndo", canvas.canUndo()},
+        {"canRedo", canvas.canRedo()},
+        {"hasDrawed", canvas.hasDrawed()},
+        {"ctxRect", toJson(canvas.ctxRect())},
+        {"contextScale", canvas.contextScale()},
+        // No kind of tool that this canvas offers has a text to edit.
+        {"editingText", false},
+    };
+}
+
+}  // namespace kalim

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/host/headless/JsonValue.h"
+
+namespace kalim {
+
+// What is to be known of a canvas by looking at it: its tools, its selection and its state.
+JsonValue::Object describeCanvas(const MDrawView& canvas);
+
+}  // namespace kalim

@@ -1,0 +1,133 @@
+#include "kalimkit/host/headless/JsonText.h"
+
+#include <cmath>
+#include <utility>
+#include <vector>
+
+// Neither streams nor files, and nothing that throws: the browser's library has none of them.
+#define JSON_NO_IO 1
+#define JSON_NOEXCEPTION 1
+#include <nlohmann/json.hpp>
+
+namespace kalim {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::size_t maximumDepth = 32;
+constexpr double largestExactWhole = 9007199254740992.0;
+// Bytes; the parser's reasons quote what it has read.
+constexpr std::size_t longestReason = 200;
+
+// Builds a JsonValue from the parser's events. Each returns whether to go on.
+class ValueBuilder {
+public:
+    ParsedJson take() { return {std::move(_root), std::move(_error)}; }
+
+    bool null() { return put({}); }
+    bool boolean(bool value) { return put(value); }
+    bool number_integer(std::int64_t value) { return put(value); }
+    bool number_unsigned(std::uint64_t value) { return put(value); }
+    bool number_float(double value, const std::string&) { return put(value); }
+    bool string(std::string& value) { return put(std::move(value)); }
+    bool binary(Json::binary_t&) { return fail("binary data"); }
+
+    bool start_object(std::size_t) { return open(JsonValue::Object{}); }
+    bool end_object() { return close(); }
+    bool start_array(std::size_t) { return open(JsonValue::Array{}); }
+    bool end_array() { return close(); }
+    bool key(std::string& name) {
+        if (_open.back()->find(name)) return fail("the key \"" + name + "\" is there twice");
+        _open.back()->object()->emplace_back(std::move(name), JsonValue());
+        return true;
+    }
+
+    template <typename Exception>
+    bool parse_error(std::size_t position, const std::string&, const Exception& exception) {
+        // "[json.exception.x] parse error at line 1, column 5: syntax error ...": the parser counts
+        // the lines of this text alone, so only what follows its place is of use.
+        const std::string text = exception.what();
+        const std::size_t place = text.find(": ");
+        const std::size_t reason = place != std::string::npos ? place : text.find("] ");
+        return fail("broken JSON at byte " + std::to_string(position) + ": " +
+                    text.substr(reason + 2, longestReason));
+    }
+
+private:
+    bool fail(std::string error) {
+        _error = std::move(error);
+        return false;
+    }
+
+    // Where the next value goes: the last key of the innermost object, or behind the last element
+    // of the innermost array.
+    JsonValue& nextPlace() {
+        if (_open.empty()) return _root;
+        if (JsonValue::Array* elements = _open.back()->array()) return elements->emplace_back();
+        return _open.back()->object()->back().second;
+    }
+
+    bool put(JsonValue value) {
+        nextPlace() = std::move(value);
+        return true;
+    }
+
+    bool open(JsonValue value) {
+        if (_open.size() == maximumDepth) return fail("too deeply nested JSON");
+        JsonValue& place = nextPlace();
+        place = std::move(value);
+        _open.push_back(&place);
+        return true;
+    }
+
+    bool close() {
+        _open.pop_back();
+        return true;
+    }
+
+    JsonValue _root;
+    std::optional<std::string> _error;
+    // From the root inwards. An open value is the last of its parent, which therefore does not grow
+    // and move it until it is closed.
+    std::vector<JsonValue*> _open;
+};
+
+Json toJson(const JsonValue& value) {
+    if (const bool* flag = value.boolean()) return *flag;
+    if (const std::string* text = value.string()) return *text;
+    if (const double* number = value.number()) {
+        const bool isWhole = std::trunc(*number) == *number;
+        if (isWhole && std::abs(*number) <= largestExactWhole) {
+            return static_cast<std::int64_t>(*number);
+        }
+        return *number;
+    }
+    if (const JsonValue::Array* elements = value.array()) {
+        Json array = Json::array();
+        for (const JsonValue& element : *elements)
+            array.push_back(toJson(element));
+        return array;
+    }
+    if (const JsonValue::Object* members = value.object()) {
+        Json object = Json::object();
+        for (const auto& [key, member] : *members)
+            object[key] = toJson(member);
+        return object;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+ParsedJson parseJson(std::string_view text) {
+    ValueBuilder builder;
+    Json::sax_parse(text.begin(), text.end(), &builder);
+    return builder.take();
+}
+
+std::string dumpJson(const JsonValue& value) {
+    return toJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace kalim

@@ -1,0 +1,152 @@
+#include "kalimkit/host/headless/ScenarioFingers.h"
+
+#include <algorithm>
+#include <string>
+
+namespace kalim {
+
+namespace {
+
+// Of one user.
+constexpr std::size_t mostFingers = 10;
+
+std::string fingerName(std::int64_t id) {
+    return "finger " + std::to_string(id);
+}
+
+}  // namespace
+
+Problem ScenarioFingers::play(const JsonValue& step) {
+    std::string phase;
+    if (Problem problem = readAs(*step.find("touch"), "\"touch\"", phase)) return problem;
+    const bool leaves = phase == "ended" || phase == "cancelled";
+    if (!leaves && phase != "began" && phase != "moved") {
+        return wrongValue("\"touch\"", "began, moved, ended or cancelled", phase);
+    }
+    if (!leaves && step.find("lifted")) return "\"lifted\" belongs to ended and cancelled";
+    Listed listed;
+    if (Problem problem = readFingers(step, listed)) return problem;
+    if (phase == "began") return begin(listed);
+    if (Problem problem = checkAllDown(listed.fingers)) return problem;
+    if (phase == "moved") return move(listed);
+    if (Problem problem = readLifted(step, listed)) return problem;
+    return leave(listed, phase == "cancelled");
+}
+
+// ---- reading
+
+Problem ScenarioFingers::readFingers(const JsonValue& step, Listed& listed) const {
+    const JsonValue* list = step.find("points");
+    if (!list) return "\"touch\" needs \"points\"";
+    std::vector<gfx::Point> points;
+    if (Problem problem = readList(*list, "\"points\"", "point", points)) return problem;
+    if (points.empty()) return "\"points\" names no finger";
+    std::vector<std::int64_t> ids;
+    if (Problem problem = readIds(step, points.size(), ids)) return problem;
+    for (std::size_t index = 0; index < points.size(); ++index)
+        listed.fingers.push_back({ids[index], points[index]});
+    return std::nullopt;
+}
+
+Problem ScenarioFingers::readIds(const JsonValue& step, std::size_t count,
+                                 std::vector<std::int64_t>& ids) const {
+    const JsonValue* list = step.find("ids");
+    if (!list) {
+        for (std::size_t id = 1; id <= count; ++id)
+            ids.push_back(static_cast<std::int64_t>(id));
+        return std::nullopt;
+    }
+    if (Problem problem = readList(*list, "\"ids\"", "id", ids)) return problem;
+    if (ids.size() != count) {
+        return "\"ids\" and \"points\" must be as many, not " + std::to_string(ids.size()) +
+               " and " + std::to_string(count);
+    }
+    for (const std::int64_t id : ids) {
+        if (std::ranges::count(ids, id) > 1) return "\"ids\" names " + fingerName(id) + " twice";
+    }
+    return std::nullopt;
+}
+
+Problem ScenarioFingers::readLifted(const JsonValue& step, Listed& listed) const {
+    const JsonValue* list = step.find("lifted");
+    if (!list) {
+        for (const ui::Finger& finger : listed.fingers)
+            listed.lifted.push_back(finger.id);
+        return std::nullopt;
+    }
+    if (Problem problem = readList(*list, "\"lifted\"", "id", listed.lifted)) return problem;
+    if (listed.lifted.empty()) return "\"lifted\" names no finger";
+    for (const std::int64_t id : listed.lifted) {
+        const auto isListed = [id](const ui::Finger& finger) { return finger.id == id; };
+        if (std::ranges::none_of(listed.fingers, isListed)) {
+            return "\"lifted\" names " + fingerName(id) + ", which is not among the points";
+        }
+    }
+    return std::nullopt;
+}
+
+Problem ScenarioFingers::checkAllDown(const std::vector<ui::Finger>& fingers) const {
+    for (const ui::Finger& finger : fingers) {
+        if (!isDown(finger.id)) return fingerName(finger.id) + " is not on the view";
+    }
+    return std::nullopt;
+}
+
+// ---- playing
+
+Problem ScenarioFingers::begin(const Listed& listed) {
+    std::vector<ui::Finger> landing;
+    std::vector<ui::Finger> staying;
+    for (const ui::Finger& finger : listed.fingers)
+        (isDown(finger.id) ? staying : landing).push_back(finger);
+    if (landing.empty()) {
+        return fingerName(staying.front().id) + " is on the view already and no other lands";
+    }
+    if (_down.size() + landing.size() > mostFingers) {
+        return "there are at most " + std::to_string(mostFingers) + " fingers, not " +
+               std::to_string(_down.size() + landing.size());
+    }
+    moveTo(staying);
+    for (const ui::Finger& finger : landing)
+        _down[finger.id] = finger.location;
+    _window.fingersBegan(landing);
+    return std::nullopt;
+}
+
+Problem ScenarioFingers::move(const Listed& listed) {
+    for (const ui::Finger& finger : listed.fingers)
+        _down[finger.id] = finger.location;
+    _window.fingersMoved(listed.fingers);
+    return std::nullopt;
+}
+
+Problem ScenarioFingers::leave(const Listed& listed, bool isCancelled) {
+    std::vector<ui::Finger> leaving;
+    std::vector<ui::Finger> staying;
+    for (const ui::Finger& finger : listed.fingers) {
+        const bool leaves = std::ranges::find(listed.lifted, finger.id) != listed.lifted.end();
+        (leaves ? leaving : staying).push_back(finger);
+    }
+    moveTo(staying);
+    for (const ui::Finger& finger : leaving)
+        _down.erase(finger.id);
+    if (isCancelled) {
+        _window.fingersCancelled(leaving);
+    } else {
+        _window.fingersEnded(leaving);
+    }
+    return std::nullopt;
+}
+
+void ScenarioFingers::moveTo(const std::vector<ui::Finger>& fingers) {
+    std::vector<ui::Finger> moved;
+    for (const ui::Finger& finger : fingers) {
+        gfx::Point& place = _down[finger.id];
+        if (place == finger.location) continue;
+        place = finger.location;
+        moved.push_back(finger);
+    }
+    if (!moved.empty()) _window.fingersMoved(moved);
+}
+
+}  // namespace kalim

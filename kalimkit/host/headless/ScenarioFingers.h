@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+// The fingers of a scenario: turns its touch steps into what a host would report to the window.
+class ScenarioFingers {
+public:
+    // The window must outlive this object.
+    explicit ScenarioFingers(ui::Window& window) : _window(window) {}
+
+    // A step {"touch":phase,"points":[...]} with "ids" and "lifted" where it has them. After a
+    // problem nothing has happened.
+    Problem play(const JsonValue& step);
+
+private:
+    // A step's fingers, and the ids of those that leave with it.
+    struct Listed {
+        std::vector<ui::Finger> fingers;
+        std::vector<std::int64_t> lifted;
+    };
+
+    Problem readFingers(const JsonValue& step, Listed& listed) const;
+    Problem readIds(const JsonValue& step, std::size_t count, std::vector<std::int64_t>& ids) const;
+    Problem readLifted(const JsonValue& step, Listed& listed) const;
+    bool isDown(std::int64_t id) const { return _down.contains(id); }
+    Problem checkAllDown(const std::vector<ui::Finger>& fingers) const;
+
+    Problem begin(const Listed& listed);
+    Problem move(const Listed& listed);
+    Problem leave(const Listed& listed, bool isCancelled);
+    // Reports those that are elsewhere than before.
+    void moveTo(const std::vector<ui::Finger>& fingers);
+
+    ui::Window& _window;
+    // Where the fingers on the view are, window points.
+    std::map<std::int64_t, gfx::Point> _down;
+};
+
+}  // namespace kalim

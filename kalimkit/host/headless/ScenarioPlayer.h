@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kalimkit/gfx/Device.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+#include "kalimkit/host/headless/ScenarioFiles.h"
+
+namespace kalim {
+
+// What a scenario is played on.
+struct ScenarioScreen {
+    // The canvas, points.
+    gfx::Size canvas{390, 844};
+    // Pixels per point.
+    double scale = 2;
+};
+
+// Plays scenarios, one JSON object a line, on a canvas that fills a window of its own, without a
+// screen: time stands still but for the scenario's waits. While it lives, its environment is the
+// current one; the one before comes back with its end.
+class KALIM_API ScenarioPlayer {
+public:
+    // Gets each line that the scenario prints, without a line feed.
+    using Output = std::function<void(const std::string& line)>;
+
+    // The device and the files must outlive the player.
+    ScenarioPlayer(gfx::Device& device, ScenarioFiles& files, Output output,
+                   const ScenarioScreen& screen = {});
+    ~ScenarioPlayer();
+    ScenarioPlayer(const ScenarioPlayer&) = delete;
+    ScenarioPlayer& operator=(const ScenarioPlayer&) = delete;
+
+    // Each answers with nothing, or with a sentence that says what is wrong; what cannot be
+    // understood has done nothing then.
+
+    // The same as a line {"picture":path}.
+    std::optional<std::string> setPicture(const std::string& path);
+    // One line. A blank one does nothing.
+    std::optional<std::string> play(std::string_view line);
+    // All lines of a text up to the first that fails; its number, counted from 1, is put in front
+    // of the sentence: "line 3: ...".
+    std::optional<std::string> playAll(std::string_view text);
+
+private:
+    class Stage;
+    std::unique_ptr<Stage> _stage;
+};
+
+}  // namespace kalim

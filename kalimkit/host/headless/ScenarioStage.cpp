@@ -1,0 +1,270 @@
+#include "kalimkit/host/headless/ScenarioStage.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "kalimkit/host/headless/CanvasCalls.h"
+#include "kalimkit/host/headless/CanvasMake.h"
+#include "kalimkit/host/headless/CanvasPrint.h"
+#include "kalimkit/host/headless/JsonText.h"
+
+namespace kalim {
+
+namespace {
+
+// Seconds. A longer wait is a slip of the pen.
+constexpr double longestWait = 3600;
+// Of a gesture, radians.
+constexpr double largestRotation = 1e6;
+
+std::string quoted(std::string_view key) {
+    return "\"" + std::string(key) + "\"";
+}
+
+Problem readGestureState(const JsonValue& step, ui::GestureState& state) {
+    struct Named {
+        std::string_view name;
+        ui::GestureState state;
+    };
+    constexpr Named states[] = {{"began", ui::GestureState::Began},
+                                {"changed", ui::GestureState::Changed},
+                                {"ended", ui::GestureState::Ended},
+                                {"cancelled", ui::GestureState::Cancelled},
+                                {"failed", ui::GestureState::Failed}};
+    const JsonValue* given = step.find("state");
+    if (!given) return "\"gesture\" needs \"state\"";
+    for (const Named& named : states) {
+        if (given->string() && *given->string() == named.name) {
+            state = named.state;
+            return std::nullopt;
+        }
+    }
+    return wrongValue("\"state\"", "began, changed, ended, cancelled or failed", *given);
+}
+
+}  // namespace
+
+ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output output,
+                             const ScenarioScreen& screen)
+    : _files(files),
+      _output(std::move(output)),
+      _environment(std::make_shared<HeadlessEnvironment>(device, screen.scale)),
+      _previousEnvironment(ui::Environment::install(_environment)),
+      _window(screen.canvas),
+      _events(std::make_shared<CanvasEvents>()),
+      _canvas(MDrawView::initWithFrame({{}, screen.canvas})),
+      _fingers(_window) {
+    _canvas->setDrawViewdelegate(_events);
+    _window.rootView()->addSubview(_canvas);
+    _environment->runLoop().setFrameHandler([this] { _window.display(); });
+    settle();
+}
+
+ScenarioPlayer::Stage::~Stage() {
+    _environment->runLoop().setFrameHandler({});
+    _canvas->removeFromSuperview();
+    ui::Environment::install(std::move(_previousEnvironment));
+}
+
+// ---- steps
+
+struct ScenarioPlayer::Stage::Kind {
+    std::string_view key;
+    std::vector<std::string_view> otherKeys;
+    Problem (Stage::*play)(const JsonValue& step);
+};
+
+const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
+    {"touch", {"points", "ids", "lifted"}, &Stage::touch},
+    {"wait", {}, &Stage::wait},
+    {"call", {"args"}, &Stage::call},
+    {"gesture", {"state", "value"}, &Stage::gesture},
+    {"make", {"points", "color", "lineWidth", "drawType"}, &Stage::make},
+    {"print", {}, &Stage::print},
+    {"picture", {}, &Stage::picture},
+    {"export", {}, &Stage::exportPicture},
+    {"type", {}, &Stage::writeText},
+    {"compose", {}, &Stage::writeText},
+    {"key", {}, &Stage::writeText},
+    {"keyboard", {}, &Stage::showKeyboard},
+    {"tap", {}, &Stage::driveEditor},
+    {"host", {"args"}, &Stage::driveEditor},
+    {"pick", {}, &Stage::driveEditor},
+    {"save", {}, &Stage::driveEditor},
+    {"screenshot", {}, &Stage::driveEditor},
+};
+
+Problem ScenarioPlayer::Stage::play(const JsonValue& step) {
+    const JsonValue::Object* keys = step.object();
+    if (!keys) return wrongValue("a step", "an object", step);
+    const Kind* kind = kindOf(*keys);
+    if (!kind) return unknownStep(*keys);
+    if (Problem problem = checkKeys(*kind, *keys)) return problem;
+    Problem problem = (this->*kind->play)(step);
+    settle();
+    return problem;
+}
+
+const ScenarioPlayer::Stage::Kind* ScenarioPlayer::Stage::kindOf(const JsonValue::Object& step) {
+    for (const auto& [key, value] : step) {
+        const auto kind = std::ranges::find(kinds, std::string_view(key), &Kind::key);
+        if (kind != std::end(kinds)) return kind;
+    }
+    return nullptr;
+}
+
+std::string ScenarioPlayer::Stage::unknownStep(const JsonValue::Object& step) {
+    if (step.empty()) return "a step must say what to do";
+    std::vector<std::string_view> names;
+    for (const Kind& kind : kinds)
+        names.push_back(kind.key);
+    return "there is no step " + quoted(step.front().first) + suggestion(step.front().first, names);
+}
+
+Problem ScenarioPlayer::Stage::checkKeys(const Kind& kind, const JsonValue::Object& step) {
+    for (const auto& [key, value] : step) {
+        if (key == kind.key) continue;
+        if (std::ranges::find(kind.otherKeys, key) != kind.otherKeys.end()) continue;
+        if (std::ranges::find(kinds, std::string_view(key), &Kind::key) != std::end(kinds)) {
+            return "a step does one thing, not both " + quoted(kind.key) + " and " + quoted(key);
+        }
+        return quoted(kind.key) + " has no key " + quoted(key) + suggestion(key, kind.otherKeys);
+    }
+    return std::nullopt;
+}
+
+void ScenarioPlayer::Stage::settle() {
+    _environment->runLoop().drain();
+    _window.display();
+}
+
+Problem ScenarioPlayer::Stage::touch(const JsonValue& step) {
+    return _fingers.play(step);
+}
+
+Problem ScenarioPlayer::Stage::wait(const JsonValue& step) {
+    double seconds = 0;
+    const JsonValue& given = *step.find("wait");
+    if (Problem problem = readAs(given, "\"wait\"", seconds)) return problem;
+    if (seconds < 0 || seconds > longestWait) {
+        return wrongValue("\"wait\"", "a number of seconds from 0 to 3600", given);
+    }
+    _environment->wait(seconds);
+    return std::nullopt;
+}
+
+Problem ScenarioPlayer::Stage::call(const JsonValue& step) {
+    std::string name;
+    if (Problem problem = readAs(*step.find("call"), "\"call\"", name)) return problem;
+    const JsonValue* given = step.find("args");
+    if (given && !given->array()) return wrongValue("\"args\"", "a list", *given);
+    CallOutcome outcome = callCanvas(*_canvas, name, given ? *given->array() : JsonValue::Array());
+    if (outcome.result) printLine({{"result", std::move(*outcome.result)}});
+    return outcome.problem;
+}
+
+Problem ScenarioPlayer::Stage::gesture(const JsonValue& step) {
+    std::string name;
+    if (Problem problem = readAs(*step.find("gesture"), "\"gesture\"", name)) return problem;
+    ui::GestureState state = ui::GestureState::Possible;
+    if (Problem problem = readGestureState(step, state)) return problem;
+    if (name != "rotation") {
+        return "the canvas has no recogniser of " + quoted(name) + ", only of \"rotation\"";
+    }
+    ui::RotationGestureRecognizer& recognizer = _canvas->rotationGesture();
+    double rotation = state == ui::GestureState::Began ? 0 : recognizer.rotation();
+    if (const JsonValue* given = step.find("value")) {
+        if (Problem problem = readAs(*given, "\"value\"", rotation)) return problem;
+        if (std::abs(rotation) > largestRotation) {
+            return wrongValue("\"value\"", "a number of radians up to 1000000", *given);
+        }
+    }
+    recognizer.drive(state, rotation);
+    return std::nullopt;
+}
+
+Problem ScenarioPlayer::Stage::make(const JsonValue& step) {
+    return makeTool(*_canvas, step);
+}
+
+// ---- output
+
+Problem ScenarioPlayer::Stage::print(const JsonValue& step) {
+    std::string what;
+    if (Problem problem = readAs(*step.find("print"), "\"print\"", what)) return problem;
+    if (what == "editor") return driveEditor(step);
+    if (what != "canvas") return wrongValue("\"print\"", "canvas", what);
+    JsonValue::Object members = describeCanvas(*_canvas);
+    members.emplace_back("events", _events->take());
+    members.emplace_back("alerts", takeAlerts());
+    members.emplace_back("cost", JsonValue::Object{{"pixels", _window.lastCost().pixels},
+                                                   {"tools", _canvas->lastDrawnTools()}});
+    printLine(std::move(members));
+    return std::nullopt;
+}
+
+void ScenarioPlayer::Stage::printLine(JsonValue::Object members) {
+    _output(dumpJson(std::move(members)));
+}
+
+JsonValue ScenarioPlayer::Stage::takeAlerts() {
+    JsonValue::Array alerts;
+    for (const ui::Alert& alert : _environment->takeAlerts()) {
+        JsonValue::Array buttons(alert.buttons.begin(), alert.buttons.end());
+        alerts.push_back(JsonValue::Object{
+            {"title", alert.title}, {"message", alert.message}, {"buttons", std::move(buttons)}});
+    }
+    return alerts;
+}
+
+// ---- pictures
+
+Problem ScenarioPlayer::Stage::picture(const JsonValue& step) {
+    std::string path;
+    if (Problem problem = readAs(*step.find("picture"), "\"picture\"", path)) return problem;
+    return setPicture(path);
+}
+
+Problem ScenarioPlayer::Stage::setPicture(const std::string& path) {
+    ScenarioFiles::LoadedPicture loaded = _files.loadPicture(path);
+    if (!loaded.image) return loaded.error;
+    _canvas->setSnipImage(loaded.image);
+    settle();
+    return std::nullopt;
+}
+
+Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
+    std::string path;
+    if (Problem problem = readAs(*step.find("export"), "\"export\"", path)) return problem;
+    const gfx::ImageRef image = _canvas->exportImage();
+    if (image) return _files.savePicture(path, image);
+    if (_canvas->ctxRect().isEmpty()) {
+        return "there is nothing to export: no picture and nothing drawn";
+    }
+    return "the drawing is too large to export";
+}
+
+// ---- what this canvas does not have
+
+Problem ScenarioPlayer::Stage::writeText(const JsonValue& step) {
+    const auto& [key, value] = step.object()->front();
+    std::string text;
+    if (Problem problem = readAs(value, quoted(key), text)) return problem;
+    return "no text view has the focus";
+}
+
+Problem ScenarioPlayer::Stage::showKeyboard(const JsonValue& step) {
+    double height = 0;
+    const JsonValue& given = *step.find("keyboard");
+    if (Problem problem = readAs(given, "\"keyboard\"", height)) return problem;
+    if (height < 0) return wrongValue("\"keyboard\"", "a height from 0 on", given);
+    return "no text view has the focus";
+}
+
+Problem ScenarioPlayer::Stage::driveEditor(const JsonValue&) {
+    return "this step is for the editor's screen, and this is the bare canvas";
+}
+
+}  // namespace kalim

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/host/headless/CanvasEvents.h"
+#include "kalimkit/host/headless/HeadlessEnvironment.h"
+#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/host/headless/ScenarioFingers.h"
+#include "kalimkit/host/headless/ScenarioPlayer.h"
+#include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+// The canvas in its window, and what the steps of a scenario do to it. Every step leaves the main
+// queue empty and the window displayed.
+class ScenarioPlayer::Stage {
+public:
+    Stage(gfx::Device& device, ScenarioFiles& files, Output output, const ScenarioScreen& screen);
+    ~Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    // A whole step; a problem means that nothing of it was done.
+    Problem play(const JsonValue& step);
+    Problem setPicture(const std::string& path);
+
+private:
+    // A kind of step: the key that names it, the other keys that it may have, and what it does.
+    struct Kind;
+    static const Kind kinds[];
+    static const Kind* kindOf(const JsonValue::Object& step);
+    static Problem checkKeys(const Kind& kind, const JsonValue::Object& step);
+    static std::string unknownStep(const JsonValue::Object& step);
+
+    Problem touch(const JsonValue& step);
+    Problem wait(const JsonValue& step);
+    Problem call(const JsonValue& step);
+    Problem gesture(const JsonValue& step);
+    Problem make(const JsonValue& step);
+    Problem print(const JsonValue& step);
+    Problem picture(const JsonValue& step);
+    Problem exportPicture(const JsonValue& step);
+    Problem writeText(const JsonValue& step);
+    Problem showKeyboard(const JsonValue& step);
+    Problem driveEditor(const JsonValue& step);
+
+    void settle();
+    void printLine(JsonValue::Object members);
+    JsonValue takeAlerts();
+
+    ScenarioFiles& _files;
+    Output _output;
+    std::shared_ptr<HeadlessEnvironment> _environment;
+    std::shared_ptr<ui::Environment> _previousEnvironment;
+    ui::Window _window;
+    std::shared_ptr<CanvasEvents> _events;
+    std::shared_ptr<MDrawView> _canvas;
+    ScenarioFingers _fingers;
+};
+
+}  // namespace kalim
