@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "kalimkit/gfx/Device.h"
+#include "kalimkit/host/headless/ScenarioFiles.h"
+
+namespace kalim::cli {
+
+// The pictures of a scenario as files, named relative to the working directory. JPEG and PNG are
+// read; what is written follows the name: .png, .jpg or .jpeg.
+class PictureFiles : public ScenarioFiles {
+public:
+    // The device makes the pictures that are read, and must outlive this object.
+    explicit PictureFiles(gfx::Device& device) : _device(device) {}
+
+    LoadedPicture loadPicture(const std::string& path) override;
+    std::optional<std::string> savePicture(const std::string& path,
+                                           const gfx::ImageRef& image) override;
+
+private:
+    gfx::Device& _device;
+};
+
+}  // namespace kalim::cli

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "kalimkit/host/headless/ScenarioPlayer.h"
+
+namespace kalim::cli {
+
+struct PlayOptions {
+    // "-" stands for standard input.
+    std::string scenario;
+    // Empty for none.
+    std::string picture;
+    ScenarioScreen screen;
+};
+
+// Runs `kalimkit play`: prints on standard output, complains on standard error. The exit status.
+int play(const PlayOptions& options);
+
+}  // namespace kalim::cli

@@ -1,0 +1,130 @@
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cmath>
+#include <csignal>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/Play.h"
+#include "kalimkit/backend/cairo/CairoDevice.h"
+
+namespace kalim::cli {
+
+namespace {
+
+constexpr int failure = 2;
+// Points, and pixels of either side of the screen: more than a surface can have.
+constexpr double longestSide = 32767;
+constexpr double smallestScale = 0.5;
+constexpr double largestScale = 8;
+
+// The whole text as a finite number.
+std::optional<double> parseNumber(std::string_view text) {
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = error == std::errc() && end == text.data() + text.size();
+    return isWhole && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+// "390x844"
+std::optional<gfx::Size> parseSize(const std::string& text) {
+    const std::size_t cross = text.find('x');
+    if (cross == std::string::npos) return std::nullopt;
+    const auto width = parseNumber(std::string_view(text).substr(0, cross));
+    const auto height = parseNumber(std::string_view(text).substr(cross + 1));
+    if (!width || !height) return std::nullopt;
+    return gfx::Size{*width, *height};
+}
+
+std::string readCanvas(const std::string& text, gfx::Size& canvas) {
+    const auto isSide = [](double side) { return side >= 1 && side <= longestSide; };
+    const std::optional<gfx::Size> size = parseSize(text);
+    if (!size || !isSide(size->width) || !isSide(size->height)) {
+        return "must be two sides from 1 to 32767 like 390x844, not " + text;
+    }
+    canvas = *size;
+    return {};
+}
+
+std::string readScale(const std::string& text, double& scale) {
+    const std::optional<double> number = parseNumber(text);
+    if (!number || *number < smallestScale || *number > largestScale) {
+        return "must be a number from 0.5 to 8, not " + text;
+    }
+    scale = *number;
+    return {};
+}
+
+// The command line, read into what is to be done.
+class CommandLine {
+public:
+    CommandLine() {
+        _app.set_version_flag("--version", "kalimkit " KALIM_VERSION);
+        _app.require_subcommand(1);
+        CLI::App& play = *_app.add_subcommand("play", "Play a scenario without a screen");
+        play.add_option("SCENARIO", _play.scenario,
+                        "A file of steps, one JSON object a line; - "
+                        "reads standard input")
+            ->required();
+        play.add_option("--canvas", "The view's size in points (390x844)")
+            ->type_name("WxH")
+            ->check(
+                [this](const std::string& text) { return readCanvas(text, _play.screen.canvas); });
+        play.add_option("--scale", "Pixels per point (2)")
+            ->type_name("K")
+            ->check(
+                [this](const std::string& text) { return readScale(text, _play.screen.scale); });
+        play.add_option("--picture", _play.picture, "The photo to draw on: JPEG or PNG")
+            ->type_name("FILE");
+    }
+
+    // The exit status where nothing is left to do: after an error, which is on standard error then,
+    // or after what was asked for by --help and --version.
+    std::optional<int> parse(int argc, char** argv) {
+        try {
+            _app.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            if (error.get_exit_code() == 0) return _app.exit(error);
+            return fail(describe(error));
+        }
+        const double side = std::max(_play.screen.canvas.width, _play.screen.canvas.height);
+        if (side * _play.screen.scale > longestSide) {
+            return fail("--canvas: at this --scale a side is longer than 32767 pixels");
+        }
+        return std::nullopt;
+    }
+
+    const PlayOptions& play() const { return _play; }
+
+private:
+    std::string describe(const CLI::ParseError& error) const {
+        // Without a command the parser asks for one before it looks at what else it was given.
+        if (!_app.get_subcommands().empty()) return error.what();
+        const std::vector<std::string> unknown = _app.remaining();
+        return unknown.empty() ? "which command?" : "unknown command or option: " + unknown.front();
+    }
+
+    static int fail(const std::string& sentence) {
+        std::fprintf(stderr, "kalimkit: %s\nSee kalimkit --help.\n", sentence.c_str());
+        return failure;
+    }
+
+    CLI::App _app{"Draws on pictures.", "kalimkit"};
+    PlayOptions _play;
+};
+
+}  // namespace
+
+}  // namespace kalim::cli
+
+int main(int argc, char** argv) {
+    // A reader that goes away is an error of writing, not the end of the process.
+    std::signal(SIGPIPE, SIG_IGN);
+    kalim::cli::CommandLine commandLine;
+    if (const std::optional<int> status = commandLine.parse(argc, argv)) return *status;
+    const int status = kalim::cli::play(commandLine.play());
+    kalim::gfx::CairoDevice::releaseFontCaches();
+    return status;
+}
