@@ -1,10 +1,26 @@
 #include "tests/support/TestHost.h"
 
+#include <gtest/gtest.h>
+
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 
 namespace kalim::test {
+
+namespace {
+
+// What the font libraries keep for the process would be reported as leaked.
+class FontCaches : public testing::Environment {
+public:
+    void TearDown() override { gfx::CairoDevice::releaseFontCaches(); }
+};
+
+// GoogleTest owns it.
+[[maybe_unused]] testing::Environment* const fontCaches =
+    testing::AddGlobalTestEnvironment(new FontCaches);
+
+}  // namespace
 
 TestHost::Installation::Installation(std::shared_ptr<ui::Environment> environment)
     : previous(ui::Environment::install(std::move(environment))) {}

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "tests/canvas/view/CanvasHost.h"
+
+namespace kalim {
+namespace {
+
+using test::CanvasHost;
+
+constexpr gfx::Color red{1, 0, 0, 1};
+constexpr gfx::Color green{0, 1, 0, 1};
+constexpr gfx::Color blue{0, 0, 1, 1};
+constexpr gfx::Color white{1, 1, 1, 1};
+
+std::string hexAt(const gfx::ImageRef& image, int x, int y) {
+    return image->pixels()->colorAt(x, y).hex();
+}
+
+TEST(MDrawViewExport, WithoutContentThereIsNothingToExport) {
+    CanvasHost host;
+    EXPECT_FALSE(host.canvas->exportImage());
+    host.canvas->setSnipImage(nullptr);
+    EXPECT_FALSE(host.canvas->exportImage());
+}
+
+TEST(MDrawViewExport, AnUntouchedPictureOfTheScreensScaleComesBackByteForByte) {
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        CanvasHost host({.scale = scale});
+        gfx::Bitmap noise(141, 97);
+        for (std::size_t i = 0; i < noise.byteCount(); ++i) {
+            noise.data()[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : i * 2654435761U >> 13);
+        }
+        const auto picture =
+            host.environment().device().makeImage(noise, scale, gfx::ImageOrientation::Up);
+        host.canvas->setSnipImage(picture);
+        const auto exported = host.canvas->exportImage();
+        EXPECT_EQ(exported->scale(), scale);
+        EXPECT_EQ(*exported->pixels(), noise);
+        // Content that begins between two pixels does not blur the picture.
+        host.draw(test::Line, {100.3, 330.3}, {130.3, 330.3});
+        const auto larger = host.canvas->exportImage()->pixels();
+        const gfx::Point offset = host.canvas->bgImgRect().origin - host.canvas->ctxRect().origin;
+        const auto left = std::lround(offset.x * scale);
+        const int top = static_cast<int>(std::lround(offset.y * scale));
+        ASSERT_GT(left, 20);
+        ASSERT_GT(top, 20);
+        for (const int y : {0, 50, 96}) {
+            EXPECT_TRUE(std::equal(noise.row(y), noise.row(y) + noise.stride(),
+                                   larger->row(top + y) + left * 4))
+                << scale << ", row " << y;
+        }
+    }
+}
+
+TEST(MDrawViewExport, AQuarterTurnedPhotoIsUprightOnce) {
+    CanvasHost host;
+    gfx::Bitmap raster(40, 20);
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 40; ++x)
+            raster.setColorAt(x, y, x < 20 ? red : blue);
+    }
+    host.canvas->setSnipImage(
+        host.environment().device().makeImage(raster, 1, gfx::ImageOrientation::Right));
+    const auto exported = host.canvas->exportImage();
+    EXPECT_EQ(exported->pixelSize(), (gfx::PixelSize{20, 40}));
+    EXPECT_EQ(exported->orientation(), gfx::ImageOrientation::Up);
+    EXPECT_EQ(hexAt(exported, 10, 5), "#FF0000FF");
+    EXPECT_EQ(hexAt(exported, 10, 35), "#0000FFFF");
+}
+
+TEST(MDrawViewExport, ShowsNeitherTheSelectionNorItsHandles) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(390, 400, white));
+    host.draw(test::Rectangle, {100, 300}, {200, 400});
+    const auto plain = host.canvas->exportImage();
+    host.tap({150, 300});
+    ASSERT_TRUE(host.canvas->hasSelectedTools());
+    host.events->take();
+    EXPECT_EQ(*host.canvas->exportImage()->pixels(), *plain->pixels());
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    EXPECT_EQ(host.events->lines.front(), "unselected");
+}
+
+TEST(MDrawViewExport, DrawingsBeyondThePictureEnlargeItOverTheBackground) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(100, 100, blue));
+    // The picture lies at 145..245 x 372..472.
+    host.draw(test::Line, {195, 422}, {300.5, 422});
+    const auto exported = host.canvas->exportImage();
+    // To 301.5: a fraction of a pixel takes a whole one, and that is white, too.
+    EXPECT_EQ(exported->pixelSize(), (gfx::PixelSize{157, 100}));
+    EXPECT_EQ(hexAt(exported, 50, 10), "#0000FFFF");
+    EXPECT_EQ(hexAt(exported, 120, 10), "#FFFFFFFF");
+    EXPECT_EQ(hexAt(exported, 156, 99), "#FFFFFFFF");
+    EXPECT_EQ(hexAt(exported, 120, 50), "#00FF00FF");
+}
+
+TEST(MDrawViewExport, FollowsTheListOrderWhileTheScreenShowsTheSelectionOnTop) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(390, 844, white));
+    host.canvas->setFScal(1.0F);
+    host.canvas->setDrawColorIsTranslucent(gfx::makeColor(red), false);
+    host.pick(test::Rectangle, 1);
+    host.drag({100, 100}, {200, 200});
+    const ToolRef lower = host.canvas->tools().front();
+    host.canvas->setDrawColorIsTranslucent(gfx::makeColor(blue), false);
+    host.drag({250, 250}, {150, 150});
+    const auto onScreen = [&](int x, int y) {
+        host.window().display();
+        return host.window().surface()->makeImage()->pixels()->colorAt(x, y).hex();
+    };
+    EXPECT_EQ(onScreen(175, 175), "#0000FFFF");
+    host.canvas->selectTools({lower});
+    EXPECT_EQ(onScreen(175, 175), "#FF0000FF");
+    EXPECT_EQ(hexAt(host.canvas->exportImage(), 175, 175), "#0000FFFF");
+}
+
+TEST(MDrawViewExport, ANewPictureForgetsToolsStepsAndSelection) {
+    CanvasHost host;
+    host.draw(test::Line, {100, 100}, {200, 100});
+    host.tap({150, 100});
+    EXPECT_TRUE(host.canvas->isDirty());
+    host.canvas->setSnipImage(host.plainPicture(100, 100, green));
+    EXPECT_FALSE(host.canvas->hasDrawed() || host.canvas->canUndo() || host.canvas->canRedo());
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    host.canvas->exportImage();
+    EXPECT_FALSE(host.canvas->isDirty());
+}
+
+}  // namespace
+}  // namespace kalim
