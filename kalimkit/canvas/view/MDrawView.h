@@ -8,6 +8,7 @@
 #include "kalimkit/canvas/model/MUndoManager.h"
 #include "kalimkit/canvas/view/MDrawMutableSelect.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
+#include "kalimkit/canvas/view/ToolType.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/ui/touch/RotationGestureRecognizer.h"
@@ -165,7 +166,8 @@ private:
     enum ItemKinds : unsigned { SelectedItems = 1, DrawingItems = 2, NormalItems = 4 };
     void processViewTransform();
     void drawCanvas(gfx::Context& context, const gfx::Rect& rect) const;
-    void drawSnipImage(gfx::Context& context) const;
+    gfx::Rect shownPictureRect(const gfx::Context& context) const;
+    void drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const;
     void drawAllItems(gfx::Context& context, unsigned kinds);
     void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
     void drawTool(gfx::Context& context, MDrawTool& tool);

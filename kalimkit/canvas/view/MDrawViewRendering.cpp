@@ -56,8 +56,9 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     processViewTransform();
     gfx::GraphicsStateGuard guard(context);
     context.concat(_mViewTransform);
-    drawCanvas(context, _ctxRect);
-    drawSnipImage(context);
+    const gfx::Rect picture = shownPictureRect(context);
+    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture));
+    drawSnipImage(context, picture);
     drawAllItems(context, SelectedItems | DrawingItems | NormalItems);
 }
 
@@ -68,11 +69,14 @@ void MDrawView::drawCanvas(gfx::Context& context, const gfx::Rect& rect) const {
     context.fillRect(rect);
 }
 
-void MDrawView::drawSnipImage(gfx::Context& context) const {
-    if (!_bgImg) return;
-    const double scale = ui::Environment::current().screen().scale;
-    context.drawImage(
-        *_bgImg, pixelAlignedRect(_bgImgRect, context.transform(), scale, _bgImg->pixelSize()));
+gfx::Rect MDrawView::shownPictureRect(const gfx::Context& context) const {
+    if (!_bgImg) return _bgImgRect;
+    return pixelAlignedRect(_bgImgRect, context.transform(),
+                            ui::Environment::current().screen().scale, _bgImg->pixelSize());
+}
+
+void MDrawView::drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const {
+    if (_bgImg) context.drawImage(*_bgImg, rect);
 }
 
 // Finished tools in list order, the selection above them, the tool under the finger on top.
@@ -129,7 +133,7 @@ gfx::ImageRef MDrawView::exportImage() {
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
     drawCanvas(context, whole);
-    drawSnipImage(context);
+    drawSnipImage(context, shownPictureRect(context));
     drawAllItems(context, DrawingItems | NormalItems);
     drawAllSelectedItemsNeedSelectedSate(context, false);
     _isDirty = false;

@@ -30,6 +30,15 @@ gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& to
     return toSurface.inverted().apply(aligned);
 }
 
+gfx::Rect alongPicture(const gfx::Rect& content, const gfx::Rect& picture,
+                       const gfx::Rect& shownPicture) {
+    const auto moved = [](double edge, double from, double to) { return edge == from ? to : edge; };
+    return gfx::Rect::spanning({moved(content.minX(), picture.minX(), shownPicture.minX()),
+                                moved(content.minY(), picture.minY(), shownPicture.minY())},
+                               {moved(content.maxX(), picture.maxX(), shownPicture.maxX()),
+                                moved(content.maxY(), picture.maxY(), shownPicture.maxY())});
+}
+
 bool fillsView(gfx::Size picture, gfx::Size view) {
     // Differences are deliberately truncated to whole points.
     return std::abs(std::trunc(picture.width - view.width)) < 4 &&

@@ -21,6 +21,11 @@ KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point move, 
 KALIM_API gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
                                      double scale, gfx::PixelSize raster);
 
+// The content's rectangle with the edges that it shares with the picture moved to where the picture
+// is really shown, so that no rim of the background peeps out beside it.
+KALIM_API gfx::Rect alongPicture(const gfx::Rect& content, const gfx::Rect& picture,
+                                 const gfx::Rect& shownPicture);
+
 // Whether a picture fills the view but for less than 4 points of width and 6 of height.
 KALIM_API bool fillsView(gfx::Size picture, gfx::Size view);
 

@@ -1,5 +1,6 @@
 #include "kalimkit/canvas/view/ToolClasses.h"
 
+#include "kalimkit/canvas/view/ToolType.h"
 #include "kalimkit/shapes/MDrawArrow.h"
 #include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
@@ -11,18 +12,21 @@ namespace kalim {
 
 namespace {
 
-constexpr std::size_t typeCount = 8;
+constexpr std::size_t typeCount = ToolType::Arrow + 1;
 
 // By tool-type number.
+std::array<const ToolClass*, typeCount> makeTypeClasses() {
+    std::array<const ToolClass*, typeCount> classes{};
+    classes[ToolType::Rectangle] = &MDrawRect::Class();
+    classes[ToolType::RoundedRectangle] = &MDrawRoundedRect::Class();
+    classes[ToolType::Ellipse] = &MDrawEllipse::Class();
+    classes[ToolType::Line] = &MDrawLine::Class();
+    classes[ToolType::Arrow] = &MDrawArrow::Class();
+    return classes;
+}
+
 const std::array<const ToolClass*, typeCount>& arrTypeClass() {
-    static const std::array<const ToolClass*, typeCount> classes{&MDrawRect::Class(),
-                                                                 &MDrawRoundedRect::Class(),
-                                                                 &MDrawEllipse::Class(),
-                                                                 nullptr,
-                                                                 nullptr,
-                                                                 nullptr,
-                                                                 &MDrawLine::Class(),
-                                                                 &MDrawArrow::Class()};
+    static const auto classes = makeTypeClasses();
     return classes;
 }
 

@@ -15,9 +15,7 @@ namespace kalim {
 // The tool-type number of a tool whose class is on the list of no type.
 inline constexpr std::int64_t toolTypeNotFound = std::numeric_limits<std::int64_t>::max();
 
-// The class for a tool-type number: 0 MDrawRect, 1 MDrawRoundedRect, 2 MDrawEllipse, 6 MDrawLine,
-// 7 MDrawArrow. Null for every other number, those whose kind of tool this build does not offer
-// included.
+// The class for a tool-type number (ToolType.h); null for a number without one.
 KALIM_API const ToolClass* getClassForToolType(std::int64_t type);
 
 // The number of the tool's exact class; -1 for null, toolTypeNotFound for a class that has none.

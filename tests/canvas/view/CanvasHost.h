@@ -29,14 +29,6 @@ public:
     std::vector<std::string> lines;
 };
 
-enum ToolType : std::int64_t {
-    Rectangle = 0,
-    RoundedRectangle = 1,
-    Ellipse = 2,
-    Line = 6,
-    Arrow = 7
-};
-
 // A canvas filling a window of a test host, and one finger to draw with. Points are view points.
 class CanvasHost : public TestHost {
 public:
@@ -48,7 +40,7 @@ public:
         canvas->setDrawLineWidth(2);
     }
 
-    void pick(ToolType type, std::uint64_t style = 0) {
+    void pick(ToolType::Number type, std::uint64_t style = 0) {
         canvas->beginDrawingForTypeWithDrawType(type, style);
     }
     void down(gfx::Point p) { window().fingersBegan({{1, _at = p}}); }
@@ -65,7 +57,7 @@ public:
         up();
     }
     // Draws a tool of that type and returns it; null when nothing came of it.
-    ToolRef draw(ToolType type, gfx::Point from, gfx::Point to) {
+    ToolRef draw(ToolType::Number type, gfx::Point from, gfx::Point to) {
         const std::size_t before = canvas->tools().size();
         pick(type);
         drag(from, to);

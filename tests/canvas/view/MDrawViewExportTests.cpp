@@ -40,7 +40,7 @@ TEST(MDrawViewExport, AnUntouchedPictureOfTheScreensScaleComesBackByteForByte) {
         EXPECT_EQ(exported->scale(), scale);
         EXPECT_EQ(*exported->pixels(), noise);
         // Content that begins between two pixels does not blur the picture.
-        host.draw(test::Line, {100.3, 330.3}, {130.3, 330.3});
+        host.draw(ToolType::Line, {100.3, 330.3}, {130.3, 330.3});
         const auto larger = host.canvas->exportImage()->pixels();
         const gfx::Point offset = host.canvas->bgImgRect().origin - host.canvas->ctxRect().origin;
         const auto left = std::lround(offset.x * scale);
@@ -74,7 +74,7 @@ TEST(MDrawViewExport, AQuarterTurnedPhotoIsUprightOnce) {
 TEST(MDrawViewExport, ShowsNeitherTheSelectionNorItsHandles) {
     CanvasHost host;
     host.canvas->setSnipImage(host.plainPicture(390, 400, white));
-    host.draw(test::Rectangle, {100, 300}, {200, 400});
+    host.draw(ToolType::Rectangle, {100, 300}, {200, 400});
     const auto plain = host.canvas->exportImage();
     host.tap({150, 300});
     ASSERT_TRUE(host.canvas->hasSelectedTools());
@@ -88,7 +88,7 @@ TEST(MDrawViewExport, DrawingsBeyondThePictureEnlargeItOverTheBackground) {
     CanvasHost host;
     host.canvas->setSnipImage(host.plainPicture(100, 100, blue));
     // The picture lies at 145..245 x 372..472.
-    host.draw(test::Line, {195, 422}, {300.5, 422});
+    host.draw(ToolType::Line, {195, 422}, {300.5, 422});
     const auto exported = host.canvas->exportImage();
     // To 301.5: a fraction of a pixel takes a whole one, and that is white, too.
     EXPECT_EQ(exported->pixelSize(), (gfx::PixelSize{157, 100}));
@@ -103,7 +103,7 @@ TEST(MDrawViewExport, FollowsTheListOrderWhileTheScreenShowsTheSelectionOnTop) {
     host.canvas->setSnipImage(host.plainPicture(390, 844, white));
     host.canvas->setFScal(1.0F);
     host.canvas->setDrawColorIsTranslucent(gfx::makeColor(red), false);
-    host.pick(test::Rectangle, 1);
+    host.pick(ToolType::Rectangle, 1);
     host.drag({100, 100}, {200, 200});
     const ToolRef lower = host.canvas->tools().front();
     host.canvas->setDrawColorIsTranslucent(gfx::makeColor(blue), false);
@@ -120,7 +120,7 @@ TEST(MDrawViewExport, FollowsTheListOrderWhileTheScreenShowsTheSelectionOnTop) {
 
 TEST(MDrawViewExport, ANewPictureForgetsToolsStepsAndSelection) {
     CanvasHost host;
-    host.draw(test::Line, {100, 100}, {200, 100});
+    host.draw(ToolType::Line, {100, 100}, {200, 100});
     host.tap({150, 100});
     EXPECT_TRUE(host.canvas->isDirty());
     host.canvas->setSnipImage(host.plainPicture(100, 100, green));

@@ -23,7 +23,7 @@ TEST(ToolClasses, NumbersNameClassesAndClassesNumbers) {
 
 TEST(MDrawViewTools, ChangingASettingRestylesTheSelectionAsOneStepIfItDiffers) {
     CanvasHost host;
-    const ToolRef box = host.draw(test::Rectangle, {100, 100}, {200, 200});
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
     host.tap({150, 100});
     const std::size_t steps = host.canvas->undoManager().undoTools().size();
     host.canvas->setDrawColorIsTranslucent(gfx::makeColor(0, 1, 0), false);
@@ -49,9 +49,9 @@ TEST(MDrawViewTools, ChangingASettingRestylesTheSelectionAsOneStepIfItDiffers) {
 
 TEST(MDrawViewTools, ASelectionOfSeveralIsRestyledDeletedAndBroughtBackTogether) {
     CanvasHost host;
-    const ToolRef box = host.draw(test::Rectangle, {100, 100}, {200, 200});
-    const ToolRef line = host.draw(test::Line, {100, 300}, {200, 300});
-    const ToolRef top = host.draw(test::Line, {100, 400}, {200, 400});
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
+    const ToolRef line = host.draw(ToolType::Line, {100, 300}, {200, 300});
+    const ToolRef top = host.draw(ToolType::Line, {100, 400}, {200, 400});
     host.events->take();
     host.canvas->selectTools({line, box, line, nullptr});
     const std::vector<std::string> selected{"selected", "type 6 #00FF00FF 2"};
@@ -90,13 +90,13 @@ TEST(MDrawViewTools, AToolMadeByTheCallerIsARecordedStep) {
 
 TEST(MDrawViewTools, MeasuringReachesToolsMadeLaterAndThoseThatComeBack) {
     CanvasHost host;
-    const ToolRef early = host.draw(test::Line, {100, 100}, {200, 100});
+    const ToolRef early = host.draw(ToolType::Line, {100, 100}, {200, 100});
     host.canvas->undo();
     host.canvas->setCalibration(2);
     host.canvas->setUnit("mm");
     host.canvas->setShowMeasurement(true);
     host.canvas->redo();
-    const ToolRef late = host.draw(test::Line, {100, 200}, {200, 200});
+    const ToolRef late = host.draw(ToolType::Line, {100, 200}, {200, 200});
     for (const ToolRef& tool : {early, late}) {
         EXPECT_EQ(tool->measureText(), "Length : 0.20 mm");
         EXPECT_TRUE(tool->showMeasurement());
@@ -105,7 +105,7 @@ TEST(MDrawViewTools, MeasuringReachesToolsMadeLaterAndThoseThatComeBack) {
 
 TEST(MDrawViewTools, AToolThatAThickerLineMakesInvalidGoesWithTheSelectionAndUndoBringsItBack) {
     CanvasHost host;
-    const ToolRef arrow = host.draw(test::Arrow, {100, 100}, {150, 100});
+    const ToolRef arrow = host.draw(ToolType::Arrow, {100, 100}, {150, 100});
     host.tap({120, 100});
     ASSERT_TRUE(host.canvas->hasSelectedTools());
     // 2 * (28 + 5) + 10 points are needed now.
@@ -133,14 +133,14 @@ TEST(MDrawViewTools, WidthsThatAreNoWidthAreIgnored) {
 TEST(MDrawViewContent, TheContentIsThePictureUnitedWithEveryExtent) {
     CanvasHost host;
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect());
-    host.draw(test::Line, {100, 100}, {200, 100});
+    host.draw(ToolType::Line, {100, 100}, {200, 100});
     // Without a picture it starts from the zero rectangle; the line is 2 wide.
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 0, 201, 101));
     host.canvas->setSnipImage(host.plainPicture(600, 400, {1, 1, 1, 1}));
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 292, 390, 260));
-    host.draw(test::Line, {100, 300}, {200, 300});
+    host.draw(ToolType::Line, {100, 300}, {200, 300});
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 292, 390, 260));
-    host.draw(test::Line, {100, 270}, {200, 270});
+    host.draw(ToolType::Line, {100, 270}, {200, 270});
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 269, 390, 283));
     host.canvas->undo();
     EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 292, 390, 260));
@@ -149,7 +149,7 @@ TEST(MDrawViewContent, TheContentIsThePictureUnitedWithEveryExtent) {
 TEST(MDrawViewContent, AnUndoneMoveOfATurnedShapeGivesBackTheOldExtent) {
     CanvasHost host;
     host.canvas->setSnipImage(host.plainPicture(600, 400, {1, 1, 1, 1}));
-    host.draw(test::Rectangle, {150, 350}, {250, 400});
+    host.draw(ToolType::Rectangle, {150, 350}, {250, 400});
     host.tap({200, 350});
     host.canvas->rotationGesture().drive(ui::GestureState::Changed, 1.2);
     host.canvas->rotationGesture().drive(ui::GestureState::Ended, 1.2);
@@ -166,10 +166,10 @@ TEST(MDrawViewContent, AnUndoneMoveOfATurnedShapeGivesBackTheOldExtent) {
 
 TEST(MDrawViewContent, AStepBeyondTheAreaBudgetIsTakenBackButCanBeRedone) {
     CanvasHost host({.scale = 2, .size = {2000, 2000}});
-    host.draw(test::Line, {10, 10}, {1000, 900});
+    host.draw(ToolType::Line, {10, 10}, {1000, 900});
     EXPECT_TRUE(host.takeAlerts().empty());
     // 1280 x 720 points is the most at two pixels a point.
-    host.draw(test::Line, {10, 20}, {1200, 900});
+    host.draw(ToolType::Line, {10, 20}, {1200, 900});
     const auto alerts = host.takeAlerts();
     ASSERT_EQ(alerts.size(), 1u);
     EXPECT_EQ(alerts[0].title, "");

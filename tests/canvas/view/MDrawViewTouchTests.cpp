@@ -11,7 +11,7 @@ using test::CanvasHost;
 
 TEST(MDrawViewTouches, ATapLeavesNoDotAndADragDrawsWithTheCurrentSettings) {
     CanvasHost host;
-    host.pick(test::Rectangle, 1);
+    host.pick(ToolType::Rectangle, 1);
     host.canvas->setDrawLineWidth(12);
     const auto blue = gfx::makeColor(0, 0, 1);
     host.canvas->setDrawColorIsTranslucent(blue, false);
@@ -35,12 +35,12 @@ TEST(MDrawViewTouches, ATapLeavesNoDotAndADragDrawsWithTheCurrentSettings) {
 
 TEST(MDrawViewTouches, ALineEndsAtItsLastMoveAndABoxWhereTheFingerLeaves) {
     CanvasHost host;
-    host.pick(test::Line);
+    host.pick(ToolType::Line);
     host.down({10, 10});
     host.move({50, 10});
     host.up({60, 10});
     EXPECT_EQ(host.canvas->tools().back()->endPoint(), (gfx::Point{50, 10}));
-    host.pick(test::Rectangle);
+    host.pick(ToolType::Rectangle);
     host.down({10, 100});
     host.move({50, 150});
     host.up({60, 160});
@@ -49,11 +49,11 @@ TEST(MDrawViewTouches, ALineEndsAtItsLastMoveAndABoxWhereTheFingerLeaves) {
 
 TEST(MDrawViewTouches, ATooSmallToolIsDroppedWithoutARecord) {
     CanvasHost host;
-    EXPECT_FALSE(host.draw(test::Line, {10, 10}, {13, 14}));
-    EXPECT_FALSE(host.draw(test::Rectangle, {10, 10}, {15, 15}));
+    EXPECT_FALSE(host.draw(ToolType::Line, {10, 10}, {13, 14}));
+    EXPECT_FALSE(host.draw(ToolType::Rectangle, {10, 10}, {15, 15}));
     EXPECT_FALSE(host.canvas->canUndo());
     EXPECT_FALSE(host.canvas->handingTool());
-    EXPECT_TRUE(host.draw(test::Line, {10, 10}, {40, 40}));
+    EXPECT_TRUE(host.draw(ToolType::Line, {10, 10}, {40, 40}));
 }
 
 TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
@@ -67,9 +67,9 @@ TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
 
 TEST(MDrawViewTouches, ATapSelectsTheTopmostToolAndASecondTapLetsGo) {
     CanvasHost host;
-    const ToolRef lower = host.draw(test::Line, {50, 100}, {250, 100});
+    const ToolRef lower = host.draw(ToolType::Line, {50, 100}, {250, 100});
     // Begun beside the lower line, so that it is drawn rather than the other one dragged.
-    const ToolRef upper = host.draw(test::Line, {150, 50}, {150, 200});
+    const ToolRef upper = host.draw(ToolType::Line, {150, 50}, {150, 200});
     host.events->take();
     host.tap({150, 100});
     EXPECT_TRUE(host.isSelected(upper));
@@ -90,7 +90,7 @@ TEST(MDrawViewTouches, ATapSelectsTheTopmostToolAndASecondTapLetsGo) {
 
 TEST(MDrawViewTouches, DraggingAnUnselectedToolSelectsAndMovesItInOneStep) {
     CanvasHost host;
-    const ToolRef box = host.draw(test::Rectangle, {100, 100}, {200, 200});
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
     host.drag({150, 100}, {160, 130});
     EXPECT_TRUE(host.isSelected(box));
     EXPECT_EQ(box->frame(), gfx::Rect(110, 130, 100, 100));
@@ -104,7 +104,7 @@ TEST(MDrawViewTouches, DraggingAnUnselectedToolSelectsAndMovesItInOneStep) {
 
 TEST(MDrawViewTouches, ASelectedBoxIsResizedByItsCornersPastTheOppositeOnes) {
     CanvasHost host;
-    const ToolRef box = host.draw(test::Rectangle, {100, 100}, {200, 200});
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
     host.tap({150, 100});
     host.drag({200, 200}, {60, 50});
     EXPECT_EQ(box->frame(), gfx::Rect(60, 50, 40, 50));
@@ -114,7 +114,7 @@ TEST(MDrawViewTouches, ASelectedBoxIsResizedByItsCornersPastTheOppositeOnes) {
 
 TEST(MDrawViewTouches, WhileSomethingIsSelectedAFingerElsewhereMayTrembleWithoutDrawing) {
     CanvasHost host;
-    const ToolRef line = host.draw(test::Line, {50, 100}, {250, 100});
+    const ToolRef line = host.draw(ToolType::Line, {50, 100}, {250, 100});
     host.tap({150, 100});
     host.down({150, 300});
     host.move({152, 302});
@@ -130,7 +130,7 @@ TEST(MDrawViewTouches, WhileSomethingIsSelectedAFingerElsewhereMayTrembleWithout
 TEST(MDrawViewTouches, ASecondFingerKeepsAValidToolAndDropsAHalfDrawnOne) {
     CanvasHost host;
     const auto drawUntilSecondFinger = [&](gfx::Point to) {
-        host.pick(test::Rectangle);
+        host.pick(ToolType::Rectangle);
         host.down({50, 50});
         host.move(to);
         host.window().fingersBegan({{2, {300, 300}}});
@@ -149,19 +149,19 @@ TEST(MDrawViewTouches, ASecondFingerKeepsAValidToolAndDropsAHalfDrawnOne) {
 
 TEST(MDrawViewTouches, TwoFingersAtOnceLeaveNoInkEvenWhenOneStays) {
     CanvasHost host;
-    host.pick(test::Line);
+    host.pick(ToolType::Line);
     host.window().fingersBegan({{1, {50, 50}}, {2, {200, 200}}});
     host.window().fingersMoved({{1, {80, 50}}, {2, {230, 200}}});
     host.window().fingersEnded({{2, {230, 200}}});
     host.window().fingersMoved({{1, {150, 150}}});
     host.window().fingersEnded({{1, {150, 150}}});
     EXPECT_TRUE(host.canvas->tools().empty());
-    EXPECT_TRUE(host.draw(test::Line, {50, 50}, {100, 100}));
+    EXPECT_TRUE(host.draw(ToolType::Line, {50, 50}, {100, 100}));
 }
 
 TEST(MDrawViewTouches, ACancelledDragKeepsWhatWasDrawnSoFar) {
     CanvasHost host;
-    host.pick(test::Rectangle);
+    host.pick(ToolType::Rectangle);
     host.down({50, 50});
     host.move({150, 150});
     host.window().fingersCancelled({});
@@ -172,7 +172,7 @@ TEST(MDrawViewTouches, ACancelledDragKeepsWhatWasDrawnSoFar) {
 
 TEST(MDrawViewTouches, TwoFingersTurnTheSelectionAsOneStep) {
     CanvasHost host;
-    const ToolRef box = host.draw(test::Rectangle, {100, 100}, {200, 160});
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 160});
     host.tap({150, 100});
     host.window().fingersBegan({{1, {100, 400}}, {2, {200, 400}}});
     // From lying to standing, a step at a time.
@@ -192,8 +192,8 @@ TEST(MDrawViewTouches, TwoFingersTurnTheSelectionAsOneStep) {
 
 TEST(MDrawViewTouches, RotationNeedsASingleSelectedToolAndGesturesSwitchedOn) {
     CanvasHost host;
-    const ToolRef first = host.draw(test::Rectangle, {100, 100}, {200, 160});
-    const ToolRef second = host.draw(test::Rectangle, {100, 300}, {200, 360});
+    const ToolRef first = host.draw(ToolType::Rectangle, {100, 100}, {200, 160});
+    const ToolRef second = host.draw(ToolType::Rectangle, {100, 300}, {200, 360});
     const auto turn = [&] {
         auto& gesture = host.canvas->rotationGesture();
         gesture.drive(ui::GestureState::Began, 0);
@@ -222,7 +222,7 @@ TEST(MDrawViewTouches, TouchesReachTheCanvasThroughTheZoom) {
     const gfx::Point canvasPoint = host.canvas->invertViewPoint({195 + 86, 422 - 86});
     EXPECT_NEAR(canvasPoint.x, 295, 1e-9);
     EXPECT_NEAR(canvasPoint.y, 322, 1e-9);
-    const ToolRef line = host.draw(test::Line, {195, 422}, {281, 336});
+    const ToolRef line = host.draw(ToolType::Line, {195, 422}, {281, 336});
     EXPECT_NEAR(line->endPoint().x, 295, 1e-9);
     host.canvas->setFScal(0.5F);
     EXPECT_EQ(host.canvas->getScale(), 0.5);
@@ -230,14 +230,14 @@ TEST(MDrawViewTouches, TouchesReachTheCanvasThroughTheZoom) {
 
 TEST(MDrawViewTouches, ClearingDuringAGestureDoesNotLockTheCanvas) {
     CanvasHost host;
-    host.pick(test::Line);
+    host.pick(ToolType::Line);
     host.down({50, 50});
     host.move({150, 150});
     host.canvas->clearTools();
     host.move({160, 160});
     host.up();
     EXPECT_TRUE(host.canvas->tools().empty());
-    EXPECT_TRUE(host.draw(test::Line, {50, 50}, {100, 100}));
+    EXPECT_TRUE(host.draw(ToolType::Line, {50, 50}, {100, 100}));
 }
 
 // A host that lets go of its canvas in the middle of a message.
@@ -257,7 +257,7 @@ TEST(MDrawViewTouches, ADelegateMayDropTheCanvasFromWithinAMessage) {
     CanvasHost host;
     const auto delegate = std::make_shared<LettingGo>(host.canvas);
     host.canvas->setDrawViewdelegate(delegate);
-    host.pick(test::Line);
+    host.pick(ToolType::Line);
     host.drag({50, 50}, {100, 100});
     EXPECT_FALSE(host.canvas);
 }

@@ -28,6 +28,14 @@ TEST(PictureLayout, ARasterShownPixelForPixelIsMovedOntoThePixels) {
     EXPECT_EQ(pixelAlignedRect(rect, gfx::AffineTransform::rotation(0.1), 1, {100, 50}), rect);
 }
 
+TEST(PictureLayout, TheBackgroundEndsWhereThePictureIsShown) {
+    const gfx::Rect picture(0, 70.5, 390, 259);
+    const gfx::Rect shown(0, 71, 390, 259);
+    EXPECT_EQ(alongPicture(picture, picture, shown), shown);
+    // Grown beyond the lower edge only, the upper one still goes with the picture.
+    EXPECT_EQ(alongPicture({0, 70.5, 390, 300}, picture, shown), gfx::Rect(0, 71, 390, 299.5));
+}
+
 TEST(PictureLayout, AScreenShotMayMissTheViewByLessThanFourAndSixWholePoints) {
     EXPECT_TRUE(fillsView({390, 844}, {390, 844}));
     EXPECT_TRUE(fillsView({386.1, 838.1}, {390, 844}));

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+// The tool-type numbers of the canvas's interface. Text, Freehand and Mosaic have no class yet, so
+// that beginning to draw with them draws nothing.
+namespace kalim::ToolType {
+
+enum Number : std::int64_t {
+    Rectangle = 0,
+    RoundedRectangle = 1,
+    Ellipse = 2,
+    Text = 3,
+    Freehand = 4,
+    Mosaic = 5,
+    Line = 6,
+    Arrow = 7,
+};
+
+}  // namespace kalim::ToolType
