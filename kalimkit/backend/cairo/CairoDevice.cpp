@@ -3,6 +3,10 @@
 #include <fontconfig/fontconfig.h>
 #include <pango/pangocairo.h>
 
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <thread>
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoRaster.h"
@@ -10,6 +14,26 @@
 #include "kalimkit/backend/cairo/CairoSurface.h"
 
 namespace kalim::gfx {
+
+namespace {
+
+// Pango looks for fonts on threads of its own, which hold on to fonts until they end, some
+// milliseconds after the last font map has gone. Nobody can join them, so this waits until the
+// process has no other thread, for a second at most. Whether it came to that.
+bool waitForFontThreads() {
+    const auto hasOthers = [] {
+        std::error_code error;
+        const std::filesystem::directory_iterator threads("/proc/self/task", error);
+        return std::distance(begin(threads), end(threads)) > 1;
+    };
+    for (int tries = 0; hasOthers(); ++tries) {
+        if (tries == 1000) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+}  // namespace
 
 std::shared_ptr<CairoDevice> CairoDevice::make() {
     return std::shared_ptr<CairoDevice>(new CairoDevice);
@@ -48,6 +72,8 @@ const std::uint8_t* CairoDevice::pixels(const Surface& surface) {
 }
 
 void CairoDevice::releaseFontCaches() {
+    // Cairo ends the process when it is to forget a font that is still in use.
+    if (!waitForFontThreads()) return;
     pango_cairo_font_map_set_default(nullptr);
     cairo_debug_reset_static_data();
     FcFini();

@@ -30,7 +30,8 @@ public:
     static const std::uint8_t* pixels(const Surface& surface);
 
     // Gives back what the font libraries keep for the whole process, so that a leak checker finds
-    // nothing at its end. No device, surface or image of a device may be alive.
+    // nothing at its end. No device, surface or image of a device may be alive. Waits for the font
+    // libraries' own threads, and does nothing where the process has others.
     static void releaseFontCaches();
 
 private:
