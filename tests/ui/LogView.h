@@ -17,12 +17,26 @@ public:
 
     static std::shared_ptr<LogView> make(std::string name, const gfx::Rect& frame, Lines& lines);
 
-    void touchesBegan(const ui::TouchEvent& event) override { note("began", event); }
-    void touchesMoved(const ui::TouchEvent& event) override { note("moved", event); }
-    void touchesEnded(const ui::TouchEvent& event) override { note("ended", event); }
-    void touchesCancelled(const ui::TouchEvent& event) override { note("cancelled", event); }
+    void touchesBegan(const ui::TouchEvent& event) override {
+        note("began", event);
+        if (passesOn) View::touchesBegan(event);
+    }
+    void touchesMoved(const ui::TouchEvent& event) override {
+        note("moved", event);
+        if (passesOn) View::touchesMoved(event);
+    }
+    void touchesEnded(const ui::TouchEvent& event) override {
+        note("ended", event);
+        if (passesOn) View::touchesEnded(event);
+    }
+    void touchesCancelled(const ui::TouchEvent& event) override {
+        note("cancelled", event);
+        if (passesOn) View::touchesCancelled(event);
+    }
 
-    // Called after the line is written.
+    // Whether the next responder gets its touches as well.
+    bool passesOn = false;
+    // Called after the line is written, before the touches are passed on.
     std::function<void(const std::string& phase, const ui::TouchEvent& event)> onTouch;
 
 private:

@@ -8,8 +8,9 @@
 // A touch goes from the host to its view in three steps: every recogniser of the view and of its
 // ancestors is fed; views whose touches a recogniser has taken are told that these are cancelled;
 // what is left goes to the views. Handlers may do anything on the way: take views away, cancel
-// touches, even report fingers. So each step looks again at what a touch has become: its phase is
-// no longer that of the delivery when something overtook it.
+// touches, even report fingers. So each step looks again at what a touch has become: it is withheld
+// from its view once that was told of its end, and for recognisers its phase is no longer that of
+// the delivery.
 
 namespace kalim::ui {
 
@@ -239,8 +240,7 @@ void Window::send(View& view, TouchPhase phase, const Touches& changed, const To
     const Delivery expected = phase == TouchPhase::Began ? Delivery::Pending : Delivery::Delivered;
     TouchEvent event;
     event.touches = filtered(changed, [&](const TouchRef& touch) {
-        return touch->view().get() == &view && touch->_phase == phase &&
-               touch->_delivery == expected;
+        return touch->view().get() == &view && touch->_delivery == expected;
     });
     if (event.touches.empty()) return;
     for (const TouchRef& touch : event.touches)

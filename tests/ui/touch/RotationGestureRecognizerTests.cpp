@@ -151,6 +151,7 @@ TEST(RotationGestureRecognizer, IsCancelledWithItsFingersOrWhenDisabled) {
     stage.gesture->setEnabled(false);
     stage.land(0);
     stage.gesture->setEnabled(true);
+    test::Finger(stage.window(), 3).down({10, 10});
     stage.turnTo(0.9);
     EXPECT_EQ(stage.take(), Lines()) << "it has not seen them land";
     stage.window().fingersCancelled({});

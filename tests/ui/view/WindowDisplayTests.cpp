@@ -231,6 +231,11 @@ TEST(WindowDisplay, AlphaAppliesToAViewAsAWhole) {
                      "fill [M 0,0 L 10,0 L 10,10 L 0,10 Z] #FF0000FF alpha=0.5",
                      "begin group alpha=0.25", "fill [M 50,50 L 70,50 L 70,70 L 50,70 Z] #FF0000FF",
                      "fill [M 55,55 L 60,55 L 60,60 L 55,60 Z] #0000FFFF", "end group", "unclip"}));
+    plain->setNeedsDisplay();
+    EXPECT_EQ(stage.show(),
+              (Lines{"clip [M 0,0 L 10,0 L 10,10 L 0,10 Z]",
+                     "fill [M 0,0 L 10,0 L 10,10 L 0,10 Z] #FF0000FF alpha=0.5", "unclip"}))
+        << "no group for what is not drawn";
     family->setAlpha(0);
     child->setNeedsDisplay();
     EXPECT_EQ(stage.show(), (Lines{"clip [M 50,50 L 70,50 L 70,70 L 50,70 Z]", "unclip"}));

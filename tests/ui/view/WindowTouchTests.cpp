@@ -209,12 +209,12 @@ TEST(WindowTouches, AViewMayBeDestroyedByItsOwnTouch) {
         Stage stage;
         auto holder = View::initWithFrame({0, 0, 100, 100});
         auto inner = LogView::make("inner", {0, 0, 100, 100}, stage.lines);
+        inner->passesOn = true;
         const std::weak_ptr<View> watch = inner;
         inner->onTouch = [&](const std::string& now, const TouchEvent&) {
             if (now != phase || !holder) return;
-            // Also the superview, to which the message is then passed on.
+            // With the superview, to which the message is then passed on.
             holder->removeFromSuperview();
-            inner->removeFromSuperview();
             holder = nullptr;
             inner = nullptr;
         };
