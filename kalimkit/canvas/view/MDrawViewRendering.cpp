@@ -129,6 +129,7 @@ gfx::ImageRef MDrawView::exportImage() {
     const gfx::Rect whole = grownToPixels(_ctxRect, scale);
     const auto surface = environment.device().makeSurface(whole.size, scale, true);
     if (!surface) return nullptr;
+    const int drawnByLastFrame = _drawnTools;
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
@@ -136,6 +137,7 @@ gfx::ImageRef MDrawView::exportImage() {
     drawSnipImage(context, shownPictureRect(context));
     drawAllItems(context, DrawingItems | NormalItems);
     drawAllSelectedItemsNeedSelectedSate(context, false);
+    _drawnTools = drawnByLastFrame;
     _isDirty = false;
     return surface->makeImage();
 }
