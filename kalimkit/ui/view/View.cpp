@@ -73,11 +73,13 @@ void View::insertSubview(std::shared_ptr<View> view, std::size_t index) {
     // The receiver of a touch that this cancelled may have put it somewhere else.
     if (view->_superview || isDescendantOf(*view)) return;
     const std::size_t place = std::min(index, _subviews.size());
-    _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), view);
-    view->_superview = this;
+    // Held on its own: entering the window may make it leave again.
+    const std::shared_ptr<View> added = std::move(view);
+    _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), added);
+    added->_superview = this;
     setNeedsLayout();
-    view->setWindow(_window);
-    view->damageExtent();
+    added->setWindow(_window);
+    added->damageExtent();
 }
 
 void View::removeFromSuperview() {
