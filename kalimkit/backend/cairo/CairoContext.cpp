@@ -16,6 +16,7 @@ namespace {
 // Cairo's own limit, in pen radii, beyond which a mitred corner is cut off.
 constexpr double kMiterLimit = 10;
 constexpr double kLargestPen = 1e6;
+constexpr Color kTransparent{0, 0, 0, 0};
 
 DeviceBox clipBox(cairo_t* context) {
     double left = 0;
@@ -45,6 +46,12 @@ Path quadrilateral(const Rect& rect, const AffineTransform& transform) {
     Path path;
     path.addRect(rect);
     return path.transformed(transform);
+}
+
+// FreeType refuses sizes, in pixels, that are out of its range, which would put the Cairo context
+// out of order.
+bool isDrawable(double fontSize) {
+    return fontSize > 0.05 && fontSize < 16000;
 }
 
 // Ready-made glyph masks are some 25 times faster than outlines, but Cairo puts each on whole
@@ -118,7 +125,7 @@ void CairoContext::onDrawRaster(const Image& image, const Rect& rect) {
 
 void CairoContext::onDrawText(std::string_view text, Point baseline, const Font& font) {
     const AffineTransform placed = toDevice().translated(baseline.x, baseline.y);
-    if (!isUsable(placed)) return;
+    if (!isUsable(placed) || !isDrawable(font.size * largestStretch(placed))) return;
     const std::shared_ptr<const ShapedText> shaped = _resources->text.shape(text, font);
     const bool isFilled = state().textMode == TextMode::Fill;
     const double reach = isFilled ? 1 : penReach(state(), largestStretch(placed)) + 1;
@@ -162,10 +169,14 @@ void CairoContext::onEndGroup() {
     _layers.pop_back();
     if (cairo_surface_status(layer.surface.get()) != CAIRO_STATUS_SUCCESS) return;
     const bool isNormal = state().blendMode == BlendMode::Normal;
-    paint((isNormal ? layer.painted : layer.box).rect(), [&](cairo_t* context) {
+    const Rect bounds = (isNormal ? layer.painted : layer.box).rect();
+    // A shadow may lie between whole pixels, so a transparent rim belongs to it.
+    const Path edge = quadrilateral(bounds.inset(-1, -1), {});
+    paint(bounds, [&](cairo_t* context) {
         cairo_set_source_surface(context, layer.surface.get(), 0, 0);
         cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_BILINEAR);
-        paintSource(context, state().alpha);
+        tracePath(context, edge, 1);
+        fillSource(context, state().alpha);
     });
 }
 
@@ -229,6 +240,10 @@ void CairoContext::fillPath(cairo_t* context) const {
 }
 
 void CairoContext::fillSource(cairo_t* context, double alpha) const {
+    if (state().blendMode == BlendMode::Clear) {
+        setSourceColor(context, kTransparent, 0);
+        return cairo_fill(context);
+    }
     if (alpha == 1 && state().blendMode != BlendMode::SourceIn) return cairo_fill(context);
     cairo_save(context);
     cairo_clip(context);
@@ -251,7 +266,8 @@ void CairoContext::paintSource(cairo_t* context, double alpha) const {
 void CairoContext::strokePath(cairo_t* context) const {
     const AffineTransform pen = toDevice();
     const cairo_matrix_t matrix = toCairo(pen);
-    setSourceColor(context, state().strokeColor, state().alpha);
+    const bool isClear = state().blendMode == BlendMode::Clear;
+    setSourceColor(context, isClear ? kTransparent : state().strokeColor, state().alpha);
     cairo_set_line_cap(context, toCairo(state().lineCap));
     cairo_set_line_join(context, toCairo(state().lineJoin));
     cairo_set_miter_limit(context, kMiterLimit);

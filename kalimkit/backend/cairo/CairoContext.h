@@ -59,6 +59,7 @@ private:
     void strokePath(cairo_t* context) const;
     // Fills the current path with the source as it is set, its alpha multiplied.
     void fillSource(cairo_t* context, double alpha) const;
+    // Paints the source, its alpha multiplied, within the clip.
     void paintSource(cairo_t* context, double alpha) const;
     // A stroke for the blend mode SourceIn, which Cairo would apply to the whole surface.
     void strokeWithin(cairo_t* context, const cairo_matrix_t& pen) const;

@@ -1,5 +1,6 @@
 #include "kalimkit/backend/cairo/CairoPaint.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -37,6 +38,36 @@ std::optional<AffineTransform> pixelExact(const AffineTransform& t, PixelSize si
     return rounded;
 }
 
+// Cairo's scaler counts source pixels in 16.16 fixed point. Beyond, it fails and puts the context
+// out of order.
+constexpr double kLargestSourcePosition = 30000;
+
+// The farthest position of the source, in each direction, that painting on the box looks at.
+Point farthestPosition(const AffineTransform& toSource, const Rect& box) {
+    Point farthest;
+    for (const Point corner : {Point{}, box.origin, Point{box.maxX(), box.minY()},
+                               Point{box.minX(), box.maxY()}, Point{box.maxX(), box.maxY()}}) {
+        const Point p = toSource.apply(corner);
+        farthest = {std::max(farthest.x, std::abs(p.x)), std::max(farthest.y, std::abs(p.y))};
+    }
+    return farthest;
+}
+
+// How many pixels to average to one before sampling, when `shrink` of them fall on a device pixel.
+double averagingFactor(double shrink, double farthest, Interpolation interpolation) {
+    const bool isAveraged = interpolation == Interpolation::High && shrink > 2;
+    return std::max(isAveraged ? std::floor(shrink) : 1, farthest / kLargestSourcePosition);
+}
+
+Rect clipBounds(cairo_t* context) {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+    cairo_clip_extents(context, &left, &top, &right, &bottom);
+    return Rect::spanning({left, top}, {right, bottom});
+}
+
 }  // namespace
 
 void setSourceColor(cairo_t* context, const Color& color, double alpha) {
@@ -47,10 +78,14 @@ void setSourceColor(cairo_t* context, const Color& color, double alpha) {
 bool setSourceImage(cairo_t* context, const Image& image, const AffineTransform& toDevice,
                     Interpolation interpolation, cairo_extend_t extend) {
     if (!isUsable(toDevice)) return false;
-    const CairoRaster::Source source =
-        CairoRaster::of(image)->source(1 / std::hypot(toDevice.a, toDevice.b),
-                                       1 / std::hypot(toDevice.c, toDevice.d), interpolation);
+    const Rect bounds = clipBounds(context);
+    const Point farthest = farthestPosition(toDevice.inverted(), bounds);
+    const CairoRaster::Source source = CairoRaster::of(image)->source(
+        averagingFactor(1 / std::hypot(toDevice.a, toDevice.b), farthest.x, interpolation),
+        averagingFactor(1 / std::hypot(toDevice.c, toDevice.d), farthest.y, interpolation));
     AffineTransform transform = source.toRaster.concat(toDevice);
+    const Point position = farthestPosition(transform.inverted(), bounds);
+    if (std::max(position.x, position.y) > kLargestSourcePosition) return false;
     const PixelSize size{cairo_image_surface_get_width(source.surface.get()),
                          cairo_image_surface_get_height(source.surface.get())};
     const std::optional<AffineTransform> exact = pixelExact(transform, size);
@@ -74,9 +109,8 @@ cairo_operator_t operatorFor(BlendMode mode) {
         case BlendMode::SourceIn:
             return CAIRO_OPERATOR_IN;
         case BlendMode::Copy:
-            return CAIRO_OPERATOR_SOURCE;
         case BlendMode::Clear:
-            return CAIRO_OPERATOR_CLEAR;
+            return CAIRO_OPERATOR_SOURCE;
     }
     return CAIRO_OPERATOR_OVER;
 }

@@ -17,6 +17,8 @@ void setSourceColor(cairo_t* context, const Color& color, double alpha);
 bool setSourceImage(cairo_t* context, const Image& image, const AffineTransform& toDevice,
                     Interpolation interpolation, cairo_extend_t extend);
 
+// Clear is the operator of Copy with a transparent source: Cairo strokes its own clear operator
+// wrongly.
 cairo_operator_t operatorFor(BlendMode mode);
 cairo_line_cap_t toCairo(LineCap cap);
 cairo_line_join_t toCairo(LineJoin join);

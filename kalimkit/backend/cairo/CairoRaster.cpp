@@ -15,10 +15,6 @@ static_assert(std::endian::native == std::endian::little, "Bitmap's byte order i
 
 namespace {
 
-// From here on even nearest and bilinear sampling start from averages, because the scaler counts
-// in 16.16 fixed point.
-constexpr double kExtremeShrink = 256;
-
 const cairo_user_data_key_t kPixelsKey{};
 
 SurfaceHandle wrap(BitmapRef pixels, bool isOpaque) {
@@ -38,13 +34,9 @@ SurfaceHandle share(const SurfaceHandle& surface) {
     return SurfaceHandle(cairo_surface_reference(surface.get()));
 }
 
-int reducedSide(int side, double shrink, Interpolation interpolation) {
-    double factor = 1;
-    if (shrink > (interpolation == Interpolation::High ? 2 : kExtremeShrink)) {
-        factor = std::floor(std::min(shrink, static_cast<double>(side)));
-    }
-    factor = std::max(factor, std::ceil(static_cast<double>(side) / kLargestSide));
-    return std::max(static_cast<int>(std::ceil(side / factor)), 1);
+int reducedSide(int side, double factor) {
+    const double needed = std::max(factor, static_cast<double>(side) / kLargestSide);
+    return std::max(static_cast<int>(std::ceil(side / std::ceil(needed))), 1);
 }
 
 }  // namespace
@@ -59,10 +51,8 @@ std::shared_ptr<const CairoRaster> CairoRaster::of(const Image& image) {
     return std::make_shared<const CairoRaster>(image.pixels());
 }
 
-CairoRaster::Source CairoRaster::source(double shrinkX, double shrinkY,
-                                        Interpolation interpolation) const {
-    const PixelSize wanted{reducedSide(size().width, shrinkX, interpolation),
-                           reducedSide(size().height, shrinkY, interpolation)};
+CairoRaster::Source CairoRaster::source(double factorX, double factorY) const {
+    const PixelSize wanted{reducedSide(size().width, factorX), reducedSide(size().height, factorY)};
     if (wanted == size()) return {share(_surface), {}};
     return reduced(wanted);
 }

@@ -2,7 +2,6 @@
 
 #include "kalimkit/backend/cairo/CairoHandles.h"
 #include "kalimkit/gfx/AffineTransform.h"
-#include "kalimkit/gfx/GraphicsState.h"
 #include "kalimkit/gfx/Image.h"
 
 namespace kalim::gfx {
@@ -24,10 +23,9 @@ public:
         SurfaceHandle surface;
         AffineTransform toRaster;
     };
-    // For painting so many raster pixels to a device pixel in each direction. A strong reduction is
-    // averaged first, to between one and two pixels to the device pixel, and the result is kept
-    // until another one is asked for.
-    Source source(double shrinkX, double shrinkY, Interpolation interpolation) const;
+    // For painting with this many raster pixels, at least 1, averaged to one in each direction.
+    // What was averaged is kept until other factors are asked for.
+    Source source(double factorX, double factorY) const;
 
 private:
     Source reduced(PixelSize size) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numbers>
 
 namespace kalim::gfx {
 
@@ -11,28 +12,17 @@ namespace {
 constexpr double kLargestExactSigma = 6;
 constexpr int kBlock = Mask::kBlock;
 
-// Half of a symmetric kernel in 256ths, the centre first. Sums from the rim inwards are rounded,
-// not single weights, so that the blur of a straight edge is right to half a level everywhere.
+// Half of a symmetric kernel in 256ths, the centre first: the Gaussian's integral over each pixel.
+// Sums from the rim inwards are rounded, not single weights, so that the blur of a straight edge is
+// right to half a level everywhere.
 std::vector<std::uint16_t> gaussianKernel(double sigma) {
-    const int reach = blurReach(sigma);
-    std::vector<double> weights;
-    double total = 0;
-    for (int i = 0; i <= reach; ++i) {
-        weights.push_back(std::exp(-0.5 * i * i / (sigma * sigma)));
-        total += i == 0 ? weights.back() : 2 * weights.back();
+    const auto beyond = [&](int pixel) {
+        return std::lround(128 * std::erfc((pixel - 0.5) / (sigma * std::numbers::sqrt2)));
+    };
+    std::vector<std::uint16_t> kernel{static_cast<std::uint16_t>(256 - 2 * beyond(1))};
+    for (int i = 1; beyond(i) > 0; ++i) {
+        kernel.push_back(static_cast<std::uint16_t>(beyond(i) - beyond(i + 1)));
     }
-    std::vector<std::uint16_t> kernel(weights.size());
-    double sum = 0;
-    long rounded = 0;
-    for (int i = reach; i > 0; --i) {
-        sum += weights[static_cast<std::size_t>(i)] / total * 256;
-        const long next = std::lround(sum);
-        kernel[static_cast<std::size_t>(i)] = static_cast<std::uint16_t>(next - rounded);
-        rounded = next;
-    }
-    kernel[0] = static_cast<std::uint16_t>(256 - 2 * rounded);
-    while (kernel.back() == 0)
-        kernel.pop_back();
     return kernel;
 }
 

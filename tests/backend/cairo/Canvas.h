@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kalimkit/backend/cairo/CairoDevice.h"
+
+namespace kalim::test {
+
+// The device that the tests of one program share, so that fonts are loaded once. It is gone, and
+// the font libraries' memory with it, before leaks are looked for.
+gfx::CairoDevice& cairoDevice();
+
+// A surface to draw on and to look at.
+class Canvas {
+public:
+    // In points.
+    Canvas(double width, double height, double scale = 1, bool opaque = false);
+
+    gfx::Context& context() { return _surface->context(); }
+    gfx::Surface& surface() { return *_surface; }
+    gfx::BitmapRef pixels() { return _surface->makeImage()->pixels(); }
+    // "#RRGGBBAA" of a pixel, counted in device pixels.
+    std::string at(int x, int y) { return pixels()->colorAt(x, y).hex(); }
+
+private:
+    std::shared_ptr<gfx::Surface> _surface;
+};
+
+// The smallest rectangle in pixels that holds every pixel whose alpha is at least that.
+gfx::Rect inkBox(const gfx::Bitmap& bitmap, int alpha = 1);
+
+// The alpha byte of a pixel.
+inline int alphaAt(const gfx::Bitmap& bitmap, int x, int y) {
+    return bitmap.row(y)[4 * static_cast<std::size_t>(x) + 3];
+}
+
+}  // namespace kalim::test
