@@ -1,7 +1,11 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -86,8 +90,9 @@ public:
         try {
             _app.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
-            if (error.get_exit_code() == 0) return _app.exit(error);
-            return fail(describe(error));
+            if (error.get_exit_code() != 0) return fail(describe(error));
+            const int status = _app.exit(error);
+            return std::cout.flush() ? status : fail("standard output cannot be written");
         }
         const double side = std::max(_play.screen.canvas.width, _play.screen.canvas.height);
         if (side * _play.screen.scale > longestSide) {
@@ -119,7 +124,7 @@ private:
 
 }  // namespace kalim::cli
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     // A reader that goes away is an error of writing, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     kalim::cli::CommandLine commandLine;
@@ -127,4 +132,8 @@ int main(int argc, char** argv) {
     const int status = kalim::cli::play(commandLine.play());
     kalim::gfx::CairoDevice::releaseFontCaches();
     return status;
+} catch (const std::exception& error) {
+    // Out of memory, above all.
+    std::fprintf(stderr, "kalimkit: %s\n", error.what());
+    return kalim::cli::failure;
 }

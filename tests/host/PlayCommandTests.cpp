@@ -112,6 +112,7 @@ TEST_F(PlayCommand, SaysWhenItsOutputCannotBeWritten) {
             run({"play", "-"}, "{\"print\":\"canvas\"}\n{\"wait\":\"\"}\n", outputTo);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.errors.rfind("kalimkit: standard output: ", 0), 0U) << result.errors;
+        EXPECT_EQ(run({"--help"}, {}, outputTo).status, 2);
     }
 }
 

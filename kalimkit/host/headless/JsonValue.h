@@ -19,6 +19,8 @@ public:
 
     // Null.
     JsonValue() = default;
+    // Not explicit, so that a value can be written as nested lists.
+    // NOLINTBEGIN(google-explicit-constructor)
     JsonValue(std::same_as<bool> auto value) : _value(value) {}
     template <typename Number>
     requires(std::integral<Number> || std::floating_point<Number>) &&
@@ -27,6 +29,7 @@ public:
     JsonValue(const char* value) : _value(std::string(value)) {}
     JsonValue(Array value) : _value(std::move(value)) {}
     JsonValue(Object value) : _value(std::move(value)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     bool operator==(const JsonValue&) const = default;
 

@@ -68,8 +68,10 @@ Problem readList(const JsonValue& value, const std::string& what, const std::str
     const JsonValue::Array* elements = value.array();
     if (!elements) return wrongValue(what, "a list", value);
     for (const JsonValue& one : *elements) {
-        const std::string name = element + " " + std::to_string(out.size() + 1);
-        if (Problem problem = readAs(one, name + " of " + what, out.emplace_back())) return problem;
+        if (readValue(one, out.emplace_back())) continue;
+        std::string name = element + " " + std::to_string(out.size());
+        name += " of " + what;
+        return wrongValue(name, kindName<Kind>, one);
     }
     return std::nullopt;
 }
