@@ -16,6 +16,8 @@ namespace {
 // Cairo's own limit, in pen radii, beyond which a mitred corner is cut off.
 constexpr double kMiterLimit = 10;
 constexpr double kLargestPen = 1e6;
+// How far, in pixels, the shadow of a group may fall into view from. It bounds the group's memory.
+constexpr int kFarthestCast = 2048;
 constexpr Color kTransparent{0, 0, 0, 0};
 
 DeviceBox clipBox(cairo_t* context) {
@@ -126,7 +128,7 @@ void CairoContext::onDrawRaster(const Image& image, const Rect& rect) {
 void CairoContext::onDrawText(std::string_view text, Point baseline, const Font& font) {
     const AffineTransform placed = toDevice().translated(baseline.x, baseline.y);
     if (!isUsable(placed) || !isDrawable(font.size * largestStretch(placed))) return;
-    const std::shared_ptr<const ShapedText> shaped = _resources->text.shape(text, font);
+    const std::shared_ptr<const ShapedText> shaped = _resources->text().shape(text, font);
     const bool isFilled = state().textMode == TextMode::Fill;
     const double reach = isFilled ? 1 : penReach(state(), largestStretch(placed)) + 1;
     paint(placed.apply(shaped->inkBounds()).inset(-reach, -reach), [&](cairo_t* context) {
@@ -155,7 +157,8 @@ void CairoContext::onBeginGroup() {
     if (castsShadow(state()) && !visible.isEmpty()) {
         // What casts a shadow into the visible part may itself be out of it.
         const Rect casting = visible.rect().offset(-(state().shadow->offset * _scale));
-        layer.box = visible.unionWith(DeviceBox::around(casting).grown(shadowReach()));
+        layer.box = visible.unionWith(DeviceBox::around(casting).grown(shadowReach()))
+                        .intersection(visible.grown(kFarthestCast));
     }
     layer.surface.reset(
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, layer.box.width(), layer.box.height()));

@@ -55,15 +55,15 @@ ImageRef CairoDevice::makeImage(Bitmap bitmap, double scale, ImageOrientation or
 }
 
 std::vector<double> CairoDevice::advances(std::string_view text, const Font& font) {
-    return _resources->text.shape(text, font)->advances();
+    return _resources->text().shape(text, font)->advances();
 }
 
 LineMetrics CairoDevice::lineMetrics(const Font& font) {
-    return _resources->text.lineMetrics(font);
+    return _resources->text().lineMetrics(font);
 }
 
 std::vector<std::size_t> CairoDevice::boundaries(std::string_view text, TextBoundary kind) {
-    return _resources->text.boundaries(text, kind);
+    return _resources->text().boundaries(text, kind);
 }
 
 const std::uint8_t* CairoDevice::pixels(const Surface& surface) {

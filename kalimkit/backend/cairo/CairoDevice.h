@@ -7,7 +7,7 @@
 
 namespace kalim::gfx {
 
-struct CairoResources;
+class CairoResources;
 
 // Draws in memory with Cairo and sets text with Pango. Surfaces and images stay usable after the
 // device is gone. A surface's sides are at most 32767 pixels. The system font is WenQuanYi Micro
