@@ -11,7 +11,7 @@ class CairoResources;
 
 // Draws in memory with Cairo and sets text with Pango. Surfaces and images stay usable after the
 // device is gone. A surface's sides are at most 32767 pixels. The system font is WenQuanYi Micro
-// Hei where it is installed. One thread at a time.
+// Hei where it is installed; text larger than 16000 pixels is not drawn. One thread at a time.
 class KALIM_API CairoDevice : public Device {
 public:
     static std::shared_ptr<CairoDevice> make();
