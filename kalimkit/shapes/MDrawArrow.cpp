@@ -66,15 +66,15 @@ bool MDrawArrow::hitTest(gfx::Point p) {
 void MDrawArrow::rotateChangedWithAngle(double angle) {
     MDrawLine::rotateChangedWithAngle(angle);
     const gfx::Point middle = QVMidPoint(_startPoint, _endPoint);
-    const auto turn = gfx::AffineTransform::rotation(angle - preRotateAngle, middle);
+    const auto turn = gfx::AffineTransform::rotation(angle - _preRotateAngle, middle);
     _startPoint = turn.apply(_startPoint);
     _endPoint = turn.apply(_endPoint);
-    preRotateAngle = angle;
+    _preRotateAngle = angle;
 }
 
 void MDrawArrow::rotateEndedWithAngle(double angle) {
     MDrawLine::rotateEndedWithAngle(angle);
-    preRotateAngle = 0;
+    _preRotateAngle = 0;
 }
 
 gfx::AffineTransform MDrawArrow::localFrame() const {

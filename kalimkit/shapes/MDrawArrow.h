@@ -44,7 +44,8 @@ private:
     // tool's, and the hit area in that frame, both as last drawn.
     gfx::AffineTransform _transform;
     gfx::Rect _hitRect;
-    double preRotateAngle = 0;
+    // Already applied during the current rotation gesture, radians.
+    double _preRotateAngle = 0;
 };
 
 }  // namespace kalim

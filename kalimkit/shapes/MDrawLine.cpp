@@ -72,7 +72,6 @@ MoveDirection MDrawLine::handleAt(gfx::Point p) {
 }
 
 bool MDrawLine::hitOnHandle(gfx::Point p) {
-    _moveDirection = MoveDirection::None;
     _moveDirection = handleAt(p);
     return _moveDirection != MoveDirection::None;
 }

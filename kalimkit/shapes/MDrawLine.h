@@ -43,11 +43,10 @@ protected:
     MDrawLine() = default;
     std::unique_ptr<MeasurementLabel> makeMeasurement() override;
 
+    // What of the shape lies under a canvas point: a handle, the body or nothing.
+    virtual MoveDirection handleAt(gfx::Point p);
     // Start to end, single precision.
     double length() const;
-
-private:
-    MoveDirection handleAt(gfx::Point p);
 };
 
 }  // namespace kalim

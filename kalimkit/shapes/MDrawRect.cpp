@@ -1,6 +1,8 @@
 #include "kalimkit/shapes/MDrawRect.h"
 
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
@@ -32,14 +34,6 @@ const ToolClass& MDrawRect::Class() {
 void MDrawRect::init() {
     MDrawLine::init();
     setRectArcRadius(0);
-}
-
-void MDrawRect::drawDown(gfx::Point p) {
-    invertPoint(p);
-}
-
-void MDrawRect::drawMove(gfx::Point p) {
-    _endPoint = invertPoint(p);
 }
 
 void MDrawRect::drawUp(gfx::Point p) {
@@ -88,54 +82,19 @@ MoveDirection MDrawRect::handleAt(gfx::Point p) {
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
 }
 
-bool MDrawRect::hitOnHandle(gfx::Point p) {
-    _moveDirection = MoveDirection::None;
-    _moveDirection = handleAt(p);
-    return _moveDirection != MoveDirection::None;
-}
-
-bool MDrawRect::testHitOnHandle(gfx::Point p) {
-    return handleAt(p) != MoveDirection::None;
-}
-
 void MDrawRect::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
-    switch (_moveDirection) {
-        case MoveDirection::Body:
-            _startPoint += offset;
-            _endPoint += offset;
-            break;
-        case MoveDirection::TopLeft:
-            _startPoint += offset;
-            break;
-        case MoveDirection::Top:
-            _startPoint.y += offset.y;
-            break;
-        case MoveDirection::TopRight:
-            _startPoint.y += offset.y;
-            _endPoint.x += offset.x;
-            break;
-        case MoveDirection::Right:
-            _endPoint.x += offset.x;
-            break;
-        case MoveDirection::BottomRight:
-            _endPoint += offset;
-            break;
-        case MoveDirection::Bottom:
-            _endPoint.y += offset.y;
-            break;
-        case MoveDirection::BottomLeft:
-            _startPoint.x += offset.x;
-            _endPoint.y += offset.y;
-            break;
-        case MoveDirection::Left:
-            _startPoint.x += offset.x;
-            break;
-        case MoveDirection::Scale:
-            MDrawLine::moveByOffsetEndPoint(offset, end);
-            break;
-        default:
-            break;
+    if (_moveDirection == MoveDirection::Scale) {
+        MDrawLine::moveByOffsetEndPoint(offset, end);
+        return;
     }
+    const auto grabbed = [this](std::initializer_list<MoveDirection> handles) {
+        return std::ranges::find(handles, _moveDirection) != handles.end();
+    };
+    using enum MoveDirection;
+    if (grabbed({Body, TopLeft, BottomLeft, Left})) _startPoint.x += offset.x;
+    if (grabbed({Body, TopLeft, Top, TopRight})) _startPoint.y += offset.y;
+    if (grabbed({Body, TopRight, Right, BottomRight})) _endPoint.x += offset.x;
+    if (grabbed({Body, BottomRight, Bottom, BottomLeft})) _endPoint.y += offset.y;
 }
 
 void MDrawRect::stopMoveHandle() {

@@ -15,8 +15,8 @@ public:
     static const ToolClass& Class();
     const ToolClass& toolClass() const override { return Class(); }
 
-    void drawDown(gfx::Point p) override;
-    void drawMove(gfx::Point p) override;
+    // The canvas has set the start point already.
+    void drawDown(gfx::Point) override {}
     // Finalizes whether the box is valid or not, unlike a line.
     void drawUp(gfx::Point p) override;
     // At least 20 points from corner to corner.
@@ -26,9 +26,6 @@ public:
 
     // A band along the outline, or the whole box where it is filled or small.
     bool hitTest(gfx::Point p) override;
-    // Both handle tests first normalise the points to the top-left and bottom-right corners.
-    bool hitOnHandle(gfx::Point p) override;
-    bool testHitOnHandle(gfx::Point p) override;
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     void stopMoveHandle() override;
 
@@ -49,13 +46,13 @@ public:
 protected:
     MDrawRect() = default;
     void init() override;
+    // Each handle test first normalises the points to the top-left and bottom-right corners.
+    MoveDirection handleAt(gfx::Point p) override;
     // Strokes and fills the current path as drawType says. After style 2's stroke the fill finds no
     // path any more; deliberate.
     void paintByDrawType(gfx::Context& context) const;
 
 private:
-    MoveDirection handleAt(gfx::Point p);
-
     std::int32_t _rectArcRadius = 0;
     gfx::ColorRef _maskColor;
 };

@@ -16,12 +16,12 @@ std::map<std::string, std::string>& keptLabels() {
 
 }  // namespace
 
-const std::string& measureLabel(const std::string& key) {
+std::string measureLabel(const std::string& key) {
     const auto found = keptLabels().find(key);
     if (found != keptLabels().end()) return found->second;
-    std::string text =
-        ui::Environment::hasCurrent() ? ui::Environment::current().localizedString(key) : key;
-    return keptLabels().emplace(key, std::move(text)).first->second;
+    // Without an environment there is nothing to keep yet.
+    if (!ui::Environment::hasCurrent()) return key;
+    return keptLabels().emplace(key, ui::Environment::current().localizedString(key)).first->second;
 }
 
 void resetMeasureLabels() {
@@ -32,7 +32,15 @@ std::string measureValue(double value) {
     // Long enough for the largest double in this format.
     char text[330];
     std::snprintf(text, sizeof text, "%0.2f", value);
-    return text;
+    std::string result = text;
+    // A host's locale may have put another sign, of one byte or more, before the decimals.
+    constexpr const char* digits = "0123456789";
+    const std::size_t signEnd = result.find_last_not_of(digits);
+    const std::size_t signBegin = result.find_last_of(digits, signEnd);
+    if (signBegin != std::string::npos) {
+        result.replace(signBegin + 1, signEnd - signBegin, ".");
+    }
+    return result;
 }
 
 }  // namespace kalim

@@ -104,6 +104,11 @@ TEST(MDrawFatArrow, TakesItsShapeFromItsLengthAlone) {
     EXPECT_EQ(context.lines()[0],
               "fill [M 100,100 L 60,160 L 85,160 L 85,200 L 115,200 L 115,160 L 140,160 Z] "
               "#FF0000FF shadow=(0,1) blur=3 #0000004D");
+    context.takeLines();
+    arrow->setSelected(true);
+    arrow->draw(context);
+    // What follows the content keeps its shadow, the handles included.
+    EXPECT_NE(context.lines().back().find("shadow=(0,1) blur=3"), std::string::npos);
     // The frame of a straight arrow has no width, so it is only caught by its handles.
     EXPECT_FALSE(arrow->hitTest({100, 150}));
     EXPECT_TRUE(arrow->testHitOnHandle({100, 200}));

@@ -72,16 +72,6 @@ void MDrawTool::resetNames() {
     nameMgr().reset();
 }
 
-void MDrawTool::drawDown(gfx::Point p) {
-    invertPoint(p);
-}
-void MDrawTool::drawMove(gfx::Point p) {
-    invertPoint(p);
-}
-void MDrawTool::drawUp(gfx::Point p) {
-    invertPoint(p);
-}
-
 void MDrawTool::finalize() {
     _finalized = true;
     limitValidFeatrue();

@@ -41,9 +41,9 @@ public:
     static void resetNames();
 
     // ---- creation by a gesture; canvas points
-    virtual void drawDown(gfx::Point p);
-    virtual void drawMove(gfx::Point p);
-    virtual void drawUp(gfx::Point p);
+    virtual void drawDown(gfx::Point) {}
+    virtual void drawMove(gfx::Point) {}
+    virtual void drawUp(gfx::Point) {}
     // False while the tool is degenerate; the canvas discards it then.
     virtual bool isDrawVaild() const { return true; }
     // Marks the tool as finished and clamps its geometry.
@@ -210,6 +210,7 @@ protected:
 private:
     void initName();
     void updateHandleSize();
+    void rotateAbout(gfx::Point center);
     void drawSelectedState(gfx::Context& context);
 
     std::string _name;

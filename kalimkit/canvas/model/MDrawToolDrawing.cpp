@@ -53,14 +53,17 @@ void MDrawTool::drawHandleAtPoint(gfx::Context& context, gfx::Point handle) cons
 }
 
 void MDrawTool::drawRotateCenterPoint(gfx::Context& context, gfx::Point center) {
-    _transform = gfx::AffineTransform::rotation(_rotateAngle, center);
-    _mInvertTransform = _transform.inverted();
+    rotateAbout(center);
     context.concat(_transform);
 }
 
 void MDrawTool::refreshTransform() {
     if (!isSupportGestureRotate() || !isRotateByRotateCtx()) return;
-    _transform = gfx::AffineTransform::rotation(_rotateAngle, QVMidPoint(_startPoint, _endPoint));
+    rotateAbout(QVMidPoint(_startPoint, _endPoint));
+}
+
+void MDrawTool::rotateAbout(gfx::Point center) {
+    _transform = gfx::AffineTransform::rotation(_rotateAngle, center);
     _mInvertTransform = _transform.inverted();
 }
 

@@ -134,16 +134,12 @@ MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {
 
 bool MDrawMutableSelect::hitOnHandle(gfx::Point p) {
     if (_subTools.size() == 1) return _subTools.front()->hitOnHandle(p);
-    _moveDirection = handleAt(p);
-    // The members may have moved since they were gathered; the far point stays that of the last
-    // step.
-    if (_moveDirection == MoveDirection::Scale) setCenterPoint(frame().center());
-    return _moveDirection != MoveDirection::None;
+    return MDrawRect::hitOnHandle(p);
 }
 
 bool MDrawMutableSelect::testHitOnHandle(gfx::Point p) {
     if (_subTools.size() == 1) return _subTools.front()->testHitOnHandle(p);
-    return handleAt(p) != MoveDirection::None;
+    return MDrawRect::testHitOnHandle(p);
 }
 
 bool MDrawMutableSelect::isSupportGestureRotate() const {

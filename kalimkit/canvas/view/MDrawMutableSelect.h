@@ -97,11 +97,11 @@ public:
 
 protected:
     MDrawMutableSelect() = default;
+    MoveDirection handleAt(gfx::Point p) override;
 
 private:
     bool hasSeveral() const { return _subTools.size() > 1; }
     void forward(const std::function<void(MDrawTool&)>& operation) const;
-    MoveDirection handleAt(gfx::Point p);
     void moveMember(MDrawTool& member, float factor, gfx::Point p1, gfx::Point p2) const;
 
     ToolList _subTools;

@@ -65,8 +65,10 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     _curRotateDegree = 0;
     _bgImg = MDrawImageUtil::fixOrientation(image);
     if (_bgImg && _bgImg->size() != bounds().size) {
-        _bgImg =
+        const gfx::ImageRef fitted =
             MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(_bgImg, bounds().size, false);
+        // A picture that fits into no whole point is kept as it is rather than lost.
+        if (fitted) _bgImg = fitted;
     }
     _bgImgRect = _bgImg ? getDrawImageRect() : gfx::Rect{};
     _ctxRect = _bgImgRect;
@@ -89,7 +91,7 @@ void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
 
 void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
     _drawToolClass = getClassForToolType(type);
-    if (!_drawToolClass) _drawing = false;
+    if (!_drawToolClass) stopDrawing();
     const ToolClass* creating = _handingTool ? &_handingTool->toolClass() : nullptr;
     if (_drawToolClass != creating) _drawType = drawType;
 }
@@ -150,17 +152,25 @@ void MDrawView::applyMeasuring(MDrawTool& tool) const {
 // ---- tools
 
 bool MDrawView::addTool(const ToolRef& tool) {
-    const bool isKnown = std::ranges::find(*_tools, tool) != _tools->end();
-    if (!tool || isKnown || tool->mutabaleToolObjType() || !tool->isDrawVaild()) return false;
+    // A tool with a history belongs, or belonged, to a canvas and its steps.
+    if (!tool || tool->mutabaleToolObjType() || !tool->undoMgr().featureList().empty() ||
+        !tool->isDrawVaild() || isOnCanvas(tool)) {
+        return false;
+    }
     const auto alive = self();
     if (!tool->color()) tool->setColor(_color);
     applyMeasuring(*tool);
     tool->setIsNewBuild(false);
+    tool->setSelected(false);
     if (!tool->finalized()) tool->finalize();
     _undoManager->addTool(tool);
     _undoManager->addToolSuccess(tool);
     setNeedsDisplay();
-    return true;
+    return isOnCanvas(tool);
+}
+
+bool MDrawView::isOnCanvas(const ToolRef& tool) const {
+    return std::ranges::find(*_tools, tool) != _tools->end();
 }
 
 void MDrawView::deleteSelectedTools() {
@@ -185,6 +195,7 @@ void MDrawView::clearTools() {
 }
 
 void MDrawView::removeInvaildTools() {
+    const auto alive = self();
     const ToolList tools = *_tools;
     for (const ToolRef& tool : tools) {
         if (tool->isNewBuild() || tool->isDrawVaild()) continue;
@@ -195,7 +206,7 @@ void MDrawView::removeInvaildTools() {
 
 void MDrawView::finalizeCurrentDrawing() {
     if (_handingTools) _handingTools->finalize();
-    _drawing = false;
+    stopDrawing();
     setNeedsDisplay();
 }
 
@@ -213,6 +224,8 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     const auto alive = self();
     removeInvaildTools();
     clearSelection();
+    // What a finger found may be off the canvas after the step.
+    LastSeletedTestSrcPoint = nullptr;
     if (!step(*_undoManager)) return false;
     // A tool that comes back has missed what was set while it was away.
     refreshCalibrations();

@@ -71,8 +71,9 @@ public:
     bool hasTools() const { return !_tools->empty(); }
     bool hasDrawed() const { return !_tools->empty(); }
     // Takes in a tool that the caller made and drove by points, as a finished and recorded step. It
-    // keeps its width and style, and gets the canvas's colour if it has none. False, and nothing
-    // happens, for null, a group, a tool that is there already or one that is not valid.
+    // keeps its width and style, and gets the canvas's colour if it has none. Answers whether it is
+    // on the canvas: null, a group, a tool that is not valid and one that has been recorded before
+    // are refused, and one that goes beyond the area budget is taken back.
     bool addTool(const ToolRef& tool);
     // Makes these the selection, in this order. Tools that are not on the canvas, are still being
     // created or are named twice are passed over; none left clears the selection.
@@ -87,6 +88,7 @@ public:
     // Not undoable.
     void clearTools();
     void removeInvaildTools();
+    // Also ends a creation under way: a tool that is valid by now stays.
     void finalizeCurrentDrawing();
 
     // ---- undo
@@ -138,6 +140,7 @@ private:
     void drawMoveFromPointToPoint(gfx::Point from, gfx::Point to);
     void drawUp(gfx::Point p);
     bool finishCreation(gfx::Point p);
+    void stopDrawing();
     void finishDrag();
     void finishTap(gfx::Point p);
     bool isBeingCreated() const;
@@ -145,12 +148,15 @@ private:
     void prepareNewTool(MDrawTool& tool) const;
     void deleteCurrentHandlingTool();
     ToolRef testHitTestSelectTool(gfx::Point p) const;
+    bool isOnCanvas(const ToolRef& tool) const;
+    void endRotation(double rotation);
 
     // ---- selection (MDrawViewSelection.cpp)
     bool isSelectionValid() const { return _handingTools && _handingTools->isValidTools(); }
     void addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p);
     void removeToolFromSelectedTools(const ToolRef& tool);
     void clearSelection();
+    void dropSelection();
     void notifySelection();
     void recordSelectionChange();
     void refreshCalibrations();
@@ -168,9 +174,9 @@ private:
     void drawCanvas(gfx::Context& context, const gfx::Rect& rect) const;
     gfx::Rect shownPictureRect(const gfx::Context& context) const;
     void drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const;
-    void drawAllItems(gfx::Context& context, unsigned kinds);
-    void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
-    void drawTool(gfx::Context& context, MDrawTool& tool);
+    // Both answer how many tools they drew.
+    int drawAllItems(gfx::Context& context, unsigned kinds);
+    int drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
     gfx::Rect getDrawImageRect() const;
     bool isScreenShot() const;
 
@@ -204,6 +210,11 @@ private:
     // Bit 0 stays set while a gesture has had a single finger throughout.
     unsigned _drawState = 0;
     bool _enableGesture = true;
+    // The selection that a rotation gesture turns, and by how much so far, radians.
+    std::shared_ptr<MDrawMutableSelect> _rotatedTools;
+    double _rotation = 0;
+    // The gesture goes on, but what it turned has been let go.
+    bool _isRotationOver = false;
 
     // The picture.
     gfx::ImageRef _bgImg;
@@ -216,6 +227,7 @@ private:
     double _contextScale = 1.0;
     double _tmpContextScale = 1.0;
     gfx::Point _viewMove;
+    // Radians, in spite of its name.
     double _curRotateDegree = 0;
     float _fScal = 0;
     gfx::AffineTransform _mViewTransform;

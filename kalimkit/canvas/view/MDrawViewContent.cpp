@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "kalimkit/canvas/view/MDrawView.h"
@@ -7,9 +8,16 @@ namespace kalim {
 
 namespace {
 
-bool isFinite(const gfx::Rect& rect) {
-    return std::isfinite(rect.minX()) && std::isfinite(rect.minY()) && std::isfinite(rect.maxX()) &&
-           std::isfinite(rect.maxY());
+// Far beyond every budget and every surface, yet finite, so that unions stay finite, too.
+constexpr double farthest = 1e12;
+
+double withinReach(double coordinate) {
+    return std::isnan(coordinate) ? farthest : std::clamp(coordinate, -farthest, farthest);
+}
+
+gfx::Rect withinReach(const gfx::Rect& rect) {
+    return gfx::Rect::spanning({withinReach(rect.minX()), withinReach(rect.minY())},
+                               {withinReach(rect.maxX()), withinReach(rect.maxY())});
 }
 
 // The budget in square points of the current screen; infinite without one.
@@ -27,8 +35,8 @@ gfx::Rect MDrawView::contentRect() const {
     for (const ToolRef& tool : *_tools) {
         // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
         tool->refreshTransform();
-        const gfx::Rect extent = tool->frameIncludeLineWidth();
-        if (isFinite(extent) && !content.contains(extent)) content = content.unionWith(extent);
+        const gfx::Rect extent = withinReach(tool->frameIncludeLineWidth());
+        if (!content.contains(extent)) content = content.unionWith(extent);
     }
     return content;
 }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cmath>
 
 #include "kalimkit/canvas/view/MDrawView.h"
@@ -34,6 +33,7 @@ double MDrawView::getScale() const {
 }
 
 void MDrawView::setFScal(float scale) {
+    if (!std::isfinite(scale)) return;
     _fScal = scale;
     processViewTransform();
     setNeedsDisplay();
@@ -51,7 +51,6 @@ gfx::Point MDrawView::invertViewPoint(gfx::Point p) const {
 // ---- on screen
 
 void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
-    _drawnTools = 0;
     context.setInterpolation(gfx::Interpolation::High);
     processViewTransform();
     gfx::GraphicsStateGuard guard(context);
@@ -59,7 +58,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     const gfx::Rect picture = shownPictureRect(context);
     drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture));
     drawSnipImage(context, picture);
-    drawAllItems(context, SelectedItems | DrawingItems | NormalItems);
+    _drawnTools = drawAllItems(context, SelectedItems | DrawingItems | NormalItems);
 }
 
 void MDrawView::drawCanvas(gfx::Context& context, const gfx::Rect& rect) const {
@@ -80,40 +79,38 @@ void MDrawView::drawSnipImage(gfx::Context& context, const gfx::Rect& rect) cons
 }
 
 // Finished tools in list order, the selection above them, the tool under the finger on top.
-void MDrawView::drawAllItems(gfx::Context& context, unsigned kinds) {
+int MDrawView::drawAllItems(gfx::Context& context, unsigned kinds) {
+    int drawn = 0;
+    const auto drawTool = [&](MDrawTool& tool) {
+        tool.draw(context);
+        tool.drawMeasurement(context);
+        ++drawn;
+    };
     removeInvaildTools();
     if (kinds & NormalItems) {
         for (const ToolRef& tool : *_tools) {
             const bool isSelected = _handingTools && _handingTools->containTool(tool);
-            if (!isSelected && !tool->isNewBuild()) drawTool(context, *tool);
+            if (!isSelected && !tool->isNewBuild()) drawTool(*tool);
         }
     }
-    if (kinds & SelectedItems) drawAllSelectedItemsNeedSelectedSate(context, true);
+    if (kinds & SelectedItems) drawn += drawAllSelectedItemsNeedSelectedSate(context, true);
     if (kinds & DrawingItems) {
         for (const ToolRef& tool : *_tools) {
-            if (tool->isNewBuild()) drawTool(context, *tool);
+            if (tool->isNewBuild()) drawTool(*tool);
         }
     }
+    return drawn;
 }
 
-void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
-                                                     bool needSelectedState) {
+int MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState) {
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
-    if (!selection) return;
-    const ToolRef first = selection->firstSelectedTool();
-    if (std::ranges::find(*_tools, first) == _tools->end()) return;
+    if (!selection || !isOnCanvas(selection->firstSelectedTool())) return 0;
     selection->setHandleViewScale(_contextScale);
     if (!needSelectedState) selection->setSelected(false);
     selection->draw(context);
     selection->drawMeasurement(context);
-    _drawnTools += static_cast<int>(selection->subTools().size());
     if (!needSelectedState) selection->setSelected(true);
-}
-
-void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
-    tool.draw(context);
-    tool.drawMeasurement(context);
-    ++_drawnTools;
+    return static_cast<int>(selection->subTools().size());
 }
 
 // ---- export
@@ -122,14 +119,12 @@ gfx::ImageRef MDrawView::exportImage() {
     const auto alive = self();
     selectNone();
     removeInvaildTools();
-    // Letting go of the selection may have changed its geometry.
-    _ctxRect = contentRect();
     ui::Environment& environment = ui::Environment::current();
     const double scale = environment.screen().scale;
-    const gfx::Rect whole = grownToPixels(_ctxRect, scale);
+    // Letting go of the selection may have changed its geometry, so that ctxRect() is not asked.
+    const gfx::Rect whole = grownToPixels(contentRect(), scale);
     const auto surface = environment.device().makeSurface(whole.size, scale, true);
     if (!surface) return nullptr;
-    const int drawnByLastFrame = _drawnTools;
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
@@ -137,7 +132,6 @@ gfx::ImageRef MDrawView::exportImage() {
     drawSnipImage(context, shownPictureRect(context));
     drawAllItems(context, DrawingItems | NormalItems);
     drawAllSelectedItemsNeedSelectedSate(context, false);
-    _drawnTools = drawnByLastFrame;
     _isDirty = false;
     return surface->makeImage();
 }

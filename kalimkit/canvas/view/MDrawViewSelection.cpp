@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <utility>
 
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
@@ -7,14 +7,16 @@ namespace kalim {
 
 void MDrawView::selectTools(const ToolList& tools) {
     const auto alive = self();
-    clearSelection();
     const auto group = MDrawMutableSelect::make();
     for (const ToolRef& tool : tools) {
-        const bool isOnCanvas = std::ranges::find(*_tools, tool) != _tools->end();
-        if (!isOnCanvas || tool->isNewBuild() || group->containTool(tool)) continue;
+        if (!isOnCanvas(tool) || tool->isNewBuild() || group->containTool(tool)) continue;
         group->addSubTool(tool);
     }
-    if (!group->isValidTools()) return;
+    if (!group->isValidTools()) {
+        clearSelection();
+        return;
+    }
+    dropSelection();
     group->setSelected(true);
     _handingTools = group;
     notifySelection();
@@ -22,10 +24,8 @@ void MDrawView::selectTools(const ToolList& tools) {
 }
 
 void MDrawView::selectNone() {
-    if (!isSelectionValid()) return;
     const auto alive = self();
     clearSelection();
-    setNeedsDisplay();
 }
 
 void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
@@ -33,6 +33,8 @@ void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
         _handingTools->firstSelectedTool() != tool) {
         removeToolFromSelectedTools(_handingTools->firstSelectedTool());
     }
+    // The owner, told of it, may have taken the tool off the canvas.
+    if (!isOnCanvas(tool)) return;
     if (!_handingTools) _handingTools = MDrawMutableSelect::make();
     if (_handingTools->containTool(tool)) {
         removeToolFromSelectedTools(tool);
@@ -56,18 +58,31 @@ void MDrawView::removeToolFromSelectedTools(const ToolRef& tool) {
 
 void MDrawView::clearSelection() {
     if (!_handingTools) return;
-    _handingTools->setSelected(false);
-    _handingTools->finalize();
-    _handingTools = nullptr;
+    dropSelection();
     notifySelection();
+    setNeedsDisplay();
+}
+
+// Lets go without a word. A rotation under way ends here, as a step of its own.
+void MDrawView::dropSelection() {
+    if (!_handingTools) return;
+    if (_rotatedTools == _handingTools) {
+        _isRotationOver = true;
+        endRotation(_rotation);
+    }
+    const auto dropped = std::exchange(_handingTools, nullptr);
+    if (!dropped) return;
+    dropped->setSelected(false);
+    dropped->finalize();
 }
 
 void MDrawView::notifySelection() {
     const auto alive = self();
     const auto delegate = _drawViewdelegate.lock();
     if (!delegate) return;
-    const ToolRef first = _handingTools ? _handingTools->firstSelectedTool() : nullptr;
     delegate->seletedToolsStateChanged(isSelectionValid());
+    // Asked for only now: the first message may have changed the selection.
+    const ToolRef first = _handingTools ? _handingTools->firstSelectedTool() : nullptr;
     delegate->currentSelectedToolsPropertyChangedColorLineWidth(getToolTypeForClass(first.get()),
                                                                 first ? first->color() : nullptr,
                                                                 first ? first->lineWidth() : 0.0);

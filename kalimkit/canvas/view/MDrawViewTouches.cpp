@@ -1,3 +1,4 @@
+#include <cmath>
 #include <utility>
 
 #include "kalimkit/canvas/model/QVGeometry.h"
@@ -105,7 +106,8 @@ void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
     _isMoved = true;
     if (_drawing && !isBeingCreated()) {
         clearSelection();
-        creatMDrawToolInPoint(_lastMouseDownPoint);
+        // The owner, told of it, may have stopped the drawing.
+        if (_drawing) creatMDrawToolInPoint(_lastMouseDownPoint);
     }
     setNeedsDisplay();
     if (_drawing && isBeingCreated()) {
@@ -146,6 +148,11 @@ bool MDrawView::finishCreation(gfx::Point p) {
     tool->setIsNewBuild(false);
     _handingTool = nullptr;
     return true;
+}
+
+void MDrawView::stopDrawing() {
+    finishCreation(_lastMouseMovePoint);
+    _drawing = false;
 }
 
 void MDrawView::finishDrag() {
@@ -209,23 +216,29 @@ ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
 // ---- two fingers
 
 void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
-    if (!_enableGesture || !isSelectionValid() || !_handingTools->isSupportGestureRotate()) return;
     const auto alive = self();
-    switch (state) {
-        case ui::GestureState::Changed:
-            _handingTools->rotateChangedWithAngle(rotation);
-            break;
-        case ui::GestureState::Ended:
-        case ui::GestureState::Cancelled:
-        case ui::GestureState::Failed:
-            _handingTools->rotateEndedWithAngle(rotation);
-            _undoManager->addToolSuccess(_handingTools);
-            break;
-        case ui::GestureState::Possible:
-        case ui::GestureState::Began:
-            break;
+    const bool isEnding = state == ui::GestureState::Ended ||
+                          state == ui::GestureState::Cancelled || state == ui::GestureState::Failed;
+    const bool isOver = state == ui::GestureState::Began ? false : _isRotationOver;
+    _isRotationOver = isOver && !isEnding;
+    if (isOver || !std::isfinite(rotation) || !_enableGesture || !isSelectionValid() ||
+        !_handingTools->isSupportGestureRotate()) {
+        return;
+    }
+    if (isEnding) {
+        endRotation(rotation);
+    } else if (state == ui::GestureState::Changed) {
+        _rotatedTools = _handingTools;
+        _rotation = rotation;
+        _handingTools->rotateChangedWithAngle(rotation);
     }
     setNeedsDisplay();
+}
+
+void MDrawView::endRotation(double rotation) {
+    _rotatedTools = nullptr;
+    _handingTools->rotateEndedWithAngle(rotation);
+    _undoManager->addToolSuccess(_handingTools);
 }
 
 }  // namespace kalim

@@ -137,6 +137,16 @@ TEST(MDrawTool, DraggingTheBodyOfATurnedBoxFollowsTheFinger) {
     EXPECT_EQ(box->endPoint(), (gfx::Point{160, 115}));
 }
 
+TEST(MDrawTool, AnInvalidBodyStepsBackByTheUnrotatedDelta) {
+    const auto box = quarterTurnedBox();
+    box->setEndPoint({55, 85});
+    box->setMoveDirection(MoveDirection::Body);
+    box->tryMovePointEndPoint({100, 50}, {110, 50});
+    // Forward by (10, 0), back by that turned to (0, -10).
+    EXPECT_NEAR(box->startPoint().x, 60, 1e-9);
+    EXPECT_NEAR(box->startPoint().y, 90, 1e-9);
+}
+
 TEST(MDrawTool, AStepThatWouldMakeAShapeInvalidIsTakenBack) {
     const auto line = MDrawLine::initWithStartPoint({0, 0});
     line->setEndPoint({20, 0});

@@ -118,6 +118,14 @@ TEST(MDrawViewExport, FollowsTheListOrderWhileTheScreenShowsTheSelectionOnTop) {
     EXPECT_EQ(hexAt(host.canvas->exportImage(), 175, 175), "#0000FFFF");
 }
 
+TEST(MDrawViewExport, APictureThatFitsIntoNoWholePointIsKeptAsItIs) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(2000, 2, blue));
+    const auto exported = host.canvas->exportImage();
+    ASSERT_TRUE(exported);
+    EXPECT_EQ(exported->pixelSize(), (gfx::PixelSize{2000, 2}));
+}
+
 TEST(MDrawViewExport, ANewPictureForgetsToolsStepsAndSelection) {
     CanvasHost host;
     host.draw(ToolType::Line, {100, 100}, {200, 100});

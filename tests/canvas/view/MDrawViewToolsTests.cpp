@@ -5,6 +5,7 @@
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
 #include "tests/canvas/view/CanvasHost.h"
+#include "tests/support/RecordingDevice.h"
 
 namespace kalim {
 namespace {
@@ -86,6 +87,11 @@ TEST(MDrawViewTools, AToolMadeByTheCallerIsARecordedStep) {
     EXPECT_EQ(host.events->lines.back(), "type 9223372036854775807 #00FF00FF 8");
     host.canvas->undo();
     EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_FALSE(host.canvas->addTool(arrow)) << "it can still be redone";
+    const auto endless = MDrawLine::initWithStartPoint({-1e308, 0});
+    endless->drawMove({1e308, 1e308});
+    EXPECT_FALSE(host.canvas->addTool(endless)) << "beyond the budget, taken back";
+    EXPECT_EQ(host.takeAlerts().size(), 1u);
 }
 
 TEST(MDrawViewTools, MeasuringReachesToolsMadeLaterAndThoseThatComeBack) {
@@ -126,6 +132,39 @@ TEST(MDrawViewTools, WidthsThatAreNoWidthAreIgnored) {
     }
     host.canvas->setDrawColorIsTranslucent(nullptr, false);
     EXPECT_TRUE(host.canvas->color());
+}
+
+TEST(MDrawViewTools, AnUndoWithNothingToDoStillTakesTheHandlesOffTheScreen) {
+    CanvasHost host;
+    const ToolRef line = host.draw(ToolType::Line, {50, 100}, {250, 100});
+    host.canvas->selectTools({line});
+    host.window().display();
+    EXPECT_FALSE(host.canvas->redo());
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    EXPECT_TRUE(host.window().needsDisplay());
+}
+
+TEST(MDrawViewTools, LabelsStandAboveFinishedToolsThatAreNotSelected) {
+    const auto device = std::make_shared<test::RecordingDevice>();
+    CanvasHost host({.device = device});
+    const ToolRef line = host.draw(ToolType::Line, {100, 100}, {200, 100});
+    const auto texts = [&] {
+        host.window().display();
+        std::vector<std::string> found;
+        for (auto& recorded :
+             test::RecordingDevice::recording(*host.window().surface()).takeLines()) {
+            if (recorded.starts_with("text ")) found.push_back(recorded);
+        }
+        return found;
+    };
+    texts();
+    host.canvas->setShowMeasurement(true);
+    // 18 characters of 7 points centred over x = 150; a line of 15.4 points ends 20 above y = 100,
+    // its baseline 11.2 below its top.
+    EXPECT_EQ(texts(), std::vector<std::string>{
+                           "text \"Length : 100.00 px\" at=(87,75.8) size=14 #000000FF"});
+    host.canvas->selectTools({line});
+    EXPECT_TRUE(texts().empty());
 }
 
 // ---- the content rectangle and its budget
