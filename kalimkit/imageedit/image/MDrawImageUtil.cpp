@@ -1,11 +1,14 @@
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <memory>
 #include <numbers>
 #include <utility>
 
 #include "kalimkit/gfx/Raise.h"
+#include "kalimkit/imageedit/image/Pixelation.h"
 #include "kalimkit/imageedit/image/UprightBitmap.h"
 #include "kalimkit/ui/loop/Environment.h"
 
@@ -43,6 +46,56 @@ gfx::AffineTransform orientingTransform(gfx::ImageOrientation orientation, gfx::
     return none;
 }
 
+// Carries a rectangle of the seen picture into its raster's pixels. Mirrored orientations are
+// deliberately left alone.
+gfx::AffineTransform croppingTransform(const gfx::Image& image) {
+    constexpr double pi = std::numbers::pi;
+    const gfx::Size size = image.size();
+    const gfx::AffineTransform none;
+    switch (image.orientation()) {
+        case gfx::ImageOrientation::Down:
+            return none.rotated(-pi).translated(-size.width, -size.height);
+        case gfx::ImageOrientation::Right:
+            return none.rotated(-pi / 2).translated(-size.width, 0);
+        case gfx::ImageOrientation::Left:
+            return none.rotated(pi / 2).translated(0, -size.height);
+        default:
+            return none;
+    }
+}
+
+// The part of the raster, or an empty bitmap.
+gfx::Bitmap cutOut(const gfx::Bitmap& raster, const gfx::Rect& rect) {
+    const gfx::Rect whole(0, 0, raster.width(), raster.height());
+    // Angles leave a few billionths beside the pixel that is meant; those are not to cost a row.
+    constexpr double tolerance = 1e-6;
+    const gfx::Rect part = rect.inset(tolerance, tolerance).roundedOut().intersection(whole);
+    gfx::Bitmap cut(static_cast<int>(part.size.width), static_cast<int>(part.size.height));
+    const auto left = static_cast<std::ptrdiff_t>(part.minX()) * 4;
+    for (int y = 0; y < cut.height(); ++y) {
+        std::memcpy(cut.row(y), raster.row(static_cast<int>(part.minY()) + y) + left, cut.stride());
+    }
+    return cut;
+}
+
+// The image's size in the middle of the rectangle, carried through the transform.
+gfx::Rect placement(const gfx::Image& image, const gfx::Rect& bounds,
+                    const gfx::AffineTransform& transform) {
+    const gfx::Size size = image.size();
+    return transform.apply(
+        gfx::Rect({bounds.midX() - size.width * 0.5, bounds.midY() - size.height * 0.5}, size));
+}
+
+gfx::ImageRef drawnOnOpaque(const gfx::ImageRef& image, gfx::Size size, const gfx::Rect& rect) {
+    ui::Environment& environment = ui::Environment::current();
+    const std::shared_ptr<gfx::Surface> surface =
+        environment.device().makeSurface(size, environment.screen().scale, true);
+    if (!surface) return nullptr;
+    surface->context().setInterpolation(gfx::Interpolation::High);
+    surface->context().drawImage(*image, rect);
+    return surface->makeImage();
+}
+
 double flooredInSinglePrecision(double length) {
     return static_cast<double>(std::floor(static_cast<float>(length)));
 }
@@ -56,6 +109,22 @@ void drawRasterUpwards(gfx::Context& context, const gfx::Image& image, gfx::Size
 }
 
 }  // namespace
+
+gfx::ImageRef MDrawImageUtil::imageFromImageInRect(const gfx::ImageRef& image,
+                                                   const gfx::Rect& rect) {
+    if (!image) return nullptr;
+    return ui::Environment::current().device().makeImage(cutOut(*image->pixels(), rect), 1,
+                                                         gfx::ImageOrientation::Up);
+}
+
+gfx::ImageRef MDrawImageUtil::cropImageToRect(const gfx::ImageRef& image, const gfx::Rect& rect) {
+    if (!image || rect == gfx::Rect{}) return nullptr;
+    if (rect.contains(gfx::Rect(rect.origin, image->size()))) return image;
+    const auto toRaster = croppingTransform(*image).concat(
+        gfx::AffineTransform::scaling(image->scale(), image->scale()));
+    return ui::Environment::current().device().makeImage(
+        cutOut(*image->pixels(), toRaster.apply(rect)), image->scale(), image->orientation());
+}
 
 gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx::Size size) {
     if (!image) return nullptr;
@@ -99,6 +168,34 @@ gfx::ImageRef MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(const gfx::I
         return resizedImageToSize(image, {width * box.height / height, box.height});
     }
     return resizedImageToSize(image, {box.width, height * box.width / width});
+}
+
+gfx::ImageRef MDrawImageUtil::mosiacImageMosaicLevel(const gfx::ImageRef& image,
+                                                     std::int32_t level) {
+    if (!image || level < 1) return nullptr;
+    const gfx::PixelSize raster = image->pixelSize();
+    const double scale = image->scale();
+    const gfx::PixelSize size{static_cast<int>(std::ceil(raster.width * scale)),
+                              static_cast<int>(std::ceil(raster.height * scale))};
+    gfx::Bitmap mosaic;
+    spreadBlocks(blockColors(*image->pixels(), level), level, scale, size, mosaic);
+    return ui::Environment::current().device().makeImage(std::move(mosaic), scale,
+                                                         gfx::ImageOrientation::Up);
+}
+
+gfx::ImageRef MDrawImageUtil::mosiacImageMosaicLevelBoundsTransform(
+    const gfx::ImageRef& image, std::int32_t level, const gfx::Rect& bounds,
+    const gfx::AffineTransform& transform) {
+    const gfx::ImageRef mosaic = mosiacImageMosaicLevel(image, level);
+    if (!mosaic) return nullptr;
+    return drawnOnOpaque(mosaic, mosaic->size(), placement(*image, bounds, transform));
+}
+
+gfx::ImageRef MDrawImageUtil::mosiacImageFittoSizeSrcImgBoundsTransform(
+    const gfx::ImageRef& mosaic, const gfx::ImageRef& source, const gfx::Rect& bounds,
+    const gfx::AffineTransform& transform) {
+    if (!mosaic || !source) return nullptr;
+    return drawnOnOpaque(mosaic, bounds.size, placement(*source, bounds, transform));
 }
 
 gfx::ImageRef MDrawImageUtil::fixOrientation(const gfx::ImageRef& image) {
