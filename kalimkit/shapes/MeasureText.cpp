@@ -1,8 +1,8 @@
 #include "kalimkit/shapes/MeasureText.h"
 
-#include <cstdio>
 #include <map>
 
+#include "kalimkit/canvas/model/FixedText.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -29,18 +29,7 @@ void resetMeasureLabels() {
 }
 
 std::string measureValue(double value) {
-    // Long enough for the largest double in this format.
-    char text[330];
-    std::snprintf(text, sizeof text, "%0.2f", value);
-    std::string result = text;
-    // A host's locale may have put another sign, of one byte or more, before the decimals.
-    constexpr const char* digits = "0123456789";
-    const std::size_t signEnd = result.find_last_not_of(digits);
-    const std::size_t signBegin = result.find_last_of(digits, signEnd);
-    if (signBegin != std::string::npos) {
-        result.replace(signBegin + 1, signEnd - signBegin, ".");
-    }
-    return result;
+    return fixedText(value, 2);
 }
 
 }  // namespace kalim

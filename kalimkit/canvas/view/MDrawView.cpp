@@ -50,6 +50,10 @@ void MDrawView::setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate) {
     _drawViewdelegate = std::move(delegate);
 }
 
+void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
+    MDrawLogUtil::sharedInstance().setLogTransferBlock(std::move(block));
+}
+
 void MDrawView::layoutSubviews() {
     processViewTransform();
 }

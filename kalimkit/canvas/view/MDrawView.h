@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "kalimkit/canvas/model/MDrawLogUtil.h"
 #include "kalimkit/canvas/model/MUndoManager.h"
 #include "kalimkit/canvas/view/MDrawMutableSelect.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
@@ -25,6 +26,8 @@ public:
     // ---- making
     static std::shared_ptr<MDrawView> initWithFrame(const gfx::Rect& frame);
     void setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate);
+    // The host's callback for log texts, for the whole process.
+    static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
     // ---- the picture
     // Takes a new picture, turned upright and fitted into the view, and forgets every tool and

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/host/headless/ProcessMemory.h"
+
 namespace kalim {
 
 namespace {
@@ -26,6 +28,20 @@ std::vector<ui::Alert> HeadlessEnvironment::takeAlerts() {
 
 double HeadlessEnvironment::wallClock() const {
     return startOfTime + _loop.now();
+}
+
+std::optional<double> HeadlessEnvironment::usedMemory() const {
+    return _hasSetMemory ? _usedMemory : residentMemory();
+}
+
+std::optional<double> HeadlessEnvironment::availableMemory() const {
+    return _hasSetMemory ? _availableMemory : freeMemory();
+}
+
+void HeadlessEnvironment::setMemory(std::optional<double> used, std::optional<double> available) {
+    _hasSetMemory = true;
+    _usedMemory = used;
+    _availableMemory = available;
 }
 
 std::string HeadlessEnvironment::localizedString(const std::string& key) const {

@@ -35,6 +35,10 @@ public:
     // 2560 x 1440 pixels at first.
     std::optional<gfx::Size> areaBudget() const override { return _areaBudget; }
     void setAreaBudget(std::optional<gfx::Size> budget) { _areaBudget = budget; }
+    // The machine's own figures where it is a Linux, unless a test has set others.
+    std::optional<double> usedMemory() const override;
+    std::optional<double> availableMemory() const override;
+    void setMemory(std::optional<double> used, std::optional<double> available);
     std::string localizedString(const std::string& key) const override;
     void setLocalizedString(const std::string& key, std::string text);
     void presentAlert(const ui::Alert& alert) override;
@@ -44,6 +48,9 @@ private:
     ui::Screen _screen;
     ui::RunLoop _loop;
     std::optional<gfx::Size> _areaBudget = gfx::Size{2560, 1440};
+    bool _hasSetMemory = false;
+    std::optional<double> _usedMemory;
+    std::optional<double> _availableMemory;
     std::map<std::string, std::string> _texts;
     std::vector<ui::Alert> _alerts;
 };

@@ -43,6 +43,10 @@ public:
 
     // The largest area, in device pixels, that drawn content may grow to; nothing for no limit.
     virtual std::optional<gfx::Size> areaBudget() const { return std::nullopt; }
+    // Resident memory of the process and free memory of the machine, bytes; nothing where the host
+    // cannot tell.
+    virtual std::optional<double> usedMemory() const { return std::nullopt; }
+    virtual std::optional<double> availableMemory() const { return std::nullopt; }
     // The host's text for a key; the key itself where the host has none.
     virtual std::string localizedString(const std::string& key) const { return key; }
     // Shows a modal alert. The default tells the alert at once that its first button was tapped.
