@@ -61,9 +61,11 @@ Problem makeTool(MDrawView& canvas, const JsonValue& step) {
     for (std::size_t index = 1; index < points.size(); ++index)
         tool->drawMove(points[index]);
     tool->drawUp(points.back());
-    if (!canvas.addTool(tool)) {
+    if (!tool->isDrawVaild()) {
         return "the points make no valid " + std::string(toolClass->name) + ": it is too small";
     }
+    // A tool beyond the area budget is taken back with an alert, which the next print shows.
+    canvas.addTool(tool);
     return std::nullopt;
 }
 
