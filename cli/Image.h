@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kalimkit/gfx/Rect.h"
+#include "kalimkit/gfx/Size.h"
+
+namespace kalim::cli {
+
+struct ImageOptions {
+    enum class Operation { Pixelate, Fit, Crop };
+
+    Operation operation = Operation::Pixelate;
+    std::string input;
+    std::string output;
+    // Pixelate: the side of a block in pixels.
+    std::int32_t level = 20;
+    // Fit: the box in pixels, and whether a smaller picture is enlarged to it.
+    gfx::Size size;
+    bool enlarge = false;
+    // Crop: in pixels of the upright picture.
+    gfx::Rect rect;
+};
+
+// Runs `kalimkit image`: reads a picture, turns it upright, works on it and writes it. Complains on
+// standard error. The exit status.
+int image(const ImageOptions& options);
+
+}  // namespace kalim::cli
