@@ -5,7 +5,7 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-default_stages=(layers headers format scripts build unit seam)
+default_stages=(layers headers format scripts build unit install seam)
 passed=0
 failed=0
 
@@ -20,6 +20,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but tidy
   scripts   the shell scripts parse, refuse nonsense and count failures
   build     everything compiles in build/ci, warnings are errors
   unit      all test programs of build/ci under the address and undefined-behaviour sanitizers
+  install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
   tidy      clang-tidy over the library and the command; slow, only when named
 EOF
@@ -53,7 +54,7 @@ stage_format() {
 
 stage_scripts() {
     local script
-    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/seam/run; do
+    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run; do
         [[ $script == *.awk ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -105,6 +106,15 @@ stage_unit() {
     failed=$((failed + counts[2]))
 }
 
+stage_install() {
+    local output counts
+    output=$(tests/install/run)
+    printf '%s\n' "${output%$'\n'*}"
+    read -r -a counts <<< "${output##*$'\n'}"
+    passed=$((passed + counts[0]))
+    failed=$((failed + counts[2]))
+}
+
 compile_and_draw() {
     tools/compile wasm && tests/seam/run
 }
@@ -121,7 +131,7 @@ stage_tidy() {
 # What a stage needs installed.
 groups_of() {
     case $1 in
-        headers | build | unit) echo native ;;
+        headers | build | unit | install) echo native ;;
         format) echo checks ;;
         seam) echo seam ;;
         tidy) echo native tidy ;;

@@ -1,0 +1,31 @@
+# Installs the public headers of the rooms `folders` of `source`/kalimkit below `destination`. Public
+# is a header that says KALIM_API, which is to say that it declares something a host may link, and
+# whatever a public header includes.
+cmake_minimum_required(VERSION 3.25)
+set(found)
+foreach(folder IN LISTS folders)
+  file(GLOB_RECURSE headers RELATIVE ${source} ${source}/kalimkit/${folder}/*.h)
+  foreach(header IN LISTS headers)
+    file(STRINGS ${source}/${header} lines REGEX "(^|[^A-Z_])KALIM_API($|[^A-Z_])" LIMIT_COUNT 1)
+    if(lines)
+      list(APPEND found ${header})
+    endif()
+  endforeach()
+endforeach()
+
+set(public)
+while(found)
+  list(POP_FRONT found header)
+  if(header IN_LIST public)
+    continue()
+  endif()
+  list(APPEND public ${header})
+  file(STRINGS ${source}/${header} lines REGEX "^#include \"kalimkit/")
+  list(TRANSFORM lines REPLACE "^#include \"([^\"]+)\".*" "\\1")
+  list(APPEND found ${lines})
+endwhile()
+
+foreach(header IN LISTS public)
+  get_filename_component(folder ${header} DIRECTORY)
+  file(INSTALL ${source}/${header} DESTINATION ${destination}/${folder})
+endforeach()

@@ -1,0 +1,68 @@
+# What `cmake --install` puts where: the libraries and the command, the public headers, and what
+# find_package and pkg-config read.
+include(CMakePackageConfigHelpers)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KalimKit)
+get_property(KALIM_PARTS GLOBAL PROPERTY KALIM_PARTS)
+get_property(KALIM_FOLDERS GLOBAL PROPERTY KALIM_FOLDERS)
+get_property(KALIM_FLAGS GLOBAL PROPERTY KALIM_FLAGS)
+
+# kalim_install_library(TARGET FILE): a library whose target is exported in a file of its own, so that
+# a host which wants one part need not have what another takes along.
+function(kalim_install_library target file)
+  install(TARGETS ${target} EXPORT ${file})
+  install(EXPORT ${file} NAMESPACE KalimKit:: DESTINATION ${package_folder})
+endfunction()
+
+kalim_install_library(KalimKit KalimKitTargets)
+foreach(part IN LISTS KALIM_PARTS)
+  kalim_install_library(KalimKit-${part} KalimKit-${part}-Targets)
+endforeach()
+
+if(TARGET kalimkit)
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(kalimkit PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+  install(TARGETS kalimkit)
+endif()
+
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The headers are chosen when they are installed, so that the choice is never older than they are.
+install(CODE "
+  set(source \"${PROJECT_SOURCE_DIR}\")
+  set(folders \"${KALIM_FOLDERS}\")
+  set(destination \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_INCLUDEDIR}\")")
+install(SCRIPT cmake/install-headers.cmake)
+
+set(KALIM_FINDS)
+if(NOT BUILD_SHARED_LIBS)
+  foreach(part IN LISTS KALIM_PARTS)
+    get_property(finds GLOBAL PROPERTY KALIM_FINDS_${part})
+    if(finds)
+      list(JOIN finds "\n  " finds)
+      string(APPEND KALIM_FINDS "if(\"${part}\" IN_LIST KalimKit_parts)\n  ${finds}\nendif()\n")
+    endif()
+  endforeach()
+endif()
+configure_package_config_file(cmake/KalimKitConfig.cmake.in ${PROJECT_BINARY_DIR}/KalimKitConfig.cmake
+                              INSTALL_DESTINATION ${package_folder})
+# Below 1.0 every minor version may break its users.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(compatibility SameMinorVersion)
+else()
+  set(compatibility SameMajorVersion)
+endif()
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/KalimKitConfigVersion.cmake
+                                 COMPATIBILITY ${compatibility})
+install(FILES ${PROJECT_BINARY_DIR}/KalimKitConfig.cmake
+              ${PROJECT_BINARY_DIR}/KalimKitConfigVersion.cmake
+        DESTINATION ${package_folder})
+
+# The file is found by its place, so it says where the rest is from there.
+file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
+list(TRANSFORM KALIM_PARTS PREPEND -lKalimKit- OUTPUT_VARIABLE libraries)
+list(JOIN libraries " " KALIM_LIBRARIES)
+list(JOIN KALIM_FLAGS " " KALIM_PRIVATE_LIBRARIES)
+configure_file(cmake/kalimkit.pc.in ${PROJECT_BINARY_DIR}/kalimkit.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kalimkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
