@@ -11,7 +11,7 @@ namespace kalim::cli {
 
 namespace {
 
-constexpr int jpegQuality = 90;
+constexpr int lossyQuality = 90;
 
 // With the dot, in small letters; empty for a name without one.
 std::string extensionOf(const std::string& path) {
@@ -40,13 +40,16 @@ std::optional<std::string> PictureFiles::savePicture(const std::string& path,
                                                      const gfx::ImageRef& image) {
     const std::string extension = extensionOf(path);
     const bool isJpeg = extension == ".jpg" || extension == ".jpeg";
-    if (!isJpeg && extension != ".png") {
-        return path + ": pictures are written as .png, .jpg or .jpeg";
+    const bool isWebp = extension == ".webp";
+    if (!isJpeg && !isWebp && extension != ".png") {
+        return path + ": pictures are written as .png, .jpg, .jpeg or .webp";
     }
     codec::Bytes bytes;
     const gfx::BitmapRef pixels = image->pixels();
     const std::optional<std::string> problem =
-        isJpeg ? codec::encodeJpeg(*pixels, jpegQuality, bytes) : codec::encodePng(*pixels, bytes);
+        isJpeg   ? codec::encodeJpeg(*pixels, lossyQuality, bytes)
+        : isWebp ? codec::encodeWebp(*pixels, lossyQuality, bytes)
+                 : codec::encodePng(*pixels, bytes);
     return problem ? path + ": " + *problem : codec::writeFileAtomically(path, bytes);
 }
 

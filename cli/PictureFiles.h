@@ -9,8 +9,8 @@
 
 namespace kalim::cli {
 
-// The pictures of a scenario as files, named relative to the working directory. JPEG and PNG are
-// read; what is written follows the name: .png, .jpg or .jpeg.
+// The pictures of a scenario as files, named relative to the working directory. JPEG, PNG
+// and WebP are read; what is written follows the name: .png, .jpg, .jpeg or .webp.
 class PictureFiles : public ScenarioFiles {
 public:
     // The device makes the pictures that are read, and must outlive this object.

@@ -101,7 +101,7 @@ public:
             ->type_name("K")
             ->check(
                 [this](const std::string& text) { return readScale(text, _play.screen.scale); });
-        play.add_option("--picture", _play.picture, "The photo to draw on: JPEG or PNG")
+        play.add_option("--picture", _play.picture, "The photo to draw on: JPEG, PNG or WebP")
             ->type_name("FILE");
         addImage();
     }

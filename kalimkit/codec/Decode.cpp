@@ -16,6 +16,8 @@ using std::string_view_literals::operator""sv;
 
 constexpr std::string_view jpegStart = "\xFF\xD8\xFF"sv;
 constexpr std::string_view pngStart = "\x89PNG\r\n\x1A\n"sv;
+constexpr std::string_view riffStart = "RIFF"sv;
+constexpr std::string_view webpForm = "WEBP"sv;
 
 struct Signature {
     std::size_t offset;
@@ -24,7 +26,7 @@ struct Signature {
 };
 
 // Pictures that people have and may try: the message names what they are.
-constexpr std::array<Signature, 17> refusedFormats{{
+constexpr std::array<Signature, 16> refusedFormats{{
     {4, "ftypheic"sv, "HEIC"},
     {4, "ftypheix"sv, "HEIC"},
     {4, "ftyphevc"sv, "HEIC"},
@@ -32,7 +34,6 @@ constexpr std::array<Signature, 17> refusedFormats{{
     {4, "ftypmsf1"sv, "HEIC"},
     {4, "ftypavif"sv, "AVIF"},
     {4, "ftypavis"sv, "AVIF"},
-    {8, "WEBPVP8"sv, "WebP"},
     {0, "GIF87a"sv, "GIF"},
     {0, "GIF89a"sv, "GIF"},
     {0, "II*\0"sv, "TIFF"},
@@ -63,35 +64,46 @@ DecodeResult refuse(ByteSpan bytes) {
             return failure(std::string(signature.format) + " pictures are not supported");
         }
     }
-    return failure("not a picture that can be read (JPEG or PNG)");
+    return failure("not a picture that can be read (JPEG, PNG or WebP)");
+}
+
+std::string sizeText(std::uint32_t width, std::uint32_t height) {
+    return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
 DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
     if (hasAt(bytes, 0, jpegStart)) return decodeJpeg(bytes, limits);
     if (hasAt(bytes, 0, pngStart)) return decodePng(bytes, limits);
+    if (hasAt(bytes, 0, riffStart) && hasAt(bytes, 8, webpForm)) return decodeWebp(bytes, limits);
     return refuse(bytes);
 }
 
 }  // namespace
 
+std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height,
+                                       const DecodeLimits& limits) {
+    if (width == 0 || height == 0) return "the picture has no pixels";
+    const std::string size = sizeText(width, height);
+    if (std::max<std::int64_t>(width, height) > limits.maxSide) {
+        return size + " are more than the " + std::to_string(limits.maxSide) +
+               " allowed for a side";
+    }
+    if (std::int64_t{width} * height > limits.maxPixels) {
+        return size + " are more than the " + std::to_string(limits.maxPixels / 1'000'000) +
+               " megapixels allowed";
+    }
+    return std::nullopt;
+}
+
 bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t height,
                     const DecodeLimits& limits) {
-    const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
-    if (width == 0 || height == 0) {
-        result.error = "the picture has no pixels";
-    } else if (std::max<std::int64_t>(width, height) > limits.maxSide) {
-        result.error =
-            size + " are more than the " + std::to_string(limits.maxSide) + " allowed for a side";
-    } else if (std::int64_t{width} * height > limits.maxPixels) {
-        result.error = size + " are more than the " + std::to_string(limits.maxPixels / 1'000'000) +
-                       " megapixels allowed";
-    } else {
-        // A library that runs out of memory can only throw; a host is owed a message.
-        try {
-            result.bitmap = gfx::Bitmap(static_cast<int>(width), static_cast<int>(height));
-        } catch (const std::bad_alloc&) {
-            result.error = size + " are more than the memory holds";
-        }
+    result.error = sizeProblem(width, height, limits);
+    if (result.error) return false;
+    // A library that runs out of memory can only throw; a host is owed a message.
+    try {
+        result.bitmap = gfx::Bitmap(static_cast<int>(width), static_cast<int>(height));
+    } catch (const std::bad_alloc&) {
+        result.error = sizeText(width, height) + " are more than the memory holds";
     }
     return !result.error;
 }

@@ -18,7 +18,8 @@ struct DecodeLimits {
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
 };
 
-// Reads a JPEG or PNG picture. What is decoded is complete: data that are cut off or damaged are an
+// Reads a JPEG, PNG or WebP picture, of an animation the first frame, and turns the colours of an
+// embedded profile into sRGB. What is decoded is complete: data that are cut off or damaged are an
 // error. `name` stands at the front of every message, usually the path.
 KALIM_API DecodeResult decode(ByteSpan bytes, const std::string& name,
                               const DecodeLimits& limits = {});

@@ -12,6 +12,11 @@ namespace kalim::codec {
 // picture's name.
 DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits);
 DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits);
+DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits);
+
+// Why a picture of this size is beyond the limits, or nothing.
+std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height,
+                                       const DecodeLimits& limits);
 
 // Makes the result's bitmap, all zero, or its error when the size is beyond the limits or the
 // memory.

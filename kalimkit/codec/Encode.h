@@ -9,7 +9,7 @@
 
 namespace kalim::codec {
 
-// Both fill `bytes` with a whole file and answer with nothing, or leave it empty and answer with a
+// All fill `bytes` with a whole file and answer with nothing, or leave it empty and answer with a
 // message. Nothing of a picture's former file is written, neither place nor time nor camera.
 
 // Straight alpha; without an alpha channel when every pixel is opaque.
@@ -18,6 +18,11 @@ KALIM_API std::optional<std::string> encodePng(const gfx::Bitmap& bitmap, Bytes&
 // What is transparent shows white. Quality 1 to 100, values beyond are clamped. Colours are kept at
 // full resolution, because thin coloured strokes smear otherwise.
 KALIM_API std::optional<std::string> encodeJpeg(const gfx::Bitmap& bitmap, int quality,
+                                                Bytes& bytes);
+
+// Straight alpha where a pixel is not opaque. Quality 1 to 100, values beyond are clamped. Sides of
+// up to 16383 pixels; colours are kept at half resolution, as the format has it.
+KALIM_API std::optional<std::string> encodeWebp(const gfx::Bitmap& bitmap, int quality,
                                                 Bytes& bytes);
 
 }  // namespace kalim::codec

@@ -1,9 +1,12 @@
 #include <array>
 #include <csetjmp>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string_view>
 
+#include "kalimkit/codec/ColorConversion.h"
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/ExifOrientation.h"
 
@@ -18,6 +21,7 @@ namespace {
 using std::string_view_literals::operator""sv;
 
 constexpr int exifMarker = JPEG_APP0 + 1;
+constexpr int profileMarker = JPEG_APP0 + 2;
 constexpr std::string_view exifPrefix = "Exif\0\0"sv;
 
 // libjpeg leaves an error by longjmp, which skips destructors: everything that lives on the stack
@@ -25,11 +29,12 @@ constexpr std::string_view exifPrefix = "Exif\0\0"sv;
 class JpegDecoder {
 public:
     explicit JpegDecoder(ByteSpan bytes);
-    ~JpegDecoder() { jpeg_destroy_decompress(&_info); }
+    ~JpegDecoder();
     JpegDecoder(const JpegDecoder&) = delete;
     JpegDecoder& operator=(const JpegDecoder&) = delete;
 
     bool readHeader();
+    void prepareColors();
     bool readPixels(gfx::Bitmap& bitmap);
 
     const jpeg_decompress_struct& info() const { return _info; }
@@ -47,6 +52,7 @@ private:
     static boolean onBytesWanted(j_decompress_ptr info);
     [[noreturn]] void fail(const char* message);
     bool chooseColors();
+    void finishRow(std::uint8_t* bgra) const;
     void convertCmykRow(std::uint8_t* bgra) const;
 
     ByteSpan _bytes;
@@ -57,6 +63,10 @@ private:
     std::jmp_buf _failed{};
     std::array<char, JMSG_LENGTH_MAX + 64> _message{};
     Bytes _cmykRow;
+    // Made by the library with malloc.
+    JOCTET* _profile = nullptr;
+    unsigned _profileSize = 0;
+    std::unique_ptr<ColorConversion> _conversion;
 };
 
 JpegDecoder::JpegDecoder(ByteSpan bytes) : _bytes(bytes) {
@@ -67,6 +77,11 @@ JpegDecoder::JpegDecoder(ByteSpan bytes) : _bytes(bytes) {
     _info.client_data = this;
     // Fails only for a library of another version, before there is anything to read.
     if (setjmp(_failed) == 0) jpeg_create_decompress(&_info);
+}
+
+JpegDecoder::~JpegDecoder() {
+    jpeg_destroy_decompress(&_info);
+    std::free(_profile);
 }
 
 void JpegDecoder::fail(const char* message) {
@@ -98,11 +113,12 @@ void JpegDecoder::onMessage(j_common_ptr info, int level) {
     }
 }
 
-// A small file can ask for a large picture to be gone over thousands of times.
+// A small file can ask for a large picture to be gone over thousands of times; cameras and programs
+// that save for the web make a dozen scans.
 void JpegDecoder::onProgress(j_common_ptr info) {
-    constexpr int maxScans = 500;
+    constexpr int maxScans = 100;
     if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > maxScans) {
-        of(info).fail("the JPEG data have too many scans");
+        of(info).fail("the JPEG data have more than 100 scans");
     }
 }
 
@@ -129,7 +145,9 @@ bool JpegDecoder::readHeader() {
     _progress.progress_monitor = onProgress;
     _info.progress = &_progress;
     jpeg_save_markers(&_info, exifMarker, 0xFFFF);
+    jpeg_save_markers(&_info, profileMarker, 0xFFFF);
     jpeg_read_header(&_info, TRUE);
+    jpeg_read_icc_profile(&_info, &_profile, &_profileSize);
     return chooseColors();
 }
 
@@ -153,6 +171,18 @@ bool JpegDecoder::chooseColors() {
     }
 }
 
+// Adobe's programs store how much of each ink is missing; a file without their marker stores ink.
+void JpegDecoder::prepareColors() {
+    auto samples = ColorConversion::Samples::Bgra;
+    if (!_cmykRow.empty()) {
+        samples = _info.saw_Adobe_marker ? ColorConversion::Samples::MissingInk
+                                         : ColorConversion::Samples::Ink;
+    } else if (_info.jpeg_color_space == JCS_GRAYSCALE) {
+        samples = ColorConversion::Samples::GreyBgra;
+    }
+    _conversion = ColorConversion::make(ByteSpan(_profile, _profileSize), samples);
+}
+
 bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
     if (setjmp(_failed) != 0) return false;
     jpeg_start_decompress(&_info);
@@ -160,13 +190,20 @@ bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
         std::uint8_t* const bgra = bitmap.row(static_cast<int>(_info.output_scanline));
         JSAMPROW row = _cmykRow.empty() ? bgra : _cmykRow.data();
         jpeg_read_scanlines(&_info, &row, 1);
-        if (!_cmykRow.empty()) convertCmykRow(bgra);
+        finishRow(bgra);
     }
     jpeg_finish_decompress(&_info);
     return true;
 }
 
-// Adobe's programs store how much of each ink is missing; a file without their marker stores ink.
+void JpegDecoder::finishRow(std::uint8_t* bgra) const {
+    // Sets alpha too, which the conversion leaves as it is.
+    if (!_cmykRow.empty()) convertCmykRow(bgra);
+    if (!_conversion) return;
+    _conversion->convertRow(_cmykRow.empty() ? bgra : _cmykRow.data(), bgra, _info.image_width);
+}
+
+// Each ink darkens what the black lets through: what there is to do without a profile.
 void JpegDecoder::convertCmykRow(std::uint8_t* bgra) const {
     const unsigned flip = _info.saw_Adobe_marker ? 0 : 255;
     for (std::size_t x = 0; x < _info.image_width; ++x) {
@@ -204,6 +241,7 @@ DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
     }
     // The library drops the markers with the last pixel.
     result.orientation = decoder.orientation();
+    decoder.prepareColors();
     if (!decoder.readPixels(result.bitmap)) result.error = decoder.error();
     return result;
 }

@@ -4,14 +4,21 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
+#include "kalimkit/codec/AlphaRows.h"
+#include "kalimkit/codec/ColorConversion.h"
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/ExifOrientation.h"
 
 namespace kalim::codec {
 
 namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr const char* endsTooEarly = "the PNG data end too early";
 
 // libpng leaves an error by longjmp, which skips destructors: everything that lives on the stack
 // between a setjmp and the library is trivial, the rest are members.
@@ -29,13 +36,18 @@ public:
     std::uint32_t height() const { return png_get_image_height(_png, _info); }
     // True when the file may hold pixels that are not opaque.
     bool hasAlpha() const { return _hasAlpha; }
+    bool holdsEnoughData() const;
     // Why the last step failed.
     std::string error() const { return _message.data(); }
     gfx::ImageOrientation orientation() const;
+    // Empty when the file has none; lives as long as the decoder.
+    ByteSpan profile() const;
+    ColorConversion::Samples samples() const { return _samples; }
 
 private:
     static void onError(png_structp png, png_const_charp reason);
     static void onBytesWanted(png_structp png, png_bytep target, std::size_t count);
+    void limitSideInformation();
     void askForBgra();
 
     ByteSpan _rest;
@@ -45,6 +57,9 @@ private:
     std::array<char, 256> _message{};
     std::vector<png_bytep> _rows;
     bool _hasAlpha = false;
+    // Of all rows as the file packs them.
+    std::uint64_t _rowBytes = 0;
+    ColorConversion::Samples _samples = ColorConversion::Samples::Bgra;
 };
 
 PngDecoder::PngDecoder(ByteSpan bytes) : _rest(bytes) {
@@ -67,8 +82,7 @@ void PngDecoder::onError(png_structp png, png_const_charp reason) {
 void PngDecoder::onBytesWanted(png_structp png, png_bytep target, std::size_t count) {
     PngDecoder& decoder = *static_cast<PngDecoder*>(png_get_io_ptr(png));
     if (count > decoder._rest.size()) {
-        std::snprintf(decoder._message.data(), decoder._message.size(),
-                      "the PNG data end too early");
+        std::snprintf(decoder._message.data(), decoder._message.size(), endsTooEarly);
         png_error(png, "");
     }
     std::memcpy(target, decoder._rest.data(), count);
@@ -80,12 +94,33 @@ bool PngDecoder::readHeader() {
     png_set_read_fn(_png, this, onBytesWanted);
     // The decoder's own limits are held against the header, with a message of their own.
     png_set_user_limits(_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+    limitSideInformation();
     png_read_info(_png, _info);
+    _rowBytes = std::uint64_t{png_get_rowbytes(_png, _info)} * height();
     askForBgra();
     return true;
 }
 
+// Chunks that nothing here asks for are passed over unread: a small one can unpack to gigabytes.
+void PngDecoder::limitSideInformation() {
+    constexpr png_alloc_size_t maxUnpackedBytes = png_alloc_size_t{8} << 20;
+    constexpr std::string_view unread = "hIST\0pCAL\0sPLT\0tEXt\0zTXt\0iTXt"sv;
+    constexpr int unreadCount = 6;
+    png_set_chunk_malloc_max(_png, maxUnpackedBytes);
+    png_set_keep_unknown_chunks(_png, PNG_HANDLE_CHUNK_NEVER,
+                                reinterpret_cast<png_const_bytep>(unread.data()), unreadCount);
+}
+
+// A few bytes may not ask for gigabytes of pixels: deflate packs at most 1032 bytes into one, and
+// the rows of an interlaced picture are no shorter in all.
+bool PngDecoder::holdsEnoughData() const {
+    constexpr std::uint64_t maxRatio = 1032;
+    return _rowBytes / maxRatio <= _rest.size();
+}
+
 void PngDecoder::askForBgra() {
+    const bool isGrey = (png_get_color_type(_png, _info) & PNG_COLOR_MASK_COLOR) == 0;
+    _samples = isGrey ? ColorConversion::Samples::GreyBgra : ColorConversion::Samples::Bgra;
     _hasAlpha = (png_get_color_type(_png, _info) & PNG_COLOR_MASK_ALPHA) != 0 ||
                 png_get_valid(_png, _info, PNG_INFO_tRNS) != 0;
     png_set_expand(_png);
@@ -116,14 +151,22 @@ gfx::ImageOrientation PngDecoder::orientation() const {
     return exifOrientation(ByteSpan(exif, size));
 }
 
-void premultiply(gfx::Bitmap& bitmap) {
-    for (std::uint8_t *pixel = bitmap.data(), *end = pixel + bitmap.byteCount(); pixel != end;
-         pixel += 4) {
-        const unsigned alpha = pixel[3];
-        if (alpha == 255) continue;
-        for (int i = 0; i < 3; ++i) {
-            pixel[i] = static_cast<std::uint8_t>((pixel[i] * alpha + 127) / 255);
-        }
+ByteSpan PngDecoder::profile() const {
+    png_charp name = nullptr;
+    int compression = 0;
+    png_bytep data = nullptr;
+    png_uint_32 size = 0;
+    if (!png_get_iCCP(_png, _info, &name, &compression, &data, &size)) return {};
+    return {data, size};
+}
+
+void finishColors(const PngDecoder& decoder, gfx::Bitmap& bitmap) {
+    const auto conversion = ColorConversion::make(decoder.profile(), decoder.samples());
+    if (!conversion && !decoder.hasAlpha()) return;
+    const auto pixelCount = static_cast<std::size_t>(bitmap.width());
+    for (int y = 0; y < bitmap.height(); ++y) {
+        if (conversion) conversion->convertRow(bitmap.row(y), bitmap.row(y), pixelCount);
+        if (decoder.hasAlpha()) premultiplyRow(bitmap.row(y), pixelCount);
     }
 }
 
@@ -136,9 +179,13 @@ DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits) {
         result.error = decoder.error();
         return result;
     }
-    if (!allocatePixels(result, decoder.width(), decoder.height(), limits)) return result;
+    result.error = sizeProblem(decoder.width(), decoder.height(), limits);
+    if (!result.error && !decoder.holdsEnoughData()) result.error = endsTooEarly;
+    if (result.error || !allocatePixels(result, decoder.width(), decoder.height(), limits)) {
+        return result;
+    }
     if (!decoder.readPixels(result.bitmap)) result.error = decoder.error();
-    if (!result.error && decoder.hasAlpha()) premultiply(result.bitmap);
+    if (!result.error) finishColors(decoder, result.bitmap);
     result.orientation = decoder.orientation();
     return result;
 }

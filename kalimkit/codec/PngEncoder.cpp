@@ -1,11 +1,11 @@
 #include <png.h>
 
-#include <algorithm>
 #include <array>
 #include <csetjmp>
 #include <cstdio>
 #include <new>
 
+#include "kalimkit/codec/AlphaRows.h"
 #include "kalimkit/codec/Encode.h"
 
 namespace kalim::codec {
@@ -14,13 +14,6 @@ namespace {
 
 // Higher levels take several times as long for a few per cent.
 constexpr int compressionLevel = 2;
-
-bool isOpaque(const gfx::Bitmap& bitmap) {
-    for (std::size_t i = 3; i < bitmap.byteCount(); i += 4) {
-        if (bitmap.data()[i] != 255) return false;
-    }
-    return true;
-}
 
 // libpng leaves an error by longjmp, which skips destructors: everything that lives on the stack
 // between a setjmp and the library is trivial, the rest are members.
@@ -39,7 +32,6 @@ private:
     static void onError(png_structp png, png_const_charp reason);
     static void onBytes(png_structp png, png_bytep data, std::size_t count);
     void writeHeader(const gfx::Bitmap& bitmap);
-    void straighten(const std::uint8_t* bgra);
 
     Bytes& _bytes;
     png_structp _png = nullptr;
@@ -82,7 +74,9 @@ bool PngEncoder::encode(const gfx::Bitmap& bitmap) {
     png_set_write_fn(_png, this, onBytes, nullptr);
     writeHeader(bitmap);
     for (int y = 0; y < bitmap.height(); ++y) {
-        if (!_opaque) straighten(bitmap.row(y));
+        if (!_opaque) {
+            straightenRow(bitmap.row(y), _row.data(), static_cast<std::size_t>(bitmap.width()));
+        }
         png_write_row(_png, _opaque ? bitmap.row(y) : _row.data());
     }
     png_write_end(_png, _info);
@@ -101,18 +95,6 @@ void PngEncoder::writeHeader(const gfx::Bitmap& bitmap) {
     png_write_info(_png, _info);
     png_set_bgr(_png);
     if (_opaque) png_set_filler(_png, 0, PNG_FILLER_AFTER);
-}
-
-// Exact for every colour that fits its alpha: reading the file gives the same premultiplied bytes.
-void PngEncoder::straighten(const std::uint8_t* bgra) {
-    for (std::size_t i = 0; i < _row.size(); i += 4) {
-        const unsigned alpha = bgra[i + 3];
-        for (std::size_t part = i; part < i + 3; ++part) {
-            const unsigned straight = alpha == 0 ? 0 : (bgra[part] * 255U + alpha / 2) / alpha;
-            _row[part] = static_cast<std::uint8_t>(std::min(straight, 255U));
-        }
-        _row[i + 3] = bgra[i + 3];
-    }
 }
 
 }  // namespace

@@ -217,7 +217,7 @@ TEST(Decode, HoldsTheHeaderAgainstTheLimitsBeforeReadingPixels) {
     EXPECT_EQ(errorOf(pngHeader(0x50, 0x50)),
               "photo: 20480 x 20480 pixels are more than the 268 megapixels allowed");
 
-    Bytes jpeg = jpegOf(gradient(20, 10));
+    const Bytes jpeg = jpegOf(gradient(20, 10));
     EXPECT_EQ(errorOf(jpeg, {.maxSide = 20, .maxPixels = 200}), "none");
     EXPECT_EQ(errorOf(jpeg, {.maxSide = 19}),
               "photo: 20 x 10 pixels are more than the 19 allowed for a side");
@@ -229,11 +229,14 @@ TEST(Decode, NamesWhatCannotBeRead) {
     using std::string_literals::operator""s;
     const std::pair<std::string, std::string> cases[] = {
         {"", "photo: the file is empty"},
-        {"just words", "photo: not a picture that can be read (JPEG or PNG)"},
-        {"\xFF\xD8", "photo: not a picture that can be read (JPEG or PNG)"},
+        {"just words", "photo: not a picture that can be read (JPEG, PNG or WebP)"},
+        {"\xFF\xD8", "photo: not a picture that can be read (JPEG, PNG or WebP)"},
         {"\0\0\0\x18"s + "ftypheic\0\0\0\0", "photo: HEIC pictures are not supported"},
-        {"RIFF\x10\0\0\0"s + "WEBPVP8 ", "photo: WebP pictures are not supported"},
+        {"RIFF\x10\0\0\0"s + "WAVEfmt ",
+         "photo: not a picture that can be read (JPEG, PNG or WebP)"},
         {"GIF89a", "photo: GIF pictures are not supported"},
+        {"II*\0"s, "photo: TIFF pictures are not supported"},
+        {"BM\x99\1\0\0\0\0\0\0\x36\0\0\0"s, "photo: BMP pictures are not supported"},
     };
     for (const auto& [file, message] : cases)
         EXPECT_EQ(errorOf(bytesOf(file)), message);

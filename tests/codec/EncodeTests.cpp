@@ -97,6 +97,9 @@ TEST(Encode, RefusesAPictureWithoutPixels) {
     EXPECT_EQ(encodePng({}, file), "a picture without pixels cannot be written");
     EXPECT_TRUE(file.empty());
     EXPECT_EQ(encodeJpeg({}, 90, file), "a picture without pixels cannot be written");
+    EXPECT_EQ(encodeWebp({}, 90, file), "a picture without pixels cannot be written");
+    EXPECT_EQ(encodeWebp(gfx::Bitmap(16384, 1), 90, file),
+              "the picture cannot be written as WebP (a side is longer than 16383 pixels)");
     EXPECT_NE(encodeJpeg(gfx::Bitmap(70000, 1), 90, file), std::nullopt);
     EXPECT_TRUE(file.empty());
 }

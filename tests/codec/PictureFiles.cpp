@@ -1,6 +1,8 @@
 #include "tests/codec/PictureFiles.h"
 
+#include <lcms2.h>
 #include <png.h>
+#include <webp/encode.h>
 #include <zlib.h>
 
 #include <cstdio>
@@ -30,12 +32,36 @@ void describePng(png_structp png, png_infop info, const PngRecipe& recipe) {
         palette.push_back({recipe.palette[i], recipe.palette[i + 1], recipe.palette[i + 2]});
     }
     if (!palette.empty()) png_set_PLTE(png, info, palette.data(), static_cast<int>(palette.size()));
+    if (!recipe.profile.empty()) {
+        png_set_iCCP(png, info, "profile", PNG_COMPRESSION_TYPE_DEFAULT, recipe.profile.data(),
+                     static_cast<png_uint_32>(recipe.profile.size()));
+    }
     png_color_16 key{};
     key.gray = static_cast<png_uint_16>(recipe.transparentGrey);
     if (!recipe.paletteAlpha.empty() || recipe.transparentGrey >= 0) {
         png_set_tRNS(png, info, recipe.paletteAlpha.data(),
                      static_cast<int>(recipe.paletteAlpha.size()), &key);
     }
+}
+
+// The average, then every frequency but for its last bit, then these bits.
+std::vector<jpeg_scan_info> greyScans(int count) {
+    std::vector<jpeg_scan_info> scans{{1, {0}, 0, 0, 0, 0}};
+    for (int bit = 1; bit >= 0; --bit) {
+        for (int frequency = 1; frequency < DCTSIZE2; ++frequency)
+            scans.push_back({1, {0}, frequency, frequency, bit == 1 ? 0 : 1, bit});
+    }
+    scans.resize(static_cast<std::size_t>(count));
+    return scans;
+}
+
+Bytes takeBytes(cmsHPROFILE profile) {
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    Bytes bytes(size);
+    cmsSaveProfileToMem(profile, bytes.data(), &size);
+    cmsCloseProfile(profile);
+    return bytes;
 }
 
 }  // namespace
@@ -77,8 +103,17 @@ Bytes makeJpeg(const JpegRecipe& recipe) {
     jpeg_set_colorspace(&info, static_cast<J_COLOR_SPACE>(recipe.fileSpace));
     jpeg_set_quality(&info, 100, TRUE);
     if (recipe.progressive) jpeg_simple_progression(&info);
+    const std::vector<jpeg_scan_info> scans = greyScans(recipe.scanCount);
+    if (recipe.scanCount > 1) {
+        info.scan_info = scans.data();
+        info.num_scans = recipe.scanCount;
+    }
     info.write_Adobe_marker = recipe.adobeMarker;
     jpeg_start_compress(&info, TRUE);
+    if (!recipe.profile.empty()) {
+        jpeg_write_icc_profile(&info, recipe.profile.data(),
+                               static_cast<unsigned>(recipe.profile.size()));
+    }
     Bytes row;
     for (unsigned x = 0; x < side; ++x) {
         row.insert(row.end(), recipe.pixel.begin(), recipe.pixel.end());
@@ -116,6 +151,76 @@ Bytes makeChunk(const std::string& name, const Bytes& data) {
     const auto checksum = ::crc32(0, named.data(), static_cast<uInt>(named.size()));
     append(chunk, static_cast<std::uint32_t>(checksum), 4, true);
     return chunk;
+}
+
+Bytes makeRiffChunk(const std::string& name, const Bytes& data) {
+    Bytes chunk(name.begin(), name.end());
+    append(chunk, static_cast<std::uint32_t>(data.size()), 4, false);
+    chunk.insert(chunk.end(), data.begin(), data.end());
+    if (data.size() % 2 != 0) chunk.push_back(0);
+    return chunk;
+}
+
+Bytes makeCanvasChunk(std::uint8_t flags, std::uint32_t width, std::uint32_t height) {
+    Bytes data{flags, 0, 0, 0};
+    append(data, width - 1, 3, false);
+    append(data, height - 1, 3, false);
+    return makeRiffChunk("VP8X", data);
+}
+
+Bytes makeLosslessChunk(const gfx::Bitmap& bitmap) {
+    constexpr std::size_t fileHeaderSize = 12;
+    std::uint8_t* data = nullptr;
+    const std::size_t size = WebPEncodeLosslessBGRA(bitmap.data(), bitmap.width(), bitmap.height(),
+                                                    static_cast<int>(bitmap.stride()), &data);
+    const Bytes chunk(data + fileHeaderSize, data + size);
+    WebPFree(data);
+    return chunk;
+}
+
+Bytes makeWebp(const Bytes& chunks) {
+    const Bytes form{'W', 'E', 'B', 'P'};
+    return makeRiffChunk("RIFF", concatenated(form, chunks));
+}
+
+Bytes makeSwappingProfile() {
+    const cmsCIExyY white{0.3127, 0.3290, 1};
+    const cmsCIExyYTRIPLE primaries{{0.30, 0.60, 1}, {0.64, 0.33, 1}, {0.15, 0.06, 1}};
+    const double srgb[] = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};
+    cmsToneCurve* const curve = cmsBuildParametricToneCurve(nullptr, 4, srgb);
+    cmsToneCurve* const curves[] = {curve, curve, curve};
+    const cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
+    cmsFreeToneCurve(curve);
+    return takeBytes(profile);
+}
+
+Bytes makeSrgbProfile() {
+    return takeBytes(cmsCreate_sRGBProfile());
+}
+
+Bytes makeLinearGreyProfile() {
+    cmsToneCurve* const curve = cmsBuildGamma(nullptr, 1);
+    const cmsHPROFILE profile = cmsCreateGrayProfile(cmsD50_xyY(), curve);
+    cmsFreeToneCurve(curve);
+    return takeBytes(profile);
+}
+
+Bytes makeInkProfile() {
+    const cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetProfileVersion(profile, 2.1);
+    cmsSetDeviceClass(profile, cmsSigOutputClass);
+    cmsSetColorSpace(profile, cmsSigCmykData);
+    cmsSetPCS(profile, cmsSigLabData);
+    // Two steps of each of four inks, black the fastest; lightness, a and b, zero in the middle.
+    std::vector<cmsUInt16Number> table;
+    for (int i = 0; i < 8; ++i)
+        table.insert(table.end(), {0x7F80, 0x8000, 0x8000, 0, 0x8000, 0x8000});
+    cmsPipeline* const pipeline = cmsPipelineAlloc(nullptr, 4, 3);
+    cmsPipelineInsertStage(pipeline, cmsAT_BEGIN,
+                           cmsStageAllocCLut16bit(nullptr, 2, 4, 3, table.data()));
+    cmsWriteTag(profile, cmsSigAToB0Tag, pipeline);
+    cmsPipelineFree(pipeline);
+    return takeBytes(profile);
 }
 
 Bytes withInserted(const Bytes& file, std::size_t offset, const Bytes& piece) {

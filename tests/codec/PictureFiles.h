@@ -4,11 +4,11 @@
 #include <string>
 
 #include "kalimkit/codec/Bytes.h"
+#include "kalimkit/gfx/Bitmap.h"
 
 namespace kalim::codec::test {
 
-// ---- files that the codec itself never writes, made with the image libraries
-// ---------------------
+// ---- files that the codec itself never writes ---------------------------------------------------
 
 // One PNG of the given libpng colour type; `rows` holds the packed rows one after another.
 struct PngRecipe {
@@ -24,6 +24,7 @@ struct PngRecipe {
     Bytes paletteAlpha{};
     // The grey value that is transparent, none when negative.
     int transparentGrey = -1;
+    Bytes profile{};
 };
 Bytes makePng(const PngRecipe& recipe);
 
@@ -35,8 +36,24 @@ struct JpegRecipe {
     Bytes pixel;
     bool progressive = false;
     bool adobeMarker = false;
+    // More than one for a progressive grey picture of so many scans, up to 127.
+    int scanCount = 1;
+    Bytes profile{};
 };
 Bytes makeJpeg(const JpegRecipe& recipe);
+
+// A WebP file of the given chunks.
+Bytes makeWebp(const Bytes& chunks);
+
+// ---- colour profiles ----------------------------------------------------------------------------
+
+// sRGB but for red and green, which change places.
+Bytes makeSwappingProfile();
+Bytes makeSrgbProfile();
+// Grey in proportion to light.
+Bytes makeLinearGreyProfile();
+// Without black ink every mixture is the grey of lightness 50, with it black.
+Bytes makeInkProfile();
 
 // ---- pieces -------------------------------------------------------------------------------------
 
@@ -44,6 +61,11 @@ Bytes makeJpeg(const JpegRecipe& recipe);
 Bytes makeExif(bool bigEndian, std::uint16_t orientation);
 // A PNG chunk with its length and checksum.
 Bytes makeChunk(const std::string& name, const Bytes& data);
+Bytes makeRiffChunk(const std::string& name, const Bytes& data);
+// The WebP header of flags and canvas size that comes before any other chunk.
+Bytes makeCanvasChunk(std::uint8_t flags, std::uint32_t width, std::uint32_t height);
+// The pixels as WebP stores them without loss.
+Bytes makeLosslessChunk(const gfx::Bitmap& bitmap);
 // The file with a piece put in at the offset.
 Bytes withInserted(const Bytes& file, std::size_t offset, const Bytes& piece);
 Bytes concatenated(const Bytes& first, const Bytes& second);

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/resource.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kalimkit/codec/Decode.h"
+#include "tests/codec/PictureFiles.h"
+
+// jpeglib.h relies on <cstdio> before it.
+#include <jpeglib.h>
+
+namespace kalim::codec::test {
+
+namespace {
+
+constexpr std::size_t afterHeaderChunk = 8 + 25;
+
+// Kilobytes; this never falls.
+long peakMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+// Reads the file and expects hardly more memory than the process had before.
+std::string errorWithLittleMemory(const Bytes& file) {
+    constexpr long allowedGrowth = 12L * 1024;
+    const long before = peakMemory();
+    std::string error = decode(file, "photo").error.value_or("none");
+    EXPECT_LT(peakMemory() - before, allowedGrowth) << error;
+    return error;
+}
+
+Bytes pngOfSize(std::uint32_t side) {
+    const auto high = static_cast<std::uint8_t>(side >> 8);
+    const auto low = static_cast<std::uint8_t>(side);
+    const Bytes start{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    const Bytes header{0, 0, high, low, 0, 0, high, low, 8, PNG_COLOR_TYPE_RGB, 0, 0, 0};
+    return concatenated(start,
+                        concatenated(makeChunk("IHDR", header), makeChunk("IDAT", Bytes(9, 1))));
+}
+
+Bytes jpegOfSize(std::uint32_t side) {
+    Bytes file = makeJpeg({.inputSpace = JCS_RGB, .fileSpace = JCS_YCbCr, .pixel = {1, 2, 3}});
+    const Bytes frameMarker{0xFF, 0xC0};
+    // Behind the marker: length (2), precision (1), height and width (2 each).
+    const auto size =
+        std::search(file.begin(), file.end(), frameMarker.begin(), frameMarker.end()) + 5;
+    size[0] = size[2] = static_cast<std::uint8_t>(side >> 8);
+    size[1] = size[3] = static_cast<std::uint8_t>(side);
+    return file;
+}
+
+// The start, then zeros, packed by zlib.
+Bytes packed(const Bytes& start, std::size_t size) {
+    z_stream stream{};
+    deflateInit(&stream, Z_BEST_SPEED);
+    Bytes result;
+    Bytes input(std::size_t{1} << 16);
+    std::copy(start.begin(), start.end(), input.begin());
+    for (std::size_t done = 0; done < size; done += input.size()) {
+        Bytes output(input.size());
+        stream.next_in = input.data();
+        stream.avail_in = static_cast<uInt>(input.size());
+        stream.next_out = output.data();
+        stream.avail_out = static_cast<uInt>(output.size());
+        deflate(&stream, done + input.size() < size ? Z_NO_FLUSH : Z_FINISH);
+        result.insert(result.end(), output.begin(), output.end() - stream.avail_out);
+        std::fill(input.begin(), input.end(), std::uint8_t{0});
+    }
+    deflateEnd(&stream);
+    return result;
+}
+
+}  // namespace
+
+TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
+    constexpr std::uint8_t noFlags = 0;
+    EXPECT_EQ(errorWithLittleMemory(pngOfSize(65535)),
+              "photo: 65535 x 65535 pixels are more than the 32768 allowed for a side");
+    EXPECT_EQ(errorWithLittleMemory(pngOfSize(20000)),
+              "photo: 20000 x 20000 pixels are more than the 268 megapixels allowed");
+    EXPECT_EQ(errorWithLittleMemory(pngOfSize(16000)), "photo: the PNG data end too early");
+    EXPECT_EQ(errorWithLittleMemory(jpegOfSize(65535)),
+              "photo: the JPEG data cannot be read "
+              "(Maximum supported image dimension is 65500 pixels)");
+    EXPECT_EQ(errorWithLittleMemory(jpegOfSize(20000)),
+              "photo: 20000 x 20000 pixels are more than the 268 megapixels allowed");
+    const Bytes pixel = makeLosslessChunk(gfx::Bitmap(1, 1));
+    Bytes webp = makeWebp(concatenated(makeCanvasChunk(noFlags, 65535, 65535), pixel));
+    EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
+    webp.resize(webp.size() - pixel.size());
+    EXPECT_EQ(errorWithLittleMemory(webp),
+              "photo: 65535 x 65535 pixels are more than the 32768 allowed for a side");
+    // The canvas is within the limits, but the frame does not cover it.
+    webp = makeWebp(concatenated(makeCanvasChunk(noFlags, 16000, 16000), pixel));
+    EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
+}
+
+TEST(HostileFiles, AJpegOfMoreThanAHundredScansIsRefused) {
+    JpegRecipe recipe{.inputSpace = JCS_GRAYSCALE, .fileSpace = JCS_GRAYSCALE, .pixel = {9}};
+    recipe.scanCount = 100;
+    EXPECT_EQ(errorWithLittleMemory(makeJpeg(recipe)), "none");
+    recipe.scanCount = 101;
+    EXPECT_EQ(errorWithLittleMemory(makeJpeg(recipe)),
+              "photo: the JPEG data have more than 100 scans");
+}
+
+TEST(HostileFiles, SideInformationThatUnpacksToGigabytesIsPassedOver) {
+    constexpr std::size_t unpackedSize = std::size_t{64} << 20;
+    const Bytes name{'k', 0, 0};
+    const Bytes png = makePng({.rows = {77}});
+    const Bytes text = makeChunk("zTXt", concatenated(name, packed({}, unpackedSize)));
+    Bytes texts;
+    for (int i = 0; i < 20; ++i)
+        texts = concatenated(texts, text);
+    EXPECT_EQ(errorWithLittleMemory(withInserted(png, afterHeaderChunk, texts)), "none");
+
+    Bytes profile = makeLinearGreyProfile();
+    const Bytes declaredSize{4, 0, 0, 0};
+    std::copy(declaredSize.begin(), declaredSize.end(), profile.begin());
+    const Bytes chunk = makeChunk("iCCP", concatenated(name, packed(profile, unpackedSize)));
+    const Bytes twice = concatenated(chunk, chunk);
+    EXPECT_EQ(errorWithLittleMemory(withInserted(png, afterHeaderChunk, twice)), "none");
+}
+
+}  // namespace kalim::codec::test
