@@ -23,7 +23,7 @@ if [[ ! -f $photo ]]; then
     echo "run.sh: there is no photo $photo" >&2
     exit 2
 fi
-photo=$(realpath "$photo")
+photo=$(realpath -- "$photo")
 
 "$root/tools/setup" native
 "$root/tools/compile" release kalimkit
@@ -36,4 +36,4 @@ if [[ ! -f annotated.png ]]; then
     echo "run.sh: $scenario exported no annotated.png" >&2
     exit 1
 fi
-echo "The picture is in build/run-output/annotated.png"
+echo "The picture is in $output/annotated.png"

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -200,8 +201,10 @@ int main(int argc, char** argv) try {
     const int status = commandLine.run();
     kalim::gfx::CairoDevice::releaseFontCaches();
     return status;
+} catch (const std::bad_alloc&) {
+    std::fputs("kalimkit: out of memory\n", stderr);
+    return kalim::cli::failure;
 } catch (const std::exception& error) {
-    // Out of memory, above all.
     std::fprintf(stderr, "kalimkit: %s\n", error.what());
     return kalim::cli::failure;
 }

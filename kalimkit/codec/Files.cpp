@@ -44,6 +44,14 @@ std::string message(const std::string& path, int error) {
     return path + ": " + std::generic_category().message(error);
 }
 
+// The system would end a name at a zero byte and so open another file than the one that is named.
+std::optional<std::string> checkName(const std::string& path) {
+    if (path.empty()) return "the name of a file is empty";
+    const std::size_t zero = path.find('\0');
+    if (zero == std::string::npos) return std::nullopt;
+    return path.substr(0, zero) + ": the name of a file must not hold a zero byte";
+}
+
 // False leaves the reason in errno.
 bool writeAll(int descriptor, ByteSpan bytes) {
     while (!bytes.empty()) {
@@ -137,6 +145,7 @@ int writeOrReplace(const std::string& path, ByteSpan bytes) {
 
 std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::uint64_t maxBytes) {
     bytes.clear();
+    if (const auto problem = checkName(path)) return problem;
     const OpenFile file(path, O_RDONLY);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.descriptor(), &status) != 0) return message(path, errno);
@@ -162,6 +171,7 @@ std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::
 }
 
 std::optional<std::string> writeFileAtomically(const std::string& path, ByteSpan bytes) {
+    if (const auto problem = checkName(path)) return problem;
     if (const int error = writeOrReplace(path, bytes)) return message(path, error);
     return std::nullopt;
 }

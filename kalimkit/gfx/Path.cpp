@@ -148,6 +148,7 @@ void Path::addEllipse(const Rect& rect) {
 }
 
 void Path::addArc(Point center, double radius, double startAngle, double endAngle, bool clockwise) {
+    if (!std::isfinite(radius) || !std::isfinite(startAngle) || !std::isfinite(endAngle)) return;
     if (radius <= 0) return lineTo(center);
     const auto at = [&](double angle) {
         return center + Point{std::cos(angle), std::sin(angle)} * radius;

@@ -158,4 +158,15 @@ TEST_F(Files, ReadingNamesWhatIsMissingTooLongOrNoFile) {
               "/dev/zero: the file is longer than 70000 bytes");
 }
 
+TEST_F(Files, AZeroByteInANameIsNotTheEndOfIt) {
+    write("box.png", Bytes(3, 7));
+    const std::string name = path("box.png") + std::string("\0.jpg", 5);
+    Bytes bytes;
+    EXPECT_NE(readFile(name, bytes), std::nullopt);
+    EXPECT_NE(writeFileAtomically(name, Bytes(9, 9)), std::nullopt);
+    EXPECT_EQ(readFile(path("box.png"), bytes), std::nullopt);
+    EXPECT_EQ(bytes, Bytes(3, 7));
+    EXPECT_EQ(readFile("", bytes), "the name of a file is empty");
+}
+
 }  // namespace kalim::codec::test

@@ -98,7 +98,7 @@ TEST_F(PlayCommand, WritesPicturesByTheirExtensionAndNoOthers) {
         const ProgramRun result = exporting(name);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.errors, "kalimkit: standard input:2: " + std::string(name) +
-                                     ": pictures are written as .png, .jpg or .jpeg\n");
+                                     ": pictures are written as .png, .jpg, .jpeg or .webp\n");
         EXPECT_FALSE(exists(name));
     }
     const ProgramRun lost = exporting("nowhere/box.png");

@@ -123,7 +123,7 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         {R"({"make":"MDrawLine","points":[[0,0]]})", "\"points\" must be two or more"},
         {R"({"make":"MDrawLine","points":[[0,0],[0,5]]})", "make no valid MDrawLine"},
         {R"({"make":"MDrawLine","points":[[0,0],[0,9]],"lineWidth":-1})",
-         "\"lineWidth\" must be 0 or more, not -1"},
+         "\"lineWidth\" must be from 0 to 1000000, not -1"},
         {R"({"make":"MDrawLine","points":[[0,0],[0,9]],"color":"#12345"})", "not \"#12345\""},
 
         {R"({"picture":"lost.png"})", "lost.png: there is no such picture"},
@@ -143,6 +143,27 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         EXPECT_EQ(printedCanvas(), before) << mistake.line;
     }
     EXPECT_TRUE(files.saved.empty());
+}
+
+TEST_F(ScenarioPlayerTest, MessagesStayShortAndShowNoControlCharacters) {
+    const std::string unknown = problemOf(R"({"call":"a\nb\u001b[31mred"})");
+    EXPECT_EQ(unknown, R"(the canvas has no operation "a\nb\u001b[31mred")");
+    const std::string text(5'000'000, 'x');
+    for (const std::string& line :
+         {R"({"call":")" + text + R"("})", R"({"make":")" + text + R"("})", "{\"" + text + "\":1}",
+          R"({"wait":1,")" + text + R"(":1})"}) {
+        const std::string problem = problemOf(line);
+        EXPECT_FALSE(problem.empty());
+        EXPECT_LT(problem.size(), 200U) << problem.substr(0, 200);
+    }
+    std::string keys = R"({"call":"canUndo")";
+    for (int i = 0; i < 100'000; ++i)
+        keys += ",\"k" + std::to_string(i) + "\":1";
+    EXPECT_NE(problemOf(keys + "}").find("more than 32 keys"), std::string::npos);
+    std::string points = R"({"touch":"began","points":[[1,1])";
+    for (int i = 0; i < 100'000; ++i)
+        points += ",[1,1]";
+    EXPECT_EQ(problemOf(points + "]}"), "there are at most 10 fingers, not 100001");
 }
 
 TEST_F(ScenarioPlayerTest, EveryMistakeAboutFingersIsNamedAndMovesNone) {

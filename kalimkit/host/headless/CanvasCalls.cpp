@@ -149,7 +149,7 @@ std::string unknownOperation(const std::string& name) {
     std::vector<std::string_view> names;
     for (const Operation& operation : operations)
         names.push_back(operation.name);
-    return "the canvas has no operation " + name + suggestion(name, names);
+    return "the canvas has no operation " + shownName(name) + suggestion(name, names);
 }
 
 }  // namespace

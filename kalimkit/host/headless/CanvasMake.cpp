@@ -17,7 +17,7 @@ Problem findClass(const JsonValue& step, const ToolClass*& found) {
     std::vector<std::string_view> names;
     for (const ToolClass* toolClass : toolClasses())
         names.push_back(toolClass->name);
-    return "there is no class of tools " + name + suggestion(name, names);
+    return "there is no class of tools " + shownName(name) + suggestion(name, names);
 }
 
 Problem readPoints(const JsonValue& step, std::vector<gfx::Point>& points) {
@@ -42,7 +42,9 @@ Problem readLook(const JsonValue& step, MDrawTool& tool, const MDrawView& canvas
     if (Problem problem = readOwn(step, "color", color)) return problem;
     if (Problem problem = readOwn(step, "lineWidth", lineWidth)) return problem;
     if (Problem problem = readOwn(step, "drawType", drawType)) return problem;
-    if (lineWidth < 0) return wrongValue("\"lineWidth\"", "0 or more", lineWidth);
+    if (lineWidth < 0 || lineWidth > largestCoordinate) {
+        return wrongValue("\"lineWidth\"", "from 0 to 1000000", lineWidth);
+    }
     tool.setColor(color);
     tool.setLineWidth(lineWidth);
     tool.setDrawType(drawType);
@@ -62,7 +64,8 @@ Problem makeTool(MDrawView& canvas, const JsonValue& step) {
         tool->drawMove(points[index]);
     tool->drawUp(points.back());
     if (!tool->isDrawVaild()) {
-        return "the points make no valid " + std::string(toolClass->name) + ": it is too small";
+        return "the points make no valid " + std::string(toolClass->name) +
+               ": it is too small for its line, or has no length";
     }
     // A tool beyond the area budget is taken back with an alert, which the next print shows.
     canvas.addTool(tool);

@@ -16,6 +16,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t maximumDepth = 32;
+constexpr std::size_t mostKeys = 32;
 constexpr double largestExactWhole = 9007199254740992.0;
 // Bytes; the parser's reasons quote what it has read.
 constexpr std::size_t longestReason = 200;
@@ -38,7 +39,13 @@ public:
     bool start_array(std::size_t) { return open(JsonValue::Array{}); }
     bool end_array() { return close(); }
     bool key(std::string& name) {
-        if (_open.back()->find(name)) return fail("the key \"" + name + "\" is there twice");
+        // No step needs more, and looking for each among thousands would take for ever.
+        if (_open.back()->object()->size() >= mostKeys) {
+            return fail("an object has more than " + std::to_string(mostKeys) + " keys");
+        }
+        if (_open.back()->find(name)) {
+            return fail("the key " + cutQuote(dumpJson(name)) + " is there twice");
+        }
         _open.back()->object()->emplace_back(std::move(name), JsonValue());
         return true;
     }
@@ -128,6 +135,15 @@ ParsedJson parseJson(std::string_view text) {
 
 std::string dumpJson(const JsonValue& value) {
     return toJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string cutQuote(const std::string& dump) {
+    if (dump.size() <= longestQuote) return dump;
+    std::size_t end = longestQuote;
+    // Not within a character.
+    while (end > 0 && (static_cast<unsigned char>(dump[end]) & 0xC0U) == 0x80U)
+        --end;
+    return dump.substr(0, end) + "...";
 }
 
 }  // namespace kalim

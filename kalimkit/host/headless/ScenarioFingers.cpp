@@ -41,6 +41,10 @@ Problem ScenarioFingers::readFingers(const JsonValue& step, Listed& listed) cons
     std::vector<gfx::Point> points;
     if (Problem problem = readList(*list, "\"points\"", "point", points)) return problem;
     if (points.empty()) return "\"points\" names no finger";
+    if (points.size() > mostFingers) {
+        return "there are at most " + std::to_string(mostFingers) + " fingers, not " +
+               std::to_string(points.size());
+    }
     std::vector<std::int64_t> ids;
     if (Problem problem = readIds(step, points.size(), ids)) return problem;
     for (std::size_t index = 0; index < points.size(); ++index)

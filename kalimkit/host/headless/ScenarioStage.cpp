@@ -20,7 +20,7 @@ constexpr double longestWait = 3600;
 constexpr double largestRotation = 1e6;
 
 std::string quoted(std::string_view key) {
-    return "\"" + std::string(key) + "\"";
+    return cutQuote(dumpJson(std::string(key)));
 }
 
 Problem readGestureState(const JsonValue& step, ui::GestureState& state) {

@@ -14,7 +14,6 @@ namespace {
 // Up to here every whole number is a double.
 constexpr double largestWhole = 9007199254740992.0;
 // Bytes of a value that a message quotes.
-constexpr std::size_t longestQuote = 60;
 
 bool readWhole(const JsonValue& value, double least, double& out) {
     const double* number = value.number();
@@ -117,15 +116,15 @@ bool readValue(const JsonValue& value, gfx::ColorRef& out) {
 }
 
 std::string wrongValue(const std::string& what, std::string_view kind, const JsonValue& value) {
-    std::string quote = dumpJson(value);
-    if (quote.size() > longestQuote) {
-        std::size_t end = longestQuote;
-        // Not within a character.
-        while (end > 0 && (static_cast<unsigned char>(quote[end]) & 0xC0U) == 0x80U)
-            --end;
-        quote = quote.substr(0, end) + "...";
-    }
-    return what + " must be " + std::string(kind) + ", not " + quote;
+    return what + " must be " + std::string(kind) + ", not " + cutQuote(dumpJson(value));
+}
+
+std::string shownName(const std::string& name) {
+    const auto isControl = [](char byte) {
+        return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+    };
+    if (name.size() <= longestQuote && std::ranges::none_of(name, isControl)) return name;
+    return cutQuote(dumpJson(name));
 }
 
 // ---- writing
@@ -145,6 +144,7 @@ JsonValue toJson(const gfx::ColorRef& color) {
 // ---- names
 
 std::string suggestion(std::string_view typed, const std::vector<std::string_view>& names) {
+    if (typed.size() > longestQuote) return {};
     const std::string_view nearest = nearestName(typed, names);
     return nearest.empty() ? std::string() : "; did you mean " + std::string(nearest) + "?";
 }

@@ -52,6 +52,9 @@ inline constexpr std::string_view kindName<gfx::Point> =
 template <>
 inline constexpr std::string_view kindName<gfx::ColorRef> = "a colour \"#RRGGBB\" or \"#RRGGBBAA\"";
 
+// A name as it stands, or quoted and cut short where it is long or would not show.
+std::string shownName(const std::string& name);
+
 // "`what` must be `kind`, not `value`", the value cut short where it is long.
 std::string wrongValue(const std::string& what, std::string_view kind, const JsonValue& value);
 
