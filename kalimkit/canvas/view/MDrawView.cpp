@@ -11,6 +11,23 @@
 
 namespace kalim {
 
+namespace {
+
+// A side that comes out below a point is given one: a very flat picture is squeezed rather than
+// lost. Where there is no room at all, the picture stays as it is.
+gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
+    const gfx::ImageRef fitted =
+        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false);
+    if (fitted || box.isEmpty()) return fitted ? fitted : image;
+    const gfx::PixelSize raster = image->pixelSize();
+    const double factor = std::min(box.width / raster.width, box.height / raster.height);
+    const gfx::ImageRef squeezed = MDrawImageUtil::resizedImageToSize(
+        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)});
+    return squeezed ? squeezed : image;
+}
+
+}  // namespace
+
 // ---- making
 
 std::shared_ptr<MDrawView> MDrawView::initWithFrame(const gfx::Rect& frame) {
@@ -69,10 +86,7 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     _curRotateDegree = 0;
     _bgImg = MDrawImageUtil::fixOrientation(image);
     if (_bgImg && _bgImg->size() != bounds().size) {
-        const gfx::ImageRef fitted =
-            MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(_bgImg, bounds().size, false);
-        // A picture that fits into no whole point is kept as it is rather than lost.
-        if (fitted) _bgImg = fitted;
+        _bgImg = fittedInto(bounds().size, _bgImg);
     }
     _bgImgRect = _bgImg ? getDrawImageRect() : gfx::Rect{};
     _ctxRect = _bgImgRect;

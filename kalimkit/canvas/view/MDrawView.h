@@ -85,6 +85,8 @@ public:
     bool hasSelectedTools() const { return isSelectionValid(); }
     // The selection group; null when nothing is selected.
     const std::shared_ptr<MDrawMutableSelect>& handingTools() const { return _handingTools; }
+    // The topmost finished tool under a canvas point; null for none.
+    ToolRef testHitTestSelectTool(gfx::Point p) const;
     // The tool that the current gesture is creating; null between gestures.
     const ToolRef& handingTool() const { return _handingTool; }
     void deleteSelectedTools();
@@ -150,7 +152,6 @@ private:
     void creatMDrawToolInPoint(gfx::Point p);
     void prepareNewTool(MDrawTool& tool) const;
     void deleteCurrentHandlingTool();
-    ToolRef testHitTestSelectTool(gfx::Point p) const;
     bool isOnCanvas(const ToolRef& tool) const;
     void endRotation(double rotation);
 

@@ -139,6 +139,10 @@ gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx
     const std::shared_ptr<gfx::Surface> surface =
         environment.device().makeSurface(target, environment.screen().scale, false);
     if (!surface) return nullptr;
+    // Where the screen's scale is no whole number, the last pixels are covered, too.
+    target = gfx::Size{static_cast<double>(surface->pixelSize().width),
+                       static_cast<double>(surface->pixelSize().height)} *
+             (1 / surface->scale());
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     // Only the unmirrored quarter turns are flipped sideways; deliberate.

@@ -118,12 +118,24 @@ TEST(MDrawViewExport, FollowsTheListOrderWhileTheScreenShowsTheSelectionOnTop) {
     EXPECT_EQ(hexAt(host.canvas->exportImage(), 175, 175), "#0000FFFF");
 }
 
-TEST(MDrawViewExport, APictureThatFitsIntoNoWholePointIsKeptAsItIs) {
+TEST(MDrawViewExport, AVeryFlatPictureIsFittedAtLeastAPointHigh) {
     CanvasHost host;
     host.canvas->setSnipImage(host.plainPicture(2000, 2, blue));
+    EXPECT_EQ(host.canvas->ctxRect(), gfx::Rect(0, 421.5, 390, 1));
     const auto exported = host.canvas->exportImage();
-    ASSERT_TRUE(exported);
-    EXPECT_EQ(exported->pixelSize(), (gfx::PixelSize{2000, 2}));
+    ASSERT_EQ(exported->pixelSize(), (gfx::PixelSize{390, 1}));
+    EXPECT_EQ(hexAt(exported, 389, 0), "#0000FFFF");
+}
+
+TEST(MDrawViewExport, APictureHasNoLightRimAtAScaleThatIsNoWholeNumber) {
+    for (const double scale : {0.5, 1.5, 2.625}) {
+        CanvasHost host({.scale = scale, .size = {333, 777}});
+        host.canvas->setSnipImage(host.plainPicture(451, 300, blue));
+        const auto exported = host.canvas->exportImage();
+        const gfx::PixelSize size = exported->pixelSize();
+        EXPECT_EQ(hexAt(exported, size.width - 1, size.height - 1), "#0000FFFF") << scale;
+        EXPECT_EQ(hexAt(exported, 0, 0), "#0000FFFF") << scale;
+    }
 }
 
 TEST(MDrawViewExport, ANewPictureForgetsToolsStepsAndSelection) {
