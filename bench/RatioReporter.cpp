@@ -1,0 +1,47 @@
+#include "bench/RatioReporter.h"
+
+#include <cstdio>
+
+namespace kalim::bench {
+
+namespace {
+
+std::string duration(double nanoseconds) {
+    char text[32];
+    if (nanoseconds < 1e3) {
+        std::snprintf(text, sizeof text, "%.0f ns", nanoseconds);
+    } else if (nanoseconds < 1e6) {
+        std::snprintf(text, sizeof text, "%.1f us", nanoseconds / 1e3);
+    } else {
+        std::snprintf(text, sizeof text, "%.1f ms", nanoseconds / 1e6);
+    }
+    return text;
+}
+
+}  // namespace
+
+void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
+    for (const Run& run : runs) {
+        if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+        _medians[run.run_name.function_name] =
+            run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
+    }
+    ConsoleReporter::ReportRuns(runs);
+}
+
+std::string RatioReporter::table() const {
+    std::string table =
+        "| figure | measured | yardstick | ratio | goal |\n| --- | --- | --- | --- | --- |\n";
+    for (const Figure& figure : _figures) {
+        const auto measured = _medians.find(figure.measured);
+        const auto yardstick = _medians.find(figure.yardstick);
+        if (measured == _medians.end() || yardstick == _medians.end()) continue;
+        char ratio[32];
+        std::snprintf(ratio, sizeof ratio, "%.2f", measured->second / yardstick->second);
+        table += "| " + figure.title + " | " + duration(measured->second) + " | " +
+                 duration(yardstick->second) + " | " + ratio + " | " + figure.goal + " |\n";
+    }
+    return table;
+}
+
+}  // namespace kalim::bench
