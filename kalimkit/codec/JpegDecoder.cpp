@@ -24,6 +24,8 @@ constexpr int exifMarker = JPEG_APP0 + 1;
 constexpr int profileMarker = JPEG_APP0 + 2;
 constexpr std::string_view exifPrefix = "Exif\0\0"sv;
 
+constexpr const char* endsTooEarly = "the JPEG data end too early";
+
 // libjpeg leaves an error by longjmp, which skips destructors: everything that lives on the stack
 // between a setjmp and the library is trivial, the rest are members.
 class JpegDecoder {
@@ -41,6 +43,7 @@ public:
     // Why the last step failed.
     std::string error() const { return _message.data(); }
     gfx::ImageOrientation orientation() const;
+    bool holdsEnoughData() const;
 
 private:
     static JpegDecoder& of(j_common_ptr info) {
@@ -123,7 +126,7 @@ void JpegDecoder::onProgress(j_common_ptr info) {
 }
 
 boolean JpegDecoder::onBytesWanted(j_decompress_ptr info) {
-    of(reinterpret_cast<j_common_ptr>(info)).fail("the JPEG data end too early");
+    of(reinterpret_cast<j_common_ptr>(info)).fail(endsTooEarly);
     return FALSE;
 }
 
@@ -149,6 +152,14 @@ bool JpegDecoder::readHeader() {
     jpeg_read_header(&_info, TRUE);
     jpeg_read_icc_profile(&_info, &_profile, &_profileSize);
     return chooseColors();
+}
+
+// A few bytes may not ask for gigabytes of pixels: a Huffman code is at least a bit long, and every
+// block of 64 pixels has one. Arithmetic coding knows no such bound.
+bool JpegDecoder::holdsEnoughData() const {
+    constexpr std::uint64_t pixelsPerByte = std::uint64_t{64} * 8;
+    const std::uint64_t pixels = std::uint64_t{_info.image_width} * _info.image_height;
+    return _info.arith_code || pixels / pixelsPerByte <= _bytes.size();
 }
 
 bool JpegDecoder::chooseColors() {
@@ -236,9 +247,11 @@ DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
         result.error = decoder.error();
         return result;
     }
-    if (!allocatePixels(result, decoder.info().image_width, decoder.info().image_height, limits)) {
-        return result;
-    }
+    const auto width = decoder.info().image_width;
+    const auto height = decoder.info().image_height;
+    result.error = sizeProblem(width, height, limits);
+    if (!result.error && !decoder.holdsEnoughData()) result.error = endsTooEarly;
+    if (result.error || !allocatePixels(result, width, height, limits)) return result;
     // The library drops the markers with the last pixel.
     result.orientation = decoder.orientation();
     decoder.prepareColors();

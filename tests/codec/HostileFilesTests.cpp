@@ -89,6 +89,7 @@ TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
               "(Maximum supported image dimension is 65500 pixels)");
     EXPECT_EQ(errorWithLittleMemory(jpegOfSize(20000)),
               "photo: 20000 x 20000 pixels are more than the 268 megapixels allowed");
+    EXPECT_EQ(errorWithLittleMemory(jpegOfSize(16000)), "photo: the JPEG data end too early");
     const Bytes pixel = makeLosslessChunk(gfx::Bitmap(1, 1));
     Bytes webp = makeWebp(concatenated(makeCanvasChunk(noFlags, 65535, 65535), pixel));
     EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
