@@ -25,6 +25,8 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
         if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
         _medians[run.run_name.function_name] =
             run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
+        const auto bytes = run.counters.find("bytes/step");
+        if (bytes != run.counters.end()) _bytesPerStep = bytes->second;
     }
     ConsoleReporter::ReportRuns(runs);
 }

@@ -21,16 +21,20 @@ struct Figure {
 // Prints each benchmark's median as it comes, and at the end the figures as a Markdown table.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
-    explicit RatioReporter(std::vector<Figure> figures) : _figures(std::move(figures)) {}
+    explicit RatioReporter(std::vector<Figure> figures)
+        : ConsoleReporter(OO_None), _figures(std::move(figures)) {}
 
     void ReportRuns(const std::vector<Run>& runs) override;
     // The table; figures whose benchmarks did not run are left out.
     std::string table() const;
+    // What one recorded undo step keeps allocated; 0 when that did not run.
+    double bytesPerStep() const { return _bytesPerStep; }
 
 private:
     std::vector<Figure> _figures;
     // Nanoseconds of the processor by name: other programs cost real time, too.
     std::map<std::string, double> _medians;
+    double _bytesPerStep = 0;
 };
 
 }  // namespace kalim::bench

@@ -17,5 +17,9 @@ int main(int argc, char** argv) {
     });
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::printf("\n%s", reporter.table().c_str());
+    if (reporter.bytesPerStep() > 0) {
+        std::printf("\nOne recorded change of a box keeps %.0f bytes (goal: at most 1024).\n",
+                    reporter.bytesPerStep());
+    }
     return 0;
 }
