@@ -21,12 +21,7 @@ constexpr int kFarthestCast = 2048;
 constexpr Color kTransparent{0, 0, 0, 0};
 
 DeviceBox clipBox(cairo_t* context) {
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    cairo_clip_extents(context, &left, &top, &right, &bottom);
-    return DeviceBox::around(Rect::spanning({left, top}, {right, bottom}));
+    return DeviceBox::around(clipBounds(context));
 }
 
 void prepare(cairo_t* context, const GraphicsState& state, cairo_operator_t blending) {

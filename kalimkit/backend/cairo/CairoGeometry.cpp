@@ -76,4 +76,13 @@ Rect pointBounds(const Path& path, double scale) {
     return Rect::spanning(low * scale, high * scale);
 }
 
+Rect clipBounds(cairo_t* context) {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+    cairo_clip_extents(context, &left, &top, &right, &bottom);
+    return Rect::spanning({left, top}, {right, bottom});
+}
+
 }  // namespace kalim::gfx

@@ -32,4 +32,7 @@ void tracePath(cairo_t* context, const Path& path, double scale);
 // The box in pixels of all points of the path, control points included.
 Rect pointBounds(const Path& path, double scale);
 
+// The box of what the context may paint, in its user space.
+Rect clipBounds(cairo_t* context);
+
 }  // namespace kalim::gfx

@@ -59,15 +59,6 @@ double averagingFactor(double shrink, double farthest, Interpolation interpolati
     return std::max(isAveraged ? std::floor(shrink) : 1, farthest / kLargestSourcePosition);
 }
 
-Rect clipBounds(cairo_t* context) {
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    cairo_clip_extents(context, &left, &top, &right, &bottom);
-    return Rect::spanning({left, top}, {right, bottom});
-}
-
 }  // namespace
 
 void setSourceColor(cairo_t* context, const Color& color, double alpha) {
