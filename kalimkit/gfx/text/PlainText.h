@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim::gfx {
+
+// What of a text from outside may stand in a text that is edited: valid UTF-8, bytes that are none
+// having become replacement characters; CR and CR LF as line feeds; of the other control characters
+// only tabs.
+KALIM_API std::string plainText(std::string_view typed);
+
+}  // namespace kalim::gfx

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kalimkit/gfx/Context.h"
+#include "kalimkit/gfx/Device.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/text/TextLine.h"
+#include "kalimkit/gfx/text/TextPosition.h"
+#include "kalimkit/gfx/text/TextRange.h"
+
+namespace kalim::gfx {
+
+class MeasuredParagraph;
+
+// A UTF-8 text in one font, broken into lines from left to right, from the measures of a device.
+//
+// Line feeds (and CR, and CR LF) end a paragraph. A paragraph is broken greedily where the device
+// lets lines be broken; spaces hang beyond the limit; a word wider than the limit is broken between
+// graphemes. There is always a line, an empty one for an empty text and after a line feed at the
+// end. Bytes that are no UTF-8 count as replacement characters.
+//
+// Lengths are points; places are seen from the top-left corner of the first line. Copies share what
+// was measured, so a copy with another limit is cheap; so is a new text that keeps most paragraphs
+// of the old one.
+class KALIM_API TextLayout {
+public:
+    static constexpr double unlimited = std::numeric_limits<double>::infinity();
+
+    // The device must outlive the layout. Lines that reach below the limit's height are left out. A
+    // limit that is not a number is none.
+    TextLayout(Device& device, std::string text, const Font& font,
+               Size limit = {unlimited, unlimited});
+
+    void setText(std::string text);
+    void setFont(const Font& font);
+    void setLimit(Size limit);
+    const std::string& text() const { return _text; }
+    const Font& font() const { return _font; }
+    Size limit() const { return _limit; }
+
+    // ---- what came of it
+    const std::vector<TextLine>& lines() const { return _lines; }
+    // The widest line, and the height of all lines with their leading.
+    Size size() const;
+    // Ascent, descent and leading of the font.
+    double lineHeight() const;
+
+    // ---- caret and selection. Offsets within a grapheme count as its start, those beyond the end
+    // as the end.
+    // An index into lines(), which must not be empty.
+    std::size_t lineOf(TextPosition position) const;
+    // Without a width; as high as its line without the leading.
+    Rect caretRect(TextPosition position) const;
+    // The grapheme edge nearest to a point; a point above the first line or below the last counts
+    // as in it.
+    TextPosition positionAt(Point p) const;
+    // One rectangle a line; where the selection goes on with the next paragraph, the line feed
+    // shows as a narrow strip.
+    std::vector<Rect> selectionRects(TextRange range) const;
+
+    // ---- moves
+    std::size_t snapped(std::size_t offset) const;
+    std::size_t graphemeBefore(std::size_t offset) const;
+    std::size_t graphemeAfter(std::size_t offset) const;
+    // Starts of words backwards, ends of words forwards.
+    std::size_t wordBefore(std::size_t offset) const;
+    std::size_t wordAfter(std::size_t offset) const;
+    // The word, the space or the punctuation at an offset.
+    TextRange wordAt(std::size_t offset) const;
+    TextPosition lineStart(TextPosition position) const;
+    TextPosition lineEnd(TextPosition position) const;
+    // On the line so many below (above where negative), as near to x as it gets; from the first
+    // line up to the start of the text, from the last down to its end.
+    TextPosition movedByLines(TextPosition position, int count, double x) const;
+
+    // ---- drawing, in the text mode and colours that the context has. One drawText a line; a line
+    // with tabs takes several.
+    void draw(Context& context, Point topLeft) const;
+    // Only the lines that meet a rectangle in the context's coordinates.
+    void draw(Context& context, Point topLeft, const Rect& dirty) const;
+
+private:
+    struct Paragraph {
+        std::size_t begin = 0;
+        // Without the line feed.
+        std::size_t end = 0;
+        std::shared_ptr<const MeasuredParagraph> measured;
+    };
+    // What of its paragraph a line shows.
+    struct Row {
+        std::size_t paragraph = 0;
+        std::size_t first = 0;
+        std::size_t last = 0;
+    };
+
+    static std::vector<Paragraph> split(std::string_view text);
+    std::string_view textOf(const Paragraph& paragraph) const;
+    void measure();
+    void breakLines();
+    std::size_t paragraphAt(std::size_t offset) const;
+    const MeasuredParagraph& measuredOf(const Row& row) const;
+    double xOf(std::size_t line, std::size_t grapheme) const;
+    TextPosition positionInLine(std::size_t line, double x) const;
+    bool isBrokenByWidth(std::size_t line) const;
+    bool isBlank(std::size_t begin, std::size_t end) const;
+    void drawLine(Context& context, Point topLeft, std::size_t line) const;
+
+    Device* _device;
+    std::string _text;
+    Font _font;
+    Size _limit;
+    LineMetrics _metrics;
+    std::vector<Paragraph> _paragraphs;
+    std::vector<TextLine> _lines;
+    // One for each line.
+    std::vector<Row> _rows;
+};
+
+}  // namespace kalim::gfx
