@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <csetjmp>
 #include <cstdio>
@@ -44,6 +45,8 @@ public:
     std::string error() const { return _message.data(); }
     gfx::ImageOrientation orientation() const;
     bool holdsEnoughData() const;
+    // Why there are too many scans, or nothing.
+    std::optional<std::string> scanProblem(const DecodeLimits& limits) const;
 
 private:
     static JpegDecoder& of(j_common_ptr info) {
@@ -51,20 +54,23 @@ private:
     }
     static void onError(j_common_ptr info);
     static void onMessage(j_common_ptr info, int level);
-    static void onProgress(j_common_ptr info);
     static boolean onBytesWanted(j_decompress_ptr info);
     [[noreturn]] void fail(const char* message);
     bool chooseColors();
+    int countScans() const;
+    bool hasAllScans() const;
     void finishRow(std::uint8_t* bgra) const;
     void convertCmykRow(std::uint8_t* bgra) const;
 
     ByteSpan _bytes;
     jpeg_decompress_struct _info{};
     jpeg_error_mgr _errors{};
-    jpeg_progress_mgr _progress{};
     jpeg_source_mgr _source{};
     std::jmp_buf _failed{};
     std::array<char, JMSG_LENGTH_MAX + 64> _message{};
+    bool _readsPixels = false;
+    // The file's bytes are used up.
+    bool _hasEnded = false;
     Bytes _cmykRow;
     // Made by the library with malloc.
     JOCTET* _profile = nullptr;
@@ -87,18 +93,19 @@ JpegDecoder::~JpegDecoder() {
     std::free(_profile);
 }
 
+// Whatever the library finds wrong after the last byte comes from the missing ones.
 void JpegDecoder::fail(const char* message) {
-    std::snprintf(_message.data(), _message.size(), "%s", message);
+    std::snprintf(_message.data(), _message.size(), "%s", _hasEnded ? endsTooEarly : message);
     std::longjmp(_failed, 1);
 }
 
 void JpegDecoder::onError(j_common_ptr info) {
     std::array<char, JMSG_LENGTH_MAX> reason{};
     info->err->format_message(info, reason.data());
-    JpegDecoder& decoder = of(info);
-    std::snprintf(decoder._message.data(), decoder._message.size(),
-                  "the JPEG data cannot be read (%s)", reason.data());
-    std::longjmp(decoder._failed, 1);
+    std::array<char, JMSG_LENGTH_MAX + 64> message{};
+    std::snprintf(message.data(), message.size(), "the JPEG data cannot be read (%s)",
+                  reason.data());
+    of(info).fail(message.data());
 }
 
 // After most warnings the library goes on and fills what is missing with grey; these few concern
@@ -116,18 +123,17 @@ void JpegDecoder::onMessage(j_common_ptr info, int level) {
     }
 }
 
-// A small file can ask for a large picture to be gone over thousands of times; cameras and programs
-// that save for the web make a dozen scans.
-void JpegDecoder::onProgress(j_common_ptr info) {
-    constexpr int maxScans = 100;
-    if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > maxScans) {
-        of(info).fail("the JPEG data have more than 100 scans");
-    }
-}
-
+// Some programs leave out the end marker. The decoder asks for it even when it has all pixels, so
+// it is given one, once: if there are pixels missing it complains. Arithmetic coding would not, it
+// goes on with zeros.
 boolean JpegDecoder::onBytesWanted(j_decompress_ptr info) {
-    of(reinterpret_cast<j_common_ptr>(info)).fail(endsTooEarly);
-    return FALSE;
+    static constexpr std::array<JOCTET, 2> endMarker{0xFF, JPEG_EOI};
+    JpegDecoder& decoder = of(reinterpret_cast<j_common_ptr>(info));
+    if (!decoder._readsPixels || decoder._hasEnded || info->arith_code) decoder.fail(endsTooEarly);
+    decoder._hasEnded = true;
+    info->src->next_input_byte = endMarker.data();
+    info->src->bytes_in_buffer = endMarker.size();
+    return TRUE;
 }
 
 bool JpegDecoder::readHeader() {
@@ -138,20 +144,51 @@ bool JpegDecoder::readHeader() {
     _source.fill_input_buffer = onBytesWanted;
     _source.skip_input_data = [](j_decompress_ptr info, long count) {
         if (count <= 0) return;
-        if (static_cast<std::size_t>(count) > info->src->bytes_in_buffer) onBytesWanted(info);
+        if (static_cast<std::size_t>(count) > info->src->bytes_in_buffer) {
+            of(reinterpret_cast<j_common_ptr>(info)).fail(endsTooEarly);
+        }
         info->src->next_input_byte += count;
         info->src->bytes_in_buffer -= static_cast<std::size_t>(count);
     };
     _source.resync_to_restart = jpeg_resync_to_restart;
     _source.term_source = [](j_decompress_ptr) {};
     _info.src = &_source;
-    _progress.progress_monitor = onProgress;
-    _info.progress = &_progress;
     jpeg_save_markers(&_info, exifMarker, 0xFFFF);
     jpeg_save_markers(&_info, profileMarker, 0xFFFF);
     jpeg_read_header(&_info, TRUE);
     jpeg_read_icc_profile(&_info, &_profile, &_profileSize);
     return chooseColors();
+}
+
+// A small file can ask for a large picture to be gone over thousands of times; cameras and programs
+// that save for the web make a dozen scans, and the most thorough two.
+std::optional<std::string> JpegDecoder::scanProblem(const DecodeLimits& limits) const {
+    constexpr int maxScans = 100;
+    constexpr int maxScansAtMostPixels = 24;
+    const int scans = countScans();
+    if (scans > maxScans) return "the JPEG data have more than 100 scans";
+    const std::int64_t pixels = std::int64_t{_info.image_width} * _info.image_height;
+    if (scans * pixels / maxScansAtMostPixels <= limits.maxPixels) return std::nullopt;
+    return "the JPEG data have " + std::to_string(scans) + " scans, too many for so many pixels";
+}
+
+// Up to the end marker, behind which some cameras keep further pictures. Within a scan, 0xFF stands
+// before a marker, a restart or a zero that is dropped.
+int JpegDecoder::countScans() const {
+    constexpr std::uint8_t startOfScan = 0xDA;
+    const auto isInsideScan = [](std::uint8_t code) {
+        return code == 0 || (code >= JPEG_RST0 && code < JPEG_RST0 + 8);
+    };
+    // The first scan's header is read already.
+    int scans = 1;
+    for (ByteSpan rest(_source.next_input_byte, _source.bytes_in_buffer);;) {
+        rest = rest.subspan(static_cast<std::size_t>(std::ranges::find(rest, 0xFF) - rest.begin()));
+        if (rest.size() < 4 || rest[1] == JPEG_EOI) return scans;
+        std::size_t length = rest[1] == 0xFF ? 1 : 2;
+        if (length == 2 && !isInsideScan(rest[1])) length += rest[2] * 256U + rest[3];
+        if (rest[1] == startOfScan) ++scans;
+        rest = rest.subspan(std::min(length, rest.size()));
+    }
 }
 
 // A few bytes may not ask for gigabytes of pixels: a Huffman code is at least a bit long, and every
@@ -196,7 +233,9 @@ void JpegDecoder::prepareColors() {
 
 bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
     if (setjmp(_failed) != 0) return false;
+    _readsPixels = true;
     jpeg_start_decompress(&_info);
+    if (_hasEnded && !hasAllScans()) fail(endsTooEarly);
     while (_info.output_scanline < _info.output_height) {
         std::uint8_t* const bgra = bitmap.row(static_cast<int>(_info.output_scanline));
         JSAMPROW row = _cmykRow.empty() ? bgra : _cmykRow.data();
@@ -204,6 +243,18 @@ bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
         finishRow(bgra);
     }
     jpeg_finish_decompress(&_info);
+    return true;
+}
+
+// Every colour, and in a progressive picture every bit of it.
+bool JpegDecoder::hasAllScans() const {
+    for (int i = 0; i < _info.num_components; ++i) {
+        // Set by the first scan of a component.
+        if (_info.comp_info[i].quant_table == nullptr) return false;
+        if (!_info.progressive_mode) continue;
+        const auto& missingBits = _info.coef_bits[i];
+        if (std::ranges::any_of(missingBits, [](int bits) { return bits != 0; })) return false;
+    }
     return true;
 }
 
@@ -251,6 +302,7 @@ DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
     const auto height = decoder.info().image_height;
     result.error = sizeProblem(width, height, limits);
     if (!result.error && !decoder.holdsEnoughData()) result.error = endsTooEarly;
+    if (!result.error) result.error = decoder.scanProblem(limits);
     if (result.error || !allocatePixels(result, width, height, limits)) return result;
     // The library drops the markers with the last pixel.
     result.orientation = decoder.orientation();

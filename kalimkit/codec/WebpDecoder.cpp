@@ -113,10 +113,12 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
 
 void WebpDecoder::finishColors(gfx::Bitmap& bitmap) {
     const auto conversion = ColorConversion::make(profile(), ColorConversion::Samples::Bgra);
+    const bool hasAlpha = _config.input.has_alpha != 0;
+    if (!conversion && !hasAlpha) return;
     const auto pixelCount = static_cast<std::size_t>(bitmap.width());
     for (int y = 0; y < bitmap.height(); ++y) {
         if (conversion) conversion->convertRow(bitmap.row(y), bitmap.row(y), pixelCount);
-        premultiplyRow(bitmap.row(y), pixelCount);
+        if (hasAlpha) premultiplyRow(bitmap.row(y), pixelCount);
     }
 }
 

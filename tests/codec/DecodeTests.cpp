@@ -58,10 +58,13 @@ Bytes jpegOf(const gfx::Bitmap& bitmap) {
     return file;
 }
 
+Bytes cutTo(const Bytes& file, std::size_t size) {
+    return {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)};
+}
+
 void expectErrorForEveryCut(const Bytes& file, const std::string& format) {
     for (std::size_t size = 12; size < file.size(); ++size) {
-        const Bytes part(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
-        const DecodeResult result = decode(part, "photo");
+        const DecodeResult result = decode(cutTo(file, size), "photo");
         EXPECT_EQ(result.error, "photo: the " + format + " data end too early") << size;
         EXPECT_TRUE(result.bitmap.isEmpty()) << size;
     }
@@ -177,10 +180,22 @@ TEST(Decode, TakesTheOrientationOfTheFile) {
     EXPECT_EQ(jpeg.bitmap.size(), picture.size());
 }
 
-TEST(Decode, DataThatAreCutOffAreAnError) {
+TEST(Decode, DataThatAreCutOffAreAnErrorUnlessAllPixelsAreThere) {
     expectErrorForEveryCut(pngOf(gradient(9, 7)), "PNG");
-    expectErrorForEveryCut(jpegOf(gradient(40, 30)), "JPEG");
-    expectErrorForEveryCut(makeJpeg({JCS_RGB, JCS_YCbCr, {200, 100, 50}, true}), "JPEG");
+    const Bytes jpegs[] = {
+        jpegOf(gradient(40, 30)),
+        makeJpeg({JCS_RGB, JCS_YCbCr, {200, 100, 50}, true}),
+        makeJpeg({.inputSpace = JCS_RGB,
+                  .fileSpace = JCS_YCbCr,
+                  .pixel = {200, 100, 50},
+                  .coloursApart = true}),
+    };
+    for (const Bytes& file : jpegs) {
+        const std::size_t endMarker = file.size() - 2;
+        EXPECT_EQ(pixelsOf(cutTo(file, endMarker)), pixelsOf(file));
+        EXPECT_EQ(pixelsOf(cutTo(file, endMarker + 1)), pixelsOf(file));
+        expectErrorForEveryCut(cutTo(file, endMarker), "JPEG");
+    }
 }
 
 TEST(Decode, DamagedDataAreAnError) {

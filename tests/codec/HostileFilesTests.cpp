@@ -101,13 +101,29 @@ TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
     EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
 }
 
-TEST(HostileFiles, AJpegOfMoreThanAHundredScansIsRefused) {
-    JpegRecipe recipe{.inputSpace = JCS_GRAYSCALE, .fileSpace = JCS_GRAYSCALE, .pixel = {9}};
-    recipe.scanCount = 100;
-    EXPECT_EQ(errorWithLittleMemory(makeJpeg(recipe)), "none");
-    recipe.scanCount = 101;
-    EXPECT_EQ(errorWithLittleMemory(makeJpeg(recipe)),
+TEST(HostileFiles, AJpegMayHaveAHundredScansOrTwoDozenOfTheMostPixels) {
+    const auto jpegOfScans = [](int count) {
+        return makeJpeg({.inputSpace = JCS_GRAYSCALE,
+                         .fileSpace = JCS_GRAYSCALE,
+                         .pixel = {9},
+                         .scanCount = count});
+    };
+    EXPECT_EQ(errorWithLittleMemory(jpegOfScans(100)), "none");
+    EXPECT_EQ(errorWithLittleMemory(jpegOfScans(101)),
               "photo: the JPEG data have more than 100 scans");
+    const DecodeLimits limits{.maxPixels = 256};
+    EXPECT_EQ(decode(jpegOfScans(24), "photo", limits).error, std::nullopt);
+    EXPECT_EQ(decode(jpegOfScans(25), "photo", limits).error,
+              "photo: the JPEG data have 25 scans, too many for so many pixels");
+    // What looks like scans in a comment, or in a further picture, is none.
+    Bytes scanMarkers;
+    for (int i = 0; i < 126; ++i)
+        scanMarkers.insert(scanMarkers.end(), {0xFF, 0xDA});
+    const Bytes comment = concatenated({0xFF, 0xFE, 0, 254}, scanMarkers);
+    Bytes file = jpegOfScans(24);
+    file.resize(file.size() - 2);
+    file = concatenated(concatenated(file, comment), {0xFF, 0xD9});
+    EXPECT_EQ(decode(concatenated(file, file), "photo", limits).error, std::nullopt);
 }
 
 TEST(HostileFiles, SideInformationThatUnpacksToGigabytesIsPassedOver) {

@@ -103,10 +103,12 @@ Bytes makeJpeg(const JpegRecipe& recipe) {
     jpeg_set_colorspace(&info, static_cast<J_COLOR_SPACE>(recipe.fileSpace));
     jpeg_set_quality(&info, 100, TRUE);
     if (recipe.progressive) jpeg_simple_progression(&info);
-    const std::vector<jpeg_scan_info> scans = greyScans(recipe.scanCount);
-    if (recipe.scanCount > 1) {
+    std::vector<jpeg_scan_info> scans = greyScans(recipe.scanCount);
+    if (recipe.coloursApart)
+        scans = {{1, {0}, 0, 63, 0, 0}, {1, {1}, 0, 63, 0, 0}, {1, {2}, 0, 63, 0, 0}};
+    if (scans.size() > 1) {
         info.scan_info = scans.data();
-        info.num_scans = recipe.scanCount;
+        info.num_scans = static_cast<int>(scans.size());
     }
     info.write_Adobe_marker = recipe.adobeMarker;
     jpeg_start_compress(&info, TRUE);

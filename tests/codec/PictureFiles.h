@@ -38,6 +38,8 @@ struct JpegRecipe {
     bool adobeMarker = false;
     // More than one for a progressive grey picture of so many scans, up to 127.
     int scanCount = 1;
+    // One scan for each of three colours.
+    bool coloursApart = false;
     Bytes profile{};
 };
 Bytes makeJpeg(const JpegRecipe& recipe);
