@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/gfx/Surface.h"
+
 namespace kalim::gfx {
 
 namespace {
@@ -209,6 +211,15 @@ void Context::drawImage(const Image& image, const Rect& rect) {
 void Context::drawRaster(const Image& image, const Rect& rect) {
     if (!isFinite(rect, _state.transform) || rect.isEmpty()) return;
     if (_state.transform.isInvertible()) onDrawRaster(image, rect);
+}
+
+void Context::drawSurface(Surface& surface, const Rect& rect) {
+    if (&surface.context() == this || !isFinite(rect, _state.transform) || rect.isEmpty()) return;
+    if (_state.transform.isInvertible()) onDrawSurface(surface, rect);
+}
+
+void Context::onDrawSurface(Surface& surface, const Rect& rect) {
+    if (const ImageRef image = surface.makeImage()) onDrawRaster(*image, rect);
 }
 
 // ---- text -----------------------------------------------------------------------------------

@@ -11,6 +11,8 @@
 
 namespace kalim::gfx {
 
+class Surface;
+
 // An immediate-mode drawing context. User space is in points, y grows downwards, the origin is the
 // surface's top-left corner.
 //
@@ -87,6 +89,9 @@ public:
     void drawImage(const Image& image, const Rect& rect);
     // Draws the raster as it is stored, row 0 at the rectangle's top.
     void drawRaster(const Image& image, const Rect& rect);
+    // Draws what another surface of the same device shows at this moment, stretched over the
+    // rectangle. No picture of it is made where the backend can do without.
+    void drawSurface(Surface& surface, const Rect& rect);
 
     // ---- text -------------------------------------------------------------------------------
     // One run of UTF-8 without line breaks, its baseline starting at the point. Filled with the
@@ -111,6 +116,8 @@ protected:
     virtual void onStroke(const Path& path) = 0;
     // In user space: state().transform is to be applied.
     virtual void onDrawRaster(const Image& image, const Rect& rect) = 0;
+    // As onDrawRaster. The default draws a picture of the surface.
+    virtual void onDrawSurface(Surface& surface, const Rect& rect);
     virtual void onDrawText(std::string_view text, Point baseline, const Font& font) = 0;
     // state() is in both the one in force at the beginning of the group. The calls nest: onSave,
     // onBeginGroup, what the group draws, onEndGroup, onRestore.

@@ -8,6 +8,7 @@
 
 #include "kalimkit/backend/cairo/CairoGeometry.h"
 #include "kalimkit/backend/cairo/CairoPaint.h"
+#include "kalimkit/backend/cairo/CairoSurface.h"
 
 namespace kalim::gfx {
 
@@ -115,6 +116,29 @@ void CairoContext::onDrawRaster(const Image& image, const Rect& rect) {
                             CAIRO_EXTEND_PAD)) {
             return;
         }
+        tracePath(context, edge, 1);
+        fillSource(context, state().alpha);
+    });
+}
+
+void CairoContext::onDrawSurface(Surface& surface, const Rect& rect) {
+    const auto* const own = dynamic_cast<const CairoSurface*>(&surface);
+    if (!own) return Context::onDrawSurface(surface, rect);
+    const PixelSize size = own->pixelSize();
+    const AffineTransform pixelsToDevice =
+        AffineTransform::scaling(rect.size.width / size.width, rect.size.height / size.height)
+            .concat(AffineTransform::translation(rect.origin))
+            .concat(toDevice());
+    if (!isUsable(pixelsToDevice)) return;
+    const cairo_matrix_t toSource = toCairo(pixelsToDevice.inverted());
+    const Path edge = quadrilateral(rect, toDevice());
+    paint(pointBounds(edge, 1), [&](cairo_t* context) {
+        cairo_set_source_surface(context, own->surface(), 0, 0);
+        cairo_pattern_t* const source = cairo_get_source(context);
+        cairo_pattern_set_matrix(source, &toSource);
+        cairo_pattern_set_filter(source, state().interpolation == Interpolation::None
+                                             ? CAIRO_FILTER_NEAREST
+                                             : CAIRO_FILTER_BILINEAR);
         tracePath(context, edge, 1);
         fillSource(context, state().alpha);
     });

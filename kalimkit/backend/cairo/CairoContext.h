@@ -25,6 +25,7 @@ protected:
     void onFill(const Path& path) override;
     void onStroke(const Path& path) override;
     void onDrawRaster(const Image& image, const Rect& rect) override;
+    void onDrawSurface(Surface& surface, const Rect& rect) override;
     void onDrawText(std::string_view text, Point baseline, const Font& font) override;
     void onBeginGroup() override;
     void onEndGroup() override;

@@ -23,6 +23,7 @@ public:
 
     // The pixels drawn so far; see CairoDevice::pixels.
     const std::uint8_t* bytes() const;
+    cairo_surface_t* surface() const { return _surface.get(); }
 
 private:
     CairoSurface(SurfaceHandle surface, double scale, std::shared_ptr<CairoResources> resources);
