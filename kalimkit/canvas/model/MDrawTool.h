@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -94,6 +95,10 @@ public:
     void drawRotateCenterPoint(gfx::Context& context, gfx::Point center);
     // The label, for a finished tool that is not selected and has a text to show.
     virtual void drawMeasurement(gfx::Context& context);
+    // Where the tool's picture has changed by drawMove since this was asked last, canvas points,
+    // the line's width included, for tools that grow point by point. Nothing where the whole extent
+    // may have changed.
+    virtual std::optional<gfx::Rect> takeAddedExtent() { return std::nullopt; }
     // Brings transform and mInvertTransform up to the present points and angle, as drawing does.
     void refreshTransform();
 
