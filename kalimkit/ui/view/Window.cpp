@@ -77,6 +77,7 @@ void Window::display() {
     if (!canDraw) return;
     _lastDamage.clear();
     _lastCost = {};
+    ++_frames;
     for (const gfx::Rect& rect : damage.rects())
         draw(rect);
 }

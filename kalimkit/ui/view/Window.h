@@ -73,6 +73,8 @@ public:
     // had nothing to do is no frame.
     const std::vector<gfx::Rect>& lastDamage() const { return _lastDamage; }
     FrameCost lastCost() const { return _lastCost; }
+    // Counts the frames, the one being drawn included.
+    std::uint64_t frames() const { return _frames; }
     // All that was drawn since this was asked last, in pixels: what the host has to bring to its
     // screen.
     std::vector<gfx::Rect> takeDrawn();
@@ -108,6 +110,7 @@ private:
     std::shared_ptr<gfx::Surface> _surface;
     std::vector<gfx::Rect> _lastDamage;
     FrameCost _lastCost;
+    std::uint64_t _frames = 0;
     // In pixels, not yet taken by the host.
     Damage _drawn;
 };
