@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "tests/imageedit/image/CoordinatePictures.h"
@@ -64,6 +65,21 @@ TEST(Pixelation, EqualsTheDefinitionOnEverySmallSizeAndSomeLarge) {
     const gfx::Bitmap large = noise(613, 1021);
     for (const int level : {20, 256, 300, 600, 2000}) {
         ASSERT_EQ(blockColors(large, level), literalBlocks(large, level)) << level;
+    }
+}
+
+TEST(Pixelation, EveryPixelOfALargeSpreadHasTheColourOfItsBlock) {
+    // More than 4 MB in rows that start anywhere, at a scale of a half more.
+    constexpr gfx::PixelSize size{1031, 1043};
+    const gfx::Bitmap blocks = noise(35, 35);
+    gfx::Bitmap spread;
+    spreadBlocks(blocks, 20, 1.5, size, spread);
+    ASSERT_EQ(spread.size(), size);
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            const std::uint8_t* block = blocks.row(y / 30) + x / 30 * 4;
+            ASSERT_EQ(std::memcmp(spread.row(y) + x * 4, block, 4), 0) << x << "," << y;
+        }
     }
 }
 
