@@ -43,7 +43,8 @@ double QNTAutoDebugPerformanceInfo::availableMemory() {
 
 void QNTAutoDebugPerformanceInfo::start() {
     if (!_enable) return;
-    _startDate = _tmpDate = now();
+    _startDate = now();
+    _tmpDate = _startDate;
     _startMemeryUsed = _tmpMemeryUsed = usedMemory();
 }
 
@@ -51,8 +52,9 @@ void QNTAutoDebugPerformanceInfo::appendInfo(const std::optional<std::string>& l
     if (!_enable || !label) return;
     const double present = now();
     const double memory = usedMemory();
-    // Truncated towards zero on purpose.
-    const double elapsed = std::trunc((present - _tmpDate) * 1000);
+    // Truncated towards zero on purpose, a whole number that is never -0; none without a
+    // checkpoint.
+    const double elapsed = std::trunc((present - _tmpDate.value_or(present)) * 1000) + 0.0;
     _infos += *label + "(" + fixedText(elapsed, 0) +
               " ms [mem info] total = " + fixedText(memory, 6) +
               ", add = " + fixedText(memory - _tmpMemeryUsed, 6) + ");\n ";

@@ -41,7 +41,7 @@ public:
     const std::string& infos() const { return _infos; }
     // Seconds since 1970 at start, or at the last end; 0 before. The misspelt ones are MiB.
     double startDate() const { return _startDate; }
-    double tmpDate() const { return _tmpDate; }
+    double tmpDate() const { return _tmpDate.value_or(0); }
     double startMemeryUsed() const { return _startMemeryUsed; }
     double tmpMemeryUsed() const { return _tmpMemeryUsed; }
 
@@ -52,7 +52,7 @@ private:
     bool _enable = false;
     std::string _formatter = "YYYY-MM-dd hh:mm:ss:SSS";
     double _startDate = 0;
-    double _tmpDate = 0;
+    std::optional<double> _tmpDate;
     double _startMemeryUsed = 0;
     double _tmpMemeryUsed = 0;
     std::string _infos;

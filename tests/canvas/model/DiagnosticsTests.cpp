@@ -50,6 +50,10 @@ TEST(QNTAutoDebugPerformanceInfo, CollectsTimeAndMemoryBetweenCheckpoints) {
     EXPECT_EQ(info->startMemeryUsed(), 11);
     EXPECT_EQ(info->startDate(), host.environment().wallClock());
     EXPECT_EQ(info->availableMemory(), 99);
+
+    const auto unstarted = QNTAutoDebugPerformanceInfo::initWithName("export");
+    unstarted->appendInfo("fit");
+    EXPECT_EQ(unstarted->infos(), "fit(0 ms [mem info] total = 11.000000, add = 11.000000);\n ");
 }
 
 TEST(QNTAutoDebugPerformanceInfo, DoesNothingUntilItIsEnabledAndKnowsWhatItDoesNotKnow) {
