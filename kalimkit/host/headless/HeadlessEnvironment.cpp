@@ -58,4 +58,8 @@ void HeadlessEnvironment::presentAlert(const ui::Alert& alert) {
     Environment::presentAlert(alert);
 }
 
+void HeadlessEnvironment::textInputChanged(ui::TextView* focused) {
+    if (!focused) keyboard().hide();
+}
+
 }  // namespace kalim

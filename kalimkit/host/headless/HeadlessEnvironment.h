@@ -42,6 +42,11 @@ public:
     std::string localizedString(const std::string& key) const override;
     void setLocalizedString(const std::string& key, std::string text);
     void presentAlert(const ui::Alert& alert) override;
+    // Kept in memory.
+    std::string clipboardText() override { return _clipboard; }
+    void setClipboardText(const std::string& text) override { _clipboard = text; }
+    // A keyboard that is up goes with the focus.
+    void textInputChanged(ui::TextView* focused) override;
 
 private:
     gfx::Device& _device;
@@ -53,6 +58,7 @@ private:
     std::optional<double> _availableMemory;
     std::map<std::string, std::string> _texts;
     std::vector<ui::Alert> _alerts;
+    std::string _clipboard;
 };
 
 }  // namespace kalim

@@ -8,9 +8,12 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/loop/Alert.h"
+#include "kalimkit/ui/loop/Keyboard.h"
 #include "kalimkit/ui/loop/RunLoop.h"
 
 namespace kalim::ui {
+
+class TextView;
 
 // Facts of the main screen.
 struct Screen {
@@ -51,6 +54,20 @@ public:
     virtual std::string localizedString(const std::string& key) const { return key; }
     // Shows a modal alert. The default tells the alert at once that its first button was tapped.
     virtual void presentAlert(const Alert& alert);
+
+    // ---- text input
+    // The text on the clipboard, empty where there is none; the default has no clipboard.
+    virtual std::string clipboardText() { return {}; }
+    virtual void setClipboardText(const std::string& /*text*/) {}
+    // The text view that has the focus now, null for none: called when the focus, the text or the
+    // caret's place has changed, so that a host can show its keyboard and place an input method's
+    // window.
+    virtual void textInputChanged(TextView* /*focused*/) {}
+    // The host tells it the on-screen keyboard's height.
+    Keyboard& keyboard() { return _keyboard; }
+
+private:
+    Keyboard _keyboard;
 };
 
 }  // namespace kalim::ui

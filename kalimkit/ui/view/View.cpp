@@ -86,7 +86,8 @@ void View::removeFromSuperview() {
     if (!_superview) return;
     const auto alive = shared_from_this();
     if (_window) _window->cancelTouchesIn(*this);
-    // The receiver of a cancelled touch may have done it already.
+    if (_window) _window->endFocusIn(*this);
+    // The receiver of a cancelled touch, or who lost the focus, may have done it already.
     if (!_superview) return;
     damageExtent();
     View& parent = *std::exchange(_superview, nullptr);
@@ -218,7 +219,9 @@ void View::setAlpha(double alpha) {
 }
 
 void View::setHidden(bool hidden) {
-    if (hidden != _hidden) change([&] { _hidden = hidden; });
+    if (hidden == _hidden) return;
+    change([&] { _hidden = hidden; });
+    if (hidden && _window) _window->endFocusIn(*this);
 }
 
 void View::setBackgroundColor(gfx::ColorRef color) {
@@ -264,6 +267,27 @@ void View::removeGestureRecognizer(const GestureRecognizer& recognizer) {
     removed->_view = nullptr;
     removed->_hasFingers = false;
     removed->abandon();
+}
+
+// ---- focus
+
+bool View::becomeFirstResponder() {
+    if (!_window || !canBecomeFirstResponder()) return false;
+    for (const View* view = this; view; view = view->_superview) {
+        if (view->_hidden) return false;
+    }
+    _window->setFirstResponder(shared_from_this());
+    return isFirstResponder();
+}
+
+bool View::resignFirstResponder() {
+    if (!isFirstResponder()) return false;
+    _window->setFirstResponder(nullptr);
+    return true;
+}
+
+bool View::isFirstResponder() const {
+    return _window && _window->firstResponder().get() == this;
 }
 
 }  // namespace kalim::ui

@@ -105,6 +105,16 @@ public:
         return _recognizers;
     }
 
+    // ---- focus
+    // Whether the view takes typed text. No view does by default.
+    virtual bool canBecomeFirstResponder() const { return false; }
+    // Takes the window's focus from the view that has it; false, and nothing happens, outside of a
+    // window, when the view or one above it is hidden, or when it takes no text.
+    bool becomeFirstResponder();
+    // False when it has no focus. A view that leaves its window or is hidden loses the focus.
+    bool resignFirstResponder();
+    bool isFirstResponder() const;
+
 protected:
     View() = default;
     // Runs after construction, when shared_from_this() works.
@@ -115,6 +125,9 @@ protected:
     virtual void layoutSubviews() {}
     // After the view or one above it entered or left a window.
     virtual void didMoveToWindow() {}
+    virtual void didBecomeFirstResponder() {}
+    // The view may still be in the window or not.
+    virtual void didResignFirstResponder() {}
 
 private:
     friend class Window;

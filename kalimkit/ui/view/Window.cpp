@@ -32,6 +32,7 @@ Window::Window(gfx::Size size)
 }
 
 Window::~Window() {
+    setFirstResponder(nullptr);
     _root->setWindow(nullptr);
 }
 
@@ -43,6 +44,22 @@ void Window::setSize(gfx::Size size) {
     _drawn.clear();
     _root->setFrame({{}, size});
     addDamage({{}, _size});
+}
+
+// ---- focus
+
+void Window::setFirstResponder(const std::shared_ptr<View>& view) {
+    const std::shared_ptr<View> before = firstResponder();
+    if (before == view) return;
+    _firstResponder = view;
+    if (before) before->didResignFirstResponder();
+    // The one that lost it may have given it to another.
+    if (view && firstResponder() == view) view->didBecomeFirstResponder();
+}
+
+void Window::endFocusIn(const View& subtree) {
+    const std::shared_ptr<View> focused = firstResponder();
+    if (focused && focused->isDescendantOf(subtree)) setFirstResponder(nullptr);
 }
 
 // ---- display

@@ -57,6 +57,15 @@ public:
     const std::vector<TouchRef>& activeTouches() const { return _touches; }
     // Views call it when they go.
     void cancelTouchesIn(const View& subtree);
+    // A gesture has begun apart from any event: the views in there are told that their touches are
+    // cancelled, and those fingers are kept from them.
+    void takeTouches(const View& subtree);
+
+    // ---- focus
+    // The view that gets what is typed; null for none. Views take and give it up.
+    std::shared_ptr<View> firstResponder() const { return _firstResponder.lock(); }
+    // Views call it when they go or are hidden.
+    void endFocusIn(const View& subtree);
 
     // ---- display
     // Rounded out to whole device pixels and cut at the window.
@@ -91,10 +100,12 @@ private:
     void deliver(TouchPhase phase, const Touches& changed, const Touches& all);
     Touches feedRecognizers(View& view, TouchPhase phase, const Touches& changed,
                             const Touches& all);
+    static Touches withhold(const Touches& touches);
     void sendCancelled(const Touches& cancelled, const Touches& all);
     void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
     void finishEvent();
 
+    void setFirstResponder(const std::shared_ptr<View>& view);
     void requestLayout();
     void layout();
     bool prepareSurface();
@@ -104,6 +115,7 @@ private:
     double _scale;
     std::shared_ptr<View> _root;
     Touches _touches;
+    std::weak_ptr<View> _firstResponder;
     Damage _damage;
     bool _needsLayout = true;
     bool _isDisplaying = false;
