@@ -1,9 +1,6 @@
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 
-#include <algorithm>
-#include <numeric>
-#include <string_view>
-#include <vector>
+#include <utility>
 
 #include "kalimkit/ui/loop/Environment.h"
 
@@ -13,32 +10,9 @@ namespace {
 
 constexpr double gap = 20;
 constexpr double plateMargin = 10;
+constexpr gfx::Size measuringBound{1024, 99999};
 constexpr gfx::Color plateColor{1, 1, 1, 0.5};
 constexpr gfx::Color textColor{0, 0, 0, 1};
-
-std::vector<std::string_view> linesOf(std::string_view text) {
-    std::vector<std::string_view> lines;
-    for (;;) {
-        const std::size_t end = text.find('\n');
-        lines.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) return lines;
-        text.remove_prefix(end + 1);
-    }
-}
-
-double lineHeight(const gfx::LineMetrics& metrics) {
-    return metrics.ascent + metrics.descent + metrics.leading;
-}
-
-gfx::Size measured(const std::vector<std::string_view>& lines, const gfx::Font& font,
-                   gfx::Device& device) {
-    double width = 0;
-    for (const std::string_view line : lines) {
-        const std::vector<double> advances = device.advances(line, font);
-        width = std::max(width, std::accumulate(advances.begin(), advances.end(), 0.0));
-    }
-    return {width, lineHeight(device.lineMetrics(font)) * static_cast<double>(lines.size())};
-}
 
 }  // namespace
 
@@ -53,25 +27,36 @@ gfx::Rect MDrawMeasurementInfo::calculateTextFrameWithTextSizeForToolFrame(
 }
 
 void MDrawMeasurementInfo::drawContent(gfx::Context& context) {
-    const std::shared_ptr<const MDrawTool> shape = tool();
-    if (!shape) return;
-    const std::string text = shape->measureText();
-    if (text.empty()) return;
-    gfx::Device& device = ui::Environment::current().device();
-    const gfx::Font font;
-    const std::vector<std::string_view> lines = linesOf(text);
-    const gfx::Rect box =
-        calculateTextFrameWithTextSizeForToolFrame(measured(lines, font, device), shape->frame());
-    gfx::GraphicsStateGuard guard(context);
+    const gfx::TextLayout* text = layout();
+    if (!text) return;
+    const gfx::GraphicsStateGuard guard(context);
     context.setFillColor(plateColor);
-    context.fillRect(box.inset(-plateMargin, -plateMargin));
+    context.fillRect(labelExtent());
     context.setFillColor(textColor);
-    const gfx::LineMetrics metrics = device.lineMetrics(font);
-    double baseline = box.minY() + metrics.ascent;
-    for (const std::string_view line : lines) {
-        context.drawText(line, {box.minX(), baseline}, font);
-        baseline += lineHeight(metrics);
+    text->draw(context, textFrame(*text).origin);
+}
+
+gfx::Rect MDrawMeasurementInfo::labelExtent() const {
+    const gfx::TextLayout* text = layout();
+    return text ? textFrame(*text).inset(-plateMargin, -plateMargin) : gfx::Rect();
+}
+
+const gfx::TextLayout* MDrawMeasurementInfo::layout() const {
+    const std::shared_ptr<const MDrawTool> shape = tool();
+    std::string text = shape ? shape->measureText() : std::string();
+    if (text.empty()) return nullptr;
+    gfx::Device& device = ui::Environment::current().device();
+    if (!_layout || _device != &device || _layout->text() != text) {
+        _layout.emplace(device, std::move(text), gfx::Font(), measuringBound);
+        _device = &device;
     }
+    return &*_layout;
+}
+
+gfx::Rect MDrawMeasurementInfo::textFrame(const gfx::TextLayout& layout) const {
+    const std::shared_ptr<const MDrawTool> shape = tool();
+    return calculateTextFrameWithTextSizeForToolFrame(layout.size(),
+                                                      shape ? shape->frame() : gfx::Rect());
 }
 
 }  // namespace kalim

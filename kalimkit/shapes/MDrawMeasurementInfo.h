@@ -1,11 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include "kalimkit/canvas/model/MDrawTool.h"
 #include "kalimkit/canvas/model/MeasurementLabel.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/gfx/text/TextLayout.h"
 
 namespace kalim {
 
@@ -16,6 +20,8 @@ public:
     static std::unique_ptr<MDrawMeasurementInfo> initWithTool(std::weak_ptr<const MDrawTool> tool);
 
     void drawContent(gfx::Context& context) override;
+    // The plate.
+    gfx::Rect labelExtent() const override;
     // Where a text of that size stands for a tool with that frame, canvas points.
     static gfx::Rect calculateTextFrameWithTextSizeForToolFrame(gfx::Size size,
                                                                 const gfx::Rect& toolFrame);
@@ -25,7 +31,15 @@ public:
 private:
     explicit MDrawMeasurementInfo(std::weak_ptr<const MDrawTool> tool) : _tool(std::move(tool)) {}
 
+    // The text of the moment, laid out; null when there is none.
+    const gfx::TextLayout* layout() const;
+    gfx::Rect textFrame(const gfx::TextLayout& layout) const;
+
     std::weak_ptr<const MDrawTool> _tool;
+    // Kept while the text stays the same, since measuring is costly.
+    mutable std::optional<gfx::TextLayout> _layout;
+    // What the kept one was measured by.
+    mutable const gfx::Device* _device = nullptr;
 };
 
 }  // namespace kalim

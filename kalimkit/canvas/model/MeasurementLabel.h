@@ -2,6 +2,7 @@
 
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
 
 namespace kalim {
 
@@ -12,6 +13,8 @@ public:
     virtual ~MeasurementLabel() = default;
     // In canvas coordinates.
     virtual void drawContent(gfx::Context& context) = 0;
+    // What drawContent() would cover, canvas points; empty when there is nothing to show.
+    virtual gfx::Rect labelExtent() const = 0;
 };
 
 }  // namespace kalim
