@@ -3,6 +3,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/imageedit/image/GaussianBlur.h"
+#include "kalimkit/imageedit/image/MosaicBlocks.h"
 #include "kalimkit/imageedit/image/Pixelation.h"
 
 namespace kalim {
@@ -83,6 +86,26 @@ void pixelateLiterally12MP(benchmark::State& state) {
     }
 }
 BENCHMARK(pixelateLiterally12MP)->Unit(benchmark::kMillisecond);
+
+void mosaicBlocks12MP(benchmark::State& state) {
+    const auto device = gfx::CairoDevice::make();
+    source();
+    for (auto _ : state) {
+        const MosaicBlocks blocks(*device, source(), level);
+        benchmark::DoNotOptimize(blocks.isEmpty());
+    }
+}
+BENCHMARK(mosaicBlocks12MP)->Unit(benchmark::kMillisecond);
+
+void blur12MP(benchmark::State& state, double radius) {
+    source();
+    for (auto _ : state) {
+        const gfx::Bitmap blurred = gaussianBlurred(source(), radius);
+        benchmark::DoNotOptimize(blurred.data());
+    }
+}
+BENCHMARK_CAPTURE(blur12MP, radius100, 100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(blur12MP, radius5, 5)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace kalim
