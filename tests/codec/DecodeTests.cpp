@@ -94,8 +94,8 @@ TEST(Decode, PngOfEveryKindBecomesPremultipliedBlueGreenRedAlpha) {
          {.width = 2, .rows = {40, 41}, .transparentGrey = 41},
          {40, 40, 40, 255, 0, 0, 0, 0}},
         {"grey of 16 bits is rounded, not cut",
-         {.width = 2, .bitDepth = 16, .rows = {0x7F, 0xFF, 0x80, 0x40}},
-         {127, 127, 127, 255, 128, 128, 128, 255}},
+         {.width = 2, .bitDepth = 16, .rows = {0x00, 0xFF, 0x80, 0x40}},
+         {1, 1, 1, 255, 128, 128, 128, 255}},
         {"grey and alpha",
          {.width = 1, .colorType = PNG_COLOR_TYPE_GRAY_ALPHA, .rows = {200, 51}},
          {40, 40, 40, 51}},
@@ -173,7 +173,7 @@ TEST(Decode, TakesTheOrientationOfTheFile) {
     const Bytes exif = concatenated(bytesOf(std::string("Exif\0\0", 6)), makeExif(false, 6));
     Bytes marker{0xFF, 0xE1, 0, static_cast<std::uint8_t>(exif.size() + 2)};
     // Another APP1 marker, as XMP uses it, comes first and is passed over.
-    const Bytes other{0xFF, 0xE1, 0, 6, 'h', 't', 't', 'p'};
+    const Bytes other{0xFF, 0xE1, 0, 8, 'h', 't', 't', 'p', ':', '/'};
     marker = concatenated(other, concatenated(marker, exif));
     const DecodeResult jpeg = decode(withInserted(jpegOf(picture), 2, marker), "photo");
     EXPECT_EQ(jpeg.orientation, gfx::ImageOrientation::Right);
@@ -219,19 +219,7 @@ TEST(Decode, DamagedDataAreAnError) {
     }
 }
 
-TEST(Decode, HoldsTheHeaderAgainstTheLimitsBeforeReadingPixels) {
-    const auto pngHeader = [](std::uint8_t widthHigh, std::uint8_t heightHigh) {
-        // Sizes in steps of 4096; the file has no pixels at all.
-        const Bytes start = bytesOf("\x89PNG\r\n\x1A\n");
-        const auto header = makeChunk(
-            "IHDR", {0, 0, widthHigh, 0, 0, 0, heightHigh, 0, 8, PNG_COLOR_TYPE_RGB, 0, 0, 0});
-        return concatenated(concatenated(start, header), makeChunk("IDAT", {}));
-    };
-    EXPECT_EQ(errorOf(pngHeader(0x81, 1)),
-              "photo: 33024 x 256 pixels are more than the 32768 allowed for a side");
-    EXPECT_EQ(errorOf(pngHeader(0x50, 0x50)),
-              "photo: 20480 x 20480 pixels are more than the 268 megapixels allowed");
-
+TEST(Decode, HoldsTheSizeAgainstTheLimits) {
     const Bytes jpeg = jpegOf(gradient(20, 10));
     EXPECT_EQ(errorOf(jpeg, {.maxSide = 20, .maxPixels = 200}), "none");
     EXPECT_EQ(errorOf(jpeg, {.maxSide = 19}),

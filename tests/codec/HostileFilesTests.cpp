@@ -123,7 +123,15 @@ TEST(HostileFiles, AJpegMayHaveAHundredScansOrTwoDozenOfTheMostPixels) {
     Bytes file = jpegOfScans(24);
     file.resize(file.size() - 2);
     file = concatenated(concatenated(file, comment), {0xFF, 0xD9});
-    EXPECT_EQ(decode(concatenated(file, file), "photo", limits).error, std::nullopt);
+    file = concatenated(concatenated(file, {0, 0}), scanMarkers);
+    EXPECT_EQ(decode(file, "photo", limits).error, std::nullopt);
+    // A byte of a scan's data is no marker, so its neighbours are no length to be skipped.
+    file = jpegOfScans(101);
+    const auto lastScan =
+        std::find_end(file.begin(), file.end(), scanMarkers.begin(), scanMarkers.begin() + 2);
+    const auto offset = static_cast<std::size_t>(lastScan - file.begin());
+    EXPECT_EQ(errorWithLittleMemory(withInserted(file, offset, {0xFF, 0, 0xF0, 0})),
+              "photo: the JPEG data have more than 100 scans");
 }
 
 TEST(HostileFiles, SideInformationThatUnpacksToGigabytesIsPassedOver) {

@@ -102,7 +102,7 @@ TEST(Webp, AnAnimationIsItsFirstFrameOnATransparentCanvas) {
     EXPECT_EQ(errorOf(makeWebp(concatenated(start, outside))), "photo: the WebP data are damaged");
 }
 
-TEST(Webp, DataThatAreCutOffDamagedOrOfTwoSizesAreAnError) {
+TEST(Webp, DataThatAreCutOffOrDamagedAreAnError) {
     Bytes lossy;
     ASSERT_EQ(encodeWebp(filled(20, 10, {1, 99, 3, 120}), 90, lossy), std::nullopt);
     for (const Bytes& file : {makeWebp(makeLosslessChunk(filled(3, 2, {1, 2, 3, 4}))), lossy}) {
@@ -117,9 +117,6 @@ TEST(Webp, DataThatAreCutOffDamagedOrOfTwoSizesAreAnError) {
             EXPECT_EQ(result.error.has_value(), result.bitmap.isEmpty()) << i;
         }
     }
-    const Bytes pixels = makeLosslessChunk(filled(2, 2, {1, 2, 3, 255}));
-    EXPECT_EQ(errorOf(makeWebp(concatenated(makeCanvasChunk(0, 9000, 9000), pixels))),
-              "photo: the WebP data are damaged");
 }
 
 }  // namespace kalim::codec::test
