@@ -48,6 +48,7 @@ std::vector<float> halfKernel(double sigma, int side) {
         sum += i == 0 ? exact.back() : 2 * exact.back();
     }
     std::vector<float> kernel;
+    kernel.reserve(exact.size());
     for (const double weight : exact)
         kernel.push_back(static_cast<float>(weight / sum));
     return kernel;
@@ -182,12 +183,13 @@ void Blur::readCells(int row) {
 
 void Blur::blurAcross(int row) {
     float* const target = acrossRow(row);
-    const float* const middle = _cells.data() + reachInCells() * channels;
+    const float* const middle = _cells.data() + std::ptrdiff_t{reachInCells()} * channels;
     std::fill_n(target, _down.size(), 0.0F);
     addWeighted(target, middle, _kernel[0], _down.size());
     for (int i = 1; i <= reachInCells(); ++i) {
-        addWeighted(target, middle - i * channels, middle + i * channels,
-                    _kernel[static_cast<std::size_t>(i)], _down.size());
+        const std::ptrdiff_t offset = std::ptrdiff_t{i} * channels;
+        addWeighted(target, middle - offset, middle + offset, _kernel[static_cast<std::size_t>(i)],
+                    _down.size());
     }
 }
 
@@ -216,8 +218,9 @@ void Blur::drawApart(std::vector<std::uint16_t>& wide) const {
             _down.data() + static_cast<std::ptrdiff_t>(position.cell - _columns.first) * channels;
         const float part = static_cast<float>(position.part) / blendSteps;
         for (int c = 0; c < channels; ++c) {
-            const float value = cell[c] + (cell[c + channels] - cell[c]) * part;
-            target[c] = static_cast<std::uint16_t>(value * finePerLevel + 0.5F);
+            // Never less for more, so that no colour comes to exceed its alpha.
+            const float value = cell[c] * (1 - part) + cell[c + channels] * part;
+            target[c] = static_cast<std::uint16_t>(value * (2 * finePerLevel) + 1) / 2;
         }
         target += channels;
     }
