@@ -57,6 +57,9 @@ public:
     void scale(double x, double y) { concat(AffineTransform::scaling(x, y)); }
     void rotate(double radians) { concat(AffineTransform::rotation(radians)); }
     const AffineTransform& transform() const { return _state.transform; }
+    // Device pixels per point of the surface, for what must meet whole pixels; 1 where there are
+    // none.
+    virtual double deviceScale() const { return 1; }
 
     // ---- path -------------------------------------------------------------------------------
     // A call with a point that is not finite, as given or as transformed, does nothing.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <variant>
 
 #include "kalimkit/gfx/AffineTransform.h"
 #include "kalimkit/gfx/Color.h"
@@ -37,6 +38,9 @@ struct Pattern {
     AffineTransform transform;
     Interpolation interpolation = Interpolation::Low;
 };
+
+// What an area is filled with.
+using Paint = std::variant<Color, Pattern>;
 
 // Everything that Context::save keeps and Context::restore brings back, except the clip, which the
 // backend keeps.

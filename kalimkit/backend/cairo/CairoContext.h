@@ -18,6 +18,8 @@ public:
     // `scale` is the surface's pixels per point.
     CairoContext(cairo_surface_t* surface, double scale, std::shared_ptr<CairoResources> resources);
 
+    double deviceScale() const override { return _scale; }
+
 protected:
     void onSave() override;
     void onRestore() override;

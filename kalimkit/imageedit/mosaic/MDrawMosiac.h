@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/GraphicsState.h"
+#include "kalimkit/gfx/Image.h"
+#include "kalimkit/shapes/MDrawRect.h"
+
+namespace kalim {
+
+// A patch that hides a rectangle of the picture. The canvas supplies the pixelated picture as a
+// fill and paints patches in a pass of their own; in all else a finished patch is inert: no finger
+// hits it, and it draws nothing among the other tools.
+class KALIM_API MDrawMosiac : public MDrawRect {
+public:
+    static std::shared_ptr<MDrawMosiac> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    // From then on the patch shows the fill, no longer the preview.
+    void drawUp(gfx::Point p) override;
+
+    bool hitTest(gfx::Point) override { return false; }
+    bool hitOnHandle(gfx::Point) override { return false; }
+    bool testHitOnHandle(gfx::Point) override { return false; }
+
+    void drawContent(gfx::Context&) override {}
+    void drawSlectedStateContent(gfx::Context&) override {}
+    // While it is dragged, a translucent box. Then the masciImage, or else the fill, over what of
+    // the frame lies on the background (canvas points), grown to whole device pixels so that no
+    // pixel at the rim lets something of the hidden picture through: it reaches beyond frame and
+    // background by less than a pixel, or by one where the view is turned. Nothing off the
+    // background.
+    void drawMosiacContentWithFilledColorInRect(gfx::Context& context, const gfx::Paint& fill,
+                                                const gfx::Rect& background);
+
+    // Keeps the look of the preview, whatever the colour.
+    void setColor(gfx::ColorRef color) override;
+    // A ready piece of pixelated picture, drawn instead of the fill; null for none.
+    const gfx::ImageRef& masciImage() const { return _masciImage; }
+    void setMasciImage(gfx::ImageRef image) { _masciImage = std::move(image); }
+
+protected:
+    MDrawMosiac() = default;
+    void init() override;
+
+private:
+    bool _mIsDrawUp = false;
+    // Set for the preview, which is never stroked; deliberate.
+    gfx::ColorRef _maskBorderColor;
+    gfx::ImageRef _masciImage;
+};
+
+}  // namespace kalim
