@@ -17,11 +17,13 @@ BEGIN {
 
     # Which rooms may use which other library, by the beginning of the header's name.
     count = split("cairo pango fontconfig ft2build jpeglib jerror png zlib webp lcms SDL nlohmann " \
-        "CLI fmt gtest gmock benchmark", library, " ")
+        "CLI fmt gtest gmock benchmark emmintrin", library, " ")
     libraries["backend/cairo"] = "cairo pango fontconfig ft2build"
     libraries["codec"] = "jpeglib jerror png zlib webp lcms"
     libraries["host/sdl"] = "SDL"
     libraries["host/headless"] = "nlohmann"
+    # The compiler's own, for processors that have what it names.
+    libraries["imageedit/image"] = "emmintrin"
 
     # Standard headers that cost the web build dearly or that need a system under them.
     count2 = split("iostream fstream sstream filesystem format regex thread mutex shared_mutex " \
