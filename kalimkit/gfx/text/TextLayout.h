@@ -105,6 +105,7 @@ private:
     void breakLines();
     std::size_t paragraphAt(std::size_t offset) const;
     const MeasuredParagraph& measuredOf(const Row& row) const;
+    double hung(std::size_t line, double x) const;
     double xOf(std::size_t line, std::size_t grapheme) const;
     TextPosition positionInLine(std::size_t line, double x) const;
     bool isBrokenByWidth(std::size_t line) const;

@@ -29,12 +29,16 @@ bool TextLayout::isBrokenByWidth(std::size_t line) const {
 }
 
 // Spaces that hang are all at the limit.
+double TextLayout::hung(std::size_t line, double x) const {
+    return std::min(x, std::max(_limit.width, _lines[line].width));
+}
+
 double TextLayout::xOf(std::size_t line, std::size_t grapheme) const {
     const Row& row = _rows[line];
     double x = 0;
     for (std::size_t i = row.first; i < std::min(grapheme, row.last); ++i)
         x = measuredOf(row).advanced(x, i);
-    return std::min(x, std::max(_limit.width, _lines[line].width));
+    return hung(line, x);
 }
 
 // ---- caret and selection
@@ -73,7 +77,8 @@ TextPosition TextLayout::positionInLine(std::size_t line, double x) const {
     double edge = 0;
     for (std::size_t i = row.first; i < row.last; ++i) {
         const double next = measured.advanced(edge, i);
-        if (x < (edge + next) * 0.5) return {begin + measured.offsetOf(i), false};
+        if (x < (hung(line, edge) + hung(line, next)) * 0.5)
+            return {begin + measured.offsetOf(i), false};
         edge = next;
     }
     return {begin + measured.offsetOf(row.last), isBrokenByWidth(line)};

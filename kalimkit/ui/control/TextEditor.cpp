@@ -89,7 +89,13 @@ void TextEditor::endComposition(std::string_view text) {
     const auto kind = _origin.removed.empty() ? TextEdit::Kind::Typing : TextEdit::Kind::Other;
     TextEdit edit{kind, marked.begin, std::move(_origin.removed), std::string(text), _origin.before,
                   {}};
-    replace(marked, text);
+    const bool isKept = this->text().substr(marked.begin, marked.length()) == text;
+    if (isKept) {
+        const std::size_t end = snappedForward(marked.end);
+        setSelection({end, end});
+    } else {
+        replace(marked, text);
+    }
     edit.after = _selection;
     if (!edit.removed.empty() || !edit.inserted.empty()) _history.record(std::move(edit));
 }

@@ -1,0 +1,230 @@
+#include "kalimkit/gfx/text/TextLayout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/gfx/text/Graphemes.h"
+#include "kalimkit/gfx/text/PlainText.h"
+#include "tests/support/RecordingDevice.h"
+
+namespace kalim::gfx {
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+// At size 10 a Latin letter is 5 wide, a hanzi 10; a line is 8 + 2 + 1 high.
+const Font ten{{}, 10};
+
+// Counts what is shaped.
+class CountingDevice : public test::RecordingDevice {
+public:
+    std::vector<double> advances(std::string_view text, const Font& font) override {
+        measured += text;
+        return RecordingDevice::advances(text, font);
+    }
+    std::string measured;
+};
+
+class TextLayoutTest : public testing::Test {
+protected:
+    TextLayout layoutOf(const std::string& text, double width = TextLayout::unlimited) {
+        return {device, text, ten, {width, TextLayout::unlimited}};
+    }
+    static Strings linesOf(const TextLayout& layout) {
+        Strings lines;
+        for (const TextLine& line : layout.lines())
+            lines.push_back(layout.text().substr(line.begin, line.end - line.begin));
+        return lines;
+    }
+
+    CountingDevice device;
+};
+
+TEST_F(TextLayoutTest, BreaksGreedilyAndLetsSpacesHang) {
+    struct Case {
+        const char* what;
+        std::string text;
+        double limit;
+        Strings lines;
+        double width;
+    };
+    const Case cases[] = {
+        {"nothing", "", 100, {""}, 0},
+        {"words", "aaa bbb ccc", 40, {"aaa bbb ", "ccc"}, 35},
+        {"as wide as the limit", "aaa bbb", 35, {"aaa bbb"}, 35},
+        {"hanging spaces", "aaaa     b", 20, {"aaaa     ", "b"}, 20},
+        {"spaces at the end", "ab    ", 15, {"ab    "}, 15},
+        {"spaces within the limit", "ab ", 99, {"ab "}, 15},
+        {"a long word", "aaaaaaaaaa", 22, {"aaaa", "aaaa", "aa"}, 20},
+        {"a long word after another", "a bbbbbb", 20, {"a ", "bbbb", "bb"}, 20},
+        {"hanzi", "字字字", 25, {"字字", "字"}, 20},
+        {"line feeds", "a\n\nb\n", 99, {"a", "", "b", ""}, 5},
+        {"other line ends", "a\r\nb\rc", 99, {"a", "b", "c"}, 5},
+        {"a combining mark", "e\u0301e", 5, {"e\u0301", "e"}, 5},
+        {"no UTF-8", "\xff\xfe", 10, {"\xff", "\xfe"}, 10},
+        {"no room", "ab", 0, {"a", "b"}, 5},
+        {"a tab", "a\tb", 99, {"a\tb"}, 25},
+    };
+    for (const Case& item : cases) {
+        const TextLayout layout = layoutOf(item.text, item.limit);
+        EXPECT_EQ(linesOf(layout), item.lines) << item.what;
+        EXPECT_EQ(layout.size(), Size(item.width, 11.0 * double(item.lines.size()))) << item.what;
+    }
+}
+
+TEST_F(TextLayoutTest, PlacesBaselinesAndLeavesOutLinesBelowTheHeight) {
+    const TextLayout layout(device, "a\nb\nc", ten, {99, 21});
+    ASSERT_EQ(layout.lines().size(), 2u);
+    EXPECT_EQ(layout.lines()[1].origin, Point(0, 19));
+    EXPECT_EQ(layout.lines()[1].leading, 1);
+    // Where there is no line at all nothing can be found, and nothing goes wrong.
+    const TextLayout none(device, "a", ten, {99, 5});
+    EXPECT_EQ(none.positionAt({3, 3}), TextPosition());
+    EXPECT_EQ(none.caretRect({1}), Rect());
+}
+
+TEST_F(TextLayoutTest, FindsTheNearestGraphemeEdge) {
+    const TextLayout layout = layoutOf("ab字\nxyz");
+    EXPECT_EQ(layout.positionAt({2, 5}).offset, 0u);
+    EXPECT_EQ(layout.positionAt({3, 5}).offset, 1u);
+    EXPECT_EQ(layout.positionAt({14, 5}).offset, 2u);
+    EXPECT_EQ(layout.positionAt({16, 5}).offset, 5u);
+    EXPECT_EQ(layout.positionAt({-9, 12}).offset, 6u);
+    EXPECT_EQ(layout.positionAt({99, -99}).offset, 5u);
+    EXPECT_EQ(layout.positionAt({99, 999}).offset, 9u);
+    EXPECT_EQ(layout.caretRect({8}), Rect(10, 11, 0, 10));
+    // Inside a grapheme, and beyond the end.
+    EXPECT_EQ(layout.caretRect({3}), Rect(10, 0, 0, 10));
+    EXPECT_EQ(layout.caretRect({99}), Rect(15, 11, 0, 10));
+}
+
+TEST_F(TextLayoutTest, TellsTheEndOfABrokenLineFromTheStartOfTheNext) {
+    const TextLayout layout = layoutOf("aaa bbb", 25);
+    EXPECT_EQ(layout.caretRect({4}), Rect(0, 11, 0, 10));
+    EXPECT_EQ(layout.caretRect({4, true}), Rect(20, 0, 0, 10));
+    EXPECT_EQ(layout.lineEnd({1}), TextPosition(4, true));
+    EXPECT_EQ(layout.lineStart({4, true}), TextPosition(0, false));
+    EXPECT_EQ(layout.lineEnd({4}), TextPosition(7, false));
+    EXPECT_EQ(layout.positionAt({99, 5}), TextPosition(4, true));
+    // A line feed is no such place.
+    EXPECT_EQ(layoutOf("a\nb").caretRect({2, true}), Rect(0, 11, 0, 10));
+    // Hanging spaces are all at the limit.
+    EXPECT_EQ(layoutOf("aaaaa   b", 25).caretRect({7}).minX(), 25);
+}
+
+TEST_F(TextLayoutTest, MovesByGraphemesWordsAndLines) {
+    const TextLayout layout = layoutOf("the e\u0301,  字\r\nend");
+    EXPECT_EQ(layout.graphemeAfter(4), 7u);
+    EXPECT_EQ(layout.graphemeBefore(7), 4u);
+    EXPECT_EQ(layout.graphemeAfter(13), 15u);
+    EXPECT_EQ(layout.graphemeBefore(15), 13u);
+    EXPECT_EQ(layout.graphemeAfter(18), 18u);
+    EXPECT_EQ(layout.graphemeBefore(0), 0u);
+    EXPECT_EQ(layout.wordAfter(1), 3u);
+    EXPECT_EQ(layout.wordAfter(3), 7u);
+    EXPECT_EQ(layout.wordBefore(7), 4u);
+    EXPECT_EQ(layout.wordBefore(4), 0u);
+    EXPECT_EQ(layout.wordBefore(10), 7u);
+    EXPECT_EQ(layout.wordAt(1), TextRange(0, 3));
+    EXPECT_EQ(layout.wordAt(3), TextRange(0, 3));
+    EXPECT_EQ(layout.wordAt(16), TextRange(15, 18));
+    EXPECT_EQ(layout.movedByLines({2}, 1, 11), TextPosition(17));
+    EXPECT_EQ(layout.movedByLines({2}, -1, 10), TextPosition(0));
+    EXPECT_EQ(layout.movedByLines({16}, 1, 0), TextPosition(18));
+}
+
+TEST_F(TextLayoutTest, CoversASelectionLineByLine) {
+    const TextLayout layout = layoutOf("aaa bbb\ncc\n\nd", 25);
+    const std::vector<Rect> expected = {
+        {5, 0, 15, 11}, {0, 11, 17.75, 11}, {0, 22, 12.75, 11}, {0, 33, 2.75, 11}, {0, 44, 5, 11}};
+    EXPECT_EQ(layout.selectionRects({1, 13}), expected);
+    EXPECT_EQ(layout.selectionRects({4, 6}), std::vector<Rect>({{0, 11, 10, 11}}));
+    EXPECT_TRUE(layout.selectionRects({4, 4}).empty());
+}
+
+TEST_F(TextLayoutTest, MeasuresOnlyTheParagraphsThatChanged) {
+    TextLayout layout = layoutOf("one\ntwo\nthree\nfour", 20);
+    const struct {
+        std::string text;
+        std::string measured;
+    } steps[] = {{"one\ntwo!\nthree\nfour", "two!"},
+                 {"one\ntwo\n!\nthree\nfour", "two!"},
+                 {"one\nthree\nfour", ""},
+                 {"one\nthree\nthree\nfour", "three"},
+                 {"", ""}};
+    for (const auto& step : steps) {
+        device.measured.clear();
+        layout.setText(step.text);
+        EXPECT_EQ(device.measured, step.measured) << step.text;
+        EXPECT_EQ(layout.lines(), layoutOf(step.text, 20).lines()) << step.text;
+    }
+}
+
+TEST_F(TextLayoutTest, DrawsARunForEachLineThatShows) {
+    // A line that does not show reaches at most its height into what does.
+    const TextLayout layout = layoutOf("aa \n\tx\ty \n\nz");
+    test::RecordingContext context;
+    layout.draw(context, {100, 50}, {100, 50, 10, 10});
+    const Strings expected = {"text \"aa\" at=(100,58) size=10 #000000FF",
+                              "text \"x\" at=(120,69) size=10 #000000FF",
+                              "text \"y\" at=(140,69) size=10 #000000FF"};
+    EXPECT_EQ(context.takeLines(), expected);
+    layout.draw(context, {0, 0}, {0, 500, 10, 10});
+    EXPECT_TRUE(context.takeLines().empty());
+}
+
+// Whatever the bytes: lines cover the text, steps forward reach its end and steps back its start,
+// and each caret is found again where it stands.
+TEST_F(TextLayoutTest, StaysInOrderOnAnyBytes) {
+    const auto cairo = CairoDevice::make();
+    constexpr std::string_view alphabet = "ab \t\n\r\xcc\x81\xe5\xad\x97\xf0\x9f\x98\x80\xff";
+    unsigned noise = 7;
+    for (int round = 0; round < 60; ++round) {
+        std::string text;
+        for (int i = 0; i < 24; ++i) {
+            noise = noise * 1664525U + 1013904223U;
+            text += alphabet[(noise >> 8U) % alphabet.size()];
+        }
+        Device& used = round % 2 == 0 ? static_cast<Device&>(device) : *cairo;
+        const TextLayout layout(used, text, ten, {30, TextLayout::unlimited});
+        std::size_t reached = 0;
+        for (const TextLine& line : layout.lines()) {
+            EXPECT_LE(line.begin - reached, 2u);
+            EXPECT_LE(line.begin, line.end);
+            reached = line.end;
+        }
+        EXPECT_EQ(reached, text.size());
+        std::vector<std::size_t> forwards{0};
+        while (forwards.back() < text.size() && forwards.size() <= text.size()) {
+            EXPECT_GT(layout.graphemeAfter(forwards.back()), forwards.back());
+            EXPECT_EQ(layout.graphemeBefore(layout.graphemeAfter(forwards.back())),
+                      forwards.back());
+            forwards.push_back(layout.graphemeAfter(forwards.back()));
+            const Rect caret = layout.caretRect({forwards.back()});
+            const TextPosition found = layout.positionAt({caret.minX(), caret.midY()});
+            EXPECT_EQ(layout.caretRect(found).minX(), caret.minX());
+        }
+        EXPECT_EQ(forwards.back(), text.size());
+    }
+}
+
+TEST(Graphemes, AreCountedAsAReaderDoes) {
+    test::RecordingDevice device;
+    EXPECT_EQ(graphemeCount(device, ""), 0u);
+    EXPECT_EQ(graphemeCount(device, "e\u0301字\xff\n"), 4u);
+}
+
+TEST(PlainText, IsValidUtf8WithLineFeedsAndTabsAlone) {
+    EXPECT_EQ(plainText("a\r\nb\rc\n\td"), "a\nb\nc\n\td");
+    EXPECT_EQ(plainText("\r\n\r\n"), "\n\n");
+    EXPECT_EQ(plainText(std::string_view("a\0\x1b\x7f\xc2\x85z", 7)), "az");
+    EXPECT_EQ(plainText("\xff字\xed\xa0\x80"), "\uFFFD字\uFFFD\uFFFD\uFFFD");
+}
+
+}  // namespace
+
+}  // namespace kalim::gfx
