@@ -130,11 +130,11 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         {R"({"picture":7})", "\"picture\" must be a text, not 7"},
         {R"({"export":"a.png"})", "there is nothing to export"},
 
-        {R"({"type":"hello"})", "no text view has the focus"},
+        {R"({"type":"hello"})", "no text view is focused"},
         {R"({"compose":1})", "\"compose\" must be a text, not 1"},
-        {R"({"key":"left"})", "no text view has the focus"},
-        {R"({"keyboard":300})", "no text view has the focus"},
-        {R"({"keyboard":-1})", "\"keyboard\" must be a height from 0 on, not -1"},
+        {R"({"key":"left"})", "no text view is focused"},
+        {R"({"keyboard":300})", "no text view is focused"},
+        {R"({"keyboard":-1})", "\"keyboard\" must be a height from 0 to that of the view, not -1"},
     };
     const std::string before = printedCanvas();
     for (const Mistake& mistake : mistakes) {

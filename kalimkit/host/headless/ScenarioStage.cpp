@@ -18,6 +18,7 @@ namespace {
 constexpr double longestWait = 3600;
 // Of a gesture, radians.
 constexpr double largestRotation = 1e6;
+constexpr const char* noFocus = "no text view is focused";
 
 std::string quoted(std::string_view key) {
     return cutQuote(dumpJson(std::string(key)));
@@ -85,9 +86,9 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"print", {}, &Stage::print},
     {"picture", {}, &Stage::picture},
     {"export", {}, &Stage::exportPicture},
-    {"type", {}, &Stage::writeText},
-    {"compose", {}, &Stage::writeText},
-    {"key", {}, &Stage::writeText},
+    {"type", {}, &Stage::type},
+    {"compose", {}, &Stage::compose},
+    {"key", {}, &Stage::pressKey},
     {"keyboard", {}, &Stage::showKeyboard},
     {"tap", {}, &Stage::driveEditor},
     {"host", {"args"}, &Stage::driveEditor},
@@ -246,22 +247,57 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
     return "the drawing is too large to export";
 }
 
-// ---- what this canvas does not have
+// ---- text
 
-Problem ScenarioPlayer::Stage::writeText(const JsonValue& step) {
-    const auto& [key, value] = step.object()->front();
+std::shared_ptr<ui::TextView> ScenarioPlayer::Stage::focusedTextView() const {
+    return ui::TextView::focusedIn(_window);
+}
+
+Problem ScenarioPlayer::Stage::type(const JsonValue& step) {
     std::string text;
-    if (Problem problem = readAs(value, quoted(key), text)) return problem;
-    return "no text view has the focus";
+    if (Problem problem = readAs(*step.find("type"), "\"type\"", text)) return problem;
+    const auto view = focusedTextView();
+    if (!view) return noFocus;
+    view->insertText(text);
+    return std::nullopt;
+}
+
+Problem ScenarioPlayer::Stage::compose(const JsonValue& step) {
+    std::string text;
+    if (Problem problem = readAs(*step.find("compose"), "\"compose\"", text)) return problem;
+    const auto view = focusedTextView();
+    if (!view) return noFocus;
+    view->setMarkedText(text, {text.size(), text.size()});
+    return std::nullopt;
+}
+
+Problem ScenarioPlayer::Stage::pressKey(const JsonValue& step) {
+    std::string name;
+    const JsonValue& given = *step.find("key");
+    if (Problem problem = readAs(given, "\"key\"", name)) return problem;
+    const auto stroke = ui::KeyStroke::parse(name);
+    if (!stroke) return wrongValue("\"key\"", "a key as \"shift+left\"", given);
+    const auto view = focusedTextView();
+    if (!view) return noFocus;
+    if (!view->handleKey(*stroke)) return "a text view does nothing with the key " + quoted(name);
+    return std::nullopt;
 }
 
 Problem ScenarioPlayer::Stage::showKeyboard(const JsonValue& step) {
     double height = 0;
     const JsonValue& given = *step.find("keyboard");
     if (Problem problem = readAs(given, "\"keyboard\"", height)) return problem;
-    if (height < 0) return wrongValue("\"keyboard\"", "a height from 0 on", given);
-    return "no text view has the focus";
+    const gfx::Size area = _window.size();
+    if (height < 0 || height > area.height) {
+        return wrongValue("\"keyboard\"", "a height from 0 to that of the view", given);
+    }
+    // It may have gone with the focus already.
+    if (height > 0 && !focusedTextView()) return noFocus;
+    _environment->keyboard().setHeight(height, area);
+    return std::nullopt;
 }
+
+// ---- what this canvas does not have
 
 Problem ScenarioPlayer::Stage::driveEditor(const JsonValue&) {
     return "this step is for the editor's screen, and this is the bare canvas";

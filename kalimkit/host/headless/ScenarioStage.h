@@ -10,6 +10,7 @@
 #include "kalimkit/host/headless/ScenarioFingers.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
@@ -43,10 +44,13 @@ private:
     Problem print(const JsonValue& step);
     Problem picture(const JsonValue& step);
     Problem exportPicture(const JsonValue& step);
-    Problem writeText(const JsonValue& step);
+    Problem type(const JsonValue& step);
+    Problem compose(const JsonValue& step);
+    Problem pressKey(const JsonValue& step);
     Problem showKeyboard(const JsonValue& step);
     Problem driveEditor(const JsonValue& step);
 
+    std::shared_ptr<ui::TextView> focusedTextView() const;
     void settle();
     void printLine(JsonValue::Object members);
     JsonValue takeAlerts();
