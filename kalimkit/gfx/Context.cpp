@@ -23,6 +23,11 @@ bool isFinite(const Path& path) {
     return std::ranges::all_of(path.points(), [](Point p) { return isFinite(p); });
 }
 
+// Further than anything is drawn, and small enough to calculate with.
+Rect unlimited() {
+    return {-1e9, -1e9, 2e9, 2e9};
+}
+
 Path rectPath(const Rect& rect) {
     Path path;
     path.addRect(rect);
@@ -161,7 +166,10 @@ void Context::stroke() {
 }
 
 void Context::clip() {
-    onClip(takePath());
+    const Path path = takePath();
+    const Rect box = path.boundingBox();
+    _state.clipBounds = _state.clipBounds ? _state.clipBounds->intersection(box) : box;
+    onClip(path);
 }
 
 void Context::fillRect(const Rect& rect) {
@@ -193,6 +201,14 @@ void Context::clipToRect(const Rect& rect) {
     beginPath();
     addRect(rect);
     clip();
+}
+
+Rect Context::clipBounds() const {
+    if (!_state.transform.isInvertible()) return {};
+    if (!_state.clipBounds) return unlimited();
+    if (_state.clipBounds->isEmpty()) return {};
+    const AffineTransform toUser = _state.transform.inverted();
+    return isFinite(*_state.clipBounds, toUser) ? toUser.apply(*_state.clipBounds) : unlimited();
 }
 
 // ---- images ---------------------------------------------------------------------------------

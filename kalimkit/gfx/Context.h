@@ -86,6 +86,9 @@ public:
     void fillEllipse(const Rect& rect);
     void strokeEllipse(const Rect& rect);
     void clipToRect(const Rect& rect);
+    // A box in user space that holds everything the clip lets through, so that what lies outside
+    // need not be drawn. Huge, but finite, without a clip; empty when nothing can be drawn.
+    Rect clipBounds() const;
 
     // ---- images -----------------------------------------------------------------------------
     // Draws the picture upright, as its orientation says, stretched over the rectangle.

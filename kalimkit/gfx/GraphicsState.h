@@ -42,8 +42,8 @@ struct Pattern {
 // What an area is filled with.
 using Paint = std::variant<Color, Pattern>;
 
-// Everything that Context::save keeps and Context::restore brings back, except the clip, which the
-// backend keeps.
+// Everything that Context::save keeps and Context::restore brings back, except the clip itself,
+// which the backend keeps.
 struct GraphicsState {
     // User space to the surface's points.
     AffineTransform transform;
@@ -60,6 +60,8 @@ struct GraphicsState {
     Interpolation interpolation = Interpolation::Low;
     TextMode textMode = TextMode::Fill;
     bool antialias = true;
+    // A box around the clip in the surface's points; nothing while there is no clip.
+    std::optional<Rect> clipBounds;
 };
 
 }  // namespace kalim::gfx

@@ -153,6 +153,31 @@ TEST_F(ContextTest, RestoreBringsBackEverythingAndNeedsItsSave) {
               context.lines());
 }
 
+TEST_F(ContextTest, ClipBoundsFollowTheClipThroughTransformsAndRestores) {
+    EXPECT_TRUE(context.clipBounds().contains(Rect(-1e6, -1e6, 2e6, 2e6)));
+    context.clipToRect({10, 10, 100, 50});
+    context.clipToRect({0, 20, 30, 100});
+    EXPECT_EQ(context.clipBounds(), Rect(10, 20, 20, 40));
+    context.save();
+    context.translate(10, 20);
+    context.scale(2, 4);
+    EXPECT_EQ(context.clipBounds(), Rect(0, 0, 10, 10));
+    context.beginTransparencyGroup();
+    context.addEllipse({0, 0, 4, 2});
+    context.clip();
+    EXPECT_EQ(context.clipBounds(), Rect(0, 0, 4, 2));
+    context.endTransparencyGroup();
+    context.concat({0, 1, -1, 0, 0, 0});
+    EXPECT_EQ(context.clipBounds(), Rect(0, -10, 10, 10));
+    context.scale(0, 1);
+    EXPECT_TRUE(context.clipBounds().isEmpty());
+    context.restore();
+    context.clipToRect({200, 200, 10, 10});
+    EXPECT_TRUE(context.clipBounds().isEmpty());
+    context.clipToRect({0, 0, 400, 400});
+    EXPECT_TRUE(context.clipBounds().isEmpty());
+}
+
 TEST_F(ContextTest, PatternStaysWhereItWasSet) {
     context.translate(3, 4);
     context.setFillPattern({image, AffineTransform::scaling(2, 2), Interpolation::None});
