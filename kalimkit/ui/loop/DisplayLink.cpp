@@ -1,5 +1,6 @@
 #include "kalimkit/ui/loop/DisplayLink.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kalim::ui {
@@ -13,7 +14,14 @@ DisplayLink::~DisplayLink() {
     _loop.removeLink(*this);
 }
 
+void DisplayLink::setFrameInterval(int ticks) {
+    _frameInterval = std::max(ticks, 1);
+    _ticks = 0;
+}
+
 void DisplayLink::fire(Time time) {
+    if (++_ticks < _frameInterval) return;
+    _ticks = 0;
     const auto tick = _tick;
     if (*tick) (*tick)(time);
 }

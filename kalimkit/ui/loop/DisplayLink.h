@@ -8,8 +8,8 @@
 
 namespace kalim::ui {
 
-// Calls back at every display tick while it lives and is not paused. It starts paused. It may be
-// destroyed within its own callback.
+// Calls back at every display tick, or at every few of them, while it lives and is not paused. It
+// starts paused. It may be destroyed within its own callback.
 class KALIM_API DisplayLink {
 public:
     // The callback gets the tick's time. The loop must outlive the link.
@@ -20,6 +20,10 @@ public:
 
     bool isPaused() const { return _paused; }
     void setPaused(bool paused) { _paused = paused; }
+    // Display ticks per call: with 3, every third tick calls. Numbers below 1 count as 1. A new
+    // interval starts counting with the next tick.
+    int frameInterval() const { return _frameInterval; }
+    void setFrameInterval(int ticks);
 
 private:
     friend class RunLoop;
@@ -30,6 +34,9 @@ private:
     // Shared, so that it survives the link while it runs.
     std::shared_ptr<const std::function<void(Time)>> _tick;
     bool _paused = true;
+    int _frameInterval = 1;
+    // Since the last call.
+    int _ticks = 0;
 };
 
 }  // namespace kalim::ui

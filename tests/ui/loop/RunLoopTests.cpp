@@ -195,6 +195,19 @@ TEST(RunLoop, ALinkStartedOnTheGridTicksFirstAnIntervalLater) {
     EXPECT_EQ(ticks.back(), 2);
 }
 
+TEST(RunLoop, ALinkMayAskForEveryThirdFrame) {
+    LoopLog log;
+    DisplayLink link(log.loop, [&](Time) { log.write("third"); });
+    link.setPaused(false);
+    log.loop.advanceTo(1.0 / 60);
+    link.setFrameInterval(3);
+    log.loop.advanceTo(0.12);
+    EXPECT_EQ(log.take(), (Lines{"third@17", "third@67", "third@117"}));
+    link.setFrameInterval(0);
+    log.loop.advanceTo(0.15);
+    EXPECT_EQ(log.take(), (Lines{"third@133", "third@150"}));
+}
+
 TEST(RunLoop, LinksMayComeAndGoWhileAFrameTicks) {
     LoopLog log;
     std::unique_ptr<DisplayLink> last;
