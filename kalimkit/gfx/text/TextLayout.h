@@ -109,6 +109,7 @@ private:
     double xOf(std::size_t line, std::size_t grapheme) const;
     TextPosition positionInLine(std::size_t line, double x) const;
     bool isBrokenByWidth(std::size_t line) const;
+    bool holdsWord(TextRange range) const;
     bool isBlank(std::size_t begin, std::size_t end) const;
     void drawLine(Context& context, Point topLeft, std::size_t line) const;
 

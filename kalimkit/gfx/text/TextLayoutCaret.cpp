@@ -158,6 +158,16 @@ std::size_t TextLayout::wordAfter(std::size_t offset) const {
     return paragraph.end;
 }
 
+// Beyond ASCII everything counts as a word.
+bool TextLayout::holdsWord(TextRange range) const {
+    const auto isOfWord = [](char c) {
+        const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        return isLetter || (c >= '0' && c <= '9') || static_cast<unsigned char>(c) >= 0x80;
+    };
+    return std::ranges::any_of(std::string_view(_text).substr(range.begin, range.length()),
+                               isOfWord);
+}
+
 TextRange TextLayout::wordAt(std::size_t offset) const {
     const Paragraph& paragraph = _paragraphs[paragraphAt(offset)];
     TextRange word{paragraph.begin, paragraph.begin};
@@ -165,7 +175,7 @@ TextRange TextLayout::wordAt(std::size_t offset) const {
         const TextRange next{word.end, paragraph.begin + edge};
         // Between a word and what is no word, the word counts.
         if (next.begin > offset) break;
-        if (next.begin == offset && !word.isEmpty() && isBlank(next.begin, next.end)) break;
+        if (next.begin == offset && holdsWord(word) && !holdsWord(next)) break;
         word = next;
     }
     return word;

@@ -131,6 +131,9 @@ TEST_F(TextLayoutTest, MovesByGraphemesWordsAndLines) {
     EXPECT_EQ(layout.wordBefore(10), 7u);
     EXPECT_EQ(layout.wordAt(1), TextRange(0, 3));
     EXPECT_EQ(layout.wordAt(3), TextRange(0, 3));
+    // At the end of a word, even before a comma, it is the word.
+    EXPECT_EQ(layout.wordAt(7), TextRange(4, 7));
+    EXPECT_EQ(layout.wordAt(8), TextRange(7, 10));
     EXPECT_EQ(layout.wordAt(16), TextRange(15, 18));
     EXPECT_EQ(layout.movedByLines({2}, 1, 11), TextPosition(17));
     EXPECT_EQ(layout.movedByLines({2}, -1, 10), TextPosition(0));
