@@ -14,7 +14,12 @@
 
 namespace kalim {
 
-using FeatureValue = std::variant<double, std::int64_t, gfx::Point, gfx::ColorRef>;
+// Lists of points that many snapshots may share, because nothing changes them any more.
+using PointLines = std::vector<std::vector<gfx::Point>>;
+using PointLinesRef = std::shared_ptr<const PointLines>;
+
+using FeatureValue =
+    std::variant<double, std::int64_t, gfx::Point, gfx::ColorRef, std::string, PointLinesRef>;
 
 // A tool's snapshot: its properties by key. A handful of entries, so a plain list serves as the
 // map. Recorded snapshots are shared as FeatureRef and never change again.
