@@ -1,0 +1,214 @@
+#include "kalimkit/shapes/MDrawFreeline.h"
+
+#include <utility>
+
+#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/outline/SegmentHit.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr std::size_t minimumPoints = 5;
+
+}  // namespace
+
+std::shared_ptr<MDrawFreeline> MDrawFreeline::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawFreeline>(start);
+}
+
+const ToolClass& MDrawFreeline::Class() {
+    static const ToolClass toolClass{"MDrawFreeline", &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawFreeline>};
+    return toolClass;
+}
+
+void MDrawFreeline::init() {
+    MDrawRect::init();
+    setMaskColorByAlpha(Freeline_default_alpha);
+}
+
+void MDrawFreeline::drawMove(gfx::Point p) {
+    addNewPoint(invertPoint(p));
+}
+
+void MDrawFreeline::drawUp(gfx::Point p) {
+    addNewPoint(invertPoint(p));
+    rebuildBoundBox();
+    reCalcCenter();
+    _isChangedAllOver = true;
+}
+
+void MDrawFreeline::addNewPoint(gfx::Point p) {
+    const bool wasDrawn = isDrawVaild();
+    if (_needNewLine) {
+        if (_strokes.lines().empty()) _startPoint = p;
+        _strokes.beginLine();
+        _needNewLine = false;
+    }
+    const std::optional<gfx::Rect> box = _strokes.addPoint(p);
+    if (box) _addedBox = _addedBox ? _addedBox->unionWith(*box) : *box;
+    // The point that makes the tool valid shows the curves before it, too.
+    if (isDrawVaild() != wasDrawn) _isChangedAllOver = true;
+    _recordedLines = nullptr;
+}
+
+bool MDrawFreeline::isDrawVaild() const {
+    return _strokes.pointCount() > minimumPoints;
+}
+
+gfx::Rect MDrawFreeline::frame() const {
+    return _strokes.frame();
+}
+
+void MDrawFreeline::rebuildBoundBox() {
+    _startPoint = frame().origin;
+    _endPoint = farCorner();
+}
+
+std::vector<gfx::Point> MDrawFreeline::allPoints() const {
+    std::vector<gfx::Point> points;
+    points.reserve(_strokes.pointCount());
+    for (const std::vector<gfx::Point>& line : linePoints())
+        points.insert(points.end(), line.begin(), line.end());
+    return points;
+}
+
+void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle) {
+    _strokes.mapPoints(handle);
+    strokesChanged();
+}
+
+bool MDrawFreeline::hitTest(gfx::Point p) {
+    const gfx::Point own = invertPoint(p);
+    const double reach = freehandHitReach(lineWidth());
+    if (_strokes.pointCount() < minimumPoints || !frame().inset(-reach, -reach).contains(own)) {
+        return false;
+    }
+    for (const std::vector<gfx::Point>& line : linePoints()) {
+        for (std::size_t i = 1; i < line.size(); ++i) {
+            if (hitsFreehandSegment(own, line[i - 1], line[i], lineWidth())) return true;
+        }
+    }
+    return false;
+}
+
+MoveDirection MDrawFreeline::handleAt(gfx::Point p) {
+    if (isPointOnHandle(invertPoint(p), farCorner())) return MoveDirection::BottomRight;
+    return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+}
+
+void MDrawFreeline::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
+    if (_moveDirection != MoveDirection::Body) return scaleTo(end);
+    allPointsHandle([offset](gfx::Point p) { return p + offset; });
+    rebuildBoundBox();
+}
+
+void MDrawFreeline::scaleTo(gfx::Point finger) {
+    setPreScalePoint(farCorner());
+    const gfx::Point center = centerPoint();
+    if (_strokes.pointCount() < minimumPoints || finger == preScalePoint()) return;
+    if (finger.x < center.x || finger.y < center.y) return;
+    // Single precision on purpose.
+    const float from = static_cast<float>(QVPointDistance(preScalePoint(), center));
+    const float to = static_cast<float>(QVPointDistance(finger, center));
+    // Strokes that lie at one place have no size to scale.
+    if (from == 0) return;
+    const double factor = to / from;
+    allPointsHandle([=](gfx::Point p) { return center + (p - center) * factor; });
+    setPreScalePoint(finger);
+}
+
+void MDrawFreeline::stopMoveHandle() {
+    MDrawRect::stopMoveHandle();
+    rebuildBoundBox();
+    reCalcCenter();
+    _isChangedAllOver = true;
+}
+
+void MDrawFreeline::drawContent(gfx::Context& context) {
+    gfx::GraphicsStateGuard guard(context);
+    if (isNewBuild() && maskColor()) context.setStrokeColor(*maskColor());
+    context.beginPath();
+    _strokes.addCurvesInSight(context);
+    context.stroke();
+}
+
+void MDrawFreeline::drawContentHandle(gfx::Context& context) {
+    drawHandleAtPoint(context, farCorner());
+}
+
+std::optional<gfx::Rect> MDrawFreeline::takeAddedExtent() {
+    const std::optional<gfx::Rect> added = std::exchange(_addedBox, std::nullopt);
+    const bool isChangedAllOver = std::exchange(_isChangedAllOver, false);
+    if (isChangedAllOver || !isNewBuild() || rotateAngle() != 0) return std::nullopt;
+    const double reach = lineWidth() * 0.5;
+    return added ? added->inset(-reach, -reach) : gfx::Rect{};
+}
+
+Feature MDrawFreeline::getFeature() const {
+    Feature feature = MDrawRect::getFeature();
+    if (!_recordedLines) _recordedLines = std::make_shared<const PointLines>(linePoints());
+    feature.set("MDrawFree-linepoint", _recordedLines);
+    return feature;
+}
+
+void MDrawFreeline::setFeature(const FeatureRef& feature) {
+    if (!feature) return;
+    const auto* const recorded = feature->get<PointLinesRef>("MDrawFree-linepoint");
+    const PointLinesRef lines = recorded ? *recorded : nullptr;
+    if (!lines || lines != _recordedLines) {
+        _strokes.setLines(lines ? *lines : PointLines{});
+        strokesChanged();
+        _recordedLines = lines;
+    }
+    MDrawRect::setFeature(feature);
+}
+
+void MDrawFreeline::setColor(gfx::ColorRef color) {
+    MDrawRect::setColor(std::move(color));
+    setMaskColorByAlpha(Freeline_default_alpha);
+}
+
+void MDrawFreeline::setMaskColorByAlpha(double alpha) {
+    const gfx::ColorRef own = color();
+    setMaskColor(own ? gfx::makeColor(own->withAlpha(alpha)) : nullptr);
+    _isChangedAllOver = true;
+}
+
+void MDrawFreeline::setLineWidth(double width) {
+    MDrawRect::setLineWidth(width);
+    _isChangedAllOver = true;
+}
+
+void MDrawFreeline::setSelected(bool selected) {
+    MDrawRect::setSelected(selected);
+    _isChangedAllOver = true;
+}
+
+std::string MDrawFreeline::measureText() const {
+    double length = 0;
+    const gfx::Point* previous = nullptr;
+    for (const std::vector<gfx::Point>& line : linePoints()) {
+        for (const gfx::Point& point : line) {
+            if (previous) length += QVPointDistance(*previous, point);
+            previous = &point;
+        }
+    }
+    // No space before the colon, unlike the straight line: both forms are meant.
+    return measureLabel("Length") + ": " + measureValue(unitConvertIsSquare(length, false)) + " " +
+           unit();
+}
+
+gfx::Point MDrawFreeline::farCorner() const {
+    const gfx::Rect box = frame();
+    return {box.maxX(), box.maxY()};
+}
+
+void MDrawFreeline::strokesChanged() {
+    _recordedLines = nullptr;
+    _isChangedAllOver = true;
+}
+
+}  // namespace kalim

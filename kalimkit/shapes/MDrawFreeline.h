@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shapes/MDrawRect.h"
+#include "kalimkit/shapes/outline/FreehandStrokes.h"
+
+namespace kalim {
+
+// A freehand drawing of one or more strokes, drawn smoothed, with one handle that scales it. The
+// start and end points are kept at the corners of the strokes' bounding box. While the tool is new,
+// its strokes are drawn in the mask colour: the tool's own with an alpha that fades in.
+class KALIM_API MDrawFreeline : public MDrawRect {
+public:
+    // The start point is no point of a stroke: those come from moves and the touch-up.
+    static std::shared_ptr<MDrawFreeline> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    void drawMove(gfx::Point p) override;
+    // MDrawFreeLineHelper finalizes, not the touch-up.
+    void drawUp(gfx::Point p) override;
+    // A point of a stroke, in the tool's unrotated frame.
+    void addNewPoint(gfx::Point p);
+    // True: the next point starts a stroke.
+    bool needNewLine() const { return _needNewLine; }
+    void setNeedNewLine(bool needNewLine) { _needNewLine = needNewLine; }
+    // More than 5 points in all.
+    bool isDrawVaild() const override;
+
+    // The bounding box of the points, without the line's width.
+    gfx::Rect frame() const override;
+    void rebuildBoundBox();
+    // The points of all strokes, one list.
+    std::vector<gfx::Point> allPoints() const;
+    // Replaces every point, in order.
+    void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
+    const PointLines& linePoints() const { return _strokes.lines(); }
+
+    bool hitTest(gfx::Point p) override;
+    // The body moves every point; whatever else is grabbed scales them about centerPoint.
+    void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    void stopMoveHandle() override;
+
+    void drawContent(gfx::Context& context) override;
+    // The selected look is the drawing itself, in the selection's width.
+    void drawSlectedStateContent(gfx::Context& context) override { drawContent(context); }
+    void drawContentHandle(gfx::Context& context) override;
+    std::optional<gfx::Rect> takeAddedExtent() override;
+
+    Feature getFeature() const override;
+    void setFeature(const FeatureRef& feature) override;
+
+    // Always an outline.
+    void setDrawType(std::uint64_t) override { _drawType = 0; }
+    // Also sets the mask's alpha back to Freeline_default_alpha.
+    void setColor(gfx::ColorRef color) override;
+    void setMaskColorByAlpha(double alpha);
+    void setLineWidth(double width) override;
+    void setSelected(bool selected) override;
+    // The gaps between strokes count as segments, deliberately.
+    std::string measureText() const override;
+
+protected:
+    MDrawFreeline() = default;
+    void init() override;
+    // Leaves the points as they are, unlike the boxes.
+    MoveDirection handleAt(gfx::Point p) override;
+
+private:
+    gfx::Point farCorner() const;
+    void scaleTo(gfx::Point finger);
+    void strokesChanged();
+
+    FreehandStrokes _strokes;
+    bool _needNewLine = true;
+    // What the latest snapshot holds, while the strokes are still the same: snapshots share it.
+    mutable PointLinesRef _recordedLines;
+    // The box of the curves since takeAddedExtent was asked, without the line's width.
+    std::optional<gfx::Rect> _addedBox;
+    // Whether something else has changed the picture since.
+    bool _isChangedAllOver = true;
+};
+
+}  // namespace kalim

@@ -1,0 +1,99 @@
+#include "kalimkit/shapes/outline/FreehandStrokes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kalim {
+
+namespace {
+
+constexpr std::size_t curvesPerChunk = 64;
+
+// Boxes without width or height count, too.
+bool meet(const gfx::Rect& a, const gfx::Rect& b) {
+    return a.minX() <= b.maxX() && b.minX() <= a.maxX() && a.minY() <= b.maxY() &&
+           b.minY() <= a.maxY();
+}
+
+}  // namespace
+
+void FreehandStrokes::setLines(Lines lines) {
+    _lines = std::move(lines);
+    deriveAll();
+}
+
+void FreehandStrokes::beginLine() {
+    _lines.emplace_back();
+    _smoothing.restart();
+}
+
+std::optional<gfx::Rect> FreehandStrokes::addPoint(gfx::Point p) {
+    if (_lines.empty()) beginLine();
+    _lines.back().push_back(p);
+    return derive(p);
+}
+
+void FreehandStrokes::mapPoints(const std::function<gfx::Point(gfx::Point)>& mapping) {
+    for (std::vector<gfx::Point>& line : _lines) {
+        for (gfx::Point& point : line)
+            point = mapping(point);
+    }
+    deriveAll();
+}
+
+void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
+    const gfx::Rect clip = context.clipBounds();
+    if (clip.isEmpty()) return;
+    // The whole width where half would do: a clip's edge shows some of the pixels it cuts.
+    const double reach = context.state().lineWidth + 1;
+    const gfx::Rect sight = clip.inset(-reach, -reach);
+    for (std::size_t chunk = 0; chunk < _chunkBoxes.size(); ++chunk) {
+        if (!meet(_chunkBoxes[chunk], sight)) continue;
+        const std::size_t first = chunk * curvesPerChunk;
+        const std::size_t end = std::min(first + curvesPerChunk, _curves.size());
+        for (std::size_t i = first; i < end; ++i) {
+            const SmoothedCurve& curve = _curves[i];
+            if (!meet(curve.box(), sight)) continue;
+            context.moveTo(curve.start);
+            context.cubicTo(curve.control1, curve.control2, curve.end);
+        }
+    }
+}
+
+gfx::Rect FreehandStrokes::frame() const {
+    // Deliberately narrowed.
+    const float width = static_cast<float>(std::abs(_high.x - _low.x));
+    const float height = static_cast<float>(std::abs(_high.y - _low.y));
+    return {_low.x, _low.y, width, height};
+}
+
+std::optional<gfx::Rect> FreehandStrokes::derive(gfx::Point p) {
+    if (_pointCount++ == 0) _low = _high = p;
+    _low = {std::min(_low.x, p.x), std::min(_low.y, p.y)};
+    _high = {std::max(_high.x, p.x), std::max(_high.y, p.y)};
+    const std::optional<SmoothedCurve> curve = _smoothing.add(p);
+    if (!curve) return std::nullopt;
+    const gfx::Rect box = curve->box();
+    if (_curves.size() % curvesPerChunk == 0) {
+        _chunkBoxes.push_back(box);
+    } else {
+        _chunkBoxes.back() = _chunkBoxes.back().unionWith(box);
+    }
+    _curves.push_back(*curve);
+    return box;
+}
+
+void FreehandStrokes::deriveAll() {
+    _pointCount = 0;
+    _low = _high = {};
+    _curves.clear();
+    _chunkBoxes.clear();
+    for (const std::vector<gfx::Point>& line : _lines) {
+        _smoothing.restart();
+        for (const gfx::Point point : line)
+            derive(point);
+    }
+}
+
+}  // namespace kalim
