@@ -1,0 +1,28 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shapes/MDrawAngle.h"
+
+namespace kalim {
+
+// A curve that measures: drawn from the start point to the touch-up, bent by the vertex between
+// them. The first touch-up finishes it; until then nothing of it shows.
+class KALIM_API MDrawArc : public MDrawAngle {
+public:
+    static std::shared_ptr<MDrawArc> initWithStartPoint(gfx::Point start);
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    // Adds the point halfway from the start point and the point itself.
+    void drawUp(gfx::Point p) override;
+    // The line is 3 points wide, whatever lineWidth says.
+    void drawContent(gfx::Context& context) override;
+    void drawContentHandle(gfx::Context& context) override;
+    // The curve's length and its ends' distance; empty with fewer than three vertices.
+    std::string measureText() const override;
+
+protected:
+    MDrawArc() = default;
+};
+
+}  // namespace kalim

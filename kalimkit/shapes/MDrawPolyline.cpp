@@ -1,0 +1,132 @@
+#include "kalimkit/shapes/MDrawPolyline.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/shapes/MDrawMeasurementInfo.h"
+#include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/outline/VertexMeasure.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr gfx::Color clear{0, 0, 0, 0};
+
+}  // namespace
+
+std::shared_ptr<MDrawPolyline> MDrawPolyline::initWithStartPoint(gfx::Point start) {
+    return makeWithVertex<MDrawPolyline>(start);
+}
+
+const ToolClass& MDrawPolyline::Class() {
+    static const ToolClass toolClass{"MDrawPolyline", &MDrawTool::Class(),
+                                     &MDrawPolyline::makeToolWithVertex<MDrawPolyline>};
+    return toolClass;
+}
+
+void MDrawPolyline::init() {
+    MDrawTool::init();
+    _closePath = true;
+}
+
+void MDrawPolyline::drawMove(gfx::Point p) {
+    _movePoint = p;
+}
+
+void MDrawPolyline::drawUp(gfx::Point p) {
+    _movePoint = {};
+    if (!isOnFirstVertex(p)) {
+        _points.push_back(p);
+    } else if (_points.size() >= 2) {
+        finalize();
+    }
+}
+
+gfx::Rect MDrawPolyline::frame() const {
+    if (_points.empty()) return {};
+    gfx::Point low = _points.front();
+    gfx::Point high = low;
+    for (const gfx::Point point : _points) {
+        low = {std::min(low.x, point.x), std::min(low.y, point.y)};
+        high = {std::max(high.x, point.x), std::max(high.y, point.y)};
+    }
+    // Deliberately narrowed.
+    const float width = static_cast<float>(high.x - low.x);
+    const float height = static_cast<float>(high.y - low.y);
+    return {low.x, low.y, width, height};
+}
+
+bool MDrawPolyline::hitOnHandle(gfx::Point p) {
+    _moveHandleIndex = handleIndexAt(p);
+    return _moveHandleIndex != NoVertex;
+}
+
+bool MDrawPolyline::testHitOnHandle(gfx::Point p) {
+    return handleIndexAt(p) != NoVertex;
+}
+
+std::int32_t MDrawPolyline::handleIndexAt(gfx::Point p) const {
+    if (_points.empty()) return NoVertex;
+    const auto vertex = std::ranges::find_if(
+        _points, [&](gfx::Point handle) { return isPointOnHandle(p, handle); });
+    if (vertex != _points.end()) return static_cast<std::int32_t>(vertex - _points.begin());
+    return frame().contains(p) ? AllVertices : NoVertex;
+}
+
+void MDrawPolyline::moveByOffsetEndPoint(gfx::Point offset, gfx::Point) {
+    if (_moveHandleIndex >= 0) {
+        _points[static_cast<std::size_t>(_moveHandleIndex)] += offset;
+    } else if (_moveHandleIndex == AllVertices) {
+        for (gfx::Point& point : _points)
+            point += offset;
+    }
+}
+
+void MDrawPolyline::stopMoveHandle() {
+    MDrawTool::stopMoveHandle();
+    _moveHandleIndex = NoVertex;
+}
+
+void MDrawPolyline::drawContent(gfx::Context& context) {
+    {
+        gfx::GraphicsStateGuard guard(context);
+        useToolColor(context);
+        context.setLineWidth(lineWidth());
+        context.beginPath();
+        // The first line of a path starts it.
+        for (const gfx::Point point : _points)
+            context.lineTo(point);
+        const bool hasBand = !finalized() && !_points.empty() && _movePoint != gfx::Point{};
+        if (hasBand) context.lineTo(_movePoint);
+        if (finalized() && _closePath) context.closePath();
+        context.stroke();
+    }
+    if (finalized() && !selected()) return;
+    for (const gfx::Point point : _points)
+        drawHandleAtPoint(context, point);
+}
+
+std::string MDrawPolyline::measureText() const {
+    const std::string length = measureValue(unitConvertIsSquare(lengthOfVertices(_points), false));
+    // Truncated on purpose.
+    const double area = std::abs(std::trunc(signedAreaOfVertices(_points)));
+    return measureLabel("Length") + ": " + length + " " + unit() + "\n" + measureLabel("Area") +
+           ": " + measureValue(unitConvertIsSquare(area, true)) + " sq" + unit();
+}
+
+std::unique_ptr<MeasurementLabel> MDrawPolyline::makeMeasurement() {
+    return MDrawMeasurementInfo::initWithTool(shared_from_this());
+}
+
+void MDrawPolyline::useToolColor(gfx::Context& context) const {
+    const gfx::ColorRef paint = color();
+    context.setStrokeColor(paint ? *paint : clear);
+}
+
+bool MDrawPolyline::isOnFirstVertex(gfx::Point p) const {
+    return !_points.empty() && isPointOnHandle(p, _points.front());
+}
+
+}  // namespace kalim

@@ -1,0 +1,196 @@
+#include "kalimkit/shapes/MDrawPolyline.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "kalimkit/shapes/MDrawArc.h"
+#include "kalimkit/shapes/MeasureText.h"
+#include "tests/support/RecordingContext.h"
+#include "tests/support/TestHost.h"
+
+namespace kalim {
+namespace {
+
+using Points = std::vector<gfx::Point>;
+using Lines = std::vector<std::string>;
+
+// Made by its class, as a canvas does; the last point is followed by a tap on the first vertex
+// where the shape needs one to finish.
+template <typename Shape = MDrawPolyline>
+std::shared_ptr<Shape> shapeOf(const Points& points, bool isClosed = false) {
+    const ToolRef tool = Shape::Class().makeWithStartPoint(points.front());
+    tool->setColor(gfx::makeColor(1, 0, 0));
+    tool->setLineWidth(2);
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        tool->drawMove(points[i]);
+        tool->drawUp(points[i]);
+    }
+    if (isClosed) tool->drawUp(points.front());
+    return std::static_pointer_cast<Shape>(tool);
+}
+
+// What is stroked, the handles' circles left out.
+Lines outlines(MDrawTool& tool) {
+    test::RecordingContext context;
+    tool.draw(context);
+    Lines lines;
+    for (const std::string& line : context.lines()) {
+        const bool isCircle =
+            line.find(" C ") != std::string::npos && line.find(" Z]") != std::string::npos;
+        if (line.starts_with("stroke") && !isCircle)
+            lines.push_back(line.substr(0, line.find(" cap=")));
+    }
+    return lines;
+}
+
+std::size_t handles(MDrawTool& tool) {
+    test::RecordingContext context;
+    tool.draw(context);
+    return static_cast<std::size_t>(
+        std::ranges::count_if(context.lines(), [](const std::string& line) {
+            return line.starts_with("fill") && line.find("#24A9E9FF") != std::string::npos;
+        }));
+}
+
+TEST(MDrawPolyline, IsFinishedByATapOnTheFirstOfTwoVertices) {
+    const auto shape = shapeOf({{0, 0}});
+    shape->drawUp({2, 2});
+    EXPECT_EQ(shape->points().size(), 1u);
+    EXPECT_FALSE(shape->finalized());
+    shape->drawUp({100, 0});
+    EXPECT_FALSE(shape->finalized());
+    shape->drawUp({2, 2});
+    EXPECT_EQ(shape->points(), (Points{{0, 0}, {100, 0}}));
+    EXPECT_TRUE(shape->finalized());
+    EXPECT_EQ(outlines(*shape), Lines{"stroke [M 0,0 L 100,0 Z] #FF0000FF width=2"});
+    EXPECT_EQ(handles(*shape), 0u);
+    shape->setSelected(true);
+    // In both passes: the vertices are part of the content.
+    EXPECT_EQ(handles(*shape), 4u);
+}
+
+TEST(MDrawPolyline, ShowsItsVerticesAndARubberBandWhileItGrows) {
+    const auto shape = shapeOf({{0, 0}, {100, 0}});
+    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
+    EXPECT_EQ(handles(*shape), 2u);
+    shape->drawMove({50, 60});
+    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0 L 50,60] #FF0000FF width=2");
+    shape->drawMove({0, 0});
+    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
+}
+
+TEST(MDrawPolyline, DragsOneVertexOrAllOfThem) {
+    const auto shape = shapeOf({{0, 0}, {200, 0}, {200, 100}}, true);
+    const auto drag = [&](gfx::Point at) {
+        const bool isHit = shape->testHitOnHandle(at);
+        EXPECT_EQ(shape->hitOnHandle(at), isHit);
+        shape->tryMovePointEndPoint(at, at + gfx::Point{1, 2});
+        return isHit;
+    };
+    EXPECT_FALSE(drag({100, 150}));
+    EXPECT_TRUE(drag({200, 0}));
+    EXPECT_EQ(shape->points(), (Points{{0, 0}, {201, 2}, {200, 100}}));
+    EXPECT_EQ(shape->frame(), gfx::Rect(0, 0, 201, 100));
+    EXPECT_TRUE(drag({100, 50}));
+    EXPECT_EQ(shape->points(), (Points{{1, 2}, {202, 4}, {201, 102}}));
+    shape->stopMoveHandle();
+    shape->tryMovePointEndPoint({0, 0}, {50, 50});
+    EXPECT_EQ(shape->points().front(), (gfx::Point{1, 2}));
+}
+
+TEST(MDrawPolyline, LeavesTheClosingEdgeOutOfItsLengthAndTruncatesItsArea) {
+    struct Case {
+        Points points;
+        const char* text;
+    };
+    const Case cases[] = {
+        {{{0, 0}}, "Length: 0.00 px\nArea: 0.00 sqpx"},
+        {{{0, 0}, {100, 0}, {100, 100}, {0, 100}}, "Length: 300.00 px\nArea: 10000.00 sqpx"},
+        {{{0, 100}, {100, 100}, {100, 0}, {0, 0}}, "Length: 300.00 px\nArea: 10000.00 sqpx"},
+        {{{0, 0}, {101, 0}, {101, 101}}, "Length: 202.00 px\nArea: 5100.00 sqpx"},
+    };
+    resetMeasureLabels();
+    for (const Case& c : cases)
+        EXPECT_EQ(shapeOf(c.points)->measureText(), c.text);
+    const auto calibrated = shapeOf({{0, 0}, {101, 0}, {101, 101}});
+    calibrated->setCalibration(2);
+    EXPECT_EQ(calibrated->measureText(), "Length: 404.00 px\nArea: 20400.00 sqpx");
+}
+
+TEST(MDrawAngle, IsFinishedByItsThirdVertexButNotByItsFirst) {
+    const auto angle = shapeOf<MDrawAngle>({{0, 0}, {100, 0}});
+    angle->drawUp({0, 0});
+    EXPECT_EQ(angle->measureText(), "");
+    EXPECT_FALSE(angle->finalized());
+    angle->drawUp({100, 100});
+    EXPECT_TRUE(angle->finalized());
+    angle->drawUp({300, 300});
+    EXPECT_EQ(angle->points().size(), 3u);
+}
+
+TEST(MDrawAngle, MarksAndMeasuresTheTurnFromItsFirstArm) {
+    struct Case {
+        Points points;
+        const char* text;
+        // Where the arc starts and ends.
+        const char* start;
+        const char* end;
+    };
+    const gfx::Point o{100, 100};
+    const Case cases[] = {
+        {{{150, 100}, o, {100, 140}}, "Degree : 90.00", "[M 120,100 C ", " 100,120] "},
+        {{{100, 140}, o, {150, 100}}, "Degree : 270.00", "[M 100,120 C ", " 120,100] "},
+        {{{40, 100}, o, {160, 100}}, "Degree : 180.00", "[M 80,100 C ", " 120,100] "},
+        {{{150, 100}, o, {100, 110}}, "Degree : 90.00", "[M 110,100 C ", " 100,110] "},
+    };
+    resetMeasureLabels();
+    for (const Case& c : cases) {
+        const auto angle = shapeOf<MDrawAngle>(c.points);
+        EXPECT_EQ(angle->measureText(), c.text);
+        const Lines lines = outlines(*angle);
+        ASSERT_EQ(lines.size(), 2u);
+        EXPECT_EQ(lines[0].find('Z'), std::string::npos);
+        EXPECT_NE(lines[1].find(c.start), std::string::npos) << lines[1];
+        EXPECT_NE(lines[1].find(c.end), std::string::npos) << lines[1];
+    }
+}
+
+TEST(MDrawArc, BendsThroughTheMidpointOfItsDragAndMeasuresTheCurve) {
+    resetMeasureLabels();
+    const auto arc = shapeOf<MDrawArc>({{0, 0}});
+    arc->drawMove({40, 0});
+    EXPECT_EQ(outlines(*arc), Lines{});
+    arc->drawUp({80, 60});
+    EXPECT_EQ(arc->points(), (Points{{0, 0}, {40, 30}, {80, 60}}));
+    EXPECT_EQ(outlines(*arc), Lines{"stroke [M 0,0 Q 40,30 80,60] #FF0000FF width=3"});
+    EXPECT_EQ(handles(*arc), 0u);
+    EXPECT_EQ(arc->measureText(), "Length: 100.00 px\nDistance: 100.00 px");
+    arc->setSelected(true);
+    EXPECT_EQ(handles(*arc), 3u);
+}
+
+TEST(MDrawArc, MeasuresABentCurveByTenChords) {
+    resetMeasureLabels();
+    const test::TestHost host;
+    const auto arc = shapeOf<MDrawArc>({{0, 0}, {100, 0}});
+    ASSERT_TRUE(arc->hitOnHandle({50, 0}));
+    arc->tryMovePointEndPoint({50, 0}, {50, 50});
+    // Heights 0, 9, 16, 21, 24 and 25, and back, in steps of 10.
+    EXPECT_EQ(arc->measureText(), "Length: 114.66 px\nDistance: 100.00 px");
+    test::RecordingContext context;
+    arc->setShowMeasurement(true);
+    arc->drawMeasurement(context);
+    ASSERT_EQ(context.lines().size(), 3u);
+    EXPECT_EQ(context.lines()[1].substr(0, 24), "text \"Length: 114.66 px\"");
+}
+
+TEST(MDrawArc, IsNoCurveWhenItIsFinishedTooEarly) {
+    const auto arc = shapeOf<MDrawArc>({{0, 0}});
+    arc->finalize();
+    EXPECT_EQ(outlines(*arc), Lines{});
+    EXPECT_EQ(arc->measureText(), "");
+}
+
+}  // namespace
+}  // namespace kalim
