@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "kalimkit/ui/loop/FlagScope.h"
+#include "kalimkit/ui/view/View.h"
+
 namespace kalim::ui {
 
 namespace {
@@ -25,15 +28,27 @@ void GestureRecognizer::setEnabled(bool enabled) {
     if (!enabled) abandon();
 }
 
+gfx::Point GestureRecognizer::locationIn(const View* view) const {
+    return view ? view->convertPointFrom(_location, nullptr) : _location;
+}
+
 bool GestureRecognizer::feed(TouchPhase phase, const TouchEvent& event,
                              const std::vector<TouchRef>& active) {
+    const FlagScope feeding(_isFed);
     _hasFingers = !active.empty();
+    _touched.clear();
+    for (const TouchRef& touch : event.allTouches)
+        _touched.push_back(touch->view());
+    // What it waited for is gone, and nobody has said so.
+    if (phase == TouchPhase::Began && _wanted && chance() != Chance::Waits) fail();
     if (!_enabled) {
         sitOut();
-    } else if (!isOver(_state)) {
+    } else if (!isOver(_state) && _wanted != GestureState::Ended) {
+        _isWatching = true;
         dispatch(phase, event, active);
     }
     const bool isRecognized = isUnderWay() || _state == GestureState::Ended;
+    if (!_hasFingers && _isWatching && _wanted != GestureState::Ended && !awaitsFingers()) fail();
     settle();
     return isRecognized;
 }
@@ -56,22 +71,36 @@ void GestureRecognizer::dispatch(TouchPhase phase, const TouchEvent& event,
 
 void GestureRecognizer::enter(GestureState state) {
     _state = state;
+    tellHandler();
+}
+
+void GestureRecognizer::tellHandler() {
+    // The handler may let go of the recogniser.
+    const auto alive = weak_from_this().lock();
     if (const auto handler = _handler) (*handler)(*this);
+}
+
+void GestureRecognizer::drive(GestureState state) {
+    const auto alive = weak_from_this().lock();
+    if (!_enabled) return;
+    enter(state);
+    settle();
 }
 
 void GestureRecognizer::settle() {
     if (_hasFingers || !isOver(_state)) return;
     reset();
     _state = GestureState::Possible;
+    _isWatching = false;
 }
 
 // Cancels what is under way and drops what has only been watched so far.
 void GestureRecognizer::abandon() {
+    const auto alive = weak_from_this().lock();
     if (isUnderWay()) {
         enter(GestureState::Cancelled);
-    } else if (_state == GestureState::Possible) {
-        reset();
-        sitOut();
+    } else {
+        fail();
     }
     settle();
 }
@@ -79,6 +108,14 @@ void GestureRecognizer::abandon() {
 // Fails without a word until the fingers that are down have left.
 void GestureRecognizer::sitOut() {
     if (_hasFingers && _state == GestureState::Possible) _state = GestureState::Failed;
+}
+
+gfx::Point GestureRecognizer::middleOf(const std::vector<TouchRef>& touches) {
+    gfx::Point sum;
+    for (const TouchRef& touch : touches)
+        sum = sum + touch->locationIn(nullptr);
+    const auto count = static_cast<double>(touches.size());
+    return {sum.x / count, sum.y / count};
 }
 
 }  // namespace kalim::ui

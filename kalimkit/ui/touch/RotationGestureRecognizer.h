@@ -3,14 +3,13 @@
 #include <optional>
 
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/ui/touch/GestureRecognizer.h"
+#include "kalimkit/ui/touch/TwoFingerGestureRecognizer.h"
 
 namespace kalim::ui {
 
 // Two fingers turning about each other. It begins once the line between them has turned by more
-// than the slop, and measures from where it began. The first two fingers count, others are ignored;
-// the gesture is over when one of the two leaves.
-class KALIM_API RotationGestureRecognizer : public GestureRecognizer {
+// than the slop, and measures from where it began.
+class KALIM_API RotationGestureRecognizer : public TwoFingerGestureRecognizer {
 public:
     // Radians that the fingers must turn before the gesture begins.
     static constexpr double slop = 0.05;
@@ -25,24 +24,18 @@ public:
     void drive(GestureState state, double rotation);
 
 protected:
-    void touchesBegan(const TouchEvent& event, const std::vector<TouchRef>& active) override;
-    void touchesMoved(const TouchEvent& event, const std::vector<TouchRef>& active) override;
-    void touchesEnded(const TouchEvent& event, const std::vector<TouchRef>& active) override;
-    void touchesCancelled(const TouchEvent& event, const std::vector<TouchRef>& active) override;
+    void fingersFound() override;
+    void fingersMoved() override;
+    void willRecognize() override { _rotation = 0; }
     void reset() override;
 
 private:
     std::optional<double> angle() const;
-    void track(const std::vector<TouchRef>& active);
-    void lose(GestureState outcome, const std::vector<TouchRef>& active);
 
     double _rotation = 0;
     // Of the line from the first to the second finger in the window, radians; nothing while the two
     // have only been in one place.
     std::optional<double> _lastAngle;
-    // Both or neither.
-    TouchRef _first;
-    TouchRef _second;
 };
 
 }  // namespace kalim::ui

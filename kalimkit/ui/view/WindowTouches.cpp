@@ -138,6 +138,11 @@ void Window::cancelTouchesIn(const View& subtree) {
     lift(touchesWithin(subtree, _touches), TouchPhase::Cancelled);
 }
 
+void Window::takeTouches(const View& subtree) {
+    const Touches all = _touches;
+    sendCancelled(withhold(touchesWithin(subtree, all)), all);
+}
+
 // ---- touches
 
 TouchRef Window::touchWithId(std::int64_t id) const {
@@ -201,7 +206,9 @@ void Window::deliver(TouchPhase phase, const Touches& changed, const Touches& al
 std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, const Touches& changed,
                                               const Touches& all) {
     Touches taken;
-    const std::vector<std::shared_ptr<GestureRecognizer>> recognizers = view.gestureRecognizers();
+    std::vector<std::shared_ptr<GestureRecognizer>> recognizers = view.gestureRecognizers();
+    std::ranges::stable_partition(recognizers,
+                                  [](const auto& recognizer) { return recognizer->isAwaited(); });
     for (const auto& recognizer : recognizers) {
         TouchEvent event{touchesWithin(view, changed), touchesWithin(view, all), now()};
         std::erase_if(event.touches,
@@ -209,12 +216,19 @@ std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, cons
         if (event.touches.empty() || recognizer->view() != &view) continue;
         const bool isRecognized = recognizer->feed(phase, event, touchesWithin(view, _touches));
         if (!isRecognized || !recognizer->cancelsTouches()) continue;
-        for (const TouchRef& touch : event.allTouches) {
-            if (touch->_delivery == Touch::Delivery::Delivered) taken.push_back(touch);
-            touch->_delivery = Touch::Delivery::Withheld;
-        }
+        std::ranges::move(withhold(event.allTouches), std::back_inserter(taken));
     }
     return taken;
+}
+
+// Returns those that a view knows of.
+std::vector<TouchRef> Window::withhold(const Touches& touches) {
+    Touches known;
+    for (const TouchRef& touch : touches) {
+        if (touch->_delivery == Touch::Delivery::Delivered) known.push_back(touch);
+        touch->_delivery = Touch::Delivery::Withheld;
+    }
+    return known;
 }
 
 void Window::sendCancelled(const Touches& cancelled, const Touches& all) {
