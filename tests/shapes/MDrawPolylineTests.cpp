@@ -30,27 +30,24 @@ std::shared_ptr<Shape> shapeOf(const Points& points, bool isClosed = false) {
     return std::static_pointer_cast<Shape>(tool);
 }
 
-// What is stroked, the handles' circles left out.
-Lines outlines(MDrawTool& tool) {
+struct Drawing {
+    // What is stroked, without the handles.
+    Lines outlines;
+    int handles = 0;
+};
+
+Drawing drawn(MDrawTool& tool) {
     test::RecordingContext context;
     tool.draw(context);
-    Lines lines;
+    Drawing drawing;
     for (const std::string& line : context.lines()) {
+        if (line.find("#24A9E9FF") != std::string::npos) ++drawing.handles;
         const bool isCircle =
             line.find(" C ") != std::string::npos && line.find(" Z]") != std::string::npos;
-        if (line.starts_with("stroke") && !isCircle)
-            lines.push_back(line.substr(0, line.find(" cap=")));
+        if (!line.starts_with("stroke") || isCircle) continue;
+        drawing.outlines.push_back(line.substr(0, line.find(" cap=")));
     }
-    return lines;
-}
-
-std::size_t handles(MDrawTool& tool) {
-    test::RecordingContext context;
-    tool.draw(context);
-    return static_cast<std::size_t>(
-        std::ranges::count_if(context.lines(), [](const std::string& line) {
-            return line.starts_with("fill") && line.find("#24A9E9FF") != std::string::npos;
-        }));
+    return drawing;
 }
 
 TEST(MDrawPolyline, IsFinishedByATapOnTheFirstOfTwoVertices) {
@@ -63,21 +60,21 @@ TEST(MDrawPolyline, IsFinishedByATapOnTheFirstOfTwoVertices) {
     shape->drawUp({2, 2});
     EXPECT_EQ(shape->points(), (Points{{0, 0}, {100, 0}}));
     EXPECT_TRUE(shape->finalized());
-    EXPECT_EQ(outlines(*shape), Lines{"stroke [M 0,0 L 100,0 Z] #FF0000FF width=2"});
-    EXPECT_EQ(handles(*shape), 0u);
+    EXPECT_EQ(drawn(*shape).outlines, Lines{"stroke [M 0,0 L 100,0 Z] #FF0000FF width=2"});
+    EXPECT_EQ(drawn(*shape).handles, 0);
     shape->setSelected(true);
     // In both passes: the vertices are part of the content.
-    EXPECT_EQ(handles(*shape), 4u);
+    EXPECT_EQ(drawn(*shape).handles, 4);
 }
 
 TEST(MDrawPolyline, ShowsItsVerticesAndARubberBandWhileItGrows) {
     const auto shape = shapeOf({{0, 0}, {100, 0}});
-    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
-    EXPECT_EQ(handles(*shape), 2u);
+    EXPECT_EQ(drawn(*shape).outlines[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
+    EXPECT_EQ(drawn(*shape).handles, 2);
     shape->drawMove({50, 60});
-    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0 L 50,60] #FF0000FF width=2");
+    EXPECT_EQ(drawn(*shape).outlines[0], "stroke [M 0,0 L 100,0 L 50,60] #FF0000FF width=2");
     shape->drawMove({0, 0});
-    EXPECT_EQ(outlines(*shape)[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
+    EXPECT_EQ(drawn(*shape).outlines[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
 }
 
 TEST(MDrawPolyline, DragsOneVertexOrAllOfThem) {
@@ -107,7 +104,7 @@ TEST(MDrawPolyline, LeavesTheClosingEdgeOutOfItsLengthAndTruncatesItsArea) {
     const Case cases[] = {
         {{{0, 0}}, "Length: 0.00 px\nArea: 0.00 sqpx"},
         {{{0, 0}, {100, 0}, {100, 100}, {0, 100}}, "Length: 300.00 px\nArea: 10000.00 sqpx"},
-        {{{0, 100}, {100, 100}, {100, 0}, {0, 0}}, "Length: 300.00 px\nArea: 10000.00 sqpx"},
+        {{{0, 0}, {101, 101}, {101, 0}}, "Length: 243.84 px\nArea: 5100.00 sqpx"},
         {{{0, 0}, {101, 0}, {101, 101}}, "Length: 202.00 px\nArea: 5100.00 sqpx"},
     };
     resetMeasureLabels();
@@ -148,7 +145,7 @@ TEST(MDrawAngle, MarksAndMeasuresTheTurnFromItsFirstArm) {
     for (const Case& c : cases) {
         const auto angle = shapeOf<MDrawAngle>(c.points);
         EXPECT_EQ(angle->measureText(), c.text);
-        const Lines lines = outlines(*angle);
+        const Lines lines = drawn(*angle).outlines;
         ASSERT_EQ(lines.size(), 2u);
         EXPECT_EQ(lines[0].find('Z'), std::string::npos);
         EXPECT_NE(lines[1].find(c.start), std::string::npos) << lines[1];
@@ -158,16 +155,20 @@ TEST(MDrawAngle, MarksAndMeasuresTheTurnFromItsFirstArm) {
 
 TEST(MDrawArc, BendsThroughTheMidpointOfItsDragAndMeasuresTheCurve) {
     resetMeasureLabels();
+    const auto tooEarly = shapeOf<MDrawArc>({{0, 0}});
+    tooEarly->finalize();
+    EXPECT_EQ(drawn(*tooEarly).outlines, Lines{});
+    EXPECT_EQ(tooEarly->measureText(), "");
     const auto arc = shapeOf<MDrawArc>({{0, 0}});
     arc->drawMove({40, 0});
-    EXPECT_EQ(outlines(*arc), Lines{});
+    EXPECT_EQ(drawn(*arc).outlines, Lines{});
     arc->drawUp({80, 60});
     EXPECT_EQ(arc->points(), (Points{{0, 0}, {40, 30}, {80, 60}}));
-    EXPECT_EQ(outlines(*arc), Lines{"stroke [M 0,0 Q 40,30 80,60] #FF0000FF width=3"});
-    EXPECT_EQ(handles(*arc), 0u);
+    EXPECT_EQ(drawn(*arc).outlines, Lines{"stroke [M 0,0 Q 40,30 80,60] #FF0000FF width=3"});
+    EXPECT_EQ(drawn(*arc).handles, 0);
     EXPECT_EQ(arc->measureText(), "Length: 100.00 px\nDistance: 100.00 px");
     arc->setSelected(true);
-    EXPECT_EQ(handles(*arc), 3u);
+    EXPECT_EQ(drawn(*arc).handles, 3);
 }
 
 TEST(MDrawArc, MeasuresABentCurveByTenChords) {
@@ -183,13 +184,6 @@ TEST(MDrawArc, MeasuresABentCurveByTenChords) {
     arc->drawMeasurement(context);
     ASSERT_EQ(context.lines().size(), 3u);
     EXPECT_EQ(context.lines()[1].substr(0, 24), "text \"Length: 114.66 px\"");
-}
-
-TEST(MDrawArc, IsNoCurveWhenItIsFinishedTooEarly) {
-    const auto arc = shapeOf<MDrawArc>({{0, 0}});
-    arc->finalize();
-    EXPECT_EQ(outlines(*arc), Lines{});
-    EXPECT_EQ(arc->measureText(), "");
 }
 
 }  // namespace
