@@ -1,0 +1,247 @@
+#include "kalimkit/shapes/MDrawText.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "kalimkit/gfx/text/Graphemes.h"
+#include "kalimkit/gfx/text/PlainText.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// Line width and font size are one setting. Sizes in between count as the next larger one, those
+// beyond as the largest.
+struct Pen {
+    double lineWidth;
+    double fontSize;
+    double rectAdjust;
+};
+constexpr std::array<Pen, 5> pens{{{2, 12, 1}, {7, 18, 2}, {12, 24, 3}, {18, 30, 4}, {28, 40, 5}}};
+
+const Pen& penOf(double fontSize) {
+    const auto pen = std::ranges::find_if(
+        pens, [fontSize](const Pen& candidate) { return fontSize <= candidate.fontSize; });
+    return pen == pens.end() ? pens.back() : *pen;
+}
+
+constexpr double hitMargin = 5;
+constexpr gfx::Size smallestBox{30, 20};
+constexpr double selectedLineWidth = 2.0;
+
+}  // namespace
+
+// ---- making
+
+std::shared_ptr<MDrawText> MDrawText::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawText>(start);
+}
+
+std::shared_ptr<MDrawText> MDrawText::initWithViewStartPoint(const std::shared_ptr<ui::View>& view,
+                                                             gfx::Point start) {
+    return makeInView<MDrawText>(view, start);
+}
+
+MDrawText::~MDrawText() {
+    if (!_textView) return;
+    if (ui::Environment::hasCurrent()) unregistKeyboardNotification();
+    _textView->removeFromSuperview();
+}
+
+const ToolClass& MDrawText::Class() {
+    static const ToolClass toolClass{"MDrawText", &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawText>};
+    return toolClass;
+}
+
+void MDrawText::init() {
+    MDrawRect::init();
+    // The width of the base, which the text's own does not touch.
+    MDrawTool::setLineWidth(8.0);
+}
+
+// ---- creation
+
+void MDrawText::drawMove(gfx::Point p) {
+    _endPoint = p;
+    if (text().empty()) startEdittingText();
+}
+
+void MDrawText::drawUp(gfx::Point p) {
+    _endPoint = p;
+    if (selected()) {
+        finalize();
+    } else if (text().empty()) {
+        startEdittingText();
+    }
+}
+
+bool MDrawText::isDrawVaild() const {
+    return _isEdittingText || !text().empty();
+}
+
+void MDrawText::finalize() {
+    const auto alive = self();
+    if (_isEdittingText) stopEdittingText();
+    MDrawRect::finalize();
+}
+
+// ---- hit testing and dragging
+
+bool MDrawText::hitTest(gfx::Point p) {
+    return frame().inset(-hitMargin, -hitMargin).contains(invertRotatePoint(p));
+}
+
+MoveDirection MDrawText::handleAt(gfx::Point p) {
+    const gfx::Rect box = frame();
+    if (isPointOnHandle(invertPoint(p), {box.maxX(), box.maxY()}))
+        return MoveDirection::BottomRight;
+    return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+}
+
+void MDrawText::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
+    switch (_moveDirection) {
+        case MoveDirection::Body:
+            _startPoint += offset;
+            _endPoint += offset;
+            return;
+        case MoveDirection::BottomRight: {
+            _endPoint.x = std::max(_endPoint.x + offset.x, _startPoint.x + smallestBox.width);
+            _endPoint.y = std::max(_endPoint.y + offset.y, _startPoint.y + smallestBox.height);
+            const auto count = static_cast<double>(
+                gfx::graphemeCount(ui::Environment::current().device(), text()));
+            const gfx::Size box = frame().size;
+            if (count > 0) {
+                _fontSize =
+                    std::max(1.0, std::floor(std::sqrt(box.width * box.height / (2 * count))));
+            }
+            return;
+        }
+        case MoveDirection::Scale:
+            return MDrawRect::moveByOffsetEndPoint(offset, end);
+        default:
+            return;
+    }
+}
+
+// ---- drawing
+
+void MDrawText::drawContent(gfx::Context& context) {
+    gfx::GraphicsStateGuard guard(context);
+    const bool isTyped = _isEdittingText || (_textView && _textView->superview());
+    if (!isTyped) drawTextWithString(context, text());
+}
+
+void MDrawText::drawSlectedStateContent(gfx::Context& context) {
+    if (_isEdittingText) return;
+    context.setLineWidth(selectedLineWidth);
+    MDrawRect::drawSlectedStateContent(context);
+}
+
+void MDrawText::drawContentHandle(gfx::Context& context) {
+    const gfx::Rect box = frame();
+    if (!_isEdittingText) drawHandleAtPoint(context, {box.maxX(), box.maxY()});
+}
+
+// ---- history
+
+Feature MDrawText::getFeature() const {
+    Feature feature = MDrawRect::getFeature();
+    feature.set("MDrawText-text", text());
+    feature.set("MDrawText-fontSize", _fontSize);
+    return feature;
+}
+
+// Not built on the base's, so that the line width goes past the font size.
+void MDrawText::setFeature(const FeatureRef& feature) {
+    if (!feature) return;
+    if (const auto* text = feature->get<std::string>("MDrawText-text")) {
+        _text = *text;
+        if (_isEdittingText) _textView->setText(*text);
+    }
+    // Sizes, widths and angles are deliberately read back in single precision.
+    if (const double* size = feature->get<double>("MDrawText-fontSize"))
+        _fontSize = static_cast<float>(*size);
+    if (const auto* start = feature->get<gfx::Point>("MDrawLine-start")) _startPoint = *start;
+    if (const auto* end = feature->get<gfx::Point>("MDrawLine-end")) _endPoint = *end;
+    const auto* color = feature->get<gfx::ColorRef>("MDrawTool-color");
+    setColor(color ? *color : nullptr);
+    if (const double* width = feature->get<double>("MDrawTool-lineWidth"))
+        MDrawTool::setLineWidth(static_cast<float>(*width));
+    if (const auto* drawType = feature->get<std::int64_t>("MDrawTool-drawType"))
+        setDrawType(static_cast<std::uint64_t>(*drawType));
+    if (const double* angle = feature->get<double>("MDrawTool-rotateAngle"))
+        setRotateAngle(static_cast<float>(*angle));
+}
+
+// ---- the canvas
+
+double MDrawText::getCurrentCtxScale() const {
+    const auto canvas = delegate();
+    return canvas ? canvas->drawTextAskForCurrentCtxScale(*this).value_or(1.0) : 1.0;
+}
+
+gfx::Rect MDrawText::getCurrentCtxRect() const {
+    const auto canvas = delegate();
+    return canvas ? canvas->drawTextAskForCurrentCtxRect(*this).value_or(frame()) : frame();
+}
+
+gfx::AffineTransform MDrawText::getCurrentContextTransform() const {
+    const auto canvas = delegate();
+    if (!canvas) return {};
+    return canvas->drawTextAskForCurrentCtxTransform(*this).value_or(gfx::AffineTransform());
+}
+
+gfx::Color MDrawText::getMaskColor() const {
+    const auto canvas = delegate();
+    const gfx::ColorRef mask =
+        canvas ? canvas->drawTextAskForMaskColor(*this).value_or(nullptr) : nullptr;
+    return mask ? *mask : gfx::Color{1, 1, 1, 1};
+}
+
+gfx::Point MDrawText::convertPointToCoordinate(gfx::Point p, Coordinate to) const {
+    const gfx::AffineTransform toView = getCurrentContextTransform();
+    return to == Coordinate::View ? toView.apply(p) : toView.inverted().apply(p);
+}
+
+gfx::Size MDrawText::convertSizeToCoordinate(gfx::Size size, Coordinate to) const {
+    const double scale = getCurrentCtxScale();
+    const double factor = to == Coordinate::View ? scale : 1 / scale;
+    return {size.width * factor, size.height * factor};
+}
+
+gfx::Rect MDrawText::convertRectToCoordinate(const gfx::Rect& rect, Coordinate to) const {
+    return {convertPointToCoordinate(rect.origin, to), convertSizeToCoordinate(rect.size, to)};
+}
+
+// ---- properties
+
+void MDrawText::setText(const std::string& text) {
+    _text = gfx::plainText(text);
+    if (_isEdittingText) {
+        _textView->setText(_text);
+        updateTextViewSuitableFrame();
+    } else if (frame().size == gfx::Size{}) {
+        updateFrameWhenChangeLineWidth(_fontSize);
+    }
+}
+
+double MDrawText::lineWidth() const {
+    return penOf(_fontSize).lineWidth;
+}
+
+void MDrawText::setLineWidth(double width) {
+    const double oldFontSize = _fontSize;
+    const auto pen = std::ranges::find(pens, width, &Pen::lineWidth);
+    if (pen != pens.end()) _fontSize = pen->fontSize;
+    if (!text().empty()) updateFrameWhenChangeLineWidth(oldFontSize);
+    if (const auto canvas = delegate()) canvas->drawTextAskForRedraw(*this);
+}
+
+double MDrawText::getRectAdjustForLineWidth() const {
+    return penOf(_fontSize).rectAdjust;
+}
+
+}  // namespace kalim

@@ -1,0 +1,175 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/text/TextLayout.h"
+#include "kalimkit/shapes/MDrawRect.h"
+#include "kalimkit/shapes/MDrawTextDelegate.h"
+#include "kalimkit/shapes/MDrawTextView.h"
+#include "kalimkit/ui/control/TextViewDelegate.h"
+#include "kalimkit/ui/loop/KeyboardObserver.h"
+
+namespace kalim {
+
+// A block of text in the box of the two points, filled over an outline in the mask colour. It is
+// typed into a text view that lies over the canvas while the tool draws nothing itself. Lengths are
+// canvas points, except where said. Texts are UTF-8.
+class KALIM_API MDrawText : public MDrawRect,
+                            public ui::TextViewDelegate,
+                            public ui::KeyboardObserver {
+public:
+    // Which side a length is converted to: the tool's canvas points or points of the canvas view.
+    enum class Coordinate { Tool = 0, View = 1 };
+
+    // Without a view it cannot be edited, but it carries a text that is set.
+    static std::shared_ptr<MDrawText> initWithStartPoint(gfx::Point start);
+    // The text view is put into this view.
+    static std::shared_ptr<MDrawText> initWithViewStartPoint(const std::shared_ptr<ui::View>& view,
+                                                             gfx::Point start);
+    ~MDrawText() override;
+    static const ToolClass& Class();
+    const ToolClass& toolClass() const override { return Class(); }
+
+    // ---- creation. A text without text is edited at the first touch.
+    void drawMove(gfx::Point p) override;
+    void drawUp(gfx::Point p) override;
+    bool isDrawVaild() const override;
+    using MDrawRect::finalize;
+    void finalize() override;
+    // A text has no smallest size.
+    void limitValidFeatrue() override {}
+
+    // ---- editing
+    // Does nothing while it is edited, without a view, or when the start point lies outside of the
+    // rectangle that the delegate allows.
+    void startEdittingText();
+    void stopEdittingText();
+    bool isEdittingText() const { return _isEdittingText; }
+    // Whether the text differs from what it was when editing began last.
+    bool hasTextChanged() const { return text() != _preText; }
+    void textViewDidChange(ui::TextView& view) override;
+    void keyboardWillShow(const gfx::Rect& endFrame) override;
+    void keyboardWillHide(const gfx::Rect& endFrame) override;
+    // View points, of the last keyboard that came or went.
+    double curKeyboardHeight() const { return _curKeyboardHeight; }
+    // Null until the first edit.
+    const std::shared_ptr<MDrawTextView>& textView() const { return _textView; }
+
+    // ---- hit testing and dragging
+    // The frame grown by five points on every side.
+    bool hitTest(gfx::Point p) override;
+    // A text is not turned: the point itself.
+    gfx::Point invertRotatePoint(gfx::Point p) const { return p; }
+    // The bottom-right handle fits the font size to the box.
+    void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    bool isSupportGestureRotate() const override { return false; }
+
+    // ---- drawing
+    void drawContent(gfx::Context& context) override;
+    void drawSlectedStateContent(gfx::Context& context) override;
+    void drawContentHandle(gfx::Context& context) override;
+    void drawTextWithString(gfx::Context& context, const std::string& text);
+
+    // ---- measures
+    // Reduces the font size until the text fits the box, in at most ten steps for the height and
+    // for the width, and tells where it is to be drawn. The size stays reduced.
+    gfx::Rect reSetFont(const std::string& text);
+    // Of the text broken in the present box; whole points.
+    gfx::Size measureCoreTextSize(const std::string& text) const;
+    static gfx::Size measureFrame(const gfx::TextLayout& layout);
+    // Typographic width; ascent, descent and leading.
+    static gfx::Size getCTLineSize(const gfx::TextLine& line);
+    gfx::Font getTextFont() const;
+
+    // ---- history
+    Feature getFeature() const override;
+    void setFeature(const FeatureRef& feature) override;
+
+    // ---- the canvas
+    double getCurrentCtxScale() const;
+    // The frame when unanswered.
+    gfx::Rect getCurrentCtxRect() const;
+    gfx::AffineTransform getCurrentContextTransform() const;
+    gfx::Color getMaskColor() const;
+    gfx::Point convertPointToCoordinate(gfx::Point p, Coordinate to) const;
+    gfx::Size convertSizeToCoordinate(gfx::Size size, Coordinate to) const;
+    gfx::Rect convertRectToCoordinate(const gfx::Rect& rect, Coordinate to) const;
+
+    // ---- properties
+    // What is in the text view while it is edited.
+    const std::string& text() const { return _isEdittingText ? _textView->text() : _text; }
+    // A tool without any box gets one that fits. Bytes that are no UTF-8 become replacement
+    // characters.
+    void setText(const std::string& text);
+    double fontSize() const { return _fontSize; }
+    void setFontSize(double size) { _fontSize = size; }
+    // Follows from the font size, and sets it; a width that is none of the five pens' sets nothing.
+    double lineWidth() const override;
+    void setLineWidth(double width) override;
+    // How far the outline of the present size pushes the text down.
+    double getRectAdjustForLineWidth() const;
+    using MDrawRect::drawType;
+    // There is one style: stores 0.
+    void setDrawType(std::uint64_t /*drawType*/) override { _drawType = 0; }
+    std::shared_ptr<MDrawTextDelegate> delegate() const { return _delegate.lock(); }
+    void setDelegate(std::weak_ptr<MDrawTextDelegate> delegate) { _delegate = std::move(delegate); }
+
+protected:
+    MDrawText() = default;
+    void init() override;
+    MoveDirection handleAt(gfx::Point p) override;
+    template <typename Tool>
+    static std::shared_ptr<Tool> makeInView(const std::shared_ptr<ui::View>& view,
+                                            gfx::Point start);
+
+private:
+    // ---- editing (MDrawTextEditing.cpp)
+    template <typename Message>
+    void tell(Message message);
+    std::shared_ptr<MDrawText> self();
+    bool canEditAt(gfx::Point viewPoint) const;
+    void prepareTextView();
+    gfx::Rect textViewFrame() const;
+    void updateTextViewSuitableFrame();
+    double getMinTextViewHeight() const { return _textView->fontSize(); }
+    void reCalcStartAndEndPoint();
+    void updateEndPoint();
+    void registKeyboardNotification();
+    void unregistKeyboardNotification();
+
+    // ---- layout (MDrawTextLayout.cpp)
+    void updateFrameWhenChangeLineWidth(double oldFontSize);
+    double wrappingWidth() const;
+    const gfx::TextLayout& layoutOf(const std::string& text, double width) const;
+    template <typename Overflow>
+    void shrinkFont(const std::string& text, Overflow overflow);
+
+    // The canvas view, which owns the tool.
+    std::weak_ptr<ui::View> _superView;
+    std::string _text;
+    // As it was when editing began.
+    std::string _preText;
+    double _fontSize = 16;
+    std::shared_ptr<MDrawTextView> _textView;
+    double _curKeyboardHeight = 0;
+    bool _isEdittingText = false;
+    // From each side of the box to the lines: as on the screen when it was edited last.
+    double _inset = 5;
+    std::weak_ptr<MDrawTextDelegate> _delegate;
+    // What was laid out last, for laying out is slow.
+    mutable std::optional<gfx::TextLayout> _layout;
+};
+
+template <typename Tool>
+std::shared_ptr<Tool> MDrawText::makeInView(const std::shared_ptr<ui::View>& view,
+                                            gfx::Point start) {
+    const std::shared_ptr<Tool> tool = MDrawTool::makeAt<Tool>(start);
+    static_cast<MDrawText&>(*tool)._superView = view;
+    return tool;
+}
+
+}  // namespace kalim

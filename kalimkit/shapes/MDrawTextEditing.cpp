@@ -1,0 +1,202 @@
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+// Typing: the text view over the canvas, what of it becomes the tool's box, and the keyboard.
+
+namespace kalim {
+
+namespace {
+
+// View points at a scale of 1, for a text view without text.
+constexpr gfx::Size emptySize{100, 33};
+// From the text to the right edge of a box that is only as wide as its text.
+constexpr double boxMargin = 10;
+constexpr double keyboardGap = 30;
+constexpr double edgeGap = 10;
+constexpr double largestInset = 5;
+
+gfx::ColorRef fieldColor() {
+    static const gfx::ColorRef color = gfx::makeColor(157 / 255.0, 157 / 255.0, 157 / 255.0, 0.5);
+    return color;
+}
+
+}  // namespace
+
+std::shared_ptr<MDrawText> MDrawText::self() {
+    return std::static_pointer_cast<MDrawText>(shared_from_this());
+}
+
+template <typename Message>
+void MDrawText::tell(Message message) {
+    if (const auto canvas = delegate()) ((*canvas).*message)(*this);
+}
+
+// ---- beginning and end
+
+void MDrawText::startEdittingText() {
+    const auto view = _superView.lock();
+    if (_isEdittingText || !view) return;
+    if (!canEditAt(convertPointToCoordinate(_startPoint, Coordinate::View))) return;
+    const auto alive = self();
+    prepareTextView();
+    registKeyboardNotification();
+    view->addSubview(_textView);
+    _textView->becomeFirstResponder();
+    _isEdittingText = true;
+    tell(&MDrawTextDelegate::drawTextBeginEdittingText);
+}
+
+void MDrawText::stopEdittingText() {
+    if (!_isEdittingText) return;
+    // The delegate may let go of a text that is empty.
+    const auto alive = self();
+    const double scale = getCurrentCtxScale();
+    _text = _textView->text();
+    _isEdittingText = false;
+    _textView->resignFirstResponder();
+    tell(&MDrawTextDelegate::drawTextDidEndEditText);
+    _textView->removeFromSuperview();
+    unregistKeyboardNotification();
+    reCalcStartAndEndPoint();
+    // A size that went to the view and back would be off by the last bits.
+    const double viewSize = _textView->font().size;
+    if (viewSize != scale * _fontSize) _fontSize = viewSize / scale;
+    if (hasTextChanged() && isDrawVaild()) tell(&MDrawTextDelegate::drawTextAskForSaveState);
+}
+
+bool MDrawText::canEditAt(gfx::Point viewPoint) const {
+    const auto canvas = delegate();
+    return canvas &&
+           canvas->drawTextAskForCurrentCtxRect(*this).value_or(gfx::Rect()).contains(viewPoint);
+}
+
+void MDrawText::prepareTextView() {
+    const double scale = getCurrentCtxScale();
+    if (!_textView) {
+        _textView = MDrawTextView::initWithFrame({});
+        _textView->setDelegate(std::shared_ptr<ui::TextViewDelegate>(self()));
+        _textView->setBackgroundColor(fieldColor());
+        _textView->setKeyboardAppearance(ui::KeyboardAppearance::Dark);
+        _textView->setEnablesReturnKeyAutomatically(true);
+    }
+    _preText = _text;
+    _textView->setText(_text);
+    _textView->setFontSize(scale * _fontSize);
+    _textView->setTextColor(color());
+    _textView->setDrawLineColor(color());
+    _textView->setDrawTextColor(color());
+    _textView->setDrawTextMaskColor(std::make_shared<const gfx::Color>(getMaskColor()));
+    _textView->setDrawLineWidth(lineWidth());
+    gfx::Font font = getTextFont();
+    font.size = scale * _fontSize;
+    _textView->setFont(font);
+    _textView->setFrame(textViewFrame());
+}
+
+gfx::Rect MDrawText::textViewFrame() const {
+    const gfx::Point origin = convertPointToCoordinate(_startPoint, Coordinate::View);
+    const double scale = getCurrentCtxScale();
+    if (_text.empty()) {
+        // The width is deliberately not scaled a second time.
+        const double shrink = std::min(scale, 1.0);
+        return {origin, {shrink * emptySize.width, scale * shrink * emptySize.height}};
+    }
+    gfx::Size size = convertSizeToCoordinate(frame().size, Coordinate::View);
+    // Wide enough to break the lines where they are broken now.
+    const double lines = measureCoreTextSize(_text).width * scale;
+    size.width = std::max(size.width, lines + 2 * ui::TextView::textInset.width);
+    return {origin, size};
+}
+
+// ---- the box after editing
+
+void MDrawText::reCalcStartAndEndPoint() {
+    const double x = convertPointToCoordinate(_startPoint, Coordinate::View).x;
+    const double viewX = _textView->frame().minX();
+    if (viewX != x) _startPoint.x += (viewX - x) / getCurrentCtxScale();
+    updateEndPoint();
+}
+
+void MDrawText::updateEndPoint() {
+    const double scale = getCurrentCtxScale();
+    const gfx::Size view = _textView->frame().size;
+    const gfx::Size size{view.width / scale, view.height / scale};
+    // Lines are measured as they were broken in the view.
+    _inset = ui::TextView::textInset.width / scale;
+    _endPoint = _startPoint + gfx::Point{size.width, size.height};
+    const gfx::Size measured = measureCoreTextSize(_text);
+    if (view.width <= emptySize.width) {
+        _endPoint.x = _startPoint.x + measured.width + boxMargin;
+        _inset = std::min(_inset, largestInset);
+    }
+    // On a canvas that is zoomed in, a field that shows the whole text may be lower than what is
+    // measured; the box is not, so that the text keeps its size.
+    const double needed = _textView->sizeThatFits({view.width, gfx::TextLayout::unlimited}).height;
+    double height = view.height <= emptySize.height ? measured.height : size.height;
+    if (needed <= view.height) height = std::max(height, measured.height);
+    _endPoint.y = _startPoint.y + height;
+    limitValidFeatrue();
+}
+
+// ---- typing
+
+void MDrawText::textViewDidChange(ui::TextView& /*view*/) {
+    updateTextViewSuitableFrame();
+}
+
+void MDrawText::updateTextViewSuitableFrame() {
+    const ui::View* const parent = _textView->superview();
+    if (!parent) return;
+    const auto alive = self();
+    const gfx::Rect area = getCurrentCtxRect();
+    const gfx::Size most{std::min(area.size.width, parent->bounds().size.width),
+                         std::min(area.size.height, parent->bounds().size.height) - keyboardGap};
+    const bool hadText = !_preText.empty();
+    gfx::Rect frame = _textView->frame();
+    const double fittingWidth = hadText ? frame.size.width : most.width - 2 * edgeGap;
+    const gfx::Size fitted = _textView->sizeThatFits({fittingWidth, most.height});
+    const double shrink = std::min(getCurrentCtxScale(), 1.0);
+    const double oldHeight = frame.size.height;
+    // Single precision, deliberately.
+    frame.size.height = static_cast<float>(std::max(fitted.height, getMinTextViewHeight()));
+    frame.size.width = hadText
+                           ? std::max(frame.size.width, fitted.width)
+                           : static_cast<float>(std::max(fitted.width, shrink * emptySize.width));
+    const double room = most.width - edgeGap - (frame.origin.x - std::max(area.minX(), 0.0));
+    if (frame.size.width > room) frame.origin.x -= frame.size.width - room;
+    _textView->setScrollEnabled(false);
+    _textView->setFrame(frame);
+    if (frame.size.height != oldHeight) tell(&MDrawTextDelegate::drawTextDidChangeTextViewHeight);
+    tell(&MDrawTextDelegate::drawTextAskForRedraw);
+}
+
+// ---- keyboard
+
+void MDrawText::registKeyboardNotification() {
+    ui::Environment::current().keyboard().addObserver(
+        std::shared_ptr<ui::KeyboardObserver>(self()));
+}
+
+void MDrawText::unregistKeyboardNotification() {
+    ui::Environment::current().keyboard().removeObserver(*this);
+}
+
+void MDrawText::keyboardWillShow(const gfx::Rect& endFrame) {
+    const auto alive = self();
+    updateTextViewSuitableFrame();
+    _curKeyboardHeight = endFrame.size.height;
+    tell(&MDrawTextDelegate::drawTextKeyboardWillShow);
+    _isEdittingText = true;
+}
+
+void MDrawText::keyboardWillHide(const gfx::Rect& endFrame) {
+    const auto alive = self();
+    _curKeyboardHeight = endFrame.size.height;
+    tell(&MDrawTextDelegate::drawTextKeyboardWillHidden);
+    updateTextViewSuitableFrame();
+}
+
+}  // namespace kalim
