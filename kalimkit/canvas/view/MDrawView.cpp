@@ -47,16 +47,44 @@ void MDrawView::init(const gfx::Rect& frame) {
     _color = gfx::makeColor(0, 1, 0);
     _defualtBackgroundColor = gfx::makeColor(1, 1, 1);
 
-    _rotationGesture = std::make_shared<ui::RotationGestureRecognizer>();
-    _rotationGesture->setCancelsTouches(false);
-    const std::weak_ptr<MDrawView> weakSelf = self();
-    _rotationGesture->setHandler([weakSelf](ui::GestureRecognizer& gesture) {
-        if (const auto view = weakSelf.lock()) {
-            view->handleRotationGesture(gesture.state(), view->_rotationGesture->rotation());
-        }
-    });
-    addGestureRecognizer(_rotationGesture);
+    _drawFreeLineHelper = MDrawFreeLineHelper::init();
+    _drawFreeLineHelper->setDelegate(self());
+    addGestures();
     processViewTransform();
+}
+
+// They watch only: the touches are the canvas's own all the same.
+void MDrawView::addGestures() {
+    _rotationGesture = std::make_shared<ui::RotationGestureRecognizer>();
+    _pinchGesture = std::make_shared<ui::PinchGestureRecognizer>();
+    _panGesture = std::make_shared<ui::PanGestureRecognizer>();
+    _panGesture->setMinimumNumberOfTouches(2);
+    _panGesture->setMaximumNumberOfTouches(2);
+    _doubleTapGesture = std::make_shared<ui::TapGestureRecognizer>();
+    _doubleTapGesture->setNumberOfTapsRequired(2);
+    const auto add = [this](const std::shared_ptr<ui::GestureRecognizer>& gesture, auto handle) {
+        gesture->setCancelsTouches(false);
+        gesture->setRecognizesSimultaneously(true);
+        const std::weak_ptr<MDrawView> weakSelf = self();
+        gesture->setHandler([weakSelf, handle](ui::GestureRecognizer& recognized) {
+            if (const auto view = weakSelf.lock()) handle(*view, recognized.state());
+        });
+        addGestureRecognizer(gesture);
+    };
+    add(_rotationGesture, [](MDrawView& view, ui::GestureState state) {
+        view.handleRotationGesture(state, view._rotationGesture->rotation());
+    });
+    add(_pinchGesture, [](MDrawView& view, ui::GestureState state) {
+        view.handlePinchGesture(state, view._pinchGesture->scale(),
+                                view._pinchGesture->locationIn(&view));
+    });
+    add(_panGesture, [](MDrawView& view, ui::GestureState state) {
+        view.handlePanGesture(state, view._panGesture->translationIn(&view));
+    });
+    add(_doubleTapGesture, [](MDrawView& view, ui::GestureState state) {
+        if (state != ui::GestureState::Ended) return;
+        view.handleDoubleTapGesture(view._doubleTapGesture->locationIn(&view));
+    });
 }
 
 std::shared_ptr<MDrawView> MDrawView::self() {
@@ -73,26 +101,28 @@ void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
 
 void MDrawView::layoutSubviews() {
     processViewTransform();
+    updateLayers();
 }
 
 // ---- the picture
 
 void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     const auto alive = self();
+    finishEditText();
     deleteCurrentHandlingTool();
+    _drawFreeLineHelper->reset();
     clearSelection();
-    _contextScale = _tmpContextScale = 1.0;
-    _viewMove = {};
-    _curRotateDegree = 0;
-    _bgImg = MDrawImageUtil::fixOrientation(image);
+    resetView();
+    _sourceImg = _bgImg = MDrawImageUtil::fixOrientation(image);
     if (_bgImg && _bgImg->size() != bounds().size) {
         _bgImg = fittedInto(bounds().size, _bgImg);
     }
     _bgImgRect = _bgImg ? getDrawImageRect() : gfx::Rect{};
     _ctxRect = _bgImgRect;
+    forgetMosaic();
     processViewTransform();
     clearTools();
-    setNeedsDisplay();
+    invalidateLayers();
 }
 
 gfx::Rect MDrawView::getDrawImageRect() const {
@@ -102,7 +132,7 @@ gfx::Rect MDrawView::getDrawImageRect() const {
 void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
     if (!color) return;
     _defualtBackgroundColor = std::move(color);
-    setNeedsDisplay();
+    invalidateLayers();
 }
 
 // ---- what new tools are
@@ -158,7 +188,7 @@ void MDrawView::setShowMeasurement(bool show) {
 void MDrawView::refreshCalibrations() {
     for (const ToolRef& tool : *_tools)
         applyMeasuring(*tool);
-    setNeedsDisplay();
+    invalidateLayers();
 }
 
 void MDrawView::applyMeasuring(MDrawTool& tool) const {
@@ -183,7 +213,7 @@ bool MDrawView::addTool(const ToolRef& tool) {
     if (!tool->finalized()) tool->finalize();
     _undoManager->addTool(tool);
     _undoManager->addToolSuccess(tool);
-    setNeedsDisplay();
+    redisplay();
     return isOnCanvas(tool);
 }
 
@@ -197,19 +227,22 @@ void MDrawView::deleteSelectedTools() {
     _undoManager->removeTool(_handingTools);
     clearSelection();
     refreshContextRect();
-    setNeedsDisplay();
+    redisplay();
 }
 
 void MDrawView::clearTools() {
     const auto alive = self();
+    finishEditText();
+    _drawFreeLineHelper->reset();
     clearSelection();
     // Nothing of a gesture under way survives, or the next touch would wait for its end.
     _handingTool = nullptr;
     _drawing = false;
     LastSeletedTestSrcPoint = nullptr;
     _tools->clear();
+    _createdTools.clear();
     _undoManager->reset();
-    setNeedsDisplay();
+    redisplay();
 }
 
 void MDrawView::removeInvaildTools() {
@@ -223,9 +256,11 @@ void MDrawView::removeInvaildTools() {
 }
 
 void MDrawView::finalizeCurrentDrawing() {
+    const auto alive = self();
+    checkAndEndTextToolEdittingText();
     if (_handingTools) _handingTools->finalize();
     stopDrawing();
-    setNeedsDisplay();
+    redisplay();
 }
 
 // ---- undo
@@ -246,9 +281,10 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     LastSeletedTestSrcPoint = nullptr;
     if (!step(*_undoManager)) return false;
     // A tool that comes back has missed what was set while it was away.
-    refreshCalibrations();
+    for (const ToolRef& tool : *_tools)
+        applyMeasuring(*tool);
     refreshContextRect();
-    setNeedsDisplay();
+    redisplay();
     return true;
 }
 
@@ -261,8 +297,12 @@ void MDrawView::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
 
 void MDrawView::toolsStateChangedState(const ToolRef& tool, State state) {
     _isDirty = true;
-    if (tool || state != State::AddedOrChanged) refreshContextRect();
-    setNeedsDisplay();
+    _drawn.markListChanged();
+    _drawn.markChanged(tool);
+    const gfx::Rect before = _ctxRect;
+    const bool isChanged = (tool || state != State::AddedOrChanged) && refreshContextRect();
+    if (isChanged && !before.contains(_ctxRect)) autoScaleWhenCtxEnlarged();
+    redisplay();
 }
 
 }  // namespace kalim

@@ -1,27 +1,44 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/canvas/model/MDrawLogUtil.h"
 #include "kalimkit/canvas/model/MUndoManager.h"
+#include "kalimkit/canvas/view/CanvasLayers.h"
+#include "kalimkit/canvas/view/DrawnTools.h"
 #include "kalimkit/canvas/view/MDrawMutableSelect.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
 #include "kalimkit/canvas/view/ToolType.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/imageedit/image/MosaicBlocks.h"
+#include "kalimkit/imageedit/mosaic/MDrawMosiac.h"
+#include "kalimkit/shapes/MDrawFreeLineHelper.h"
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/ui/touch/PanGestureRecognizer.h"
+#include "kalimkit/ui/touch/PinchGestureRecognizer.h"
 #include "kalimkit/ui/touch/RotationGestureRecognizer.h"
+#include "kalimkit/ui/touch/TapGestureRecognizer.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {
+
+class ViewAnimation;
 
 // The canvas: the picture and the tools drawn over it. It turns touches into new tools, selections,
 // moves and rotations, records each complete step for undo, shows everything, and exports the
 // composite. Lengths are points; "canvas" points are those of the picture and the tools, which
 // zoom, pan and rotation map to the view's own.
-class KALIM_API MDrawView : public ui::View, public MUndoManagerDelegate {
+class KALIM_API MDrawView : public ui::View,
+                            public MUndoManagerDelegate,
+                            public MDrawTextDelegate,
+                            public MDrawFreeLineHelperDelegate {
 public:
     // ---- making
     static std::shared_ptr<MDrawView> initWithFrame(const gfx::Rect& frame);
@@ -31,7 +48,8 @@ public:
 
     // ---- the picture
     // Takes a new picture, turned upright and fitted into the view, and forgets every tool and
-    // step. Null leaves the canvas without a picture.
+    // step. Null leaves the canvas without a picture. The blocks that mosaic patches show are
+    // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
     // The upright, fitted picture; null when there is none.
     const gfx::ImageRef& bgImg() const { return _bgImg; }
@@ -42,6 +60,16 @@ public:
     // The content at the screen's scale, without selection or handles, on an opaque bitmap. Null
     // when there is no content or no surface of its size can be had.
     gfx::ImageRef exportImage();
+    // The same content at the scale of the picture as it was handed in: one pixel of the picture is
+    // one pixel of the result, and what nothing covers is the picture's own. Drawings and patches
+    // are scaled with it. Without a picture as exportImage(). Null as there.
+    gfx::ImageRef exportImageAtPictureScale();
+    // What the view shows at present, at the screen's scale, selection and all. Null for a view
+    // without a size.
+    gfx::ImageRef exportImageForScale();
+    // The picture seen through a Gaussian with a standard deviation of 100 pixels, larger by what
+    // the blur adds. Null for null and where it would be too large.
+    gfx::ImageRef filterImg(const gfx::ImageRef& image) const;
     bool isDirty() const { return _isDirty; }
     // Under the picture and where drawings reach beyond it; white at first.
     const gfx::ColorRef& defualtBackgroundColor() const { return _defualtBackgroundColor; }
@@ -61,6 +89,10 @@ public:
     // Also applies to the selection. Widths that are not finite or below zero are ignored.
     void setDrawLineWidth(double width);
     double lineWidth() const { return _lineWidth; }
+    // The colours that outline texts, by the texts' colours. Texts in other colours are outlined in
+    // white.
+    using ColorPairs = std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>>;
+    void setTextMaskColorsParForTextColors(ColorPairs maskColors);
 
     // ---- measuring; reaches every tool, also those made later
     // Units per point; 0 means uncalibrated.
@@ -93,8 +125,12 @@ public:
     // Not undoable.
     void clearTools();
     void removeInvaildTools();
-    // Also ends a creation under way: a tool that is valid by now stays.
+    // Also ends the editing of a text, and a creation under way: a tool that is valid by now stays.
     void finalizeCurrentDrawing();
+    // Ends the editing of a text, if there is any.
+    void finishEditText();
+    // The text that is being edited; null for none.
+    const std::shared_ptr<MDrawText>& curEdittingTextTool() const { return _curEdittingTextTool; }
 
     // ---- undo
     // Whether anything happened. Both drop the selection first.
@@ -110,6 +146,14 @@ public:
     // The factor at which the canvas is shown.
     double getScale() const;
     double contextScale() const { return _contextScale; }
+    // The smallest zoom; the largest is 2.
+    double defaultMinScale() const { return _defaultMinScale; }
+    // Brings the zoom within its bounds.
+    void checkAndUpdateCTXScale();
+    // Zooms out until the content fits the view, and centres it.
+    void autoScaleWhenCtxEnlarged();
+    // Canvas point to view point: the zoom and move in force, whatever is still being animated.
+    const gfx::AffineTransform& mViewTransform() const { return _mViewTransform; }
     // A scale for display while the canvas is not zoomed; 0 for none.
     void setFScal(float scale);
 
@@ -118,26 +162,63 @@ public:
     // Two-finger gestures.
     void setEnableGesture(bool enable) { _enableGesture = enable; }
     ui::RotationGestureRecognizer& rotationGesture() { return *_rotationGesture; }
+    ui::PinchGestureRecognizer& pinchGesture() { return *_pinchGesture; }
+    ui::PanGestureRecognizer& panGesture() { return *_panGesture; }
     void handleRotationGesture(ui::GestureState state, double rotation);
+    // `scale` is the factor since the gesture began, `focus` the view point that stays in place.
+    void handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus);
+    // View points since the gesture began.
+    void handlePanGesture(ui::GestureState state, gfx::Point translation);
+    // On a text: edits it. View points.
+    void handleDoubleTapGesture(gfx::Point place);
     void touchesBegan(const ui::TouchEvent& event) override;
     void touchesMoved(const ui::TouchEvent& event) override;
     void touchesEnded(const ui::TouchEvent& event) override;
     void touchesCancelled(const ui::TouchEvent& event) override;
 
-    // How many tools the last frame drew.
+    // ---- display
+    // Has everything drawn anew at the next frame. Whoever changes a tool of the canvas by itself
+    // calls it; the canvas's own operations draw again what they changed.
+    void invalidateLayers();
+    // How many tools the last frame drew, into layers or onto the screen; one that several damaged
+    // rectangles meet counts for each.
     int lastDrawnTools() const { return _drawnTools; }
 
     // ---- from the undo manager
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
     void toolsStateChangedState(const ToolRef& tool, State state) override;
 
+    // ---- from texts
+    void drawTextAskForRedraw(MDrawText& text) override;
+    void drawTextBeginEdittingText(MDrawText& text) override;
+    void drawTextDidEndEditText(MDrawText& text) override;
+    void drawTextAskForSaveState(MDrawText& text) override;
+    void drawTextDidChangeTextViewHeight(MDrawText& text) override;
+    void drawTextKeyboardWillShow(MDrawText& text) override;
+    void drawTextKeyboardWillHidden(MDrawText& text) override;
+    std::optional<gfx::Rect> drawTextAskForCurrentCtxRect(const MDrawText& text) override;
+    std::optional<double> drawTextAskForCurrentCtxScale(const MDrawText& text) override;
+    std::optional<gfx::AffineTransform> drawTextAskForCurrentCtxTransform(
+        const MDrawText& text) override;
+    std::optional<double> drawTextAskForCurrentCtxRotateAngle(const MDrawText& text) override;
+    std::optional<gfx::ColorRef> drawTextAskForMaskColor(const MDrawText& text) override;
+
+    // ---- from the freehand helper
+    void drawFreelineComplate(const std::shared_ptr<MDrawFreeline>& freeline) override;
+    void drawFreelinePropertyChanged(const std::shared_ptr<MDrawFreeline>& freeline) override;
+
+    ~MDrawView() override;
+
 protected:
-    MDrawView() = default;
+    MDrawView();
     void init(const gfx::Rect& frame) override;
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
     void layoutSubviews() override;
+    void didMoveToWindow() override;
 
 private:
+    void addGestures();
+
     // ---- touches (MDrawViewTouches.cpp)
     void updateDrawStateTouches(std::int32_t phase, std::size_t touchCount);
     bool isSingleFinger() const { return (_drawState & 1U) != 0; }
@@ -149,7 +230,10 @@ private:
     void finishDrag();
     void finishTap(gfx::Point p);
     bool isBeingCreated() const;
+    bool drawsClass(const ToolClass& toolClass) const;
     void creatMDrawToolInPoint(gfx::Point p);
+    ToolRef makeTool(gfx::Point p);
+    void discard(const ToolRef& tool);
     void prepareNewTool(MDrawTool& tool) const;
     void deleteCurrentHandlingTool();
     bool isOnCanvas(const ToolRef& tool) const;
@@ -166,30 +250,72 @@ private:
     void refreshCalibrations();
     void applyMeasuring(MDrawTool& tool) const;
 
+    // ---- text (MDrawViewText.cpp)
+    bool checkAndEndTextToolEdittingText();
+    void checkAndMarkTextToolTapedInfoTimeStamp(const ToolRef& tool, double time);
+    bool isSecondTap(const ToolRef& tool) const;
+    void editText(const std::shared_ptr<MDrawText>& text);
+    void keepAboveKeyboard(const MDrawText& text);
+
+    // ---- mosaic (MDrawViewMosaic.cpp)
+    void forgetMosaic();
+    const MosaicBlocks& mosaicBlocks();
+    gfx::Paint mosiacImgColor(const gfx::Rect& shownPicture);
+    void drawMosiacTools(gfx::Context& context, const gfx::Rect& shownPicture,
+                         const std::function<bool(const MDrawTool&)>& isWanted);
+
     bool stepHistory(bool (*step)(MUndoManager&));
 
     // ---- content rectangle (MDrawViewContent.cpp)
     gfx::Rect contentRect() const;
     bool refreshContextRect();
 
-    // ---- rendering (MDrawViewRendering.cpp)
-    enum ItemKinds : unsigned { SelectedItems = 1, DrawingItems = 2, NormalItems = 4 };
+    // ---- zoom (MDrawViewZoom.cpp)
+    bool isScreenShot() const;
     void processViewTransform();
+    bool isViewMoving() const;
+    gfx::AffineTransform shownTransform() const;
+    void zoomAbout(gfx::Point focus, const std::function<void()>& change);
+    gfx::Point centralizedMove() const;
+    gfx::Point reachableMove() const;
+    void centralizeVisualContext();
+    void settleView(const gfx::AffineTransform& from);
+    void resetView();
+
+    // ---- layers (MDrawViewLayers.cpp)
+    void redisplay();
+    void mark(const gfx::Rect& canvasRect);
+    void sweepChangedTools();
+    void updateLayers();
+    ToolRef selectionOnCanvas() const;
+    const ToolList& createdTools();
+    bool refreshLayers();
+    void paintGround(gfx::Context& context, const gfx::Rect& rect);
+    void paintItems(gfx::Context& context, const gfx::Rect& rect);
+    void countFrame();
+
+    // ---- rendering (MDrawViewRendering.cpp)
+    void drawTool(gfx::Context& context, MDrawTool& tool);
     void drawCanvas(gfx::Context& context, const gfx::Rect& rect) const;
     gfx::Rect shownPictureRect(const gfx::Context& context) const;
     void drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const;
-    // Both answer how many tools they drew.
-    int drawAllItems(gfx::Context& context, unsigned kinds);
-    int drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
+    void drawNormalItems(gfx::Context& context);
+    void drawCreatedItems(gfx::Context& context);
+    void drawCreatedMosaics(gfx::Context& context);
+    void drawExportedTools(gfx::Context& context, const gfx::Rect& picture);
+    void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
     gfx::Rect getDrawImageRect() const;
-    bool isScreenShot() const;
 
     std::shared_ptr<MDrawView> self();
 
     std::weak_ptr<MDrawViewDelegate> _drawViewdelegate;
     std::shared_ptr<ToolList> _tools;
     std::unique_ptr<MUndoManager> _undoManager;
+    std::shared_ptr<MDrawFreeLineHelper> _drawFreeLineHelper;
     std::shared_ptr<ui::RotationGestureRecognizer> _rotationGesture;
+    std::shared_ptr<ui::PinchGestureRecognizer> _pinchGesture;
+    std::shared_ptr<ui::PanGestureRecognizer> _panGesture;
+    std::shared_ptr<ui::TapGestureRecognizer> _doubleTapGesture;
 
     // What new tools get.
     const ToolClass* _drawToolClass = nullptr;
@@ -206,6 +332,8 @@ private:
     std::shared_ptr<MDrawMutableSelect> _handingTools;
     bool _drawing = false;
     bool _isMoved = false;
+    // The gesture has done its work, such as ending the editing of a text.
+    bool _abortTouch = false;
     bool _inHandleLastSeletedTools = false;
     // The unselected tool that was under the finger at touch-down.
     ToolRef LastSeletedTestSrcPoint;
@@ -220,8 +348,21 @@ private:
     // The gesture goes on, but what it turned has been let go.
     bool _isRotationOver = false;
 
-    // The picture.
+    // The text that was tapped last, and when, seconds of the wall clock.
+    ToolRef _preTapTextTool;
+    double _preTapTextTime = 0;
+    std::shared_ptr<MDrawText> _curEdittingTextTool;
+    ColorPairs _textMaskColorPars;
+    // Where the view belongs while a keyboard moves it; nothing while none does.
+    std::optional<gfx::Rect> _selfOriginalRect;
+
+    // The picture, upright: as it was handed in, and as it is shown.
+    gfx::ImageRef _sourceImg;
     gfx::ImageRef _bgImg;
+    // Of the shown picture; nothing until somebody needs them.
+    std::optional<MosaicBlocks> _mosaicBlocks;
+    // The delayed call that computes them; 0 for none.
+    std::uint64_t _mosaicWork = 0;
     gfx::Rect _bgImgRect;
     gfx::Rect _ctxRect;
     gfx::ColorRef _defualtBackgroundColor;
@@ -230,13 +371,29 @@ private:
     // The view.
     double _contextScale = 1.0;
     double _tmpContextScale = 1.0;
+    double _defaultMinScale = 0.5;
     gfx::Point _viewMove;
     // Radians, in spite of its name.
     double _curRotateDegree = 0;
     float _fScal = 0;
     gfx::AffineTransform _mViewTransform;
     gfx::AffineTransform _mViewInvertTransform;
+    bool _isPinching = false;
+    bool _isPanning = false;
+    // Of a pan under way, as last heard.
+    gfx::Point _panTranslation;
+    // On the way from an earlier zoom and move to those in force; none while the view rests.
+    std::unique_ptr<ViewAnimation> _viewAnimation;
+
+    // What is on the screen.
+    CanvasLayers _layers;
+    DrawnTools _drawn;
+    // Those made by a finger and not finished yet; brought up to date when asked for.
+    ToolList _createdTools;
     int _drawnTools = 0;
+    // Drawn into a layer since the last frame, for the next one.
+    int _drawnAhead = 0;
+    std::uint64_t _countedFrame = 0;
 };
 
 }  // namespace kalim

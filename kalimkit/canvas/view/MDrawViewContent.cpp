@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -33,6 +34,8 @@ double areaLimit(const ui::Environment& environment) {
 gfx::Rect MDrawView::contentRect() const {
     gfx::Rect content = _bgImg ? _bgImgRect : gfx::Rect{};
     for (const ToolRef& tool : *_tools) {
+        // Patches show nothing beyond the picture.
+        if (isMosaic(*tool)) continue;
         // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
         tool->refreshTransform();
         const gfx::Rect extent = withinReach(tool->frameIncludeLineWidth());
@@ -51,7 +54,13 @@ bool MDrawView::refreshContextRect() {
         _undoManager->undo();
         return false;
     }
-    return _ctxRect != old;
+    if (_ctxRect == old) return false;
+    // The background reaches as far as the content.
+    for (const gfx::Rect& rect : {old, _ctxRect}) {
+        _layers.invalidate(CanvasLayers::Ground, rect);
+        mark(rect);
+    }
+    return true;
 }
 
 }  // namespace kalim

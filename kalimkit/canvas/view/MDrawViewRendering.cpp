@@ -2,6 +2,9 @@
 
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/PictureLayout.h"
+#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/imageedit/image/GaussianBlur.h"
+#include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -19,46 +22,43 @@ gfx::Rect grownToPixels(const gfx::Rect& rect, double scale) {
 
 }  // namespace
 
-// ---- zoom
-
-bool MDrawView::isScreenShot() const {
-    return _bgImg && fillsView(_bgImg->size(), bounds().size);
-}
-
-double MDrawView::getScale() const {
-    const double scale = _contextScale * _tmpContextScale;
-    if (std::abs(1 - scale) >= 0.0001) return scale;
-    if (_fScal > 0.01F) return _fScal;
-    return isScreenShot() ? 0.86 : scale;
-}
-
-void MDrawView::setFScal(float scale) {
-    if (!std::isfinite(scale)) return;
-    _fScal = scale;
-    processViewTransform();
-    setNeedsDisplay();
-}
-
-void MDrawView::processViewTransform() {
-    _mViewTransform = canvasToView(bounds().center(), _viewMove, getScale(), _curRotateDegree);
-    _mViewInvertTransform = _mViewTransform.inverted();
-}
-
-gfx::Point MDrawView::invertViewPoint(gfx::Point p) const {
-    return _mViewInvertTransform.apply(p);
-}
-
 // ---- on screen
 
 void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
+    const auto alive = self();
+    countFrame();
     context.setInterpolation(gfx::Interpolation::High);
-    processViewTransform();
-    gfx::GraphicsStateGuard guard(context);
-    context.concat(_mViewTransform);
-    const gfx::Rect picture = shownPictureRect(context);
-    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture));
-    drawSnipImage(context, picture);
-    _drawnTools = drawAllItems(context, SelectedItems | DrawingItems | NormalItems);
+    const bool hasLayers = refreshLayers();
+    const gfx::AffineTransform shown = shownTransform();
+    const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);
+    const auto inCanvas = [&](auto draw) {
+        const gfx::GraphicsStateGuard guard(context);
+        context.concat(shown);
+        draw();
+    };
+    // While the view moves the ground is drawn as it is, so that the photo reaches to the edges;
+    // the items are shown from their layer, wherever it is then.
+    if (hasLayers && further.isIdentity()) {
+        _layers.show(CanvasLayers::Ground, context);
+    } else {
+        inCanvas([&] { paintGround(context, shown.inverted().apply(bounds())); });
+    }
+    inCanvas([&] { drawCreatedMosaics(context); });
+    if (hasLayers) {
+        _layers.show(CanvasLayers::Items, context, further);
+    } else {
+        inCanvas([&] { drawNormalItems(context); });
+    }
+    inCanvas([&] {
+        drawAllSelectedItemsNeedSelectedSate(context, true);
+        drawCreatedItems(context);
+    });
+}
+
+void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
+    tool.draw(context);
+    tool.drawMeasurement(context);
+    ++_drawnTools;
 }
 
 void MDrawView::drawCanvas(gfx::Context& context, const gfx::Rect& rect) const {
@@ -78,42 +78,49 @@ void MDrawView::drawSnipImage(gfx::Context& context, const gfx::Rect& rect) cons
     if (_bgImg) context.drawImage(*_bgImg, rect);
 }
 
-// Finished tools in list order, the selection above them, the tool under the finger on top.
-int MDrawView::drawAllItems(gfx::Context& context, unsigned kinds) {
-    int drawn = 0;
-    const auto drawTool = [&](MDrawTool& tool) {
-        tool.draw(context);
-        tool.drawMeasurement(context);
-        ++drawn;
-    };
-    removeInvaildTools();
-    if (kinds & NormalItems) {
-        for (const ToolRef& tool : *_tools) {
-            const bool isSelected = _handingTools && _handingTools->containTool(tool);
-            if (!isSelected && !tool->isNewBuild()) drawTool(*tool);
-        }
+void MDrawView::drawNormalItems(gfx::Context& context) {
+    for (const ToolRef& tool : *_tools) {
+        const bool isSelected = _handingTools && _handingTools->containTool(tool);
+        if (!isSelected && !tool->isNewBuild() && !isMosaic(*tool)) drawTool(context, *tool);
     }
-    if (kinds & SelectedItems) drawn += drawAllSelectedItemsNeedSelectedSate(context, true);
-    if (kinds & DrawingItems) {
-        for (const ToolRef& tool : *_tools) {
-            if (tool->isNewBuild()) drawTool(*tool);
-        }
-    }
-    return drawn;
 }
 
-int MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState) {
+void MDrawView::drawCreatedItems(gfx::Context& context) {
+    for (const ToolRef& tool : createdTools()) {
+        if (!isMosaic(*tool)) drawTool(context, *tool);
+    }
+}
+
+void MDrawView::drawCreatedMosaics(gfx::Context& context) {
+    if (createdTools().empty()) return;
+    drawMosiacTools(context, shownPictureRect(context),
+                    [](const MDrawTool& tool) { return tool.isNewBuild(); });
+}
+
+void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
+                                                     bool needSelectedState) {
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
-    if (!selection || !isOnCanvas(selection->firstSelectedTool())) return 0;
+    if (!selection || !isOnCanvas(selection->firstSelectedTool())) return;
     selection->setHandleViewScale(_contextScale);
     if (!needSelectedState) selection->setSelected(false);
     selection->draw(context);
     selection->drawMeasurement(context);
     if (!needSelectedState) selection->setSelected(true);
-    return static_cast<int>(selection->subTools().size());
+    _drawnTools += static_cast<int>(selection->subTools().size());
 }
 
 // ---- export
+
+// What lies over the picture, which has been drawn over the rectangle.
+void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& picture) {
+    const int drawnOnScreen = _drawnTools;
+    context.setInterpolation(gfx::Interpolation::High);
+    drawMosiacTools(context, picture, [](const MDrawTool&) { return true; });
+    drawNormalItems(context);
+    drawAllSelectedItemsNeedSelectedSate(context, false);
+    drawCreatedItems(context);
+    _drawnTools = drawnOnScreen;
+}
 
 gfx::ImageRef MDrawView::exportImage() {
     const auto alive = self();
@@ -128,12 +135,59 @@ gfx::ImageRef MDrawView::exportImage() {
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
+    const gfx::Rect picture = shownPictureRect(context);
     drawCanvas(context, whole);
-    drawSnipImage(context, shownPictureRect(context));
-    drawAllItems(context, DrawingItems | NormalItems);
-    drawAllSelectedItemsNeedSelectedSate(context, false);
+    drawSnipImage(context, picture);
+    drawExportedTools(context, picture);
     _isDirty = false;
     return surface->makeImage();
+}
+
+gfx::ImageRef MDrawView::exportImageAtPictureScale() {
+    if (!_sourceImg || _bgImgRect.isEmpty()) return exportImage();
+    const auto alive = self();
+    selectNone();
+    removeInvaildTools();
+    const gfx::PixelSize pixels = _sourceImg->pixelSize();
+    const gfx::AffineTransform toPixels =
+        gfx::AffineTransform::scaling(pixels.width / _bgImgRect.size.width,
+                                      pixels.height / _bgImgRect.size.height)
+            .translated(-_bgImgRect.minX(), -_bgImgRect.minY());
+    const gfx::Rect picture(0, 0, pixels.width, pixels.height);
+    constexpr double tolerance = 1e-6;
+    const gfx::Rect whole =
+        toPixels.apply(contentRect()).inset(tolerance, tolerance).roundedOut().unionWith(picture);
+    const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, true);
+    if (!surface) return nullptr;
+    gfx::Context& context = surface->context();
+    context.translate(-whole.minX(), -whole.minY());
+    drawCanvas(context, whole);
+    // Pixel for pixel.
+    context.setInterpolation(gfx::Interpolation::None);
+    context.drawImage(*_sourceImg, picture);
+    context.concat(toPixels);
+    drawExportedTools(context, _bgImgRect);
+    _isDirty = false;
+    return surface->makeImage();
+}
+
+gfx::ImageRef MDrawView::exportImageForScale() {
+    const auto alive = self();
+    ui::Environment& environment = ui::Environment::current();
+    const auto surface =
+        environment.device().makeSurface(bounds().size, environment.screen().scale, false);
+    if (!surface) return nullptr;
+    renderIn(surface->context());
+    return surface->makeImage();
+}
+
+gfx::ImageRef MDrawView::filterImg(const gfx::ImageRef& image) const {
+    constexpr double inputRadius = 100;
+    if (!image) return nullptr;
+    const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(image);
+    return ui::Environment::current().device().makeImage(
+        gaussianBlurred(*upright->pixels(), inputRadius), upright->scale(),
+        gfx::ImageOrientation::Up);
 }
 
 }  // namespace kalim

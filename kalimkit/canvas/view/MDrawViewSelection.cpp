@@ -2,6 +2,7 @@
 
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
@@ -20,7 +21,7 @@ void MDrawView::selectTools(const ToolList& tools) {
     group->setSelected(true);
     _handingTools = group;
     notifySelection();
-    setNeedsDisplay();
+    redisplay();
 }
 
 void MDrawView::selectNone() {
@@ -29,6 +30,8 @@ void MDrawView::selectNone() {
 }
 
 void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
+    checkAndMarkTextToolTapedInfoTimeStamp(tool, ui::Environment::current().wallClock());
+    if (_drawFreeLineHelper->isFreelineDrawing()) return;
     if (_handingTools && _handingTools->subTools().size() == 1 &&
         _handingTools->firstSelectedTool() != tool) {
         removeToolFromSelectedTools(_handingTools->firstSelectedTool());
@@ -60,7 +63,7 @@ void MDrawView::clearSelection() {
     if (!_handingTools) return;
     dropSelection();
     notifySelection();
-    setNeedsDisplay();
+    redisplay();
 }
 
 // Lets go without a word. A rotation under way ends here, as a step of its own.
@@ -91,7 +94,7 @@ void MDrawView::notifySelection() {
 void MDrawView::recordSelectionChange() {
     const auto alive = self();
     _undoManager->addToolSuccess(_handingTools);
-    setNeedsDisplay();
+    redisplay();
 }
 
 }  // namespace kalim

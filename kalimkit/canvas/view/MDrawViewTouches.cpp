@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -21,7 +22,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     updateDrawStateTouches(TOUCH_PHASE_BEGAN, event.allTouches.size());
     if (isSingleFinger()) {
         drawDown(invertViewPoint(event.touches.front()->locationIn(this)));
-    } else if (isSelectionValid()) {
+    } else if (isSelectionValid() || drawsClass(MDrawText::Class())) {
         deleteCurrentHandlingTool();
     } else if (isBeingCreated()) {
         // The stored point is a canvas point already; it is deliberately converted once more.
@@ -85,8 +86,19 @@ bool MDrawView::isBeingCreated() const {
     return _handingTool && _handingTool->isNewBuild();
 }
 
+// Whether the tool being created is of a class.
+bool MDrawView::drawsClass(const ToolClass& toolClass) const {
+    return isBeingCreated() && _handingTool->toolClass().isKindOf(toolClass);
+}
+
 void MDrawView::drawDown(gfx::Point p) {
     if (isBeingCreated()) return;
+    _abortTouch = false;
+    if (checkAndEndTextToolEdittingText()) {
+        _abortTouch = true;
+        redisplay();
+        return;
+    }
     _isMoved = false;
     _drawing = false;
     _lastMouseDownPoint = p;
@@ -99,17 +111,24 @@ void MDrawView::drawDown(gfx::Point p) {
     }
     LastSeletedTestSrcPoint = testHitTestSelectTool(p);
     _drawing = !LastSeletedTestSrcPoint;
+    const bool isForText = _drawToolClass && _drawToolClass->isKindOf(MDrawText::Class());
+    if (_drawing && !isSelectionValid() && isForText) {
+        clearSelection();
+        creatMDrawToolInPoint(p);
+        redisplay();
+    }
 }
 
 void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
     _lastMouseMovePoint = to;
+    if (_abortTouch) return;
     _isMoved = true;
     if (_drawing && !isBeingCreated()) {
         clearSelection();
         // The owner, told of it, may have stopped the drawing.
         if (_drawing) creatMDrawToolInPoint(_lastMouseDownPoint);
     }
-    setNeedsDisplay();
+    redisplay();
     if (_drawing && isBeingCreated()) {
         _handingTool->drawMove(to);
         return;
@@ -125,6 +144,7 @@ void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
 }
 
 void MDrawView::drawUp(gfx::Point p) {
+    if (_abortTouch) return redisplay();
     if (!finishCreation(p)) {
         if (_isMoved) {
             finishDrag();
@@ -133,21 +153,35 @@ void MDrawView::drawUp(gfx::Point p) {
         }
     }
     _isMoved = false;
-    setNeedsDisplay();
+    redisplay();
 }
 
 bool MDrawView::finishCreation(gfx::Point p) {
-    if (!_drawing || !_isMoved || !isBeingCreated()) return false;
+    const bool isText = drawsClass(MDrawText::Class());
+    if (!_drawing || !isBeingCreated() || !(_isMoved || isText)) return false;
+    const bool isFreehand = drawsClass(MDrawFreeline::Class());
     const ToolRef tool = _handingTool;
     tool->drawUp(p);
-    if (tool->isDrawVaild()) {
-        _undoManager->addToolSuccess(tool);
+    if (!tool->isDrawVaild()) {
+        discard(tool);
+        _drawFreeLineHelper->reset();
+    } else if (isText || isFreehand) {
+        // Recorded when the text has been typed, and when the drawing has faded in.
+        clearSelection();
     } else {
-        _undoManager->removeToolFromAllSystem(tool);
+        _undoManager->addToolSuccess(tool);
+        tool->setIsNewBuild(false);
     }
-    tool->setIsNewBuild(false);
+    if (isFreehand) _drawFreeLineHelper->drawPause();
     _handingTool = nullptr;
     return true;
+}
+
+// Off the canvas without a record.
+void MDrawView::discard(const ToolRef& tool) {
+    const ToolRef kept = tool;
+    _undoManager->removeToolFromAllSystem(kept);
+    kept->setIsNewBuild(false);
 }
 
 void MDrawView::stopDrawing() {
@@ -172,7 +206,12 @@ void MDrawView::finishTap(gfx::Point p) {
         clearSelection();
     } else if (_handingTools && _handingTools->testHitOnHandle(p) &&
                _handingTools->containTool(tool)) {
-        removeToolFromSelectedTools(tool);
+        if (isSecondTap(tool)) {
+            editText(std::static_pointer_cast<MDrawText>(tool));
+        } else {
+            removeToolFromSelectedTools(tool);
+            _preTapTextTool = nullptr;
+        }
     } else {
         addToolToSelectedToolsPoint(tool, p);
     }
@@ -182,10 +221,30 @@ void MDrawView::finishTap(gfx::Point p) {
 
 void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
     if (!_drawToolClass) return;
-    const ToolRef tool = _drawToolClass->makeWithStartPoint(p);
+    const ToolRef tool = makeTool(p);
     prepareNewTool(*tool);
     _handingTool = tool;
     _undoManager->addTool(tool);
+    if (std::ranges::find(_createdTools, tool) == _createdTools.end()) {
+        _createdTools.push_back(tool);
+    }
+    _drawn.markListChanged();
+}
+
+ToolRef MDrawView::makeTool(gfx::Point p) {
+    if (_drawToolClass->isKindOf(MDrawText::Class())) {
+        const auto text = MDrawText::initWithViewStartPoint(self(), p);
+        text->setDelegate(self());
+        return text;
+    }
+    if (_drawToolClass != &MDrawFreeline::Class()) return _drawToolClass->makeWithStartPoint(p);
+    const std::shared_ptr<MDrawFreeline> drawing = _drawFreeLineHelper->freelineTool();
+    // Strokes that join a drawing leave its box alone.
+    if (_drawFreeLineHelper->firstFreelinPart()) {
+        drawing->setStartPoint(p);
+        drawing->setEndPoint(p);
+    }
+    return drawing;
 }
 
 void MDrawView::prepareNewTool(MDrawTool& tool) const {
@@ -201,9 +260,12 @@ void MDrawView::prepareNewTool(MDrawTool& tool) const {
 void MDrawView::deleteCurrentHandlingTool() {
     if (!isBeingCreated()) return;
     const ToolRef tool = std::exchange(_handingTool, nullptr);
-    _undoManager->removeToolFromAllSystem(tool);
+    // A text that is being typed takes its field along.
+    if (_curEdittingTextTool == tool) checkAndEndTextToolEdittingText();
+    if (isOnCanvas(tool)) discard(tool);
     tool->setIsNewBuild(false);
-    setNeedsDisplay();
+    _drawFreeLineHelper->reset();
+    redisplay();
 }
 
 ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
@@ -232,7 +294,7 @@ void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
         _rotation = rotation;
         _handingTools->rotateChangedWithAngle(rotation);
     }
-    setNeedsDisplay();
+    redisplay();
 }
 
 void MDrawView::endRotation(double rotation) {

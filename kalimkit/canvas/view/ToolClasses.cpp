@@ -1,12 +1,19 @@
 #include "kalimkit/canvas/view/ToolClasses.h"
 
 #include "kalimkit/canvas/view/ToolType.h"
+#include "kalimkit/imageedit/mosaic/MDrawMosiac.h"
+#include "kalimkit/shapes/MDrawAngle.h"
+#include "kalimkit/shapes/MDrawArc.h"
 #include "kalimkit/shapes/MDrawArrow.h"
+#include "kalimkit/shapes/MDrawComment.h"
 #include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
+#include "kalimkit/shapes/MDrawFreeline.h"
 #include "kalimkit/shapes/MDrawLine.h"
+#include "kalimkit/shapes/MDrawPolyline.h"
 #include "kalimkit/shapes/MDrawRect.h"
 #include "kalimkit/shapes/MDrawRoundedRect.h"
+#include "kalimkit/shapes/MDrawText.h"
 
 namespace kalim {
 
@@ -20,6 +27,9 @@ std::array<const ToolClass*, typeCount> makeTypeClasses() {
     classes[ToolType::Rectangle] = &MDrawRect::Class();
     classes[ToolType::RoundedRectangle] = &MDrawRoundedRect::Class();
     classes[ToolType::Ellipse] = &MDrawEllipse::Class();
+    classes[ToolType::Text] = &MDrawText::Class();
+    classes[ToolType::Freehand] = &MDrawFreeline::Class();
+    classes[ToolType::Mosaic] = &MDrawMosiac::Class();
     classes[ToolType::Line] = &MDrawLine::Class();
     classes[ToolType::Arrow] = &MDrawArrow::Class();
     return classes;
@@ -46,10 +56,17 @@ std::int64_t getToolTypeForClass(const MDrawTool* tool) {
     return toolTypeNotFound;
 }
 
+bool isMosaic(const MDrawTool& tool) {
+    return tool.toolClass().isKindOf(MDrawMosiac::Class());
+}
+
 std::span<const ToolClass* const> toolClasses() {
-    static const std::array classes{&MDrawRect::Class(),    &MDrawRoundedRect::Class(),
-                                    &MDrawEllipse::Class(), &MDrawLine::Class(),
-                                    &MDrawArrow::Class(),   &MDrawFatArrow::Class()};
+    static const std::array classes{
+        &MDrawRect::Class(),     &MDrawRoundedRect::Class(), &MDrawEllipse::Class(),
+        &MDrawText::Class(),     &MDrawFreeline::Class(),    &MDrawMosiac::Class(),
+        &MDrawLine::Class(),     &MDrawArrow::Class(),       &MDrawFatArrow::Class(),
+        &MDrawPolyline::Class(), &MDrawAngle::Class(),       &MDrawArc::Class(),
+        &MDrawComment::Class()};
     return classes;
 }
 

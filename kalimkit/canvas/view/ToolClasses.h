@@ -21,6 +21,9 @@ KALIM_API const ToolClass* getClassForToolType(std::int64_t type);
 // The number of the tool's exact class; -1 for null, toolTypeNotFound for a class that has none.
 KALIM_API std::int64_t getToolTypeForClass(const MDrawTool* tool);
 
+// Whether the tool is a patch, which is drawn in a pass of its own and cannot be picked.
+KALIM_API bool isMosaic(const MDrawTool& tool);
+
 // Every class that a caller can make by its name, with or without a tool-type number.
 KALIM_API std::span<const ToolClass* const> toolClasses();
 // Null for an unknown name.

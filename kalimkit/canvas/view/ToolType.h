@@ -2,8 +2,7 @@
 
 #include <cstdint>
 
-// The tool-type numbers of the canvas's interface. Text, Freehand and Mosaic have no class yet, so
-// that beginning to draw with them draws nothing.
+// The tool-type numbers of the canvas's interface.
 namespace kalim::ToolType {
 
 enum Number : std::int64_t {

@@ -97,6 +97,13 @@ int View::paint(gfx::Context& context, const gfx::Rect& dirty) {
     return paintContent(context, own);
 }
 
+void View::renderIn(gfx::Context& context) {
+    layoutIfNeeded();
+    const gfx::GraphicsStateGuard guard(context);
+    context.translate(-_bounds.minX(), -_bounds.minY());
+    paintContent(context, _bounds);
+}
+
 int View::paintContent(gfx::Context& context, const gfx::Rect& dirty) {
     const bool isCut = _clipsToBounds && !_bounds.contains(dirty);
     if (isCut) context.clipToRect(_bounds);

@@ -151,9 +151,11 @@ TEST(MDrawViewTools, LabelsStandAboveFinishedToolsThatAreNotSelected) {
     const auto texts = [&] {
         host.window().display();
         std::vector<std::string> found;
-        for (auto& recorded :
-             test::RecordingDevice::recording(*host.window().surface()).takeLines()) {
-            if (recorded.starts_with("text ")) found.push_back(recorded);
+        // The window's own and those of the canvas's layers.
+        for (const auto& surface : device->surfaces()) {
+            for (auto& recorded : test::RecordingDevice::recording(*surface).takeLines()) {
+                if (recorded.starts_with("text ")) found.push_back(recorded);
+            }
         }
         return found;
     };

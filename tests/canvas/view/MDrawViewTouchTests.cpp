@@ -61,7 +61,7 @@ TEST(MDrawViewTouches, ATooSmallToolIsDroppedWithoutARecord) {
 
 TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
     CanvasHost host;
-    for (const std::int64_t type : {3, 4, 5, 8, -1}) {
+    for (const std::int64_t type : {8, -1}) {
         host.canvas->beginDrawingForTypeWithDrawType(type, 0);
         host.drag({10, 10}, {100, 100});
         EXPECT_TRUE(host.canvas->tools().empty()) << type;
@@ -132,6 +132,8 @@ TEST(MDrawViewTouches, WhileSomethingIsSelectedAFingerElsewhereMayTrembleWithout
 
 TEST(MDrawViewTouches, ASecondFingerKeepsAValidToolAndDropsAHalfDrawnOne) {
     CanvasHost host;
+    // Else the two fingers would move the view.
+    host.canvas->setEnableGesture(false);
     const auto drawUntilSecondFinger = [&](gfx::Point to) {
         host.pick(ToolType::Rectangle);
         host.down({50, 50});
@@ -245,7 +247,7 @@ TEST(MDrawViewTouches, ClearingDuringAGestureDoesNotLockTheCanvas) {
 TEST(MDrawViewTouches, StoppingADrawingHalfWayKeepsWhatIsValidAndLeavesTheCanvasFree) {
     CanvasHost host;
     const std::function<void()> stops[] = {
-        [&] { host.canvas->beginDrawingForTypeWithDrawType(ToolType::Text, 0); },
+        [&] { host.canvas->beginDrawingForTypeWithDrawType(-1, 0); },
         [&] { host.canvas->finalizeCurrentDrawing(); }};
     for (const auto& stop : stops) {
         for (const double length : {100.0, 3.0}) {

@@ -1,0 +1,146 @@
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/view/PictureLayout.h"
+#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/canvas/view/ViewAnimation.h"
+#include "kalimkit/gfx/ExtentContext.h"
+#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+namespace {
+
+// Where the tool paints at present. Drawing settles it, too: its transform, the size of its text.
+gfx::Rect drawnExtent(MDrawTool& tool) {
+    if (isMosaic(tool)) return tool.frame();
+    gfx::ExtentContext context(ui::Environment::current().device());
+    tool.draw(context);
+    tool.drawMeasurement(context);
+    return context.extent();
+}
+
+CanvasLayers::Layer layerOf(const MDrawTool& tool) {
+    return isMosaic(tool) ? CanvasLayers::Ground : CanvasLayers::Items;
+}
+
+}  // namespace
+
+MDrawView::MDrawView() : _drawn({drawnExtent, layerOf}) {}
+
+MDrawView::~MDrawView() = default;
+
+// ---- what has changed
+
+// The selection and what is being created may look different.
+void MDrawView::redisplay() {
+    _drawn.markLiveChanged();
+    setNeedsLayout();
+}
+
+void MDrawView::invalidateLayers() {
+    _drawn.forget();
+    _layers.invalidateAll();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void MDrawView::didMoveToWindow() {
+    if (!window()) _layers.release();
+}
+
+void MDrawView::mark(const gfx::Rect& canvasRect) {
+    if (isViewMoving()) return setNeedsDisplay();
+    setNeedsDisplay(_layers.shownRect(canvasRect));
+}
+
+// A tool may have become invalid only if it is selected or has been reported; the others are not
+// looked at, because there may be thousands of them.
+void MDrawView::sweepChangedTools() {
+    ToolList candidates = _drawn.changed();
+    if (_handingTools) _handingTools->addSubToolToArray(candidates);
+    for (const ToolRef& tool : candidates) {
+        if (tool->isNewBuild() || tool->isDrawVaild() || !isOnCanvas(tool)) continue;
+        removeToolFromSelectedTools(tool);
+        _undoManager->removeToolFromAllSystem(tool);
+    }
+}
+
+ToolRef MDrawView::selectionOnCanvas() const {
+    if (!_handingTools || !isOnCanvas(_handingTools->firstSelectedTool())) return nullptr;
+    return _handingTools;
+}
+
+const ToolList& MDrawView::createdTools() {
+    std::erase_if(_createdTools,
+                  [this](const ToolRef& tool) { return !tool->isNewBuild() || !isOnCanvas(tool); });
+    return _createdTools;
+}
+
+// Finds out what has to be drawn again, in the layers and on the screen.
+void MDrawView::updateLayers() {
+    sweepChangedTools();
+    if (!isViewMoving()) {
+        _layers.setView(bounds().size, ui::Environment::current().screen().scale, _mViewTransform);
+    }
+    if (_handingTools) _handingTools->setHandleViewScale(_contextScale);
+    const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());
+    for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
+        for (const gfx::Rect& rect : stale.layers[layer]) {
+            _layers.invalidate(layer, rect);
+            mark(rect);
+        }
+    }
+    for (const gfx::Rect& rect : stale.live)
+        mark(rect);
+    if (!stale.onTop) return;
+    mark(stale.onTopExtent);
+    if (_layers.isStale(CanvasLayers::Items)) {
+        _layers.invalidate(CanvasLayers::Items, stale.onTopExtent);
+    } else {
+        _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
+            stale.onTop->draw(context);
+            stale.onTop->drawMeasurement(context);
+            ++_drawnAhead;
+        });
+    }
+}
+
+// ---- drawing what has changed
+
+void MDrawView::countFrame() {
+    const std::uint64_t frame = window() ? window()->frames() : 0;
+    if (std::exchange(_countedFrame, frame) != frame) _drawnTools = std::exchange(_drawnAhead, 0);
+}
+
+bool MDrawView::refreshLayers() {
+    gfx::Device& device = ui::Environment::current().device();
+    const auto ground = [this](gfx::Context& context, const gfx::Rect& rect) {
+        paintGround(context, rect);
+    };
+    const auto items = [this](gfx::Context& context, const gfx::Rect& rect) {
+        paintItems(context, rect);
+    };
+    return _layers.refresh(CanvasLayers::Ground, device, ground) &&
+           _layers.refresh(CanvasLayers::Items, device, items);
+}
+
+void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
+    context.setInterpolation(gfx::Interpolation::High);
+    const gfx::Rect picture = shownPictureRect(context);
+    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture));
+    drawSnipImage(context, picture);
+    drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
+        return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
+    });
+}
+
+void MDrawView::paintItems(gfx::Context& context, const gfx::Rect& rect) {
+    for (const ToolRef& tool : *_tools) {
+        if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
+    }
+}
+
+}  // namespace kalim

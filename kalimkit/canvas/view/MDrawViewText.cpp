@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+namespace {
+
+// Seconds within which a second tap on a text edits it; the last moment counts.
+constexpr double secondTapTime = 1.0;
+
+std::shared_ptr<MDrawText> shared(MDrawText& text) {
+    return std::static_pointer_cast<MDrawText>(text.shared_from_this());
+}
+
+bool isText(const ToolRef& tool) {
+    return tool && tool->toolClass().isKindOf(MDrawText::Class());
+}
+
+}  // namespace
+
+// ---- editing
+
+void MDrawView::setTextMaskColorsParForTextColors(ColorPairs maskColors) {
+    _textMaskColorPars = std::move(maskColors);
+    invalidateLayers();
+}
+
+void MDrawView::finishEditText() {
+    if (checkAndEndTextToolEdittingText()) redisplay();
+}
+
+bool MDrawView::checkAndEndTextToolEdittingText() {
+    const auto alive = self();
+    const std::shared_ptr<MDrawText> text = _curEdittingTextTool;
+    if (!text) return false;
+    text->stopEdittingText();
+    _curEdittingTextTool = nullptr;
+    return true;
+}
+
+void MDrawView::editText(const std::shared_ptr<MDrawText>& text) {
+    clearSelection();
+    _preTapTextTool = nullptr;
+    if (isOnCanvas(text)) text->startEdittingText();
+}
+
+// ---- two taps on a text
+
+void MDrawView::checkAndMarkTextToolTapedInfoTimeStamp(const ToolRef& tool, double time) {
+    _preTapTextTool = isText(tool) ? tool : nullptr;
+    _preTapTextTime = _preTapTextTool ? time : 0;
+}
+
+bool MDrawView::isSecondTap(const ToolRef& tool) const {
+    return isText(tool) && tool == _preTapTextTool &&
+           ui::Environment::current().wallClock() - _preTapTextTime <= secondTapTime;
+}
+
+void MDrawView::handleDoubleTapGesture(gfx::Point place) {
+    const auto alive = self();
+    if (_handingTool && !_handingTool->isDrawVaild()) deleteCurrentHandlingTool();
+    const ToolRef tool = testHitTestSelectTool(invertViewPoint(place));
+    if (!isText(tool)) return;
+    // The touch-up of the second tap is still to come; it would select the text again.
+    _abortTouch = true;
+    editText(std::static_pointer_cast<MDrawText>(tool));
+    redisplay();
+}
+
+// ---- messages
+
+void MDrawView::drawTextAskForRedraw(MDrawText& text) {
+    _drawn.markChanged(shared(text));
+    redisplay();
+}
+
+void MDrawView::drawTextBeginEdittingText(MDrawText& text) {
+    _curEdittingTextTool = shared(text);
+    drawTextAskForRedraw(text);
+}
+
+void MDrawView::drawTextDidEndEditText(MDrawText& text) {
+    const auto alive = self();
+    const std::shared_ptr<MDrawText> tool = shared(text);
+    if (_curEdittingTextTool == tool) _curEdittingTextTool = nullptr;
+    if (_selfOriginalRect) setFrame(*std::exchange(_selfOriginalRect, std::nullopt));
+    _drawn.markChanged(tool);
+    redisplay();
+    const bool isNew = tool->isNewBuild();
+    if (tool->isDrawVaild()) {
+        tool->setIsNewBuild(false);
+        if (isOnCanvas(tool)) addToolToSelectedToolsPoint(tool, tool->frame().center());
+    } else if (isNew) {
+        discard(tool);
+    } else if (isOnCanvas(tool)) {
+        removeToolFromSelectedTools(tool);
+        _undoManager->removeTool(tool);
+    }
+}
+
+void MDrawView::drawTextAskForSaveState(MDrawText& text) {
+    const auto alive = self();
+    _undoManager->addToolSuccess(shared(text));
+    redisplay();
+}
+
+// ---- the keyboard
+
+void MDrawView::drawTextDidChangeTextViewHeight(MDrawText& text) {
+    keepAboveKeyboard(text);
+}
+
+void MDrawView::drawTextKeyboardWillShow(MDrawText& text) {
+    keepAboveKeyboard(text);
+}
+
+void MDrawView::drawTextKeyboardWillHidden(MDrawText&) {
+    if (_selfOriginalRect) setFrame(*std::exchange(_selfOriginalRect, std::nullopt));
+}
+
+// Moves the view up by what the keyboard would hide of the text that is being typed.
+void MDrawView::keepAboveKeyboard(const MDrawText& text) {
+    if (!window() || !text.textView() || !(text.curKeyboardHeight() > 0)) return;
+    if (!_selfOriginalRect) _selfOriginalRect = frame();
+    setFrame(*_selfOriginalRect);
+    const ui::View& field = *text.textView();
+    const double bottom = field.convertRectTo(field.bounds(), nullptr).maxY();
+    const double hidden = bottom - (window()->size().height - text.curKeyboardHeight());
+    if (hidden > 0) setFrame(_selfOriginalRect->offset({0, -hidden}));
+}
+
+// ---- questions
+
+// Where there is no picture, there is no edge either.
+std::optional<gfx::Rect> MDrawView::drawTextAskForCurrentCtxRect(const MDrawText&) {
+    return _bgImg ? _mViewTransform.apply(_ctxRect) : bounds();
+}
+
+std::optional<double> MDrawView::drawTextAskForCurrentCtxScale(const MDrawText&) {
+    return getScale();
+}
+
+std::optional<gfx::AffineTransform> MDrawView::drawTextAskForCurrentCtxTransform(const MDrawText&) {
+    return _mViewTransform;
+}
+
+std::optional<double> MDrawView::drawTextAskForCurrentCtxRotateAngle(const MDrawText&) {
+    return _curRotateDegree;
+}
+
+std::optional<gfx::ColorRef> MDrawView::drawTextAskForMaskColor(const MDrawText& text) {
+    const gfx::ColorRef color = text.color();
+    const auto found = std::ranges::find_if(_textMaskColorPars, [&](const auto& pair) {
+        return color && pair.first && gfx::equalColors(pair.first, color);
+    });
+    if (found == _textMaskColorPars.end()) return std::nullopt;
+    return found->second;
+}
+
+// ---- freehand
+
+void MDrawView::drawFreelineComplate(const std::shared_ptr<MDrawFreeline>& freeline) {
+    const auto alive = self();
+    _undoManager->addToolSuccess(freeline);
+    redisplay();
+}
+
+void MDrawView::drawFreelinePropertyChanged(const std::shared_ptr<MDrawFreeline>&) {
+    redisplay();
+}
+
+}  // namespace kalim

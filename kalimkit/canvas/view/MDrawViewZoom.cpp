@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/view/PictureLayout.h"
+#include "kalimkit/canvas/view/ViewAnimation.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double largestScale = 2.0;
+constexpr double ordinaryMinScale = 0.5;
+// View points of the content that a pan leaves in sight, in either direction.
+constexpr double leftInSight = 44;
+
+// How far to move so that the content, shown from `low` to `high`, lies in the middle of a view of
+// this length, or covers it where it is longer.
+double moveToCentre(double low, double high, double length) {
+    if (high - low <= length) return (length - (low + high)) / 2;
+    if (low > 0) return -low;
+    return high < length ? length - high : 0;
+}
+
+// How far to move so that enough of the content stays in sight.
+double moveIntoReach(double low, double high, double length) {
+    const double least = std::min({leftInSight, high - low, length});
+    if (low > length - least) return length - least - low;
+    return high < least ? least - high : 0;
+}
+
+}  // namespace
+
+// ---- the scale
+
+bool MDrawView::isScreenShot() const {
+    return _bgImg && fillsView(_bgImg->size(), bounds().size);
+}
+
+double MDrawView::getScale() const {
+    const double scale = _contextScale * _tmpContextScale;
+    if (std::abs(1 - scale) >= 0.0001) return scale;
+    if (_fScal > 0.01F) return _fScal;
+    return isScreenShot() ? 0.86 : scale;
+}
+
+void MDrawView::setFScal(float scale) {
+    if (!std::isfinite(scale)) return;
+    _fScal = scale;
+    processViewTransform();
+}
+
+void MDrawView::checkAndUpdateCTXScale() {
+    _contextScale = std::max(std::min(_contextScale, largestScale), _defaultMinScale);
+    processViewTransform();
+}
+
+void MDrawView::autoScaleWhenCtxEnlarged() {
+    const gfx::AffineTransform before = shownTransform();
+    const gfx::Size shown = _ctxRect.size * getScale();
+    const gfx::Size room = bounds().size;
+    const bool isLarger = shown.width > room.width || shown.height > room.height;
+    _defaultMinScale = ordinaryMinScale;
+    // Without a picture the first thing drawn is all of the content; it stays where it was drawn.
+    if (!_bgImg && !isLarger) return;
+    if (isLarger) {
+        _contextScale = getScale() * std::min(room.width / shown.width, room.height / shown.height);
+        _defaultMinScale = std::min(_contextScale, ordinaryMinScale);
+    }
+    checkAndUpdateCTXScale();
+    centralizeVisualContext();
+    settleView(before);
+}
+
+// ---- the transform
+
+void MDrawView::processViewTransform() {
+    const gfx::AffineTransform transform =
+        canvasToView(bounds().center(), _viewMove, getScale(), _curRotateDegree);
+    if (transform == _mViewTransform) return;
+    _mViewTransform = transform;
+    _mViewInvertTransform = transform.inverted();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+gfx::Point MDrawView::invertViewPoint(gfx::Point p) const {
+    return _mViewInvertTransform.apply(p);
+}
+
+void MDrawView::resetView() {
+    _viewAnimation = nullptr;
+    _isPinching = _isPanning = false;
+    _contextScale = _tmpContextScale = 1.0;
+    _defaultMinScale = ordinaryMinScale;
+    _viewMove = {};
+    _curRotateDegree = 0;
+}
+
+bool MDrawView::isViewMoving() const {
+    return _isPinching || _isPanning || _viewAnimation;
+}
+
+gfx::AffineTransform MDrawView::shownTransform() const {
+    return _viewAnimation ? _viewAnimation->shown() : _mViewTransform;
+}
+
+// Keeps the canvas point under a view point where it is while the scale changes.
+void MDrawView::zoomAbout(gfx::Point focus, const std::function<void()>& change) {
+    const gfx::Point fixed = invertViewPoint(focus);
+    change();
+    processViewTransform();
+    _viewMove = _viewMove + (focus - _mViewTransform.apply(fixed));
+    processViewTransform();
+}
+
+gfx::Point MDrawView::centralizedMove() const {
+    const gfx::Rect shown = _mViewTransform.apply(_ctxRect);
+    const gfx::Rect room = bounds();
+    return _viewMove + gfx::Point{moveToCentre(shown.minX(), shown.maxX(), room.size.width),
+                                  moveToCentre(shown.minY(), shown.maxY(), room.size.height)};
+}
+
+gfx::Point MDrawView::reachableMove() const {
+    const gfx::Rect shown = _mViewTransform.apply(_ctxRect);
+    const gfx::Rect room = bounds();
+    return _viewMove + gfx::Point{moveIntoReach(shown.minX(), shown.maxX(), room.size.width),
+                                  moveIntoReach(shown.minY(), shown.maxY(), room.size.height)};
+}
+
+void MDrawView::centralizeVisualContext() {
+    _viewMove = centralizedMove();
+    processViewTransform();
+}
+
+// Glides from how the view is shown to how it is from now on.
+void MDrawView::settleView(const gfx::AffineTransform& from) {
+    if (from == _mViewTransform || !window()) return;
+    const std::weak_ptr<MDrawView> weakSelf = self();
+    _viewAnimation = std::make_unique<ViewAnimation>(
+        from, _mViewTransform, ui::Environment::current().runLoop(), [weakSelf](bool isOver) {
+            const auto view = weakSelf.lock();
+            if (!view) return;
+            if (isOver) view->_viewAnimation = nullptr;
+            view->setNeedsLayout();
+            view->setNeedsDisplay();
+        });
+}
+
+// ---- gestures
+
+void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus) {
+    if (!_enableGesture || !std::isfinite(scale) || !(scale > 0)) return;
+    const auto alive = self();
+    if (state == ui::GestureState::Began) {
+        _viewAnimation = nullptr;
+        _isPinching = true;
+    }
+    if (!_isPinching) return;
+    zoomAbout(focus, [&] { _tmpContextScale = scale; });
+    if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
+    const gfx::AffineTransform shown = _mViewTransform;
+    _isPinching = false;
+    zoomAbout(focus, [this] {
+        _contextScale *= _tmpContextScale;
+        _tmpContextScale = 1;
+        checkAndUpdateCTXScale();
+    });
+    const gfx::Size content = _ctxRect.size * getScale();
+    const bool isPictureShrinked =
+        content.width < bounds().size.width || content.height < bounds().size.height;
+    if (isPictureShrinked) centralizeVisualContext();
+    settleView(shown);
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation) {
+    if (!_enableGesture || !std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
+    const auto alive = self();
+    if (state == ui::GestureState::Began) {
+        _viewAnimation = nullptr;
+        _isPanning = true;
+        _panTranslation = {};
+    }
+    if (!_isPanning) return;
+    _viewMove = _viewMove + (translation - _panTranslation);
+    _panTranslation = translation;
+    processViewTransform();
+    if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
+    const gfx::AffineTransform shown = _mViewTransform;
+    _isPanning = false;
+    _viewMove = reachableMove();
+    processViewTransform();
+    settleView(shown);
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+}  // namespace kalim

@@ -1,0 +1,28 @@
+#include "kalimkit/ui/motion/TimingCurve.h"
+
+namespace kalim::ui {
+
+namespace {
+
+// One coordinate of the curve from 0 to 1 with these two controls.
+double bezier(double t, double control1, double control2) {
+    const double u = 1 - t;
+    return 3 * u * u * t * control1 + 3 * u * t * t * control2 + t * t * t;
+}
+
+}  // namespace
+
+double easeInOut(double share) {
+    if (!(share > 0)) return 0;
+    if (share >= 1) return 1;
+    double low = 0;
+    double high = 1;
+    // Both coordinates grow with the parameter, so that halving finds it.
+    for (int step = 0; step < 40; ++step) {
+        const double middle = (low + high) / 2;
+        (bezier(middle, 0.42, 0.58) < share ? low : high) = middle;
+    }
+    return bezier((low + high) / 2, 0, 1);
+}
+
+}  // namespace kalim::ui
