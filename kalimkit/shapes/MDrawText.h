@@ -134,6 +134,7 @@ private:
     bool canEditAt(gfx::Point viewPoint) const;
     void prepareTextView();
     gfx::Rect textViewFrame() const;
+    gfx::Size mostSize() const;
     void updateTextViewSuitableFrame();
     double getMinTextViewHeight() const { return _textView->fontSize(); }
     void reCalcStartAndEndPoint();

@@ -23,6 +23,17 @@ gfx::ColorRef fieldColor() {
     return color;
 }
 
+// What a view keeps of a frame is off by the last bits: without them.
+double tidy(double value) {
+    return std::round(value * 1e6) / 1e6;
+}
+
+gfx::Rect tidyFrame(const ui::View& view) {
+    const gfx::Rect frame = view.frame();
+    return {tidy(frame.minX()), tidy(frame.minY()), tidy(frame.size.width),
+            tidy(frame.size.height)};
+}
+
 }  // namespace
 
 std::shared_ptr<MDrawText> MDrawText::self() {
@@ -81,6 +92,7 @@ void MDrawText::prepareTextView() {
         _textView->setBackgroundColor(fieldColor());
         _textView->setKeyboardAppearance(ui::KeyboardAppearance::Dark);
         _textView->setEnablesReturnKeyAutomatically(true);
+        _textView->setScrollEnabled(false);
     }
     _preText = _text;
     _textView->setText(_text);
@@ -104,25 +116,37 @@ gfx::Rect MDrawText::textViewFrame() const {
         const double shrink = std::min(scale, 1.0);
         return {origin, {shrink * emptySize.width, scale * shrink * emptySize.height}};
     }
+    // Large enough to show every line, broken where it is broken now, also without a keyboard
+    // whose coming would make it so.
     gfx::Size size = convertSizeToCoordinate(frame().size, Coordinate::View);
-    // Wide enough to break the lines where they are broken now.
     const double lines = measureCoreTextSize(_text).width * scale;
     size.width = std::max(size.width, lines + 2 * ui::TextView::textInset.width);
+    const gfx::Size fitted = _textView->sizeThatFits({size.width, mostSize().height});
+    size.height = std::max(size.height, fitted.height);
     return {origin, size};
+}
+
+// View points that text may use of the canvas.
+gfx::Size MDrawText::mostSize() const {
+    const gfx::Size area = getCurrentCtxRect().size;
+    const auto view = _superView.lock();
+    const gfx::Size visible = view ? view->bounds().size : gfx::Size();
+    return {std::min(area.width, visible.width),
+            std::min(area.height, visible.height) - keyboardGap};
 }
 
 // ---- the box after editing
 
 void MDrawText::reCalcStartAndEndPoint() {
-    const double x = convertPointToCoordinate(_startPoint, Coordinate::View).x;
-    const double viewX = _textView->frame().minX();
+    const double x = tidy(convertPointToCoordinate(_startPoint, Coordinate::View).x);
+    const double viewX = tidyFrame(*_textView).minX();
     if (viewX != x) _startPoint.x += (viewX - x) / getCurrentCtxScale();
     updateEndPoint();
 }
 
 void MDrawText::updateEndPoint() {
     const double scale = getCurrentCtxScale();
-    const gfx::Size view = _textView->frame().size;
+    const gfx::Size view = tidyFrame(*_textView).size;
     const gfx::Size size{view.width / scale, view.height / scale};
     // Lines are measured as they were broken in the view.
     _inset = ui::TextView::textInset.width / scale;
@@ -148,14 +172,12 @@ void MDrawText::textViewDidChange(ui::TextView& /*view*/) {
 }
 
 void MDrawText::updateTextViewSuitableFrame() {
-    const ui::View* const parent = _textView->superview();
-    if (!parent) return;
+    if (!_textView->superview()) return;
     const auto alive = self();
     const gfx::Rect area = getCurrentCtxRect();
-    const gfx::Size most{std::min(area.size.width, parent->bounds().size.width),
-                         std::min(area.size.height, parent->bounds().size.height) - keyboardGap};
+    const gfx::Size most = mostSize();
     const bool hadText = !_preText.empty();
-    gfx::Rect frame = _textView->frame();
+    gfx::Rect frame = tidyFrame(*_textView);
     const double fittingWidth = hadText ? frame.size.width : most.width - 2 * edgeGap;
     const gfx::Size fitted = _textView->sizeThatFits({fittingWidth, most.height});
     const double shrink = std::min(getCurrentCtxScale(), 1.0);
