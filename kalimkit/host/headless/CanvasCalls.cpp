@@ -40,6 +40,19 @@ Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&
     return std::nullopt;
 }
 
+// A list of pairs: a text's colour and that of its outline.
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&,
+                     MDrawView::ColorPairs& out) {
+    if (!value.array()) return wrongValue(what, "a list of pairs of colours", value);
+    for (const JsonValue& pair : *value.array()) {
+        std::vector<gfx::ColorRef> colors;
+        if (Problem problem = readList(pair, "a pair of " + what, "colour", colors)) return problem;
+        if (colors.size() != 2) return wrongValue("a pair of " + what, "two colours", pair);
+        out.emplace_back(colors[0], colors[1]);
+    }
+    return std::nullopt;
+}
+
 template <typename Value>
 JsonValue resultOf(const Value& value) {
     if constexpr (std::is_arithmetic_v<Value>) {
@@ -117,6 +130,7 @@ constexpr Operation operations[] = {
     named<&MDrawView::color>("color"),
     named<&MDrawView::setDrawLineWidth>("setDrawLineWidth"),
     named<&MDrawView::lineWidth>("lineWidth"),
+    named<&MDrawView::setTextMaskColorsParForTextColors>("setTextMaskColorsParForTextColors"),
     // ---- measuring
     named<&MDrawView::setCalibration>("setCalibration"),
     named<&MDrawView::setUnit>("setUnit"),
@@ -131,6 +145,7 @@ constexpr Operation operations[] = {
     named<&MDrawView::clearTools>("clearTools"),
     named<&MDrawView::removeInvaildTools>("removeInvaildTools"),
     named<&MDrawView::finalizeCurrentDrawing>("finalizeCurrentDrawing"),
+    named<&MDrawView::finishEditText>("finishEditText"),
     // ---- undo
     named<&MDrawView::undo>("undo"),
     named<&MDrawView::redo>("redo"),
@@ -140,6 +155,9 @@ constexpr Operation operations[] = {
     named<&MDrawView::invertViewPoint>("invertViewPoint"),
     named<&MDrawView::getScale>("getScale"),
     named<&MDrawView::contextScale>("contextScale"),
+    named<&MDrawView::defaultMinScale>("defaultMinScale"),
+    named<&MDrawView::autoScaleWhenCtxEnlarged>("autoScaleWhenCtxEnlarged"),
+    named<&MDrawView::invalidateLayers>("invalidateLayers"),
     named<&MDrawView::setFScal>("setFScal"),
     named<&MDrawView::enableGesture>("enableGesture"),
     named<&MDrawView::setEnableGesture>("setEnableGesture"),

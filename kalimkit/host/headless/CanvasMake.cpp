@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/shapes/MDrawPolyline.h"
+#include "kalimkit/shapes/MDrawText.h"
 
 namespace kalim {
 
@@ -51,6 +53,42 @@ Problem readLook(const JsonValue& step, MDrawTool& tool, const MDrawView& canvas
     return std::nullopt;
 }
 
+bool isText(const MDrawTool& tool) {
+    return tool.toolClass().isKindOf(MDrawText::Class());
+}
+
+// A text without words would be no tool.
+Problem readText(const JsonValue& step, MDrawTool& tool) {
+    const JsonValue* given = step.find("text");
+    const std::string name(tool.toolClass().name);
+    if (!isText(tool)) {
+        return given ? Problem("a " + name + " has no \"text\"") : std::nullopt;
+    }
+    if (!given) return "a " + name + " needs \"text\"";
+    std::string text;
+    if (Problem problem = readAs(*given, "\"text\"", text)) return problem;
+    static_cast<MDrawText&>(tool).setText(text);
+    return std::nullopt;
+}
+
+// Vertices are set one by one as a finger lifts; a text keeps the box between the first point and
+// the last; everything else follows the finger.
+void drawThrough(const std::vector<gfx::Point>& points, MDrawTool& tool) {
+    const bool isByVertex = tool.toolClass().isKindOf(MDrawPolyline::Class());
+    for (std::size_t index = 1; index < points.size(); ++index) {
+        if (isByVertex) {
+            tool.drawUp(points[index]);
+        } else if (!isText(tool)) {
+            tool.drawMove(points[index]);
+        }
+    }
+    if (isText(tool)) {
+        tool.setEndPoint(points.back());
+    } else if (!isByVertex) {
+        tool.drawUp(points.back());
+    }
+}
+
 }  // namespace
 
 Problem makeTool(MDrawView& canvas, const JsonValue& step) {
@@ -60,9 +98,8 @@ Problem makeTool(MDrawView& canvas, const JsonValue& step) {
     if (Problem problem = readPoints(step, points)) return problem;
     const ToolRef tool = toolClass->makeWithStartPoint(points.front());
     if (Problem problem = readLook(step, *tool, canvas)) return problem;
-    for (std::size_t index = 1; index < points.size(); ++index)
-        tool->drawMove(points[index]);
-    tool->drawUp(points.back());
+    if (Problem problem = readText(step, *tool)) return problem;
+    drawThrough(points, *tool);
     if (!tool->isDrawVaild()) {
         return "the points make no valid " + std::string(toolClass->name) +
                ": it is too small for its line, or has no length";

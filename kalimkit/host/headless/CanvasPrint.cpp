@@ -2,16 +2,44 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/shapes/MDrawFreeline.h"
+#include "kalimkit/shapes/MDrawPolyline.h"
+#include "kalimkit/shapes/MDrawText.h"
 
 namespace kalim {
 
 namespace {
 
+JsonValue describePoints(const std::vector<gfx::Point>& points) {
+    JsonValue::Array list;
+    for (const gfx::Point p : points)
+        list.push_back(toJson(p));
+    return list;
+}
+
+// What only some kinds have.
+void describeKind(const MDrawTool& tool, JsonValue::Object& members) {
+    if (tool.toolClass().isKindOf(MDrawFreeline::Class())) {
+        JsonValue::Array strokes;
+        for (const auto& stroke : static_cast<const MDrawFreeline&>(tool).linePoints())
+            strokes.push_back(describePoints(stroke));
+        members.emplace_back("linePoints", std::move(strokes));
+    } else if (tool.toolClass().isKindOf(MDrawPolyline::Class())) {
+        members.emplace_back("points",
+                             describePoints(static_cast<const MDrawPolyline&>(tool).points()));
+    } else if (tool.toolClass().isKindOf(MDrawText::Class())) {
+        const auto& text = static_cast<const MDrawText&>(tool);
+        members.emplace_back("text", text.text());
+        members.emplace_back("fontSize", text.fontSize());
+    }
+}
+
 JsonValue describeTool(const MDrawTool& tool) {
     const std::string measureText = tool.measureText();
-    return JsonValue::Object{
+    JsonValue::Object members{
         {"class", std::string(tool.toolClass().name)},
         {"name", tool.name()},
         {"startPoint", toJson(tool.startPoint())},
@@ -28,6 +56,8 @@ JsonValue describeTool(const MDrawTool& tool) {
         {"frame", toJson(tool.frame())},
         {"measureText", measureText.empty() ? JsonValue() : JsonValue(measureText)},
     };
+    describeKind(tool, members);
+    return members;
 }
 
 // Indexes into the tools, in the order of selection; null for a member that is not among them.
@@ -56,8 +86,7 @@ JsonValue::Object describeCanvas(const MDrawView& canvas) {
         {"hasDrawed", canvas.hasDrawed()},
         {"ctxRect", toJson(canvas.ctxRect())},
         {"contextScale", canvas.contextScale()},
-        // No kind of tool that this canvas offers has a text to edit.
-        {"editingText", false},
+        {"editingText", canvas.curEdittingTextTool() != nullptr},
     };
 }
 

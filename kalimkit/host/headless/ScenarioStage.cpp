@@ -9,6 +9,7 @@
 #include "kalimkit/host/headless/CanvasMake.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/host/headless/ScenarioGestures.h"
 
 namespace kalim {
 
@@ -16,33 +17,10 @@ namespace {
 
 // Seconds. A longer wait is a slip of the pen.
 constexpr double longestWait = 3600;
-// Of a gesture, radians.
-constexpr double largestRotation = 1e6;
 constexpr const char* noFocus = "no text view is focused";
 
 std::string quoted(std::string_view key) {
     return cutQuote(dumpJson(std::string(key)));
-}
-
-Problem readGestureState(const JsonValue& step, ui::GestureState& state) {
-    struct Named {
-        std::string_view name;
-        ui::GestureState state;
-    };
-    constexpr Named states[] = {{"began", ui::GestureState::Began},
-                                {"changed", ui::GestureState::Changed},
-                                {"ended", ui::GestureState::Ended},
-                                {"cancelled", ui::GestureState::Cancelled},
-                                {"failed", ui::GestureState::Failed}};
-    const JsonValue* given = step.find("state");
-    if (!given) return "\"gesture\" needs \"state\"";
-    for (const Named& named : states) {
-        if (given->string() && *given->string() == named.name) {
-            state = named.state;
-            return std::nullopt;
-        }
-    }
-    return wrongValue("\"state\"", "began, changed, ended, cancelled or failed", *given);
 }
 
 }  // namespace
@@ -81,11 +59,11 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"touch", {"points", "ids", "lifted"}, &Stage::touch},
     {"wait", {}, &Stage::wait},
     {"call", {"args"}, &Stage::call},
-    {"gesture", {"state", "value"}, &Stage::gesture},
-    {"make", {"points", "color", "lineWidth", "drawType"}, &Stage::make},
+    {"gesture", {"state", "value", "at"}, &Stage::gesture},
+    {"make", {"points", "text", "color", "lineWidth", "drawType"}, &Stage::make},
     {"print", {}, &Stage::print},
     {"picture", {}, &Stage::picture},
-    {"export", {}, &Stage::exportPicture},
+    {"export", {"at"}, &Stage::exportPicture},
     {"type", {}, &Stage::type},
     {"compose", {}, &Stage::compose},
     {"key", {}, &Stage::pressKey},
@@ -167,23 +145,7 @@ Problem ScenarioPlayer::Stage::call(const JsonValue& step) {
 }
 
 Problem ScenarioPlayer::Stage::gesture(const JsonValue& step) {
-    std::string name;
-    if (Problem problem = readAs(*step.find("gesture"), "\"gesture\"", name)) return problem;
-    ui::GestureState state = ui::GestureState::Possible;
-    if (Problem problem = readGestureState(step, state)) return problem;
-    if (name != "rotation") {
-        return "the canvas has no recogniser of " + quoted(name) + ", only of \"rotation\"";
-    }
-    ui::RotationGestureRecognizer& recognizer = _canvas->rotationGesture();
-    double rotation = state == ui::GestureState::Began ? 0 : recognizer.rotation();
-    if (const JsonValue* given = step.find("value")) {
-        if (Problem problem = readAs(*given, "\"value\"", rotation)) return problem;
-        if (std::abs(rotation) > largestRotation) {
-            return wrongValue("\"value\"", "a number of radians up to 1000000", *given);
-        }
-    }
-    recognizer.drive(state, rotation);
-    return std::nullopt;
+    return playGesture(*_canvas, step);
 }
 
 Problem ScenarioPlayer::Stage::make(const JsonValue& step) {
@@ -239,7 +201,21 @@ Problem ScenarioPlayer::Stage::setPicture(const std::string& path) {
 Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
     std::string path;
     if (Problem problem = readAs(*step.find("export"), "\"export\"", path)) return problem;
-    const gfx::ImageRef image = _canvas->exportImage();
+    std::string at = "screen";
+    const JsonValue* given = step.find("at");
+    if (given) {
+        if (Problem problem = readAs(*given, "\"at\"", at)) return problem;
+    }
+    gfx::ImageRef image;
+    if (at == "screen") {
+        image = _canvas->exportImage();
+    } else if (at == "picture") {
+        image = _canvas->exportImageAtPictureScale();
+    } else if (at == "view") {
+        image = _canvas->exportImageForScale();
+    } else {
+        return wrongValue("\"at\"", "screen, picture or view", *given);
+    }
     if (image) return _files.savePicture(path, image);
     if (_canvas->ctxRect().isEmpty()) {
         return "there is nothing to export: no picture and nothing drawn";

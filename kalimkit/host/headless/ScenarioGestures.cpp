@@ -1,0 +1,90 @@
+#include "kalimkit/host/headless/ScenarioGestures.h"
+
+#include <cmath>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kalim {
+
+namespace {
+
+// Radians, and the factor of a pinch.
+constexpr double largestValue = 1e6;
+
+Problem readState(const JsonValue& step, ui::GestureState& state) {
+    struct Named {
+        std::string_view name;
+        ui::GestureState state;
+    };
+    constexpr Named states[] = {{"began", ui::GestureState::Began},
+                                {"changed", ui::GestureState::Changed},
+                                {"ended", ui::GestureState::Ended},
+                                {"cancelled", ui::GestureState::Cancelled},
+                                {"failed", ui::GestureState::Failed}};
+    const JsonValue* given = step.find("state");
+    if (!given) return "\"gesture\" needs \"state\"";
+    for (const Named& named : states) {
+        if (given->string() && *given->string() == named.name) {
+            state = named.state;
+            return std::nullopt;
+        }
+    }
+    return wrongValue("\"state\"", "began, changed, ended, cancelled or failed", *given);
+}
+
+template <typename Kind>
+Problem readOwn(const JsonValue& step, const char* key, Kind& value) {
+    const JsonValue* own = step.find(key);
+    return own ? readAs(*own, "\"" + std::string(key) + "\"", value) : std::nullopt;
+}
+
+Problem rotate(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
+    ui::RotationGestureRecognizer& recognizer = canvas.rotationGesture();
+    double rotation = state == ui::GestureState::Began ? 0 : recognizer.rotation();
+    if (Problem problem = readOwn(step, "value", rotation)) return problem;
+    if (std::abs(rotation) > largestValue) {
+        return wrongValue("\"value\"", "a number of radians up to 1000000", *step.find("value"));
+    }
+    recognizer.drive(state, rotation);
+    return std::nullopt;
+}
+
+Problem pinch(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
+    ui::PinchGestureRecognizer& recognizer = canvas.pinchGesture();
+    double scale = state == ui::GestureState::Began ? 1 : recognizer.scale();
+    gfx::Point focus = canvas.bounds().center();
+    if (Problem problem = readOwn(step, "value", scale)) return problem;
+    if (Problem problem = readOwn(step, "at", focus)) return problem;
+    if (!(scale > 0) || scale > largestValue) {
+        return wrongValue("\"value\"", "a factor above 0 and up to 1000000", *step.find("value"));
+    }
+    recognizer.drive(state, scale, canvas.convertPointTo(focus, nullptr));
+    return std::nullopt;
+}
+
+Problem pan(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
+    ui::PanGestureRecognizer& recognizer = canvas.panGesture();
+    gfx::Point translation;
+    if (state != ui::GestureState::Began) translation = recognizer.translationIn(nullptr);
+    if (Problem problem = readOwn(step, "value", translation)) return problem;
+    recognizer.drive(state, translation);
+    return std::nullopt;
+}
+
+}  // namespace
+
+Problem playGesture(MDrawView& canvas, const JsonValue& step) {
+    std::string name;
+    ui::GestureState state = ui::GestureState::Possible;
+    if (Problem problem = readAs(*step.find("gesture"), "\"gesture\"", name)) return problem;
+    if (Problem problem = readState(step, state)) return problem;
+    if (step.find("at") && name != "pinch") return "only a pinch is \"at\" a point";
+    if (name == "rotation") return rotate(canvas, step, state);
+    if (name == "pinch") return pinch(canvas, step, state);
+    if (name == "pan") return pan(canvas, step, state);
+    return "the canvas has no recogniser of " + shownName(name) +
+           ", only of \"rotation\", \"pinch\" and \"pan\"";
+}
+
+}  // namespace kalim
