@@ -43,18 +43,15 @@ void TapGestureRecognizer::touchesBegan(const TouchEvent& event,
 
 void TapGestureRecognizer::touchesMoved(const TouchEvent& /*event*/,
                                         const std::vector<TouchRef>& /*active*/) {
-    const bool isStraying = std::ranges::any_of(_fingers, [](const Finger& finger) {
-        return distance(finger.touch->locationIn(nullptr), finger.start) >= slop;
-    });
-    if (isStraying) fail();
+    if (isStraying()) fail();
 }
 
-void TapGestureRecognizer::touchesEnded(const TouchEvent& event,
+void TapGestureRecognizer::touchesEnded(const TouchEvent& /*event*/,
                                         const std::vector<TouchRef>& active) {
     _isLifting = true;
     // It may have lifted elsewhere than it last was.
-    touchesMoved(event, active);
-    if (active.empty() && state() == GestureState::Possible) completeTap();
+    if (isStraying()) return fail();
+    if (active.empty()) completeTap();
 }
 
 void TapGestureRecognizer::touchesCancelled(const TouchEvent& /*event*/,
@@ -67,6 +64,12 @@ void TapGestureRecognizer::reset() {
     _taps = 0;
     _fingers.clear();
     _isLifting = false;
+}
+
+bool TapGestureRecognizer::isStraying() const {
+    return std::ranges::any_of(_fingers, [](const Finger& finger) {
+        return distance(finger.touch->locationIn(nullptr), finger.start) >= slop;
+    });
 }
 
 void TapGestureRecognizer::completeTap() {

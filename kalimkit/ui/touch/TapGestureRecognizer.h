@@ -42,6 +42,7 @@ private:
         gfx::Point start;
     };
 
+    bool isStraying() const;
     void completeTap();
     void failAfter(double seconds);
     void stopClock();

@@ -29,7 +29,8 @@ struct GestureStage : TestHost {
         gesture->setHandler([this, name, measure](ui::GestureRecognizer& sender) {
             constexpr const char* states[] = {"possible", "began",     "changed",
                                               "ended",    "cancelled", "failed"};
-            lines.push_back(name + " " + states[static_cast<int>(sender.state())]);
+            lines.push_back((name.empty() ? "" : name + " ") +
+                            states[static_cast<int>(sender.state())]);
             if (measure) lines.back() += " " + measure(static_cast<Recognizer&>(sender));
         });
         (view ? view : window().rootView().get())->addGestureRecognizer(gesture);

@@ -3,36 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <numbers>
-#include <string>
-#include <vector>
 
-#include "tests/support/Finger.h"
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
+#include "tests/ui/touch/GestureStage.h"
 
 namespace kalim::ui {
 
 namespace {
 
-using Lines = std::vector<std::string>;
+using Lines = test::GestureStage::Lines;
 constexpr double pi = std::numbers::pi;
 
-// A window whose root view watches for rotations and writes them down, thousandths of a radian.
-struct Stage : test::TestHost {
-    Stage() : TestHost({.device = std::make_shared<test::RecordingDevice>()}) {
-        gesture->setHandler([this](GestureRecognizer&) {
-            constexpr const char* names[] = {"possible", "began",     "changed",
-                                             "ended",    "cancelled", "failed"};
-            char line[60];
-            std::snprintf(line, sizeof line, "%s %.0f", names[static_cast<int>(gesture->state())],
-                          gesture->rotation() * 1000);
-            lines.push_back(line);
-        });
-        window().rootView()->addGestureRecognizer(gesture);
-    }
+// Rotations in thousandths of a radian.
+struct Stage : test::GestureStage {
     // Fingers 1 and 2 a hundred points around (200, 200), the second at this angle.
     static std::vector<Finger> fingersAt(double angle) {
         const gfx::Point arm{100 * std::cos(angle), 100 * std::sin(angle)};
@@ -41,11 +25,9 @@ struct Stage : test::TestHost {
     void land(double angle) { window().fingersBegan(fingersAt(angle)); }
     void turnTo(double angle) { window().fingersMoved(fingersAt(angle)); }
     void lift(std::int64_t id) { window().fingersEnded({{id, {200, 200}}}); }
-    Lines take() { return std::exchange(lines, {}); }
 
-    std::shared_ptr<RotationGestureRecognizer> gesture =
-        std::make_shared<RotationGestureRecognizer>();
-    Lines lines;
+    std::shared_ptr<RotationGestureRecognizer> gesture = add<RotationGestureRecognizer>(
+        "", [](RotationGestureRecognizer& gesture) { return rounded(gesture.rotation() * 1000); });
 };
 
 TEST(RotationGestureRecognizer, BeginsBeyondTheSlopAndMeasuresFromThere) {
