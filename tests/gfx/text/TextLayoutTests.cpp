@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
 #include "tests/support/RecordingDevice.h"
+#include "tests/support/TestHost.h"
 
 namespace kalim::gfx {
 
@@ -183,7 +183,7 @@ TEST_F(TextLayoutTest, DrawsARunForEachLineThatShows) {
 // Whatever the bytes: lines cover the text, steps forward reach its end and steps back its start,
 // and each caret is found again where it stands.
 TEST_F(TextLayoutTest, StaysInOrderOnAnyBytes) {
-    const auto cairo = CairoDevice::make();
+    test::TestHost cairo;
     constexpr std::string_view alphabet = "ab \t\n\r\xcc\x81\xe5\xad\x97\xf0\x9f\x98\x80\xff";
     unsigned noise = 7;
     for (int round = 0; round < 60; ++round) {
@@ -192,7 +192,7 @@ TEST_F(TextLayoutTest, StaysInOrderOnAnyBytes) {
             noise = noise * 1664525U + 1013904223U;
             text += alphabet[(noise >> 8U) % alphabet.size()];
         }
-        Device& used = round % 2 == 0 ? static_cast<Device&>(device) : *cairo;
+        Device& used = round % 2 == 0 ? static_cast<Device&>(device) : cairo.environment().device();
         const TextLayout layout(used, text, ten, {30, TextLayout::unlimited});
         std::size_t reached = 0;
         for (const TextLine& line : layout.lines()) {
