@@ -76,11 +76,11 @@ TEST_F(MDrawTextTest, MeasuresWholePoints) {
 
 TEST_F(MDrawTextTest, TheHandleFitsTheFontToTheArea) {
     // Ten graphemes, eleven code points.
-    const auto text = textIn({0, 0, 60, 40}, "caf\u0065\u0301 1234", 12);
+    const auto text = textIn({0, 0, 60, 40}, "caf\u0065\u0301 12345", 12);
     EXPECT_TRUE(text->hitOnHandle({60, 40}));
     EXPECT_EQ(text->moveDirection(), MoveDirection::BottomRight);
     text->moveByOffsetEndPoint({40, 0}, {100, 40});
-    // sqrt(4000 / 18) with nine graphemes.
+    // sqrt(4000 / 20); counting code points it would be 13.
     EXPECT_EQ(text->fontSize(), 14);
     text->moveByOffsetEndPoint({-500, -500}, {});
     EXPECT_EQ(text->frame(), gfx::Rect(0, 0, 30, 20));
