@@ -285,9 +285,8 @@ TEST(WindowTouches, ABegunGestureTakesTheTouchesFromTheViews) {
                      "gesture moved 1 active 3", "gesture ended 1 active 2",
                      "gesture ended 1 active 1", "gesture ended 1 active 0", "gesture reset"}));
     one.tap({10, 10});
-    EXPECT_EQ(stage.take(),
-              (Lines{"gesture began 1 active 1", "a began 1 of 1", "gesture ended 1 active 0",
-                     "gesture reset", "a ended 1 of 1"}));
+    EXPECT_EQ(stage.take(), (Lines{"gesture began 1 active 1", "a began 1 of 1",
+                                   "gesture ended 1 active 0", "gesture reset", "a ended 1 of 1"}));
 }
 
 TEST(WindowTouches, ARecognizerThatIsTakenAwayOrDisabledIsLeftAlone) {
