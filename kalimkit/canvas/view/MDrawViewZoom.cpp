@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/PictureLayout.h"
@@ -154,7 +155,7 @@ void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Po
     if (!_enableGesture || !std::isfinite(scale) || !(scale > 0)) return;
     const auto alive = self();
     if (state == ui::GestureState::Began) {
-        _viewAnimation = nullptr;
+        if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
         _isPinching = true;
     }
     if (!_isPinching) return;
@@ -180,7 +181,7 @@ void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation)
     if (!_enableGesture || !std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
     const auto alive = self();
     if (state == ui::GestureState::Began) {
-        _viewAnimation = nullptr;
+        if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
         _isPanning = true;
         _panTranslation = {};
     }
