@@ -20,8 +20,8 @@ public:
     static std::unique_ptr<MDrawMeasurementInfo> initWithTool(std::weak_ptr<const MDrawTool> tool);
 
     void drawContent(gfx::Context& context) override;
-    // The plate.
-    gfx::Rect labelExtent() const override;
+    // The plate that drawContent() would fill, canvas points; empty when there is nothing to show.
+    gfx::Rect labelExtent() const;
     // Where a text of that size stands for a tool with that frame, canvas points.
     static gfx::Rect calculateTextFrameWithTextSizeForToolFrame(gfx::Size size,
                                                                 const gfx::Rect& toolFrame);

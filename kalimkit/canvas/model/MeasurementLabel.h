@@ -13,8 +13,6 @@ public:
     virtual ~MeasurementLabel() = default;
     // In canvas coordinates.
     virtual void drawContent(gfx::Context& context) = 0;
-    // What drawContent() would cover, canvas points; empty when there is nothing to show.
-    virtual gfx::Rect labelExtent() const = 0;
 };
 
 }  // namespace kalim

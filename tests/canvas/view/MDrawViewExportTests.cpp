@@ -138,6 +138,58 @@ TEST(MDrawViewExport, APictureHasNoLightRimAtAScaleThatIsNoWholeNumber) {
     }
 }
 
+TEST(MDrawViewExport, AtThePicturesScaleWhatNothingCoversIsThePicturesOwn) {
+    CanvasHost host;
+    gfx::Bitmap noise(1201, 803);
+    for (std::size_t i = 0; i < noise.byteCount(); ++i) {
+        noise.data()[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : i * 2654435761U >> 13);
+    }
+    const auto picture = host.environment().device().makeImage(noise, 1, gfx::ImageOrientation::Up);
+    host.canvas->setSnipImage(picture);
+    EXPECT_EQ(*host.canvas->exportImageAtPictureScale()->pixels(), noise);
+    // The picture is shown 390 points wide, so a point is 3.08 of its pixels; it begins at y = 292.
+    host.canvas->setDrawColorIsTranslucent(gfx::makeColor(red), false);
+    host.pick(ToolType::Rectangle, 1);
+    host.drag({20, 300}, {100, 400});
+    host.draw(ToolType::Mosaic, {200, 400}, {300, 500});
+    const auto drawn = host.canvas->exportImageAtPictureScale()->pixels();
+    ASSERT_EQ(drawn->size(), noise.size());
+    EXPECT_EQ(drawn->colorAt(300, 200).hex(), "#FF0000FF");
+    EXPECT_TRUE(std::equal(noise.row(0), noise.row(20), drawn->row(0)));
+    // A patch's block is 20 pixels of the fitted picture, 62 here; none of them is the noise.
+    EXPECT_EQ(drawn->colorAt(700, 450).hex(), drawn->colorAt(705, 450).hex());
+    for (const int x : {616, 923}) {
+        EXPECT_NE(drawn->colorAt(x, 400).hex(), noise.colorAt(x, 400).hex()) << x;
+    }
+    // Beyond the picture there is background, in whole pixels.
+    host.draw(ToolType::Line, {350, 300}, {350, 200});
+    const auto larger = host.canvas->exportImageAtPictureScale()->pixels();
+    EXPECT_EQ(larger->size().width, 1201);
+    const int top = larger->size().height - 803;
+    EXPECT_GT(top, 280);
+    EXPECT_EQ(larger->colorAt(600, 5).hex(), "#FFFFFFFF");
+    EXPECT_TRUE(std::equal(noise.row(0), noise.row(0) + 800, larger->row(top)));
+}
+
+TEST(MDrawViewExport, OfTheViewShowsWhatTheScreenShows) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(390, 400, white));
+    host.draw(ToolType::Rectangle, {100, 300}, {200, 400});
+    host.tap({150, 300});
+    host.window().display();
+    EXPECT_EQ(*host.canvas->exportImageForScale()->pixels(),
+              *host.window().surface()->makeImage()->pixels());
+    EXPECT_TRUE(host.canvas->hasSelectedTools());
+}
+
+TEST(MDrawViewExport, ABlurredPictureIsLargerByWhatTheBlurAdds) {
+    CanvasHost host;
+    const auto blurred = host.canvas->filterImg(host.plainPicture(30, 20, blue));
+    // Three times 100 pixels on every side.
+    EXPECT_EQ(blurred->pixelSize(), (gfx::PixelSize{630, 620}));
+    EXPECT_FALSE(host.canvas->filterImg(nullptr));
+}
+
 TEST(MDrawViewExport, ANewPictureForgetsToolsStepsAndSelection) {
     CanvasHost host;
     host.draw(ToolType::Line, {100, 100}, {200, 100});
