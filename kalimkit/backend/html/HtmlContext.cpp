@@ -1,0 +1,222 @@
+#include "kalimkit/backend/html/HtmlContext.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/backend/html/HtmlFont.h"
+#include "kalimkit/backend/html/HtmlImports.h"
+#include "kalimkit/backend/html/HtmlRaster.h"
+#include "kalimkit/backend/html/HtmlSurface.h"
+
+namespace kalim::gfx {
+
+namespace {
+
+// How far, in pixels, the shadow of a group may fall into view from. It bounds the group's memory.
+constexpr double kFarthestCast = 2048;
+// Shares of a pixel by which no browser resamples.
+constexpr double kSubpixel = 1.0 / 512;
+
+std::uint32_t byteOf(double component) {
+    if (!(component > 0)) return 0;
+    return static_cast<std::uint32_t>(std::lround(std::min(component, 1.0) * 255));
+}
+
+std::uint32_t packed(const Color& color) {
+    return byteOf(color.red) << 24U | byteOf(color.green) << 16U | byteOf(color.blue) << 8U |
+           byteOf(color.alpha);
+}
+
+int count(const Path& path) {
+    return static_cast<int>(path.commands().size());
+}
+
+bool castsShadow(const GraphicsState& state) {
+    return state.shadow && state.shadow->color.alpha > 0 && state.blendMode == BlendMode::Normal;
+}
+
+// The corners of an axis-parallel rectangle, as the path of one.
+std::optional<Rect> asRect(const Path& path) {
+    const std::vector<Point>& p = path.points();
+    using enum PathCommand;
+    static const std::vector<PathCommand> rectangle{Move, Line, Line, Line, Close};
+    if (path.commands() != rectangle) return std::nullopt;
+    const bool startsAcross =
+        p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x;
+    const bool startsDown =
+        p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y;
+    if (!startsAcross && !startsDown) return std::nullopt;
+    return Rect::spanning(p[0], p[2]);
+}
+
+// Without smoothing a pixel is painted when its middle is: the edge of the first such pixel.
+double pixelEdge(double points, double scale) {
+    return std::ceil(points * scale - 0.5) / scale;
+}
+
+// The transform with its rounding errors taken out, when it only moves pixels of the source onto
+// whole device pixels. Then no pixel needs to be resampled.
+AffineTransform pixelExact(const AffineTransform& t, PixelSize size) {
+    const AffineTransform rounded{std::round(t.a), std::round(t.b),  std::round(t.c),
+                                  std::round(t.d), std::round(t.tx), std::round(t.ty)};
+    const bool isUpright =
+        rounded.b == 0 && rounded.c == 0 && std::abs(rounded.a) == 1 && std::abs(rounded.d) == 1;
+    const bool isTurned =
+        rounded.a == 0 && rounded.d == 0 && std::abs(rounded.b) == 1 && std::abs(rounded.c) == 1;
+    if (!isUpright && !isTurned) return t;
+    const double w = size.width;
+    const double h = size.height;
+    for (const Point corner : {Point{0, 0}, Point{w, 0}, Point{0, h}, Point{w, h}}) {
+        const Point off = t.apply(corner) - rounded.apply(corner);
+        if (std::abs(off.x) > kSubpixel || std::abs(off.y) > kSubpixel) return t;
+    }
+    return rounded;
+}
+
+}  // namespace
+
+HtmlContext::HtmlContext(int surface, PixelSize size, double scale)
+    : _surface(surface), _size(size), _scale(scale) {}
+
+// ---- state and clip -------------------------------------------------------------------------
+
+void HtmlContext::onSave() {
+    page::save(_surface);
+}
+
+void HtmlContext::onRestore() {
+    page::restore(_surface);
+}
+
+void HtmlContext::onClip(const Path& path) {
+    const std::optional<Path> moved = snapped(path);
+    const Path& shape = moved ? *moved : path;
+    page::clip(_surface, shape.commands().data(), count(shape), shape.points().data(), _scale);
+}
+
+// ---- shapes, images, text -------------------------------------------------------------------
+
+void HtmlContext::onFill(const Path& path) {
+    const std::optional<Path> moved = snapped(path);
+    const Path& shape = moved ? *moved : path;
+    if (!state().fillPattern) {
+        prepare(state().interpolation);
+        return page::fill(_surface, shape.commands().data(), count(shape), shape.points().data(),
+                          _scale, packed(state().fillColor));
+    }
+    const Pattern& pattern = *state().fillPattern;
+    const auto raster = HtmlRaster::of(*pattern.image);
+    if (!raster) return;
+    const double points = 1 / pattern.image->scale();
+    const AffineTransform t =
+        AffineTransform::scaling(points, points)
+            .concat(uprightTransform(pattern.image->orientation(), pattern.image->size()))
+            .concat(pattern.transform)
+            .concat(AffineTransform::scaling(_scale, _scale));
+    prepare(pattern.interpolation);
+    page::fillPattern(_surface, shape.commands().data(), count(shape), shape.points().data(),
+                      _scale, raster->picture(), t.a, t.b, t.c, t.d, t.tx, t.ty);
+}
+
+void HtmlContext::onStroke(const Path& path) {
+    const AffineTransform pen = toDevice();
+    prepare(state().interpolation);
+    page::stroke(_surface, path.commands().data(), count(path), path.points().data(), _scale,
+                 packed(state().strokeColor), state().lineWidth, static_cast<int>(state().lineCap),
+                 static_cast<int>(state().lineJoin), pen.a, pen.b, pen.c, pen.d);
+}
+
+void HtmlContext::onDrawRaster(const Image& image, const Rect& rect) {
+    if (const auto raster = HtmlRaster::of(image)) {
+        drawSource(raster->picture(), raster->size(), rect);
+    }
+}
+
+void HtmlContext::onDrawSurface(Surface& surface, const Rect& rect) {
+    const auto* const own = dynamic_cast<const HtmlSurface*>(&surface);
+    if (!own) return Context::onDrawSurface(surface, rect);
+    drawSource(own->number(), own->pixelSize(), rect);
+}
+
+void HtmlContext::onDrawText(std::string_view text, Point baseline, const Font& font) {
+    const AffineTransform t = toDevice().translated(baseline.x, baseline.y);
+    const HtmlFont given(font);
+    const bool isStroke = state().textMode == TextMode::Stroke;
+    prepare(state().interpolation);
+    page::text(_surface, text.data(), static_cast<int>(text.size()), given.family,
+               given.familyLength, given.size, given.style,
+               packed(isStroke ? state().strokeColor : state().fillColor),
+               isStroke ? state().lineWidth : 0, static_cast<int>(state().lineJoin), t.a, t.b, t.c,
+               t.d, t.tx, t.ty);
+}
+
+// ---- groups ---------------------------------------------------------------------------------
+
+void HtmlContext::onBeginGroup() {
+    const Rect box = groupBox();
+    page::groupBegin(_surface, static_cast<int>(box.minX()), static_cast<int>(box.minY()),
+                     static_cast<int>(box.size.width), static_cast<int>(box.size.height));
+}
+
+void HtmlContext::onEndGroup() {
+    prepare(state().interpolation);
+    page::groupEnd(_surface);
+}
+
+// The pixels that the clip lets through and, for a shadow, those whose shadow may fall there.
+Rect HtmlContext::groupBox() const {
+    const Rect whole(0, 0, _size.width, _size.height);
+    if (!state().clipBounds) return whole;
+    const Rect& clip = *state().clipBounds;
+    const Rect visible = Rect(clip.minX() * _scale, clip.minY() * _scale, clip.size.width * _scale,
+                              clip.size.height * _scale)
+                             .intersection(whole)
+                             .roundedOut();
+    if (!castsShadow(state()) || visible.isEmpty()) return visible;
+    const double reach = 3 * state().shadow->blur / 2 * _scale + 1;
+    const Rect casting = visible.offset(-(state().shadow->offset * _scale)).inset(-reach, -reach);
+    return visible.unionWith(casting)
+        .intersection(visible.inset(-kFarthestCast, -kFarthestCast))
+        .roundedOut();
+}
+
+// ---- what they have in common ---------------------------------------------------------------
+
+AffineTransform HtmlContext::toDevice() const {
+    return state().transform.concat(AffineTransform::scaling(_scale, _scale));
+}
+
+// Tells the page how the next thing is painted. Its shadows ignore the transform, as ours do, but
+// count in pixels.
+void HtmlContext::prepare(Interpolation interpolation) const {
+    page::paint(state().alpha, static_cast<int>(state().blendMode),
+                static_cast<int>(interpolation));
+    if (!castsShadow(state())) return;
+    const Shadow& shadow = *state().shadow;
+    page::shadow(shadow.offset.x * _scale, shadow.offset.y * _scale, shadow.blur * _scale,
+                 packed(shadow.color));
+}
+
+void HtmlContext::drawSource(int source, PixelSize size, const Rect& rect) const {
+    const AffineTransform t = pixelExact(
+        AffineTransform::scaling(rect.size.width / size.width, rect.size.height / size.height)
+            .concat(AffineTransform::translation(rect.origin))
+            .concat(toDevice()),
+        size);
+    prepare(state().interpolation);
+    page::draw(_surface, source, t.a, t.b, t.c, t.d, t.tx, t.ty);
+}
+
+// A canvas always smooths edges, so without smoothing a rectangle is moved onto whole pixels.
+std::optional<Path> HtmlContext::snapped(const Path& path) const {
+    if (state().antialias) return std::nullopt;
+    const std::optional<Rect> rect = asRect(path);
+    if (!rect) return std::nullopt;
+    Path result;
+    result.addRect(
+        Rect::spanning({pixelEdge(rect->minX(), _scale), pixelEdge(rect->minY(), _scale)},
+                       {pixelEdge(rect->maxX(), _scale), pixelEdge(rect->maxY(), _scale)}));
+    return result;
+}
+
+}  // namespace kalim::gfx

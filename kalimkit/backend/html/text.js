@@ -1,0 +1,145 @@
+// Text measures of the browser: what the device answers about fonts and the division of texts.
+
+const systemFamilies = 'system-ui, -apple-system, "PingFang SC", "Microsoft YaHei", sans-serif';
+const widthsKept = 4000;
+// Words longer than this are measured in pieces, so that the cost stays proportional to the text.
+const longestPiece = 64;
+
+const isSpace = /^\s+$/u;
+const ideographic = /^[\p{Script=Han}\p{Script=Hiragana}\p{Script=Katakana}\p{Script=Hangul}\u3000-\u303f\uff00-\uffef]/u;
+const neverBefore = /^[!%),.:;?\]}¢°·’”†‡›℃∶、。〃〆〕〗〞﹚﹜！＂％＇），．：；？］｀｜｝～\u3005\u300b\u300d\u300f\u3011\u3015\u3017\u30fc\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u308e\u30a1\u30a3\u30a5\u30a7\u30a9\u30c3\u30e3\u30e5\u30e7\u30ee\u30fb…—]/u;
+const neverAfter = /^[$(£¥‘“〈《「『【〔〖〝﹗﹙﹛＄（．［｛￡￥[{]/u;
+const joins = /^[\u00a0\u2060\u202f\ufeff]/u;
+const letter = /^[\p{L}\p{N}]/u;
+
+const boundaryKinds = ['grapheme', 'word', 'line'];
+
+// A context with what every text that is drawn or measured has in common: advances that are the same
+// at every scale, left to right.
+export function prepareText(context) {
+  context.textRendering = 'geometricPrecision';
+  context.direction = 'ltr';
+  return context;
+}
+
+export function fontString(family, size, isBold, isItalic) {
+  const named = family ? `"${family.replace(/["\\]/g, '\\$&')}", ` : '';
+  return `${isItalic ? 'italic ' : ''}${isBold ? 'bold ' : ''}${size}px ${named}${systemFamilies}`;
+}
+
+// Whether a line may end between two neighbouring graphemes.
+function mayBreak(before, after) {
+  if (before === '\n') return true;
+  if (joins.test(before) || joins.test(after) || isSpace.test(after)) return false;
+  if (isSpace.test(before)) return true;
+  if (neverBefore.test(after) || neverAfter.test(before)) return false;
+  if (ideographic.test(before) || ideographic.test(after)) return true;
+  return before === '-' && letter.test(after);
+}
+
+export class TextMeasures {
+  #context;
+  #widths = new Map();
+  #font = '';
+  #segmenters;
+
+  constructor(context) {
+    this.#context = prepareText(context);
+    this.#segmenters = {
+      grapheme: new Intl.Segmenter(undefined, { granularity: 'grapheme' }),
+      word: new Intl.Segmenter(undefined, { granularity: 'word' }),
+    };
+  }
+
+  graphemes(text) {
+    return Array.from(this.#segmenters.grapheme.segment(text), ({ segment }) => segment);
+  }
+
+  // Points, one for each grapheme.
+  advances(text, font) {
+    this.#setFont(font);
+    const advances = [];
+    let piece = [];
+    for (const grapheme of this.graphemes(text)) {
+      piece.push(grapheme);
+      if (piece.length < longestPiece && !isSpace.test(grapheme)) continue;
+      this.#addPiece(piece, advances);
+      piece = [];
+    }
+    this.#addPiece(piece, advances);
+    return advances;
+  }
+
+  // Most pieces are as wide as their graphemes by themselves; in others some are kerned or joined,
+  // and there an advance is what a grapheme adds to those before it.
+  #addPiece(graphemes, advances) {
+    const alone = graphemes.map((grapheme) => this.#width(grapheme));
+    const sum = alone.reduce((total, width) => total + width, 0);
+    if (graphemes.length < 2 || Math.abs(this.#measure(graphemes.join('')) - sum) < 1e-3) {
+      advances.push(...alone);
+      return;
+    }
+    let prefix = '';
+    let before = 0;
+    for (const grapheme of graphemes) {
+      prefix += grapheme;
+      const width = this.#measure(prefix);
+      advances.push(Math.max(width - before, 0));
+      before = Math.max(width, before);
+    }
+  }
+
+  // Ascent, descent and the gap between lines; browsers count that gap to neither and do not tell it.
+  lineMetrics(font) {
+    this.#setFont(font);
+    const measured = this.#context.measureText('x');
+    return [measured.fontBoundingBoxAscent, measured.fontBoundingBoxDescent, 0];
+  }
+
+  // Places in the text, in units of UTF-16, at which it may be divided; 0 and the end among them.
+  boundaries(text, kind) {
+    const places = new Set([0]);
+    switch (boundaryKinds[kind]) {
+      case 'grapheme':
+        for (const { index } of this.#segmenters.grapheme.segment(text)) places.add(index);
+        break;
+      case 'word':
+        for (const { index, segment, isWordLike } of this.#segmenters.word.segment(text)) {
+          if (isWordLike) places.add(index).add(index + segment.length);
+        }
+        break;
+      case 'line': {
+        let at = 0;
+        let before = '';
+        for (const grapheme of this.graphemes(text)) {
+          if (before && mayBreak(before, grapheme)) places.add(at);
+          at += grapheme.length;
+          before = grapheme;
+        }
+        break;
+      }
+    }
+    return [...places.add(text.length)];
+  }
+
+  #setFont(font) {
+    if (font === this.#font) return;
+    this.#font = font;
+    this.#context.font = font;
+  }
+
+  #measure(text) {
+    return this.#context.measureText(text).width;
+  }
+
+  #width(grapheme) {
+    const key = `${this.#font}\n${grapheme}`;
+    let width = this.#widths.get(key);
+    if (width === undefined) {
+      if (this.#widths.size >= widthsKept) this.#widths.clear();
+      width = this.#measure(grapheme);
+      this.#widths.set(key, width);
+    }
+    return width;
+  }
+}
