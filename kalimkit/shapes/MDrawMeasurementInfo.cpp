@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kalimkit/gfx/Raise.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -15,6 +16,11 @@ constexpr gfx::Color plateColor{1, 1, 1, 0.5};
 constexpr gfx::Color textColor{0, 0, 0, 1};
 
 }  // namespace
+
+std::unique_ptr<MDrawMeasurementInfo> MDrawMeasurementInfo::init() {
+    raise("InitException", "Should call initWithTool to create an instance.");
+    return nullptr;
+}
 
 std::unique_ptr<MDrawMeasurementInfo> MDrawMeasurementInfo::initWithTool(
     std::weak_ptr<const MDrawTool> tool) {

@@ -17,6 +17,9 @@ namespace kalim {
 // shape's unrotated frame and not clamped to the canvas. It shows nothing once its tool is gone.
 class KALIM_API MDrawMeasurementInfo : public MeasurementLabel {
 public:
+    // A label without a tool is a mistake of the caller: raises "InitException", and answers null
+    // where that returns.
+    static std::unique_ptr<MDrawMeasurementInfo> init();
     static std::unique_ptr<MDrawMeasurementInfo> initWithTool(std::weak_ptr<const MDrawTool> tool);
 
     void drawContent(gfx::Context& context) override;

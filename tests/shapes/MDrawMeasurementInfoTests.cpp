@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "kalimkit/gfx/Raise.h"
 #include "kalimkit/shapes/MDrawRect.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "tests/support/RecordingDevice.h"
@@ -38,6 +41,17 @@ TEST(MDrawMeasurementInfo, StandsAboveItsShapeOnAPlate) {
     EXPECT_EQ(label->labelExtent(), gfx::Rect());
     label->drawContent(context);
     EXPECT_TRUE(context.takeLines().empty());
+}
+
+TEST(MDrawMeasurementInfo, RefusesToBeMadeWithoutATool) {
+    EXPECT_THROW(MDrawMeasurementInfo::init(), ProgrammingError);
+    std::string told;
+    const RaiseHandler before = setRaiseHandler(
+        [&](const std::string& name, const std::string& reason) { told = name + ": " + reason; });
+    const auto label = MDrawMeasurementInfo::init();
+    setRaiseHandler(before);
+    EXPECT_EQ(label, nullptr);
+    EXPECT_EQ(told, "InitException: Should call initWithTool to create an instance.");
 }
 
 }  // namespace
