@@ -48,6 +48,8 @@ public:
     // rectangle that the delegate allows.
     void startEdittingText();
     void stopEdittingText();
+    // The text view of the next edit is put into this view, which is not owned.
+    void setSuperView(std::weak_ptr<ui::View> view) { _superView = std::move(view); }
     bool isEdittingText() const { return _isEdittingText; }
     // Whether the text differs from what it was when editing began last.
     bool hasTextChanged() const { return text() != _preText; }

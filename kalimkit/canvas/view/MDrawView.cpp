@@ -208,6 +208,7 @@ bool MDrawView::addTool(const ToolRef& tool) {
     const auto alive = self();
     if (!tool->color()) tool->setColor(_color);
     applyMeasuring(*tool);
+    adoptText(tool);
     tool->setIsNewBuild(false);
     tool->setSelected(false);
     if (!tool->finalized()) tool->finalize();

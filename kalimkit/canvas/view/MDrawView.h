@@ -255,6 +255,7 @@ private:
     void checkAndMarkTextToolTapedInfoTimeStamp(const ToolRef& tool, double time);
     bool isSecondTap(const ToolRef& tool) const;
     void editText(const std::shared_ptr<MDrawText>& text);
+    void adoptText(const ToolRef& tool);
     void keepAboveKeyboard(const MDrawText& text);
 
     // ---- mosaic (MDrawViewMosaic.cpp)

@@ -48,6 +48,14 @@ void MDrawView::editText(const std::shared_ptr<MDrawText>& text) {
     if (isOnCanvas(text)) text->startEdittingText();
 }
 
+// A text that was made elsewhere is typed here, and coloured as here.
+void MDrawView::adoptText(const ToolRef& tool) {
+    if (!isText(tool)) return;
+    auto& text = static_cast<MDrawText&>(*tool);
+    text.setSuperView(self());
+    text.setDelegate(self());
+}
+
 // ---- two taps on a text
 
 void MDrawView::checkAndMarkTextToolTapedInfoTimeStamp(const ToolRef& tool, double time) {
@@ -63,6 +71,8 @@ bool MDrawView::isSecondTap(const ToolRef& tool) const {
 void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     const auto alive = self();
     if (_handingTool && !_handingTool->isDrawVaild()) deleteCurrentHandlingTool();
+    // The field that is open takes its own taps, whatever lies under it.
+    if (_curEdittingTextTool) return;
     const ToolRef tool = testHitTestSelectTool(invertViewPoint(place));
     if (!isText(tool)) return;
     // The touch-up of the second tap is still to come; it would select the text again.
