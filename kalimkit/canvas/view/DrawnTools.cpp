@@ -43,7 +43,8 @@ DrawnTools::Stale DrawnTools::update(const ToolList& tools, const ToolRef& selec
     updateLive(tools, std::move(live), stale);
     for (const ToolRef& tool : std::exchange(_changed, {})) {
         const auto found = _places.find(tool.get());
-        if (found == _places.end() || found->second.isLive) continue;
+        // What is drawn over the layer as it is now has been settled just before.
+        if (found == _places.end() || found->second.isLive || tool == stale.onTop) continue;
         vacate(found->second, stale);
         settle(found->second, tools, stale);
     }
