@@ -130,7 +130,10 @@ bool MDrawView::refreshLayers() {
 void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     context.setInterpolation(gfx::Interpolation::High);
     const gfx::Rect picture = shownPictureRect(context);
-    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture));
+    // Edges that lie between pixels would show the fill through as a hairline around the picture.
+    const double scale = ui::Environment::current().screen().scale * getScale();
+    const double pixel = _bgImg ? 1 / scale : 0;
+    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture.inset(pixel, pixel)));
     drawSnipImage(context, picture);
     drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
         return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
