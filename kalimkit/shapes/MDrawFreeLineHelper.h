@@ -41,6 +41,8 @@ public:
     void initProperty();
 
     bool isFreelineDrawing() const { return _freeline != nullptr; }
+    // The present drawing; null when idle.
+    const std::shared_ptr<MDrawFreeline>& freeline() const { return _freeline; }
     // False once a further stroke has joined the present drawing.
     bool firstFreelinPart() const { return _firstFreelinPart; }
     void setFirstFreelinPart(bool isFirst) { _firstFreelinPart = isFirst; }

@@ -12,6 +12,13 @@ namespace {
 // While something else is selected, a finger that has moved less than this is still tapping.
 constexpr double tapSlop = 3.0;
 
+// A drawing that still waits for more strokes stays as a step of its own, or nothing could undo it.
+void endFreehand(MDrawFreeLineHelper& helper, MUndoManager& undoManager) {
+    const ToolRef waiting = helper.freeline();
+    helper.reset();
+    undoManager.addToolSuccess(waiting);
+}
+
 }  // namespace
 
 // ---- touch messages
@@ -164,7 +171,7 @@ bool MDrawView::finishCreation(gfx::Point p) {
     tool->drawUp(p);
     if (!tool->isDrawVaild()) {
         discard(tool);
-        _drawFreeLineHelper->reset();
+        endFreehand(*_drawFreeLineHelper, *_undoManager);
     } else if (isText || isFreehand) {
         // Recorded when the text has been typed, and when the drawing has faded in.
         clearSelection();
@@ -264,7 +271,7 @@ void MDrawView::deleteCurrentHandlingTool() {
     if (_curEdittingTextTool == tool) checkAndEndTextToolEdittingText();
     if (isOnCanvas(tool)) discard(tool);
     tool->setIsNewBuild(false);
-    _drawFreeLineHelper->reset();
+    endFreehand(*_drawFreeLineHelper, *_undoManager);
     redisplay();
 }
 
