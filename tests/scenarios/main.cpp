@@ -2,8 +2,8 @@
 // picture it exports, against what is written down:
 //
 //     NAME.jsonl                      the scenario; it finds the sample photos in photos/
-//     NAME.options                    options for the command, where it needs any, divided by
-//     blanks NAME.expected                   what each printed line must hold, see JsonMatch.h
+//     NAME.options                    options for the command, where it needs any
+//     NAME.expected                   what each printed line must hold, see JsonMatch.h
 //     ../golden/cairo/NAME.png        the picture NAME.png that it exports, where it is compared
 //
 // With KALIM_DRAFT=FOLDER in the environment nothing is compared: what each scenario prints and
