@@ -35,4 +35,8 @@ std::optional<std::string> ScenarioPlayer::playAll(std::string_view text) {
     return std::nullopt;
 }
 
+MDrawView& ScenarioPlayer::canvas() {
+    return _stage->canvas();
+}
+
 }  // namespace kalim

@@ -13,6 +13,8 @@
 
 namespace kalim {
 
+class MDrawView;
+
 // What a scenario is played on.
 struct ScenarioScreen {
     // The canvas, points.
@@ -46,6 +48,9 @@ public:
     // All lines of a text up to the first that fails; its number, counted from 1, is put in front
     // of the sentence: "line 3: ...".
     std::optional<std::string> playAll(std::string_view text);
+
+    // What it plays on, for those who watch.
+    MDrawView& canvas();
 
 private:
     class Stage;

@@ -27,6 +27,7 @@ public:
     // A whole step; a problem means that nothing of it was done.
     Problem play(const JsonValue& step);
     Problem setPicture(const std::string& path);
+    MDrawView& canvas() const { return *_canvas; }
 
 private:
     // A kind of step: the key that names it, the other keys that it may have, and what it does.
