@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kalimkit/canvas/view/MDrawView.h"
+
+namespace kalim::test {
+
+// Draws everything anew and tells how that differs from what the window shows: nothing when no more
+// than one pixel in a thousand differs by more than a level in a channel, and none by more than 16.
+// Edges cut by a clip may be smoothed a little differently.
+std::optional<std::string> differenceOfRedraw(MDrawView& canvas);
+
+}  // namespace kalim::test
