@@ -99,23 +99,10 @@ void HtmlContext::onClip(const Path& path) {
 void HtmlContext::onFill(const Path& path) {
     const std::optional<Path> moved = snapped(path);
     const Path& shape = moved ? *moved : path;
-    if (!state().fillPattern) {
-        prepare(state().interpolation);
-        return page::fill(_surface, shape.commands().data(), count(shape), shape.points().data(),
-                          _scale, packed(state().fillColor));
-    }
-    const Pattern& pattern = *state().fillPattern;
-    const auto raster = HtmlRaster::of(*pattern.image);
-    if (!raster) return;
-    const double points = 1 / pattern.image->scale();
-    const AffineTransform t =
-        AffineTransform::scaling(points, points)
-            .concat(uprightTransform(pattern.image->orientation(), pattern.image->size()))
-            .concat(pattern.transform)
-            .concat(AffineTransform::scaling(_scale, _scale));
-    prepare(pattern.interpolation);
-    page::fillPattern(_surface, shape.commands().data(), count(shape), shape.points().data(),
-                      _scale, raster->picture(), t.a, t.b, t.c, t.d, t.tx, t.ty);
+    std::shared_ptr<const HtmlRaster> pattern;
+    if (!prepareFill(pattern)) return;
+    page::fill(_surface, shape.commands().data(), count(shape), shape.points().data(), _scale,
+               packed(state().fillColor));
 }
 
 void HtmlContext::onStroke(const Path& path) {
@@ -142,7 +129,12 @@ void HtmlContext::onDrawText(std::string_view text, Point baseline, const Font& 
     const AffineTransform t = toDevice().translated(baseline.x, baseline.y);
     const HtmlFont given(font);
     const bool isStroke = state().textMode == TextMode::Stroke;
-    prepare(state().interpolation);
+    std::shared_ptr<const HtmlRaster> pattern;
+    if (isStroke) {
+        prepare(state().interpolation);
+    } else if (!prepareFill(pattern)) {
+        return;
+    }
     page::text(_surface, text.data(), static_cast<int>(text.size()), given.family,
                given.familyLength, given.size, given.style,
                packed(isStroke ? state().strokeColor : state().fillColor),
@@ -195,6 +187,27 @@ void HtmlContext::prepare(Interpolation interpolation) const {
     const Shadow& shadow = *state().shadow;
     page::shadow(shadow.offset.x * _scale, shadow.offset.y * _scale, shadow.blur * _scale,
                  packed(shadow.color));
+}
+
+// The same for what is filled; false where the pattern's picture cannot be had, which is to be held
+// until the fill.
+bool HtmlContext::prepareFill(std::shared_ptr<const HtmlRaster>& held) const {
+    if (!state().fillPattern) {
+        prepare(state().interpolation);
+        return true;
+    }
+    const Pattern& pattern = *state().fillPattern;
+    held = HtmlRaster::of(*pattern.image);
+    if (!held) return false;
+    const double points = 1 / pattern.image->scale();
+    const AffineTransform t =
+        AffineTransform::scaling(points, points)
+            .concat(uprightTransform(pattern.image->orientation(), pattern.image->size()))
+            .concat(pattern.transform)
+            .concat(AffineTransform::scaling(_scale, _scale));
+    prepare(pattern.interpolation);
+    page::pattern(held->picture(), t.a, t.b, t.c, t.d, t.tx, t.ty);
+    return true;
 }
 
 void HtmlContext::drawSource(int source, PixelSize size, const Rect& rect) const {

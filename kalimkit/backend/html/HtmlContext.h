@@ -1,10 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "kalimkit/gfx/Context.h"
 
 namespace kalim::gfx {
+
+class HtmlRaster;
 
 // Draws with a context of the page, directly: the page keeps the clip and the layers of groups, and
 // is told everything else with each thing that is painted.
@@ -30,6 +33,7 @@ protected:
 private:
     AffineTransform toDevice() const;
     void prepare(Interpolation interpolation) const;
+    bool prepareFill(std::shared_ptr<const HtmlRaster>& held) const;
     void drawSource(int source, PixelSize size, const Rect& rect) const;
     std::optional<Path> snapped(const Path& path) const;
     Rect groupBox() const;

@@ -35,15 +35,15 @@ void clip(int surface, const void* commands, int count, const void* points, doub
 // after it. Offset and blur in pixels.
 KALIM_PAGE("paint") void paint(double alpha, int blendMode, int interpolation);
 KALIM_PAGE("shadow") void shadow(double x, double y, double blur, std::uint32_t color);
+// What is filled instead of with a colour, until paint() is called again; the transform carries the
+// picture's pixels.
+KALIM_PAGE("pattern")
+void pattern(int picture, double a, double b, double c, double d, double tx, double ty);
 
 // ---- painting
 KALIM_PAGE("fill")
 void fill(int surface, const void* commands, int count, const void* points, double scale,
           std::uint32_t color);
-// The transform carries the picture's pixels.
-KALIM_PAGE("fill_pattern")
-void fillPattern(int surface, const void* commands, int count, const void* points, double scale,
-                 int picture, double a, double b, double c, double d, double tx, double ty);
 // The pen is a circle of the width carried through (a, b, c, d).
 KALIM_PAGE("stroke")
 void stroke(int surface, const void* commands, int count, const void* points, double scale,

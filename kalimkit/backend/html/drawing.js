@@ -8,11 +8,13 @@ const Blend = { normal: 0, sourceIn: 1, copy: 2, clear: 3 };
 const Command = { move: 0, line: 1, quad: 2, cubic: 3, close: 4 };
 const caps = ['butt', 'round', 'square'];
 const joins = ['miter', 'round', 'bevel'];
-const largestSide = 16384;
+const largestSide = 32767;
 // Pixels from which on a browser may refuse a canvas without a word.
 const doubtfulArea = 1 << 24;
 const layersKept = 4;
 const colorsKept = 1000;
+// Browsers round a font's ascent and descent to whole pixels, so they are measured large.
+const metricsSize = 1000;
 
 function makeContext(width, height) {
   const canvas = document.createElement('canvas');
@@ -49,6 +51,7 @@ export class Drawing {
   #blend = Blend.normal;
   #smoothing = 1;
   #shadow = null;
+  #pattern = null;
 
   constructor(heap) {
     this.#heap = heap;
@@ -101,19 +104,17 @@ export class Drawing {
         this.#blend = blend;
         this.#smoothing = smoothing;
         this.#shadow = null;
+        this.#pattern = null;
       },
       shadow: (x, y, blur, color) => {
         this.#shadow = { x, y, blur, color: this.#color(color) };
       },
+      pattern: (picture, ...transform) => {
+        this.#pattern = { picture: this.#things.get(picture), transform };
+      },
       fill: (id, commands, count, points, scale, color) =>
         this.#paint(id, (layer, isCover) => {
-          layer.context.fillStyle = isCover ? '#000' : this.#color(color);
-          this.#trace(layer, commands, count, points, scale);
-          layer.context.fill();
-        }),
-      fill_pattern: (id, commands, count, points, scale, picture, ...transform) =>
-        this.#paint(id, (layer, isCover) => {
-          layer.context.fillStyle = isCover ? '#000' : this.#pattern(layer, picture, transform);
+          this.#setFill(layer, isCover, color);
           this.#trace(layer, commands, count, points, scale);
           layer.context.fill();
         }),
@@ -138,16 +139,15 @@ export class Drawing {
       text: (id, at, length, family, familyLength, size, style, color, width, join, ...transform) =>
         this.#paint(id, (layer, isCover) => {
           const { context } = layer;
-          const text = this.#heap.text(at, length);
-          const paint = isCover ? '#000' : this.#color(color);
+          const text = this.#text(at, length);
           context.font = this.#font(family, familyLength, size, style);
           this.#transform(layer, transform);
           if (width > 0) {
-            context.strokeStyle = paint;
+            context.strokeStyle = isCover ? '#000' : this.#color(color);
             this.#setPen(context, width, 0, join);
             context.strokeText(text, 0, 0);
           } else {
-            context.fillStyle = paint;
+            this.#setFill(layer, isCover, color, transform);
             context.fillText(text, 0, 0);
           }
         }),
@@ -156,13 +156,14 @@ export class Drawing {
 
       advances: (at, length, family, familyLength, size, style, out) => {
         const font = this.#font(family, familyLength, size, style);
-        const advances = this.#measures.advances(this.#heap.text(at, length), font);
+        const advances = this.#measures.advances(this.#text(at, length), font);
         this.#heap.doubles.set(advances, out / 8);
         return advances.length;
       },
       line_metrics: (family, familyLength, size, style, out) => {
-        const font = this.#font(family, familyLength, size, style);
-        this.#heap.doubles.set(this.#measures.lineMetrics(font), out / 8);
+        const font = this.#font(family, familyLength, metricsSize, style);
+        const metrics = this.#measures.lineMetrics(font);
+        this.#heap.doubles.set(metrics.map((length) => (length * size) / metricsSize), out / 8);
       },
       boundaries: (at, length, kind, out) => {
         const places = this.#measures.boundaries(this.#heap.text(at, length), kind);
@@ -248,6 +249,11 @@ export class Drawing {
     return text;
   }
 
+  // The zero character, which browsers do not draw, shows as what is no text.
+  #text(at, length) {
+    return this.#heap.text(at, length).replaceAll('\0', '\ufffd');
+  }
+
   #font(family, familyLength, size, style) {
     return fontString(this.#heap.text(family, familyLength), size, style & 1, style & 2);
   }
@@ -296,11 +302,21 @@ export class Drawing {
     }
   }
 
-  #pattern(layer, id, [a, b, c, d, tx, ty]) {
-    const picture = this.#things.get(id);
-    picture.pattern ??= layer.context.createPattern(picture.source, 'repeat');
-    picture.pattern.setTransform(new DOMMatrix([a, b, c, d, tx - layer.x, ty - layer.y]));
-    return picture.pattern;
+  // `toPixels` is the transform that will be in force at the fill: a pattern goes through it, too.
+  #setFill({ context, x, y }, isCover, color, toPixels = null) {
+    if (isCover || !this.#pattern) {
+      context.fillStyle = isCover ? '#000' : this.#color(color);
+      return;
+    }
+    const { picture, transform: [a, b, c, d, tx, ty] } = this.#pattern;
+    const matrix = new DOMMatrix([a, b, c, d, tx - x, ty - y]);
+    if (toPixels) {
+      const [e, f, g, h, ux, uy] = toPixels;
+      matrix.preMultiplySelf(new DOMMatrix([e, f, g, h, ux - x, uy - y]).invertSelf());
+    }
+    picture.pattern ??= context.createPattern(picture.source, 'repeat');
+    picture.pattern.setTransform(matrix);
+    context.fillStyle = picture.pattern;
   }
 
   // Calls the painter with the state that the blend mode asks for. The canvas's own modes of that
@@ -347,10 +363,12 @@ export class Drawing {
     const { context } = layer;
     context.globalAlpha = this.#alpha;
     if (!this.#shadow) return painter(layer, false);
-    context.shadowOffsetX = this.#shadow.x;
-    context.shadowOffsetY = this.#shadow.y;
-    context.shadowBlur = this.#shadow.blur;
-    context.shadowColor = this.#shadow.color;
+    const { x, y, blur, color } = this.#shadow;
+    // A canvas takes a shadow that is neither moved nor blurred for none.
+    context.shadowOffsetX = x || y || blur ? x : 1e-3;
+    context.shadowOffsetY = y;
+    context.shadowBlur = blur;
+    context.shadowColor = color;
     painter(layer, false);
     context.shadowColor = 'transparent';
   }

@@ -3,7 +3,8 @@
 import { Drawing } from './drawing.js';
 import { Heap } from './heap.js';
 
-const notSupported = 52;
+// There is no file of any number.
+const badFile = 8;
 
 // The C library's few calls of a system, where there is none. What is printed goes to the console.
 function system(heap) {
@@ -35,7 +36,7 @@ function system(heap) {
       throw new Error(`The program has ended with status ${status}`);
     },
   };
-  return new Proxy(known, { get: (calls, name) => calls[name] ?? (() => notSupported) });
+  return new Proxy(known, { get: (calls, name) => calls[name] ?? (() => badFile) });
 }
 
 async function load(wasm, imports) {

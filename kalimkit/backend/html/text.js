@@ -40,6 +40,7 @@ function mayBreak(before, after) {
 export class TextMeasures {
   #context;
   #widths = new Map();
+  #metrics = new Map();
   #font = '';
   #segmenters;
 
@@ -91,9 +92,14 @@ export class TextMeasures {
 
   // Ascent, descent and the gap between lines; browsers count that gap to neither and do not tell it.
   lineMetrics(font) {
-    this.#setFont(font);
-    const measured = this.#context.measureText('x');
-    return [measured.fontBoundingBoxAscent, measured.fontBoundingBoxDescent, 0];
+    let metrics = this.#metrics.get(font);
+    if (!metrics) {
+      this.#setFont(font);
+      const measured = this.#context.measureText('x');
+      metrics = [measured.fontBoundingBoxAscent, measured.fontBoundingBoxDescent, 0];
+      this.#metrics.set(font, metrics);
+    }
+    return metrics;
   }
 
   // Places in the text, in units of UTF-16, at which it may be divided; 0 and the end among them.
