@@ -41,7 +41,6 @@ public:
     void markListChanged() { _isListChanged = true; }
     // The selection or a tool being created looks different.
     void markLiveChanged() { _isLiveChanged = true; }
-    bool isListChanged() const { return _isListChanged; }
     // Every place is to be found anew; whoever says so draws everything.
     void forget();
 

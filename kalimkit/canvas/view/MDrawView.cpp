@@ -276,6 +276,9 @@ bool MDrawView::redo() {
 
 bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     const auto alive = self();
+    // What is being typed or fades in is the step that is meant.
+    finishEditText();
+    endFreehand();
     removeInvaildTools();
     clearSelection();
     // What a finger found may be off the canvas after the step.
@@ -300,6 +303,7 @@ void MDrawView::toolsStateChangedState(const ToolRef& tool, State state) {
     _isDirty = true;
     _drawn.markListChanged();
     _drawn.markChanged(tool);
+    dropAbsentFromSelection();
     const gfx::Rect before = _ctxRect;
     const bool isChanged = (tool || state != State::AddedOrChanged) && refreshContextRect();
     if (isChanged && !before.contains(_ctxRect)) autoScaleWhenCtxEnlarged();

@@ -57,8 +57,8 @@ public:
     const gfx::Rect& bgImgRect() const { return _bgImgRect; }
     // The content: the picture's rectangle united with every tool's extent, canvas points.
     const gfx::Rect& ctxRect() const { return _ctxRect; }
-    // The content at the screen's scale, without selection or handles, on an opaque bitmap. Null
-    // when there is no content or no surface of its size can be had.
+    // The content at the screen's scale, without selection or handles, on an opaque bitmap. Ends
+    // the editing of a text. Null when there is no content or no surface of its size can be had.
     gfx::ImageRef exportImage();
     // The same content at the scale of the picture as it was handed in: one pixel of the picture is
     // one pixel of the result, and what nothing covers is the picture's own. Drawings and patches
@@ -226,6 +226,7 @@ private:
     void drawMoveFromPointToPoint(gfx::Point from, gfx::Point to);
     void drawUp(gfx::Point p);
     bool finishCreation(gfx::Point p);
+    void endFreehand();
     void stopDrawing();
     void finishDrag();
     void finishTap(gfx::Point p);
@@ -245,6 +246,8 @@ private:
     void removeToolFromSelectedTools(const ToolRef& tool);
     void clearSelection();
     void dropSelection();
+    void endRotationUnderWay();
+    void dropAbsentFromSelection();
     void notifySelection();
     void recordSelectionChange();
     void refreshCalibrations();
@@ -281,6 +284,8 @@ private:
     gfx::Point reachableMove() const;
     void centralizeVisualContext();
     void settleView(const gfx::AffineTransform& from);
+    bool mayMoveView() const;
+    void endViewGesture();
     void resetView();
 
     // ---- layers (MDrawViewLayers.cpp)
@@ -303,6 +308,7 @@ private:
     void drawNormalItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
     void drawCreatedMosaics(gfx::Context& context);
+    void settleForExport();
     void drawExportedTools(gfx::Context& context, const gfx::Rect& picture);
     void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
     gfx::Rect getDrawImageRect() const;
@@ -368,6 +374,8 @@ private:
     gfx::Rect _ctxRect;
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;
+    // A step beyond the area budget is being undone.
+    bool _isTakingBack = false;
 
     // The view.
     double _contextScale = 1.0;
@@ -381,6 +389,10 @@ private:
     gfx::AffineTransform _mViewInvertTransform;
     bool _isPinching = false;
     bool _isPanning = false;
+    // The pinch has left the content smaller than the view.
+    bool _isPictureShrinked = false;
+    // How a pinch left the view before the zoom was brought within its bounds.
+    std::optional<gfx::AffineTransform> _shownBeforeClamping;
     // Of a pan under way, as last heard.
     gfx::Point _panTranslation;
     // On the way from an earlier zoom and move to those in force; none while the view rests.

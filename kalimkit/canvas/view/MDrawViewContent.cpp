@@ -4,6 +4,7 @@
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/loop/FlagScope.h"
 
 namespace kalim {
 
@@ -45,12 +46,15 @@ gfx::Rect MDrawView::contentRect() const {
 }
 
 bool MDrawView::refreshContextRect() {
+    if (_isTakingBack) return false;
     const gfx::Rect old = _ctxRect;
     _ctxRect = contentRect();
     ui::Environment& environment = ui::Environment::current();
     if (_ctxRect.area() > old.area() && _ctxRect.area() > areaLimit(environment)) {
         _ctxRect = old;
         environment.presentAlert({"", "面积不能超过2K", {"我知道了"}, {}});
+        // Once: what is undone may leave the content as large, for vertices are in no snapshot.
+        const ui::FlagScope takingBack(_isTakingBack);
         _undoManager->undo();
         return false;
     }

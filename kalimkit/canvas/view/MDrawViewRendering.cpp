@@ -122,10 +122,16 @@ void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& pictur
     _drawnTools = drawnOnScreen;
 }
 
-gfx::ImageRef MDrawView::exportImage() {
-    const auto alive = self();
+// A text that is being typed belongs to the picture, too.
+void MDrawView::settleForExport() {
+    finishEditText();
     selectNone();
     removeInvaildTools();
+}
+
+gfx::ImageRef MDrawView::exportImage() {
+    const auto alive = self();
+    settleForExport();
     ui::Environment& environment = ui::Environment::current();
     const double scale = environment.screen().scale;
     // Letting go of the selection may have changed its geometry, so that ctxRect() is not asked.
@@ -144,10 +150,9 @@ gfx::ImageRef MDrawView::exportImage() {
 }
 
 gfx::ImageRef MDrawView::exportImageAtPictureScale() {
-    if (!_sourceImg || _bgImgRect.isEmpty()) return exportImage();
     const auto alive = self();
-    selectNone();
-    removeInvaildTools();
+    settleForExport();
+    if (!_sourceImg || _bgImgRect.isEmpty()) return exportImage();
     const gfx::PixelSize pixels = _sourceImg->pixelSize();
     const gfx::AffineTransform toPixels =
         gfx::AffineTransform::scaling(pixels.width / _bgImgRect.size.width,

@@ -8,18 +8,18 @@ namespace kalim {
 
 void MDrawView::selectTools(const ToolList& tools) {
     const auto alive = self();
+    // Letting go may end a rotation as a step, and a step may take tools off the canvas.
+    dropSelection();
     const auto group = MDrawMutableSelect::make();
     for (const ToolRef& tool : tools) {
-        if (!isOnCanvas(tool) || tool->isNewBuild() || group->containTool(tool)) continue;
+        const bool isFree = isOnCanvas(tool) && !tool->isNewBuild() && !isMosaic(*tool);
+        if (!isFree || group->containTool(tool)) continue;
         group->addSubTool(tool);
     }
-    if (!group->isValidTools()) {
-        clearSelection();
-        return;
+    if (group->isValidTools()) {
+        group->setSelected(true);
+        _handingTools = group;
     }
-    dropSelection();
-    group->setSelected(true);
-    _handingTools = group;
     notifySelection();
     redisplay();
 }
@@ -52,6 +52,8 @@ void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
 void MDrawView::removeToolFromSelectedTools(const ToolRef& tool) {
     if (!_handingTools || !_handingTools->containTool(tool)) return;
     const ToolRef kept = tool;  // The caller's reference may be an element of the group's list.
+    endRotationUnderWay();
+    if (!_handingTools || !_handingTools->containTool(kept)) return;
     _handingTools->removeSubTool(kept);
     kept->setSelected(false);
     kept->finalize();
@@ -66,13 +68,34 @@ void MDrawView::clearSelection() {
     redisplay();
 }
 
-// Lets go without a word. A rotation under way ends here, as a step of its own.
-void MDrawView::dropSelection() {
+// Ends as a step of its own what the fingers may not go on turning.
+void MDrawView::endRotationUnderWay() {
+    if (!_handingTools || _rotatedTools != _handingTools) return;
+    _isRotationOver = true;
+    endRotation(_rotation);
+}
+
+// Members that have left the canvas leave the selection.
+void MDrawView::dropAbsentFromSelection() {
     if (!_handingTools) return;
-    if (_rotatedTools == _handingTools) {
-        _isRotationOver = true;
-        endRotation(_rotation);
+    ToolList absent;
+    for (const ToolRef& tool : _handingTools->subTools()) {
+        if (!isOnCanvas(tool)) absent.push_back(tool);
     }
+    if (!absent.empty() && absent.size() == _handingTools->subTools().size()) {
+        // Nothing of it is left to be turned.
+        if (_rotatedTools == _handingTools) _isRotationOver = true;
+        _rotatedTools = nullptr;
+        clearSelection();
+        return;
+    }
+    for (const ToolRef& tool : absent)
+        removeToolFromSelectedTools(tool);
+}
+
+// Lets go without a word.
+void MDrawView::dropSelection() {
+    endRotationUnderWay();
     const auto dropped = std::exchange(_handingTools, nullptr);
     if (!dropped) return;
     dropped->setSelected(false);

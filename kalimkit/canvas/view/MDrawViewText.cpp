@@ -38,7 +38,7 @@ bool MDrawView::checkAndEndTextToolEdittingText() {
     const std::shared_ptr<MDrawText> text = _curEdittingTextTool;
     if (!text) return false;
     text->stopEdittingText();
-    _curEdittingTextTool = nullptr;
+    if (_curEdittingTextTool == text) _curEdittingTextTool = nullptr;
     return true;
 }
 
@@ -72,7 +72,7 @@ void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     const auto alive = self();
     if (_handingTool && !_handingTool->isDrawVaild()) deleteCurrentHandlingTool();
     // The field that is open takes its own taps, whatever lies under it.
-    if (_curEdittingTextTool) return;
+    if (_curEdittingTextTool || isBeingCreated()) return;
     const ToolRef tool = testHitTestSelectTool(invertViewPoint(place));
     if (!isText(tool)) return;
     // The touch-up of the second tap is still to come; it would select the text again.

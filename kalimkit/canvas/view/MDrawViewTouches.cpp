@@ -12,13 +12,6 @@ namespace {
 // While something else is selected, a finger that has moved less than this is still tapping.
 constexpr double tapSlop = 3.0;
 
-// A drawing that still waits for more strokes stays as a step of its own, or nothing could undo it.
-void endFreehand(MDrawFreeLineHelper& helper, MUndoManager& undoManager) {
-    const ToolRef waiting = helper.freeline();
-    helper.reset();
-    undoManager.addToolSuccess(waiting);
-}
-
 }  // namespace
 
 // ---- touch messages
@@ -26,6 +19,8 @@ void endFreehand(MDrawFreeLineHelper& helper, MUndoManager& undoManager) {
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     const auto alive = self();
     if (const auto delegate = _drawViewdelegate.lock()) delegate->didDrawStarted();
+    // The owner, told of it, may have taken the view away or the fingers off it.
+    if (!window() || event.touches.front()->phase() == ui::TouchPhase::Cancelled) return;
     updateDrawStateTouches(TOUCH_PHASE_BEGAN, event.allTouches.size());
     if (isSingleFinger()) {
         drawDown(invertViewPoint(event.touches.front()->locationIn(this)));
@@ -171,7 +166,7 @@ bool MDrawView::finishCreation(gfx::Point p) {
     tool->drawUp(p);
     if (!tool->isDrawVaild()) {
         discard(tool);
-        endFreehand(*_drawFreeLineHelper, *_undoManager);
+        endFreehand();
     } else if (isText || isFreehand) {
         // Recorded when the text has been typed, and when the drawing has faded in.
         clearSelection();
@@ -191,8 +186,20 @@ void MDrawView::discard(const ToolRef& tool) {
     kept->setIsNewBuild(false);
 }
 
+// A drawing that still waits for more strokes stays as a step of its own, or nothing could undo it.
+void MDrawView::endFreehand() {
+    const ToolRef waiting = _drawFreeLineHelper->freeline();
+    _drawFreeLineHelper->reset();
+    _undoManager->addToolSuccess(waiting);
+}
+
 void MDrawView::stopDrawing() {
-    finishCreation(_lastMouseMovePoint);
+    // A text that nobody has typed yet is nothing.
+    if (drawsClass(MDrawText::Class())) {
+        deleteCurrentHandlingTool();
+    } else {
+        finishCreation(_lastMouseMovePoint);
+    }
     _drawing = false;
 }
 
@@ -271,7 +278,7 @@ void MDrawView::deleteCurrentHandlingTool() {
     if (_curEdittingTextTool == tool) checkAndEndTextToolEdittingText();
     if (isOnCanvas(tool)) discard(tool);
     tool->setIsNewBuild(false);
-    endFreehand(*_drawFreeLineHelper, *_undoManager);
+    endFreehand();
     redisplay();
 }
 

@@ -66,8 +66,11 @@ void MDrawView::autoScaleWhenCtxEnlarged() {
     // Without a picture the first thing drawn is all of the content; it stays where it was drawn.
     if (!_bgImg && !isLarger) return;
     if (isLarger) {
-        _contextScale = getScale() * std::min(room.width / shown.width, room.height / shown.height);
-        _defaultMinScale = std::min(_contextScale, ordinaryMinScale);
+        const double fitting =
+            getScale() * std::min(room.width / shown.width, room.height / shown.height);
+        // A pinch under way goes on from there.
+        _contextScale = fitting / _tmpContextScale;
+        _defaultMinScale = std::min(fitting, ordinaryMinScale);
     }
     checkAndUpdateCTXScale();
     centralizeVisualContext();
@@ -92,7 +95,8 @@ gfx::Point MDrawView::invertViewPoint(gfx::Point p) const {
 
 void MDrawView::resetView() {
     _viewAnimation = nullptr;
-    _isPinching = _isPanning = false;
+    _isPinching = _isPanning = _isPictureShrinked = false;
+    _shownBeforeClamping.reset();
     _contextScale = _tmpContextScale = 1.0;
     _defaultMinScale = ordinaryMinScale;
     _viewMove = {};
@@ -151,17 +155,22 @@ void MDrawView::settleView(const gfx::AffineTransform& from) {
 
 // ---- gestures
 
+// The field of a text that is being typed would stay behind.
+bool MDrawView::mayMoveView() const {
+    return _enableGesture && !_curEdittingTextTool;
+}
+
 void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus) {
-    if (!_enableGesture || !std::isfinite(scale) || !(scale > 0)) return;
+    if (!std::isfinite(scale) || !(scale > 0)) return;
     const auto alive = self();
-    if (state == ui::GestureState::Began) {
+    if (state == ui::GestureState::Began && mayMoveView()) {
         if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
         _isPinching = true;
     }
     if (!_isPinching) return;
     zoomAbout(focus, [&] { _tmpContextScale = scale; });
     if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
-    const gfx::AffineTransform shown = _mViewTransform;
+    _shownBeforeClamping = _mViewTransform;
     _isPinching = false;
     zoomAbout(focus, [this] {
         _contextScale *= _tmpContextScale;
@@ -169,18 +178,15 @@ void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Po
         checkAndUpdateCTXScale();
     });
     const gfx::Size content = _ctxRect.size * getScale();
-    const bool isPictureShrinked =
+    _isPictureShrinked =
         content.width < bounds().size.width || content.height < bounds().size.height;
-    if (isPictureShrinked) centralizeVisualContext();
-    settleView(shown);
-    setNeedsLayout();
-    setNeedsDisplay();
+    endViewGesture();
 }
 
 void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation) {
-    if (!_enableGesture || !std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
+    if (!std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
     const auto alive = self();
-    if (state == ui::GestureState::Began) {
+    if (state == ui::GestureState::Began && mayMoveView()) {
         if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
         _isPanning = true;
         _panTranslation = {};
@@ -190,11 +196,21 @@ void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation)
     _panTranslation = translation;
     processViewTransform();
     if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
-    const gfx::AffineTransform shown = _mViewTransform;
     _isPanning = false;
-    _viewMove = reachableMove();
-    processViewTransform();
-    settleView(shown);
+    endViewGesture();
+}
+
+// Two fingers may pinch and pan at once; the view comes to rest when both are over.
+void MDrawView::endViewGesture() {
+    if (_isPinching || _isPanning) return;
+    const auto before = std::exchange(_shownBeforeClamping, std::nullopt).value_or(_mViewTransform);
+    if (std::exchange(_isPictureShrinked, false)) {
+        centralizeVisualContext();
+    } else {
+        _viewMove = reachableMove();
+        processViewTransform();
+    }
+    settleView(before);
     setNeedsLayout();
     setNeedsDisplay();
 }
