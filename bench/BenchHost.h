@@ -20,6 +20,7 @@ public:
     BenchHost& operator=(const BenchHost&) = delete;
 
     gfx::Device& device() { return *_device; }
+    HeadlessEnvironment& environment() { return *_environment; }
 
 private:
     std::shared_ptr<gfx::Device> _device = gfx::CairoDevice::make();
