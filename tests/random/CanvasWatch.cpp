@@ -6,6 +6,7 @@
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/shapes/MDrawFreeline.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim::test {
@@ -154,6 +155,11 @@ bool CanvasWatch::followCall(const std::string& name, const JsonValue& step) {
 void CanvasWatch::followHistory(bool isUndo) {
     for (const ToolRef& tool : _before.invalid)
         _model.forget(tool);
+    // A freehand drawing that still waited is finished, and recorded, first.
+    for (const ToolRef& tool : _before.created) {
+        const bool isFreehand = tool->toolClass().isKindOf(MDrawFreeline::Class());
+        if (isFreehand && !tool->isNewBuild() && !_model.current(tool)) record({{tool}, false});
+    }
     const bool canStep = isUndo ? !_model.undoStack.empty() : !_model.redoStack.empty();
     const int change = canStep ? (isUndo ? -1 : 1) : 0;
     followEndOfRotation(static_cast<std::size_t>(change));
