@@ -7,6 +7,7 @@
 #include "kalimkit/backend/html/HtmlImports.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
+#include "kalimkit/backend/html/PackedColor.h"
 
 namespace kalim::gfx {
 
@@ -16,16 +17,6 @@ namespace {
 constexpr double kFarthestCast = 2048;
 // Shares of a pixel by which no browser resamples.
 constexpr double kSubpixel = 1.0 / 512;
-
-std::uint32_t byteOf(double component) {
-    if (!(component > 0)) return 0;
-    return static_cast<std::uint32_t>(std::lround(std::min(component, 1.0) * 255));
-}
-
-std::uint32_t packed(const Color& color) {
-    return byteOf(color.red) << 24U | byteOf(color.green) << 16U | byteOf(color.blue) << 8U |
-           byteOf(color.alpha);
-}
 
 int count(const Path& path) {
     return static_cast<int>(path.commands().size());
@@ -102,15 +93,16 @@ void HtmlContext::onFill(const Path& path) {
     std::shared_ptr<const HtmlRaster> pattern;
     if (!prepareFill(pattern)) return;
     page::fill(_surface, shape.commands().data(), count(shape), shape.points().data(), _scale,
-               packed(state().fillColor));
+               packedColor(state().fillColor));
 }
 
 void HtmlContext::onStroke(const Path& path) {
     const AffineTransform pen = toDevice();
     prepare(state().interpolation);
     page::stroke(_surface, path.commands().data(), count(path), path.points().data(), _scale,
-                 packed(state().strokeColor), state().lineWidth, static_cast<int>(state().lineCap),
-                 static_cast<int>(state().lineJoin), pen.a, pen.b, pen.c, pen.d);
+                 packedColor(state().strokeColor), state().lineWidth,
+                 static_cast<int>(state().lineCap), static_cast<int>(state().lineJoin), pen.a,
+                 pen.b, pen.c, pen.d);
 }
 
 void HtmlContext::onDrawRaster(const Image& image, const Rect& rect) {
@@ -137,7 +129,7 @@ void HtmlContext::onDrawText(std::string_view text, Point baseline, const Font& 
     }
     page::text(_surface, text.data(), static_cast<int>(text.size()), given.family,
                given.familyLength, given.size, given.style,
-               packed(isStroke ? state().strokeColor : state().fillColor),
+               packedColor(isStroke ? state().strokeColor : state().fillColor),
                isStroke ? state().lineWidth : 0, static_cast<int>(state().lineJoin), t.a, t.b, t.c,
                t.d, t.tx, t.ty);
 }
@@ -186,7 +178,7 @@ void HtmlContext::prepare(Interpolation interpolation) const {
     if (!castsShadow(state())) return;
     const Shadow& shadow = *state().shadow;
     page::shadow(shadow.offset.x * _scale, shadow.offset.y * _scale, shadow.blur * _scale,
-                 packed(shadow.color));
+                 packedColor(shadow.color));
 }
 
 // The same for what is filled; false where the pattern's picture cannot be had, which is to be held

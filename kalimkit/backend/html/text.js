@@ -2,11 +2,13 @@
 
 const systemFamilies = 'system-ui, -apple-system, "PingFang SC", "Microsoft YaHei", sans-serif';
 const widthsKept = 4000;
+const metricsSize = 1000;
 // Words longer than this are measured in pieces, so that the cost stays proportional to the text.
 const longestPiece = 64;
 
 const isSpace = /^\s+$/u;
 const ideographic = /^[\p{Script=Han}\p{Script=Hiragana}\p{Script=Katakana}\p{Script=Hangul}\u3000-\u303f\uff00-\uffef]/u;
+const han = /^\p{Script=Han}+$/u;
 const neverBefore = /^[!%),.:;?\]}¢°·’”†‡›℃∶、。〃〆〕〗〞﹚﹜！＂％＇），．：；？］｀｜｝～\u3005\u300b\u300d\u300f\u3011\u3015\u3017\u30fc\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u308e\u30a1\u30a3\u30a5\u30a7\u30a9\u30c3\u30e3\u30e5\u30e7\u30ee\u30fb…—]/u;
 const neverAfter = /^[$(£¥‘“〈《「『【〔〖〝﹗﹙﹛＄（．［｛￡￥[{]/u;
 const joins = /^[\u00a0\u2060\u202f\ufeff]/u;
@@ -110,9 +112,7 @@ export class TextMeasures {
         for (const { index } of this.#segmenters.grapheme.segment(text)) places.add(index);
         break;
       case 'word':
-        for (const { index, segment, isWordLike } of this.#segmenters.word.segment(text)) {
-          if (isWordLike) places.add(index).add(index + segment.length);
-        }
+        for (const { begin, end } of this.#words(text)) places.add(begin).add(end);
         break;
       case 'line': {
         let at = 0;
@@ -126,6 +126,19 @@ export class TextMeasures {
       }
     }
     return [...places.add(text.length)];
+  }
+
+  // Hanzi side by side are one word: where browsers divide them differs with their dictionaries.
+  #words(text) {
+    const words = [];
+    for (const { index, segment, isWordLike } of this.#segmenters.word.segment(text)) {
+      if (!isWordLike) continue;
+      const last = words.at(-1);
+      const isHan = han.test(segment);
+      if (isHan && last?.isHan && last.end === index) last.end += segment.length;
+      else words.push({ begin: index, end: index + segment.length, isHan });
+    }
+    return words;
   }
 
   #setFont(font) {

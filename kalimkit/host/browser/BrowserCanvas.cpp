@@ -5,8 +5,8 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
+#include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/host/browser/BrowserImports.h"
-#include "kalimkit/host/browser/PackedColor.h"
 
 namespace kalim {
 
@@ -18,8 +18,8 @@ public:
     void currentSelectedToolsPropertyChangedColorLineWidth(std::int64_t type,
                                                            const gfx::ColorRef& color,
                                                            double lineWidth) override {
-        page::onSelected(static_cast<int>(type), color != nullptr, color ? packedColor(*color) : 0,
-                         lineWidth);
+        page::onSelected(static_cast<int>(type), color != nullptr,
+                         color ? gfx::packedColor(*color) : 0, lineWidth);
     }
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override {
         page::onHistory(canUndo, canRedo);
@@ -47,6 +47,8 @@ void BrowserCanvas::setSize(gfx::Size size, double scale) {
     _environment->setScale(scale);
     _window.setSize(size);
     _view->setFrame({{}, size});
+    // All of it is in sight again, whichever way a phone was turned.
+    _view->autoScaleWhenCtxEnlarged();
 }
 
 void BrowserCanvas::setKeyboardHeight(double height) {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "kalimkit/backend/html/HtmlRaster.h"
+#include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/host/browser/BrowserCanvas.h"
-#include "kalimkit/host/browser/PackedColor.h"
 
 // What the page calls. A module holds one canvas; a page with several has as many modules. What is
 // longer than a number lies in the module's buffer.
@@ -127,7 +127,7 @@ KALIM_EXPORT("begin_drawing_for_type") void beginDrawingForType(int type, int dr
 }
 
 KALIM_EXPORT("set_draw_color") void setDrawColor(std::uint32_t color, bool isTranslucent) {
-    canvas->view().setDrawColorIsTranslucent(kalim::unpackedColor(color), isTranslucent);
+    canvas->view().setDrawColorIsTranslucent(kalim::gfx::unpackedColor(color), isTranslucent);
     canvas->show();
 }
 

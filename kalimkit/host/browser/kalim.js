@@ -45,6 +45,8 @@ export class KalimCanvas {
   #typing;
   #start = performance.now();
   #size = { width: 0, height: 0, scale: 0 };
+  // How many pictures the page has asked for.
+  #asked = 0;
   #frame = 0;
   #timer = 0;
   #clipboard = '';
@@ -72,6 +74,7 @@ export class KalimCanvas {
 
   // Gives everything back; the canvas is not used any more.
   destroy() {
+    ++this.#asked;
     this.#listening.abort();
     this.#observer.disconnect();
     this.#pointers.stop();
@@ -79,18 +82,26 @@ export class KalimCanvas {
     cancelAnimationFrame(this.#frame);
     clearTimeout(this.#timer);
     this.#exports.destroy();
+    this.#exports = null;
   }
 
   // ---- the picture
 
   // A picture file, or anything else that createImageBitmap takes. Forgets all that was drawn. Rejects
-  // when the browser cannot read it, and nothing is lost then.
+  // when the browser cannot read it, and nothing is lost then. Answers whether the picture is shown:
+  // not when another has been asked for meanwhile.
   async open(picture) {
+    const order = ++this.#asked;
     const bitmap = await createImageBitmap(picture, {
       imageOrientation: 'from-image',
       colorSpaceConversion: 'default',
     });
+    if (order !== this.#asked) {
+      bitmap.close();
+      return false;
+    }
     this.#call('set_picture', this.#drawing.addPicture(bitmap), 1);
+    return true;
   }
 
   // Picture and drawings as a Blob, at the screen's pixels per point or, with scale 'picture', one
@@ -196,7 +207,14 @@ export class KalimCanvas {
   }
 
   #imports({ heap, drawing }) {
-    const tell = (message, ...values) => this.#delegate[message]?.(...values);
+    // An error of the page must not cut off the module's work, which could not go on after it.
+    const tell = (message, ...values) => {
+      try {
+        this.#delegate[message]?.(...values);
+      } catch (error) {
+        reportError(error);
+      }
+    };
     const writeWhole = (text, out, room) => {
       const bytes = heap.encode(text);
       heap.bytes.set(bytes.subarray(0, room), out);
