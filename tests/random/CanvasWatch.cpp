@@ -6,7 +6,6 @@
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/shapes/MDrawFreeline.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim::test {
@@ -155,11 +154,7 @@ bool CanvasWatch::followCall(const std::string& name, const JsonValue& step) {
 void CanvasWatch::followHistory(bool isUndo) {
     for (const ToolRef& tool : _before.invalid)
         _model.forget(tool);
-    // A freehand drawing that still waited is finished, and recorded, first.
-    for (const ToolRef& tool : _before.created) {
-        const bool isFreehand = tool->toolClass().isKindOf(MDrawFreeline::Class());
-        if (isFreehand && !tool->isNewBuild() && !_model.current(tool)) record({{tool}, false});
-    }
+    followUnfinished();
     const bool canStep = isUndo ? !_model.undoStack.empty() : !_model.redoStack.empty();
     const int change = canStep ? (isUndo ? -1 : 1) : 0;
     followEndOfRotation(static_cast<std::size_t>(change));
@@ -167,6 +162,26 @@ void CanvasWatch::followHistory(bool isUndo) {
     for (const ToolRef& tool : (isUndo ? _model.redoStack : _model.undoStack).back().members)
         _unrecorded.erase(tool);
     takeBack();
+}
+
+// What is being made or typed ends before the history is stepped: on record, or as nothing.
+void CanvasWatch::followUnfinished() {
+    const auto stepsOf = [](std::vector<Entry> steps, const std::vector<Entry>& redoable) {
+        steps.insert(steps.end(), redoable.rbegin(), redoable.rend());
+        return steps;
+    };
+    const std::vector<Entry> steps = stepsOf(entriesOf(_canvas.undoManager().undoTools()),
+                                             entriesOf(_canvas.undoManager().redoTools()));
+    const std::vector<Entry> known = stepsOf(_model.undoStack, _model.redoStack);
+    // The latest step of each tool, in the order of the steps.
+    for (auto step = steps.begin(); step != steps.end(); ++step) {
+        if (step->isGroup || !_before.created.contains(step->members.front())) continue;
+        if (std::find(step + 1, steps.end(), *step) != steps.end()) continue;
+        if (std::ranges::count(steps, *step) > std::ranges::count(known, *step)) record(*step);
+    }
+    for (const ToolRef& tool : _before.created) {
+        if (!_model.current(tool) && !contains(_canvas.tools(), tool)) _model.forget(tool);
+    }
 }
 
 // A selection that is dropped while it is being turned is recorded first.

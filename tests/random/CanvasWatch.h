@@ -48,6 +48,7 @@ private:
     void follow(const JsonValue& step, Fault& fault);
     bool followCall(const std::string& name, const JsonValue& step);
     void followHistory(bool isUndo);
+    void followUnfinished();
     bool changesSelection(const std::string& name, const JsonValue::Array& arguments) const;
     void followEndOfRotation(std::size_t recordsToCome);
     void observe(Fault& fault);
