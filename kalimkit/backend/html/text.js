@@ -2,7 +2,6 @@
 
 const systemFamilies = 'system-ui, -apple-system, "PingFang SC", "Microsoft YaHei", sans-serif';
 const widthsKept = 4000;
-const metricsSize = 1000;
 // Words longer than this are measured in pieces, so that the cost stays proportional to the text.
 const longestPiece = 64;
 

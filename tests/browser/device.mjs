@@ -1,0 +1,34 @@
+// The tests of what every drawing device must do, on the canvas of a page: tests/backend/html.
+
+import test, { after, before } from 'node:test';
+import assert from 'node:assert/strict';
+import { open } from './browser.mjs';
+
+let host;
+before(async () => {
+  host = await open();
+});
+after(() => host.close());
+
+// All that the module prints.
+async function runTests(page) {
+  await page.goto(`${host.url}/tests/blank.html`);
+  return page.evaluate(async () => {
+    const { instantiate } = await import('/kalimkit/backend/html/instance.js');
+    const printed = [];
+    console.error = (text) => printed.push(text);
+    const { exports } = await instantiate(new URL('/modules/tests-html.wasm', location.href));
+    exports.run();
+    return printed.join('');
+  });
+}
+
+test('the device of a page does what every device must do', async (all) => {
+  const output = await runTests(await host.browser.newPage());
+  const results = [...output.matchAll(/^\[ RUN      \] (.*)\n([^]*?)^\[ +(OK|FAILED) +\]/gm)];
+  assert.notEqual(results.length, 0, output);
+  for (const [, name, complaint, result] of results) {
+    await all.test(name, () => assert.equal(result, 'OK', complaint));
+  }
+  assert.match(output, new RegExp(`^\\[==========\\] ${results.length} tests? from .* ran\\.`, 'm'));
+});

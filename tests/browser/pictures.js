@@ -1,0 +1,114 @@
+// Two pictures held against each other tile by tile, as tests/support/PictureComparison.h does, so that
+// a small missing thing counts in a large picture. Two backends place the edges of glyphs and of a
+// photo's details a little apart: a pixel differs by what it lies outside the range of the other
+// picture's pixels around it.
+
+// How far apart an edge may be, pixels; how far a tile's channel may differ in the mean, levels; the
+// share of its pixels that may differ strongly.
+export const strictLimits = { distance: 1, mean: 6, strongShare: 0.02 };
+// Backends make bold glyphs of regular ones in different ways: up to a point apart, and what is narrow
+// in a glyph may close in one.
+export function textLimits(scale) {
+  return { distance: Math.ceil(scale), mean: 12, strongShare: 0.08 };
+}
+
+const tileSide = 16;
+const strongDifference = 48;
+const tilesListed = 5;
+
+// Premultiplied, as what is transparent has no colour.
+function pixelsOf(canvas) {
+  const { width, height } = canvas;
+  const { data } = canvas.getContext('2d').getImageData(0, 0, width, height);
+  for (let i = 0; i < data.length; i += 4) {
+    for (let channel = 0; channel < 3; ++channel) data[i + channel] *= data[i + 3] / 255;
+  }
+  return { width, height, data };
+}
+
+// The least or the greatest of every pixel and its neighbours up to a distance, channel by channel.
+function spread({ width, height, data }, distance, choose) {
+  const row = 4 * width;
+  const columns = data.slice();
+  for (let by = -distance; by <= distance; ++by) {
+    for (let i = 0; i < data.length; ++i) {
+      const x = (i % row) + 4 * by;
+      if (x >= 0 && x < row) columns[i] = choose(columns[i], data[i + 4 * by]);
+    }
+  }
+  const all = columns.slice();
+  for (let by = -distance; by <= distance; ++by) {
+    const end = Math.min(height, height - by) * row;
+    for (let i = Math.max(0, -by) * row; i < end; ++i) {
+      all[i] = choose(all[i], columns[i + by * row]);
+    }
+  }
+  return all;
+}
+
+const lesser = (a, b) => (a < b ? a : b);
+const greater = (a, b) => (a > b ? a : b);
+
+// How far each value of a picture lies outside the range of the other's around it.
+function distances(pixels, other, distance) {
+  const low = spread(other, distance, lesser);
+  const high = spread(other, distance, greater);
+  return pixels.data.map((value, i) => greater(low[i] - value, value - high[i]));
+}
+
+function tileOf({ width, height }, found, left, top) {
+  const right = Math.min(left + tileSide, width);
+  const bottom = Math.min(top + tileSide, height);
+  const sums = [0, 0, 0, 0];
+  let strong = 0;
+  for (let y = top; y < bottom; ++y) {
+    for (let i = 4 * (y * width + left); i < 4 * (y * width + right); i += 4) {
+      for (let channel = 0; channel < 4; ++channel) sums[channel] += found[i + channel];
+      if (Math.max(found[i], found[i + 1], found[i + 2], found[i + 3]) > strongDifference) ++strong;
+    }
+  }
+  const count = (right - left) * (bottom - top);
+  return { left, top, mean: Math.max(...sums) / count, strongShare: strong / count };
+}
+
+// Canvases. Returns { message, tiles }: what differs in words, empty when nothing does.
+export function comparePictures(expected, actual, limits = strictLimits) {
+  const sizes = [expected, actual].map(({ width, height }) => `${width}x${height}`);
+  if (sizes[0] !== sizes[1]) return { message: `expected ${sizes[0]}, got ${sizes[1]}`, tiles: [] };
+  const [a, b] = [pixelsOf(expected), pixelsOf(actual)];
+  const [missing, added] = [[a, b], [b, a]].map(([of, other]) =>
+    distances(of, other, limits.distance));
+  const found = missing.map((value, i) => greater(value, added[i]));
+  const tiles = [];
+  for (let y = 0; y < a.height; y += tileSide) {
+    for (let x = 0; x < a.width; x += tileSide) {
+      const tile = tileOf(a, found, x, y);
+      if (tile.mean > limits.mean || tile.strongShare > limits.strongShare) tiles.push(tile);
+    }
+  }
+  const lines = tiles.slice(0, tilesListed).map((tile) =>
+    `  at (${tile.left},${tile.top}): mean difference ${tile.mean.toFixed(1)}, ` +
+    `${(tile.strongShare * 100).toFixed(0)} % of pixels strongly`);
+  const message = tiles.length ? [`${tiles.length} tile(s) differ:`, ...lines].join('\n') : '';
+  return { message, tiles };
+}
+
+// Expected, actual, and their difference with the tiles that count framed.
+export function sideBySide(expected, actual, tiles) {
+  const width = Math.max(expected.width, actual.width);
+  const picture = new OffscreenCanvas(3 * width, Math.max(expected.height, actual.height));
+  const context = picture.getContext('2d');
+  context.fillStyle = '#888';
+  context.fillRect(0, 0, picture.width, picture.height);
+  context.drawImage(expected, 0, 0);
+  context.drawImage(actual, width, 0);
+  context.drawImage(expected, 2 * width, 0);
+  context.globalCompositeOperation = 'difference';
+  context.drawImage(actual, 2 * width, 0);
+  context.globalCompositeOperation = 'source-over';
+  context.strokeStyle = 'red';
+  for (const { left, top } of tiles) {
+    context.strokeRect(2 * width + left, top, tileSide, tileSide);
+  }
+  return picture;
+}

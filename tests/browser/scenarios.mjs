@@ -1,0 +1,100 @@
+// Every scenario of tests/scenarios, played natively and in a browser: the prints agree, and so do the
+// pictures, of which a last one is exported at the end of each scenario.
+
+import assert from 'node:assert/strict';
+import { execFile } from 'node:child_process';
+import { mkdir, readFile, readdir, symlink, writeFile } from 'node:fs/promises';
+import { basename, join } from 'node:path';
+import { after, before, test } from 'node:test';
+import { promisify } from 'node:util';
+
+import { build, command, complaintsOf, fonts, open, root } from './browser.mjs';
+import { differences } from './json-match.mjs';
+
+const folder = join(root, 'tests/scenarios');
+const names = (await readdir(folder)).filter((name) => name.endsWith('.jsonl'));
+const lastPicture = 'end.png';
+
+async function readScenario(name) {
+  const lines = (await readFile(join(folder, `${name}.jsonl`), 'utf8')).split('\n');
+  const options = await readFile(join(folder, `${name}.options`), 'utf8').catch(() => '');
+  const words = options.split(/\s+/).filter(Boolean);
+  const option = (key, otherwise) =>
+    words.includes(key) ? words[words.indexOf(key) + 1] : otherwise;
+  const [width, height] = option('--canvas', '390x844').split('x').map(Number);
+  const picture = option('--picture', '');
+  const named = lines.flatMap((line) => /"picture"\s*:\s*"([^"]*)"\s*}/.exec(line)?.[1] ?? []);
+  return {
+    words,
+    screen: { width, height, scale: Number(option('--scale', 2)) },
+    picture,
+    pictures: Object.fromEntries([picture, ...named].filter(Boolean).map((at) => [at, `/${at}`])),
+    lines: [...lines, JSON.stringify({ export: lastPicture })],
+  };
+}
+
+const hasText = ({ lines }) => lines.some((line) => /"type"|"text"|setShowMeasurement/.test(line));
+
+// Leaves its pictures in the place.
+async function playNatively({ words, lines }, place) {
+  await mkdir(place, { recursive: true });
+  await symlink(join(root, 'docs/photos'), join(place, 'photos'));
+  const run = promisify(execFile)(command, ['play', '-', ...words], {
+    cwd: place,
+    env: { ...process.env, FONTCONFIG_FILE: fonts },
+    maxBuffer: 1 << 28,
+  });
+  run.child.stdin.end(lines.join('\n'));
+  return (await run).stdout.split('\n').filter(Boolean);
+}
+
+let opened;
+let page;
+let complaints;
+
+before(async () => {
+  opened = await open();
+  page = await opened.browser.newPage();
+  complaints = complaintsOf(page);
+  await page.goto(`${opened.url}/tests/player.html`);
+  await page.waitForFunction(() => window.scenarios);
+});
+after(() => opened.close());
+
+test('pictures differ when a small thing is missing in one, not when it has moved by a pixel', async () => {
+  const found = await page.evaluate(() => window.scenarios.canCompare(5));
+  assert.deepEqual(found, { missing: true, added: true, moved: false });
+});
+
+for (const name of names.map((file) => basename(file, '.jsonl'))) {
+  test(`scenario ${name} goes in a browser as it goes natively`, async () => {
+    const scenario = await readScenario(name);
+    const place = join(build, 'results', name);
+    const [prints, played] = await Promise.all([
+      playNatively(scenario, place),
+      page.evaluate((given) => window.scenarios.play(given), {
+        ...scenario.screen,
+        picture: scenario.picture,
+        pictures: scenario.pictures,
+        lines: scenario.lines,
+      }),
+    ]);
+    assert.equal(played.problem, null);
+    assert.equal(played.prints.length, prints.length);
+    const found = prints.flatMap((line, i) =>
+      differences(JSON.parse(line), JSON.parse(played.prints[i]), `print ${i + 1}`));
+    for (const picture of played.exported) {
+      const compared = await page.evaluate((given) => window.scenarios.compare(given), {
+        name: picture,
+        url: `/results/${name}/${picture}`,
+        scale: scenario.screen.scale,
+        hasText: hasText(scenario),
+      });
+      const beside = join(place, `beside-${picture}.png`);
+      await writeFile(beside, Buffer.from(compared.picture.split(',')[1], 'base64'));
+      if (compared.message) found.push(`${picture}: ${compared.message}\n  see ${beside}`);
+    }
+    assert.deepEqual(complaints.splice(0), []);
+    assert.equal(found.join('\n'), '');
+  });
+}
