@@ -1,26 +1,17 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/view/DrawnExtent.h"
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/PictureLayout.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/canvas/view/ViewAnimation.h"
-#include "kalimkit/gfx/ExtentContext.h"
 #include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
 
 namespace {
-
-// Where the tool paints at present. Drawing settles it, too: its transform, the size of its text.
-gfx::Rect drawnExtent(MDrawTool& tool) {
-    if (isMosaic(tool)) return tool.frame();
-    gfx::ExtentContext context(ui::Environment::current().device());
-    tool.draw(context);
-    tool.drawMeasurement(context);
-    return context.extent();
-}
 
 CanvasLayers::Layer layerOf(const MDrawTool& tool) {
     return isMosaic(tool) ? CanvasLayers::Ground : CanvasLayers::Items;

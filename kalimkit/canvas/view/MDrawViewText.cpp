@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/view/DrawnExtent.h"
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/view/Window.h"
@@ -114,6 +115,8 @@ void MDrawView::drawTextDidEndEditText(MDrawText& text) {
 
 void MDrawView::drawTextAskForSaveState(MDrawText& text) {
     const auto alive = self();
+    // Drawing fits the font to the box; what is recorded is what will be seen.
+    drawnExtent(text);
     _undoManager->addToolSuccess(shared(text));
     redisplay();
 }
