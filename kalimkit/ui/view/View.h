@@ -83,8 +83,8 @@ public:
     // the event.
     void setNeedsDisplay();
     void setNeedsDisplay(const gfx::Rect& rect);
-    // Draws the view and what is in it, in own coordinates from the corner of its bounds on, whether
-    // it is in a window or not.
+    // Draws the view and what is in it, in own coordinates from the corner of its bounds on,
+    // whether it is in a window or not.
     void renderIn(gfx::Context& context);
     void setNeedsLayout();
     // Runs the pending layout of this view and of those below it.
