@@ -1,1 +1,2 @@
+import './device.mjs';
 import './scenarios.mjs';

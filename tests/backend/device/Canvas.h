@@ -3,13 +3,16 @@
 #include <memory>
 #include <string>
 
-#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/gfx/Device.h"
 
 namespace kalim::test {
 
-// The device that the tests of one program share, so that fonts are loaded once. It is gone, and
-// the font libraries' memory with it, before leaks are looked for.
-gfx::CairoDevice& cairoDevice();
+// The device that a program's tests are about, shared by all of them so that fonts are loaded once.
+// Each program has its own.
+gfx::Device& testDevice();
+// How far a shadow, blurred with this standard deviation in pixels, and what casts it may be off,
+// in levels of alpha.
+double shadowTolerance(double sigma);
 
 // A surface to draw on and to look at.
 class Canvas {

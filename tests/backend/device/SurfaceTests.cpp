@@ -1,18 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <limits>
 
-#include "tests/backend/cairo/Canvas.h"
+#include "tests/backend/device/Canvas.h"
 #include "tests/support/RecordingDevice.h"
 
 namespace kalim::gfx {
 namespace {
 
-using test::cairoDevice;
 using test::Canvas;
+using test::testDevice;
 
-TEST(CairoSurface, SizeIsRoundedUpToWholePixels) {
+TEST(DrawnSurface, SizeIsRoundedUpToWholePixels) {
     const struct {
         Size size;
         double scale;
@@ -23,27 +22,27 @@ TEST(CairoSurface, SizeIsRoundedUpToWholePixels) {
         {{1e-9, 1}, 1, {1, 1}},    {{32767, 1}, 1, {32767, 1}},
     };
     for (const auto& c : cases) {
-        const auto surface = cairoDevice().makeSurface(c.size, c.scale, false);
+        const auto surface = testDevice().makeSurface(c.size, c.scale, false);
         ASSERT_NE(nullptr, surface);
         EXPECT_EQ(c.pixels, surface->pixelSize());
         EXPECT_EQ(c.scale, surface->scale());
     }
 }
 
-TEST(CairoSurface, ThereIsNoneForASizeThatCannotBe) {
+TEST(DrawnSurface, ThereIsNoneForASizeThatCannotBe) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
     for (const Size size : {Size{0, 5}, Size{5, -1}, Size{nan, 5}, Size{5, infinity},
                             Size{32768, 1}, Size{16384, 1}, Size{1e300, 1}}) {
-        EXPECT_EQ(nullptr, cairoDevice().makeSurface(size, 2, true)) << size.width;
+        EXPECT_EQ(nullptr, testDevice().makeSurface(size, 2, true)) << size.width;
     }
     for (const double scale : {0.0, -1.0, nan, infinity}) {
-        EXPECT_EQ(nullptr, cairoDevice().makeSurface({5, 5}, scale, true)) << scale;
+        EXPECT_EQ(nullptr, testDevice().makeSurface({5, 5}, scale, true)) << scale;
     }
-    EXPECT_EQ(nullptr, cairoDevice().makeImage(Bitmap(0, 4), 1, ImageOrientation::Up));
+    EXPECT_EQ(nullptr, testDevice().makeImage(Bitmap(0, 4), 1, ImageOrientation::Up));
 }
 
-TEST(CairoSurface, OpaqueStaysOpaqueWhateverIsDrawn) {
+TEST(DrawnSurface, OpaqueStaysOpaqueWhateverIsDrawn) {
     Canvas canvas(6, 1, 1, true);
     Context& context = canvas.context();
     context.setFillColor({1, 0, 0, 0.5});
@@ -67,7 +66,7 @@ TEST(CairoSurface, OpaqueStaysOpaqueWhateverIsDrawn) {
     EXPECT_TRUE(canvas.surface().isOpaque());
 }
 
-TEST(CairoSurface, LaterDrawingDoesNotChangeAPictureOfIt) {
+TEST(DrawnSurface, LaterDrawingDoesNotChangeAPictureOfIt) {
     Canvas canvas(4, 3, 2);
     canvas.context().setFillColor({0, 1, 0, 1});
     canvas.context().fillRect({0, 0, 4, 3});
@@ -78,25 +77,6 @@ TEST(CairoSurface, LaterDrawingDoesNotChangeAPictureOfIt) {
     EXPECT_EQ((Size{4, 3}), image->size());
     EXPECT_EQ((PixelSize{8, 6}), image->pixelSize());
     EXPECT_EQ(ImageOrientation::Up, image->orientation());
-}
-
-TEST(CairoSurface, PixelsCanBeReadInPlace) {
-    Canvas canvas(2, 2);
-    canvas.context().setFillColor({0, 0, 1, 1});
-    canvas.context().fillRect({1, 1, 1, 1});
-    const std::uint8_t* const pixels = CairoDevice::pixels(canvas.surface());
-    EXPECT_EQ(0, std::memcmp(pixels, canvas.pixels()->data(), 16));
-    EXPECT_EQ(255, pixels[12]);
-    test::RecordingDevice other;
-    EXPECT_EQ(nullptr, CairoDevice::pixels(*other.makeSurface({2, 2}, 1, false)));
-}
-
-TEST(CairoSurface, OutlivesItsDevice) {
-    std::shared_ptr<Device> device = CairoDevice::make();
-    const auto surface = device->makeSurface({20, 20}, 1, false);
-    device.reset();
-    surface->context().drawText("漢", {0, 18}, {.family = "", .size = 20});
-    EXPECT_FALSE(test::inkBox(*surface->makeImage()->pixels()).isEmpty());
 }
 
 }  // namespace

@@ -4,15 +4,15 @@
 #include <numbers>
 #include <numeric>
 
-#include "tests/backend/cairo/Canvas.h"
+#include "tests/backend/device/Canvas.h"
 
 namespace kalim::gfx {
 namespace {
 
 using test::alphaAt;
-using test::cairoDevice;
 using test::Canvas;
 using test::inkBox;
+using test::testDevice;
 using Offsets = std::vector<std::size_t>;
 
 Font systemFont(double size, bool bold = false) {
@@ -20,7 +20,7 @@ Font systemFont(double size, bool bold = false) {
 }
 
 double width(std::string_view text, const Font& font) {
-    const std::vector<double> advances = cairoDevice().advances(text, font);
+    const std::vector<double> advances = testDevice().advances(text, font);
     return std::accumulate(advances.begin(), advances.end(), 0.0);
 }
 
@@ -31,17 +31,17 @@ double coverage(const Bitmap& bitmap) {
     return sum;
 }
 
-TEST(CairoText, ThereIsOneAdvanceForEachGrapheme) {
+TEST(DrawnText, ThereIsOneAdvanceForEachGrapheme) {
     const Font font = systemFont(24);
-    EXPECT_EQ(3U, cairoDevice().advances("ae\u0301漢", font).size());
-    EXPECT_EQ((std::vector<double>{24, 24}), cairoDevice().advances("漢字", font));
-    EXPECT_TRUE(cairoDevice().advances("", font).empty());
+    EXPECT_EQ(3U, testDevice().advances("ae\u0301漢", font).size());
+    EXPECT_EQ((std::vector<double>{24, 24}), testDevice().advances("漢字", font));
+    EXPECT_TRUE(testDevice().advances("", font).empty());
     // An accent takes no room of its own.
     EXPECT_NEAR(width("e", font), width("e\u0301", font), 0.5);
-    EXPECT_GT(cairoDevice().advances("Wi", font)[0], 2 * cairoDevice().advances("Wi", font)[1]);
+    EXPECT_GT(testDevice().advances("Wi", font)[0], 2 * testDevice().advances("Wi", font)[1]);
 }
 
-TEST(CairoText, MeasuresAreNotRoundedToPixels) {
+TEST(DrawnText, MeasuresAreNotRoundedToPixels) {
     const std::string_view text = "Quick 漢字 brown";
     const double once = width(text, systemFont(15));
     for (const double factor : {2.0, 3.0, 7.0}) {
@@ -50,7 +50,7 @@ TEST(CairoText, MeasuresAreNotRoundedToPixels) {
     EXPECT_NE(std::round(once), once);
 }
 
-TEST(CairoText, DrawnRunIsAsWideAsItsAdvances) {
+TEST(DrawnText, DrawnRunIsAsWideAsItsAdvances) {
     for (const double size : {12.0, 40.0}) {
         // A block of full width at the end shows where the run before it ends.
         const Font font = systemFont(size);
@@ -64,7 +64,7 @@ TEST(CairoText, DrawnRunIsAsWideAsItsAdvances) {
     }
 }
 
-TEST(CairoText, StandsOnItsBaseline) {
+TEST(DrawnText, StandsOnItsBaseline) {
     // Drawn as glyphs, small as outlines, and turned.
     for (const double size : {10.0, 40.0}) {
         for (const int scale : {1, 2, 3}) {
@@ -85,7 +85,7 @@ TEST(CairoText, StandsOnItsBaseline) {
     }
 }
 
-TEST(CairoText, OutlineLeavesTheInsideEmpty) {
+TEST(DrawnText, OutlineLeavesTheInsideEmpty) {
     // The stem of a large bold letter: 100 points high, some 15 wide.
     const Font font = systemFont(140, true);
     const auto middleOfStem = [&](TextMode mode) {
@@ -105,10 +105,10 @@ TEST(CairoText, OutlineLeavesTheInsideEmpty) {
     EXPECT_EQ("#00000000 #FF0000FF", middleOfStem(TextMode::Stroke));
 }
 
-TEST(CairoText, TakesAlphaPatternAndBlendMode) {
+TEST(DrawnText, TakesAlphaPatternAndBlendMode) {
     Bitmap dot(1, 1);
     dot.setColorAt(0, 0, {0, 1, 0, 1});
-    const ImageRef image = cairoDevice().makeImage(dot, 1, ImageOrientation::Up);
+    const ImageRef image = testDevice().makeImage(dot, 1, ImageOrientation::Up);
     Canvas canvas(40, 80, 2);
     Context& context = canvas.context();
     context.setFillColor({0, 0, 1, 1});
@@ -126,7 +126,7 @@ TEST(CairoText, TakesAlphaPatternAndBlendMode) {
     EXPECT_NEAR(128, alphaAt(*canvas.pixels(), 40, 120), 1);
 }
 
-TEST(CairoText, BytesThatAreNoTextShowAsReplacement) {
+TEST(DrawnText, BytesThatAreNoTextShowAsReplacement) {
     const auto draw = [](std::string_view text) {
         Canvas canvas(90, 30);
         canvas.context().drawText(text, {0, 25}, systemFont(24));
@@ -138,14 +138,14 @@ TEST(CairoText, BytesThatAreNoTextShowAsReplacement) {
     EXPECT_EQ(*draw("a\uFFFDb"), *draw(std::string_view("a\0b", 3)));
     EXPECT_NE(*draw("ab"), *draw("a\xFF"
                                  "b"));
-    EXPECT_EQ(3U, cairoDevice()
+    EXPECT_EQ(3U, testDevice()
                       .advances("a\xFF"
                                 "b",
                                 systemFont(24))
                       .size());
 }
 
-TEST(CairoText, BoundariesAreOffsetsInTheTextAsGiven) {
+TEST(DrawnText, BoundariesAreOffsetsInTheTextAsGiven) {
     const struct {
         std::string_view text;
         TextBoundary kind;
@@ -167,13 +167,13 @@ TEST(CairoText, BoundariesAreOffsetsInTheTextAsGiven) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
-        EXPECT_EQ(c.expected, cairoDevice().boundaries(c.text, c.kind));
+        EXPECT_EQ(c.expected, testDevice().boundaries(c.text, c.kind));
     }
 }
 
-TEST(CairoText, LineMetricsHoldTheGlyphsAndGrowWithTheSize) {
-    const LineMetrics small = cairoDevice().lineMetrics(systemFont(10));
-    const LineMetrics large = cairoDevice().lineMetrics(systemFont(40));
+TEST(DrawnText, LineMetricsHoldTheGlyphsAndGrowWithTheSize) {
+    const LineMetrics small = testDevice().lineMetrics(systemFont(10));
+    const LineMetrics large = testDevice().lineMetrics(systemFont(40));
     EXPECT_NEAR(4 * small.ascent, large.ascent, 0.02);
     EXPECT_NEAR(4 * small.descent, large.descent, 0.02);
     EXPECT_GE(large.leading, 0);
@@ -184,7 +184,7 @@ TEST(CairoText, LineMetricsHoldTheGlyphsAndGrowWithTheSize) {
     EXPECT_GE(60 + large.descent, ink.maxY() - 1);
 }
 
-TEST(CairoText, BoldAndItalicAreAskedFor) {
+TEST(DrawnText, BoldAndItalicAreAskedFor) {
     const auto draw = [](const Font& font) {
         Canvas canvas(60, 60);
         canvas.context().drawText("漢", {5, 50}, font);

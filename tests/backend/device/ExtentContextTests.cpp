@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "kalimkit/gfx/ExtentContext.h"
-#include "tests/backend/cairo/Canvas.h"
+#include "tests/backend/device/Canvas.h"
 
 namespace kalim::gfx {
 namespace {
@@ -63,7 +63,7 @@ const Drawing drawings[] = {
 TEST(ExtentContext, HoldsAllThatIsPaintedAndLittleMore) {
     for (const Drawing& drawing : drawings) {
         SCOPED_TRACE(drawing.name);
-        ExtentContext extents(test::cairoDevice());
+        ExtentContext extents(test::testDevice());
         drawing.draw(extents);
         test::Canvas canvas(200, 200, 2);
         drawing.draw(canvas.context());
@@ -76,7 +76,7 @@ TEST(ExtentContext, HoldsAllThatIsPaintedAndLittleMore) {
 }
 
 TEST(ExtentContext, IsEmptyForWhatShowsNothing) {
-    ExtentContext extents(test::cairoDevice());
+    ExtentContext extents(test::testDevice());
     extents.fillRect({50, 50, 0, 10});
     extents.moveTo({5, 5});
     EXPECT_TRUE(extents.extent().isEmpty());

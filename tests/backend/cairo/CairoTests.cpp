@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "tests/backend/device/Canvas.h"
+#include "tests/support/RecordingDevice.h"
+
+// What Cairo does beyond what every device must do.
+
+namespace kalim::test {
+
+namespace {
+
+// The device is gone, and the font libraries' memory with it, before leaks are looked for.
+class CairoEnvironment : public testing::Environment {
+public:
+    gfx::Device& device() {
+        if (!_device) _device = gfx::CairoDevice::make();
+        return *_device;
+    }
+    void TearDown() override {
+        _device.reset();
+        gfx::CairoDevice::releaseFontCaches();
+    }
+
+private:
+    std::shared_ptr<gfx::Device> _device;
+};
+
+// GoogleTest owns it.
+CairoEnvironment* const environment =
+    static_cast<CairoEnvironment*>(testing::AddGlobalTestEnvironment(new CairoEnvironment));
+
+}  // namespace
+
+gfx::Device& testDevice() {
+    return environment->device();
+}
+
+// Small blurs are exact, large ones three boxes.
+double shadowTolerance(double sigma) {
+    return sigma < 6 ? 1.5 : 4;
+}
+
+}  // namespace kalim::test
+
+namespace kalim::gfx {
+namespace {
+
+using test::Canvas;
+
+TEST(CairoContext, AntialiasingCanBeOffForAnyShape) {
+    Canvas canvas(20, 20);
+    canvas.context().setAntialias(false);
+    canvas.context().fillEllipse({1, 1, 17, 17});
+    const BitmapRef pixels = canvas.pixels();
+    for (int i = 0; i < 400; ++i) {
+        EXPECT_EQ(0, test::alphaAt(*pixels, i % 20, i / 20) % 255) << i;
+    }
+}
+
+TEST(CairoRaster, StrongReductionTakesTheAverageOfExactlyThePixelsBelow) {
+    Bitmap row(8, 1);
+    const int greys[] = {0, 80, 0, 160, 255, 255, 1, 0};
+    for (int x = 0; x < 8; ++x) {
+        const double grey = greys[x] / 255.0;
+        row.setColorAt(x, 0, {grey, grey, grey, 1});
+    }
+    Canvas canvas(2, 1);
+    canvas.context().setInterpolation(Interpolation::High);
+    const ImageRef image = test::testDevice().makeImage(row, 1, ImageOrientation::Up);
+    canvas.context().drawImage(*image, {0, 0, 2, 1});
+    EXPECT_EQ("#3C3C3CFF", canvas.at(0, 0));
+    EXPECT_EQ("#808080FF", canvas.at(1, 0));
+}
+
+TEST(CairoSurface, PixelsCanBeReadInPlace) {
+    Canvas canvas(2, 2);
+    canvas.context().setFillColor({0, 0, 1, 1});
+    canvas.context().fillRect({1, 1, 1, 1});
+    const std::uint8_t* const pixels = CairoDevice::pixels(canvas.surface());
+    EXPECT_EQ(0, std::memcmp(pixels, canvas.pixels()->data(), 16));
+    EXPECT_EQ(255, pixels[12]);
+    test::RecordingDevice other;
+    EXPECT_EQ(nullptr, CairoDevice::pixels(*other.makeSurface({2, 2}, 1, false)));
+}
+
+TEST(CairoSurface, OutlivesItsDevice) {
+    std::shared_ptr<Device> device = CairoDevice::make();
+    const auto surface = device->makeSurface({20, 20}, 1, false);
+    device.reset();
+    surface->context().drawText("漢", {0, 18}, {.family = "", .size = 20});
+    EXPECT_FALSE(test::inkBox(*surface->makeImage()->pixels()).isEmpty());
+}
+
+}  // namespace
+}  // namespace kalim::gfx
