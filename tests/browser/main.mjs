@@ -1,2 +1,3 @@
+import './canvas.mjs';
 import './device.mjs';
 import './scenarios.mjs';
