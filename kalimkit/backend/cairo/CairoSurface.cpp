@@ -1,7 +1,10 @@
 #include "kalimkit/backend/cairo/CairoSurface.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -20,6 +23,19 @@ int pixelLength(double points, double scale) {
     const double pixels = points * scale;
     if (!(points > 0 && pixels > 0 && pixels - kRoundingError <= kLargestSide)) return 0;
     return std::max(static_cast<int>(std::ceil(pixels - kRoundingError)), 1);
+}
+
+// Cairo leaves the fourth byte of its format without alpha undefined. Whole pixels at once, because
+// writing that byte alone takes a second pass over the memory.
+void copyAsOpaque(const std::uint8_t* from, std::uint8_t* to, std::size_t byteCount) {
+    constexpr std::uint32_t alpha =
+        std::bit_cast<std::uint32_t>(std::array<std::uint8_t, 4>{0, 0, 0, 255});
+    for (std::size_t i = 0; i < byteCount; i += 4) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, from + i, 4);
+        pixel |= alpha;
+        std::memcpy(to + i, &pixel, 4);
+    }
 }
 
 }  // namespace
@@ -55,12 +71,10 @@ bool CairoSurface::isOpaque() const {
 ImageRef CairoSurface::makeImage() {
     const PixelSize size = pixelSize();
     Bitmap bitmap(size.width, size.height);
-    std::memcpy(bitmap.data(), bytes(), bitmap.byteCount());
     if (isOpaque()) {
-        // Cairo leaves the fourth byte of this format undefined.
-        std::uint8_t* const data = bitmap.data();
-        for (std::size_t i = 3; i < bitmap.byteCount(); i += 4)
-            data[i] = 255;
+        copyAsOpaque(bytes(), bitmap.data(), bitmap.byteCount());
+    } else {
+        std::memcpy(bitmap.data(), bytes(), bitmap.byteCount());
     }
     auto raster = std::make_shared<const CairoRaster>(
         std::make_shared<const Bitmap>(std::move(bitmap)), isOpaque());
