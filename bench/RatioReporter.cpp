@@ -18,6 +18,13 @@ std::string duration(double nanoseconds) {
     return text;
 }
 
+// The goal, and whether the ratio keeps to it.
+std::string judged(const std::string& goal, double ratio) {
+    double most = 0;
+    if (std::sscanf(goal.c_str(), "at most %lf", &most) != 1) return goal;
+    return goal + (ratio <= most ? ", met" : ", missed");
+}
+
 }  // namespace
 
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
@@ -39,9 +46,11 @@ std::string RatioReporter::table() const {
         const auto yardstick = _medians.find(figure.yardstick);
         if (measured == _medians.end() || yardstick == _medians.end()) continue;
         char ratio[32];
-        std::snprintf(ratio, sizeof ratio, "%.2f", measured->second / yardstick->second);
+        const double quotient = measured->second / yardstick->second;
+        std::snprintf(ratio, sizeof ratio, "%.2f", quotient);
         table += "| " + figure.title + " | " + duration(measured->second) + " | " +
-                 duration(yardstick->second) + " | " + ratio + " | " + figure.goal + " |\n";
+                 duration(yardstick->second) + " | " + ratio + " | " +
+                 judged(figure.goal, quotient) + " |\n";
     }
     return table;
 }

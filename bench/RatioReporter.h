@@ -14,7 +14,7 @@ struct Figure {
     // Names of benchmarks.
     std::string measured;
     std::string yardstick;
-    // What the ratio should not exceed, as text; empty without a goal.
+    // "at most" and what the ratio should not exceed; empty without a goal.
     std::string goal;
 };
 
