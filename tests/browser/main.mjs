@@ -1,3 +1,4 @@
 import './canvas.mjs';
 import './device.mjs';
+import './phone.mjs';
 import './scenarios.mjs';
