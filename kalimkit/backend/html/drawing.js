@@ -39,6 +39,23 @@ function isUsable({ canvas: { width, height } }, context) {
   return isDrawn;
 }
 
+// Half as many pixels in the directions asked for, each the average of those that it stands for. What is
+// left over of an odd number at the end is stretched.
+function halve(source, width, height, isAcross, isDown) {
+  const half = (side, isHalved) => (isHalved ? side / 2 : side);
+  const [w, h] = [half(width, isAcross), half(height, isDown)];
+  const context = makeContext(Math.ceil(w), Math.ceil(h));
+  const { canvas } = context;
+  context.imageSmoothingQuality = 'low';
+  context.drawImage(source, 0, 0, canvas.width, canvas.height);
+  context.beginPath();
+  context.rect(0, 0, Math.floor(w), Math.floor(h));
+  context.clip();
+  context.globalCompositeOperation = 'copy';
+  context.drawImage(source, 0, 0, w, h);
+  return { canvas, width: canvas.width, height: canvas.height };
+}
+
 export class Drawing {
   #heap;
   #things = new Map();
@@ -63,7 +80,7 @@ export class Drawing {
   // A number for a picture of the page's own: anything that drawImage takes, with its size. The
   // library releases it.
   addPicture(source, width = source.width, height = source.height) {
-    return this.#add({ source, width, height, pattern: null });
+    return this.#add({ source, width, height, pattern: null, reduced: null });
   }
 
   // What drawImage takes, of a picture or a surface.
@@ -89,6 +106,7 @@ export class Drawing {
       picture_read: (id, pixels) => this.#readPicture(id, pixels),
       release: (id) => {
         release(this.sourceOf(id));
+        this.#dropReduced(this.#things.get(id));
         this.#things.delete(id);
       },
 
@@ -130,11 +148,12 @@ export class Drawing {
       draw: (id, source, ...transform) =>
         this.#paint(id, (layer, isCover) => {
           const { context } = layer;
-          const drawn = this.sourceOf(source);
+          const { width, height } = this.#things.get(source);
+          const drawn = this.#reduced(source, transform);
           this.#transform(layer, transform);
-          if (!isCover) return context.drawImage(drawn, 0, 0);
+          if (!isCover) return context.drawImage(drawn, 0, 0, width, height);
           context.fillStyle = '#000';
-          context.fillRect(0, 0, drawn.width, drawn.height);
+          context.fillRect(0, 0, width, height);
         }),
       text: (id, at, length, family, familyLength, size, style, color, width, join, ...transform) =>
         this.#paint(id, (layer, isCover) => {
@@ -233,6 +252,34 @@ export class Drawing {
     release(strip);
   }
 
+  // Not every browser averages when it shrinks, so a picture that is to be drawn at less than half its
+  // size is halved beforehand, and kept like that for the next time.
+  #reduced(id, [a, b, c, d]) {
+    const picture = this.#things.get(id);
+    if (this.#smoothing < 2 || !picture.source) return this.sourceOf(id);
+    const steps = (scale, side) =>
+      Math.max(Math.min(Math.floor(-Math.log2(scale) + 1e-6), Math.floor(Math.log2(side))), 0);
+    const across = steps(Math.hypot(a, b), picture.width);
+    const down = steps(Math.hypot(c, d), picture.height);
+    if (!across && !down) return picture.source;
+    if (picture.reduced?.across !== across || picture.reduced.down !== down) {
+      this.#dropReduced(picture);
+      let { source: canvas, width, height } = picture;
+      for (let i = 0; i < Math.max(across, down); ++i) {
+        const halved = halve(canvas, width, height, i < across, i < down);
+        if (canvas !== picture.source) release(canvas);
+        ({ canvas, width, height } = halved);
+      }
+      picture.reduced = { canvas, across, down };
+    }
+    return picture.reduced.canvas;
+  }
+
+  #dropReduced(picture) {
+    if (picture.reduced) release(picture.reduced.canvas);
+    picture.reduced = null;
+  }
+
   // ---- painting
 
   #layer(id) {
@@ -328,7 +375,6 @@ export class Drawing {
     const layer = surface.layers.at(-1);
     const { context } = layer;
     context.imageSmoothingEnabled = this.#smoothing > 0;
-    context.imageSmoothingQuality = this.#smoothing > 1 ? 'high' : 'low';
     const cover = (mode) => {
       context.globalAlpha = 1;
       context.globalCompositeOperation = mode;
