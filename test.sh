@@ -5,7 +5,7 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-default_stages=(layers headers format scripts build unit install seam)
+default_stages=(layers headers format scripts build unit install seam browser)
 passed=0
 failed=0
 
@@ -22,6 +22,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but tidy
   unit      all test programs of build/ci under the address and undefined-behaviour sanitizers
   install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
+  browser   the page in a headless Chromium, and every scenario there as it goes natively
   tidy      clang-tidy over the library and the command; slow, only when named
 EOF
 }
@@ -54,7 +55,8 @@ stage_format() {
 
 stage_scripts() {
     local script
-    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run; do
+    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
+        tests/browser/run; do
         [[ $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -106,13 +108,23 @@ stage_unit() {
     failed=$((failed + counts[2]))
 }
 
-stage_install() {
+# count_of SCRIPT: runs a script of tests and takes over the counts of its last line.
+count_of() {
     local output counts
-    output=$(tests/install/run)
-    printf '%s\n' "${output%$'\n'*}"
+    output=$("$1")
+    [[ $output != *$'\n'* ]] || printf '%s\n' "${output%$'\n'*}"
     read -r -a counts <<< "${output##*$'\n'}"
-    passed=$((passed + counts[0]))
-    failed=$((failed + counts[2]))
+    if [[ ${counts[*]} == *passed,*failed ]]; then
+        passed=$((passed + counts[0]))
+        failed=$((failed + counts[2]))
+    else
+        failed=$((failed + 1))
+        echo "FAILED: $1 broke off: ${counts[*]}"
+    fi
+}
+
+stage_install() {
+    count_of tests/install/run
 }
 
 compile_and_draw() {
@@ -121,6 +133,15 @@ compile_and_draw() {
 
 stage_seam() {
     check 'the core compiles for WebAssembly and draws a tool' compile_and_draw
+}
+
+compile_for_browser() {
+    tools/compile ci kalimkit && tools/compile wasm && tools/web-size build/wasm/page
+}
+
+stage_browser() {
+    check 'the page and the native player compile' compile_for_browser
+    count_of tests/browser/run
 }
 
 stage_tidy() {
@@ -134,6 +155,7 @@ groups_of() {
         headers | build | unit | install) echo native ;;
         format) echo checks ;;
         seam) echo seam ;;
+        browser) echo native browser ;;
         tidy) echo native tidy ;;
     esac
 }
