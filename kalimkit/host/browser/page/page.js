@@ -78,7 +78,8 @@ async function save() {
   link.href = URL.createObjectURL(blob);
   link.download = `${pictureName}-annotated.png`;
   link.click();
-  URL.revokeObjectURL(link.href);
+  // Some browsers read it only after this has returned.
+  setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 }
 
 choice($('tools'), tools, (button, name) => {
