@@ -57,7 +57,16 @@ void BrowserCanvas::setKeyboardHeight(double height) {
 
 void BrowserCanvas::show() {
     _environment->runLoop().drain();
+    followCaret();
     present();
+}
+
+// A caret also moves with its view, of which nobody tells.
+void BrowserCanvas::followCaret() {
+    const auto focused = focusedText();
+    const gfx::Rect caret = focused ? focused->caretRectInWindow() : gfx::Rect{};
+    if (focused && caret != _caret) _environment->textInputChanged(focused.get());
+    _caret = caret;
 }
 
 void BrowserCanvas::present() {

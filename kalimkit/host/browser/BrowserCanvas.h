@@ -47,6 +47,7 @@ public:
 private:
     class Delegate;
 
+    void followCaret();
     void present();
     std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(_window); }
 
@@ -55,6 +56,8 @@ private:
     ui::Window _window;
     std::shared_ptr<Delegate> _delegate;
     std::shared_ptr<MDrawView> _view;
+    // Where the page has been told that it is, window points.
+    gfx::Rect _caret;
     gfx::ImageRef _exported;
 };
 
