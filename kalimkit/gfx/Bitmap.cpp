@@ -14,10 +14,16 @@ std::uint8_t toByte(double component) {
 
 }  // namespace
 
-Bitmap::Bitmap(int width, int height) {
-    if (width <= 0 || height <= 0) return;
-    _size = {width, height};
-    _bytes.resize(stride() * static_cast<std::size_t>(height));
+Bitmap::Bitmap(int width, int height) : Bitmap(unwritten(width, height)) {
+    std::ranges::fill(_bytes, std::uint8_t{0});
+}
+
+Bitmap Bitmap::unwritten(int width, int height) {
+    Bitmap bitmap;
+    if (width <= 0 || height <= 0) return bitmap;
+    bitmap._size = {width, height};
+    bitmap._bytes.resize(bitmap.stride() * static_cast<std::size_t>(height));
+    return bitmap;
 }
 
 Color Bitmap::colorAt(int x, int y) const {

@@ -18,6 +18,8 @@ public:
     Bitmap() = default;
     // All bytes zero: transparent black. A side of zero or below gives an empty bitmap.
     Bitmap(int width, int height);
+    // Its bytes are anything, for somebody who is about to write every one of them.
+    static Bitmap unwritten(int width, int height);
 
     int width() const { return _size.width; }
     int height() const { return _size.height; }
@@ -41,8 +43,18 @@ public:
     bool operator==(const Bitmap&) const = default;
 
 private:
+    // Leaves new bytes as they are.
+    struct Unwritten : std::allocator<std::uint8_t> {
+        template <typename>
+        struct rebind {
+            using other = Unwritten;
+        };
+        void construct(std::uint8_t*) const {}
+        void construct(std::uint8_t* byte, std::uint8_t value) const { *byte = value; }
+    };
+
     PixelSize _size;
-    std::vector<std::uint8_t> _bytes;
+    std::vector<std::uint8_t, Unwritten> _bytes;
 };
 
 using BitmapRef = std::shared_ptr<const Bitmap>;

@@ -70,7 +70,7 @@ bool CairoSurface::isOpaque() const {
 
 ImageRef CairoSurface::makeImage() {
     const PixelSize size = pixelSize();
-    Bitmap bitmap(size.width, size.height);
+    auto bitmap = Bitmap::unwritten(size.width, size.height);
     if (isOpaque()) {
         copyAsOpaque(bytes(), bitmap.data(), bitmap.byteCount());
     } else {

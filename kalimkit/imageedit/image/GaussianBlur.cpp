@@ -138,7 +138,8 @@ Blur::Span Blur::spanOf(int length) const {
 }
 
 gfx::Bitmap Blur::run() {
-    gfx::Bitmap result(_raster.width() + 2 * _extent, _raster.height() + 2 * _extent);
+    auto result =
+        gfx::Bitmap::unwritten(_raster.width() + 2 * _extent, _raster.height() + 2 * _extent);
     std::vector<std::uint16_t> above(result.stride());
     std::vector<std::uint16_t> below(result.stride());
     int row = _rows.first;

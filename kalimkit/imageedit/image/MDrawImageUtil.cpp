@@ -70,7 +70,8 @@ gfx::Bitmap cutOut(const gfx::Bitmap& raster, const gfx::Rect& rect) {
     // Angles leave a few billionths beside the pixel that is meant; those are not to cost a row.
     constexpr double tolerance = 1e-6;
     const gfx::Rect part = rect.inset(tolerance, tolerance).roundedOut().intersection(whole);
-    gfx::Bitmap cut(static_cast<int>(part.size.width), static_cast<int>(part.size.height));
+    auto cut = gfx::Bitmap::unwritten(static_cast<int>(part.size.width),
+                                      static_cast<int>(part.size.height));
     const auto left = static_cast<std::ptrdiff_t>(part.minX()) * 4;
     for (int y = 0; y < cut.height(); ++y) {
         std::memcpy(cut.row(y), raster.row(static_cast<int>(part.minY()) + y) + left, cut.stride());

@@ -183,7 +183,7 @@ gfx::Bitmap blockColors(const gfx::Bitmap& raster, std::int32_t level) {
 
 void spreadBlocks(const gfx::Bitmap& blocks, std::int32_t level, double scale, gfx::PixelSize size,
                   gfx::Bitmap& target) {
-    if (target.size() != size) target = gfx::Bitmap(size.width, size.height);
+    if (target.size() != size) target = gfx::Bitmap::unwritten(size.width, size.height);
     constexpr std::size_t mostCachedBytes = std::size_t{4} << 20;
     const bool streams = target.byteCount() > mostCachedBytes;
     const double side = level * scale;

@@ -46,8 +46,8 @@ Walk walkFor(gfx::PixelSize raster, gfx::ImageOrientation orientation) {
 gfx::Bitmap uprightBitmap(const gfx::Bitmap& raster, gfx::ImageOrientation orientation) {
     const Walk walk = walkFor(raster.size(), orientation);
     const bool exchanged = gfx::exchangesSides(orientation);
-    gfx::Bitmap upright(exchanged ? raster.height() : raster.width(),
-                        exchanged ? raster.width() : raster.height());
+    auto upright = gfx::Bitmap::unwritten(exchanged ? raster.height() : raster.width(),
+                                          exchanged ? raster.width() : raster.height());
     for (int y = 0; y < upright.height(); ++y) {
         std::uint8_t* target = upright.row(y);
         int sourceX = walk.x + y * walk.downX;
