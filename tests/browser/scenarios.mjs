@@ -1,5 +1,5 @@
 // Every scenario of tests/scenarios, played natively and in a browser: the prints agree, and so do the
-// pictures, of which a last one is exported at the end of each scenario.
+// pictures, of which the last is what the view shows in the end, handles and all.
 
 import assert from 'node:assert/strict';
 import { execFile } from 'node:child_process';
@@ -13,7 +13,7 @@ import { differences } from './json-match.mjs';
 
 const folder = join(root, 'tests/scenarios');
 const names = (await readdir(folder)).filter((name) => name.endsWith('.jsonl'));
-const lastPicture = 'end.png';
+const lastPicture = { export: 'view.png', at: 'view' };
 
 async function readScenario(name) {
   const lines = (await readFile(join(folder, `${name}.jsonl`), 'utf8')).split('\n');
@@ -29,7 +29,7 @@ async function readScenario(name) {
     screen: { width, height, scale: Number(option('--scale', 2)) },
     picture,
     pictures: Object.fromEntries([picture, ...named].filter(Boolean).map((at) => [at, `/${at}`])),
-    lines: [...lines, JSON.stringify({ export: lastPicture })],
+    lines: [...lines, JSON.stringify(lastPicture)],
   };
 }
 
