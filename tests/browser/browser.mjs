@@ -49,13 +49,13 @@ async function answer(request, response) {
 
 // A server of this machine alone and a browser. Ends with close().
 export async function open() {
-  const server = createServer(answer);
-  await new Promise((done) => server.listen(0, '127.0.0.1', done));
   const browser = await chromium.launch({
     executablePath: env.KALIM_CHROMIUM ?? '/usr/bin/chromium',
     args: ['--force-color-profile=srgb', '--font-render-hinting=none'],
     env: { ...env, FONTCONFIG_FILE: fonts },
   });
+  const server = createServer(answer);
+  await new Promise((done) => server.listen(0, '127.0.0.1', done));
   return {
     browser,
     url: `http://127.0.0.1:${server.address().port}`,

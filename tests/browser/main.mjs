@@ -1,4 +1,0 @@
-import './canvas.mjs';
-import './device.mjs';
-import './phone.mjs';
-import './scenarios.mjs';
