@@ -65,4 +65,30 @@ Rect AffineTransform::apply(const Rect& rect) const {
     return Rect::spanning(low, high);
 }
 
+double AffineTransform::largestStretch() const {
+    const double first = a * a + b * b;
+    const double second = c * c + d * d;
+    const double mixed = a * c + b * d;
+    return std::sqrt((first + second) / 2 + std::hypot((first - second) / 2, mixed));
+}
+
+std::optional<AffineTransform> AffineTransform::wholePixels(PixelSize picture) const {
+    // Shares of a pixel by which no backend resamples; the finest, Cairo's, counts 256 to a pixel.
+    constexpr double subpixel = 1.0 / 512;
+    const AffineTransform rounded{std::round(a), std::round(b),  std::round(c),
+                                  std::round(d), std::round(tx), std::round(ty)};
+    const bool isUpright =
+        rounded.b == 0 && rounded.c == 0 && std::abs(rounded.a) == 1 && std::abs(rounded.d) == 1;
+    const bool isTurned =
+        rounded.a == 0 && rounded.d == 0 && std::abs(rounded.b) == 1 && std::abs(rounded.c) == 1;
+    if (!isUpright && !isTurned) return std::nullopt;
+    const double w = picture.width;
+    const double h = picture.height;
+    for (const Point corner : {Point{0, 0}, Point{w, 0}, Point{0, h}, Point{w, h}}) {
+        const Point off = apply(corner) - rounded.apply(corner);
+        if (std::abs(off.x) > subpixel || std::abs(off.y) > subpixel) return std::nullopt;
+    }
+    return rounded;
+}
+
 }  // namespace kalim::gfx

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <optional>
+
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/gfx/Size.h"
 
 namespace kalim::gfx {
 
@@ -39,6 +42,13 @@ struct KALIM_API AffineTransform {
     bool isIdentity() const { return *this == AffineTransform{}; }
     // True when axis-parallel rectangles stay axis-parallel and keep their orientation.
     bool isScaleAndTranslation() const { return b == 0 && c == 0 && a > 0 && d > 0; }
+
+    // The largest factor by which any direction is stretched.
+    double largestStretch() const;
+    // For a transform of a picture's pixels to device pixels: itself without its rounding errors,
+    // where it only moves, flips or turns by quarters pixels onto whole pixels, so that none needs
+    // to be resampled. Nothing where it does more.
+    std::optional<AffineTransform> wholePixels(PixelSize picture) const;
 
     Point apply(Point p) const { return {a * p.x + c * p.y + tx, b * p.x + d * p.y + ty}; }
     // The bounding box of the mapped rectangle.

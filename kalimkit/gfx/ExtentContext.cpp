@@ -1,6 +1,5 @@
 #include "kalimkit/gfx/ExtentContext.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <utility>
@@ -17,32 +16,15 @@ constexpr double glyphOverhang = 0.5;
 constexpr double shadowDeviations = 4;
 constexpr double shadowRounding = 2;
 
-Rect pointBounds(const Path& path) {
-    const std::vector<Point>& points = path.points();
-    if (points.empty()) return {};
-    Rect bounds(points.front(), {});
-    for (const Point p : points)
-        bounds = bounds.unionWith({p, {}});
-    return bounds;
-}
-
-// The larger of the transform's two singular values.
-double largestStretch(const AffineTransform& t) {
-    const double squares = t.a * t.a + t.b * t.b + t.c * t.c + t.d * t.d;
-    const double determinant = t.determinant();
-    const double spread = squares * squares - 4 * determinant * determinant;
-    return std::sqrt((squares + std::sqrt(std::max(spread, 0.0))) / 2);
-}
-
 }  // namespace
 
 void ExtentContext::onFill(const Path& path) {
-    paint(pointBounds(path));
+    paint(path.pointBounds());
 }
 
 void ExtentContext::onStroke(const Path& path) {
     const double reach = penReach();
-    paint(pointBounds(path).inset(-reach, -reach));
+    paint(path.pointBounds().inset(-reach, -reach));
 }
 
 void ExtentContext::onDrawRaster(const Image&, const Rect& rect) {
@@ -76,7 +58,7 @@ void ExtentContext::onEndGroup() {
 
 void ExtentContext::paint(const Rect& bounds) {
     include(bounds);
-    if (!state().shadow) return;
+    if (!state().castsShadow()) return;
     const double reach = state().shadow->blur / 2 * shadowDeviations + shadowRounding;
     include(bounds.offset(state().shadow->offset).inset(-reach, -reach));
 }
@@ -89,7 +71,7 @@ void ExtentContext::include(const Rect& bounds) {
 double ExtentContext::penReach() const {
     double corner = state().lineCap == LineCap::Square ? std::sqrt(2.0) : 1;
     if (state().lineJoin == LineJoin::Miter) corner = miterLimit;
-    return state().lineWidth / 2 * largestStretch(state().transform) * corner;
+    return state().lineWidth / 2 * state().transform.largestStretch() * corner;
 }
 
 }  // namespace kalim::gfx

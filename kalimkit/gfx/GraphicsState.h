@@ -62,6 +62,11 @@ struct GraphicsState {
     bool antialias = true;
     // A box around the clip in the surface's points; nothing while there is no clip.
     std::optional<Rect> clipBounds;
+
+    // Whether what is painted now has a shadow that shows.
+    bool castsShadow() const {
+        return shadow && shadow->color.alpha > 0 && blendMode == BlendMode::Normal;
+    }
 };
 
 }  // namespace kalim::gfx

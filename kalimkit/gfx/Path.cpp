@@ -213,6 +213,17 @@ Rect Path::boundingBox() const {
     return box.isEmpty() ? Rect{} : box.rect();
 }
 
+Rect Path::pointBounds() const {
+    if (_points.empty()) return {};
+    Point low = _points.front();
+    Point high = low;
+    for (const Point p : _points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    return Rect::spanning(low, high);
+}
+
 Path Path::transformed(const AffineTransform& transform) const {
     Path result = *this;
     for (Point& point : result._points)

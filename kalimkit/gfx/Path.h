@@ -45,6 +45,9 @@ public:
     // The tight box of what is drawn, control points left out; the point alone when the path only
     // moves, the zero rectangle when it is empty.
     Rect boundingBox() const;
+    // The box of all points, control points included; cheaper, and never smaller. The zero
+    // rectangle when the path is empty.
+    Rect pointBounds() const;
     Path transformed(const AffineTransform& transform) const;
 
     bool operator==(const Path& other) const {

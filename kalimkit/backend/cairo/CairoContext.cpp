@@ -30,10 +30,6 @@ void prepare(cairo_t* context, const GraphicsState& state, cairo_operator_t blen
     cairo_set_antialias(context, state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
 }
 
-bool castsShadow(const GraphicsState& state) {
-    return state.shadow && state.shadow->color.alpha > 0 && state.blendMode == BlendMode::Normal;
-}
-
 // How far a stroke may reach from its path, in the units that `stretch` leads to.
 double penReach(const GraphicsState& state, double stretch) {
     const double corner = state.lineJoin == LineJoin::Miter ? kMiterLimit : std::numbers::sqrt2;
@@ -97,7 +93,7 @@ void CairoContext::onFill(const Path& path) {
 
 void CairoContext::onStroke(const Path& path) {
     if (!isUsable(toDevice())) return;
-    const double reach = penReach(state(), largestStretch(toDevice()));
+    const double reach = penReach(state(), toDevice().largestStretch());
     paint(pointBounds(path, _scale).inset(-reach, -reach), [&](cairo_t* context) {
         tracePath(context, path, _scale);
         strokePath(context);
@@ -146,10 +142,10 @@ void CairoContext::onDrawSurface(Surface& surface, const Rect& rect) {
 
 void CairoContext::onDrawText(std::string_view text, Point baseline, const Font& font) {
     const AffineTransform placed = toDevice().translated(baseline.x, baseline.y);
-    if (!isUsable(placed) || !isDrawable(font.size * largestStretch(placed))) return;
+    if (!isUsable(placed) || !isDrawable(font.size * placed.largestStretch())) return;
     const std::shared_ptr<const ShapedText> shaped = _resources->text().shape(text, font);
     const bool isFilled = state().textMode == TextMode::Fill;
-    const double reach = isFilled ? 1 : penReach(state(), largestStretch(placed)) + 1;
+    const double reach = isFilled ? 1 : penReach(state(), placed.largestStretch()) + 1;
     paint(placed.apply(shaped->inkBounds()).inset(-reach, -reach), [&](cairo_t* context) {
         const cairo_matrix_t matrix = toCairo(placed);
         cairo_new_path(context);
@@ -173,7 +169,7 @@ void CairoContext::onBeginGroup() {
     const DeviceBox visible = clipBox(target());
     Layer layer;
     layer.box = visible;
-    if (castsShadow(state()) && !visible.isEmpty()) {
+    if (state().castsShadow() && !visible.isEmpty()) {
         // What casts a shadow into the visible part may itself be out of it.
         const Rect casting = visible.rect().offset(-(state().shadow->offset * _scale));
         layer.box = visible.unionWith(DeviceBox::around(casting).grown(shadowReach()))
@@ -211,7 +207,7 @@ AffineTransform CairoContext::toDevice() const {
 void CairoContext::paint(const Rect& bounds, const Painter& painter) {
     const DeviceBox visible = clipBox(target());
     if (visible.isEmpty()) return;
-    if (castsShadow(state())) paintShadow(bounds, visible, painter);
+    if (state().castsShadow()) paintShadow(bounds, visible, painter);
     const DeviceBox painted = DeviceBox::around(bounds).intersection(visible);
     if (painted.isEmpty()) return;
     prepare(target(), state(), operatorFor(state().blendMode));
@@ -293,7 +289,7 @@ void CairoContext::strokePath(cairo_t* context) const {
     cairo_set_line_cap(context, toCairo(state().lineCap));
     cairo_set_line_join(context, toCairo(state().lineJoin));
     cairo_set_miter_limit(context, kMiterLimit);
-    cairo_set_line_width(context, std::min(state().lineWidth, kLargestPen / largestStretch(pen)));
+    cairo_set_line_width(context, std::min(state().lineWidth, kLargestPen / pen.largestStretch()));
     if (state().blendMode == BlendMode::SourceIn) return strokeWithin(context, matrix);
     cairo_set_matrix(context, &matrix);
     cairo_stroke(context);

@@ -13,13 +13,6 @@ bool isUsable(const AffineTransform& transform) {
     return std::abs(transform.determinant()) > 1e-9;
 }
 
-double largestStretch(const AffineTransform& transform) {
-    const double first = transform.a * transform.a + transform.b * transform.b;
-    const double second = transform.c * transform.c + transform.d * transform.d;
-    const double mixed = transform.a * transform.c + transform.b * transform.d;
-    return std::sqrt((first + second) / 2 + std::hypot((first - second) / 2, mixed));
-}
-
 void tracePath(cairo_t* context, const Path& path, double scale) {
     cairo_new_path(context);
     const Point* next = path.points().data();
@@ -66,14 +59,7 @@ void tracePath(cairo_t* context, const Path& path, double scale) {
 }
 
 Rect pointBounds(const Path& path, double scale) {
-    if (path.points().empty()) return {};
-    Point low = path.points().front();
-    Point high = low;
-    for (const Point p : path.points()) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-    }
-    return Rect::spanning(low * scale, high * scale);
+    return AffineTransform::scaling(scale, scale).apply(path.pointBounds());
 }
 
 Rect clipBounds(cairo_t* context) {

@@ -22,9 +22,6 @@ inline cairo_matrix_t toCairo(const AffineTransform& t) {
 // context out of order for good.
 bool isUsable(const AffineTransform& transform);
 
-// The largest factor by which the transform stretches any direction.
-double largestStretch(const AffineTransform& transform);
-
 // Makes the path the current one of a context whose matrix is the identity. The path is in points
 // of a surface with this scale.
 void tracePath(cairo_t* context, const Path& path, double scale);

@@ -11,31 +11,9 @@ namespace kalim::gfx {
 
 namespace {
 
-// Cairo's own resolution of a device coordinate is 1/256.
-constexpr double kSubpixel = 1.0 / 512;
-
 double clampUnit(double component) {
     if (!(component > 0)) return 0;
     return component < 1 ? component : 1;
-}
-
-// The transform with its rounding errors taken out, when it only moves, flips or turns by quarters
-// pixels of the source onto whole device pixels. Then no pixel needs to be resampled.
-std::optional<AffineTransform> pixelExact(const AffineTransform& t, PixelSize size) {
-    const AffineTransform rounded{std::round(t.a), std::round(t.b),  std::round(t.c),
-                                  std::round(t.d), std::round(t.tx), std::round(t.ty)};
-    const bool isUpright =
-        rounded.b == 0 && rounded.c == 0 && std::abs(rounded.a) == 1 && std::abs(rounded.d) == 1;
-    const bool isTurned =
-        rounded.a == 0 && rounded.d == 0 && std::abs(rounded.b) == 1 && std::abs(rounded.c) == 1;
-    if (!isUpright && !isTurned) return std::nullopt;
-    const double w = size.width;
-    const double h = size.height;
-    for (const Point corner : {Point{0, 0}, Point{w, 0}, Point{0, h}, Point{w, h}}) {
-        const Point off = t.apply(corner) - rounded.apply(corner);
-        if (std::abs(off.x) > kSubpixel || std::abs(off.y) > kSubpixel) return std::nullopt;
-    }
-    return rounded;
 }
 
 // Cairo's scaler counts source pixels in 16.16 fixed point. Beyond, it fails and puts the context
@@ -79,7 +57,7 @@ bool setSourceImage(cairo_t* context, const Image& image, const AffineTransform&
     if (std::max(position.x, position.y) > kLargestSourcePosition) return false;
     const PixelSize size{cairo_image_surface_get_width(source.surface.get()),
                          cairo_image_surface_get_height(source.surface.get())};
-    const std::optional<AffineTransform> exact = pixelExact(transform, size);
+    const std::optional<AffineTransform> exact = transform.wholePixels(size);
     if (exact) transform = *exact;
     const bool isNearest = exact || interpolation == Interpolation::None;
 

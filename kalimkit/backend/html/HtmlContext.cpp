@@ -15,15 +15,9 @@ namespace {
 
 // How far, in pixels, the shadow of a group may fall into view from. It bounds the group's memory.
 constexpr double kFarthestCast = 2048;
-// Shares of a pixel by which no browser resamples.
-constexpr double kSubpixel = 1.0 / 512;
 
 int count(const Path& path) {
     return static_cast<int>(path.commands().size());
-}
-
-bool castsShadow(const GraphicsState& state) {
-    return state.shadow && state.shadow->color.alpha > 0 && state.blendMode == BlendMode::Normal;
 }
 
 // The corners of an axis-parallel rectangle, as the path of one.
@@ -43,25 +37,6 @@ std::optional<Rect> asRect(const Path& path) {
 // Without smoothing a pixel is painted when its middle is: the edge of the first such pixel.
 double pixelEdge(double points, double scale) {
     return std::ceil(points * scale - 0.5) / scale;
-}
-
-// The transform with its rounding errors taken out, when it only moves pixels of the source onto
-// whole device pixels. Then no pixel needs to be resampled.
-AffineTransform pixelExact(const AffineTransform& t, PixelSize size) {
-    const AffineTransform rounded{std::round(t.a), std::round(t.b),  std::round(t.c),
-                                  std::round(t.d), std::round(t.tx), std::round(t.ty)};
-    const bool isUpright =
-        rounded.b == 0 && rounded.c == 0 && std::abs(rounded.a) == 1 && std::abs(rounded.d) == 1;
-    const bool isTurned =
-        rounded.a == 0 && rounded.d == 0 && std::abs(rounded.b) == 1 && std::abs(rounded.c) == 1;
-    if (!isUpright && !isTurned) return t;
-    const double w = size.width;
-    const double h = size.height;
-    for (const Point corner : {Point{0, 0}, Point{w, 0}, Point{0, h}, Point{w, h}}) {
-        const Point off = t.apply(corner) - rounded.apply(corner);
-        if (std::abs(off.x) > kSubpixel || std::abs(off.y) > kSubpixel) return t;
-    }
-    return rounded;
 }
 
 }  // namespace
@@ -156,7 +131,7 @@ Rect HtmlContext::groupBox() const {
                               clip.size.height * _scale)
                              .intersection(whole)
                              .roundedOut();
-    if (!castsShadow(state()) || visible.isEmpty()) return visible;
+    if (!state().castsShadow() || visible.isEmpty()) return visible;
     const double reach = 3 * state().shadow->blur / 2 * _scale + 1;
     const Rect casting = visible.offset(-(state().shadow->offset * _scale)).inset(-reach, -reach);
     return visible.unionWith(casting)
@@ -175,7 +150,7 @@ AffineTransform HtmlContext::toDevice() const {
 void HtmlContext::prepare(Interpolation interpolation) const {
     page::paint(state().alpha, static_cast<int>(state().blendMode),
                 static_cast<int>(interpolation));
-    if (!castsShadow(state())) return;
+    if (!state().castsShadow()) return;
     const Shadow& shadow = *state().shadow;
     page::shadow(shadow.offset.x * _scale, shadow.offset.y * _scale, shadow.blur * _scale,
                  packedColor(shadow.color));
@@ -203,11 +178,11 @@ bool HtmlContext::prepareFill(std::shared_ptr<const HtmlRaster>& held) const {
 }
 
 void HtmlContext::drawSource(int source, PixelSize size, const Rect& rect) const {
-    const AffineTransform t = pixelExact(
+    const AffineTransform toPixels =
         AffineTransform::scaling(rect.size.width / size.width, rect.size.height / size.height)
             .concat(AffineTransform::translation(rect.origin))
-            .concat(toDevice()),
-        size);
+            .concat(toDevice());
+    const AffineTransform t = toPixels.wholePixels(size).value_or(toPixels);
     prepare(state().interpolation);
     page::draw(_surface, source, t.a, t.b, t.c, t.d, t.tx, t.ty);
 }

@@ -303,7 +303,7 @@ void MDrawView::toolsStateChangedState(const ToolRef& tool, State state) {
     _isDirty = true;
     _drawn.markListChanged();
     _drawn.markChanged(tool);
-    dropAbsentFromSelection();
+    if (state != State::AddedOrChanged) dropAbsentFromSelection();
     const gfx::Rect before = _ctxRect;
     const bool isChanged = (tool || state != State::AddedOrChanged) && refreshContextRect();
     if (isChanged && !before.contains(_ctxRect)) autoScaleWhenCtxEnlarged();

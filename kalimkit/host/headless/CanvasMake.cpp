@@ -30,13 +30,6 @@ Problem readPoints(const JsonValue& step, std::vector<gfx::Point>& points) {
     return std::nullopt;
 }
 
-// Replaces the value where the step has one of its own.
-template <typename Kind>
-Problem readOwn(const JsonValue& step, const char* key, Kind& value) {
-    const JsonValue* own = step.find(key);
-    return own ? readAs(*own, "\"" + std::string(key) + "\"", value) : std::nullopt;
-}
-
 Problem readLook(const JsonValue& step, MDrawTool& tool, const MDrawView& canvas) {
     gfx::ColorRef color = canvas.color();
     double lineWidth = canvas.lineWidth();

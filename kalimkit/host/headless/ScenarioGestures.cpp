@@ -33,12 +33,6 @@ Problem readState(const JsonValue& step, ui::GestureState& state) {
     return wrongValue("\"state\"", "began, changed, ended, cancelled or failed", *given);
 }
 
-template <typename Kind>
-Problem readOwn(const JsonValue& step, const char* key, Kind& value) {
-    const JsonValue* own = step.find(key);
-    return own ? readAs(*own, "\"" + std::string(key) + "\"", value) : std::nullopt;
-}
-
 Problem rotate(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
     ui::RotationGestureRecognizer& recognizer = canvas.rotationGesture();
     double rotation = state == ui::GestureState::Began ? 0 : recognizer.rotation();

@@ -202,10 +202,7 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
     std::string path;
     if (Problem problem = readAs(*step.find("export"), "\"export\"", path)) return problem;
     std::string at = "screen";
-    const JsonValue* given = step.find("at");
-    if (given) {
-        if (Problem problem = readAs(*given, "\"at\"", at)) return problem;
-    }
+    if (Problem problem = readOwn(step, "at", at)) return problem;
     gfx::ImageRef image;
     if (at == "screen") {
         image = _canvas->exportImage();
@@ -214,7 +211,7 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
     } else if (at == "view") {
         image = _canvas->exportImageForScale();
     } else {
-        return wrongValue("\"at\"", "screen, picture or view", *given);
+        return wrongValue("\"at\"", "screen, picture or view", at);
     }
     if (image) return _files.savePicture(path, image);
     if (_canvas->ctxRect().isEmpty()) {

@@ -64,6 +64,13 @@ Problem readAs(const JsonValue& value, const std::string& what, Kind& out) {
     return wrongValue(what, kindName<Kind>, value);
 }
 
+// Replaces the value where the step has one of its own under the key.
+template <typename Kind>
+Problem readOwn(const JsonValue& step, const char* key, Kind& value) {
+    const JsonValue* own = step.find(key);
+    return own ? readAs(*own, "\"" + std::string(key) + "\"", value) : std::nullopt;
+}
+
 // A list whose elements are all of the kind; `element` is what a message calls one of them.
 template <typename Kind>
 Problem readList(const JsonValue& value, const std::string& what, const std::string& element,
