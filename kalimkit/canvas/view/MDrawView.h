@@ -285,6 +285,7 @@ private:
     void centralizeVisualContext();
     void settleView(const gfx::AffineTransform& from);
     bool mayMoveView() const;
+    void beginViewGesture();
     void endViewGesture();
     void resetView();
 

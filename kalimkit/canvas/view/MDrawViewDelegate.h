@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
@@ -23,6 +24,15 @@ public:
                                                                    const gfx::ColorRef& /*color*/,
                                                                    double /*lineWidth*/) {}
     virtual void canUndoStateChangedCanRedo(bool /*canUndo*/, bool /*canRedo*/) {}
+    // A text begins or ends to be typed.
+    virtual void textToolEditing(bool /*isEditing*/) {}
+    // Two fingers begin to pinch or pan the canvas, and the last of both gestures is over.
+    virtual void didCanvasScaleAndPanStart() {}
+    virtual void didCanvasScaleAndPanEnd() {}
+    // Whether the owner's bar lies under the canvas, and how many points of it the bar covers; no
+    // answer stands for a canvas without a bar.
+    virtual std::optional<bool> isToolbarPlaceBottom() { return std::nullopt; }
+    virtual std::optional<double> toolbarHeight() { return std::nullopt; }
 };
 
 }  // namespace kalim

@@ -90,8 +90,10 @@ void MDrawView::drawTextAskForRedraw(MDrawText& text) {
 }
 
 void MDrawView::drawTextBeginEdittingText(MDrawText& text) {
+    const auto alive = self();
     _curEdittingTextTool = shared(text);
     drawTextAskForRedraw(text);
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->textToolEditing(true);
 }
 
 void MDrawView::drawTextDidEndEditText(MDrawText& text) {
@@ -111,6 +113,8 @@ void MDrawView::drawTextDidEndEditText(MDrawText& text) {
         removeToolFromSelectedTools(tool);
         _undoManager->removeTool(tool);
     }
+    if (_curEdittingTextTool) return;
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->textToolEditing(false);
 }
 
 void MDrawView::drawTextAskForSaveState(MDrawText& text) {

@@ -95,12 +95,15 @@ gfx::Point MDrawView::invertViewPoint(gfx::Point p) const {
 
 void MDrawView::resetView() {
     _viewAnimation = nullptr;
+    const bool wasHeld = _isPinching || _isPanning;
     _isPinching = _isPanning = _isPictureShrinked = false;
     _shownBeforeClamping.reset();
     _contextScale = _tmpContextScale = 1.0;
     _defaultMinScale = ordinaryMinScale;
     _viewMove = {};
     _curRotateDegree = 0;
+    if (!wasHeld) return;
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanEnd();
 }
 
 bool MDrawView::isViewMoving() const {
@@ -164,7 +167,7 @@ void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Po
     if (!std::isfinite(scale) || !(scale > 0)) return;
     const auto alive = self();
     if (state == ui::GestureState::Began && mayMoveView()) {
-        if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
+        beginViewGesture();
         _isPinching = true;
     }
     if (!_isPinching) return;
@@ -187,7 +190,7 @@ void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation)
     if (!std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
     const auto alive = self();
     if (state == ui::GestureState::Began && mayMoveView()) {
-        if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
+        beginViewGesture();
         _isPanning = true;
         _panTranslation = {};
     }
@@ -198,6 +201,12 @@ void MDrawView::handlePanGesture(ui::GestureState state, gfx::Point translation)
     if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
     _isPanning = false;
     endViewGesture();
+}
+
+void MDrawView::beginViewGesture() {
+    if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
+    if (_isPinching || _isPanning) return;
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanStart();
 }
 
 // Two fingers may pinch and pan at once; the view comes to rest when both are over.
@@ -213,6 +222,7 @@ void MDrawView::endViewGesture() {
     settleView(before);
     setNeedsLayout();
     setNeedsDisplay();
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanEnd();
 }
 
 }  // namespace kalim

@@ -1,7 +1,5 @@
 #include "kalimkit/host/headless/CanvasEvents.h"
 
-#include <utility>
-
 #include "kalimkit/host/headless/ScenarioValues.h"
 
 namespace kalim {
@@ -10,23 +8,59 @@ JsonValue::Array CanvasEvents::take() {
     return std::exchange(_events, {});
 }
 
+template <typename Message>
+void CanvasEvents::relay(JsonValue::Array event, Message message) {
+    _events.push_back(std::move(event));
+    if (const auto receiver = _receiver.lock()) message(*receiver);
+}
+
 void CanvasEvents::didDrawStarted() {
-    _events.push_back(JsonValue::Array{"didDrawStarted"});
+    relay({"didDrawStarted"}, [](MDrawViewDelegate& receiver) { receiver.didDrawStarted(); });
 }
 
 void CanvasEvents::seletedToolsStateChanged(bool hasSelection) {
-    _events.push_back(JsonValue::Array{"seletedToolsStateChanged", hasSelection});
+    relay({"seletedToolsStateChanged", hasSelection},
+          [=](MDrawViewDelegate& receiver) { receiver.seletedToolsStateChanged(hasSelection); });
 }
 
 void CanvasEvents::currentSelectedToolsPropertyChangedColorLineWidth(std::int64_t type,
                                                                      const gfx::ColorRef& color,
                                                                      double lineWidth) {
-    _events.push_back(JsonValue::Array{"currentSelectedToolsPropertyChangedColorLineWidth", type,
-                                       toJson(color), lineWidth});
+    relay({"currentSelectedToolsPropertyChangedColorLineWidth", type, toJson(color), lineWidth},
+          [&](MDrawViewDelegate& receiver) {
+              receiver.currentSelectedToolsPropertyChangedColorLineWidth(type, color, lineWidth);
+          });
 }
 
 void CanvasEvents::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
-    _events.push_back(JsonValue::Array{"canUndoStateChangedCanRedo", canUndo, canRedo});
+    relay({"canUndoStateChangedCanRedo", canUndo, canRedo}, [=](MDrawViewDelegate& receiver) {
+        receiver.canUndoStateChangedCanRedo(canUndo, canRedo);
+    });
+}
+
+void CanvasEvents::textToolEditing(bool isEditing) {
+    relay({"textToolEditing", isEditing},
+          [=](MDrawViewDelegate& receiver) { receiver.textToolEditing(isEditing); });
+}
+
+void CanvasEvents::didCanvasScaleAndPanStart() {
+    relay({"didCanvasScaleAndPanStart"},
+          [](MDrawViewDelegate& receiver) { receiver.didCanvasScaleAndPanStart(); });
+}
+
+void CanvasEvents::didCanvasScaleAndPanEnd() {
+    relay({"didCanvasScaleAndPanEnd"},
+          [](MDrawViewDelegate& receiver) { receiver.didCanvasScaleAndPanEnd(); });
+}
+
+std::optional<bool> CanvasEvents::isToolbarPlaceBottom() {
+    const auto receiver = _receiver.lock();
+    return receiver ? receiver->isToolbarPlaceBottom() : std::nullopt;
+}
+
+std::optional<double> CanvasEvents::toolbarHeight() {
+    const auto receiver = _receiver.lock();
+    return receiver ? receiver->toolbarHeight() : std::nullopt;
 }
 
 }  // namespace kalim
