@@ -39,4 +39,17 @@ void Environment::presentAlert(const Alert& alert) {
     if (const auto completion = alert.completion) completion(0);
 }
 
+std::optional<bool> Environment::userDefault(const std::string& key) const {
+    const auto found = _userDefaults.find(key);
+    return found == _userDefaults.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Environment::setUserDefault(const std::string& key, bool value) {
+    _userDefaults[key] = value;
+}
+
+void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
+    if (picked) picked(std::nullopt);
+}
+
 }  // namespace kalim::ui

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/loop/Alert.h"
 #include "kalimkit/ui/loop/Keyboard.h"
@@ -14,6 +18,7 @@
 namespace kalim::ui {
 
 class TextView;
+class Window;
 
 // Facts of the main screen.
 struct Screen {
@@ -55,6 +60,26 @@ public:
     // Shows a modal alert. The default tells the alert at once that its first button was tapped.
     virtual void presentAlert(const Alert& alert);
 
+    // ---- what the user chose. The defaults keep it in memory.
+    // Nothing for what was never set.
+    virtual std::optional<bool> userDefault(const std::string& key) const;
+    virtual void setUserDefault(const std::string& key, bool value);
+
+    // ---- around the application's windows
+    // The first window that was made and still exists; null for none.
+    Window* keyWindow() const { return _windows->empty() ? nullptr : _windows->front(); }
+    // Those that exist, in the order they were made. Windows enter and leave by themselves; the
+    // list outlives the environment for them.
+    const std::shared_ptr<std::vector<Window*>>& windows() const { return _windows; }
+    virtual void setStatusBarHidden(bool /*hidden*/, bool /*animated*/) {}
+    // 0 is dark on light, 1 light on dark.
+    virtual void setStatusBarStyle(int /*style*/) {}
+    // Whether the user can be asked for a picture of his own.
+    virtual bool isPhotoLibraryAvailable() const { return false; }
+    // Asks for one; nothing once the user has cancelled that. The default has none to offer and
+    // answers at once.
+    virtual void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked);
+
     // ---- text input
     // The text on the clipboard, empty where there is none; the default has no clipboard.
     virtual std::string clipboardText() { return {}; }
@@ -66,8 +91,15 @@ public:
     // The host tells it the on-screen keyboard's height.
     Keyboard& keyboard() { return _keyboard; }
 
+    // Null at first. The configuration of the editor's shell keeps there what it has made with the
+    // device, so that it lives exactly as long as the environment.
+    std::shared_ptr<void>& keptPictures() { return _keptPictures; }
+
 private:
     Keyboard _keyboard;
+    std::map<std::string, bool> _userDefaults;
+    std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
+    std::shared_ptr<void> _keptPictures;
 };
 
 }  // namespace kalim::ui

@@ -1,5 +1,6 @@
 #include "kalimkit/ui/touch/GestureRecognizer.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kalimkit/ui/loop/FlagScope.h"
@@ -30,6 +31,28 @@ void GestureRecognizer::setEnabled(bool enabled) {
 
 gfx::Point GestureRecognizer::locationIn(const View* view) const {
     return view ? view->convertPointFrom(_location, nullptr) : _location;
+}
+
+void GestureRecognizer::screen(const std::vector<TouchRef>& landed) {
+    std::erase_if(_refused, [](const auto& touch) { return touch.expired(); });
+    for (const TouchRef& touch : landed) {
+        if (!mayReceive(*touch)) _refused.push_back(touch);
+    }
+}
+
+bool GestureRecognizer::mayReceive(const Touch& touch) const {
+    const auto touched = touch.view();
+    for (const View* view = touched.get(); view; view = view->superview()) {
+        if (!view->admitsGesture(*this)) return false;
+        if (view == _view) break;
+    }
+    const auto delegate = _delegate.lock();
+    return !delegate || delegate->shouldReceiveTouch(*this, touch);
+}
+
+bool GestureRecognizer::isRefused(const TouchRef& touch) const {
+    return std::ranges::any_of(_refused,
+                               [&touch](const auto& refused) { return refused.lock() == touch; });
 }
 
 bool GestureRecognizer::feed(TouchPhase phase, const TouchEvent& event,

@@ -58,6 +58,10 @@ public:
     // ---- for the window: touches of this view or below it. `active` are those still down after
     // this event. True while a gesture is recognised, its end included: the touches are its own.
     bool feed(TouchPhase phase, const TouchEvent& event, const std::vector<TouchRef>& active);
+    // Which of the touches that have just landed it is never to be fed with: its delegate is asked,
+    // and the touched view with those between that and its own.
+    void screen(const std::vector<TouchRef>& landed);
+    bool isRefused(const TouchRef& touch) const;
     // Others wait for it to fail, so it is fed before them.
     bool isAwaited() const { return !_dependents.empty(); }
 
@@ -102,6 +106,7 @@ private:
     using Recognizers = std::vector<std::shared_ptr<GestureRecognizer>>;
     enum class Chance { Free, Waits, Lost };
 
+    bool mayReceive(const Touch& touch) const;
     void dispatch(TouchPhase phase, const TouchEvent& event, const std::vector<TouchRef>& active);
     void abandon();
     void sitOut();
@@ -131,6 +136,8 @@ private:
     // Shared, so that it survives being replaced while it runs.
     std::shared_ptr<const Handler> _handler;
     std::weak_ptr<GestureDelegate> _delegate;
+    // Touches that are down and not its own.
+    std::vector<std::weak_ptr<Touch>> _refused;
     // Those that must fail before this one, and those that wait for this one.
     std::vector<std::weak_ptr<GestureRecognizer>> _required;
     std::vector<std::weak_ptr<GestureRecognizer>> _dependents;

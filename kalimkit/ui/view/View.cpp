@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/ui/view/ViewDecoration.h"
+#include "kalimkit/ui/view/ViewMotion.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim::ui {
@@ -39,7 +41,19 @@ void View::change(Change make) {
     damageExtent();
 }
 
+// The same for properties that can be animated.
+template <typename Change>
+void View::change(std::initializer_list<ViewProperty> properties, Change make) {
+    change([&] {
+        startMotion(properties);
+        make();
+        settleMotion();
+    });
+}
+
 // ---- making
+
+View::View() = default;
 
 std::shared_ptr<View> View::initWithFrame(const gfx::Rect& frame) {
     struct Constructible : View {};
@@ -58,6 +72,8 @@ View::~View() {
         subview->_superview = nullptr;
     for (const auto& recognizer : _recognizers)
         recognizer->_view = nullptr;
+    for (const auto& layer : ownedLayers())
+        layer->_owner = nullptr;
 }
 
 // ---- tree
@@ -129,8 +145,10 @@ void View::setWindow(Window* window) {
     if (_window == window) return;
     std::vector<std::shared_ptr<View>> subtree;
     collect(subtree);
-    for (const auto& view : subtree)
+    for (const auto& view : subtree) {
         view->_window = window;
+        window ? view->animationsChanged() : view->stopMotion();
+    }
     for (const auto& view : subtree) {
         // One before it may have moved it on.
         if (view->_window == window) view->didMoveToWindow();
@@ -145,46 +163,45 @@ void View::collect(std::vector<std::shared_ptr<View>>& subtree) {
 
 // ---- geometry
 
-gfx::Rect View::frame() const {
-    return toSuperview().apply(_bounds);
-}
-
 void View::setFrame(const gfx::Rect& frame) {
     const gfx::Rect next = standardized(frame);
-    setPlace(next.center(), {_bounds.origin, next.size});
+    setPlace(next.center(), {bounds().origin, next.size});
 }
 
 void View::setBounds(const gfx::Rect& bounds) {
-    setPlace(_center, standardized(bounds));
+    setPlace(center(), standardized(bounds));
 }
 
 void View::setCenter(gfx::Point center) {
-    setPlace(center, _bounds);
+    setPlace(center, bounds());
 }
 
 void View::setPlace(gfx::Point center, const gfx::Rect& bounds) {
     if (!isFinite(center) || !isFinite(bounds)) return;
-    if (center == _center && bounds == _bounds) return;
-    const bool isResized = bounds.size != _bounds.size;
-    change([&] {
-        _center = center;
-        _bounds = bounds;
-    });
-    if (isResized) setNeedsLayout();
+    ViewPlace& place = _look.place;
+    const bool isResized = bounds.size != place.bounds.size;
+    if (center != place.center) {
+        change({ViewProperty::Center}, [&] { place.center = center; });
+    }
+    if (bounds != place.bounds) {
+        change({ViewProperty::Bounds}, [&] { place.bounds = bounds; });
+    }
+    if (!isResized) return;
+    setNeedsLayout();
+    const std::vector<std::shared_ptr<View>> subviews = _subviews;
+    for (const auto& subview : subviews) {
+        if (subview->_superview == this && subview->_fillsSuperview) subview->setFrame(bounds);
+    }
+}
+
+void View::setFillsSuperview(bool fills) {
+    _fillsSuperview = fills;
+    if (fills && _superview) setFrame(_superview->bounds());
 }
 
 void View::setTransform(const gfx::AffineTransform& transform) {
-    if (!isFinite(transform) || transform == _transform) return;
-    change([&] { _transform = transform; });
-}
-
-gfx::AffineTransform View::toSuperview() const {
-    const gfx::Point middle = _bounds.center();
-    // Without a transform nothing but the two points is added, so that frames come out exact.
-    if (_transform.isIdentity()) return gfx::AffineTransform::translation(_center - middle);
-    return gfx::AffineTransform::translation(-middle)
-        .concat(_transform)
-        .concat(gfx::AffineTransform::translation(_center));
+    if (!isFinite(transform) || transform == _look.place.transform) return;
+    change({ViewProperty::Transform}, [&] { _look.place.transform = transform; });
 }
 
 gfx::AffineTransform View::toWindow() const {
@@ -214,8 +231,8 @@ gfx::Rect View::convertRectTo(const gfx::Rect& rect, const View* view) const {
 
 void View::setAlpha(double alpha) {
     const double next = std::clamp(alpha, 0.0, 1.0);
-    if (std::isnan(alpha) || next == _alpha) return;
-    change([&] { _alpha = next; });
+    if (std::isnan(alpha) || next == _look.alpha) return;
+    change({ViewProperty::Alpha}, [&] { _look.alpha = next; });
 }
 
 void View::setHidden(bool hidden) {
@@ -225,9 +242,9 @@ void View::setHidden(bool hidden) {
 }
 
 void View::setBackgroundColor(gfx::ColorRef color) {
-    const bool isSame = gfx::equalColors(color, _backgroundColor);
-    _backgroundColor = std::move(color);
-    if (!isSame) setNeedsDisplay();
+    const auto set = [&] { _look.backgroundColor = std::move(color); };
+    if (gfx::equalColors(color, _look.backgroundColor)) return set();
+    change({ViewProperty::BackgroundColor}, set);
 }
 
 void View::setClipsToBounds(bool clips) {
@@ -238,7 +255,8 @@ void View::setClipsToBounds(bool clips) {
 
 std::shared_ptr<View> View::hitTest(gfx::Point p) {
     constexpr double leastAlpha = 0.01;
-    if (_hidden || _alpha < leastAlpha || !_userInteractionEnabled || !pointInside(p)) return {};
+    if (_hidden || alpha() < leastAlpha || !_userInteractionEnabled || !pointInside(p)) return {};
+    if (_motion && _motion->refusesTouches()) return {};
     for (auto subview = _subviews.rbegin(); subview != _subviews.rend(); ++subview) {
         const gfx::AffineTransform toHere = (*subview)->toSuperview();
         if (!toHere.isInvertible()) continue;
@@ -248,7 +266,7 @@ std::shared_ptr<View> View::hitTest(gfx::Point p) {
 }
 
 bool View::pointInside(gfx::Point p) const {
-    return _bounds.contains(p);
+    return bounds().contains(p);
 }
 
 void View::addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer) {

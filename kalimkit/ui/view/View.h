@@ -1,7 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <initializer_list>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/gfx/AffineTransform.h"
@@ -9,12 +14,20 @@
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/ui/motion/AnimationOptions.h"
+#include "kalimkit/ui/motion/LayerAnimation.h"
 #include "kalimkit/ui/touch/GestureRecognizer.h"
+#include "kalimkit/ui/view/Accessibility.h"
 #include "kalimkit/ui/view/Responder.h"
+#include "kalimkit/ui/view/ViewLook.h"
 
 namespace kalim::ui {
 
+class ShapeLayer;
+class ViewMotion;
 class Window;
+struct ViewDecoration;
+enum class ViewProperty;
 
 // A rectangle on the screen that draws itself and takes touches. A view owns its subviews; the last
 // one is on top. Lengths are points.
@@ -23,6 +36,9 @@ class Window;
 // the transform is applied about the centre. Setting the frame is meant for views whose transform
 // is the identity. Every change that shows marks the old and the new place as damaged. Geometry
 // that is not finite is ignored.
+//
+// What a property is set to counts at once, for touches and conversions as well; while it is
+// animated, only what is drawn is still on the way there.
 class KALIM_API View : public Responder, public std::enable_shared_from_this<View> {
 public:
     static std::shared_ptr<View> initWithFrame(const gfx::Rect& frame);
@@ -48,17 +64,21 @@ public:
     Responder* nextResponder() const override;
 
     // ---- geometry
-    gfx::Rect frame() const;
+    gfx::Rect frame() const { return _look.place.frame(); }
     void setFrame(const gfx::Rect& frame);
-    const gfx::Rect& bounds() const { return _bounds; }
+    const gfx::Rect& bounds() const { return _look.place.bounds; }
     // A bounds origin other than zero scrolls the content; the centre stays.
     void setBounds(const gfx::Rect& bounds);
-    gfx::Point center() const { return _center; }
+    gfx::Point center() const { return _look.place.center; }
     void setCenter(gfx::Point center);
-    const gfx::AffineTransform& transform() const { return _transform; }
+    const gfx::AffineTransform& transform() const { return _look.place.transform; }
     void setTransform(const gfx::AffineTransform& transform);
+    // Whether it takes the superview's bounds as its frame whenever these change their size. Off at
+    // first.
+    bool fillsSuperview() const { return _fillsSuperview; }
+    void setFillsSuperview(bool fills);
     // Own coordinates to those of the superview, and to those of the window.
-    gfx::AffineTransform toSuperview() const;
+    gfx::AffineTransform toSuperview() const { return _look.place.toSuperview(); }
     gfx::AffineTransform toWindow() const;
     // Null stands for the window's coordinates. A place in a view whose transform cannot be
     // inverted is meaningless.
@@ -68,15 +88,63 @@ public:
 
     // ---- looks
     // Clamped to 0 to 1; applies to the view with all that is in it, as one.
-    double alpha() const { return _alpha; }
+    double alpha() const { return _look.alpha; }
     void setAlpha(double alpha);
     bool isHidden() const { return _hidden; }
     void setHidden(bool hidden);
-    const gfx::ColorRef& backgroundColor() const { return _backgroundColor; }
+    const gfx::ColorRef& backgroundColor() const { return _look.backgroundColor; }
     void setBackgroundColor(gfx::ColorRef color);
     // Subviews are cut at the bounds, as the view's own drawing always is. Off by default.
     bool clipsToBounds() const { return _clipsToBounds; }
     void setClipsToBounds(bool clips);
+    // Points. Rounds the background, and all that is in the view where it clips to its bounds.
+    double cornerRadius() const;
+    void setCornerRadius(double radius);
+    // Cast by all that the view shows, drawn beyond its bounds even where it clips to them. The
+    // colour's alpha is the shadow's opacity.
+    std::optional<gfx::Shadow> shadow() const;
+    void setShadow(const std::optional<gfx::Shadow>& shadow);
+    // Of the view and all that is in it only what lies inside the layer's path shows, whatever the
+    // layer's paint; null shows everything.
+    std::shared_ptr<ShapeLayer> mask() const;
+    void setMask(std::shared_ptr<ShapeLayer> mask);
+    // Drawn over the view's own content and under its subviews, in order. A layer leaves the view
+    // that it was in before.
+    void addShapeLayer(std::shared_ptr<ShapeLayer> layer);
+    void removeShapeLayer(const ShapeLayer& layer);
+    const std::vector<std::shared_ptr<ShapeLayer>>& shapeLayers() const;
+
+    // ---- animation
+    // Frame, bounds, centre, transform, alpha and background colour that change within `changes`,
+    // layout run there included, take their final value at once; what is displayed goes there from
+    // what it is at this moment, and stays there during the delay. A later change of a property
+    // takes it over from where it is displayed then, without a way where it is made outside of any
+    // animation. Views outside of a window just change.
+    //
+    // The completion runs on the run loop when delay and duration are over, whatever became of the
+    // views: `finished` is false when every property was taken over or its view left the window.
+    // Until then the animated views, with all in them, take no touches, unless the options say so.
+    static void animate(const AnimationOptions& options, const std::function<void()>& changes,
+                        std::function<void(bool finished)> completion = {});
+    // Within an animation's changes, too.
+    static void performWithoutAnimation(const std::function<void()>& changes);
+    // Whether a property, a keyed animation or one of a shape layer is on its way.
+    bool isAnimating() const;
+    // What is displayed at this moment.
+    gfx::Rect shownFrame() const;
+    double shownAlpha() const;
+    gfx::AffineTransform shownTransform() const;
+    // The own bounds in window points, through the shown places of all above.
+    gfx::Rect shownRectInWindow() const;
+    // Opacity, Scale and Rotation of the animation make of the view what they say, with all that is
+    // in it. One that has the key already is replaced. Running animations end when the view leaves
+    // its window.
+    void addAnimation(const LayerAnimation& animation, std::string key);
+    void removeAnimation(const std::string& key);
+    void removeAllAnimations();
+    // Of the view's own animations that run, and those with the ones of its shape layers.
+    std::vector<std::string> animationKeys() const;
+    std::vector<std::string> runningAnimationKeys() const;
 
     // ---- drawing and layout
     // Marks the bounds, or a rectangle in own coordinates within them, to be drawn at the end of
@@ -97,8 +165,9 @@ public:
     bool isMultipleTouchEnabled() const { return _multipleTouchEnabled; }
     void setMultipleTouchEnabled(bool enabled) { _multipleTouchEnabled = enabled; }
     // The deepest view under a point of own coordinates that takes touches; null for none. Hidden
-    // views, those with an alpha below 0.01 and those that take no interaction are passed over with
-    // all that is in them, and so is what lies outside the bounds.
+    // views, those with an alpha below 0.01, those that take no interaction and those whose
+    // animation allows none are passed over with all that is in them, and so is what lies outside
+    // the bounds.
     virtual std::shared_ptr<View> hitTest(gfx::Point p);
     virtual bool pointInside(gfx::Point p) const;
     // A recogniser leaves the view that it was attached to before; that cancels its gesture.
@@ -107,6 +176,19 @@ public:
     const std::vector<std::shared_ptr<GestureRecognizer>>& gestureRecognizers() const {
         return _recognizers;
     }
+
+    // Whether a recogniser of this view or of one above it may see touches that land here.
+    virtual bool admitsGesture(const GestureRecognizer& /*recognizer*/) const { return true; }
+
+    // ---- accessibility
+    virtual std::string accessibilityLabel() const { return _accessibility.label; }
+    void setAccessibilityLabel(std::string label) { _accessibility.label = std::move(label); }
+    virtual AccessibilityRole accessibilityRole() const { return _accessibility.role; }
+    void setAccessibilityRole(AccessibilityRole role) { _accessibility.role = role; }
+    virtual std::string accessibilityValue() const { return _accessibility.value; }
+    void setAccessibilityValue(std::string value) { _accessibility.value = std::move(value); }
+    bool isAccessibilityHidden() const { return _accessibility.isHidden; }
+    void setAccessibilityHidden(bool hidden) { _accessibility.isHidden = hidden; }
 
     // ---- focus
     // Whether the view takes typed text. No view does by default.
@@ -119,7 +201,7 @@ public:
     bool isFirstResponder() const;
 
 protected:
-    View() = default;
+    View();
     // Runs after construction, when shared_from_this() works.
     virtual void init(const gfx::Rect& frame);
     // Draws the view's own content in own coordinates; `dirty` is the part that will be seen. The
@@ -133,30 +215,61 @@ protected:
     virtual void didResignFirstResponder() {}
 
 private:
+    friend class AnimationRun;
+    friend class Animator;
+    friend class ShapeLayer;
     friend class Window;
 
-    bool isShown() const { return !_hidden && _alpha > 0; }
+    bool isShown() const;
     gfx::Rect extent() const;
+    gfx::Rect contentExtent() const;
+    gfx::Rect withShadow(const gfx::Rect& rect) const;
     void damage(gfx::Rect rect);
-    void damageExtent() { damage(extent()); }
+    void damageExtent() { damage(contentExtent()); }
     template <typename Change>
     void change(Change make);
+    template <typename Change>
+    void change(std::initializer_list<ViewProperty> properties, Change make);
     void setPlace(gfx::Point center, const gfx::Rect& bounds);
     void moveSubview(View& view, std::size_t index);
     void setWindow(Window* window);
     void collect(std::vector<std::shared_ptr<View>>& subtree);
 
+    // ---- animation (ViewAnimation.cpp)
+    // What is displayed: the look itself while nothing animates.
+    const ViewLook& shown() const;
+    gfx::AffineTransform shownToSuperview() const { return shown().place.toSuperview(); }
+    gfx::AffineTransform shownToWindow() const;
+    void startMotion(std::initializer_list<ViewProperty> properties);
+    void settleMotion();
+    ViewMotion& motion();
+    void animationsChanged();
+    // The time to show; false when nothing moves any more.
+    bool advanceMotion(Time time);
+    void stopMotion();
+
+    // ---- decoration (ViewDecoration.cpp)
+    ViewDecoration& decoration();
+    void adopt(ShapeLayer& layer);
+    std::vector<std::shared_ptr<ShapeLayer>> ownedLayers() const;
+
+    // ---- painting (ViewDrawing.cpp)
     int paint(gfx::Context& context, const gfx::Rect& dirty);
+    bool isComposed() const;
     int paintContent(gfx::Context& context, const gfx::Rect& dirty);
     int paintOwn(gfx::Context& context, const gfx::Rect& dirty);
+    int paintBackground(gfx::Context& context);
+    void paintDrawing(gfx::Context& context, const gfx::Rect& dirty);
 
     std::vector<std::shared_ptr<View>> _subviews;
     View* _superview = nullptr;
     Window* _window = nullptr;
-    gfx::Rect _bounds;
-    gfx::Point _center;
-    gfx::AffineTransform _transform;
-    double _alpha = 1;
+    // Final values.
+    ViewLook _look;
+    // Null while nothing animates.
+    std::unique_ptr<ViewMotion> _motion;
+    // Null without any.
+    std::unique_ptr<ViewDecoration> _decoration;
     bool _hidden = false;
     bool _clipsToBounds = false;
     bool _needsLayout = true;
@@ -164,7 +277,8 @@ private:
     bool _isPlain = false;
     bool _userInteractionEnabled = true;
     bool _multipleTouchEnabled = false;
-    gfx::ColorRef _backgroundColor;
+    bool _fillsSuperview = false;
+    Accessibility _accessibility;
     std::vector<std::shared_ptr<GestureRecognizer>> _recognizers;
 };
 

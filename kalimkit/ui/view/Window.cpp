@@ -6,6 +6,7 @@
 
 #include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/loop/FlagScope.h"
+#include "kalimkit/ui/view/ViewController.h"
 
 namespace kalim::ui {
 
@@ -26,13 +27,17 @@ void requestFrame() {
 Window::Window(gfx::Size size)
     : _size(size),
       _scale(Environment::current().screen().scale),
-      _root(View::initWithFrame({{}, size})) {
+      _root(View::initWithFrame({{}, size})),
+      _windows(Environment::current().windows()) {
+    _windows->push_back(this);
     _root->setWindow(this);
     addDamage({{}, _size});
 }
 
 Window::~Window() {
+    setRootViewController(nullptr);
     setFirstResponder(nullptr);
+    std::erase(*_windows, this);
     _root->setWindow(nullptr);
 }
 
@@ -44,6 +49,28 @@ void Window::setSize(gfx::Size size) {
     _drawn.clear();
     _root->setFrame({{}, size});
     addDamage({{}, _size});
+}
+
+void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
+    if (controller == _controller) return;
+    const std::shared_ptr<ViewController> before = std::exchange(_controller, controller);
+    if (before) before->viewWillDisappear(false);
+    if (controller) {
+        controller->view();
+        controller->viewWillAppear(false);
+        controller->setNeedsStatusBarAppearanceUpdate();
+    }
+    if (before) {
+        before->view()->setFillsSuperview(false);
+        before->view()->removeFromSuperview();
+        before->viewDidDisappear(false);
+    }
+    // One of them may have put another in the place.
+    if (!controller || _controller != controller) return;
+    _root->insertSubview(controller->view(), 0);
+    controller->view()->setFillsSuperview(true);
+    controller->view()->layoutIfNeeded();
+    controller->viewDidAppear(false);
 }
 
 // ---- focus

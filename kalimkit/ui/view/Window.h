@@ -12,6 +12,8 @@
 
 namespace kalim::ui {
 
+class ViewController;
+
 // A finger as the host reports it.
 struct Finger {
     std::int64_t id = 0;
@@ -40,6 +42,11 @@ public:
 
     const std::shared_ptr<View>& rootView() const { return _root; }
     gfx::Size size() const { return _size; }
+    // Whose view fills the window, under what else is in the root view; null, as at first, for
+    // none. The one before disappears and the new one appears; each is told before and after. The
+    // window holds it until another comes or the window goes.
+    const std::shared_ptr<ViewController>& rootViewController() const { return _controller; }
+    void setRootViewController(std::shared_ptr<ViewController> controller);
     // Resizes the root view, takes the screen's scale anew and damages everything.
     void setSize(gfx::Size size);
 
@@ -114,6 +121,9 @@ private:
     gfx::Size _size;
     double _scale;
     std::shared_ptr<View> _root;
+    std::shared_ptr<ViewController> _controller;
+    // The environment's list of windows, this one among them.
+    std::shared_ptr<std::vector<Window*>> _windows;
     Touches _touches;
     std::weak_ptr<View> _firstResponder;
     Damage _damage;

@@ -210,11 +210,16 @@ std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, cons
     std::ranges::stable_partition(recognizers,
                                   [](const auto& recognizer) { return recognizer->isAwaited(); });
     for (const auto& recognizer : recognizers) {
-        TouchEvent event{touchesWithin(view, changed), touchesWithin(view, all), now()};
+        if (phase == TouchPhase::Began) recognizer->screen(touchesWithin(view, changed));
+        const auto seenBy = [&](const Touches& touches) {
+            return filtered(touchesWithin(view, touches),
+                            [&](const TouchRef& touch) { return !recognizer->isRefused(touch); });
+        };
+        TouchEvent event{seenBy(changed), seenBy(all), now()};
         std::erase_if(event.touches,
                       [phase](const TouchRef& touch) { return touch->_phase != phase; });
         if (event.touches.empty() || recognizer->view() != &view) continue;
-        const bool isRecognized = recognizer->feed(phase, event, touchesWithin(view, _touches));
+        const bool isRecognized = recognizer->feed(phase, event, seenBy(_touches));
         if (!isRecognized || !recognizer->cancelsTouches()) continue;
         std::ranges::move(withhold(event.allTouches), std::back_inserter(taken));
     }
