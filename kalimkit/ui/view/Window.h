@@ -31,7 +31,7 @@ struct FrameCost {
 
 // The root of a view tree: turns what a host reports into touches, and damaged views into pixels.
 // The host draws surface() to its screen after display(), and has the run loop's frame handler call
-// display(). It does not destroy the window from within one of its calls.
+// display(). Whoever handles a touch may destroy the window; nothing that it calls otherwise may.
 class KALIM_API Window : public Responder {
 public:
     // Size in points; the scale is that of the current environment's screen.
@@ -98,6 +98,7 @@ public:
 private:
     friend class View;
     using Touches = std::vector<TouchRef>;
+    using Life = std::weak_ptr<const Window*>;
 
     // ---- touches (WindowTouches.cpp)
     TouchRef touchWithId(std::int64_t id) const;
@@ -110,7 +111,7 @@ private:
     static Touches withhold(const Touches& touches);
     void sendCancelled(const Touches& cancelled, const Touches& all);
     void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
-    void finishEvent();
+    void finishEvent(const Life& life);
 
     void setFirstResponder(const std::shared_ptr<View>& view);
     void requestLayout();
@@ -118,6 +119,8 @@ private:
     bool prepareSurface();
     void draw(const gfx::Rect& rect);
 
+    // Goes with the window.
+    std::shared_ptr<const Window*> _life = std::make_shared<const Window*>(this);
     gfx::Size _size;
     double _scale;
     std::shared_ptr<View> _root;

@@ -8,9 +8,9 @@
 // A touch goes from the host to its view in three steps: every recogniser of the view and of its
 // ancestors is fed; views whose touches a recogniser has taken are told that these are cancelled;
 // what is left goes to the views. Handlers may do anything on the way: take views away, cancel
-// touches, even report fingers. So each step looks again at what a touch has become: it is withheld
-// from its view once that was told of its end, and for recognisers its phase is no longer that of
-// the delivery.
+// touches, even report fingers or let go of the window. So each step looks again at what a touch
+// has become: it is withheld from its view once that was told of its end, and for recognisers its
+// phase is no longer that of the delivery.
 
 namespace kalim::ui {
 
@@ -86,16 +86,18 @@ Time now() {
 // ---- from the host
 
 void Window::fingersBegan(const std::vector<Finger>& fingers) {
+    const Life life = _life;
     rest();
     Touches landed;
     for (const Finger& finger : fingers) {
         if (const TouchRef touch = land(finger)) landed.push_back(touch);
     }
     deliver(TouchPhase::Began, landed, Touches(_touches));
-    finishEvent();
+    finishEvent(life);
 }
 
 void Window::fingersMoved(const std::vector<Finger>& fingers) {
+    const Life life = _life;
     rest();
     Touches moved;
     for (const Finger& finger : fingers) {
@@ -107,10 +109,11 @@ void Window::fingersMoved(const std::vector<Finger>& fingers) {
         if (!holds(moved, touch)) moved.push_back(touch);
     }
     deliver(TouchPhase::Moved, moved, Touches(_touches));
-    finishEvent();
+    finishEvent(life);
 }
 
 void Window::fingersEnded(const std::vector<Finger>& fingers) {
+    const Life life = _life;
     rest();
     Touches ended;
     for (const Finger& finger : fingers) {
@@ -120,10 +123,11 @@ void Window::fingersEnded(const std::vector<Finger>& fingers) {
         ended.push_back(touch);
     }
     lift(ended, TouchPhase::Ended);
-    finishEvent();
+    finishEvent(life);
 }
 
 void Window::fingersCancelled(const std::vector<Finger>& fingers) {
+    const Life life = _life;
     rest();
     lift(filtered(_touches,
                   [&fingers](const TouchRef& touch) {
@@ -131,7 +135,7 @@ void Window::fingersCancelled(const std::vector<Finger>& fingers) {
                              std::ranges::find(fingers, touch->id(), &Finger::id) != fingers.end();
                   }),
          TouchPhase::Cancelled);
-    finishEvent();
+    finishEvent(life);
 }
 
 void Window::cancelTouchesIn(const View& subtree) {
@@ -192,19 +196,24 @@ void Window::lift(const Touches& lifted, TouchPhase phase) {
 
 void Window::deliver(TouchPhase phase, const Touches& changed, const Touches& all) {
     if (changed.empty()) return;
+    const Life life = _life;
     // Held until the end, whatever becomes of them meanwhile.
     const Views receivers = chainsOf(all);
     Touches taken;
-    for (const auto& view : receivers)
+    for (const auto& view : receivers) {
         std::ranges::move(feedRecognizers(*view, phase, changed, all), std::back_inserter(taken));
+        if (life.expired()) return;
+    }
     sendCancelled(taken, all);
-    for (const auto& view : receivers)
-        send(*view, phase, changed, all);
+    for (const auto& view : receivers) {
+        if (!life.expired()) send(*view, phase, changed, all);
+    }
 }
 
 // Returns the touches that a recogniser has now taken from views that know of them.
 std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, const Touches& changed,
                                               const Touches& all) {
+    const Life life = _life;
     Touches taken;
     std::vector<std::shared_ptr<GestureRecognizer>> recognizers = view.gestureRecognizers();
     std::ranges::stable_partition(recognizers,
@@ -220,6 +229,7 @@ std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, cons
                       [phase](const TouchRef& touch) { return touch->_phase != phase; });
         if (event.touches.empty() || recognizer->view() != &view) continue;
         const bool isRecognized = recognizer->feed(phase, event, seenBy(_touches));
+        if (life.expired()) return taken;
         if (!isRecognized || !recognizer->cancelsTouches()) continue;
         std::ranges::move(withhold(event.allTouches), std::back_inserter(taken));
     }
@@ -271,9 +281,9 @@ void Window::send(View& view, TouchPhase phase, const Touches& changed, const To
     tell(view, phase, event);
 }
 
-void Window::finishEvent() {
-    Environment::current().runLoop().drain();
-    display();
+void Window::finishEvent(const Life& life) {
+    if (!life.expired()) Environment::current().runLoop().drain();
+    if (!life.expired()) display();
 }
 
 }  // namespace kalim::ui
