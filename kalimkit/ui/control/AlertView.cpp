@@ -16,7 +16,7 @@ constexpr double sideInset = 16;
 constexpr double verticalInset = 20;
 constexpr double textGap = 4;
 constexpr double buttonHeight = 44;
-constexpr double cornerRadius = 13;
+constexpr double panelRadius = 13;
 // That a long message leaves free above and below the panel.
 constexpr double windowInset = 24;
 const gfx::Font titleFont{"", 17, true};
@@ -82,7 +82,7 @@ void AlertView::init(const gfx::Rect& frame) {
     setMultipleTouchEnabled(true);
     _panel = View::initWithFrame({});
     _panel->setBackgroundColor(gfx::makeColor(panelColor));
-    _panel->setCornerRadius(cornerRadius);
+    _panel->setCornerRadius(panelRadius);
     _panel->setClipsToBounds(true);
     addSubview(_panel);
     _title = addLabel(_alert.title, titleFont);
