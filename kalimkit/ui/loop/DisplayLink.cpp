@@ -6,12 +6,12 @@
 namespace kalim::ui {
 
 DisplayLink::DisplayLink(RunLoop& loop, std::function<void(Time)> tick)
-    : _loop(loop), _tick(std::make_shared<const std::function<void(Time)>>(std::move(tick))) {
-    _loop.addLink(*this);
+    : _loop(&loop), _tick(std::make_shared<const std::function<void(Time)>>(std::move(tick))) {
+    _loop->addLink(*this);
 }
 
 DisplayLink::~DisplayLink() {
-    _loop.removeLink(*this);
+    if (_loop) _loop->removeLink(*this);
 }
 
 void DisplayLink::setFrameInterval(int ticks) {

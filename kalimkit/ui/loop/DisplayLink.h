@@ -12,7 +12,7 @@ namespace kalim::ui {
 // starts paused. It may be destroyed within its own callback.
 class KALIM_API DisplayLink {
 public:
-    // The callback gets the tick's time. The loop must outlive the link.
+    // The callback gets the tick's time. A link that outlives its loop just never ticks again.
     DisplayLink(RunLoop& loop, std::function<void(Time)> tick);
     ~DisplayLink();
     DisplayLink(const DisplayLink&) = delete;
@@ -30,7 +30,8 @@ private:
 
     void fire(Time time);
 
-    RunLoop& _loop;
+    // Null once the loop is gone.
+    RunLoop* _loop;
     // Shared, so that it survives the link while it runs.
     std::shared_ptr<const std::function<void(Time)>> _tick;
     bool _paused = true;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kalimkit/gfx/Raise.h"
+#include "kalimkit/ui/motion/Animator.h"
 
 namespace kalim::ui {
 
@@ -50,6 +51,11 @@ void Environment::setUserDefault(const std::string& key, bool value) {
 
 void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     if (picked) picked(std::nullopt);
+}
+
+Animator& Environment::animator() {
+    if (!_animator) _animator = std::make_shared<Animator>(runLoop());
+    return *_animator;
 }
 
 }  // namespace kalim::ui

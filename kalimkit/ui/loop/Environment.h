@@ -17,6 +17,7 @@
 
 namespace kalim::ui {
 
+class Animator;
 class TextView;
 class Window;
 
@@ -91,12 +92,17 @@ public:
     // The host tells it the on-screen keyboard's height.
     Keyboard& keyboard() { return _keyboard; }
 
+    // What moves the views that animate.
+    Animator& animator();
+
     // Null at first. The configuration of the editor's shell keeps there what it has made with the
     // device, so that it lives exactly as long as the environment.
     std::shared_ptr<void>& keptPictures() { return _keptPictures; }
 
 private:
     Keyboard _keyboard;
+    // Made when the first view animates, since the run loop is the derived class's.
+    std::shared_ptr<Animator> _animator;
     std::map<std::string, bool> _userDefaults;
     std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
     std::shared_ptr<void> _keptPictures;

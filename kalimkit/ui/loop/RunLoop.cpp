@@ -24,6 +24,8 @@ RunLoop::~RunLoop() {
     // One at a time: what a dropped closure owns may cancel others while it goes.
     while (!_work.empty())
         _work.extract(_work.begin());
+    for (DisplayLink* const link : _links)
+        link->_loop = nullptr;
 }
 
 void RunLoop::async(Work work) {

@@ -33,15 +33,7 @@ gfx::Rect standardized(const gfx::Rect& rect) {
 
 }  // namespace
 
-// Makes a change that shows, with the damage before and after it.
-template <typename Change>
-void View::change(Change make) {
-    damageExtent();
-    make();
-    damageExtent();
-}
-
-// The same for properties that can be animated.
+// Changes properties that can be animated.
 template <typename Change>
 void View::change(std::initializer_list<ViewProperty> properties, Change make) {
     change([&] {
@@ -180,11 +172,18 @@ void View::setPlace(gfx::Point center, const gfx::Rect& bounds) {
     if (!isFinite(center) || !isFinite(bounds)) return;
     ViewPlace& place = _look.place;
     const bool isResized = bounds.size != place.bounds.size;
-    if (center != place.center) {
-        change({ViewProperty::Center}, [&] { place.center = center; });
-    }
-    if (bounds != place.bounds) {
-        change({ViewProperty::Bounds}, [&] { place.bounds = bounds; });
+    const bool isMoved = center != place.center;
+    const bool isRebound = bounds != place.bounds;
+    const auto set = [&] {
+        place.center = center;
+        place.bounds = bounds;
+    };
+    if (isMoved && isRebound) {
+        change({ViewProperty::Center, ViewProperty::Bounds}, set);
+    } else if (isMoved) {
+        change({ViewProperty::Center}, set);
+    } else if (isRebound) {
+        change({ViewProperty::Bounds}, set);
     }
     if (!isResized) return;
     setNeedsLayout();
@@ -244,7 +243,11 @@ void View::setHidden(bool hidden) {
 void View::setBackgroundColor(gfx::ColorRef color) {
     const auto set = [&] { _look.backgroundColor = std::move(color); };
     if (gfx::equalColors(color, _look.backgroundColor)) return set();
-    change({ViewProperty::BackgroundColor}, set);
+    if (_motion) return change({ViewProperty::BackgroundColor}, set);
+    startMotion({ViewProperty::BackgroundColor});
+    set();
+    settleMotion();
+    setNeedsDisplay();
 }
 
 void View::setClipsToBounds(bool clips) {

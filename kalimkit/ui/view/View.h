@@ -224,10 +224,16 @@ private:
     gfx::Rect extent() const;
     gfx::Rect contentExtent() const;
     gfx::Rect withShadow(const gfx::Rect& rect) const;
+    gfx::Rect withCasters(const gfx::Rect& rect) const;
     void damage(gfx::Rect rect);
     void damageExtent() { damage(contentExtent()); }
+    // Makes a change that shows, with the damage before and after it.
     template <typename Change>
-    void change(Change make);
+    void change(Change make) {
+        damageExtent();
+        make();
+        damageExtent();
+    }
     template <typename Change>
     void change(std::initializer_list<ViewProperty> properties, Change make);
     void setPlace(gfx::Point center, const gfx::Rect& bounds);
@@ -255,11 +261,12 @@ private:
 
     // ---- painting (ViewDrawing.cpp)
     int paint(gfx::Context& context, const gfx::Rect& dirty);
-    bool isComposed() const;
+    bool isBackgroundAlone() const;
     int paintContent(gfx::Context& context, const gfx::Rect& dirty);
+    gfx::Rect clipContent(gfx::Context& context, const gfx::Rect& dirty);
     int paintOwn(gfx::Context& context, const gfx::Rect& dirty);
     int paintBackground(gfx::Context& context);
-    void paintDrawing(gfx::Context& context, const gfx::Rect& dirty);
+    gfx::AffineTransform drawnToShown() const;
 
     std::vector<std::shared_ptr<View>> _subviews;
     View* _superview = nullptr;

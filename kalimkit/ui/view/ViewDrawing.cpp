@@ -1,5 +1,7 @@
 #include "kalimkit/gfx/GraphicsState.h"
+#include "kalimkit/gfx/RoundedRect.h"
 #include "kalimkit/ui/view/View.h"
+#include "kalimkit/ui/view/ViewDecoration.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim::ui {
@@ -20,28 +22,61 @@ private:
     gfx::Context& _context;
 };
 
+// How far a shadow's edge reaches, in standard deviations of its blur, and what rounding to pixels
+// may add, points.
+constexpr double shadowDeviations = 4;
+constexpr double shadowRounding = 2;
+
 }  // namespace
 
 // ---- marking
 
 void View::setNeedsDisplay() {
-    damage(_bounds);
+    damage(shown().place.bounds);
 }
 
 void View::setNeedsDisplay(const gfx::Rect& rect) {
-    damage(rect.intersection(_bounds));
+    damage(drawnToShown().apply(rect.intersection(bounds())));
 }
 
-// All that the view shows, what its subviews show outside the bounds included; own coordinates.
+// All that the view shows, its shadow and what its subviews show outside the bounds included; own
+// coordinates.
 gfx::Rect View::extent() const {
-    gfx::Rect all = _bounds;
+    return withShadow(contentExtent());
+}
+
+gfx::Rect View::contentExtent() const {
+    gfx::Rect all = shown().place.bounds;
     if (_clipsToBounds) return all;
-    for (const auto& subview : _subviews) {
-        if (!subview->isShown()) continue;
-        const gfx::Rect place = subview->toSuperview().apply(subview->extent());
+    const auto include = [&all](const gfx::Rect& place) {
         if (!place.isEmpty()) all = all.isEmpty() ? place : all.unionWith(place);
+    };
+    for (const auto& layer : shapeLayers())
+        include(layer->extent());
+    for (const auto& subview : _subviews) {
+        if (subview->isShown()) include(subview->shownToSuperview().apply(subview->extent()));
     }
     return all;
+}
+
+// The rectangle with the shadow of what is in it. Shadows are measured in the window's points.
+gfx::Rect View::withShadow(const gfx::Rect& rect) const {
+    if (!_decoration || !_decoration->shadow || rect.isEmpty()) return rect;
+    gfx::AffineTransform toOwn = shownToWindow().inverted();
+    toOwn.tx = toOwn.ty = 0;
+    const double edge = _decoration->shadow->blur / 2 * shadowDeviations + shadowRounding;
+    const double reach = edge * toOwn.largestStretch();
+    const gfx::Point offset = toOwn.apply(_decoration->shadow->offset);
+    return rect.unionWith(rect.offset(offset).inset(-reach, -reach));
+}
+
+// Where what casts a shadow on the rectangle may be.
+gfx::Rect View::withCasters(const gfx::Rect& rect) const {
+    const gfx::Point middle = rect.center();
+    const gfx::Rect shadowed = withShadow(rect);
+    // Seen from the shadow, its caster lies on the other side.
+    return rect.unionWith(
+        {middle * 2 - gfx::Point{shadowed.maxX(), shadowed.maxY()}, shadowed.size});
 }
 
 // Tells the window about the part of the rectangle that shows.
@@ -50,9 +85,10 @@ void View::damage(gfx::Rect rect) {
     const View* view = this;
     while (true) {
         if (!view->isShown()) return;
-        if (view->_clipsToBounds) rect = rect.intersection(view->_bounds);
+        const ViewPlace& place = view->shown().place;
+        if (view->_clipsToBounds) rect = rect.intersection(place.bounds);
         if (rect.isEmpty()) return;
-        rect = view->toSuperview().apply(rect);
+        rect = place.toSuperview().apply(view->withShadow(rect));
         if (!view->_superview) break;
         view = view->_superview;
     }
@@ -83,32 +119,40 @@ void View::drawRect(gfx::Context& /*context*/, const gfx::Rect& /*dirty*/) {}
 
 // In superview coordinates.
 int View::paint(gfx::Context& context, const gfx::Rect& dirty) {
-    const gfx::AffineTransform toHere = toSuperview();
+    const gfx::AffineTransform toHere = shownToSuperview();
     if (!isShown() || !toHere.isInvertible()) return 0;
     const gfx::Rect own = toHere.inverted().apply(dirty);
     if (!extent().intersects(own)) return 0;
     const gfx::GraphicsStateGuard guard(context);
     context.concat(toHere);
-    if (_alpha == 1) return paintContent(context, own);
-    context.setAlpha(_alpha);
-    // A background alone is one fill, which takes the alpha by itself.
-    if (_isPlain && _subviews.empty()) return paintContent(context, own);
+    const auto shadow = this->shadow();
+    if (shownAlpha() == 1 && !shadow) return paintContent(context, own);
+    context.setAlpha(shownAlpha());
+    if (shadow) context.setShadow(*shadow);
+    // A background alone is one fill, which takes the alpha and casts the shadow by itself.
+    if (isBackgroundAlone()) return paintBackground(context);
     const TransparencyGroup group(context);
-    return paintContent(context, own);
+    return paintContent(context, shadow ? withCasters(own) : own);
+}
+
+bool View::isBackgroundAlone() const {
+    return _isPlain && _subviews.empty() && shapeLayers().empty() && !mask();
 }
 
 void View::renderIn(gfx::Context& context) {
     layoutIfNeeded();
     const gfx::GraphicsStateGuard guard(context);
-    context.translate(-_bounds.minX(), -_bounds.minY());
-    paintContent(context, _bounds);
+    const gfx::Rect& shownBounds = shown().place.bounds;
+    context.translate(-shownBounds.minX(), -shownBounds.minY());
+    paintContent(context, shownBounds);
 }
 
 int View::paintContent(gfx::Context& context, const gfx::Rect& dirty) {
-    const bool isCut = _clipsToBounds && !_bounds.contains(dirty);
-    if (isCut) context.clipToRect(_bounds);
-    const gfx::Rect visible = isCut ? dirty.intersection(_bounds) : dirty;
+    const gfx::Rect visible = clipContent(context, dirty);
     int drawn = paintOwn(context, visible);
+    for (const auto& layer : shapeLayers()) {
+        if (layer->extent().intersects(visible)) layer->draw(context);
+    }
     // A copy: drawing is not to change the tree, but it must not crash if it does.
     const std::vector<std::shared_ptr<View>> subviews = _subviews;
     for (const auto& subview : subviews)
@@ -116,18 +160,66 @@ int View::paintContent(gfx::Context& context, const gfx::Rect& dirty) {
     return drawn;
 }
 
-int View::paintOwn(gfx::Context& context, const gfx::Rect& dirty) {
-    const gfx::Rect visible = dirty.intersection(_bounds);
-    if (visible.isEmpty() || (_isPlain && !_backgroundColor)) return 0;
-    const gfx::GraphicsStateGuard guard(context);
-    if (_backgroundColor) {
-        context.setFillColor(*_backgroundColor);
-        context.fillRect(_bounds);
+// The part of the dirty rectangle that is left.
+gfx::Rect View::clipContent(gfx::Context& context, const gfx::Rect& dirty) {
+    if (const auto cut = mask()) {
+        context.beginPath();
+        context.addPath(cut->shownOutline());
+        context.clip();
     }
+    const gfx::Rect& shownBounds = shown().place.bounds;
+    const bool isRound = cornerRadius() > 0;
+    if (!_clipsToBounds || (!isRound && shownBounds.contains(dirty))) return dirty;
+    if (isRound) {
+        context.beginPath();
+        context.addPath(gfx::roundedRect(shownBounds, cornerRadius()));
+        context.clip();
+    } else {
+        context.clipToRect(shownBounds);
+    }
+    return dirty.intersection(shownBounds);
+}
+
+int View::paintOwn(gfx::Context& context, const gfx::Rect& dirty) {
+    const gfx::Rect& shownBounds = shown().place.bounds;
+    const gfx::Rect visible = dirty.intersection(shownBounds);
+    if (visible.isEmpty() || (_isPlain && !shown().backgroundColor)) return 0;
+    const gfx::GraphicsStateGuard guard(context);
+    paintBackground(context);
     if (_isPlain) return 1;
-    if (!_bounds.contains(dirty)) context.clipToRect(_bounds);
-    drawRect(context, visible);
+    if (!shownBounds.contains(dirty)) context.clipToRect(shownBounds);
+    const gfx::AffineTransform toShown = drawnToShown();
+    if (toShown.isIdentity()) {
+        drawRect(context, visible);
+    } else if (toShown.isInvertible()) {
+        context.concat(toShown);
+        drawRect(context, toShown.inverted().apply(visible));
+    }
     return 1;
+}
+
+int View::paintBackground(gfx::Context& context) {
+    const gfx::ColorRef& color = shown().backgroundColor;
+    if (!color) return 0;
+    context.setFillColor(*color);
+    if (cornerRadius() == 0) {
+        context.fillRect(shown().place.bounds);
+    } else {
+        context.beginPath();
+        context.addPath(gfx::roundedRect(shown().place.bounds, cornerRadius()));
+        context.fill();
+    }
+    return 1;
+}
+
+// The view draws itself in its final size; until that is reached, the drawing is stretched.
+gfx::AffineTransform View::drawnToShown() const {
+    const gfx::Rect& to = shown().place.bounds;
+    if (to == bounds() || bounds().isEmpty()) return {};
+    return gfx::AffineTransform::translation(-bounds().origin)
+        .concat(gfx::AffineTransform::scaling(to.size.width / bounds().size.width,
+                                              to.size.height / bounds().size.height))
+        .concat(gfx::AffineTransform::translation(to.origin));
 }
 
 }  // namespace kalim::ui

@@ -1,0 +1,69 @@
+#include "kalimkit/ui/motion/Animator.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/ui/motion/AnimationRun.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim::ui {
+
+namespace {
+
+// Adds an entry to a list for the length of a scope, whatever way it is left.
+class Pushed {
+public:
+    using Runs = std::vector<std::shared_ptr<AnimationRun>>;
+
+    Pushed(Runs& runs, std::shared_ptr<AnimationRun> run) : _runs(runs) {
+        _runs.push_back(std::move(run));
+    }
+    ~Pushed() { _runs.pop_back(); }
+    Pushed(const Pushed&) = delete;
+    Pushed& operator=(const Pushed&) = delete;
+
+private:
+    Runs& _runs;
+};
+
+}  // namespace
+
+Animator::Animator(RunLoop& loop) : _loop(loop), _link(loop, [this](Time time) { tick(time); }) {}
+
+void Animator::animate(const AnimationOptions& options, const std::function<void()>& changes,
+                       std::function<void(bool finished)> completion) {
+    const auto run = std::make_shared<AnimationRun>(options, now(), std::move(completion));
+    perform(run->isImmediate() ? nullptr : run, changes);
+    _loop.at(run->end(), [&loop = _loop, run] { run->finish(loop.now()); });
+}
+
+void Animator::performWithoutAnimation(const std::function<void()>& changes) {
+    perform(nullptr, changes);
+}
+
+void Animator::perform(std::shared_ptr<AnimationRun> run, const std::function<void()>& changes) {
+    const Pushed pushed(_runs, std::move(run));
+    if (changes) changes();
+}
+
+std::shared_ptr<AnimationRun> Animator::currentRun() const {
+    return _runs.empty() ? nullptr : _runs.back();
+}
+
+void Animator::add(const std::shared_ptr<View>& view) {
+    _link.setPaused(false);
+    const bool isKnown = std::ranges::any_of(
+        _views, [&view](const std::weak_ptr<View>& known) { return known.lock() == view; });
+    if (!isKnown) _views.push_back(view);
+}
+
+// Moving a view runs nobody else's code, so the list stays as it is meanwhile.
+void Animator::tick(Time time) {
+    std::erase_if(_views, [time](const std::weak_ptr<View>& entry) {
+        const auto view = entry.lock();
+        return !view || !view->advanceMotion(time);
+    });
+    _link.setPaused(_views.empty());
+}
+
+}  // namespace kalim::ui

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/loop/DisplayLink.h"
+#include "kalimkit/ui/motion/AnimationOptions.h"
+
+namespace kalim::ui {
+
+class AnimationRun;
+class View;
+
+// Moves what animates at every display tick. While nothing does, it does not tick.
+class KALIM_API Animator {
+public:
+    explicit Animator(RunLoop& loop);
+
+    Time now() const { return _loop.now(); }
+
+    // As View::animate and View::performWithoutAnimation.
+    void animate(const AnimationOptions& options, const std::function<void()>& changes,
+                 std::function<void(bool finished)> completion);
+    void performWithoutAnimation(const std::function<void()>& changes);
+    // What changes made at this moment belong to; null when they show at once.
+    std::shared_ptr<AnimationRun> currentRun() const;
+
+    // Moves the view at every tick from now on, until it says that it stands still.
+    void add(const std::shared_ptr<View>& view);
+
+private:
+    void perform(std::shared_ptr<AnimationRun> run, const std::function<void()>& changes);
+    void tick(Time time);
+
+    RunLoop& _loop;
+    DisplayLink _link;
+    std::vector<std::weak_ptr<View>> _views;
+    // One for each call of animate that is on; null for performWithoutAnimation.
+    std::vector<std::shared_ptr<AnimationRun>> _runs;
+};
+
+}  // namespace kalim::ui

@@ -1,0 +1,33 @@
+#include "kalimkit/ui/motion/SpringCurve.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kalim::ui {
+
+namespace {
+
+constexpr double leastDamping = 0.05;
+// The swing dies away as e to the minus this power of the share of time. A critically damped spring
+// is a thousandth short of its target at the end.
+constexpr double decay = 9.2334;
+
+}  // namespace
+
+double springShare(const Spring& spring, double share, double duration) {
+    if (!(share > 0)) return 0;
+    if (share >= 1) return 1;
+    const double damping =
+        std::isnan(spring.dampingRatio) ? 1 : std::clamp(spring.dampingRatio, leastDamping, 1.0);
+    const double velocity =
+        std::isfinite(spring.initialVelocity) ? spring.initialVelocity * duration : 0;
+    const double envelope = std::exp(-decay * share);
+    // The damped oscillator's displacement, from 1 towards 0, that begins with this velocity.
+    const double slope = decay - velocity;
+    if (damping == 1) return 1 - envelope * (1 + slope * share);
+    const double frequency = decay / damping * std::sqrt(1 - damping * damping);
+    const double phase = frequency * share;
+    return 1 - envelope * (std::cos(phase) + slope / frequency * std::sin(phase));
+}
+
+}  // namespace kalim::ui

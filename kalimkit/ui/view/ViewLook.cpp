@@ -1,0 +1,13 @@
+#include "kalimkit/ui/view/ViewLook.h"
+
+namespace kalim::ui {
+
+gfx::AffineTransform ViewPlace::toSuperview() const {
+    const gfx::Point middle = bounds.center();
+    // Without a transform nothing but the two points is added, so that frames come out exact.
+    if (transform.isIdentity()) return gfx::AffineTransform::translation(center - middle);
+    return gfx::AffineTransform::translation(-middle).concat(transform).concat(
+        gfx::AffineTransform::translation(center));
+}
+
+}  // namespace kalim::ui
