@@ -1,0 +1,172 @@
+#include "kalimkit/shell/bar/TesselTopTool.h"
+
+#include "kalimkit/shell/config/FrameworkImages.h"
+#include "kalimkit/shell/config/HexColor.h"
+#include "kalimkit/shell/config/TallPhone.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double sideMargin = 15;
+constexpr double moreSide = 44;
+constexpr double moreGap = 10;
+constexpr double stepSide = 38;
+constexpr double stepGap = 10;
+// Below the middle of the bar, clear of the status area of a tall phone.
+constexpr double tallPhoneShift = 12;
+
+std::string localized(const std::string& text) {
+    return ui::Environment::current().localizedString(text);
+}
+
+}  // namespace
+
+// ---- making
+
+std::shared_ptr<TesselTopTool> TesselTopTool::init() {
+    struct Constructible : TesselTopTool {};
+    const std::shared_ptr<TesselTopTool> bar = std::make_shared<Constructible>();
+    bar->init(gfx::Rect{});
+    return bar;
+}
+
+void TesselTopTool::init(const gfx::Rect& frame) {
+    View::init(frame);
+    setBackgroundColor(colorWithHexStringAlpha("1d1d1d", 0.85));
+    setAccessibilityRole(ui::AccessibilityRole::Group);
+    setAccessibilityLabel(localized("工具栏"));
+    initSubviews();
+    setUndoEnableRedoEnable(false, false);
+}
+
+void TesselTopTool::initSubviews() {
+    _closeButton = ui::Button::initWithFrame({});
+    _confirmButton = TesselButton::initWithFrame({});
+    _doneButton = ui::Button::initWithFrame({});
+    _moreButton = ui::Button::initWithFrame({});
+    _undoButton = ui::Button::initWithFrame({});
+    _redoButton = ui::Button::initWithFrame({});
+    _wrapView = ui::View::initWithFrame({});
+    prepareTitled(*_closeButton, "关闭", &TesselTopTool::handleClose);
+    prepareTitled(*_confirmButton, "发送", &TesselTopTool::handleConfirm);
+    prepareTitled(*_doneButton, "完成", &TesselTopTool::handleDone);
+    preparePictured(*_moreButton, "更多", "icon_tool_more", &TesselTopTool::handleMore);
+    preparePictured(*_undoButton, "撤销", "icon_tool_undo", &TesselTopTool::handleUndo);
+    preparePictured(*_redoButton, "重做", "icon_tool_redo", &TesselTopTool::handleRedo);
+    for (const auto& [button, image] : {std::pair{_undoButton, "icon_tool_undo_disable"},
+                                        std::pair{_redoButton, "icon_tool_redo_disable"}}) {
+        button->setImage(imageNamedForFramework(image), ui::ControlState::Disabled);
+        _wrapView->addSubview(button);
+    }
+    _doneButton->setHidden(true);
+    _moreButton->setHidden(true);
+    addSubview(_closeButton);
+    addSubview(_wrapView);
+    addSubview(_moreButton);
+    addSubview(_confirmButton);
+    addSubview(_doneButton);
+}
+
+void TesselTopTool::prepareTitled(ui::Button& button, const std::string& title, Handler handler) {
+    button.setTitle(localized(title));
+    button.setTitleFont({"", 16});
+    button.setTitleColor(gfx::makeColor(1, 1, 1));
+    button.setTitleColor(gfx::makeColor(1, 1, 1, 0.8), ui::ControlState::Highlighted);
+    button.setTitleColor(gfx::makeColor(1, 1, 1, 0.2), ui::ControlState::Disabled);
+    button.addAction(ui::ControlEvent::TouchUpInside,
+                     [weak = weak_from_this(), handler](ui::Control&) {
+                         const auto bar = std::static_pointer_cast<TesselTopTool>(weak.lock());
+                         if (bar) (bar.get()->*handler)();
+                     });
+}
+
+void TesselTopTool::preparePictured(ui::Button& button, const std::string& label,
+                                    const std::string& image, Handler handler) {
+    prepareTitled(button, {}, handler);
+    button.setImage(imageNamedForFramework(image));
+    button.setAccessibilityLabel(localized(label));
+}
+
+// ---- layout
+
+void TesselTopTool::layoutSubviews() {
+    const bool isTall = isTallPhone(ui::Environment::current().screen());
+    const double line = bounds().midY() + (isTall ? tallPhoneShift : 0);
+    const auto placeAt = [line](ui::View& view, double left, gfx::Size size) {
+        view.setFrame({left, line - size.height / 2, size.width, size.height});
+    };
+    const double right = bounds().maxX() - sideMargin;
+    const gfx::Size confirmSize = _confirmButton->intrinsicContentSize();
+    const gfx::Size doneSize = _doneButton->intrinsicContentSize();
+    placeAt(*_closeButton, bounds().minX() + sideMargin, _closeButton->intrinsicContentSize());
+    placeAt(*_confirmButton, right - confirmSize.width, confirmSize);
+    placeAt(*_doneButton, right - doneSize.width, doneSize);
+    placeAt(*_moreButton, _confirmButton->frame().minX() - moreGap - moreSide,
+            {moreSide, moreSide});
+    const double steps = 2 * stepSide + stepGap;
+    placeAt(*_wrapView, bounds().midX() - steps / 2, {steps, stepSide});
+    _undoButton->setFrame({0, 0, stepSide, stepSide});
+    _redoButton->setFrame({stepSide + stepGap, 0, stepSide, stepSide});
+}
+
+// ---- state
+
+void TesselTopTool::setCloseTitleConfirmTitle(std::string closeTitle, std::string confirmTitle) {
+    _closeButton->setTitle(std::move(closeTitle));
+    _confirmButton->setTitle(std::move(confirmTitle));
+    setNeedsLayout();
+}
+
+void TesselTopTool::setUndoEnableRedoEnable(bool undo, bool redo) {
+    _undoButton->setEnabled(undo);
+    _redoButton->setEnabled(redo);
+}
+
+void TesselTopTool::setEditMode(bool isEditing) {
+    _doneButton->setHidden(!isEditing);
+    _confirmButton->setHidden(isEditing);
+    _closeButton->setHidden(isEditing);
+    _undoButton->setHidden(isEditing);
+    _redoButton->setHidden(isEditing);
+}
+
+// ---- what the buttons do
+
+void TesselTopTool::handleClose() {
+    const auto alive = shared_from_this();
+    const auto delegate = _delegate.lock();
+    if (!delegate || !delegate->canContinueClose()) return;
+    send(&TesselTopToolDelegate::clickToolClose);
+}
+
+void TesselTopTool::handleConfirm() {
+    send(&TesselTopToolDelegate::clickToolConfirm);
+}
+
+void TesselTopTool::handleMore() {
+    send(&TesselTopToolDelegate::clickToolMore);
+}
+
+void TesselTopTool::handleUndo() {
+    send(&TesselTopToolDelegate::clickToolUndo);
+}
+
+void TesselTopTool::handleRedo() {
+    send(&TesselTopToolDelegate::clickToolRedo);
+}
+
+void TesselTopTool::handleDone() {
+    send(&TesselTopToolDelegate::clickToolDone);
+}
+
+void TesselTopTool::send(Message message) {
+    const auto alive = shared_from_this();
+    const auto delegate = _delegate.lock();
+    if (!delegate) return;
+    delegate->clickTool();
+    (delegate.get()->*message)();
+}
+
+}  // namespace kalim
