@@ -48,6 +48,8 @@ public:
     // rectangle that the delegate allows.
     void startEdittingText();
     void stopEdittingText();
+    // The canvas is shown elsewhere while the text is edited: view points have moved so.
+    void moveTextView(const gfx::AffineTransform& toNewView);
     // The text view of the next edit is put into this view, which is not owned.
     void setSuperView(std::weak_ptr<ui::View> view) { _superView = std::move(view); }
     bool isEdittingText() const { return _isEdittingText; }

@@ -195,6 +195,17 @@ void MDrawText::updateTextViewSuitableFrame() {
     tell(&MDrawTextDelegate::drawTextAskForRedraw);
 }
 
+void MDrawText::moveTextView(const gfx::AffineTransform& toNewView) {
+    if (!_isEdittingText) return;
+    const double scale = getCurrentCtxScale();
+    gfx::Font font = _textView->font();
+    font.size = scale * _fontSize;
+    _textView->setFontSize(font.size);
+    _textView->setFont(font);
+    _textView->setFrame(toNewView.apply(tidyFrame(*_textView)));
+    updateTextViewSuitableFrame();
+}
+
 // ---- keyboard
 
 void MDrawText::registKeyboardNotification() {

@@ -4,29 +4,10 @@
 #include <cmath>
 #include <utility>
 
-#include "kalimkit/canvas/view/PictureLayout.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
-#include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "kalimkit/shapes/MDrawLine.h"
 
 namespace kalim {
-
-namespace {
-
-// A side that comes out below a point is given one: a very flat picture is squeezed rather than
-// lost. Where there is no room at all, the picture stays as it is.
-gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
-    const gfx::ImageRef fitted =
-        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false);
-    if (fitted || box.isEmpty()) return fitted ? fitted : image;
-    const gfx::PixelSize raster = image->pixelSize();
-    const double factor = std::min(box.width / raster.width, box.height / raster.height);
-    const gfx::ImageRef squeezed = MDrawImageUtil::resizedImageToSize(
-        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)});
-    return squeezed ? squeezed : image;
-}
-
-}  // namespace
 
 // ---- making
 
@@ -50,6 +31,7 @@ void MDrawView::init(const gfx::Rect& frame) {
     _drawFreeLineHelper = MDrawFreeLineHelper::init();
     _drawFreeLineHelper->setDelegate(self());
     addGestures();
+    _picture.take(nullptr, bounds());
     processViewTransform();
 }
 
@@ -100,6 +82,7 @@ void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
 }
 
 void MDrawView::layoutSubviews() {
+    fitIntoView();
     processViewTransform();
     updateLayers();
 }
@@ -113,20 +96,12 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     _drawFreeLineHelper->reset();
     clearSelection();
     resetView();
-    _sourceImg = _bgImg = MDrawImageUtil::fixOrientation(image);
-    if (_bgImg && _bgImg->size() != bounds().size) {
-        _bgImg = fittedInto(bounds().size, _bgImg);
-    }
-    _bgImgRect = _bgImg ? getDrawImageRect() : gfx::Rect{};
-    _ctxRect = _bgImgRect;
+    _picture.take(image, bounds());
+    _ctxRect = bgImgRect();
     forgetMosaic();
     processViewTransform();
     clearTools();
     invalidateLayers();
-}
-
-gfx::Rect MDrawView::getDrawImageRect() const {
-    return centredRect(_bgImg->size(), bounds());
 }
 
 void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {

@@ -11,6 +11,7 @@
 #include "kalimkit/canvas/model/MDrawLogUtil.h"
 #include "kalimkit/canvas/model/MUndoManager.h"
 #include "kalimkit/canvas/view/CanvasLayers.h"
+#include "kalimkit/canvas/view/CanvasPicture.h"
 #include "kalimkit/canvas/view/DrawnTools.h"
 #include "kalimkit/canvas/view/MDrawMutableSelect.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
@@ -34,7 +35,9 @@ class ViewAnimation;
 // The canvas: the picture and the tools drawn over it. It turns touches into new tools, selections,
 // moves and rotations, records each complete step for undo, shows everything, and exports the
 // composite. Lengths are points; "canvas" points are those of the picture and the tools, which
-// zoom, pan and rotation map to the view's own.
+// zoom, pan and rotation map to the view's own. The first size that the view has with a picture
+// settles them; when it gets another one, the canvas is shown fitted and centred in it, unzoomed,
+// and nothing on it changes.
 class KALIM_API MDrawView : public ui::View,
                             public MUndoManagerDelegate,
                             public MDrawTextDelegate,
@@ -52,9 +55,9 @@ public:
     // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
     // The upright, fitted picture; null when there is none.
-    const gfx::ImageRef& bgImg() const { return _bgImg; }
+    const gfx::ImageRef& bgImg() const { return _picture.fitted(); }
     // Where it lies, canvas points.
-    const gfx::Rect& bgImgRect() const { return _bgImgRect; }
+    const gfx::Rect& bgImgRect() const { return _picture.rect(); }
     // The content: the picture's rectangle united with every tool's extent, canvas points.
     const gfx::Rect& ctxRect() const { return _ctxRect; }
     // The content at the screen's scale, without selection or handles, on an opaque bitmap. Ends
@@ -143,7 +146,7 @@ public:
     // ---- zoom
     // View point to canvas point.
     gfx::Point invertViewPoint(gfx::Point p) const;
-    // The factor at which the canvas is shown.
+    // The factor at which the canvas is shown, over the one that fits it into the view.
     double getScale() const;
     double contextScale() const { return _contextScale; }
     // The smallest zoom; the largest is 2.
@@ -275,7 +278,12 @@ private:
     bool refreshContextRect();
 
     // ---- zoom (MDrawViewZoom.cpp)
-    bool isScreenShot() const;
+    double shownScale() const { return getScale() * _picture.fittingScale(); }
+    bool isScreenShot() const { return _picture.fillsView(); }
+    bool fitIntoView();
+    void followView(const gfx::AffineTransform& before);
+    bool isLargerThanView() const;
+    void fitContent();
     void processViewTransform();
     bool isViewMoving() const;
     gfx::AffineTransform shownTransform() const;
@@ -304,15 +312,15 @@ private:
     // ---- rendering (MDrawViewRendering.cpp)
     void drawTool(gfx::Context& context, MDrawTool& tool);
     void drawCanvas(gfx::Context& context, const gfx::Rect& rect) const;
-    gfx::Rect shownPictureRect(const gfx::Context& context) const;
-    void drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const;
+    gfx::Rect shownPictureRect(const gfx::Context& context, const gfx::ImageRef& picture) const;
+    static void drawSnipImage(gfx::Context& context, const gfx::ImageRef& picture,
+                              const gfx::Rect& rect);
     void drawNormalItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
     void drawCreatedMosaics(gfx::Context& context);
     void settleForExport();
     void drawExportedTools(gfx::Context& context, const gfx::Rect& picture);
     void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
-    gfx::Rect getDrawImageRect() const;
 
     std::shared_ptr<MDrawView> self();
 
@@ -364,14 +372,11 @@ private:
     // Where the view belongs while a keyboard moves it; nothing while none does.
     std::optional<gfx::Rect> _selfOriginalRect;
 
-    // The picture, upright: as it was handed in, and as it is shown.
-    gfx::ImageRef _sourceImg;
-    gfx::ImageRef _bgImg;
-    // Of the shown picture; nothing until somebody needs them.
+    CanvasPicture _picture;
+    // Of the fitted picture; nothing until somebody needs them.
     std::optional<MosaicBlocks> _mosaicBlocks;
     // The delayed call that computes them; 0 for none.
     std::uint64_t _mosaicWork = 0;
-    gfx::Rect _bgImgRect;
     gfx::Rect _ctxRect;
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;

@@ -33,7 +33,7 @@ double areaLimit(const ui::Environment& environment) {
 }  // namespace
 
 gfx::Rect MDrawView::contentRect() const {
-    gfx::Rect content = _bgImg ? _bgImgRect : gfx::Rect{};
+    gfx::Rect content = _picture.rect();
     for (const ToolRef& tool : *_tools) {
         // Patches show nothing beyond the picture.
         if (isMosaic(*tool)) continue;

@@ -76,7 +76,7 @@ void MDrawView::updateLayers() {
     if (!isViewMoving()) {
         _layers.setView(bounds().size, ui::Environment::current().screen().scale, _mViewTransform);
     }
-    if (_handingTools) _handingTools->setHandleViewScale(_contextScale);
+    if (_handingTools) _handingTools->setHandleViewScale(_contextScale * _picture.fittingScale());
     const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());
     for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
         for (const gfx::Rect& rect : stale.layers[layer]) {
@@ -120,12 +120,13 @@ bool MDrawView::refreshLayers() {
 
 void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     context.setInterpolation(gfx::Interpolation::High);
-    const gfx::Rect picture = shownPictureRect(context);
+    const gfx::ImageRef& shown = _picture.shown();
+    const gfx::Rect picture = shownPictureRect(context, shown);
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
-    const double scale = ui::Environment::current().screen().scale * getScale();
-    const double pixel = _bgImg ? 1 / scale : 0;
-    drawCanvas(context, alongPicture(_ctxRect, _bgImgRect, picture.inset(pixel, pixel)));
-    drawSnipImage(context, picture);
+    const double scale = ui::Environment::current().screen().scale * shownScale();
+    const double pixel = shown ? 1 / scale : 0;
+    drawCanvas(context, alongPicture(_ctxRect, bgImgRect(), picture.inset(pixel, pixel)));
+    drawSnipImage(context, shown, picture);
     drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
         return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
     });

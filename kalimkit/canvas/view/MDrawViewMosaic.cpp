@@ -21,7 +21,7 @@ void MDrawView::forgetMosaic() {
     ui::RunLoop& loop = ui::Environment::current().runLoop();
     loop.cancel(std::exchange(_mosaicWork, 0));
     _mosaicBlocks.reset();
-    if (!_bgImg) return;
+    if (!_picture.source() || !_picture.isSettled()) return;
     const std::weak_ptr<MDrawView> weakSelf = self();
     _mosaicWork = loop.after(mosaicDelay, [weakSelf] {
         const auto view = weakSelf.lock();
@@ -32,8 +32,9 @@ void MDrawView::forgetMosaic() {
 }
 
 const MosaicBlocks& MDrawView::mosaicBlocks() {
-    if (!_mosaicBlocks && _bgImg) {
-        _mosaicBlocks.emplace(ui::Environment::current().device(), *_bgImg->pixels(), mosaicLevel);
+    if (!_mosaicBlocks && _picture.first()) {
+        _mosaicBlocks.emplace(ui::Environment::current().device(), *_picture.first()->pixels(),
+                              mosaicLevel);
     }
     static const MosaicBlocks none;
     return _mosaicBlocks ? *_mosaicBlocks : none;

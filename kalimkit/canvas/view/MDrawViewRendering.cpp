@@ -26,6 +26,8 @@ gfx::Rect grownToPixels(const gfx::Rect& rect, double scale) {
 
 void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     const auto alive = self();
+    // A new scale of the screen comes without a layout.
+    if (fitIntoView()) updateLayers();
     countFrame();
     context.setInterpolation(gfx::Interpolation::High);
     const bool hasLayers = refreshLayers();
@@ -68,14 +70,16 @@ void MDrawView::drawCanvas(gfx::Context& context, const gfx::Rect& rect) const {
     context.fillRect(rect);
 }
 
-gfx::Rect MDrawView::shownPictureRect(const gfx::Context& context) const {
-    if (!_bgImg) return _bgImgRect;
-    return pixelAlignedRect(_bgImgRect, context.transform(),
-                            ui::Environment::current().screen().scale, _bgImg->pixelSize());
+gfx::Rect MDrawView::shownPictureRect(const gfx::Context& context,
+                                      const gfx::ImageRef& picture) const {
+    if (!picture) return bgImgRect();
+    return pixelAlignedRect(bgImgRect(), context.transform(),
+                            ui::Environment::current().screen().scale, picture->pixelSize());
 }
 
-void MDrawView::drawSnipImage(gfx::Context& context, const gfx::Rect& rect) const {
-    if (_bgImg) context.drawImage(*_bgImg, rect);
+void MDrawView::drawSnipImage(gfx::Context& context, const gfx::ImageRef& picture,
+                              const gfx::Rect& rect) {
+    if (picture) context.drawImage(*picture, rect);
 }
 
 void MDrawView::drawNormalItems(gfx::Context& context) {
@@ -93,7 +97,7 @@ void MDrawView::drawCreatedItems(gfx::Context& context) {
 
 void MDrawView::drawCreatedMosaics(gfx::Context& context) {
     if (createdTools().empty()) return;
-    drawMosiacTools(context, shownPictureRect(context),
+    drawMosiacTools(context, shownPictureRect(context, _picture.shown()),
                     [](const MDrawTool& tool) { return tool.isNewBuild(); });
 }
 
@@ -101,7 +105,7 @@ void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
                                                      bool needSelectedState) {
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
     if (!selection || !isOnCanvas(selection->firstSelectedTool())) return;
-    selection->setHandleViewScale(_contextScale);
+    selection->setHandleViewScale(_contextScale * _picture.fittingScale());
     if (!needSelectedState) selection->setSelected(false);
     selection->draw(context);
     selection->drawMeasurement(context);
@@ -124,6 +128,7 @@ void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& pictur
 
 // A text that is being typed belongs to the picture, too.
 void MDrawView::settleForExport() {
+    fitIntoView();
     finishEditText();
     selectNone();
     removeInvaildTools();
@@ -141,9 +146,9 @@ gfx::ImageRef MDrawView::exportImage() {
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
-    const gfx::Rect picture = shownPictureRect(context);
+    const gfx::Rect picture = shownPictureRect(context, bgImg());
     drawCanvas(context, whole);
-    drawSnipImage(context, picture);
+    drawSnipImage(context, bgImg(), picture);
     drawExportedTools(context, picture);
     _isDirty = false;
     return surface->makeImage();
@@ -152,12 +157,12 @@ gfx::ImageRef MDrawView::exportImage() {
 gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     const auto alive = self();
     settleForExport();
-    if (!_sourceImg || _bgImgRect.isEmpty()) return exportImage();
-    const gfx::PixelSize pixels = _sourceImg->pixelSize();
+    if (!_picture.source() || bgImgRect().isEmpty()) return exportImage();
+    const gfx::PixelSize pixels = _picture.source()->pixelSize();
     const gfx::AffineTransform toPixels =
-        gfx::AffineTransform::scaling(pixels.width / _bgImgRect.size.width,
-                                      pixels.height / _bgImgRect.size.height)
-            .translated(-_bgImgRect.minX(), -_bgImgRect.minY());
+        gfx::AffineTransform::scaling(pixels.width / bgImgRect().size.width,
+                                      pixels.height / bgImgRect().size.height)
+            .translated(-bgImgRect().minX(), -bgImgRect().minY());
     const gfx::Rect picture(0, 0, pixels.width, pixels.height);
     constexpr double tolerance = 1e-6;
     const gfx::Rect whole =
@@ -169,9 +174,9 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     drawCanvas(context, whole);
     // Pixel for pixel.
     context.setInterpolation(gfx::Interpolation::None);
-    context.drawImage(*_sourceImg, picture);
+    context.drawImage(*_picture.source(), picture);
     context.concat(toPixels);
-    drawExportedTools(context, _bgImgRect);
+    drawExportedTools(context, bgImgRect());
     _isDirty = false;
     return surface->makeImage();
 }

@@ -150,15 +150,25 @@ void MDrawView::keepAboveKeyboard(const MDrawText& text) {
     if (hidden > 0) setFrame(_selfOriginalRect->offset({0, -hidden}));
 }
 
+// The view has another size: what it showed at its points is seen elsewhere.
+void MDrawView::followView(const gfx::AffineTransform& before) {
+    const std::shared_ptr<MDrawText> text = _curEdittingTextTool;
+    if (text) text->moveTextView(before.inverted().concat(_mViewTransform));
+    if (!_selfOriginalRect) return;
+    // Whoever sized the view has placed it, too.
+    _selfOriginalRect = frame();
+    if (text) keepAboveKeyboard(*text);
+}
+
 // ---- questions
 
 // Where there is no picture, there is no edge either.
 std::optional<gfx::Rect> MDrawView::drawTextAskForCurrentCtxRect(const MDrawText&) {
-    return _bgImg ? _mViewTransform.apply(_ctxRect) : bounds();
+    return _picture.source() ? _mViewTransform.apply(_ctxRect) : bounds();
 }
 
 std::optional<double> MDrawView::drawTextAskForCurrentCtxScale(const MDrawText&) {
-    return getScale();
+    return shownScale();
 }
 
 std::optional<gfx::AffineTransform> MDrawView::drawTextAskForCurrentCtxTransform(const MDrawText&) {

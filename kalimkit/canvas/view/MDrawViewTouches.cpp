@@ -18,6 +18,8 @@ constexpr double tapSlop = 3.0;
 
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     const auto alive = self();
+    // Points are those of the view as it is now, also where it has not been displayed since.
+    fitIntoView();
     if (const auto delegate = _drawViewdelegate.lock()) delegate->didDrawStarted();
     // The owner, told of it, may have taken the view away or the fingers off it.
     if (!window() || event.touches.front()->phase() == ui::TouchPhase::Cancelled) return;

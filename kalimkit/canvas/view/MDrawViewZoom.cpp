@@ -35,10 +35,6 @@ double moveIntoReach(double low, double high, double length) {
 
 // ---- the scale
 
-bool MDrawView::isScreenShot() const {
-    return _bgImg && fillsView(_bgImg->size(), bounds().size);
-}
-
 double MDrawView::getScale() const {
     const double scale = _contextScale * _tmpContextScale;
     if (std::abs(1 - scale) >= 0.0001) return scale;
@@ -59,13 +55,26 @@ void MDrawView::checkAndUpdateCTXScale() {
 
 void MDrawView::autoScaleWhenCtxEnlarged() {
     const gfx::AffineTransform before = shownTransform();
-    const gfx::Size shown = _ctxRect.size * getScale();
-    const gfx::Size room = bounds().size;
-    const bool isLarger = shown.width > room.width || shown.height > room.height;
-    _defaultMinScale = ordinaryMinScale;
     // Without a picture the first thing drawn is all of the content; it stays where it was drawn.
-    if (!_bgImg && !isLarger) return;
-    if (isLarger) {
+    if (!_picture.source() && !isLargerThanView()) {
+        _defaultMinScale = ordinaryMinScale;
+        return;
+    }
+    fitContent();
+    settleView(before);
+}
+
+bool MDrawView::isLargerThanView() const {
+    const gfx::Size shown = _ctxRect.size * shownScale();
+    const gfx::Size room = bounds().size;
+    return shown.width > room.width || shown.height > room.height;
+}
+
+void MDrawView::fitContent() {
+    _defaultMinScale = ordinaryMinScale;
+    if (isLargerThanView()) {
+        const gfx::Size shown = _ctxRect.size * shownScale();
+        const gfx::Size room = bounds().size;
         const double fitting =
             getScale() * std::min(room.width / shown.width, room.height / shown.height);
         // A pinch under way goes on from there.
@@ -74,14 +83,47 @@ void MDrawView::autoScaleWhenCtxEnlarged() {
     }
     checkAndUpdateCTXScale();
     centralizeVisualContext();
-    settleView(before);
+}
+
+// ---- the view's size
+
+// Brings what is shown up to date with the view's size and the screen's scale. Whether there was
+// anything to do.
+bool MDrawView::fitIntoView() {
+    const double screenScale = ui::Environment::current().screen().scale;
+    const gfx::Rect room = bounds();
+    if (room.isEmpty() || _picture.isShownIn(room, screenScale)) return false;
+    const auto alive = self();
+    const gfx::AffineTransform before = _mViewTransform;
+    const bool isUnused = !_picture.source() && !hasTools() && !canUndo() && !canRedo();
+    const bool isUnsettled = isUnused || !_picture.isSettled();
+    const bool isResized = !_picture.isShownIn(room, _picture.screenScale());
+    if (isUnused) {
+        _picture.take(nullptr, room);
+    } else {
+        _picture.showIn(room, screenScale);
+    }
+    if (isUnsettled) {
+        _ctxRect = contentRect();
+        forgetMosaic();
+    }
+    if (isResized) {
+        resetView();
+        processViewTransform();
+        const bool isAsFirstShown = !_picture.source() && room.size == _picture.canvas().size;
+        if (!_ctxRect.isEmpty() && (!isAsFirstShown || isLargerThanView())) fitContent();
+        followView(before);
+    }
+    invalidateLayers();
+    return true;
 }
 
 // ---- the transform
 
 void MDrawView::processViewTransform() {
     const gfx::AffineTransform transform =
-        canvasToView(bounds().center(), _viewMove, getScale(), _curRotateDegree);
+        canvasToView(_picture.isSettled() ? _picture.canvas().center() : bounds().center(),
+                     bounds().center() + _viewMove, shownScale(), _curRotateDegree);
     if (transform == _mViewTransform) return;
     _mViewTransform = transform;
     _mViewInvertTransform = transform.inverted();
@@ -180,7 +222,7 @@ void MDrawView::handlePinchGesture(ui::GestureState state, double scale, gfx::Po
         _tmpContextScale = 1;
         checkAndUpdateCTXScale();
     });
-    const gfx::Size content = _ctxRect.size * getScale();
+    const gfx::Size content = _ctxRect.size * shownScale();
     _isPictureShrinked =
         content.width < bounds().size.width || content.height < bounds().size.height;
     endViewGesture();

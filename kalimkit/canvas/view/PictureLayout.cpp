@@ -8,8 +8,9 @@ gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box) {
     return {{box.midX() - size.width * 0.5, box.midY() - size.height * 0.5}, size};
 }
 
-gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point move, double scale, double angle) {
-    return gfx::AffineTransform::translation(center + move)
+gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
+                                  double angle) {
+    return gfx::AffineTransform::translation(seenAt)
         .rotated(angle)
         .scaled(scale, scale)
         .translated(-center.x, -center.y);

@@ -9,9 +9,8 @@ namespace kalim {
 // A size centred in a box.
 KALIM_API gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box);
 
-// Canvas to view: view point = c + move + scale * R(angle) * (canvas point - c), c being the view's
-// centre. Radians.
-KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point move, double scale,
+// Canvas to view: view point = seenAt + scale * R(angle) * (canvas point - center). Radians.
+KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
                                             double angle);
 
 // Where to draw a raster that is shown pixel for pixel: the rectangle moved by less than a device

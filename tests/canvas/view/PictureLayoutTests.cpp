@@ -7,8 +7,8 @@
 namespace kalim {
 namespace {
 
-TEST(PictureLayout, TheCanvasIsScaledAndTurnedAboutTheViewsCentre) {
-    const auto transform = canvasToView({100, 200}, {10, -5}, 2, std::numbers::pi / 2);
+TEST(PictureLayout, TheCanvasIsScaledAndTurnedAboutItsCentre) {
+    const auto transform = canvasToView({100, 200}, {110, 195}, 2, std::numbers::pi / 2);
     // The centre only moves.
     EXPECT_EQ(transform.apply(gfx::Point{100, 200}), (gfx::Point{110, 195}));
     const gfx::Point right = transform.apply(gfx::Point{110, 200});

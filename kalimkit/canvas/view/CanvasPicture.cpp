@@ -1,0 +1,92 @@
+#include "kalimkit/canvas/view/CanvasPicture.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/canvas/view/PictureLayout.h"
+#include "kalimkit/imageedit/image/MDrawImageUtil.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// A side that comes out below a point is given one: a very flat picture is squeezed rather than
+// lost. Where there is no room at all, the picture stays as it is.
+gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
+    const gfx::ImageRef fitted =
+        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false);
+    if (fitted || box.isEmpty()) return fitted ? fitted : image;
+    const gfx::PixelSize raster = image->pixelSize();
+    const double factor = std::min(box.width / raster.width, box.height / raster.height);
+    const gfx::ImageRef squeezed = MDrawImageUtil::resizedImageToSize(
+        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)});
+    return squeezed ? squeezed : image;
+}
+
+}  // namespace
+
+void CanvasPicture::take(const gfx::ImageRef& image, const gfx::Rect& bounds) {
+    *this = {};
+    _source = _first = _fitted = _shown = MDrawImageUtil::fixOrientation(image);
+    if (_source) _rect = centredRect(_source->size(), bounds);
+    if (!bounds.isEmpty()) settle(bounds);
+}
+
+void CanvasPicture::settle(const gfx::Rect& bounds) {
+    _canvas = _bounds = bounds;
+    _screenScale = _firstScale = ui::Environment::current().screen().scale;
+    if (!_source) return;
+    if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source);
+    _fitted = _shown = _first;
+    _rect = centredRect(_first->size(), bounds);
+}
+
+void CanvasPicture::showIn(const gfx::Rect& bounds, double screenScale) {
+    if (bounds.isEmpty() || isShownIn(bounds, screenScale)) return;
+    if (!isSettled()) return settle(bounds);
+    _bounds = bounds;
+    _screenScale = screenScale;
+    _fittingScale = 1;
+    if (!_source) return;
+    if (bounds.size != _canvas.size) {
+        const gfx::Size size = sizeIn(bounds.size);
+        _fittingScale = std::min(size.width / _rect.size.width, size.height / _rect.size.height);
+    }
+    _fitted = copy(1, screenScale);
+    _shown = copy(_fittingScale, screenScale);
+}
+
+bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const {
+    return bounds == _bounds && screenScale == _screenScale;
+}
+
+bool CanvasPicture::fillsView() const {
+    return _source && kalim::fillsView(_rect.size * _fittingScale, _bounds.size);
+}
+
+// What the picture would measure if it came to a view of this size, but for the fractions of a
+// point that a picture loses there.
+gfx::Size CanvasPicture::sizeIn(gfx::Size box) const {
+    const gfx::PixelSize raster = _source->pixelSize();
+    const bool isSmaller = raster.width < box.width && raster.height < box.height;
+    if (isSmaller || _source->size() == box) return _source->size();
+    const double factor = std::min(box.width / raster.width, box.height / raster.height);
+    return {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)};
+}
+
+// The picture as many times as large as it lies on the canvas, in whole pixels of the screen. Where
+// no surface can be had, a copy of another size serves.
+gfx::ImageRef CanvasPicture::copy(double factor, double screenScale) const {
+    if (factor == 1 && (screenScale == _firstScale || _first == _source)) return _first;
+    const double pixels = factor * screenScale;
+    const gfx::Size size{std::max(std::round(_rect.size.width * pixels), 1.0) / screenScale,
+                         std::max(std::round(_rect.size.height * pixels), 1.0) / screenScale};
+    const auto surface = ui::Environment::current().device().makeSurface(size, screenScale, false);
+    if (!surface) return _first;
+    surface->context().setInterpolation(gfx::Interpolation::High);
+    surface->context().drawImage(*_source, {{}, size});
+    return surface->makeImage();
+}
+
+}  // namespace kalim

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim {
+
+// The picture under the drawings: where it lies on the canvas, and copies of it at the sizes that
+// are asked for. The first view with a size settles the canvas: its points become canvas points,
+// and the picture is fitted into it. Views of other sizes that follow show the same canvas smaller
+// or larger, from a copy made for them. Without a picture only the canvas is settled.
+class KALIM_API CanvasPicture {
+public:
+    // Takes a picture, turned upright, for a view with these bounds, and forgets the old one and
+    // its canvas. Null for none. Bounds without an area leave the canvas unsettled until showIn().
+    void take(const gfx::ImageRef& image, const gfx::Rect& bounds);
+    // The view has these bounds from now on, on a screen with this many pixels per point. Ignored
+    // for bounds without an area.
+    void showIn(const gfx::Rect& bounds, double screenScale);
+    double screenScale() const { return _screenScale; }
+    bool isShownIn(const gfx::Rect& bounds, double screenScale) const;
+
+    bool isSettled() const { return !_canvas.isEmpty(); }
+    // The bounds of the view that settled the canvas.
+    const gfx::Rect& canvas() const { return _canvas; }
+    // Where the picture lies, canvas points; empty without one.
+    const gfx::Rect& rect() const { return _rect; }
+    // View points per canvas point for a view that shows the canvas as it first came.
+    double fittingScale() const { return _fittingScale; }
+    // Whether the picture, shown so, fills the view.
+    bool fillsView() const;
+
+    // All null without a picture. As it was handed in, upright.
+    const gfx::ImageRef& source() const { return _source; }
+    // Fitted into the canvas, at the scale of the screen on which that was done.
+    const gfx::ImageRef& first() const { return _first; }
+    // The same at the scale of the present screen.
+    const gfx::ImageRef& fitted() const { return _fitted; }
+    // As large as the view shows it.
+    const gfx::ImageRef& shown() const { return _shown; }
+
+private:
+    void settle(const gfx::Rect& bounds);
+    gfx::Size sizeIn(gfx::Size box) const;
+    gfx::ImageRef copy(double factor, double screenScale) const;
+
+    gfx::Rect _canvas;
+    gfx::Rect _rect;
+    double _fittingScale = 1;
+    gfx::Rect _bounds;
+    double _screenScale = 0;
+    double _firstScale = 0;
+    gfx::ImageRef _source;
+    gfx::ImageRef _first;
+    gfx::ImageRef _fitted;
+    gfx::ImageRef _shown;
+};
+
+}  // namespace kalim
