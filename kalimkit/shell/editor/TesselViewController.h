@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -91,6 +90,7 @@ public:
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
+    void viewDidDisappear(bool animated) override;
     void viewDidLayoutSubviews() override;
     bool prefersStatusBarHidden() const override { return true; }
     int preferredStatusBarStyle() const override { return 1; }
@@ -211,7 +211,7 @@ private:
     std::shared_ptr<TesselViewController> self();
     // Runs a step later, as long as the controller is still there.
     void after(double delay, std::function<void(TesselViewController&)> step);
-    void log(const std::string& text, const char* method) const;
+    static void log(const std::string& text, const char* method);
 
     // ---- set-up
     void initSubviews();
@@ -220,24 +220,18 @@ private:
     void makePenButton();
     void makePanel();
     void setUpAfterAppearance();
-    void initData();
-    void initSubviews2();
-    std::shared_ptr<TesselPopView> makePicker(const Dots& dots, int tag, std::size_t selectIndex);
-    std::shared_ptr<ui::Button> makeConfigButton(const std::string& image, const std::string& label,
-                                                 void (TesselViewController::*action)());
-    void initDraw();
-    void blinkPenview();
     void startRingHint();
-    void hideStatusBar();
     void doApplyTransBlockToCoreModel();
 
-    // ---- layout
+    // ---- layout (TesselViewControllerLayout.cpp)
     EditorMeasures measures() const;
     void placeViews();
     void layout();
     void spacePickers();
 
     // ---- tools (TesselViewControllerTools.cpp)
+    void initDraw();
+    void blinkPenview();
     void initEditCutView();
     void chooseColor(const gfx::ColorRef& color);
     void chooseSize(unsigned size);
@@ -247,6 +241,11 @@ private:
                                              unsigned pen);
 
     // ---- panel (TesselViewControllerPanel.cpp)
+    void initData();
+    void initSubviews2();
+    std::shared_ptr<TesselPopView> makePicker(const Dots& dots, int tag, int selectIndex);
+    std::shared_ptr<ui::Button> makeConfigButton(const std::string& image, const std::string& label,
+                                                 void (TesselViewController::*action)());
     void resetOffset();
     void setFolded(bool color, bool size, bool isInset);
     void setPenpopEnable();
@@ -264,8 +263,14 @@ private:
     // ---- transitions (TesselViewControllerTransitions.cpp)
     void makeTransitionView(const gfx::ImageRef& image);
     void dropTransitionView();
-    void placeTransitionView(const gfx::Rect& frame, double scale);
-    void endTransition(const char* method, const std::string& text);
+    void placeTransitionView(const gfx::Rect& rect, double scale);
+    void placeTransitionViewOnCanvas();
+    void insertTransitionView();
+    void didAnimateIn();
+    void didAnimateOut();
+    void animateTransition(const std::function<void()>& changes,
+                           void (TesselViewController::*ended)());
+    void cleanUpTransition(void (*finish)(TesselViewController& controller));
 
     // ---- other pictures (TesselViewControllerPicking.cpp)
     void didPickImage(const gfx::ImageRef& image);
@@ -327,8 +332,8 @@ private:
     double _offset = 0;
     // How far the panel's bottom is below its place.
     double _panelShift = 0;
-    // How far the colour and size pickers are moved inwards.
-    double _pickerInset = 0;
+    // The colour and size pickers are moved inwards.
+    bool _arePickersInset = true;
     // How far the edit and delete buttons are from the pen button.
     double _configShift = 0;
 };

@@ -1,0 +1,49 @@
+#include <optional>
+
+#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+void TesselViewController::clickPickImage() {
+    ui::Environment& environment = ui::Environment::current();
+    if (!environment.isPhotoLibraryAvailable()) return;
+    const auto alive = self();
+    view();
+    const std::weak_ptr<TesselViewController> weakSelf = alive;
+    environment.pickImage([weakSelf](const std::optional<gfx::ImageRef>& image) {
+        const auto controller = weakSelf.lock();
+        if (!controller) return;
+        if (image) {
+            controller->didPickImage(*image);
+        } else {
+            controller->didCancelPicking();
+        }
+    });
+}
+
+void TesselViewController::didPickImage(const gfx::ImageRef& image) {
+    _penView->setAlpha(0);
+    _shouldBlinkPenview = true;
+    _drawView->setSnipImage(image);
+    if (!_snipImage) _snipImage = image;
+    checkAndTipImageVaild(image);
+    blinkPenview();
+}
+
+void TesselViewController::didCancelPicking() {
+    if (_isConfigViewOut) return;
+    _penView->setAlpha(1);
+    _shouldBlinkPenview = false;
+}
+
+void TesselViewController::checkAndTipImageVaild(const gfx::ImageRef& image) {
+    if (image && image->pixelSize().width > 0 && image->pixelSize().height > 0) return;
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert({environment.localizedString("无法载入图片"),
+                              environment.localizedString("载入此图片时出错"),
+                              {environment.localizedString("好")},
+                              {}});
+}
+
+}  // namespace kalim
