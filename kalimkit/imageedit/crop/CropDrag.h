@@ -1,0 +1,45 @@
+#pragma once
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+#include "kalimkit/imageedit/crop/CropEdge.h"
+
+namespace kalim {
+
+// The shortest side of a crop frame, points.
+inline constexpr double leastCropSide = 60;
+
+// What a finger at a point takes hold of: corners within 70 points in either direction, the top
+// edge within 70, the other edges within 20.
+KALIM_API CropEdge cropEdgeForPoint(gfx::Point p, const gfx::Rect& frame);
+
+// Whether a drag that begins there belongs to the frame: in the band of 20 points on either side of
+// its border.
+KALIM_API bool isOnCropBorder(gfx::Point p, const gfx::Rect& frame);
+
+// One drag of an edge or a corner, points of the crop view.
+struct KALIM_API CropDrag {
+    // The frame with the finger at a point. `frame` is the one that the drag has made so far.
+    gfx::Rect frameAt(gfx::Point p, const gfx::Rect& frame) const;
+
+    CropEdge edge = CropEdge::None;
+    // Where it began, and the frame at that time.
+    gfx::Point touchPoint;
+    gfx::Rect touchFrame;
+    // The frame stays inside.
+    gfx::Rect contentFrame;
+    // The frame becomes, and stays, a square.
+    bool isAspectRatioLocked = false;
+
+private:
+    bool movesLeft() const;
+    bool movesTop() const;
+    bool movesRight() const;
+    bool movesBottom() const;
+    gfx::Rect proposed(gfx::Point by, const gfx::Rect& frame) const;
+    gfx::Rect proposedLocked(gfx::Point by, const gfx::Rect& frame) const;
+    gfx::Rect limited(const gfx::Rect& proposed) const;
+    gfx::Rect squared(gfx::Rect frame) const;
+};
+
+}  // namespace kalim
