@@ -1,0 +1,52 @@
+#include "kalimkit/host/sdl/SdlHands.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/Encode.h"
+#include "kalimkit/host/sdl/PictureClipboard.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+
+namespace kalim {
+
+void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
+    codec::Bytes png;
+    const bool isEncoded = !codec::encodePng(*image->pixels(), png);
+    if (isEncoded && PictureClipboard::put(png)) return;
+    tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+}
+
+void SdlWindow::Hands::editorKeysPastePicture() {
+    const std::optional<codec::Bytes> png = PictureClipboard::get();
+    if (!png) {
+        tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+    } else if (png->empty()) {
+        tell("剪贴板中没有图片", "");
+    } else {
+        open(codec::decode(*png, "the clipboard"));
+    }
+}
+
+bool SdlWindow::Hands::openFile(const std::string& path) {
+    return open(codec::decodeFile(path));
+}
+
+bool SdlWindow::Hands::open(codec::DecodeResult decoded) {
+    if (decoded.error) std::fprintf(stderr, "%s\n", decoded.error->c_str());
+    gfx::Device& device = _window.environment().device();
+    gfx::ImageRef image;
+    if (!decoded.error) image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
+    _window.keys()->openPicture(image);
+    return image != nullptr;
+}
+
+void SdlWindow::Hands::tell(const char* title, const char* message) {
+    SdlEnvironment& environment = _window.environment();
+    environment.presentAlert({environment.localizedString(title),
+                              environment.localizedString(message),
+                              {environment.localizedString("好")},
+                              {}});
+}
+
+}  // namespace kalim

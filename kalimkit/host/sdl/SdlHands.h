@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "kalimkit/codec/DecodeResult.h"
+#include "kalimkit/host/sdl/SdlWindow.h"
+#include "kalimkit/shell/editor/EditorKeysDelegate.h"
+
+namespace kalim {
+
+// What the editor's keys and the desktop ask for beyond the editor: pictures from the clipboard
+// and from files, and to the clipboard. What fails is told in an alert.
+class SdlWindow::Hands : public EditorKeysDelegate {
+public:
+    // The window outlives the editor's keys.
+    explicit Hands(SdlWindow& window) : _window(window) {}
+
+    void editorKeysCopyPicture(const gfx::ImageRef& image) override;
+    void editorKeysPastePicture() override;
+    // Whether the file holds a picture.
+    bool openFile(const std::string& path);
+
+private:
+    bool open(codec::DecodeResult decoded);
+    void tell(const char* title, const char* message);
+
+    SdlWindow& _window;
+};
+
+}  // namespace kalim

@@ -1,0 +1,185 @@
+#include "kalimkit/host/sdl/SdlWindow.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/host/sdl/SdlHands.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+
+namespace kalim {
+
+namespace {
+
+SDL_Rect toSdl(const gfx::Rect& rect) {
+    return {static_cast<int>(rect.minX()), static_cast<int>(rect.minY()),
+            static_cast<int>(rect.size.width), static_cast<int>(rect.size.height)};
+}
+
+// Where a ui::Window's pixels lie, and the screen's surface they go to.
+struct Copy {
+    const std::uint8_t* pixels;
+    int stride;
+    SDL_Surface* screen;
+
+    void operator()(const SDL_Rect& rect) const {
+        const std::uint8_t* const from =
+            pixels + static_cast<std::ptrdiff_t>(rect.y) * stride + rect.x * 4;
+        auto* const to = static_cast<std::uint8_t*>(screen->pixels) +
+                         static_cast<std::ptrdiff_t>(rect.y) * screen->pitch +
+                         rect.x * screen->format->BytesPerPixel;
+        SDL_ConvertPixels(rect.w, rect.h, SDL_PIXELFORMAT_RGB888, from, stride,
+                          screen->format->format, to, screen->pitch);
+    }
+};
+
+}  // namespace
+
+// ---- making
+
+std::optional<std::string> SdlWindow::startVideo() {
+    // Without a graphics card the accelerated path takes as long for a corner as for all.
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+    // One kind of event for each finger and for the mouse.
+    SDL_SetHint(SDL_HINT_TOUCH_MOUSE_EVENTS, "0");
+    SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
+    // The click that brings the window to the front draws as well.
+    SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
+    // To close the window is not yet to quit: the editor may ask.
+    SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
+    SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+    SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    if (SDL_Init(SDL_INIT_VIDEO) == 0) {
+        // Video begins with it on.
+        SDL_StopTextInput();
+        return std::nullopt;
+    }
+    return std::string("no window can be opened: ") + SDL_GetError();
+}
+
+SdlWindow::SdlWindow(::SDL_Window* window, double scale)
+    : _sdl(window),
+      _id(SDL_GetWindowID(window)),
+      _environment(std::make_shared<SdlEnvironment>(scale)),
+      _previousEnvironment(ui::Environment::install(_environment)),
+      _start(SDL_GetTicks64()) {
+    int width = 0;
+    int height = 0;
+    SDL_GetWindowSize(_sdl, &width, &height);
+    _environment->setScreenSize({width, height});
+    _window = std::make_unique<ui::Window>(gfx::Size{width / scale, height / scale});
+    _environment->runLoop().setFrameHandler([this] { _window->display(); });
+}
+
+SdlWindow::~SdlWindow() {
+    present(std::shared_ptr<TesselViewController>());
+    _environment->runLoop().setFrameHandler({});
+    _window = nullptr;
+    ui::Environment::install(std::move(_previousEnvironment));
+}
+
+void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
+    _keys = nullptr;
+    _hands = nullptr;
+    _window->setRootViewController(editor);
+    _editor = std::move(editor);
+    if (!_editor) return;
+    _hands = std::make_shared<Hands>(*this);
+    _keys = std::make_unique<EditorKeys>(_editor);
+    _keys->setDelegate(_hands);
+}
+
+// ---- the loop
+
+void SdlWindow::run(std::optional<double> seconds) {
+    const double end = seconds ? _environment->runLoop().now() + *seconds : INFINITY;
+    _isStopped = false;
+    update();
+    while (!_isStopped && _environment->runLoop().now() < end) {
+        int wait = waitTime();
+        if (seconds) {
+            const double left = std::ceil((end - _environment->runLoop().now()) * 1000);
+            wait = wait < 0 ? static_cast<int>(left) : std::min(wait, static_cast<int>(left));
+        }
+        SDL_Event event;
+        if (SDL_WaitEventTimeout(&event, wait) == 1) {
+            handle(event);
+            while (!_isStopped && SDL_PollEvent(&event) == 1)
+                handle(event);
+        }
+        update();
+    }
+}
+
+int SdlWindow::waitTime() const {
+    const double due = _environment->runLoop().nextDue();
+    if (due < 0) return -1;
+    const double now = static_cast<double>(SDL_GetTicks64() - _start) / 1000;
+    // Rounded up: the clock of whole milliseconds would not have reached what is due.
+    return static_cast<int>(std::clamp(std::ceil((due - now) * 1000), 0.0, 1e9));
+}
+
+void SdlWindow::update() {
+    _environment->runLoop().advanceTo(static_cast<double>(SDL_GetTicks64() - _start) / 1000);
+    _environment->runLoop().drain();
+    followCaret();
+    _window->display();
+    present(_window->takeDrawn());
+}
+
+void SdlWindow::present(const std::vector<gfx::Rect>& rects) {
+    if (rects.empty() || !_window->surface()) return;
+    const gfx::Surface& surface = *_window->surface();
+    SDL_Surface* const screen = SDL_GetWindowSurface(_sdl);
+    const std::uint8_t* const pixels = gfx::CairoDevice::pixels(surface);
+    if (!screen || !pixels) return;
+    const gfx::PixelSize size = surface.pixelSize();
+    const SDL_Rect common{0, 0, std::min(size.width, screen->w), std::min(size.height, screen->h)};
+    const Copy copy{pixels, size.width * 4, screen};
+    std::vector<SDL_Rect> shown;
+    for (const gfx::Rect& rect : rects) {
+        const SDL_Rect drawn = toSdl(rect);
+        SDL_Rect visible;
+        if (SDL_IntersectRect(&drawn, &common, &visible) == SDL_FALSE) continue;
+        copy(visible);
+        shown.push_back(visible);
+    }
+    SDL_UpdateWindowSurfaceRects(_sdl, shown.data(), static_cast<int>(shown.size()));
+}
+
+// A caret also moves with its view, of which nobody tells.
+void SdlWindow::followCaret() {
+    const auto focused = focusedText();
+    const bool isTyping = focused != nullptr;
+    if (isTyping != _isTyping) {
+        _isTyping = isTyping;
+        isTyping ? SDL_StartTextInput() : SDL_StopTextInput();
+        _caret = {};
+    }
+    if (!focused) return;
+    const gfx::Rect caret = focused->caretRectInWindow();
+    if (caret == std::exchange(_caret, caret)) return;
+    const double scale = _environment->screen().scale;
+    const SDL_Rect place{static_cast<int>(caret.minX() * scale),
+                         static_cast<int>(caret.minY() * scale),
+                         static_cast<int>(std::ceil(caret.size.width * scale)),
+                         static_cast<int>(std::ceil(caret.size.height * scale))};
+    SDL_SetTextInputRect(&place);
+}
+
+void SdlWindow::takeSize() {
+    int width = 0;
+    int height = 0;
+    SDL_GetWindowSize(_sdl, &width, &height);
+    const gfx::PixelSize before = _environment->screen().nativeSize;
+    if (width < 1 || height < 1 || (before.width == width && before.height == height)) return;
+    _environment->setScreenSize({width, height});
+    const double scale = _environment->screen().scale;
+    _window->setSize({width / scale, height / scale});
+}
+
+}  // namespace kalim

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/host/sdl/SdlEnvironment.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/view/Window.h"
+
+struct SDL_Window;
+union SDL_Event;
+
+namespace kalim {
+
+class EditorKeys;
+class TesselViewController;
+
+// A ui::Window in an SDL window that the host has made. While it lives, its environment is the
+// current one; the one before comes back with its end. A host without a loop of its own calls
+// run(); one that has one hands its events to handle(), calls update() after them, and waits no
+// longer than waitTime().
+class KALIM_API SdlWindow {
+public:
+    // Starts SDL's video with what such windows want of it; instead of SDL_Init. Nothing on
+    // success, else a sentence that says why not. SDL_Quit() ends it.
+    static std::optional<std::string> startVideo();
+
+    // The SDL window must outlive this object, and nobody else draws in it. Pixels per point.
+    SdlWindow(::SDL_Window* window, double scale);
+    ~SdlWindow();
+    SdlWindow(const SdlWindow&) = delete;
+    SdlWindow& operator=(const SdlWindow&) = delete;
+
+    SdlEnvironment& environment() { return *_environment; }
+    ui::Window& window() { return *_window; }
+
+    // ---- the editor
+    // Makes the editor the window's screen and connects the keyboard, the pointer, the clipboard
+    // and dropped files with it. Null takes it away. The host does not do so from within a message
+    // of the editor's; stop() may be called from there.
+    void present(std::shared_ptr<TesselViewController> editor);
+    // Null without an editor.
+    EditorKeys* keys() { return _keys.get(); }
+
+    // ---- the loop
+    // Handles what comes, and sleeps while nothing does, until stop() is called or, with `seconds`,
+    // that time has passed. A signal that ends the process stops it, too, and so does the window's
+    // close button as long as there is no editor to ask.
+    void run(std::optional<double> seconds = std::nullopt);
+    void stop() { _isStopped = true; }
+    bool isStopped() const { return _isStopped; }
+    // Events of other windows are left alone.
+    void handle(const SDL_Event& event);
+    // Does the work that is due and shows what has changed.
+    void update();
+    // Milliseconds until something is due; negative when nothing is.
+    int waitTime() const;
+
+private:
+    class Hands;
+
+    // ---- events (SdlWindowEvents.cpp)
+    double timeOf(const SDL_Event& event) const;
+    bool isMine(const SDL_Event& event) const;
+    void handleWindow(const SDL_Event& event);
+    void handleFinger(const SDL_Event& event);
+    void handleMouse(const SDL_Event& event);
+    void handleWheel(const SDL_Event& event);
+    void handleKey(const SDL_Event& event);
+    void handleText(const SDL_Event& event);
+    gfx::Point pointAt(double x, double y) const;
+    std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(*_window); }
+
+    void takeSize();
+    void followCaret();
+    void present(const std::vector<gfx::Rect>& rects);
+
+    ::SDL_Window* _sdl;
+    std::uint32_t _id;
+    std::shared_ptr<SdlEnvironment> _environment;
+    std::shared_ptr<ui::Environment> _previousEnvironment;
+    std::unique_ptr<ui::Window> _window;
+    // SDL's clock when the run loop's began, milliseconds.
+    std::uint64_t _start;
+    bool _isStopped = false;
+    // The mouse is a finger on the window.
+    bool _isMouseDown = false;
+    bool _isTyping = false;
+    // Where SDL has been told that it is, window points.
+    gfx::Rect _caret;
+    std::shared_ptr<Hands> _hands;
+    std::shared_ptr<TesselViewController> _editor;
+    std::unique_ptr<EditorKeys> _keys;
+};
+
+}  // namespace kalim

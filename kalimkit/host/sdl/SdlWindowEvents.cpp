@@ -1,0 +1,229 @@
+#include <SDL.h>
+
+#include <cmath>
+
+#include "kalimkit/host/sdl/SdlHands.h"
+#include "kalimkit/host/sdl/SdlKeyNames.h"
+#include "kalimkit/host/sdl/SdlWindow.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr std::int64_t mouse = -1;
+// How much a notch of the wheel enlarges.
+constexpr double notchFactor = 1.15;
+
+std::int64_t fingerId(const SDL_TouchFingerEvent& finger) {
+    return static_cast<std::int64_t>((static_cast<std::uint64_t>(finger.touchId) << 32U) ^
+                                     static_cast<std::uint64_t>(finger.fingerId)) &
+           INT64_MAX;
+}
+
+PointerButton buttonOf(std::uint8_t button) {
+    if (button == SDL_BUTTON_LEFT) return PointerButton::Main;
+    return button == SDL_BUTTON_MIDDLE ? PointerButton::Middle : PointerButton::Other;
+}
+
+// The byte at which so many characters of a text are over.
+std::size_t byteAfter(const std::string& text, std::int32_t characters) {
+    std::size_t byte = 0;
+    while (byte < text.size() && characters > 0) {
+        do
+            ++byte;
+        while (byte < text.size() && (static_cast<unsigned char>(text[byte]) & 0xC0U) == 0x80U);
+        --characters;
+    }
+    return byte;
+}
+
+}  // namespace
+
+// Of when it happened: a gesture's speed must not hang on how busy the process was.
+double SdlWindow::timeOf(const SDL_Event& event) const {
+    const std::uint64_t now = SDL_GetTicks64();
+    const auto age = static_cast<std::uint32_t>(now) - event.common.timestamp;
+    const std::uint64_t elapsed = now - _start;
+    // An event that comes from elsewhere may bear no time at all.
+    return static_cast<double>(age > elapsed ? elapsed : elapsed - age) / 1000;
+}
+
+bool SdlWindow::isMine(const SDL_Event& event) const {
+    switch (event.type) {
+        case SDL_WINDOWEVENT:
+            return event.window.windowID == _id;
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+            return event.key.windowID == _id;
+        case SDL_TEXTINPUT:
+        case SDL_TEXTEDITING:
+            return event.text.windowID == _id;
+        case SDL_MOUSEMOTION:
+            return event.motion.windowID == _id && event.motion.which != SDL_TOUCH_MOUSEID;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+            return event.button.windowID == _id && event.button.which != SDL_TOUCH_MOUSEID;
+        case SDL_MOUSEWHEEL:
+            return event.wheel.windowID == _id;
+        case SDL_FINGERDOWN:
+        case SDL_FINGERMOTION:
+        case SDL_FINGERUP:
+            return event.tfinger.windowID == _id || event.tfinger.windowID == 0;
+        default:
+            return true;
+    }
+}
+
+void SdlWindow::handle(const SDL_Event& event) {
+    if (!isMine(event)) return;
+    _environment->runLoop().advanceTo(timeOf(event));
+    switch (event.type) {
+        case SDL_QUIT:
+            stop();
+            break;
+        case SDL_WINDOWEVENT:
+            handleWindow(event);
+            break;
+        case SDL_FINGERDOWN:
+        case SDL_FINGERMOTION:
+        case SDL_FINGERUP:
+            handleFinger(event);
+            break;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEMOTION:
+        case SDL_MOUSEBUTTONUP:
+            handleMouse(event);
+            break;
+        case SDL_MOUSEWHEEL:
+            handleWheel(event);
+            break;
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+            handleKey(event);
+            break;
+        case SDL_TEXTINPUT:
+        case SDL_TEXTEDITING:
+            handleText(event);
+            break;
+        case SDL_DROPFILE:
+            if (_hands) _hands->openFile(event.drop.file);
+            SDL_free(event.drop.file);
+            break;
+        default:
+            break;
+    }
+    // What is typed next may come before the next frame.
+    followCaret();
+}
+
+void SdlWindow::handleWindow(const SDL_Event& event) {
+    switch (event.window.event) {
+        case SDL_WINDOWEVENT_SIZE_CHANGED:
+            takeSize();
+            break;
+        case SDL_WINDOWEVENT_EXPOSED:
+            if (const auto surface = _window->surface()) {
+                const gfx::PixelSize size = surface->pixelSize();
+                present(
+                    {{{}, {static_cast<double>(size.width), static_cast<double>(size.height)}}});
+            }
+            break;
+        case SDL_WINDOWEVENT_CLOSE:
+            if (_keys) {
+                _keys->askToClose();
+            } else {
+                stop();
+            }
+            break;
+        default:
+            break;
+    }
+}
+
+// ---- pointing
+
+gfx::Point SdlWindow::pointAt(double x, double y) const {
+    const double scale = _environment->screen().scale;
+    return {x / scale, y / scale};
+}
+
+void SdlWindow::handleFinger(const SDL_Event& event) {
+    const SDL_TouchFingerEvent& touch = event.tfinger;
+    // A touchpad's fingers are not on the screen; they arrive as a wheel.
+    if (SDL_GetTouchDeviceType(touch.touchId) == SDL_TOUCH_DEVICE_INDIRECT_ABSOLUTE ||
+        SDL_GetTouchDeviceType(touch.touchId) == SDL_TOUCH_DEVICE_INDIRECT_RELATIVE) {
+        return;
+    }
+    const gfx::Size size = _window->size();
+    const ui::Finger finger{fingerId(touch), {touch.x * size.width, touch.y * size.height}};
+    if (touch.type == SDL_FINGERDOWN) {
+        _window->fingersBegan({finger});
+    } else if (touch.type == SDL_FINGERMOTION) {
+        _window->fingersMoved({finger});
+    } else {
+        _window->fingersEnded({finger});
+    }
+}
+
+void SdlWindow::handleMouse(const SDL_Event& event) {
+    if (event.type == SDL_MOUSEMOTION) {
+        const gfx::Point place = pointAt(event.motion.x, event.motion.y);
+        if (_keys && _keys->pointerMoved(place)) return;
+        if (_isMouseDown) _window->fingersMoved({{mouse, place}});
+        return;
+    }
+    const gfx::Point place = pointAt(event.button.x, event.button.y);
+    const PointerButton button = buttonOf(event.button.button);
+    if (event.type == SDL_MOUSEBUTTONDOWN) {
+        if (_keys && _keys->pointerPressed(button, place)) return;
+        if (button != PointerButton::Main) return;
+        _isMouseDown = true;
+        _window->fingersBegan({{mouse, place}});
+    } else {
+        if (_keys && _keys->pointerReleased(button)) return;
+        if (button != PointerButton::Main || !_isMouseDown) return;
+        _isMouseDown = false;
+        _window->fingersEnded({{mouse, place}});
+    }
+}
+
+void SdlWindow::handleWheel(const SDL_Event& event) {
+    if (!_keys) return;
+    const gfx::Point place = pointAt(event.wheel.mouseX, event.wheel.mouseY);
+    _keys->pointerZoomed(place, std::pow(notchFactor, event.wheel.preciseY));
+}
+
+// ---- typing
+
+void SdlWindow::handleKey(const SDL_Event& event) {
+    const std::string name = nameOfKey(event.key.keysym);
+    if (name.empty()) return;
+    const bool isRepeated = event.key.repeat != 0;
+    if (_keys) {
+        if (event.type == SDL_KEYDOWN) {
+            _keys->press(name, isRepeated);
+        } else {
+            _keys->release(name);
+        }
+        return;
+    }
+    const auto focused = focusedText();
+    if (focused && event.type == SDL_KEYDOWN) focused->handleKey(name);
+}
+
+void SdlWindow::handleText(const SDL_Event& event) {
+    const auto focused = focusedText();
+    if (!focused) return;
+    if (event.type == SDL_TEXTINPUT) {
+        focused->insertText(event.text.text);
+        return;
+    }
+    const std::string text = event.edit.text;
+    if (text.empty() && !focused->markedRange()) return;
+    const std::size_t begin = byteAfter(text, event.edit.start);
+    const std::size_t end = byteAfter(text, event.edit.start + event.edit.length);
+    focused->setMarkedText(text, {begin, end});
+}
+
+}  // namespace kalim

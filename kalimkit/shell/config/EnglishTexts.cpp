@@ -1,0 +1,50 @@
+#include "kalimkit/shell/config/EnglishTexts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kalim {
+
+namespace {
+
+constexpr std::pair<std::string_view, std::string_view> texts[] = {
+    {"关闭", "Close"},
+    {"发送", "Send"},
+    {"完成", "Done"},
+    {"取消", "Cancel"},
+    {"还原", "Restore"},
+    {"继续标注", "Keep Editing"},
+    {"放弃修改", "Discard Changes"},
+    {"好", "OK"},
+    {"我知道了", "Got It"},
+    {"面积不能超过2K", "The drawing may not be larger than 2K"},
+    {"无法载入图片", "The Picture Cannot Be Opened"},
+    {"载入此图片时出错", "Something went wrong when opening this picture"},
+    {"打开新图片？", "Open Another Picture?"},
+    {"当前的标注将会丢失", "What has been drawn will be lost"},
+    {"打开", "Open"},
+    {"剪贴板不可用", "The Clipboard Is Not Available"},
+    {"请安装 xclip 以复制和粘贴图片", "Install xclip to copy and paste pictures"},
+    {"剪贴板中没有图片", "There Is No Picture on the Clipboard"},
+    {"无法保存图片", "The Picture Cannot Be Saved"},
+};
+
+// Of a locale such as "zh_CN.UTF-8".
+std::string_view languageOf(std::string_view locale) {
+    return locale.substr(0, locale.find_first_of("_-.@"));
+}
+
+}  // namespace
+
+std::string englishText(const std::string& text) {
+    const auto* const found = std::ranges::find(texts, std::string_view(text),
+                                                [](const auto& pair) { return pair.first; });
+    return found == std::end(texts) ? text : std::string(found->second);
+}
+
+bool prefersEnglishTexts(std::string_view locale) {
+    const std::string_view language = languageOf(locale);
+    return !language.empty() && language != "C" && language != "POSIX" && language != "zh";
+}
+
+}  // namespace kalim

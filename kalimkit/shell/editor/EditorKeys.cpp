@@ -1,0 +1,348 @@
+#include "kalimkit/shell/editor/EditorKeys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "kalimkit/shell/editor/EditorTables.h"
+#include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double largestScale = 2;
+// Seconds without a notch after which a zoom has come to its end.
+constexpr double zoomPause = 0.2;
+constexpr unsigned largestSize = 4;
+
+// Whether a key types something into a text.
+bool isTyping(std::string_view key) {
+    const std::string_view last = key.substr(key.rfind('+') + 1);
+    const bool isPlain = last.size() == key.size() || key == "shift+" + std::string(last);
+    return isPlain && (last.size() == 1 || last == "space");
+}
+
+// Chooses as a tap on a dot does; the picker shows the dot that is like it, if it has one.
+template <typename Likeness>
+void choose(TesselViewController& editor, const TesselViewController::Dots& dots,
+            TesselPopView& picker, const std::shared_ptr<TesselConfig>& config, Likeness isLike) {
+    const auto dot =
+        std::ranges::find_if(dots, [&](const auto& each) { return isLike(*each->config()); });
+    if (dot != dots.end()) picker.setSelectIndex(static_cast<int>(dot - dots.begin()));
+    editor.clickDotWithConfig(dot != dots.end() ? (*dot)->config() : config);
+}
+
+}  // namespace
+
+struct EditorKeys::Command {
+    std::string_view key;
+    bool (EditorKeys::*run)();
+    // While it is held down, again and again.
+    bool repeats = false;
+};
+
+const EditorKeys::Command EditorKeys::commands[] = {
+    {"ctrl+z", &EditorKeys::undo, true},
+    {"ctrl+shift+z", &EditorKeys::redo, true},
+    {"ctrl+y", &EditorKeys::redo, true},
+    {"delete", &EditorKeys::deleteSelection},
+    {"backspace", &EditorKeys::deleteSelection},
+    {"escape", &EditorKeys::escape},
+    {"enter", &EditorKeys::confirm},
+    {"ctrl+s", &EditorKeys::confirm},
+    {"ctrl+c", &EditorKeys::copy},
+    {"ctrl+v", &EditorKeys::paste},
+    {"space", &EditorKeys::holdSpace},
+    {"p", &EditorKeys::takePen<EditorPenFreehand>},
+    {"l", &EditorKeys::takePen<EditorPenLine>},
+    {"a", &EditorKeys::takePen<EditorPenArrow>},
+    {"r", &EditorKeys::takePen<EditorPenRectangle>},
+    {"e", &EditorKeys::takePen<EditorPenCircle>},
+    {"t", &EditorKeys::takePen<EditorPenText>},
+    {"m", &EditorKeys::takePen<EditorPenMosaic>},
+    {"1", &EditorKeys::takeColor<0>},
+    {"2", &EditorKeys::takeColor<1>},
+    {"3", &EditorKeys::takeColor<2>},
+    {"4", &EditorKeys::takeColor<3>},
+    {"5", &EditorKeys::takeColor<4>},
+    {"[", &EditorKeys::thinner, true},
+    {"]", &EditorKeys::thicker, true},
+};
+
+EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor) : _editor(std::move(editor)) {}
+
+EditorKeys::~EditorKeys() {
+    if (_zoomEnd) ui::Environment::current().runLoop().cancel(_zoomEnd);
+}
+
+// ---- keys
+
+bool EditorKeys::press(std::string_view key, bool isRepeated) {
+    const auto editor = _editor.lock();
+    // Until it has appeared there is nothing to choose from.
+    if (!editor || !editor->penPopView() || !editor->window()) return false;
+    if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
+    const auto* const command = std::ranges::find(commands, key, &Command::key);
+    if (command == std::end(commands)) return false;
+    return (!isRepeated || command->repeats) && (this->*command->run)();
+}
+
+void EditorKeys::release(std::string_view key) {
+    if (key.ends_with("space")) _isSpaceHeld = false;
+}
+
+// What stands above the editor takes all keys.
+bool EditorKeys::pressInDialog(std::string_view key, bool isRepeated) {
+    const bool refuses = key == "escape" && !isRepeated;
+    if (const auto alert = ui::AlertView::topmostIn(*window())) {
+        const bool accepts = key == "enter" && !isRepeated;
+        if (refuses) alert->dismissWithButton(0);
+        if (accepts) alert->dismissWithButton(alert->buttons().size() - 1);
+        return true;
+    }
+    const auto sheet = _editor.lock()->actionSheet();
+    if (sheet && refuses) sheet->animateOff();
+    return sheet != nullptr;
+}
+
+bool EditorKeys::pressInText(std::string_view key) {
+    const auto text = ui::TextView::focusedIn(*window());
+    return text && (text->handleKey(key) || isTyping(key));
+}
+
+ui::Window* EditorKeys::window() const {
+    const auto editor = _editor.lock();
+    return editor ? editor->window() : nullptr;
+}
+
+// ---- commands
+
+bool EditorKeys::undo() {
+    const auto editor = _editor.lock();
+    if (!editor->drawView()->canUndo()) return false;
+    editor->toolView()->handleUndo();
+    return true;
+}
+
+bool EditorKeys::redo() {
+    const auto editor = _editor.lock();
+    if (!editor->drawView()->canRedo()) return false;
+    editor->toolView()->handleRedo();
+    return true;
+}
+
+bool EditorKeys::deleteSelection() {
+    const auto editor = _editor.lock();
+    if (!editor->drawView()->hasSelectedTools()) return false;
+    editor->clickDelete();
+    return true;
+}
+
+bool EditorKeys::escape() {
+    const auto editor = _editor.lock();
+    if (editor->drawView()->curEdittingTextTool()) {
+        editor->clickToolDone();
+    } else if (editor->drawView()->hasSelectedTools()) {
+        editor->drawView()->selectNone();
+    } else if (editor->showPanel()) {
+        editor->clickAtConfirm();
+    } else {
+        askToClose();
+    }
+    return true;
+}
+
+bool EditorKeys::confirm() {
+    _editor.lock()->toolView()->handleConfirm();
+    return true;
+}
+
+bool EditorKeys::copy() {
+    const auto editor = _editor.lock();
+    const auto delegate = _delegate.lock();
+    if (!delegate) return false;
+    const auto& canvas = editor->drawView();
+    const gfx::ImageRef image = editor->exportsAtPictureScale()
+                                    ? canvas->exportImageAtPictureScale()
+                                    : canvas->exportImage();
+    if (image) delegate->editorKeysCopyPicture(image);
+    return image != nullptr;
+}
+
+bool EditorKeys::paste() {
+    const auto delegate = _delegate.lock();
+    if (delegate) delegate->editorKeysPastePicture();
+    return delegate != nullptr;
+}
+
+bool EditorKeys::holdSpace() {
+    _isSpaceHeld = true;
+    return true;
+}
+
+template <unsigned pen>
+bool EditorKeys::takePen() {
+    choosePen(pen);
+    return true;
+}
+
+template <unsigned index>
+bool EditorKeys::takeColor() {
+    const auto& dots = _editor.lock()->colorViews();
+    if (index < dots.size()) chooseColor(dots[index]->config()->color());
+    return index < dots.size();
+}
+
+// From the size that the pen button shows, which is that of the selection where there is one.
+bool EditorKeys::stepSize(int step) {
+    const auto editor = _editor.lock();
+    const auto size = static_cast<int>(editor->penView()->size());
+    const auto wanted = static_cast<unsigned>(std::clamp(size + step, 0, int{largestSize}));
+    chooseLineWidth(*lineWidthForSize(wanted));
+    return true;
+}
+
+// ---- the pointer
+
+bool EditorKeys::pointerPressed(PointerButton button, gfx::Point place) {
+    const bool isPanning =
+        button == PointerButton::Middle || (button == PointerButton::Main && _isSpaceHeld);
+    if (!isPanning || _panButton) return _panButton.has_value();
+    if (!isCanvasFree()) return button == PointerButton::Middle;
+    endZoom();
+    _panButton = button;
+    _panStart = _panEnd = place;
+    _editor.lock()->drawView()->handlePanGesture(ui::GestureState::Began, {});
+    return true;
+}
+
+bool EditorKeys::pointerMoved(gfx::Point place) {
+    const auto editor = _editor.lock();
+    if (!_panButton || !editor || !editor->drawView()) return false;
+    editor->drawView()->handlePanGesture(ui::GestureState::Changed,
+                                         inCanvas(place) - inCanvas(_panStart));
+    _panEnd = place;
+    return true;
+}
+
+bool EditorKeys::pointerReleased(PointerButton button) {
+    if (_panButton != button) return false;
+    _panButton.reset();
+    if (const auto editor = _editor.lock()) {
+        editor->drawView()->handlePanGesture(ui::GestureState::Ended,
+                                             inCanvas(_panEnd) - inCanvas(_panStart));
+    }
+    return true;
+}
+
+void EditorKeys::pointerZoomed(gfx::Point place, double factor) {
+    if (_panButton || !isCanvasFree() || !std::isfinite(factor) || !(factor > 0)) return;
+    const auto canvas = _editor.lock()->drawView();
+    ui::RunLoop& loop = ui::Environment::current().runLoop();
+    if (_zoomEnd) {
+        loop.cancel(_zoomEnd);
+    } else {
+        _zoom = 1;
+        _scaleBeforeZoom = canvas->contextScale();
+        canvas->handlePinchGesture(ui::GestureState::Began, 1, inCanvas(place));
+    }
+    _zoomPlace = place;
+    // A wheel has no end that would spring back by itself, so it stops at the bounds.
+    _zoom = std::clamp(_zoom * factor, canvas->defaultMinScale() / _scaleBeforeZoom,
+                       std::max(1.0, largestScale / _scaleBeforeZoom));
+    canvas->handlePinchGesture(ui::GestureState::Changed, _zoom, inCanvas(place));
+    _zoomEnd = loop.after(zoomPause, [this] { endZoom(); });
+}
+
+void EditorKeys::endZoom() {
+    if (!_zoomEnd) return;
+    ui::Environment::current().runLoop().cancel(std::exchange(_zoomEnd, 0));
+    const auto editor = _editor.lock();
+    if (!editor || !editor->drawView()) return;
+    editor->drawView()->handlePinchGesture(ui::GestureState::Ended, _zoom, inCanvas(_zoomPlace));
+}
+
+// Whether the canvas can be moved now: it is in sight and no finger works on it.
+bool EditorKeys::isCanvasFree() const {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->drawView() || !editor->window()) return false;
+    return editor->window()->activeTouches().empty() && !editor->actionSheet() &&
+           !ui::AlertView::topmostIn(*editor->window());
+}
+
+gfx::Point EditorKeys::inCanvas(gfx::Point place) const {
+    return _editor.lock()->drawView()->convertPointFrom(place, nullptr);
+}
+
+// ---- for hosts
+
+void EditorKeys::choosePen(unsigned pen) {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->penPopView()) return;
+    editor->drawView()->selectNone();
+    const auto config = TesselConfig::create();
+    config->setType(2);
+    config->setPen(pen);
+    choose(*editor, editor->penViews(), *editor->penPopView(), config,
+           [pen](const TesselConfig& dot) { return dot.pen() == pen; });
+}
+
+void EditorKeys::chooseColor(const gfx::ColorRef& color) {
+    const auto editor = _editor.lock();
+    if (!color || !editor || !editor->colorPopView()) return;
+    const auto config = TesselConfig::create();
+    config->setType(0);
+    config->setColor(color);
+    choose(*editor, editor->colorViews(), *editor->colorPopView(), config,
+           [&](const TesselConfig& dot) { return *dot.color() == *color; });
+}
+
+void EditorKeys::chooseLineWidth(double width) {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->sizePopView()) return;
+    const auto config = TesselConfig::create();
+    config->setType(1);
+    for (unsigned size = 0; lineWidthForSize(size); ++size) {
+        if (*lineWidthForSize(size) != width) continue;
+        config->setSize(size);
+        choose(*editor, editor->sizeViews(), *editor->sizePopView(), config,
+               [size](const TesselConfig& dot) { return dot.size() == size; });
+        return;
+    }
+    editor->drawView()->setDrawLineWidth(width);
+}
+
+void EditorKeys::askToClose() {
+    const auto editor = _editor.lock();
+    if (editor && editor->toolView() && !editor->actionSheet()) editor->toolView()->handleClose();
+}
+
+void EditorKeys::openPicture(const gfx::ImageRef& image) {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->drawView()) return;
+    if (!image) {
+        editor->checkAndTipImageVaild(image);
+        return;
+    }
+    const auto open = [weakEditor = _editor, image] {
+        if (const auto editor = weakEditor.lock()) editor->drawView()->setSnipImage(image);
+    };
+    if (!editor->drawView()->hasDrawed()) {
+        open();
+        return;
+    }
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert(
+        {environment.localizedString("打开新图片？"),
+         environment.localizedString("当前的标注将会丢失"),
+         {environment.localizedString("取消"), environment.localizedString("打开")},
+         [open](std::size_t button) {
+             if (button == 1) open();
+         }});
+}
+
+}  // namespace kalim
