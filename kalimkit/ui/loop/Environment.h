@@ -18,6 +18,7 @@
 namespace kalim::ui {
 
 class Animator;
+class PhotoLibrary;
 class TextView;
 class Window;
 
@@ -80,6 +81,9 @@ public:
     // Asks for one; nothing once the user has cancelled that. The default has none to offer and
     // answers at once.
     virtual void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked);
+    // The library that pictures are saved in; each call may answer with another object. Null where
+    // the host has none.
+    virtual std::shared_ptr<PhotoLibrary> makePhotoLibrary() { return nullptr; }
 
     // ---- text input
     // The text on the clipboard, empty where there is none; the default has no clipboard.

@@ -1,0 +1,22 @@
+#include "kalimkit/imageedit/image/EditImageUtil.h"
+
+#include <cmath>
+
+#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/loop/PhotoLibrary.h"
+
+namespace kalim {
+
+void EditImageUtil::savePhotoToSystemAlbum(const gfx::ImageRef& image) {
+    if (!isNeedSaveEditedPhoto() || !image) return;
+    if (const auto library = ui::Environment::current().makePhotoLibrary()) {
+        library->writeImage(image, {});
+    }
+}
+
+float EditImageUtil::getNearByInt(float v) {
+    const auto scale = static_cast<float>(ui::Environment::current().screen().scale);
+    return std::nearbyint(v * scale) / scale;
+}
+
+}  // namespace kalim

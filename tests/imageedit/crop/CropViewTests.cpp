@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "kalimkit/imageedit/crop/EditImageCropGridView.h"
+#include "kalimkit/imageedit/crop/EditImageCropOverlayView.h"
+#include "kalimkit/imageedit/crop/EditImageCropToolBarView.h"
+#include "tests/support/TestHost.h"
+
+namespace kalim {
+namespace {
+
+using test::TestHost;
+
+std::string hexAt(TestHost& host, int x, int y) {
+    host.window().display();
+    return host.window().surface()->makeImage()->pixels()->colorAt(x, y).hex();
+}
+
+TEST(EditImageCropGridView, LinesLieInsideAndCornerMarkersOutsideOfTheFrame) {
+    TestHost host;
+    const auto grid = EditImageCropGridView::initWithFrame({});
+    host.window().rootView()->addSubview(grid);
+    grid->setFrame({20, 30, 300, 240});
+    host.window().display();
+    EXPECT_EQ(grid->borderGridLines()[1]->frame(), gfx::Rect(299, 0, 1, 240));
+    EXPECT_EQ(grid->borderGridLines()[2]->frame(), gfx::Rect(0, 239, 300, 1));
+    EXPECT_EQ(grid->tlLineView()[1]->frame(), gfx::Rect(-2, -2, 20, 2));
+    EXPECT_EQ(grid->trLineView()[0]->frame(), gfx::Rect(300, -2, 2, 20));
+    EXPECT_EQ(grid->brLineView()[1]->frame(), gfx::Rect(300, 222, 2, 20));
+    EXPECT_EQ(grid->blLineView()[0]->frame(), gfx::Rect(-2, 222, 2, 20));
+    EXPECT_EQ(grid->horizontalGridLines()[1]->frame(), gfx::Rect(0, 160, 300, 0.5));
+    EXPECT_EQ(grid->verticalGridLines()[0]->frame(), gfx::Rect(100, 0, 0.5, 240));
+    EXPECT_EQ(host.window().rootView()->hitTest({100, 100}), host.window().rootView());
+}
+
+TEST(EditImageCropOverlayView, DarkensWhatIsNotBrightByItsLevel) {
+    TestHost host;
+    host.window().rootView()->setBackgroundColor(gfx::makeColor(1, 1, 1));
+    const auto overlay = EditImageCropOverlayView::initWithFrame({0, 0, 390, 844});
+    host.window().rootView()->addSubview(overlay);
+    EXPECT_EQ(hexAt(host, 10, 10), "#FFFFFFFF");
+    overlay->setBrightFrame({100, 200, 150, 300});
+    const struct {
+        int level;
+        const char* outside;
+    } levels[] = {{1, "#000000FF"}, {2, "#333333FF"}, {3, "#FFFFFFFF"}, {7, "#FFFFFFFF"}};
+    for (const auto& [level, outside] : levels) {
+        overlay->setOverlayLevel(level);
+        EXPECT_EQ(overlay->overlayLevel(), level);
+        for (const auto& [x, y] : {std::pair{98, 300}, {251, 300}, {150, 198}, {150, 501}})
+            EXPECT_EQ(hexAt(host, x, y), outside) << level << " at " << x << ", " << y;
+        for (const auto& [x, y] : {std::pair{99, 199}, {250, 500}, {170, 350}})
+            EXPECT_EQ(hexAt(host, x, y), "#FFFFFFFF") << level << " at " << x << ", " << y;
+    }
+    const auto mask = overlay->blackLayer()->mask();
+    overlay->setBrightFrame({100, 200, 150, 300});
+    EXPECT_EQ(overlay->blackLayer()->mask(), mask);
+    overlay->setOverlayLevel(1);
+    overlay->setBrightFrame({0, 0, 390, 844});
+    EXPECT_EQ(hexAt(host, 10, 10), "#FFFFFFFF");
+}
+
+struct Clicks : EditImageCropToolBarDelegate {
+    void onCropToolBarCancelBtnClicked() override { said += "cancel "; }
+    void onCropToolBarRevertBtnClicked() override { said += "revert "; }
+    void onCropToolBarDoneBtnClicked() override { said += "done "; }
+    void onCropToolBarRotateBtnClicked() override { said += "rotate "; }
+    std::string said;
+};
+
+TEST(EditImageCropToolBarView, ReportsItsButtonsAndTheOneAboveItOnlyWhileThatIsShownFully) {
+    TestHost host;
+    const auto clicks = std::make_shared<Clicks>();
+    const auto bar = EditImageCropToolBarView::init();
+    bar->setDelegate(clicks);
+    bar->setFrame({0, 784, 390, 63});
+    host.window().rootView()->addSubview(bar);
+    host.window().display();
+    const auto tap = [&](gfx::Point p) {
+        host.window().fingersBegan({{1, p}});
+        host.window().fingersEnded({{1, p}});
+        return std::exchange(clicks->said, {});
+    };
+    // Invisible at first.
+    EXPECT_EQ(tap({40, 750}) + tap({40, 810}), "");
+    bar->setAlpha(1);
+    EXPECT_EQ(bar->rotateBtn()->frame(), gfx::Rect(10, -63, 60, 63));
+    EXPECT_EQ(bar->revertBtn()->frame(), gfx::Rect(170, 0, 50, 63));
+    EXPECT_EQ(tap({40, 810}) + tap({350, 810}) + tap({40, 750}), "cancel done rotate ");
+    EXPECT_EQ(tap({195, 810}), "");
+    bar->canRevertEnable(true);
+    EXPECT_EQ(tap({195, 810}), "revert ");
+
+    bar->hideRotateBtnWithAnimation(true, true);
+    EXPECT_EQ(tap({40, 750}), "");
+    host.wait(0.4);
+    bar->hideRotateBtnWithAnimation(false, true);
+    host.wait(0.2);
+    EXPECT_EQ(tap({40, 750}), "");
+    host.wait(0.2);
+    EXPECT_EQ(tap({40, 750}), "rotate ");
+}
+
+}  // namespace
+}  // namespace kalim
