@@ -28,6 +28,8 @@ bool isFinite(const gfx::AffineTransform& t) {
 
 // With a negative side, the rectangle that its corners span.
 gfx::Rect standardized(const gfx::Rect& rect) {
+    // Corners would round the size of what only moves.
+    if (rect.size.width >= 0 && rect.size.height >= 0) return rect;
     return gfx::Rect::spanning(rect.origin, {rect.maxX(), rect.maxY()});
 }
 

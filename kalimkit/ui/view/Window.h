@@ -98,7 +98,7 @@ public:
 private:
     friend class View;
     using Touches = std::vector<TouchRef>;
-    using Life = std::weak_ptr<const Window*>;
+    using Life = std::weak_ptr<Window*>;
 
     // ---- touches (WindowTouches.cpp)
     TouchRef touchWithId(std::int64_t id) const;
@@ -111,7 +111,7 @@ private:
     static Touches withhold(const Touches& touches);
     void sendCancelled(const Touches& cancelled, const Touches& all);
     void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
-    void finishEvent(const Life& life);
+    static void finishEvent(const Life& life);
 
     void setFirstResponder(const std::shared_ptr<View>& view);
     void requestLayout();
@@ -120,7 +120,7 @@ private:
     void draw(const gfx::Rect& rect);
 
     // Goes with the window.
-    std::shared_ptr<const Window*> _life = std::make_shared<const Window*>(this);
+    std::shared_ptr<Window*> _life = std::make_shared<Window*>(this);
     gfx::Size _size;
     double _scale;
     std::shared_ptr<View> _root;

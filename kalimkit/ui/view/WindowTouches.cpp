@@ -283,7 +283,7 @@ void Window::send(View& view, TouchPhase phase, const Touches& changed, const To
 
 void Window::finishEvent(const Life& life) {
     if (!life.expired()) Environment::current().runLoop().drain();
-    if (!life.expired()) display();
+    if (const auto window = life.lock()) (*window)->display();
 }
 
 }  // namespace kalim::ui
