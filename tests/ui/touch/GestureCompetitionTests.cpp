@@ -95,6 +95,34 @@ TEST(GestureCompetition, GesturesThatAllowItGoOnAtOnceAndLeaveTheTouchesAlone) {
     }
 }
 
+TEST(GestureCompetition, TouchesThatTheDelegateRefusesAreNoneOfTheGesture) {
+    struct Picky : GestureDelegate {
+        bool shouldReceiveTouch(const GestureRecognizer&, const Touch& touch) override {
+            return touch.locationIn(nullptr).x < 100;
+        }
+    };
+    const auto delegate = std::make_shared<Picky>();
+    GestureStage stage;
+    const auto pan = stage.add<PanGestureRecognizer>("pan");
+    pan->setDelegate(delegate);
+    test::LogView::Lines touches;
+    const auto view = test::LogView::make("view", {0, 0, 300, 300}, touches);
+    view->setMultipleTouchEnabled(true);
+    stage.window().rootView()->addSubview(view);
+    Finger refused(stage.window(), 1);
+    Finger taken(stage.window(), 2);
+    // It is asked where the finger lands, and not again.
+    refused.down({200, 10}).moveTo({50, 10});
+    EXPECT_EQ(stage.take(), GestureStage::Lines{});
+    taken.down({50, 50}).moveTo({70, 50}).up();
+    EXPECT_EQ(stage.take(), (GestureStage::Lines{"pan began", "pan ended"}));
+    refused.moveTo({60, 10}).up();
+    EXPECT_EQ(stage.take(), GestureStage::Lines{});
+    EXPECT_EQ(touches, (test::LogView::Lines{"view began 1 of 1", "view moved 1 of 1",
+                                             "view began 2 of 1 2", "view cancelled 2 of 1 2",
+                                             "view moved 1 of 1", "view ended 1 of 1"}));
+}
+
 struct Taps : GestureStage {
     std::shared_ptr<TapGestureRecognizer> single = add<TapGestureRecognizer>("single");
     std::shared_ptr<TapGestureRecognizer> twice = add<TapGestureRecognizer>("double");
