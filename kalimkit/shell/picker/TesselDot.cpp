@@ -158,7 +158,7 @@ void TesselDot::setSelect(bool select) {
     if (_config->type() == penType) {
         _ringLayer->setStrokeColor(select ? gfx::makeColor(white) : nullptr);
     }
-    animateRing(select);
+    if (window()) animateRing(select);
     setNeedsDisplay();
 }
 

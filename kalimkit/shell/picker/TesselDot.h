@@ -46,7 +46,7 @@ public:
     std::string accessibilityLabel() const override;
 
     // ---- state
-    // Selecting one that was not, and the reverse, is animated.
+    // Selecting one that was not, and the reverse, is animated in a window.
     bool select() const { return _select; }
     void setSelect(bool select);
     // Whether a finger is on it.
