@@ -48,6 +48,8 @@ public:
     void setBlendMode(BlendMode mode) { _state.blendMode = mode; }
     void setInterpolation(Interpolation interpolation) { _state.interpolation = interpolation; }
     void setTextMode(TextMode mode) { _state.textMode = mode; }
+    // Where a backend cannot draw hard edges, as a web page, false moves the edges of rectangles
+    // that lie along the axes onto whole pixels and changes nothing else.
     void setAntialias(bool antialias) { _state.antialias = antialias; }
 
     // ---- transform --------------------------------------------------------------------------

@@ -2,29 +2,29 @@
 
 import test, { after, before } from 'node:test';
 import assert from 'node:assert/strict';
-import { open } from './browser.mjs';
+import { Page, browserName } from './page.mjs';
 
-let host;
+let page;
 before(async () => {
-  host = await open();
+  page = await Page.open();
 });
-after(() => host.close());
+after(() => page.close());
 
 // All that the module prints.
-async function runTests(page) {
-  await page.goto(`${host.url}/tests/blank.html`);
-  return page.evaluate(async () => {
+async function runTests() {
+  await page.goto('/tests/blank.html');
+  return page.evaluate(async (browser) => {
     const { instantiate } = await import('/kalimkit/backend/html/instance.js');
     const printed = [];
     console.error = (text) => printed.push(text);
     const { exports } = await instantiate(new URL('/modules/tests-html.wasm', location.href));
-    exports.run();
+    exports.run(browser);
     return printed.join('');
-  });
+  }, ['chromium', 'firefox', 'webkit'].indexOf(browserName));
 }
 
 test('the device of a page does what every device must do', async (all) => {
-  const output = await runTests(await host.browser.newPage());
+  const output = await runTests();
   const results = [...output.matchAll(/^\[ RUN      \] (.*)\n([^]*?)^\[ +(OK|FAILED) +\]/gm)];
   assert.notEqual(results.length, 0, output);
   for (const [, name, complaint, result] of results) {

@@ -132,6 +132,7 @@ void CairoContext::onDrawSurface(Surface& surface, const Rect& rect) {
         cairo_set_source_surface(context, own->surface(), 0, 0);
         cairo_pattern_t* const source = cairo_get_source(context);
         cairo_pattern_set_matrix(source, &toSource);
+        cairo_pattern_set_extend(source, CAIRO_EXTEND_PAD);
         cairo_pattern_set_filter(source, state().interpolation == Interpolation::None
                                              ? CAIRO_FILTER_NEAREST
                                              : CAIRO_FILTER_BILINEAR);

@@ -2,7 +2,7 @@
 // pictures are known to the library by numbers; 0 is none. Coordinates arrive in the surface's points
 // with its scale, or with a transform that leads to its pixels.
 
-import { TextMeasures, fontString, prepareText } from './text.js';
+import { TextMeasures, fontString, prepareText, roundsAdvances } from './text.js';
 
 const Blend = { normal: 0, sourceIn: 1, copy: 2, clear: 3 };
 const Command = { move: 0, line: 1, quad: 2, cubic: 3, close: 4 };
@@ -13,8 +13,10 @@ const largestSide = 32767;
 const doubtfulArea = 1 << 24;
 const layersKept = 4;
 const colorsKept = 1000;
-// Browsers round a font's ascent and descent to whole pixels, so they are measured large.
+// Browsers round a font's ascent and descent to whole pixels, so they are measured large. Where advances
+// are rounded, too, texts are measured and drawn large, not so large that their widths become worse.
 const metricsSize = 1000;
+const textSize = 300;
 
 function makeContext(width, height) {
   const canvas = document.createElement('canvas');
@@ -39,6 +41,23 @@ function isUsable({ canvas: { width, height } }, context) {
   return isDrawn;
 }
 
+// Browsers keep premultiplied colours and tell straight ones; most round to the nearest of both, Firefox
+// up to the one and down to the other. What to add to a colour, in levels, so that it comes out as it
+// was: before it is rounded as a straight one, and before it is cut off as a premultiplied one.
+function roundingOf(context) {
+  const pixel = context.createImageData(1, 1);
+  pixel.data.set([128, 0, 0, 2]);
+  context.putImageData(pixel, 0, 0);
+  const isUp = context.getImageData(0, 0, 1, 1).data[0] > 128;
+  return isUp ? { straight: -0.499, premultiplied: 0.999 } : { straight: 0, premultiplied: 0.5 };
+}
+
+// Chromium moves the edges of pictures onto whole pixels, unless they are turned.
+function smoothingEdges(transform) {
+  if (transform.every(Number.isInteger)) return transform;
+  return transform.map((part, i) => (i < 4 && part === 0 ? 1e-9 : part));
+}
+
 // Half as many pixels in the directions asked for, each the average of those that it stands for. What is
 // left over of an odd number at the end is stretched.
 function halve(source, width, height, isAcross, isDown) {
@@ -61,8 +80,10 @@ export class Drawing {
   #things = new Map();
   #lastId = 0;
   #measures;
+  #isTextLarge;
   #colors = new Map();
   #freeLayers = [];
+  #rounding = roundingOf(makeContext(1, 1));
   // Of the next thing painted.
   #alpha = 1;
   #blend = Blend.normal;
@@ -72,7 +93,9 @@ export class Drawing {
 
   constructor(heap) {
     this.#heap = heap;
-    this.#measures = new TextMeasures(makeContext(1, 1));
+    const context = makeContext(1, 1);
+    this.#measures = new TextMeasures(context);
+    this.#isTextLarge = roundsAdvances(context);
   }
 
   // ---- for the page
@@ -150,33 +173,38 @@ export class Drawing {
           const { context } = layer;
           const { width, height } = this.#things.get(source);
           const drawn = this.#reduced(source, transform);
-          this.#transform(layer, transform);
+          this.#transform(layer, smoothingEdges(transform));
           if (!isCover) return context.drawImage(drawn, 0, 0, width, height);
           context.fillStyle = '#000';
           context.fillRect(0, 0, width, height);
         }),
-      text: (id, at, length, family, familyLength, size, style, color, width, join, ...transform) =>
+      text: (id, at, length, family, familyLength, size, style, color, width, join, ...transform) => {
+        const text = this.#text(at, length);
+        const set = this.#setSize(size);
+        const font = this.#font(family, familyLength, set, style);
+        for (let i = 0; i < 4; ++i) transform[i] *= size / set;
         this.#paint(id, (layer, isCover) => {
           const { context } = layer;
-          const text = this.#text(at, length);
-          context.font = this.#font(family, familyLength, size, style);
+          context.font = font;
           this.#transform(layer, transform);
           if (width > 0) {
             context.strokeStyle = isCover ? '#000' : this.#color(color);
-            this.#setPen(context, width, 0, join);
+            this.#setPen(context, (width * set) / size, 0, join);
             context.strokeText(text, 0, 0);
           } else {
             this.#setFill(layer, isCover, color, transform);
             context.fillText(text, 0, 0);
           }
-        }),
+        });
+      },
       group_begin: (id, x, y, width, height) => this.#beginGroup(id, x, y, width, height),
       group_end: (id) => this.#endGroup(id),
 
       advances: (at, length, family, familyLength, size, style, out) => {
-        const font = this.#font(family, familyLength, size, style);
+        const set = this.#setSize(size);
+        const font = this.#font(family, familyLength, set, style);
         const advances = this.#measures.advances(this.#text(at, length), font);
-        this.#heap.doubles.set(advances, out / 8);
+        this.#heap.doubles.set(advances.map((advance) => (advance * size) / set), out / 8);
         return advances.length;
       },
       line_metrics: (family, familyLength, size, style, out) => {
@@ -216,12 +244,13 @@ export class Drawing {
     const image = context.createImageData(width, height);
     const to = image.data;
     const from = this.#heap.bytes.subarray(pixels, pixels + to.length);
+    const offset = this.#rounding.straight;
     for (let i = 0; i < to.length; i += 4) {
       const alpha = from[i + 3];
       const straight = alpha && 255 / alpha;
-      to[i] = from[i + 2] * straight;
-      to[i + 1] = from[i + 1] * straight;
-      to[i + 2] = from[i] * straight;
+      to[i] = from[i + 2] * straight + offset;
+      to[i + 1] = from[i + 1] * straight + offset;
+      to[i + 2] = from[i] * straight + offset;
       to[i + 3] = alpha;
     }
     context.putImageData(image, 0, 0);
@@ -237,15 +266,16 @@ export class Drawing {
     strip.height = Math.min(rows, height);
     const context = strip.getContext('2d', { willReadFrequently: true });
     const to = this.#heap.bytes;
+    const offset = this.#rounding.premultiplied;
     for (let y = 0, at = pixels; y < height; y += rows) {
       context.clearRect(0, 0, strip.width, strip.height);
       context.drawImage(source, 0, -y);
       const { data } = context.getImageData(0, 0, width, Math.min(rows, height - y));
       for (let i = 0; i < data.length; i += 4, at += 4) {
         const alpha = data[i + 3] / 255;
-        to[at] = data[i + 2] * alpha + 0.5;
-        to[at + 1] = data[i + 1] * alpha + 0.5;
-        to[at + 2] = data[i] * alpha + 0.5;
+        to[at] = data[i + 2] * alpha + offset;
+        to[at + 1] = data[i + 1] * alpha + offset;
+        to[at + 2] = data[i] * alpha + offset;
         to[at + 3] = data[i + 3];
       }
     }
@@ -303,6 +333,11 @@ export class Drawing {
 
   #font(family, familyLength, size, style) {
     return fontString(this.#heap.text(family, familyLength), size, style & 1, style & 2);
+  }
+
+  // In which a text of this size is measured and drawn.
+  #setSize(size) {
+    return this.#isTextLarge ? textSize : size;
   }
 
   #setPen(context, width, cap, join) {

@@ -28,6 +28,15 @@ export function fontString(family, size, isBold, isItalic) {
   return `${isItalic ? 'italic ' : ''}${isBold ? 'bold ' : ''}${size}px ${named}${systemFamilies}`;
 }
 
+// Whether advances are whole pixels, as where a browser hints the system's fonts.
+export function roundsAdvances(context) {
+  const widthAt = (size) => {
+    context.font = fontString('', size, false, false);
+    return context.measureText('illicit').width / size;
+  };
+  return Math.abs(widthAt(15) - widthAt(300)) > 0.02;
+}
+
 // Whether a line may end between two neighbouring graphemes.
 function mayBreak(before, after) {
   if (before === '\n') return true;

@@ -44,6 +44,18 @@ double shadowTolerance(double sigma) {
     return sigma < 6 ? 1.5 : 4;
 }
 
+double widthTolerance() {
+    return 0.05;
+}
+
+double clipTolerance() {
+    return 0;
+}
+
+bool castsShadowsOfOutlinedText() {
+    return true;
+}
+
 }  // namespace kalim::test
 
 namespace kalim::gfx {

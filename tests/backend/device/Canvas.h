@@ -10,9 +10,14 @@ namespace kalim::test {
 // The device that a program's tests are about, shared by all of them so that fonts are loaded once.
 // Each program has its own.
 gfx::Device& testDevice();
+// How far the width of a line of text at 15 points may be off, in points.
+double widthTolerance();
 // How far a shadow, blurred with this standard deviation in pixels, and what casts it may be off,
 // in levels of alpha.
 double shadowTolerance(double sigma);
+// How far a blurred shadow may be off, in levels, where only a part of it is drawn.
+double clipTolerance();
+bool castsShadowsOfOutlinedText();
 
 // A surface to draw on and to look at.
 class Canvas {

@@ -118,6 +118,31 @@ TEST(DrawnRaster, EnlargedEdgesDoNotFade) {
     }
 }
 
+TEST(DrawnRaster, EdgesBetweenPixelsCoverThemInPart) {
+    Canvas white(10, 10);
+    white.context().setFillColor({1, 1, 1, 1});
+    white.context().fillRect({0, 0, 10, 10});
+    const ImageRef image = white.surface().makeImage();
+    for (const double side : {5.0, 10.0, 20.0}) {
+        for (const bool isImage : {true, false}) {
+            Canvas canvas(30, 30);
+            const Rect rect{2.25, 2.5, side, side};
+            if (isImage) {
+                canvas.context().drawImage(*image, rect);
+            } else {
+                canvas.context().drawSurface(white.surface(), rect);
+            }
+            const BitmapRef pixels = canvas.pixels();
+            const int end = static_cast<int>(side) + 2;
+            EXPECT_NEAR(191, test::alphaAt(*pixels, 2, 4), 2);
+            EXPECT_NEAR(64, test::alphaAt(*pixels, end, 4), 2);
+            EXPECT_NEAR(128, test::alphaAt(*pixels, 4, 2), 2);
+            EXPECT_NEAR(128, test::alphaAt(*pixels, 4, end), 2);
+            EXPECT_EQ(255, test::alphaAt(*pixels, 3, 3));
+        }
+    }
+}
+
 TEST(DrawnRaster, StrongReductionAverages) {
     // A checkerboard becomes even grey at any factor, also turned; Low leaves it uneven.
     Bitmap board(97, 61);

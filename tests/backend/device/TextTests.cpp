@@ -45,7 +45,8 @@ TEST(DrawnText, MeasuresAreNotRoundedToPixels) {
     const std::string_view text = "Quick 漢字 brown";
     const double once = width(text, systemFont(15));
     for (const double factor : {2.0, 3.0, 7.0}) {
-        EXPECT_NEAR(once * factor, width(text, systemFont(15 * factor)), 0.05 * factor);
+        EXPECT_NEAR(once * factor, width(text, systemFont(15 * factor)),
+                    test::widthTolerance() * factor);
     }
     EXPECT_NE(std::round(once), once);
 }
