@@ -8,8 +8,9 @@ import { basename, join } from 'node:path';
 import { after, before, test } from 'node:test';
 import { promisify } from 'node:util';
 
-import { build, command, complaintsOf, fonts, open, root } from './browser.mjs';
 import { differences } from './json-match.mjs';
+import { Page, browserName } from './page.mjs';
+import { build, command, fonts, root } from './server.mjs';
 
 const folder = join(root, 'tests/scenarios');
 const names = (await readdir(folder)).filter((name) => name.endsWith('.jsonl'));
@@ -48,18 +49,14 @@ async function playNatively({ words, lines }, place) {
   return (await run).stdout.split('\n').filter(Boolean);
 }
 
-let opened;
 let page;
-let complaints;
 
 before(async () => {
-  opened = await open();
-  page = await opened.browser.newPage();
-  complaints = complaintsOf(page);
-  await page.goto(`${opened.url}/tests/player.html`);
-  await page.waitForFunction(() => window.scenarios);
+  page = await Page.open();
+  await page.goto('/tests/player.html');
+  await page.waitFor(() => Boolean(window.scenarios));
 });
-after(() => opened.close());
+after(() => page.close());
 
 test('pictures differ when a small thing is missing in one, not when it has moved by a pixel', async () => {
   const found = await page.evaluate(() => window.scenarios.canCompare(5));
@@ -67,9 +64,12 @@ test('pictures differ when a small thing is missing in one, not when it has move
 });
 
 for (const name of names.map((file) => basename(file, '.jsonl'))) {
-  test(`scenario ${name} goes in a browser as it goes natively`, async () => {
+  test(`scenario ${name} goes in a browser as it goes natively`, async (running) => {
     const scenario = await readScenario(name);
-    const place = join(build, 'results', name);
+    if (browserName === 'firefox' && hasText(scenario)) {
+      return running.skip('Firefox widens the bold letters that it makes of regular ones');
+    }
+    const place = join(build, 'results', browserName, name);
     const [prints, played] = await Promise.all([
       playNatively(scenario, place),
       page.evaluate((given) => window.scenarios.play(given), {
@@ -86,7 +86,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
     for (const picture of played.exported) {
       const compared = await page.evaluate((given) => window.scenarios.compare(given), {
         name: picture,
-        url: `/results/${name}/${picture}`,
+        url: `/results/${browserName}/${name}/${picture}`,
         scale: scenario.screen.scale,
         hasText: hasText(scenario),
       });
@@ -94,7 +94,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
       await writeFile(beside, Buffer.from(compared.picture.split(',')[1], 'base64'));
       if (compared.message) found.push(`${picture}: ${compared.message}\n  see ${beside}`);
     }
-    assert.deepEqual(complaints.splice(0), []);
+    assert.deepEqual(await page.complaints(), []);
     assert.equal(found.join('\n'), '');
   });
 }

@@ -1,4 +1,4 @@
-// What tests/browser/phone.mjs asks of pictures, in the page.
+// What tests/browser/canvas.mjs asks of pictures, in the page.
 
 let decoded;
 
@@ -39,14 +39,31 @@ window.looking = {
     return count;
   },
 
-  // How wide stripes are in the middle row of what the screen shows, its pixels.
-  stripeWidth() {
+  // Of the screen, at a place in pixels of the page.
+  shownAt([x, y]) {
+    const shown = document.getElementById('canvas');
+    const { left, top } = shown.getBoundingClientRect();
+    const pixels = readable(1, 1);
+    const [px, py] = [x - left, y - top].map((side) => Math.floor(side * devicePixelRatio));
+    pixels.drawImage(shown, -px, -py);
+    return [...pixels.getImageData(0, 0, 1, 1).data];
+  },
+
+  // Of the middle row of what the screen shows, in its pixels: how wide the stripes are, and whether all
+  // of them are there.
+  stripesShown() {
     const shown = document.getElementById('canvas');
     const pixels = readable(shown.width, 1);
     pixels.drawImage(shown, 0, -Math.floor(shown.height / 2));
     const { data } = pixels.getImageData(0, 0, shown.width, 1);
-    let edges = 0;
-    for (let i = 4; i < data.length; i += 4) if (data[i] < 128 !== data[i - 4] < 128) ++edges;
-    return shown.width / edges;
+    const edges = [];
+    for (let x = 1; x < shown.width; ++x) {
+      if (data[4 * x] < 128 !== data[4 * x - 4] < 128) edges.push(x);
+    }
+    const [first, last] = [edges[0], edges.at(-1)];
+    return {
+      width: (last - first) / (edges.length - 1),
+      isWhole: edges.length > 100 && first > 1 && last < shown.width - 1,
+    };
   },
 };

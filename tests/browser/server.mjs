@@ -1,6 +1,6 @@
-// What the tests in a browser share: where things lie, a server for them, a Chromium.
+// Where things lie, and a server for them.
 
-import { createRequire } from 'node:module';
+import { once } from 'node:events';
 import { createServer } from 'node:http';
 import { readFile } from 'node:fs/promises';
 import { extname, join, normalize } from 'node:path';
@@ -11,11 +11,9 @@ export const root = fileURLToPath(new URL('../..', import.meta.url));
 export const wasmBuild = join(root, env.KALIM_WASM_BUILD ?? 'build/wasm');
 // The native player.
 export const command = join(root, env.KALIM_COMMAND ?? 'build/ci/cli/kalimkit');
-// Packages and results, emptied by tests/browser/run.
+// Results and what the browsers leave, emptied by tests/browser/run.
 export const build = join(root, 'build/browser');
 export const fonts = join(root, 'tests/browser/fonts.conf');
-
-const { chromium } = createRequire(join(build, 'package.json'))('playwright-core');
 
 const places = [
   ['/results/', join(build, 'results')],
@@ -33,6 +31,8 @@ const types = {
   '.jpg': 'image/jpeg',
   '.webp': 'image/webp',
 };
+// Runs before anything of the page.
+const watch = '<script src="/tests/watch.js"></script>';
 
 async function answer(request, response) {
   const path = normalize(decodeURIComponent(new URL(request.url, 'http://here').pathname));
@@ -40,36 +40,24 @@ async function answer(request, response) {
   const file = join(folder, path.slice(prefix.length) || 'index.html');
   try {
     const body = await readFile(file);
-    response.writeHead(200, { 'Content-Type': types[extname(file)] ?? 'application/octet-stream' });
-    response.end(body);
+    const type = types[extname(file)] ?? 'application/octet-stream';
+    response.writeHead(200, { 'Content-Type': type });
+    response.end(type === types['.html'] ? String(body).replace('<title>', `${watch}<title>`) : body);
   } catch {
     response.writeHead(404).end();
   }
 }
 
-// A server of this machine alone and a browser. Ends with close().
-export async function open() {
-  const browser = await chromium.launch({
-    executablePath: env.KALIM_CHROMIUM ?? '/usr/bin/chromium',
-    args: ['--force-color-profile=srgb', '--font-render-hinting=none'],
-    env: { ...env, FONTCONFIG_FILE: fonts },
-  });
-  const server = createServer(answer);
-  await new Promise((done) => server.listen(0, '127.0.0.1', done));
+// Of this machine alone. Ends with close().
+export async function serve() {
+  const server = createServer(answer).listen(0, '127.0.0.1');
+  await once(server, 'listening');
   return {
-    browser,
     url: `http://127.0.0.1:${server.address().port}`,
-    async close() {
-      await browser.close();
+    close() {
       server.close();
+      // Browsers keep connections open.
+      server.closeAllConnections();
     },
   };
-}
-
-// Collects what goes wrong on a page without anybody asking: errors, failed requests.
-export function complaintsOf(page) {
-  const complaints = [];
-  page.on('pageerror', (error) => complaints.push(String(error)));
-  page.on('console', (message) => message.type() === 'error' && complaints.push(message.text()));
-  return complaints;
 }

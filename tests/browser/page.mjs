@@ -1,0 +1,177 @@
+// A page in a browser as its user has it: real fingers, a mouse, keys, an input method.
+
+import { mkdtemp, readFile, readdir, rm, stat } from 'node:fs/promises';
+import { join } from 'node:path';
+import { env } from 'node:process';
+
+import { build, fonts, serve } from './server.mjs';
+import { launch, until } from './webdriver.mjs';
+
+export const browserName = env.KALIM_BROWSER ?? 'chromium';
+// WebKitGTK's driver knows neither: there the first finger is the mouse.
+export const hasFingers = browserName !== 'webkit';
+
+const phone = { width: 390, height: 844 };
+const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012' };
+
+const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });
+const down = { type: 'pointerDown', button: 0 };
+const up = { type: 'pointerUp', button: 0 };
+const wait = { type: 'pause', duration: 0 };
+
+function pointer(id, pointerType, actions) {
+  return { type: 'pointer', id, parameters: { pointerType }, actions };
+}
+
+// Two actions for each step: to a place, and down or up there.
+function fingerActions(steps, finger) {
+  return [...steps, []].flatMap((step, i) => {
+    const wasDown = Boolean(steps[i - 1]?.[finger]);
+    if (!step[finger]) return [wasDown ? up : wait, wait];
+    return [moveTo(step[finger]), wasDown ? wait : down];
+  });
+}
+
+export class Page {
+  // One of its own, emptied in the end.
+  folder;
+  #browser;
+  #server;
+
+  // Starts a browser with a page as large as a phone's, where that is possible.
+  static async open() {
+    const page = new Page();
+    page.folder = await mkdtemp(join(build, `${browserName}-`));
+    page.#browser = await launch(browserName, { folder: page.folder, fonts });
+    page.#server = await serve();
+    await page.resize(phone.width, phone.height);
+    return page;
+  }
+
+  async close() {
+    await this.#browser.end();
+    this.#server.close();
+    await rm(this.folder, { recursive: true, maxRetries: 10 });
+  }
+
+  async resize(width, height) {
+    if (browserName !== 'chromium') return this.#browser.send('SetWindowRect', { width, height });
+    const screen = { width, height, deviceScaleFactor: 3, mobile: true };
+    await this.#sendToChromium('Emulation.setDeviceMetricsOverride', screen);
+    await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: true });
+  }
+
+  goto(path) {
+    return this.#browser.send('Navigate', { url: this.#server.url + path });
+  }
+
+  // Calls the function in the page with these values, which go as JSON, as its answer does.
+  async evaluate(work, ...values) {
+    const script = `const [values, done] = arguments;
+      Promise.resolve(values).then((all) => (${work})(...all))
+        .then((value) => done({ value }), (error) => done({ error: error + '\\n' + error.stack }));`;
+    const { value, error } =
+      await this.#browser.send('ExecuteAsyncScript', { script, args: [values] });
+    if (error) throw new Error(error);
+    return value;
+  }
+
+  waitFor(question, ...values) {
+    return until(() => this.evaluate(question, ...values), question);
+  }
+
+  // What has gone wrong without anybody asking, since the last time.
+  complaints() {
+    return this.evaluate(() => window.watched.complaints.splice(0));
+  }
+
+  // ---- what the user does; places are [x, y] in pixels of the page
+
+  async click(selector) {
+    const place = await this.evaluate((which) => {
+      const element = document.querySelector(which);
+      element.scrollIntoView({ block: 'nearest', inline: 'nearest' });
+      const { left, top, width, height } = element.getBoundingClientRect();
+      return [left + width / 2, top + height / 2];
+    }, selector);
+    await this.#act(pointer('mouse', 'mouse', [moveTo(place), down, up]));
+  }
+
+  // Steps say where all fingers are, in their order; those that a step has no more have lifted.
+  touch(...steps) {
+    if (!hasFingers) return this.#act(pointer('mouse', 'mouse', fingerActions(steps, 0)));
+    const count = Math.max(...steps.map((step) => step.length));
+    return this.#act(...Array.from({ length: count }, (_, finger) =>
+      pointer(`finger ${finger}`, 'touch', fingerActions(steps, finger))));
+  }
+
+  type(text) {
+    const strokes = [...text].flatMap((value) =>
+      [{ type: 'keyDown', value }, { type: 'keyUp', value }]);
+    return this.#act({ type: 'key', id: 'keys', actions: strokes });
+  }
+
+  // As "Control+z".
+  press(combination) {
+    const values = combination.split('+').map((name) => keys[name] ?? name);
+    const strokes = (type, all) => all.map((value) => ({ type, value }));
+    return this.#act({
+      type: 'key',
+      id: 'keys',
+      actions: [...strokes('keyDown', values), ...strokes('keyUp', values.reverse())],
+    });
+  }
+
+  // As an input method does: what it shows on the way, and what becomes of it.
+  async compose(onTheWay, text) {
+    if (browserName === 'firefox') return this.#composeInFirefox(onTheWay, text);
+    if (browserName === 'webkit') return this.type(text);
+    for (const shown of onTheWay) {
+      await this.#sendToChromium('Input.imeSetComposition',
+        { text: shown, selectionStart: shown.length, selectionEnd: shown.length });
+    }
+    await this.#sendToChromium('Input.insertText', { text });
+  }
+
+  async chooseFile(selector, file) {
+    const element = await this.#browser.send('FindElement', { using: 'css selector', value: selector });
+    await this.#browser.send('ElementSendKeys', { id: Object.values(element)[0], text: file });
+  }
+
+  // Takes the file of this name that the page has given the user, as soon as it is there.
+  async download(name) {
+    const place = join(this.folder, 'downloads');
+    const file = join(place, name);
+    // Some browsers make it empty at first, and write one with another name beside it.
+    await until(async () => (await readdir(place)).join() === name && (await stat(file)).size > 0, name);
+    const bytes = await readFile(file);
+    await rm(file);
+    return bytes;
+  }
+
+  #act(...actions) {
+    return this.#browser.send('PerformActions', { actions });
+  }
+
+  #sendToChromium(cmd, params) {
+    return this.#browser.send('Chromium:Send', { cmd, params });
+  }
+
+  async #composeInFirefox(onTheWay, text) {
+    await this.#browser.send('Marionette:SetContext', { value: 'chrome' });
+    await this.#browser.send('ExecuteScript', {
+      script: `const [onTheWay, text] = arguments;
+        const method = Cc['@mozilla.org/text-input-processor;1'].createInstance(Ci.nsITextInputProcessor);
+        method.beginInputTransactionForTests(window);
+        for (const shown of onTheWay) {
+          method.setPendingCompositionString(shown);
+          method.appendClauseToPendingComposition(shown.length, method.ATTR_RAW_CLAUSE);
+          method.setCaretInPendingComposition(shown.length);
+          method.flushPendingComposition();
+        }
+        method.commitCompositionWith(text);`,
+      args: [onTheWay, text],
+    });
+    await this.#browser.send('Marionette:SetContext', { value: 'content' });
+  }
+}

@@ -1,0 +1,220 @@
+// Starts a browser and sends it the commands of WebDriver: Chromium and WebKitGTK through their
+// drivers, and Firefox, for which Debian has none, through the connection that one would use.
+
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { mkdir, readFile, writeFile } from 'node:fs/promises';
+import { createServer, connect } from 'node:net';
+import { join } from 'node:path';
+import { env } from 'node:process';
+import { setTimeout as pause } from 'node:timers/promises';
+
+const patience = 30000;
+
+// What the question answers with as soon as that is something.
+export async function until(question, what) {
+  for (const end = Date.now() + patience; Date.now() < end; await pause(20)) {
+    const answer = await question();
+    if (answer) return answer;
+  }
+  throw new Error(`Waited in vain for ${what}`);
+}
+
+function failure({ error, message }) {
+  return new Error(`${error}: ${message}`);
+}
+
+class DriverConnection {
+  static #paths = {
+    NewSession: '',
+    Navigate: '/url',
+    ExecuteAsyncScript: '/execute/async',
+    PerformActions: '/actions',
+    FindElement: '/element',
+    ElementSendKeys: '/element/:id/value',
+    SetWindowRect: '/window/rect',
+    'Chromium:Send': '/goog/cdp/execute',
+  };
+  #url;
+
+  constructor(url) {
+    this.#url = `${url}/session`;
+  }
+
+  async send(command, { id, ...body }) {
+    const value = await this.#ask(DriverConnection.#paths[command].replace(':id', id), {
+      method: 'POST',
+      body: JSON.stringify(body),
+    });
+    if (command === 'NewSession') this.#url += `/${value.sessionId}`;
+    return value;
+  }
+
+  quit() {
+    return this.#ask('', { method: 'DELETE' });
+  }
+
+  async #ask(path, request) {
+    const response = await fetch(this.#url + path, request);
+    const { value } = await response.json();
+    if (!response.ok) throw failure(value);
+    return value;
+  }
+}
+
+// Messages are JSON with their number of bytes and a colon in front: [0, number, command, parameters]
+// there, [1, number, error, result] back.
+class MarionetteConnection {
+  #socket;
+  #unread = Buffer.alloc(0);
+  #last = 0;
+  #waiting = new Map();
+
+  constructor(socket) {
+    this.#socket = socket;
+    socket.on('data', (data) => {
+      this.#unread = Buffer.concat([this.#unread, data]);
+      while (this.#readMessage());
+    });
+    socket.on('close', () => {
+      for (const { reject } of this.#waiting.values()) reject(new Error('Firefox is gone'));
+    });
+  }
+
+  send(command, parameters) {
+    const name = command.includes(':') ? command : `WebDriver:${command}`;
+    const message = Buffer.from(JSON.stringify([0, ++this.#last, name, parameters]));
+    this.#socket.write(Buffer.concat([Buffer.from(`${message.length}:`), message]));
+    return new Promise((resolve, reject) => this.#waiting.set(this.#last, { resolve, reject }));
+  }
+
+  quit() {
+    this.#socket.end();
+  }
+
+  #readMessage() {
+    const colon = this.#unread.indexOf(':');
+    const end = colon + 1 + Number(this.#unread.subarray(0, colon));
+    if (colon < 0 || this.#unread.length < end) return false;
+    const message = JSON.parse(this.#unread.subarray(colon + 1, end));
+    this.#unread = this.#unread.subarray(end);
+    // The first is a greeting.
+    if (!Array.isArray(message)) return true;
+    const [, number, error, result] = message;
+    const { resolve, reject } = this.#waiting.get(number);
+    this.#waiting.delete(number);
+    if (error) reject(failure(error));
+    else resolve(result !== null && 'value' in result ? result.value : result);
+    return true;
+  }
+}
+
+async function freePort() {
+  const server = createServer().listen(0, '127.0.0.1');
+  await once(server, 'listening');
+  const { port } = server.address();
+  server.close();
+  return port;
+}
+
+async function startDriver(start, words) {
+  const port = await freePort();
+  start([...words, `--port=${port}`]);
+  const url = `http://127.0.0.1:${port}`;
+  await until(() => fetch(`${url}/status`).then(({ ok }) => ok, () => false), words[0]);
+  return new DriverConnection(url);
+}
+
+// How each is started, and what a session with it asks for. `folder` is one of its own, where it also
+// leaves what it downloads, in `downloads`.
+const browsers = {
+  chromium: {
+    connect: (start) => startDriver(start, ['chromedriver']),
+    options: (folder) => ({
+      'goog:chromeOptions': {
+        binary: env.KALIM_CHROMIUM ?? '/usr/bin/chromium',
+        args: ['--headless=new', '--no-sandbox', '--force-color-profile=srgb',
+          '--font-render-hinting=none'],
+        prefs: { 'download.default_directory': join(folder, 'downloads') },
+      },
+    }),
+  },
+  firefox: {
+    async connect(start, folder) {
+      const settings = {
+        'browser.download.dir': join(folder, 'downloads'),
+        'browser.download.folderList': 2,
+        'layout.css.devPixelsPerPx': '3',
+        'marionette.port': 0,
+      };
+      const lines = Object.entries(settings).map((setting) =>
+        `user_pref(${setting.map((part) => JSON.stringify(part)).join()});\n`);
+      const profile = join(folder, 'profile');
+      await mkdir(profile);
+      await writeFile(join(profile, 'user.js'), lines.join(''));
+      start(['firefox-esr', '--headless', '--marionette', '--remote-allow-system-access',
+        '--no-remote', '--profile', profile]);
+      const portFile = join(profile, 'MarionetteActivePort');
+      const port = await until(() => readFile(portFile, 'utf8').catch(() => ''), 'Firefox');
+      const socket = connect(Number(port), '127.0.0.1');
+      await once(socket, 'connect');
+      return new MarionetteConnection(socket);
+    },
+    options: () => ({}),
+  },
+  webkit: {
+    async connect(start, folder) {
+      const settings = join(folder, '.config/gtk-3.0');
+      await mkdir(settings, { recursive: true });
+      await writeFile(join(settings, 'settings.ini'), '[Settings]\ngtk-xft-hinting=0\n');
+      await writeFile(join(folder, '.config/user-dirs.dirs'), 'XDG_DOWNLOAD_DIR="$HOME/downloads"\n');
+      return startDriver(start,
+        ['xvfb-run', '-a', '-s', '-screen 0 1600x3000x24', 'WebKitWebDriver']);
+    },
+    options: () => ({
+      'webkitgtk:browserOptions': {
+        binary: '/usr/lib/x86_64-linux-gnu/webkit2gtk-4.1/MiniBrowser',
+        args: ['--automation'],
+      },
+    }),
+  },
+};
+
+// Returns send(command, parameters), and end(). Fonts are those of a fontconfig file.
+export async function launch(kind, { folder, fonts }) {
+  const { connect: connectTo, options } = browsers[kind];
+  await mkdir(join(folder, 'downloads'));
+  const environment = {
+    ...env,
+    FONTCONFIG_FILE: fonts,
+    GDK_SCALE: '3',
+    // Where WebKit's browser looks for settings and for a place for downloads.
+    HOME: folder,
+  };
+  let program;
+  const kill = () => {
+    // All that it has started, too.
+    try {
+      process.kill(-program.pid);
+    } catch (error) {
+      if (error.code !== 'ESRCH') throw error;
+    }
+  };
+  const start = ([name, ...words]) => {
+    program = spawn(name, words, { env: environment, stdio: 'ignore', detached: true });
+    process.once('exit', kill);
+    for (const signal of ['SIGINT', 'SIGTERM']) process.once(signal, () => process.exit(1));
+  };
+  const connection = await connectTo(start, folder);
+  await connection.send('NewSession', {
+    capabilities: { alwaysMatch: { timeouts: { script: 300000 }, ...options(folder) } },
+  });
+  return {
+    send: (command, parameters) => connection.send(command, parameters),
+    async end() {
+      await connection.quit();
+      kill();
+      process.off('exit', kill);
+    },
+  };
+}
