@@ -28,6 +28,8 @@ function nameOf(event) {
 
 const splitsPair = (text, at) => /^[\ud800-\udbff][\udc00-\udfff]$/.test(text.slice(at - 1, at + 1));
 
+const endsInHalf = /[\ud800-\udbff]$/;
+
 // The part of `before` that `after` has replaced, in whole characters.
 export function difference(before, after) {
   const shorter = Math.min(before.length, after.length);
@@ -110,6 +112,8 @@ export class Typing {
     const before = this.#text;
     const { begin, end, text } = difference(before, this.#area.value);
     if (begin === end && !text) return;
+    // Firefox may deliver the halves of a character one by one.
+    if (endsInHalf.test(text)) return;
     this.#target.replace(before.slice(0, begin), before.slice(begin, end), text);
   }
 
@@ -120,6 +124,8 @@ export class Typing {
   }
 
   #composed(event) {
+    // WebKitGTK ends what has not begun when an input method gives a text at once.
+    if (!this.#isComposing) return;
     this.#isComposing = false;
     if (event.data) {
       this.#target.insert(event.data);
