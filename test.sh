@@ -6,12 +6,14 @@ set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
 default_stages=(layers headers format scripts build unit install seam browser)
+more_stages=(browsers tidy)
 passed=0
 failed=0
 
 help() {
     cat << 'EOF'
-Usage: ./test.sh [STAGE...]       by default all stages but tidy
+Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
+       ./test.sh --all            these, too
        ./test.sh --list           the names of the stages
 
   layers    no include goes up or sideways in the house; the check checks itself
@@ -23,7 +25,8 @@ Usage: ./test.sh [STAGE...]       by default all stages but tidy
   install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
   browser   the page in a headless Chromium, and every scenario there as it goes natively
-  tidy      clang-tidy over the library and the command; slow, only when named
+  browsers  the same in Firefox and WebKitGTK, as far as these go
+  tidy      clang-tidy over the library and the command; slow
 EOF
 }
 
@@ -108,10 +111,10 @@ stage_unit() {
     failed=$((failed + counts[2]))
 }
 
-# count_of SCRIPT: runs a script of tests and takes over the counts of its last line.
+# count_of SCRIPT [ARGUMENT...]: runs a script of tests and takes over the counts of its last line.
 count_of() {
     local output counts
-    output=$("$1")
+    output=$("$@")
     [[ $output != *$'\n'* ]] || printf '%s\n' "${output%$'\n'*}"
     read -r -a counts <<< "${output##*$'\n'}"
     if [[ ${counts[*]} == *passed,*failed ]]; then
@@ -141,7 +144,12 @@ compile_for_browser() {
 
 stage_browser() {
     check 'the page and the native player compile' compile_for_browser
-    count_of tests/browser/run
+    count_of tests/browser/run chromium
+}
+
+stage_browsers() {
+    check 'the page and the native player compile' compile_for_browser
+    count_of tests/browser/run firefox webkit
 }
 
 stage_tidy() {
@@ -156,14 +164,16 @@ groups_of() {
         format) echo checks ;;
         seam) echo seam ;;
         browser) echo native browser ;;
+        browsers) echo native browsers ;;
         tidy) echo native tidy ;;
     esac
 }
 
 main() {
-    local stage stages=("$@") known=" ${default_stages[*]} tidy "
+    local stage stages=("$@") known=" ${default_stages[*]} ${more_stages[*]} "
     case ${1-} in
         -h | --help) help && return ;;
+        --all) stages=("${default_stages[@]}" "${more_stages[@]}") ;;
         --list) printf '%s\n' $known && return ;;
         '') stages=("${default_stages[@]}") ;;
     esac
