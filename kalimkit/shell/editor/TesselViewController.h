@@ -249,6 +249,8 @@ private:
     void resetOffset();
     void setFolded(bool color, bool size, bool isInset);
     void setPenpopEnable();
+    void shrinkPanel();
+    std::function<void(bool finished)> panelMoved(void (TesselViewController::*ended)());
     void panelDidOpen();
     void panelDidClose();
     void hideTool() { fadeTool(0); }

@@ -125,14 +125,8 @@ void TesselViewController::setPenpopEnable() {
     if (_penPopView) _penPopView->setEnable(!_elementSelected);
 }
 
-void TesselViewController::showPop() {
-    const auto alive = self();
-    setPenpopEnable();
-    _penView->ringAnimationOp(0);
-    _isAnimation = true;
-    _isPanelClosing = false;
-    const unsigned turn = ++_panelTurn;
-
+// Where the panel starts from when it opens.
+void TesselViewController::shrinkPanel() {
     _panelView->setHidden(false);
     _maskView->setHidden(false);
     _maskView->setAlpha(0);
@@ -142,13 +136,21 @@ void TesselViewController::showPop() {
     layout();
     _panelView->setTransform(gfx::AffineTransform::scaling(0.5, 0.5));
     _confirmButton->setHidden(false);
+}
+
+void TesselViewController::showPop() {
+    const auto alive = self();
+    setPenpopEnable();
+    _penView->ringAnimationOp(0);
+    _isAnimation = true;
+    _isPanelClosing = false;
+    shrinkPanel();
     _penView->zoomOutWithDuration(0.07);
 
     ui::View::animate({.duration = slideDuration, .allowsUserInteraction = true}, [this] {
         _panelShift = 0;
         layout();
     });
-    const std::weak_ptr<TesselViewController> weakSelf = self();
     ui::View::animate(
         {.duration = slideDuration, .delay = slideDelay},
         [this] {
@@ -159,10 +161,16 @@ void TesselViewController::showPop() {
             _panelView->setTransform(gfx::AffineTransform::scaling(1.03, 1.03));
             layout();
         },
-        [weakSelf, turn](bool) {
-            const auto controller = weakSelf.lock();
-            if (controller && controller->_panelTurn == turn) controller->panelDidOpen();
-        });
+        panelMoved(&TesselViewController::panelDidOpen));
+}
+
+// Ends an opening or closing that begins now, unless the next one comes first.
+std::function<void(bool)> TesselViewController::panelMoved(void (TesselViewController::*ended)()) {
+    const std::weak_ptr<TesselViewController> weakSelf = self();
+    return [weakSelf, turn = ++_panelTurn, ended](bool) {
+        const auto controller = weakSelf.lock();
+        if (controller && controller->_panelTurn == turn) (controller.get()->*ended)();
+    };
 }
 
 void TesselViewController::panelDidOpen() {
@@ -177,7 +185,6 @@ void TesselViewController::hidePop() {
     if (_isPanelClosing) return;
     const auto alive = self();
     _isPanelClosing = true;
-    const unsigned turn = ++_panelTurn;
     _penView->ringAnimationOp(1);
     _drawView->selectNone();
     _isAnimation = true;
@@ -188,7 +195,6 @@ void TesselViewController::hidePop() {
         _panelShift = panelSlide;
         layout();
     });
-    const std::weak_ptr<TesselViewController> weakSelf = self();
     ui::View::animate(
         {.duration = slideDuration},
         [this] {
@@ -198,10 +204,7 @@ void TesselViewController::hidePop() {
             _panelView->setTransform(gfx::AffineTransform::scaling(0.5, 0.5));
             layout();
         },
-        [weakSelf, turn](bool) {
-            const auto controller = weakSelf.lock();
-            if (controller && controller->_panelTurn == turn) controller->panelDidClose();
-        });
+        panelMoved(&TesselViewController::panelDidClose));
 }
 
 void TesselViewController::panelDidClose() {

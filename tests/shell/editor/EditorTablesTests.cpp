@@ -30,27 +30,19 @@ TEST(EditorTables, PensAndSizesAreDeliberatelyNotAllRecognisedBack) {
     EXPECT_FALSE(sizeForLineWidth(18) || sizeForLineWidth(7.001) || sizeForLineWidth(0));
 }
 
-TEST(EditorLayout, ViewsKeepTheirPlacesFromTheEdges) {
-    EditorMeasures measures{.view = {390, 844}, .screenHeight = 844};
-    EditorLayout places = editorLayout(measures);
-    EXPECT_EQ(places.toolView, gfx::Rect(0, 0, 390, 64));
-    EXPECT_EQ(places.drawView, gfx::Rect(0, 0, 390, 844));
-    EXPECT_EQ(places.nibView, gfx::Rect(176, 786, 38, 38));
-    EXPECT_EQ(places.penView, gfx::Rect(170, 769, 50, 50));
-    EXPECT_EQ(places.confirmButton, gfx::Rect(165, 764, 60, 60));
-    EXPECT_EQ(places.editButton, places.penView);
-    EXPECT_EQ(places.panelView.maxY(), 764);
-    EXPECT_EQ(places.maskView.maxY(), 844);
-
-    measures.isTallPhone = true;
-    measures.panelShift = 100;
-    measures.configShift = 50;
-    places = editorLayout(measures);
-    EXPECT_EQ(places.toolView.size.height, 88);
-    EXPECT_EQ(places.penView.minY(), 758);
-    EXPECT_EQ(places.editButton, gfx::Rect(220, 758, 50, 50));
+TEST(EditorLayout, TallPhonesKeepRoomAtTheirEdges) {
+    const EditorLayout places = editorLayout({.view = {390, 844},
+                                              .screenHeight = 844,
+                                              .isTallPhone = true,
+                                              .panelShift = 100,
+                                              .configShift = 50});
+    EXPECT_EQ(places.toolView, gfx::Rect(0, 0, 390, 88));
+    EXPECT_EQ(places.penView, gfx::Rect(170, 758, 50, 50));
+    EXPECT_EQ(places.confirmButton, gfx::Rect(165, 753, 60, 60));
     EXPECT_EQ(places.deleteButton, gfx::Rect(120, 758, 50, 50));
     EXPECT_EQ(places.panelView.maxY(), 853);
+    EXPECT_EQ(places.maskView.maxY(), 844);
+    EXPECT_EQ(places.nibView, gfx::Rect(176, 786, 38, 38));
 }
 
 TEST(EditorLayout, PickersShareTheEndsOfThePenPicker) {

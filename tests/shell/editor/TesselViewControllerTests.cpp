@@ -81,26 +81,20 @@ TEST(TesselViewController, ThePanelOpensAndClosesInTime) {
     EXPECT_TRUE(editor->panelView()->isHidden() && editor->maskView()->isHidden());
     host.use(editor->penView());
     EXPECT_TRUE(editor->showPanel());
-    // A finger on the mask, and one on the canvas, close it too; the latter draws as well.
-    Finger(host.window()).tap({20, 800});
-    host.wait(1);
-    EXPECT_FALSE(editor->showPanel());
-    host.use(editor->penView());
+    // Its pickers leave it open; its background, the mask and the canvas do not, and the canvas
+    // draws as well.
+    host.use(editor->penViews()[0]);
+    host.use(editor->colorViews()[0]);
+    EXPECT_TRUE(editor->showPanel());
+    for (const double y : {host.shown(editor->panelView()).minY() + 10, 800.0}) {
+        Finger(host.window()).tap({20, y});
+        host.wait(1);
+        EXPECT_FALSE(editor->showPanel());
+        host.use(editor->penView());
+    }
     host.draw();
     EXPECT_FALSE(editor->showPanel());
     EXPECT_EQ(editor->drawView()->tools().size(), 1u);
-}
-
-TEST(TesselViewController, OnlyThePanelsBackgroundClosesIt) {
-    EditorScreen host;
-    const auto& editor = host.present().editor;
-    host.use(editor->penView());
-    host.use(editor->penViews()[1]);
-    host.use(editor->colorViews()[0]);
-    EXPECT_TRUE(editor->showPanel());
-    Finger(host.window()).tap({20, host.shown(editor->panelView()).minY() + 10});
-    host.wait(1);
-    EXPECT_FALSE(editor->showPanel());
 }
 
 TEST(TesselViewController, OneOfTheColourAndSizePickersIsOpenAtATime) {
@@ -304,17 +298,11 @@ TEST(TesselViewController, TwoFingersOnTheCanvasFadeTheButtons) {
     EditorScreen host;
     const auto& editor = host.present().editor;
     const test::TwoFingers apart{.center = {195, 400}, .radius = 60};
-    const auto pinch = [&] {
-        pinchRotate(host.window(), apart, {.center = {195, 400}, .radius = 120}, 4);
-        host.wait(0.3);
-    };
-    const auto lift = [&] {
-        host.window().fingersCancelled({});
-        host.wait(1);
-    };
-    pinch();
+    pinchRotate(host.window(), apart, {.center = {195, 400}, .radius = 120}, 4);
+    host.wait(0.3);
     EXPECT_EQ(editor->penView()->alpha(), 0);
-    lift();
+    host.window().fingersCancelled({});
+    host.wait(1);
     EXPECT_TRUE(isShown(*editor->penView()));
 }
 
@@ -412,6 +400,33 @@ TEST(TesselViewController, MayBeLetGoOfInEveryAnswerOfItsHost) {
         host.wait(1);
         EXPECT_FALSE(host.owner) << way;
         EXPECT_TRUE(editor.expired()) << way;
+    }
+}
+
+TEST(TesselViewController, MayBeLetGoOfInEveryTextThatItLogs) {
+    for (const std::string last :
+         {"draw canUseRingAnimation 1", "###### startScaleAnimate In start",
+          "###### startScaleAnimate In end", "###### startScaleAnimate out start",
+          "###### startScaleAnimate out end", "draw viewWillDisappear "}) {
+        EditorScreen host;
+        const std::weak_ptr<TesselViewController> editor = host.editor;
+        host.editor->setLogTranferBlock([&host, last](const std::string& text) {
+            if (text != last || !host.editor) return;
+            host.editor.reset();
+            host.window().setRootViewController(nullptr);
+        });
+        host.present();
+        const std::function<void()> steps[] = {
+            [&] { host.editor->startAnimateIn(); },
+            [&] {
+                host.editor->startAnimateOut({0, 0, 9, 9});
+            },
+            [&] { host.window().setRootViewController(nullptr); }};
+        for (const auto& step : steps) {
+            if (host.editor) step();
+            host.wait(1);
+        }
+        EXPECT_TRUE(!host.editor && editor.expired()) << last;
     }
 }
 
