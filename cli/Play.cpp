@@ -88,9 +88,16 @@ int play(const PlayOptions& options) {
     const std::shared_ptr<gfx::CairoDevice> device = gfx::CairoDevice::make();
     PictureFiles files(*device);
     StandardOutput output;
+    ScenarioScreen screen = options.screen;
+    const bool hasPicture = !options.picture.empty();
+    if (screen.editor && hasPicture) {
+        ScenarioFiles::LoadedPicture loaded = files.loadPicture(options.picture);
+        if (!loaded.image) return complain("--picture: " + loaded.error);
+        screen.editor->picture = loaded.image;
+    }
     ScenarioPlayer player(
-        *device, files, [&](const std::string& line) { output.printLine(line); }, options.screen);
-    if (!options.picture.empty()) {
+        *device, files, [&](const std::string& line) { output.printLine(line); }, screen);
+    if (!screen.editor && hasPicture) {
         if (const auto problem = player.setPicture(options.picture)) {
             return complain("--picture: " + *problem);
         }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kalimkit/host/headless/ProcessMemory.h"
+#include "kalimkit/ui/control/AlertView.h"
 
 namespace kalim {
 
@@ -55,7 +56,22 @@ void HeadlessEnvironment::setLocalizedString(const std::string& key, std::string
 
 void HeadlessEnvironment::presentAlert(const ui::Alert& alert) {
     _alerts.push_back({alert.title, alert.message, alert.buttons, {}});
-    Environment::presentAlert(alert);
+    if (_showsAlerts && keyWindow()) {
+        ui::AlertView::show(*keyWindow(), alert);
+    } else {
+        Environment::presentAlert(alert);
+    }
+}
+
+bool HeadlessEnvironment::answerPick(const std::optional<gfx::ImageRef>& picked) {
+    const Picked waiting = std::exchange(_picked, {});
+    if (waiting) waiting(picked);
+    return static_cast<bool>(waiting);
+}
+
+std::optional<bool> HeadlessEnvironment::userDefault(const std::string& key) const {
+    const auto value = _defaults.find(key);
+    return value == _defaults.end() ? std::nullopt : std::optional(value->second);
 }
 
 void HeadlessEnvironment::textInputChanged(ui::TextView* focused) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -16,15 +17,23 @@ namespace kalim {
 // that every run is the same.
 class KALIM_API HeadlessEnvironment : public ui::Environment {
 public:
+    using Picked = std::function<void(std::optional<gfx::ImageRef>)>;
+
     // The screen is 390 x 844 points at the scale, pixels per point. The device must outlive the
     // environment and all that draws in it.
     HeadlessEnvironment(gfx::Device& device, double scale);
 
     // Moves the clock by some seconds, running all that is due on the way.
     void wait(double seconds) { _loop.advanceTo(_loop.now() + seconds); }
-    // The alerts since this was asked last, oldest first, without their completions: each was
-    // answered with its first button as soon as it was presented.
+    // The alerts since this was asked last, oldest first, without their completions.
     std::vector<ui::Alert> takeAlerts();
+    // Whether alerts are shown in the key window and wait for an answer there. Off at first: each
+    // is answered with its first button as soon as it is presented.
+    void setShowsAlerts(bool shows) { _showsAlerts = shows; }
+    // Whether a question for a picture waits. To answer it, null stands for a picture without a
+    // bitmap, nothing for a user who cancels; false when none was asked for.
+    bool isPicking() const { return static_cast<bool>(_picked); }
+    bool answerPick(const std::optional<gfx::ImageRef>& picked);
 
     gfx::Device& device() override { return _device; }
     ui::Screen screen() const override { return _screen; }
@@ -42,6 +51,13 @@ public:
     std::string localizedString(const std::string& key) const override;
     void setLocalizedString(const std::string& key, std::string text);
     void presentAlert(const ui::Alert& alert) override;
+    // What was ever set, by key.
+    const std::map<std::string, bool>& userDefaults() const { return _defaults; }
+    std::optional<bool> userDefault(const std::string& key) const override;
+    void setUserDefault(const std::string& key, bool value) override { _defaults[key] = value; }
+    bool isPhotoLibraryAvailable() const override { return true; }
+    // Waits for answerPick().
+    void pickImage(const Picked& picked) override { _picked = picked; }
     // Kept in memory.
     std::string clipboardText() override { return _clipboard; }
     void setClipboardText(const std::string& text) override { _clipboard = text; }
@@ -58,7 +74,11 @@ private:
     std::optional<double> _availableMemory;
     std::map<std::string, std::string> _texts;
     std::vector<ui::Alert> _alerts;
+    bool _showsAlerts = false;
     std::string _clipboard;
+    std::map<std::string, bool> _defaults;
+    // Empty while nobody asks.
+    Picked _picked;
 };
 
 }  // namespace kalim

@@ -33,6 +33,14 @@ Problem ScenarioFingers::play(const JsonValue& step) {
     return leave(listed, phase == "cancelled");
 }
 
+Problem ScenarioFingers::tap(gfx::Point place) {
+    if (_down.size() >= mostFingers) return "all fingers are down already";
+    constexpr std::int64_t tapping = -1;
+    _window.fingersBegan({{tapping, place}});
+    _window.fingersEnded({{tapping, place}});
+    return std::nullopt;
+}
+
 // ---- reading
 
 Problem ScenarioFingers::readFingers(const JsonValue& step, Listed& listed) const {

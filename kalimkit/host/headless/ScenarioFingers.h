@@ -18,6 +18,8 @@ public:
     // A step {"touch":phase,"points":[...]} with "ids" and "lifted" where it has them. After a
     // problem nothing has happened.
     Problem play(const JsonValue& step);
+    // A finger of its own lands and lifts at once. Refused where all fingers are in use.
+    Problem tap(gfx::Point place);
 
 private:
     // A step's fingers, and the ids of those that leave with it.

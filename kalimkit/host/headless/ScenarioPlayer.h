@@ -9,6 +9,7 @@
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
+#include "kalimkit/host/headless/EditorSetup.h"
 #include "kalimkit/host/headless/ScenarioFiles.h"
 
 namespace kalim {
@@ -21,6 +22,8 @@ struct ScenarioScreen {
     gfx::Size canvas{390, 844};
     // Pixels per point.
     double scale = 2;
+    // The whole editor instead of the bare canvas.
+    std::optional<EditorSetup> editor;
 };
 
 // Plays scenarios, one JSON object a line, on a canvas that fills a window of its own, without a

@@ -32,17 +32,22 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
       _environment(std::make_shared<HeadlessEnvironment>(device, screen.scale)),
       _previousEnvironment(ui::Environment::install(_environment)),
       _window(screen.canvas),
-      _events(std::make_shared<CanvasEvents>()),
-      _canvas(MDrawView::initWithFrame({{}, screen.canvas})),
       _fingers(_window) {
-    _canvas->setDrawViewdelegate(_events);
-    _window.rootView()->addSubview(_canvas);
+    if (screen.editor) {
+        presentEditor(*screen.editor);
+    } else {
+        _events = std::make_shared<CanvasEvents>();
+        _canvas = MDrawView::initWithFrame({{}, screen.canvas});
+        _canvas->setDrawViewdelegate(_events);
+        _window.rootView()->addSubview(_canvas);
+    }
     _environment->runLoop().setFrameHandler([this] { _window.display(); });
     settle();
 }
 
 ScenarioPlayer::Stage::~Stage() {
     _environment->runLoop().setFrameHandler({});
+    if (_host) _host->remove();
     _canvas->removeFromSuperview();
     ui::Environment::install(std::move(_previousEnvironment));
 }
@@ -68,11 +73,11 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"compose", {}, &Stage::compose},
     {"key", {}, &Stage::pressKey},
     {"keyboard", {}, &Stage::showKeyboard},
-    {"tap", {}, &Stage::driveEditor},
-    {"host", {"args"}, &Stage::driveEditor},
-    {"pick", {}, &Stage::driveEditor},
-    {"save", {}, &Stage::driveEditor},
-    {"screenshot", {}, &Stage::driveEditor},
+    {"tap", {}, &Stage::tap},
+    {"host", {"args"}, &Stage::host},
+    {"pick", {}, &Stage::pick},
+    {"save", {}, &Stage::save},
+    {"screenshot", {}, &Stage::screenshot},
 };
 
 Problem ScenarioPlayer::Stage::play(const JsonValue& step) {
@@ -157,15 +162,19 @@ Problem ScenarioPlayer::Stage::make(const JsonValue& step) {
 Problem ScenarioPlayer::Stage::print(const JsonValue& step) {
     std::string what;
     if (Problem problem = readAs(*step.find("print"), "\"print\"", what)) return problem;
-    if (what == "editor") return driveEditor(step);
-    if (what != "canvas") return wrongValue("\"print\"", "canvas", what);
+    if (what == "editor") return printEditor();
+    if (what != "canvas") return wrongValue("\"print\"", "canvas or editor", what);
+    printLine(takeCanvas());
+    return std::nullopt;
+}
+
+JsonValue::Object ScenarioPlayer::Stage::takeCanvas() {
     JsonValue::Object members = describeCanvas(*_canvas);
     members.emplace_back("events", _events->take());
     members.emplace_back("alerts", takeAlerts());
     members.emplace_back("cost", JsonValue::Object{{"pixels", _window.lastCost().pixels},
                                                    {"tools", _canvas->lastDrawnTools()}});
-    printLine(std::move(members));
-    return std::nullopt;
+    return members;
 }
 
 void ScenarioPlayer::Stage::printLine(JsonValue::Object members) {
@@ -268,12 +277,6 @@ Problem ScenarioPlayer::Stage::showKeyboard(const JsonValue& step) {
     if (height > 0 && !focusedTextView()) return noFocus;
     _environment->keyboard().setHeight(height, area);
     return std::nullopt;
-}
-
-// ---- what this canvas does not have
-
-Problem ScenarioPlayer::Stage::driveEditor(const JsonValue&) {
-    return "this step is for the editor's screen, and this is the bare canvas";
 }
 
 }  // namespace kalim

@@ -5,6 +5,7 @@
 
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/host/headless/CanvasEvents.h"
+#include "kalimkit/host/headless/EditorHost.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioFingers.h"
@@ -15,8 +16,8 @@
 
 namespace kalim {
 
-// The canvas in its window, and what the steps of a scenario do to it. Every step leaves the main
-// queue empty and the window displayed.
+// The canvas, or the editor, in its window, and what the steps of a scenario do to it. Every step
+// leaves the main queue empty and the window displayed.
 class ScenarioPlayer::Stage {
 public:
     Stage(gfx::Device& device, ScenarioFiles& files, Output output, const ScenarioScreen& screen);
@@ -28,6 +29,7 @@ public:
     Problem play(const JsonValue& step);
     Problem setPicture(const std::string& path);
     MDrawView& canvas() const { return *_canvas; }
+    ui::Window& window() { return _window; }
 
 private:
     // A kind of step: the key that names it, the other keys that it may have, and what it does.
@@ -49,12 +51,22 @@ private:
     Problem compose(const JsonValue& step);
     Problem pressKey(const JsonValue& step);
     Problem showKeyboard(const JsonValue& step);
-    Problem driveEditor(const JsonValue& step);
+
+    // ---- with the editor's screen alone (ScenarioEditorSteps.cpp)
+    void presentEditor(const EditorSetup& setup);
+    Problem tap(const JsonValue& step);
+    Problem host(const JsonValue& step);
+    Problem pick(const JsonValue& step);
+    Problem save(const JsonValue& step);
+    Problem screenshot(const JsonValue& step);
+    Problem printEditor();
+    Problem readTapPlace(const JsonValue& value, gfx::Point& place) const;
 
     std::shared_ptr<ui::TextView> focusedTextView() const;
     void settle();
     void printLine(JsonValue::Object members);
     JsonValue takeAlerts();
+    JsonValue::Object takeCanvas();
 
     ScenarioFiles& _files;
     Output _output;
@@ -62,6 +74,8 @@ private:
     std::shared_ptr<ui::Environment> _previousEnvironment;
     ui::Window _window;
     std::shared_ptr<CanvasEvents> _events;
+    // Null on a bare canvas.
+    std::shared_ptr<EditorHost> _host;
     std::shared_ptr<MDrawView> _canvas;
     ScenarioFingers _fingers;
 };

@@ -108,6 +108,19 @@ bool readValue(const JsonValue& value, gfx::Point& out) {
     return true;
 }
 
+bool readValue(const JsonValue& value, gfx::Rect& out) {
+    const JsonValue::Array* sides = value.array();
+    if (!sides || sides->size() != 4) return false;
+    double numbers[4] = {};
+    for (std::size_t index = 0; index < 4; ++index) {
+        const double* number = (*sides)[index].number();
+        if (!number || std::abs(*number) > largestCoordinate) return false;
+        numbers[index] = *number;
+    }
+    out = {numbers[0], numbers[1], numbers[2], numbers[3]};
+    return true;
+}
+
 bool readValue(const JsonValue& value, gfx::ColorRef& out) {
     const std::string* text = value.string();
     const std::optional<gfx::Color> color = text ? gfx::Color::fromHex(*text) : std::nullopt;

@@ -28,6 +28,7 @@ bool readValue(const JsonValue& value, std::int64_t& out);
 bool readValue(const JsonValue& value, std::uint64_t& out);
 bool readValue(const JsonValue& value, std::string& out);
 bool readValue(const JsonValue& value, gfx::Point& out);
+bool readValue(const JsonValue& value, gfx::Rect& out);
 // Makes a new colour object.
 bool readValue(const JsonValue& value, gfx::ColorRef& out);
 
@@ -49,6 +50,9 @@ inline constexpr std::string_view kindName<std::string> = "a text";
 template <>
 inline constexpr std::string_view kindName<gfx::Point> =
     "a point [x,y] with coordinates up to 1000000";
+template <>
+inline constexpr std::string_view kindName<gfx::Rect> =
+    "a rectangle [x,y,w,h] with numbers up to 1000000";
 template <>
 inline constexpr std::string_view kindName<gfx::ColorRef> = "a colour \"#RRGGBB\" or \"#RRGGBBAA\"";
 

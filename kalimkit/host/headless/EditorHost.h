@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kalimkit/gfx/Image.h"
+#include "kalimkit/host/headless/EditorSetup.h"
+#include "kalimkit/host/headless/HeadlessEnvironment.h"
+#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+// The host application of a scenario: presents the editor, does to it what hosts do, and writes
+// down what it hears from it.
+class EditorHost : public TesselViewControllerDelegate {
+public:
+    // The window and the environment must outlive it. The editor is loaded, not yet shown.
+    static std::shared_ptr<EditorHost> make(const EditorSetup& setup, ui::Window& window,
+                                            HeadlessEnvironment& environment);
+
+    TesselViewController& editor() const { return *_editor; }
+    const std::shared_ptr<TesselViewController>& sharedEditor() const { return _editor; }
+    void present();
+    void remove();
+    bool isPresented() const { return _editor->window() != nullptr; }
+    // An operation of the host by its name. After a problem nothing has happened.
+    Problem call(const std::string& name, const JsonValue::Array& arguments);
+    // The size of the window, points.
+    void resize(gfx::Size size);
+
+    // ---- what it has heard since it was asked last, oldest first
+    JsonValue::Array takeMessages();
+    JsonValue::Array takeLogs();
+    // The picture that was handed over last; null before the first.
+    const gfx::ImageRef& lastPicture() const { return _lastPicture; }
+
+    void didDrawViewControllerFinishHandleImage(TesselViewController& editor,
+                                                const gfx::ImageRef& image) override;
+    void close() override;
+
+private:
+    struct Operation;
+    static const Operation operations[];
+
+    EditorHost(ui::Window& window, HeadlessEnvironment& environment)
+        : _window(window), _environment(environment) {}
+
+    ui::Window& _window;
+    HeadlessEnvironment& _environment;
+    std::shared_ptr<TesselViewController> _editor;
+    std::shared_ptr<JsonValue::Array> _logs = std::make_shared<JsonValue::Array>();
+    JsonValue::Array _messages;
+    gfx::ImageRef _lastPicture;
+};
+
+}  // namespace kalim

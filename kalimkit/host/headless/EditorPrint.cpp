@@ -1,0 +1,130 @@
+#include "kalimkit/host/headless/EditorPrint.h"
+
+#include <string>
+#include <utility>
+
+#include "kalimkit/host/headless/EditorViews.h"
+#include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/shell/config/FrameworkImages.h"
+
+namespace kalim {
+
+namespace {
+
+// The name of the picture that a view shows; empty for one that shows none of the editor's own.
+std::string shownImageName(const ui::View& view) {
+    gfx::ImageRef image;
+    if (const auto* button = dynamic_cast<const ui::Button*>(&view)) {
+        image = button->currentImage() ? button->currentImage() : button->currentBackgroundImage();
+    } else if (const auto* dot = dynamic_cast<const TesselDot*>(&view)) {
+        if (dot->iconView()) image = dot->iconView()->image();
+    } else if (const auto* mask = dynamic_cast<const QNTMaskView*>(&view)) {
+        image = mask->gradientView()->image();
+    }
+    return frameworkImageName(image);
+}
+
+JsonValue describeView(const ui::View& view) {
+    JsonValue::Object members{
+        {"frame", toJson(view.convertRectTo(view.bounds(), nullptr))},
+        {"alpha", view.alpha()},
+        {"hidden", view.isHidden()},
+    };
+    if (const auto* control = dynamic_cast<const ui::Control*>(&view)) {
+        members.emplace_back("enabled", control->isEnabled());
+    }
+    if (const auto* button = dynamic_cast<const ui::Button*>(&view)) {
+        if (!button->currentTitle().empty()) members.emplace_back("title", button->currentTitle());
+    }
+    if (std::string name = shownImageName(view); !name.empty()) {
+        members.emplace_back("image", std::move(name));
+    }
+    members.emplace_back("shown", JsonValue::Object{{"frame", toJson(view.shownRectInWindow())},
+                                                    {"alpha", view.shownAlpha()}});
+    JsonValue::Array keys;
+    for (const std::string& key : view.runningAnimationKeys())
+        keys.emplace_back(key);
+    members.emplace_back("animations", std::move(keys));
+    return members;
+}
+
+JsonValue describeViews(const TesselViewController& editor) {
+    JsonValue::Object views;
+    for (const NamedView& named : editorViews(editor))
+        views.emplace_back(named.path, describeView(*named.view));
+    return views;
+}
+
+JsonValue describeState(const TesselViewController& editor) {
+    return JsonValue::Object{
+        {"currentType", editor.currentType()},
+        {"currentColor", toJson(editor.currentColor())},
+        {"currentSize", editor.currentSize()},
+        {"currentPen", editor.currentPen()},
+        {"currentShape", editor.currentShape()},
+        {"showPanel", editor.showPanel()},
+        {"isAnimation", editor.isAnimation()},
+        {"elementSelected", editor.elementSelected()},
+        {"isConfigViewOut", editor.isConfigViewOut()},
+        {"isConfigViewWillOut", editor.isConfigViewWillOut()},
+        {"lockConfigView", editor.lockConfigView()},
+        {"padding", editor.padding()},
+        {"offset", editor.offset()},
+        {"needInitAnimate", editor.needInitAnimate()},
+        {"isImageCroped", editor.isImageCroped()},
+        {"shouldBlinkPenview", editor.shouldBlinkPenview()},
+    };
+}
+
+void describePicker(const char* name, const std::shared_ptr<TesselPopView>& picker,
+                    JsonValue::Object& members) {
+    if (!picker) return;
+    members.emplace_back(name, JsonValue::Object{{"selectIndex", picker->selectIndex()},
+                                                 {"isFold", picker->isFold()},
+                                                 {"enable", picker->enable()}});
+}
+
+JsonValue describePickers(const TesselViewController& editor) {
+    JsonValue::Object pickers;
+    describePicker("colorPopView", editor.colorPopView(), pickers);
+    describePicker("sizePopView", editor.sizePopView(), pickers);
+    describePicker("penPopView", editor.penPopView(), pickers);
+    if (const auto& pen = editor.penView()) {
+        pickers.emplace_back("pen",
+                             JsonValue::Object{{"pen", pen->pen()},
+                                               {"size", pen->size()},
+                                               {"color", toJson(pen->color())},
+                                               {"canUseRingAnimation", pen->canUseRingAnimation()},
+                                               {"ringing", pen->isRinging()}});
+    }
+    return pickers;
+}
+
+JsonValue describeTransition(const TesselViewController& editor) {
+    const auto& picture = editor.viewAnimateImageView();
+    if (!picture) return {};
+    return JsonValue::Object{{"frame", toJson(picture->shownRectInWindow())},
+                             {"scale", picture->shownTransform().a}};
+}
+
+// The titles from top to bottom.
+JsonValue describeSheet(const TesselViewController& editor) {
+    const auto& sheet = editor.actionSheet();
+    if (!sheet) return {};
+    JsonValue::Array titles;
+    for (const int tag : {1, 0})
+        titles.emplace_back(sheet->buttonWithTag(tag)->currentTitle());
+    return titles;
+}
+
+}  // namespace
+
+JsonValue::Object describeEditor(const TesselViewController& editor) {
+    return {
+        {"views", describeViews(editor)},           {"state", describeState(editor)},
+        {"pickers", describePickers(editor)},       {"crop", JsonValue()},
+        {"transition", describeTransition(editor)}, {"sheet", describeSheet(editor)},
+    };
+}
+
+}  // namespace kalim

@@ -1,0 +1,85 @@
+#include "kalimkit/host/headless/EditorViews.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+namespace {
+
+class Collector {
+public:
+    void add(std::string path, const std::shared_ptr<ui::View>& view) {
+        if (view) _views.push_back({std::move(path), view});
+    }
+    template <typename Views>
+    void addList(const std::string& path, const Views& views) {
+        for (std::size_t index = 0; index < views.size(); ++index)
+            add(path + "." + std::to_string(index), views[index]);
+    }
+    std::vector<NamedView> take() { return std::move(_views); }
+
+private:
+    std::vector<NamedView> _views;
+};
+
+void addToolBar(const std::shared_ptr<TesselTopTool>& bar, Collector& all) {
+    if (!bar) return;
+    all.add("toolView", bar);
+    all.add("toolView.closeButton", bar->closeButton());
+    all.add("toolView.confirmButton", bar->confirmButton());
+    all.add("toolView.doneButton", bar->doneButton());
+    all.add("toolView.moreButton", bar->moreButton());
+    all.add("toolView.undoButton", bar->undoButton());
+    all.add("toolView.redoButton", bar->redoButton());
+}
+
+void addPanel(const TesselViewController& editor, Collector& all) {
+    all.add("panelView", editor.panelView());
+    all.add("colorPopView", editor.colorPopView());
+    all.add("sizePopView", editor.sizePopView());
+    all.add("penPopView", editor.penPopView());
+    all.addList("colorViews", editor.colorViews());
+    all.addList("sizeViews", editor.sizeViews());
+    all.addList("penViews", editor.penViews());
+}
+
+// What lies above the editor's own views.
+void addQuestions(const TesselViewController& editor, Collector& all) {
+    if (const auto& sheet = editor.actionSheet()) {
+        for (const int tag : {1, 0})
+            all.add("actionSheet." + std::to_string(tag), sheet->buttonWithTag(tag));
+    }
+    if (!editor.window()) return;
+    if (const auto alert = ui::AlertView::topmostIn(*editor.window())) {
+        all.addList("alert", alert->buttons());
+    }
+}
+
+}  // namespace
+
+std::vector<NamedView> editorViews(const TesselViewController& editor) {
+    if (!editor.window()) return {};
+    Collector all;
+    addToolBar(editor.toolView(), all);
+    all.add("drawView", editor.drawView());
+    all.add("maskView", editor.maskView());
+    all.add("penView", editor.penView());
+    all.add("confirmButton", editor.confirmButton());
+    addPanel(editor, all);
+    all.add("configViewEdit", editor.configViewEdit());
+    all.add("configViewDelete", editor.configViewDelete());
+    addQuestions(editor, all);
+    return all.take();
+}
+
+std::shared_ptr<ui::View> editorView(const TesselViewController& editor, std::string_view path) {
+    const std::vector<NamedView> all = editorViews(editor);
+    const auto found = std::ranges::find(all, path, &NamedView::path);
+    return found == all.end() ? nullptr : found->view;
+}
+
+}  // namespace kalim
