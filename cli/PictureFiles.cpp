@@ -1,31 +1,12 @@
 #include "cli/PictureFiles.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "cli/PictureFormat.h"
 #include "kalimkit/codec/Decode.h"
-#include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 
 namespace kalim::cli {
-
-namespace {
-
-constexpr int lossyQuality = 90;
-
-// With the dot, in small letters; empty for a name without one.
-std::string extensionOf(const std::string& path) {
-    const std::string name = path.substr(path.find_last_of('/') + 1);
-    const std::size_t dot = name.find_last_of('.');
-    if (dot == std::string::npos) return {};
-    std::string extension = name.substr(dot);
-    std::ranges::transform(extension, extension.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
-    return extension;
-}
-
-}  // namespace
 
 ScenarioFiles::LoadedPicture PictureFiles::loadPicture(const std::string& path) {
     codec::DecodeResult decoded = codec::decodeFile(path);
@@ -38,18 +19,10 @@ ScenarioFiles::LoadedPicture PictureFiles::loadPicture(const std::string& path) 
 
 std::optional<std::string> PictureFiles::savePicture(const std::string& path,
                                                      const gfx::ImageRef& image) {
-    const std::string extension = extensionOf(path);
-    const bool isJpeg = extension == ".jpg" || extension == ".jpeg";
-    const bool isWebp = extension == ".webp";
-    if (!isJpeg && !isWebp && extension != ".png") {
-        return path + ": pictures are written as .png, .jpg, .jpeg or .webp";
-    }
+    const std::optional<PictureFormat> format = pictureFormatOfPath(path);
+    if (!format) return path + ": pictures are written as " + pictureEndings;
     codec::Bytes bytes;
-    const gfx::BitmapRef pixels = image->pixels();
-    const std::optional<std::string> problem =
-        isJpeg   ? codec::encodeJpeg(*pixels, lossyQuality, bytes)
-        : isWebp ? codec::encodeWebp(*pixels, lossyQuality, bytes)
-                 : codec::encodePng(*pixels, bytes);
+    const std::optional<std::string> problem = encode(*image, *format, bytes);
     return problem ? path + ": " + *problem : codec::writeFileAtomically(path, bytes);
 }
 

@@ -1,7 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -9,10 +7,12 @@
 #include <new>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "cli/Edit.h"
+#include "cli/EditOptionValues.h"
 #include "cli/Image.h"
+#include "cli/OptionValues.h"
 #include "cli/Play.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 
@@ -21,66 +21,6 @@ namespace kalim::cli {
 namespace {
 
 constexpr int failure = 2;
-// Points, and pixels of either side of the screen: more than a surface can have.
-constexpr double longestSide = 32767;
-constexpr double smallestScale = 0.5;
-constexpr double largestScale = 8;
-
-// The whole text as a finite number.
-std::optional<double> parseNumber(std::string_view text) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isWhole = error == std::errc() && end == text.data() + text.size();
-    return isWhole && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
-// "390x844"
-std::optional<gfx::Size> parseSize(const std::string& text) {
-    const std::size_t cross = text.find('x');
-    if (cross == std::string::npos) return std::nullopt;
-    const auto width = parseNumber(std::string_view(text).substr(0, cross));
-    const auto height = parseNumber(std::string_view(text).substr(cross + 1));
-    if (!width || !height) return std::nullopt;
-    return gfx::Size{*width, *height};
-}
-
-std::string readSize(const std::string& text, const char* example, gfx::Size& size) {
-    const auto isSide = [](double side) { return side >= 1 && side <= longestSide; };
-    const std::optional<gfx::Size> sides = parseSize(text);
-    if (!sides || !isSide(sides->width) || !isSide(sides->height)) {
-        return std::string("must be two sides from 1 to 32767 like ") + example + ", not " + text;
-    }
-    size = *sides;
-    return {};
-}
-
-std::string readScale(const std::string& text, double& scale) {
-    const std::optional<double> number = parseNumber(text);
-    if (!number || *number < smallestScale || *number > largestScale) {
-        return "must be a number from 0.5 to 8, not " + text;
-    }
-    scale = *number;
-    return {};
-}
-
-std::string wrongRect(const std::string& text) {
-    return "must be x,y,width,height in pixels like 10,20,300,200, not " + text;
-}
-
-// "10,20,300,200"
-std::string readRect(const std::string& text, gfx::Rect& rect) {
-    double numbers[4] = {};
-    std::string_view rest = text;
-    for (int i = 0; i < 4; ++i) {
-        const std::size_t comma = i < 3 ? rest.find(',') : rest.size();
-        const auto number = parseNumber(rest.substr(0, comma));
-        if (comma == std::string_view::npos || !number) return wrongRect(text);
-        numbers[i] = *number;
-        rest.remove_prefix(std::min(comma + 1, rest.size()));
-    }
-    rect = {numbers[0], numbers[1], numbers[2], numbers[3]};
-    return rect.isEmpty() ? wrongRect(text) : std::string();
-}
 
 // The command line, read into what is to be done.
 class CommandLine {
@@ -104,7 +44,9 @@ public:
                 [this](const std::string& text) { return readScale(text, _play.screen.scale); });
         play.add_option("--picture", _play.picture, "The photo to draw on: JPEG, PNG or WebP")
             ->type_name("FILE");
+        addEditorOptions(play);
         addImage();
+        addEdit();
     }
 
     // The exit status where nothing is left to do: after an error, which is on standard error then,
@@ -121,13 +63,39 @@ public:
         if (side * _play.screen.scale > longestSide) {
             return fail("--canvas: at this --scale a side is longer than 32767 pixels");
         }
+        if (_isEditor) _play.screen.editor = _editor;
         return std::nullopt;
     }
 
     // Does what the command line asks for; the exit status.
-    int run() const { return _image ? image(*_image) : cli::play(_play); }
+    int run() const {
+        if (_edit) return edit(*_edit);
+        return _image ? image(*_image) : cli::play(_play);
+    }
 
 private:
+    void addEditorOptions(CLI::App& play) {
+        CLI::Option& editor = *play.add_flag("--editor", _isEditor,
+                                             "Play on the whole editor instead of the bare canvas");
+        play.add_option("--native-height", "A phone whose screen is that many pixels high")
+            ->type_name("PIXELS")
+            ->needs(&editor)
+            ->check([this](const std::string& text) {
+                return readNativeHeight(text, _editor.nativeHeight);
+            });
+        play.add_option("--needs-init-animate", "Zoom in from a thumbnail at first")
+            ->type_name("X,Y,W,H,SCALE")
+            ->needs(&editor)
+            ->check(
+                [this](const std::string& text) { return readEntrance(text, _editor.entrance); });
+        play.add_option("--user-default", "A setting that is there from the start")
+            ->type_name("KEY=VALUE")
+            ->needs(&editor)
+            ->check([this](const std::string& text) {
+                return readUserDefault(text, _editor.userDefaults);
+            });
+    }
+
     void addImage() {
         CLI::App& command = *_app.add_subcommand("image", "Work on a picture without drawing");
         command.require_subcommand(1);
@@ -163,6 +131,45 @@ private:
         return app;
     }
 
+    void addEdit() {
+        CLI::App& command = *_app.add_subcommand("edit", "Draw on a photo in a window");
+        EditOptions& asked = _askedEdit;
+        command
+            .add_option("PHOTO", asked.photo,
+                        "The photo: JPEG, PNG or WebP; - reads standard input")
+            ->required();
+        command
+            .add_option("-o,--output", asked.output,
+                        "The file to write; - is standard output; without it a new name beside "
+                        "the photo")
+            ->type_name("OUT");
+        addEditOption(command, "-f,--format", "FORMAT", "png, jpeg or webp, whatever OUT is called",
+                      readFormat, asked.format);
+        addEditOption(command, "--scale", "K", "Pixels of the screen per point (1)", readScale,
+                      asked.scale);
+        addEditOption(command, "--initial-tool", "TOOL",
+                      "freehand, line, arrow, rectangle, ellipse, text or mosaic", readPen,
+                      asked.pen);
+        addEditOption(command, "--width", "POINTS", "The width of lines at first", readLineWidth,
+                      asked.lineWidth);
+        addEditOption(command, "--color", "#RRGGBB", "The colour at first", readColor, asked.color);
+        command.add_flag("--screen-size", asked.isScreenSize,
+                         "Write the picture as large as it is on the screen, not as the photo is");
+        command
+            .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
+            ->type_name("SCENARIO");
+        command.callback([this] { _edit = _askedEdit; });
+    }
+
+    template <typename Value>
+    static void addEditOption(CLI::App& command, const char* names, const char* type,
+                              const std::string& description,
+                              std::string (*read)(const std::string&, Value&), Value& value) {
+        command.add_option(names, description)
+            ->type_name(type)
+            ->check([read, &value](const std::string& text) { return read(text, value); });
+    }
+
     std::string describe(const CLI::ParseError& error) const {
         // Without a command the parser asks for one before it looks at what else it was given.
         if (!lacksCommand()) return error.what();
@@ -184,9 +191,15 @@ private:
 
     CLI::App _app{"Draws on pictures.", "kalimkit"};
     PlayOptions _play;
+    bool _isEditor = false;
+    // Only with --editor.
+    EditorSetup _editor;
     ImageOptions _asked;
     // Only for `kalimkit image`.
     std::optional<ImageOptions> _image;
+    EditOptions _askedEdit;
+    // Only for `kalimkit edit`.
+    std::optional<EditOptions> _edit;
 };
 
 }  // namespace

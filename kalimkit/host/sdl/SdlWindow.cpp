@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <string_view>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/sdl/SdlHands.h"
@@ -18,6 +18,15 @@ namespace {
 SDL_Rect toSdl(const gfx::Rect& rect) {
     return {static_cast<int>(rect.minX()), static_cast<int>(rect.minY()),
             static_cast<int>(rect.size.width), static_cast<int>(rect.size.height)};
+}
+
+// Whether SDL, for want of a display, has taken a driver that shows nothing, and nobody asked for
+// it.
+bool isBlind() {
+    const char* const wanted = SDL_GetHint(SDL_HINT_VIDEODRIVER);
+    const std::string_view driver = SDL_GetCurrentVideoDriver();
+    return (!wanted || !*wanted) &&
+           (driver == "offscreen" || driver == "dummy" || driver == "evdev");
 }
 
 // Where a ui::Window's pixels lie, and the screen's surface they go to.
@@ -53,12 +62,16 @@ std::optional<std::string> SdlWindow::startVideo() {
     SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
     SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
-    if (SDL_Init(SDL_INIT_VIDEO) == 0) {
-        // Video begins with it on.
-        SDL_StopTextInput();
-        return std::nullopt;
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        return std::string("no window can be opened: ") + SDL_GetError();
     }
-    return std::string("no window can be opened: ") + SDL_GetError();
+    if (isBlind()) {
+        SDL_Quit();
+        return "no window can be opened: there is no display";
+    }
+    // Video begins with it on.
+    SDL_StopTextInput();
+    return std::nullopt;
 }
 
 SdlWindow::SdlWindow(::SDL_Window* window, double scale)

@@ -1,0 +1,233 @@
+#include "cli/Edit.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "cli/EditOutput.h"
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/Files.h"
+#include "kalimkit/host/headless/LiveScenario.h"
+#include "kalimkit/host/sdl/SdlWindow.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+
+namespace kalim::cli {
+
+namespace {
+
+constexpr int written = 0;
+constexpr int closed = 1;
+constexpr int failure = 2;
+
+// Points.
+constexpr gfx::Size leastSize{360, 520};
+constexpr gfx::Size usualSize{480, 720};
+// Above and below the picture, where the tool bar and the pen button are.
+constexpr double chromeHeight = 90;
+// Of the desktop.
+constexpr double largestShare = 0.85;
+
+void complain(const std::string& sentence) {
+    std::fprintf(stderr, "kalimkit: %s\n", sentence.c_str());
+}
+
+struct SdlWindowDeleter {
+    void operator()(::SDL_Window* window) const { SDL_DestroyWindow(window); }
+};
+using SdlWindowHandle = std::unique_ptr<::SDL_Window, SdlWindowDeleter>;
+
+// SDL from its start to its end.
+class Video {
+public:
+    Video() : _problem(SdlWindow::startVideo()) {}
+    ~Video() { SDL_Quit(); }
+    Video(const Video&) = delete;
+    Video& operator=(const Video&) = delete;
+    const std::optional<std::string>& problem() const { return _problem; }
+
+private:
+    std::optional<std::string> _problem;
+};
+
+// Pixels of a window that shows the picture as large as it is, or as fits on the desktop.
+gfx::Size windowSize(const codec::DecodeResult& photo, double scale) {
+    SDL_Rect desktop{0, 0, 1280, 800};
+    SDL_GetDisplayUsableBounds(0, &desktop);
+    const double chrome = 2 * chromeHeight * scale;
+    const gfx::Size room{desktop.w * largestShare, desktop.h * largestShare - chrome};
+    gfx::Size size = usualSize * scale;
+    if (!photo.error) {
+        const gfx::PixelSize pixels = photo.bitmap.size();
+        size = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
+        if (gfx::exchangesSides(photo.orientation)) std::swap(size.width, size.height);
+    }
+    const double fitting = std::min({1.0, room.width / size.width, room.height / size.height});
+    return {std::max(std::round(size.width * fitting), leastSize.width * scale),
+            std::max(std::round(size.height * fitting) + chrome, leastSize.height * scale)};
+}
+
+SdlWindowHandle openWindow(const EditOptions& options, const codec::DecodeResult& photo) {
+    const gfx::Size size = windowSize(photo, options.scale);
+    const std::size_t slash = options.photo.find_last_of('/');
+    const std::string name = options.photo == "-" ? "" : options.photo.substr(slash + 1) + " - ";
+    SdlWindowHandle window(SDL_CreateWindow((name + "KalimKit").c_str(), SDL_WINDOWPOS_CENTERED,
+                                            SDL_WINDOWPOS_CENTERED, static_cast<int>(size.width),
+                                            static_cast<int>(size.height), SDL_WINDOW_RESIZABLE));
+    if (window) {
+        SDL_SetWindowMinimumSize(window.get(), static_cast<int>(leastSize.width * options.scale),
+                                 static_cast<int>(leastSize.height * options.scale));
+    }
+    return window;
+}
+
+// One photo in the editor, from the window's opening to its end.
+class Session : public TesselViewControllerDelegate {
+public:
+    Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)
+        : _options(options), _output(std::move(output)), _window(sdl, options.scale) {}
+
+    int run(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
+        gfx::ImageRef image;
+        if (!photo.error) {
+            gfx::Device& device = _window.environment().device();
+            image = device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        }
+        _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
+        _editor->setExportsAtPictureScale(!_options.isScreenSize);
+        _window.present(_editor);
+        _window.update();
+        if (image) {
+            chooseTools();
+            playScenario();
+        } else {
+            refusePhoto();
+        }
+        if (!_isOver) _window.run();
+        _window.present(nullptr);
+        return _status;
+    }
+
+    void didDrawViewControllerFinishHandleImage(TesselViewController& /*controller*/,
+                                                const gfx::ImageRef& image) override {
+        if (_status == failure) return;
+        const auto problem =
+            image ? _output.write(*image) : std::optional<std::string>("there is nothing to write");
+        if (problem) {
+            complain(*problem);
+            tell("无法保存图片", *problem, {});
+            return;
+        }
+        if (!_output.written().empty())
+            std::fprintf(stderr, "kalimkit: the picture is in %s\n", _output.written().c_str());
+        end(written);
+    }
+
+    void close() override { end(_status); }
+
+private:
+    void end(int status) {
+        _status = status;
+        _isOver = true;
+        _window.stop();
+    }
+
+    void tell(const char* title, const std::string& message, std::function<void()> then) {
+        SdlEnvironment& environment = _window.environment();
+        environment.presentAlert({environment.localizedString(title),
+                                  environment.localizedString(message),
+                                  {environment.localizedString("好")},
+                                  [then = std::move(then)](std::size_t) {
+                                      if (then) then();
+                                  }});
+    }
+
+    void refusePhoto() {
+        _status = failure;
+        tell("无法载入图片", "载入此图片时出错", [this] { end(failure); });
+    }
+
+    void chooseTools() {
+        EditorKeys& keys = *_window.keys();
+        if (_options.pen) keys.choosePen(*_options.pen);
+        if (_options.color) keys.chooseColor(_options.color);
+        if (_options.lineWidth) keys.chooseLineWidth(*_options.lineWidth);
+    }
+
+    void playScenario() {
+        codec::Bytes bytes;
+        if (_options.scenario.empty()) return;
+        if (const auto problem = codec::readFile(_options.scenario, bytes)) {
+            complain(*problem);
+            end(failure);
+            return;
+        }
+        LiveScenario scenario(_window.window(), _editor, *_window.keys(), [this](double seconds) {
+            _window.run(seconds);
+            // A loop that ended early was stopped.
+            _isOver = _isOver || _window.isStopped();
+        });
+        const std::string text(bytes.begin(), bytes.end());
+        std::string_view rest = text;
+        for (int line = 1; !rest.empty() && !_isOver; ++line) {
+            const std::size_t end = std::min(rest.find('\n'), rest.size());
+            playLine(scenario, rest.substr(0, end), line);
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+    }
+
+    void playLine(LiveScenario& scenario, std::string_view text, int line) {
+        const auto problem = scenario.play(text);
+        if (!_isOver) _window.update();
+        if (!problem) return;
+        complain(_options.scenario + ":" + std::to_string(line) + ": " + *problem);
+        end(failure);
+    }
+
+    const EditOptions& _options;
+    EditOutput _output;
+    SdlWindow _window;
+    std::shared_ptr<TesselViewController> _editor;
+    int _status = closed;
+    bool _isOver = false;
+};
+
+}  // namespace
+
+int edit(const EditOptions& options) {
+    codec::Bytes bytes;
+    const std::string path = options.photo == "-" ? "/dev/stdin" : options.photo;
+    const std::string name = options.photo == "-" ? "standard input" : options.photo;
+    if (const auto problem = codec::readFile(path, bytes)) {
+        complain(*problem);
+        return failure;
+    }
+    std::string problem;
+    std::optional<EditOutput> output = EditOutput::make(options, bytes, problem);
+    if (!output) {
+        complain(problem);
+        return failure;
+    }
+    codec::DecodeResult photo = codec::decode(bytes, name);
+    if (photo.error) complain(*photo.error);
+    bytes = {};
+    const Video video;
+    if (video.problem()) {
+        complain(*video.problem());
+        return failure;
+    }
+    const SdlWindowHandle window = openWindow(options, photo);
+    if (!window) {
+        complain(std::string("no window can be opened: ") + SDL_GetError());
+        return failure;
+    }
+    const auto session = std::make_shared<Session>(window.get(), options, std::move(*output));
+    return session->run(std::move(photo), session);
+}
+
+}  // namespace kalim::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cli/PictureFormat.h"
+#include "kalimkit/gfx/Color.h"
+
+namespace kalim::cli {
+
+struct EditOptions {
+    // "-" stands for standard input.
+    std::string photo;
+    // "-" stands for standard output, and so does an empty one if the photo comes from standard
+    // input; else an empty one is a new name beside the photo.
+    std::string output;
+    // Nothing: as the output is called, or as the photo is.
+    std::optional<PictureFormat> format;
+    // Pixels per point.
+    double scale = 1;
+    // Of an EditorPen; nothing for what the editor begins with, as for the next two.
+    std::optional<unsigned> pen;
+    // Points.
+    std::optional<double> lineWidth;
+    gfx::ColorRef color;
+    // The result has the pixels of the screen instead of those of the photo.
+    bool isScreenSize = false;
+    // A scenario to play in the window; empty for none.
+    std::string scenario;
+};
+
+// Runs `kalimkit edit`: shows the editor in a window until the user confirms or closes it. The exit
+// status: 0 once the picture is written, 1 when the window was closed and nothing is, 2 after an
+// error, which is on standard error then.
+int edit(const EditOptions& options);
+
+}  // namespace kalim::cli

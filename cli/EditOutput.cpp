@@ -1,0 +1,93 @@
+#include "cli/EditOutput.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "kalimkit/codec/Files.h"
+
+namespace kalim::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> writeStandardOutput(const codec::Bytes& bytes) {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() &&
+        std::fflush(stdout) == 0) {
+        return std::nullopt;
+    }
+    return std::string("standard output: ") + std::strerror(errno);
+}
+
+// Why no file can be made or replaced at the path, as far as that can be told beforehand.
+std::string pathProblem(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) return path + ": this is a folder";
+    fs::path folder = fs::path(path).parent_path();
+    if (folder.empty()) folder = ".";
+    if (!fs::is_directory(folder, error)) return path + ": there is no folder " + folder.string();
+    const bool exists = fs::exists(path, error);
+    if (::access(exists ? path.c_str() : folder.c_str(), W_OK) != 0) {
+        return path + ": " + std::strerror(errno);
+    }
+    return {};
+}
+
+}  // namespace
+
+std::optional<EditOutput> EditOutput::make(const EditOptions& options, codec::ByteSpan photo,
+                                           std::string& problem) {
+    EditOutput output;
+    const bool isStandard =
+        options.output == "-" || (options.output.empty() && options.photo == "-");
+    const bool isNamed = !isStandard && !options.output.empty();
+    const auto kept = isNamed ? pictureFormatOfPath(options.output) : pictureFormatOfBytes(photo);
+    if (isNamed && !kept && !options.format) {
+        problem = options.output + ": pictures are written as " + pictureEndings;
+        return std::nullopt;
+    }
+    output._format = options.format.value_or(kept.value_or(PictureFormat::Png));
+    if (isStandard) {
+        if (::isatty(STDOUT_FILENO) == 0) return output;
+        problem = "standard output is a terminal; name a file with -o";
+        return std::nullopt;
+    }
+    if (isNamed) {
+        output._path = options.output;
+    } else {
+        const fs::path path(options.photo);
+        output._stem = (path.parent_path() / path.stem()).string();
+        const bool isSame = pictureFormatOfPath(options.photo) == output._format;
+        output._ending = isSame ? path.extension().string() : endingOf(output._format);
+    }
+    problem = pathProblem(isNamed ? output._path : output.freeName());
+    return problem.empty() ? std::optional(output) : std::nullopt;
+}
+
+// "photo-marked.jpg", "photo-marked-2.jpg"
+std::string EditOutput::freeName() const {
+    std::error_code error;
+    std::string name = _stem + "-marked" + _ending;
+    for (int number = 2; fs::exists(fs::symlink_status(name, error)); ++number)
+        name = _stem + "-marked-" + std::to_string(number) + _ending;
+    return name;
+}
+
+std::optional<std::string> EditOutput::write(const gfx::Image& image) {
+    const bool isStandard = _path.empty() && _stem.empty();
+    const std::string path = isStandard || !_path.empty() ? _path : freeName();
+    codec::Bytes bytes;
+    auto problem = encode(image, _format, bytes);
+    if (problem) return (isStandard ? "standard output" : path) + ": " + *problem;
+    problem = isStandard ? writeStandardOutput(bytes) : codec::writeFileAtomically(path, bytes);
+    if (!problem) _written = path;
+    return problem;
+}
+
+}  // namespace kalim::cli

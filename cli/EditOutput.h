@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cli/Edit.h"
+#include "kalimkit/codec/Bytes.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::cli {
+
+// Where the result of an edit goes, and as what.
+class EditOutput {
+public:
+    // Empty after an error, and `problem` says what stands in the way; so that nobody draws what
+    // cannot be kept.
+    static std::optional<EditOutput> make(const EditOptions& options, codec::ByteSpan photo,
+                                          std::string& problem);
+
+    // All of it or nothing. Nothing on success, else a sentence that says what went wrong; after
+    // that it may be tried again.
+    std::optional<std::string> write(const gfx::Image& image);
+    // What was written last, as it is to be told; empty for standard output.
+    const std::string& written() const { return _written; }
+
+private:
+    EditOutput() = default;
+    std::string freeName() const;
+
+    PictureFormat _format = PictureFormat::Png;
+    // Empty for standard output.
+    std::string _path;
+    // Instead of the path: what stands before and behind "-marked".
+    std::string _stem;
+    std::string _ending;
+    std::string _written;
+};
+
+}  // namespace kalim::cli

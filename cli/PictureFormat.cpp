@@ -1,0 +1,59 @@
+#include "cli/PictureFormat.h"
+
+#include <algorithm>
+
+#include "kalimkit/codec/Encode.h"
+
+namespace kalim::cli {
+
+namespace {
+
+constexpr int lossyQuality = 90;
+
+bool beginsWith(codec::ByteSpan bytes, std::size_t at, std::string_view text) {
+    return bytes.size() >= at + text.size() &&
+           std::ranges::equal(bytes.subspan(at, text.size()), text, {}, {},
+                              [](char letter) { return static_cast<std::uint8_t>(letter); });
+}
+
+}  // namespace
+
+std::optional<PictureFormat> pictureFormat(std::string_view name) {
+    std::string lower(name);
+    std::ranges::transform(lower, lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    if (lower == "png") return PictureFormat::Png;
+    if (lower == "jpg" || lower == "jpeg") return PictureFormat::Jpeg;
+    if (lower == "webp") return PictureFormat::Webp;
+    return std::nullopt;
+}
+
+std::optional<PictureFormat> pictureFormatOfPath(const std::string& path) {
+    const std::string name = path.substr(path.find_last_of('/') + 1);
+    const std::size_t dot = name.find_last_of('.');
+    if (dot == std::string::npos) return std::nullopt;
+    return pictureFormat(std::string_view(name).substr(dot + 1));
+}
+
+std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes) {
+    if (beginsWith(bytes, 0, "\x89PNG")) return PictureFormat::Png;
+    if (beginsWith(bytes, 0, "\xFF\xD8\xFF")) return PictureFormat::Jpeg;
+    if (beginsWith(bytes, 0, "RIFF") && beginsWith(bytes, 8, "WEBP")) return PictureFormat::Webp;
+    return std::nullopt;
+}
+
+std::string endingOf(PictureFormat format) {
+    if (format == PictureFormat::Png) return ".png";
+    return format == PictureFormat::Jpeg ? ".jpg" : ".webp";
+}
+
+std::optional<std::string> encode(const gfx::Image& image, PictureFormat format,
+                                  codec::Bytes& bytes) {
+    const gfx::BitmapRef pixels = image.pixels();
+    if (format == PictureFormat::Png) return codec::encodePng(*pixels, bytes);
+    if (format == PictureFormat::Jpeg) return codec::encodeJpeg(*pixels, lossyQuality, bytes);
+    return codec::encodeWebp(*pixels, lossyQuality, bytes);
+}
+
+}  // namespace kalim::cli

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kalimkit/codec/Bytes.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::cli {
+
+// The kinds of picture files that are written.
+enum class PictureFormat { Png, Jpeg, Webp };
+
+// What a sentence about names of pictures lists.
+inline constexpr const char* pictureEndings = ".png, .jpg, .jpeg or .webp";
+
+// By a name as "png", in any letters; nothing for any other.
+std::optional<PictureFormat> pictureFormat(std::string_view name);
+// By the ending of a path; nothing without one of those.
+std::optional<PictureFormat> pictureFormatOfPath(const std::string& path);
+// By how a file begins; nothing for one that is none of these.
+std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes);
+// With the dot.
+std::string endingOf(PictureFormat format);
+
+// A whole file of the picture as it is stored; nothing on success, else what went wrong.
+std::optional<std::string> encode(const gfx::Image& image, PictureFormat format,
+                                  codec::Bytes& bytes);
+
+}  // namespace kalim::cli

@@ -1,0 +1,154 @@
+#include "kalimkit/host/headless/LiveScenario.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "kalimkit/host/headless/CanvasCalls.h"
+#include "kalimkit/host/headless/EditorViews.h"
+#include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/host/headless/ScenarioFingers.h"
+#include "kalimkit/ui/control/TextView.h"
+
+namespace kalim {
+
+namespace {
+
+// Seconds. A longer wait is a slip of the pen.
+constexpr double longestWait = 3600;
+
+}  // namespace
+
+class LiveScenario::Steps {
+public:
+    Steps(ui::Window& window, std::shared_ptr<TesselViewController> editor, EditorKeys& keys,
+          Wait wait)
+        : _window(window),
+          _editor(std::move(editor)),
+          _keys(keys),
+          _wait(std::move(wait)),
+          _fingers(window) {}
+
+    Problem play(const JsonValue& step);
+
+private:
+    struct Kind {
+        std::string_view key;
+        Problem (Steps::*play)(const JsonValue& step, const JsonValue& value);
+    };
+    static const Kind kinds[];
+
+    Problem touch(const JsonValue& step, const JsonValue& value);
+    Problem tap(const JsonValue& step, const JsonValue& value);
+    Problem type(const JsonValue& step, const JsonValue& value);
+    Problem compose(const JsonValue& step, const JsonValue& value);
+    Problem pressKey(const JsonValue& step, const JsonValue& value);
+    Problem call(const JsonValue& step, const JsonValue& value);
+    Problem wait(const JsonValue& step, const JsonValue& value);
+
+    // The text and the text view that is to get it.
+    Problem readText(const JsonValue& value, const char* what, std::string& text,
+                     std::shared_ptr<ui::TextView>& view) const;
+
+    ui::Window& _window;
+    std::shared_ptr<TesselViewController> _editor;
+    EditorKeys& _keys;
+    Wait _wait;
+    ScenarioFingers _fingers;
+};
+
+const LiveScenario::Steps::Kind LiveScenario::Steps::kinds[] = {
+    {"touch", &Steps::touch},     {"tap", &Steps::tap},      {"type", &Steps::type},
+    {"compose", &Steps::compose}, {"key", &Steps::pressKey}, {"call", &Steps::call},
+    {"wait", &Steps::wait},
+};
+
+Problem LiveScenario::Steps::play(const JsonValue& step) {
+    if (!step.object()) return wrongValue("a step", "an object", step);
+    for (const Kind& kind : kinds) {
+        if (const JsonValue* value = step.find(kind.key)) return (this->*kind.play)(step, *value);
+    }
+    if (step.object()->empty()) return "a step must say what to do";
+    return "in a window there is no step " + cutQuote(dumpJson(step.object()->front().first));
+}
+
+Problem LiveScenario::Steps::touch(const JsonValue& step, const JsonValue& /*value*/) {
+    return _fingers.play(step);
+}
+
+Problem LiveScenario::Steps::tap(const JsonValue& /*step*/, const JsonValue& value) {
+    gfx::Point place;
+    if (readValue(value, place)) return _fingers.tap(place);
+    std::string path;
+    if (!readValue(value, path)) {
+        return wrongValue("\"tap\"", "the name of a view or a point [x,y]", value);
+    }
+    const auto view = editorView(*_editor, path);
+    if (!view) return "there is no view " + shownName(path);
+    return _fingers.tap(view->convertRectTo(view->bounds(), nullptr).center());
+}
+
+Problem LiveScenario::Steps::readText(const JsonValue& value, const char* what, std::string& text,
+                                      std::shared_ptr<ui::TextView>& view) const {
+    if (Problem problem = readAs(value, what, text)) return problem;
+    view = ui::TextView::focusedIn(_window);
+    return view ? Problem() : "no text view is focused";
+}
+
+Problem LiveScenario::Steps::type(const JsonValue& /*step*/, const JsonValue& value) {
+    std::string text;
+    std::shared_ptr<ui::TextView> view;
+    if (Problem problem = readText(value, "\"type\"", text, view)) return problem;
+    view->insertText(text);
+    return std::nullopt;
+}
+
+Problem LiveScenario::Steps::compose(const JsonValue& /*step*/, const JsonValue& value) {
+    std::string text;
+    std::shared_ptr<ui::TextView> view;
+    if (Problem problem = readText(value, "\"compose\"", text, view)) return problem;
+    view->setMarkedText(text, {text.size(), text.size()});
+    return std::nullopt;
+}
+
+Problem LiveScenario::Steps::pressKey(const JsonValue& /*step*/, const JsonValue& value) {
+    std::string name;
+    if (Problem problem = readAs(value, "\"key\"", name)) return problem;
+    const bool isDone = _keys.press(name);
+    _keys.release(name);
+    return isDone ? Problem() : "nothing happens at the key " + shownName(name);
+}
+
+Problem LiveScenario::Steps::call(const JsonValue& step, const JsonValue& value) {
+    std::string name;
+    if (Problem problem = readAs(value, "\"call\"", name)) return problem;
+    const JsonValue* given = step.find("args");
+    if (given && !given->array()) return wrongValue("\"args\"", "a list", *given);
+    return callCanvas(*_editor->drawView(), name, given ? *given->array() : JsonValue::Array())
+        .problem;
+}
+
+Problem LiveScenario::Steps::wait(const JsonValue& /*step*/, const JsonValue& value) {
+    double seconds = 0;
+    if (Problem problem = readAs(value, "\"wait\"", seconds)) return problem;
+    if (seconds < 0 || seconds > longestWait) {
+        return wrongValue("\"wait\"", "a number of seconds from 0 to 3600", value);
+    }
+    _wait(seconds);
+    return std::nullopt;
+}
+
+LiveScenario::LiveScenario(ui::Window& window, std::shared_ptr<TesselViewController> editor,
+                           EditorKeys& keys, Wait wait)
+    : _steps(std::make_unique<Steps>(window, std::move(editor), keys, std::move(wait))) {}
+
+LiveScenario::~LiveScenario() = default;
+
+std::optional<std::string> LiveScenario::play(std::string_view line) {
+    if (line.find_first_not_of(" \t\r\n") == std::string_view::npos) return std::nullopt;
+    ParsedJson parsed = parseJson(line);
+    return parsed.error ? std::move(parsed.error) : _steps->play(parsed.value);
+}
+
+}  // namespace kalim

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+// Plays the steps of a scenario that a user could do himself, in an editor that another host shows:
+// touch, tap, type, compose, key, call and wait.
+class KALIM_API LiveScenario {
+public:
+    // Lets the host's time pass, in seconds, and does not return before.
+    using Wait = std::function<void(double seconds)>;
+
+    // The window and the keys must outlive this object.
+    LiveScenario(ui::Window& window, std::shared_ptr<TesselViewController> editor, EditorKeys& keys,
+                 Wait wait);
+    ~LiveScenario();
+    LiveScenario(const LiveScenario&) = delete;
+    LiveScenario& operator=(const LiveScenario&) = delete;
+
+    // One line; a blank one does nothing. Nothing on success, else a sentence that says what is
+    // wrong with it, and nothing has been done then.
+    std::optional<std::string> play(std::string_view line);
+
+private:
+    class Steps;
+    std::unique_ptr<Steps> _steps;
+};
+
+}  // namespace kalim
