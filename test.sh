@@ -5,7 +5,7 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-default_stages=(layers headers format scripts build unit install seam browser)
+default_stages=(layers headers format scripts build unit window install seam browser)
 more_stages=(browsers tidy)
 passed=0
 failed=0
@@ -22,6 +22,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
   scripts   the shell scripts parse, refuse nonsense and count failures
   build     everything compiles in build/ci, warnings are errors
   unit      all test programs of build/ci under the address and undefined-behaviour sanitizers
+  window    the editor's window, driven by a pointer and a keyboard under an X server of its own
   install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
   browser   the page in a headless Chromium, and every scenario there as it goes natively
@@ -59,7 +60,7 @@ stage_format() {
 stage_scripts() {
     local script
     for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
-        tests/browser/run; do
+        tests/browser/run tests/window/run; do
         [[ $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -126,6 +127,11 @@ count_of() {
     fi
 }
 
+stage_window() {
+    check 'the command compiles' tools/compile ci kalimkit
+    count_of tests/window/run
+}
+
 stage_install() {
     count_of tests/install/run
 }
@@ -164,6 +170,7 @@ groups_of() {
         format) echo checks ;;
         seam) echo seam ;;
         browser) echo native browser ;;
+        window) echo native window ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
     esac

@@ -1,0 +1,160 @@
+#include "kalimkit/host/sdl/SdlWindow.h"
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+
+namespace kalim::test {
+
+namespace {
+
+struct Owner : TesselViewControllerDelegate {
+    void close() override { ++closed; }
+    int closed = 0;
+};
+
+// The editor in a window of SDL's driver without a screen, 600 x 800 pixels at two a point.
+class SdlWindowTest : public testing::Test {
+protected:
+    SdlWindowTest() {
+        SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
+        EXPECT_EQ(SdlWindow::startVideo(), std::nullopt);
+        sdl = SDL_CreateWindow("", 0, 0, 600, 800, SDL_WINDOW_RESIZABLE);
+        window = std::make_unique<SdlWindow>(sdl, 2);
+        editor = TesselViewController::initWithSourceImageWithDelegate(
+            window->environment().device().makeImage(gfx::Bitmap(300, 200), 1,
+                                                     gfx::ImageOrientation::Up),
+            owner);
+        window->present(editor);
+        window->update();
+    }
+    ~SdlWindowTest() override {
+        editor = nullptr;
+        window = nullptr;
+        SDL_DestroyWindow(sdl);
+        SDL_Quit();
+    }
+
+    void touch(std::uint32_t type, int finger, double x, double y) {
+        SDL_Event event{};
+        event.tfinger.type = type;
+        event.tfinger.timestamp = SDL_GetTicks();
+        event.tfinger.touchId = 7;
+        event.tfinger.fingerId = finger;
+        event.tfinger.x = static_cast<float>(x / 300);
+        event.tfinger.y = static_cast<float>(y / 400);
+        event.tfinger.windowID = SDL_GetWindowID(sdl);
+        window->handle(event);
+    }
+    void type(std::uint32_t kind, const char* text) {
+        SDL_Event event{};
+        event.type = kind;
+        event.text.windowID = SDL_GetWindowID(sdl);
+        std::strcpy(kind == SDL_TEXTINPUT ? event.text.text : event.edit.text, text);
+        window->handle(event);
+    }
+    void press(SDL_Keycode symbol, SDL_Scancode place, int modifiers = 0) {
+        SDL_Event event{};
+        event.type = SDL_KEYDOWN;
+        event.key.windowID = SDL_GetWindowID(sdl);
+        event.key.keysym = {place, symbol, static_cast<std::uint16_t>(modifiers), 0};
+        window->handle(event);
+    }
+    MDrawView& canvas() { return *editor->drawView(); }
+
+    ::SDL_Window* sdl = nullptr;
+    std::unique_ptr<SdlWindow> window;
+    std::shared_ptr<Owner> owner = std::make_shared<Owner>();
+    std::shared_ptr<TesselViewController> editor;
+};
+
+}  // namespace
+
+TEST_F(SdlWindowTest, ShowsWhatTheWindowDraws) {
+    window->update();
+    const SDL_Surface* const screen = SDL_GetWindowSurface(sdl);
+    const auto shown = window->window().surface()->snapshot()->pixels();
+    for (const auto& [x, y] : {std::pair{20, 20}, {300, 740}, {300, 400}}) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, static_cast<const char*>(screen->pixels) + y * screen->pitch + x * 4,
+                    4);
+        char text[10];
+        std::snprintf(text, sizeof text, "#%06XFF", pixel & 0xFFFFFFU);
+        EXPECT_EQ(shown->colorAt(x, y).hex(), text) << x << "," << y;
+    }
+    EXPECT_EQ(window->environment().areaBudget(), (gfx::Size{2560, 1440}));
+}
+
+TEST_F(SdlWindowTest, TwoFingersZoomAndOneDraws) {
+    touch(SDL_FINGERDOWN, 1, 100, 200);
+    touch(SDL_FINGERDOWN, 2, 200, 200);
+    for (int i = 1; i <= 10; ++i) {
+        touch(SDL_FINGERMOTION, 1, 100 - 5 * i, 200);
+        touch(SDL_FINGERMOTION, 2, 200 + 5 * i, 200);
+    }
+    EXPECT_GT(canvas().getScale(), 1.5);
+    touch(SDL_FINGERUP, 1, 50, 200);
+    touch(SDL_FINGERUP, 2, 250, 200);
+    EXPECT_FALSE(canvas().hasDrawed());
+    touch(SDL_FINGERDOWN, 3, 100, 200);
+    touch(SDL_FINGERMOTION, 3, 150, 220);
+    touch(SDL_FINGERUP, 3, 200, 240);
+    EXPECT_EQ(canvas().tools().size(), 1U);
+}
+
+TEST_F(SdlWindowTest, InputMethodsComposeInTheFocusedText) {
+    EXPECT_EQ(SDL_IsTextInputActive(), SDL_FALSE);
+    press(SDLK_t, SDL_SCANCODE_T);
+    touch(SDL_FINGERDOWN, 1, 150, 200);
+    touch(SDL_FINGERUP, 1, 150, 200);
+    ASSERT_EQ(SDL_IsTextInputActive(), SDL_TRUE);
+    const auto text = ui::TextView::focusedIn(window->window());
+    type(SDL_TEXTEDITING, "ni");
+    EXPECT_EQ(text->text(), "ni");
+    type(SDL_TEXTEDITING, "");
+    type(SDL_TEXTINPUT, "你好");
+    press(SDLK_BACKSPACE, SDL_SCANCODE_BACKSPACE);
+    EXPECT_EQ(text->text(), "你");
+    press(SDLK_ESCAPE, SDL_SCANCODE_ESCAPE);
+    EXPECT_EQ(SDL_IsTextInputActive(), SDL_FALSE);
+}
+
+TEST_F(SdlWindowTest, KeysOfOtherLayoutsGoByTheirPlace) {
+    press(static_cast<SDL_Keycode>(0x43A), SDL_SCANCODE_R);
+    EXPECT_EQ(editor->currentPen(), 3U) << "Cyrillic";
+    press(SDLK_AMPERSAND, SDL_SCANCODE_2);
+    EXPECT_EQ(editor->currentColor()->hex(), "#FFF700FF") << "French";
+    // A Y where others have their Z.
+    touch(SDL_FINGERDOWN, 3, 100, 200);
+    touch(SDL_FINGERUP, 3, 200, 240);
+    press(SDLK_z, SDL_SCANCODE_Y, KMOD_LCTRL);
+    EXPECT_FALSE(canvas().hasDrawed());
+}
+
+TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
+    SDL_SetWindowSize(sdl, 2000, 1600);
+    SDL_Event event;
+    while (SDL_PollEvent(&event) == 1)
+        window->handle(event);
+    window->update();
+    EXPECT_EQ(window->window().size(), (gfx::Size{1000, 800}));
+    EXPECT_EQ(editor->view()->frame().size, (gfx::Size{1000, 800}));
+    // Four times the window is more than the least.
+    EXPECT_EQ(window->environment().areaBudget(), (gfx::Size{4000, 3200}));
+
+    event = {};
+    event.type = SDL_WINDOWEVENT;
+    event.window.windowID = SDL_GetWindowID(sdl);
+    event.window.event = SDL_WINDOWEVENT_CLOSE;
+    window->handle(event);
+    EXPECT_EQ(owner->closed, 1);
+    event.window.windowID += 1;
+    window->handle(event);
+    EXPECT_EQ(owner->closed, 1) << "another window";
+}
+
+}  // namespace kalim::test

@@ -1,0 +1,187 @@
+#include "kalimkit/shell/editor/EditorKeys.h"
+
+#include <gtest/gtest.h>
+
+#include "kalimkit/shell/editor/EditorTables.h"
+#include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "tests/shell/editor/EditorScreen.h"
+
+namespace kalim::test {
+
+namespace {
+
+class EditorKeysTest : public testing::Test {
+protected:
+    EditorKeysTest() { screen.present(); }
+
+    MDrawView& canvas() { return *screen.editor->drawView(); }
+    std::size_t toolCount() { return canvas().tools().size(); }
+    // The canvas point under a point of the window.
+    gfx::Point under(gfx::Point place) { return canvas().invertViewPoint(place); }
+
+    EditorScreen screen;
+    EditorKeys keys{screen.editor};
+};
+
+}  // namespace
+
+TEST_F(EditorKeysTest, LettersChooseThePensAndDeselect) {
+    struct Case {
+        const char* key;
+        unsigned pen;
+        std::int64_t toolType;
+    };
+    for (const Case& c : {Case{"p", 2, 4},
+                          {"l", 4, 6},
+                          {"a", 6, 7},
+                          {"r", 3, 0},
+                          {"e", 5, 2},
+                          {"t", 1, 3},
+                          {"m", 0, 5}}) {
+        EXPECT_TRUE(keys.press(c.key)) << c.key;
+        EXPECT_EQ(screen.editor->currentPen(), c.pen) << c.key;
+        EXPECT_EQ(toolTypeForPen(c.pen), c.toolType) << c.key;
+        EXPECT_EQ(screen.editor->penView()->pen(), c.pen) << c.key;
+    }
+    // The picker has no dot for a line and keeps the one before.
+    keys.press("r");
+    EXPECT_EQ(screen.editor->penPopView()->selectIndex(), 2);
+    keys.press("l");
+    EXPECT_EQ(screen.editor->penPopView()->selectIndex(), 2);
+    keys.press("a");
+    screen.drawAndSelect();
+    keys.press("e");
+    EXPECT_FALSE(canvas().hasSelectedTools());
+}
+
+TEST_F(EditorKeysTest, DigitsAndBracketsStyleWhatIsSelectedToo) {
+    screen.drawAndSelect();
+    keys.press("3");
+    keys.press("]");
+    EXPECT_EQ(canvas().tools()[0]->color()->hex(), "#1AA9FFFF");
+    EXPECT_EQ(canvas().tools()[0]->lineWidth(), 12);
+    EXPECT_EQ(screen.editor->sizePopView()->selectIndex(), 2);
+    for (int i = 0; i < 6; ++i)
+        keys.press("[", i > 0);
+    EXPECT_EQ(canvas().lineWidth(), 2);
+    keys.chooseLineWidth(9.5);
+    EXPECT_EQ(canvas().lineWidth(), 9.5);
+}
+
+TEST_F(EditorKeysTest, UndoesRedoesAndDeletes) {
+    screen.draw();
+    EXPECT_TRUE(keys.press("ctrl+z", true));
+    EXPECT_EQ(toolCount(), 0U);
+    EXPECT_FALSE(keys.press("ctrl+z"));
+    EXPECT_TRUE(keys.press("ctrl+shift+z"));
+    keys.press("ctrl+z");
+    EXPECT_TRUE(keys.press("ctrl+y"));
+    EXPECT_EQ(toolCount(), 1U);
+    EXPECT_FALSE(keys.press("delete")) << "nothing is selected";
+    screen.tap(screen.editor->drawView());
+    keys.press("ctrl+z");
+    screen.drawAndSelect();
+    EXPECT_TRUE(keys.press("backspace"));
+    EXPECT_EQ(toolCount(), 0U);
+}
+
+TEST_F(EditorKeysTest, EscapeLeavesOneThingAtATime) {
+    keys.press("t");
+    Finger(screen.window()).tap({150, 300});
+    ASSERT_TRUE(canvas().curEdittingTextTool());
+    // What types belongs to the text.
+    EXPECT_TRUE(keys.press("r"));
+    EXPECT_EQ(screen.editor->currentPen(), 1U);
+    ui::TextView::focusedIn(screen.window())->insertText("文字");
+    keys.press("escape");
+    EXPECT_FALSE(canvas().curEdittingTextTool());
+    canvas().selectTools(canvas().tools());
+    keys.press("escape");
+    EXPECT_FALSE(canvas().hasSelectedTools());
+    screen.wait(1);
+    screen.use(screen.editor->penView());
+    ASSERT_TRUE(screen.editor->showPanel());
+    keys.press("escape");
+    screen.wait(1);
+    EXPECT_FALSE(screen.editor->showPanel());
+    keys.press("escape");
+    screen.wait(1);
+    ASSERT_TRUE(screen.editor->actionSheet());
+    // The question takes the keys, and Escape is the answer that loses nothing.
+    EXPECT_TRUE(keys.press("ctrl+z"));
+    EXPECT_TRUE(keys.press("escape"));
+    screen.wait(1);
+    EXPECT_FALSE(screen.editor->actionSheet());
+    EXPECT_EQ(screen.owner->closed, 0);
+    EXPECT_EQ(toolCount(), 1U);
+}
+
+TEST_F(EditorKeysTest, EnterAndCtrlSConfirmOncePerStroke) {
+    EXPECT_TRUE(keys.press("enter"));
+    EXPECT_TRUE(keys.press("ctrl+s"));
+    EXPECT_FALSE(keys.press("enter", true));
+    EXPECT_EQ(screen.owner->images.size(), 2U);
+    keys.press("escape");
+    EXPECT_EQ(screen.owner->closed, 1) << "nothing was drawn";
+}
+
+TEST_F(EditorKeysTest, TheWheelZoomsAboutThePointerAndStopsAtTheBounds) {
+    const gfx::Point place{120, 350};
+    const gfx::Point fixed = under(place);
+    const double before = canvas().getScale();
+    keys.pointerZoomed(place, 1.5);
+    EXPECT_NEAR(canvas().getScale(), before * 1.5, 1e-9);
+    EXPECT_NEAR(under(place).x, fixed.x, 1e-6);
+    EXPECT_NEAR(under(place).y, fixed.y, 1e-6);
+    for (int i = 0; i < 9; ++i)
+        keys.pointerZoomed(place, 1.5);
+    screen.wait(1);
+    EXPECT_NEAR(canvas().contextScale(), 2, 1e-9);
+    for (int i = 0; i < 20; ++i)
+        keys.pointerZoomed(place, 1 / 1.5);
+    screen.wait(1);
+    EXPECT_NEAR(canvas().contextScale(), canvas().defaultMinScale(), 1e-9);
+}
+
+TEST_F(EditorKeysTest, TheMiddleButtonAndTheSpaceBarPan) {
+    keys.pointerZoomed({195, 422}, 2);
+    screen.wait(1);
+    for (const auto button : {PointerButton::Middle, PointerButton::Main}) {
+        if (button == PointerButton::Main) keys.press("space");
+        const gfx::Point held = under({200, 400});
+        EXPECT_TRUE(keys.pointerPressed(button, {200, 400}));
+        EXPECT_TRUE(keys.pointerMoved({220, 390}));
+        EXPECT_NEAR(under({220, 390}).x, held.x, 1e-6);
+        EXPECT_NEAR(under({220, 390}).y, held.y, 1e-6);
+        EXPECT_TRUE(keys.pointerReleased(button));
+        screen.wait(1);
+    }
+    keys.release("space");
+    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400})) << "a finger again";
+    EXPECT_FALSE(keys.pointerMoved({210, 400}));
+    EXPECT_EQ(toolCount(), 0U);
+}
+
+TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) {
+    screen.environment().setShowsAlerts(true);
+    const auto size = [this] { return canvas().bgImg()->size(); };
+    keys.openPicture(screen.picture(30, 20));
+    EXPECT_EQ(size(), (gfx::Size{30, 20})) << "nothing was drawn";
+    keys.openPicture(screen.picture(300, 400));
+    screen.draw();
+    keys.openPicture(screen.picture(30, 20));
+    keys.press("escape");
+    screen.wait(1);
+    EXPECT_EQ(toolCount(), 1U);
+    keys.openPicture(screen.picture(30, 20));
+    keys.press("enter");
+    EXPECT_EQ(size(), (gfx::Size{30, 20}));
+    EXPECT_EQ(toolCount(), 0U);
+    screen.wait(1);
+    keys.openPicture(nullptr);
+    ASSERT_TRUE(ui::AlertView::topmostIn(screen.window()));
+    EXPECT_EQ(ui::AlertView::topmostIn(screen.window())->alert().title, "无法载入图片");
+}
+
+}  // namespace kalim::test
