@@ -24,48 +24,28 @@ void MDrawView::init(const gfx::Rect& frame) {
     _tools = std::make_shared<ToolList>();
     _undoManager = std::make_unique<MUndoManager>(_tools);
     _undoManager->setDelegate(self());
-    _drawToolClass = &MDrawLine::Class();
-    _color = gfx::makeColor(0, 1, 0);
+    _newTools.toolClass = &MDrawLine::Class();
+    _newTools.color = gfx::makeColor(0, 1, 0);
     _defualtBackgroundColor = gfx::makeColor(1, 1, 1);
 
     _drawFreeLineHelper = MDrawFreeLineHelper::init();
     _drawFreeLineHelper->setDelegate(self());
     addGestures();
     _picture.take(nullptr, bounds());
-    processViewTransform();
+    placeCanvas();
 }
 
-// They watch only: the touches are the canvas's own all the same.
 void MDrawView::addGestures() {
     _rotationGesture = std::make_shared<ui::RotationGestureRecognizer>();
-    _pinchGesture = std::make_shared<ui::PinchGestureRecognizer>();
-    _panGesture = std::make_shared<ui::PanGestureRecognizer>();
-    _panGesture->setMinimumNumberOfTouches(2);
-    _panGesture->setMaximumNumberOfTouches(2);
     _doubleTapGesture = std::make_shared<ui::TapGestureRecognizer>();
     _doubleTapGesture->setNumberOfTapsRequired(2);
-    const auto add = [this](const std::shared_ptr<ui::GestureRecognizer>& gesture, auto handle) {
-        gesture->setCancelsTouches(false);
-        gesture->setRecognizesSimultaneously(true);
-        const std::weak_ptr<MDrawView> weakSelf = self();
-        gesture->setHandler([weakSelf, handle](ui::GestureRecognizer& recognized) {
-            if (const auto view = weakSelf.lock()) handle(*view, recognized.state());
-        });
-        addGestureRecognizer(gesture);
-    };
-    add(_rotationGesture, [](MDrawView& view, ui::GestureState state) {
-        view.handleRotationGesture(state, view._rotationGesture->rotation());
+    watch(_rotationGesture, [this](ui::GestureState state) {
+        handleRotationGesture(state, _rotationGesture->rotation());
     });
-    add(_pinchGesture, [](MDrawView& view, ui::GestureState state) {
-        view.handlePinchGesture(state, view._pinchGesture->scale(),
-                                view._pinchGesture->locationIn(&view));
-    });
-    add(_panGesture, [](MDrawView& view, ui::GestureState state) {
-        view.handlePanGesture(state, view._panGesture->translationIn(&view));
-    });
-    add(_doubleTapGesture, [](MDrawView& view, ui::GestureState state) {
+    addViewGestures();
+    watch(_doubleTapGesture, [this](ui::GestureState state) {
         if (state != ui::GestureState::Ended) return;
-        view.handleDoubleTapGesture(view._doubleTapGesture->locationIn(&view));
+        handleDoubleTapGesture(_doubleTapGesture->locationIn(this));
     });
 }
 
@@ -83,8 +63,40 @@ void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
 
 void MDrawView::layoutSubviews() {
     fitIntoView();
-    processViewTransform();
+    placeCanvas();
     updateLayers();
+}
+
+// Whether the view's size or the screen's scale asked for anything.
+bool MDrawView::fitIntoView() {
+    const bool isUnused = !_picture.source() && !hasTools() && !canUndo() && !canRedo();
+    const gfx::AffineTransform before = mViewTransform();
+    const Fitting fitting = fitPicture(isUnused);
+    if (fitting == Fitting::Nothing) return false;
+    const auto alive = self();
+    if (fitting == Fitting::Settled) {
+        _ctxRect = contentRect();
+        _mosaic.take(_picture);
+    }
+    if (fitting != Fitting::NewScale) {
+        fitResized();
+        followView(before);
+    }
+    invalidateLayers();
+    return true;
+}
+
+// The field of a text that is being typed would stay behind.
+bool MDrawView::mayMoveView() const {
+    return ZoomedCanvasView::mayMoveView() && !_curEdittingTextTool;
+}
+
+void MDrawView::viewGestureDidBegin() {
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanStart();
+}
+
+void MDrawView::viewGestureDidEnd() {
+    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanEnd();
 }
 
 // ---- the picture
@@ -98,8 +110,8 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     resetView();
     _picture.take(image, bounds());
     _ctxRect = bgImgRect();
-    forgetMosaic();
-    processViewTransform();
+    _mosaic.take(_picture);
+    placeCanvas();
     clearTools();
     invalidateLayers();
 }
@@ -113,14 +125,14 @@ void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
 // ---- what new tools are
 
 void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
-    _drawToolClass = getClassForToolType(type);
-    if (!_drawToolClass) stopDrawing();
+    _newTools.toolClass = getClassForToolType(type);
+    if (!_newTools.toolClass) stopDrawing();
     const ToolClass* creating = _handingTool ? &_handingTool->toolClass() : nullptr;
-    if (_drawToolClass != creating) _drawType = drawType;
+    if (_newTools.toolClass != creating) _newTools.drawType = drawType;
 }
 
 void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {
-    _drawType = drawType;
+    _newTools.drawType = drawType;
     const ToolClass* toolClass = getClassForToolType(type);
     if (!toolClass || !isSelectionValid() || _handingTools->drawType() == drawType) return;
     _handingTools->setDrawTypeForType(drawType, toolClass);
@@ -129,15 +141,15 @@ void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {
 
 void MDrawView::setDrawColorIsTranslucent(gfx::ColorRef color, bool /*isTranslucent*/) {
     if (!color) return;
-    _color = std::move(color);
-    if (!isSelectionValid() || gfx::equalColors(_handingTools->color(), _color)) return;
-    _handingTools->setColor(_color);
+    _newTools.color = std::move(color);
+    if (!isSelectionValid() || gfx::equalColors(_handingTools->color(), _newTools.color)) return;
+    _handingTools->setColor(_newTools.color);
     recordSelectionChange();
 }
 
 void MDrawView::setDrawLineWidth(double width) {
     if (!(width >= 0) || std::isinf(width)) return;
-    _lineWidth = width;
+    _newTools.lineWidth = width;
     if (!isSelectionValid() || _handingTools->lineWidth() == width) return;
     _handingTools->setLineWidth(width);
     recordSelectionChange();
@@ -146,30 +158,24 @@ void MDrawView::setDrawLineWidth(double width) {
 // ---- measuring
 
 void MDrawView::setCalibration(double calibration) {
-    _calibration = calibration;
+    _newTools.calibration = calibration;
     refreshCalibrations();
 }
 
 void MDrawView::setUnit(std::string unit) {
-    _unit = std::move(unit);
+    _newTools.unit = std::move(unit);
     refreshCalibrations();
 }
 
 void MDrawView::setShowMeasurement(bool show) {
-    _showMeasurement = show;
+    _newTools.showMeasurement = show;
     refreshCalibrations();
 }
 
 void MDrawView::refreshCalibrations() {
     for (const ToolRef& tool : *_tools)
-        applyMeasuring(*tool);
+        _newTools.applyMeasuring(*tool);
     invalidateLayers();
-}
-
-void MDrawView::applyMeasuring(MDrawTool& tool) const {
-    tool.setCalibration(_calibration);
-    if (!_unit.empty()) tool.setUnit(_unit);
-    tool.setShowMeasurement(_showMeasurement);
 }
 
 // ---- tools
@@ -181,8 +187,8 @@ bool MDrawView::addTool(const ToolRef& tool) {
         return false;
     }
     const auto alive = self();
-    if (!tool->color()) tool->setColor(_color);
-    applyMeasuring(*tool);
+    if (!tool->color()) tool->setColor(_newTools.color);
+    _newTools.applyMeasuring(*tool);
     adoptText(tool);
     tool->setIsNewBuild(false);
     tool->setSelected(false);
@@ -213,8 +219,8 @@ void MDrawView::clearTools() {
     clearSelection();
     // Nothing of a gesture under way survives, or the next touch would wait for its end.
     _handingTool = nullptr;
-    _drawing = false;
-    LastSeletedTestSrcPoint = nullptr;
+    _touch.drawing = false;
+    _touch.LastSeletedTestSrcPoint = nullptr;
     _tools->clear();
     _createdTools.clear();
     _undoManager->reset();
@@ -257,11 +263,11 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     removeInvaildTools();
     clearSelection();
     // What a finger found may be off the canvas after the step.
-    LastSeletedTestSrcPoint = nullptr;
+    _touch.LastSeletedTestSrcPoint = nullptr;
     if (!step(*_undoManager)) return false;
     // A tool that comes back has missed what was set while it was away.
     for (const ToolRef& tool : *_tools)
-        applyMeasuring(*tool);
+        _newTools.applyMeasuring(*tool);
     refreshContextRect();
     redisplay();
     return true;

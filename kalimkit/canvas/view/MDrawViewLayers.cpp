@@ -3,9 +3,7 @@
 
 #include "kalimkit/canvas/view/DrawnExtent.h"
 #include "kalimkit/canvas/view/MDrawView.h"
-#include "kalimkit/canvas/view/PictureLayout.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
-#include "kalimkit/canvas/view/ViewAnimation.h"
 #include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/view/Window.h"
 
@@ -74,9 +72,10 @@ const ToolList& MDrawView::createdTools() {
 void MDrawView::updateLayers() {
     sweepChangedTools();
     if (!isViewMoving()) {
-        _layers.setView(bounds().size, ui::Environment::current().screen().scale, _mViewTransform);
+        _layers.setView(bounds().size, ui::Environment::current().screen().scale, mViewTransform());
     }
-    if (_handingTools) _handingTools->setHandleViewScale(_contextScale * _picture.fittingScale());
+    if (_handingTools)
+        _handingTools->setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
     const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());
     for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
         for (const gfx::Rect& rect : stale.layers[layer]) {
@@ -94,17 +93,12 @@ void MDrawView::updateLayers() {
         _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
             stale.onTop->draw(context);
             stale.onTop->drawMeasurement(context);
-            ++_drawnAhead;
+            _count.addAhead();
         });
     }
 }
 
 // ---- drawing what has changed
-
-void MDrawView::countFrame() {
-    const std::uint64_t frame = window() ? window()->frames() : 0;
-    if (std::exchange(_countedFrame, frame) != frame) _drawnTools = std::exchange(_drawnAhead, 0);
-}
 
 bool MDrawView::refreshLayers() {
     gfx::Device& device = ui::Environment::current().device();
@@ -116,26 +110,6 @@ bool MDrawView::refreshLayers() {
     };
     return _layers.refresh(CanvasLayers::Ground, device, ground) &&
            _layers.refresh(CanvasLayers::Items, device, items);
-}
-
-void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
-    context.setInterpolation(gfx::Interpolation::High);
-    const gfx::ImageRef& shown = _picture.shown();
-    const gfx::Rect picture = shownPictureRect(context, shown);
-    // Edges that lie between pixels would show the fill through as a hairline around the picture.
-    const double scale = ui::Environment::current().screen().scale * shownScale();
-    const double pixel = shown ? 1 / scale : 0;
-    drawCanvas(context, alongPicture(_ctxRect, bgImgRect(), picture.inset(pixel, pixel)));
-    drawSnipImage(context, shown, picture);
-    drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
-        return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
-    });
-}
-
-void MDrawView::paintItems(gfx::Context& context, const gfx::Rect& rect) {
-    for (const ToolRef& tool : *_tools) {
-        if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
-    }
 }
 
 }  // namespace kalim

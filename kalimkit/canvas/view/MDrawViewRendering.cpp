@@ -6,6 +6,7 @@
 #include "kalimkit/imageedit/image/GaussianBlur.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
 
@@ -20,6 +21,25 @@ gfx::Rect grownToPixels(const gfx::Rect& rect, double scale) {
              std::ceil(rect.size.height * scale - tolerance) / scale}};
 }
 
+void drawCanvas(gfx::Context& context, const gfx::Color& color, const gfx::Rect& rect) {
+    if (rect.isEmpty()) return;
+    const gfx::GraphicsStateGuard guard(context);
+    context.setFillColor(color);
+    context.fillRect(rect);
+}
+
+void drawSnipImage(gfx::Context& context, const gfx::ImageRef& image, const gfx::Rect& rect) {
+    if (image) context.drawImage(*image, rect);
+}
+
+// Where a picture that lies on the canvas in this rectangle is shown.
+gfx::Rect shownRect(const gfx::Context& context, const gfx::ImageRef& image,
+                    const gfx::Rect& rect) {
+    if (!image) return rect;
+    return pixelAlignedRect(rect, context.transform(), ui::Environment::current().screen().scale,
+                            image->pixelSize());
+}
+
 }  // namespace
 
 // ---- on screen
@@ -28,7 +48,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     const auto alive = self();
     // A new scale of the screen comes without a layout.
     if (fitIntoView()) updateLayers();
-    countFrame();
+    _count.begin(window() ? window()->frames() : 0);
     context.setInterpolation(gfx::Interpolation::High);
     const bool hasLayers = refreshLayers();
     const gfx::AffineTransform shown = shownTransform();
@@ -57,29 +77,31 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     });
 }
 
+void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
+    context.setInterpolation(gfx::Interpolation::High);
+    const gfx::ImageRef& shown = _picture.shown();
+    const gfx::Rect picture = shownRect(context, shown, bgImgRect());
+    // Edges that lie between pixels would show the fill through as a hairline around the picture.
+    const double scale = ui::Environment::current().screen().scale * _zoom.shownScale();
+    const double pixel = shown ? 1 / scale : 0;
+    drawCanvas(context, *_defualtBackgroundColor,
+               alongPicture(_ctxRect, bgImgRect(), picture.inset(pixel, pixel)));
+    drawSnipImage(context, shown, picture);
+    drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
+        return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
+    });
+}
+
+void MDrawView::paintItems(gfx::Context& context, const gfx::Rect& rect) {
+    for (const ToolRef& tool : *_tools) {
+        if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
+    }
+}
+
 void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
     tool.draw(context);
     tool.drawMeasurement(context);
-    ++_drawnTools;
-}
-
-void MDrawView::drawCanvas(gfx::Context& context, const gfx::Rect& rect) const {
-    if (rect.isEmpty()) return;
-    gfx::GraphicsStateGuard guard(context);
-    context.setFillColor(*_defualtBackgroundColor);
-    context.fillRect(rect);
-}
-
-gfx::Rect MDrawView::shownPictureRect(const gfx::Context& context,
-                                      const gfx::ImageRef& picture) const {
-    if (!picture) return bgImgRect();
-    return pixelAlignedRect(bgImgRect(), context.transform(),
-                            ui::Environment::current().screen().scale, picture->pixelSize());
-}
-
-void MDrawView::drawSnipImage(gfx::Context& context, const gfx::ImageRef& picture,
-                              const gfx::Rect& rect) {
-    if (picture) context.drawImage(*picture, rect);
+    _count.add();
 }
 
 void MDrawView::drawNormalItems(gfx::Context& context) {
@@ -97,7 +119,7 @@ void MDrawView::drawCreatedItems(gfx::Context& context) {
 
 void MDrawView::drawCreatedMosaics(gfx::Context& context) {
     if (createdTools().empty()) return;
-    drawMosiacTools(context, shownPictureRect(context, _picture.shown()),
+    drawMosiacTools(context, shownRect(context, _picture.shown(), bgImgRect()),
                     [](const MDrawTool& tool) { return tool.isNewBuild(); });
 }
 
@@ -105,25 +127,34 @@ void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
                                                      bool needSelectedState) {
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
     if (!selection || !isOnCanvas(selection->firstSelectedTool())) return;
-    selection->setHandleViewScale(_contextScale * _picture.fittingScale());
+    selection->setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
     if (!needSelectedState) selection->setSelected(false);
     selection->draw(context);
     selection->drawMeasurement(context);
     if (!needSelectedState) selection->setSelected(true);
-    _drawnTools += static_cast<int>(selection->subTools().size());
+    _count.add(static_cast<int>(selection->subTools().size()));
+}
+
+void MDrawView::drawMosiacTools(gfx::Context& context, const gfx::Rect& shownPicture,
+                                const std::function<bool(const MDrawTool&)>& isWanted) {
+    for (const ToolRef& tool : *_tools) {
+        if (!isMosaic(*tool) || !isWanted(*tool)) continue;
+        static_cast<MDrawMosiac&>(*tool).drawMosiacContentWithFilledColorInRect(
+            context, _mosaic.fill(shownPicture), shownPicture);
+    }
 }
 
 // ---- export
 
 // What lies over the picture, which has been drawn over the rectangle.
 void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& picture) {
-    const int drawnOnScreen = _drawnTools;
+    const FrameCount drawnOnScreen = _count;
     context.setInterpolation(gfx::Interpolation::High);
     drawMosiacTools(context, picture, [](const MDrawTool&) { return true; });
     drawNormalItems(context);
     drawAllSelectedItemsNeedSelectedSate(context, false);
     drawCreatedItems(context);
-    _drawnTools = drawnOnScreen;
+    _count = drawnOnScreen;
 }
 
 // A text that is being typed belongs to the picture, too.
@@ -146,8 +177,8 @@ gfx::ImageRef MDrawView::exportImage() {
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
-    const gfx::Rect picture = shownPictureRect(context, bgImg());
-    drawCanvas(context, whole);
+    const gfx::Rect picture = shownRect(context, bgImg(), bgImgRect());
+    drawCanvas(context, *_defualtBackgroundColor, whole);
     drawSnipImage(context, bgImg(), picture);
     drawExportedTools(context, picture);
     _isDirty = false;
@@ -171,7 +202,7 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     if (!surface) return nullptr;
     gfx::Context& context = surface->context();
     context.translate(-whole.minX(), -whole.minY());
-    drawCanvas(context, whole);
+    drawCanvas(context, *_defualtBackgroundColor, whole);
     // Pixel for pixel.
     context.setInterpolation(gfx::Interpolation::None);
     context.drawImage(*_picture.source(), picture);

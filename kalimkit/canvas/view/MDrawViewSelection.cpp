@@ -30,7 +30,7 @@ void MDrawView::selectNone() {
 }
 
 void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
-    checkAndMarkTextToolTapedInfoTimeStamp(tool, ui::Environment::current().wallClock());
+    _taps.remember(tool, ui::Environment::current().wallClock());
     if (_drawFreeLineHelper->isFreelineDrawing()) return;
     if (_handingTools && _handingTools->subTools().size() == 1 &&
         _handingTools->firstSelectedTool() != tool) {
@@ -70,9 +70,9 @@ void MDrawView::clearSelection() {
 
 // Ends as a step of its own what the fingers may not go on turning.
 void MDrawView::endRotationUnderWay() {
-    if (!_handingTools || _rotatedTools != _handingTools) return;
-    _isRotationOver = true;
-    endRotation(_rotation);
+    if (!_handingTools || _rotation.tools != _handingTools) return;
+    _rotation.isOver = true;
+    endRotation(_rotation.angle);
 }
 
 // Members that have left the canvas leave the selection.
@@ -84,8 +84,8 @@ void MDrawView::dropAbsentFromSelection() {
     }
     if (!absent.empty() && absent.size() == _handingTools->subTools().size()) {
         // Nothing of it is left to be turned.
-        if (_rotatedTools == _handingTools) _isRotationOver = true;
-        _rotatedTools = nullptr;
+        if (_rotation.tools == _handingTools) _rotation.isOver = true;
+        _rotation.tools = nullptr;
         clearSelection();
         return;
     }

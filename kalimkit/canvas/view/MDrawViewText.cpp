@@ -10,9 +10,6 @@ namespace kalim {
 
 namespace {
 
-// Seconds within which a second tap on a text edits it; the last moment counts.
-constexpr double secondTapTime = 1.0;
-
 std::shared_ptr<MDrawText> shared(MDrawText& text) {
     return std::static_pointer_cast<MDrawText>(text.shared_from_this());
 }
@@ -45,7 +42,7 @@ bool MDrawView::checkAndEndTextToolEdittingText() {
 
 void MDrawView::editText(const std::shared_ptr<MDrawText>& text) {
     clearSelection();
-    _preTapTextTool = nullptr;
+    _taps.forget();
     if (isOnCanvas(text)) text->startEdittingText();
 }
 
@@ -59,16 +56,6 @@ void MDrawView::adoptText(const ToolRef& tool) {
 
 // ---- two taps on a text
 
-void MDrawView::checkAndMarkTextToolTapedInfoTimeStamp(const ToolRef& tool, double time) {
-    _preTapTextTool = isText(tool) ? tool : nullptr;
-    _preTapTextTime = _preTapTextTool ? time : 0;
-}
-
-bool MDrawView::isSecondTap(const ToolRef& tool) const {
-    return isText(tool) && tool == _preTapTextTool &&
-           ui::Environment::current().wallClock() - _preTapTextTime <= secondTapTime;
-}
-
 void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     const auto alive = self();
     if (_handingTool && !_handingTool->isDrawVaild()) deleteCurrentHandlingTool();
@@ -77,7 +64,7 @@ void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     const ToolRef tool = testHitTestSelectTool(invertViewPoint(place));
     if (!isText(tool)) return;
     // The touch-up of the second tap is still to come; it would select the text again.
-    _abortTouch = true;
+    _touch.abortTouch = true;
     editText(std::static_pointer_cast<MDrawText>(tool));
     redisplay();
 }
@@ -153,7 +140,7 @@ void MDrawView::keepAboveKeyboard(const MDrawText& text) {
 // The view has another size: what it showed at its points is seen elsewhere.
 void MDrawView::followView(const gfx::AffineTransform& before) {
     const std::shared_ptr<MDrawText> text = _curEdittingTextTool;
-    if (text) text->moveTextView(before.inverted().concat(_mViewTransform));
+    if (text) text->moveTextView(before.inverted().concat(mViewTransform()));
     if (!_selfOriginalRect) return;
     // Whoever sized the view has placed it, too.
     _selfOriginalRect = frame();
@@ -164,19 +151,19 @@ void MDrawView::followView(const gfx::AffineTransform& before) {
 
 // Where there is no picture, there is no edge either.
 std::optional<gfx::Rect> MDrawView::drawTextAskForCurrentCtxRect(const MDrawText&) {
-    return _picture.source() ? _mViewTransform.apply(_ctxRect) : bounds();
+    return _picture.source() ? mViewTransform().apply(_ctxRect) : bounds();
 }
 
 std::optional<double> MDrawView::drawTextAskForCurrentCtxScale(const MDrawText&) {
-    return shownScale();
+    return _zoom.shownScale();
 }
 
 std::optional<gfx::AffineTransform> MDrawView::drawTextAskForCurrentCtxTransform(const MDrawText&) {
-    return _mViewTransform;
+    return mViewTransform();
 }
 
 std::optional<double> MDrawView::drawTextAskForCurrentCtxRotateAngle(const MDrawText&) {
-    return _curRotateDegree;
+    return _zoom.rotateDegree();
 }
 
 std::optional<gfx::ColorRef> MDrawView::drawTextAskForMaskColor(const MDrawText& text) {

@@ -4,6 +4,7 @@
 
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
@@ -23,27 +24,27 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     if (const auto delegate = _drawViewdelegate.lock()) delegate->didDrawStarted();
     // The owner, told of it, may have taken the view away or the fingers off it.
     if (!window() || event.touches.front()->phase() == ui::TouchPhase::Cancelled) return;
-    updateDrawStateTouches(TOUCH_PHASE_BEGAN, event.allTouches.size());
-    if (isSingleFinger()) {
+    _touch.updateDrawStateTouches(TOUCH_PHASE_BEGAN, event.allTouches.size());
+    if (_touch.isSingleFinger()) {
         drawDown(invertViewPoint(event.touches.front()->locationIn(this)));
     } else if (isSelectionValid() || drawsClass(MDrawText::Class())) {
         deleteCurrentHandlingTool();
     } else if (isBeingCreated()) {
         // The stored point is a canvas point already; it is deliberately converted once more.
-        drawUp(invertViewPoint(_lastMouseMovePoint));
+        drawUp(invertViewPoint(_touch.lastMouseMovePoint));
     }
     View::touchesBegan(event);
 }
 
 void MDrawView::touchesMoved(const ui::TouchEvent& event) {
     const auto alive = self();
-    updateDrawStateTouches(TOUCH_PHASE_MOVED, event.allTouches.size());
+    _touch.updateDrawStateTouches(TOUCH_PHASE_MOVED, event.allTouches.size());
     const ui::Touch& touch = *event.touches.front();
     const gfx::Point from = invertViewPoint(touch.previousLocationIn(this));
     const gfx::Point to = invertViewPoint(touch.locationIn(this));
-    const bool isStillTapping = isSelectionValid() && !_inHandleLastSeletedTools &&
-                                QVPointDistance(_lastMouseDownPoint, to) < tapSlop;
-    if (!isSingleFinger()) {
+    const bool isStillTapping = isSelectionValid() && !_touch.inHandleLastSeletedTools &&
+                                QVPointDistance(_touch.lastMouseDownPoint, to) < tapSlop;
+    if (!_touch.isSingleFinger()) {
         deleteCurrentHandlingTool();
     } else if (!isStillTapping) {
         drawMoveFromPointToPoint(from, to);
@@ -53,8 +54,8 @@ void MDrawView::touchesMoved(const ui::TouchEvent& event) {
 
 void MDrawView::touchesEnded(const ui::TouchEvent& event) {
     const auto alive = self();
-    updateDrawStateTouches(TOUCH_PHASE_ENDED, event.allTouches.size());
-    if (isSingleFinger()) {
+    _touch.updateDrawStateTouches(TOUCH_PHASE_ENDED, event.allTouches.size());
+    if (_touch.isSingleFinger()) {
         drawUp(invertViewPoint(event.touches.front()->locationIn(this)));
     } else {
         deleteCurrentHandlingTool();
@@ -64,24 +65,14 @@ void MDrawView::touchesEnded(const ui::TouchEvent& event) {
 
 void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
     const auto alive = self();
-    updateDrawStateTouches(TOUCH_PHASE_CANCELED, event.allTouches.size());
-    if (isSingleFinger()) {
+    _touch.updateDrawStateTouches(TOUCH_PHASE_CANCELED, event.allTouches.size());
+    if (_touch.isSingleFinger()) {
         // Converted once more, as when a second finger ends a creation.
-        drawUp(invertViewPoint(_lastMouseMovePoint));
+        drawUp(invertViewPoint(_touch.lastMouseMovePoint));
     } else {
         deleteCurrentHandlingTool();
     }
     View::touchesCancelled(event);
-}
-
-void MDrawView::updateDrawStateTouches(std::int32_t phase, std::size_t touchCount) {
-    const bool isKnownPhase = phase >= TOUCH_PHASE_BEGAN && phase <= TOUCH_PHASE_CANCELED;
-    if (touchCount == 0 || touchCount > 2 || !isKnownPhase) {
-        _drawState = 0;
-        return;
-    }
-    const unsigned mask = touchCount == 1 ? 15U : 12U;
-    _drawState = phase == TOUCH_PHASE_BEGAN ? mask : _drawState & mask;
 }
 
 // ---- one finger, canvas points
@@ -97,26 +88,26 @@ bool MDrawView::drawsClass(const ToolClass& toolClass) const {
 
 void MDrawView::drawDown(gfx::Point p) {
     if (isBeingCreated()) return;
-    _abortTouch = false;
+    _touch.abortTouch = false;
     if (checkAndEndTextToolEdittingText()) {
-        _abortTouch = true;
+        _touch.abortTouch = true;
         redisplay();
         return;
     }
-    _isMoved = false;
-    _drawing = false;
-    _lastMouseDownPoint = p;
-    _lastMouseMovePoint = {};
-    LastSeletedTestSrcPoint = nullptr;
-    _inHandleLastSeletedTools = _handingTools && _handingTools->testHitOnHandle(p);
-    if (_inHandleLastSeletedTools) {
+    _touch.isMoved = false;
+    _touch.drawing = false;
+    _touch.lastMouseDownPoint = p;
+    _touch.lastMouseMovePoint = {};
+    _touch.LastSeletedTestSrcPoint = nullptr;
+    _touch.inHandleLastSeletedTools = _handingTools && _handingTools->testHitOnHandle(p);
+    if (_touch.inHandleLastSeletedTools) {
         _handingTools->hitOnHandle(p);
         return;
     }
-    LastSeletedTestSrcPoint = testHitTestSelectTool(p);
-    _drawing = !LastSeletedTestSrcPoint;
-    const bool isForText = _drawToolClass && _drawToolClass->isKindOf(MDrawText::Class());
-    if (_drawing && !isSelectionValid() && isForText) {
+    _touch.LastSeletedTestSrcPoint = testHitTestSelectTool(p);
+    _touch.drawing = !_touch.LastSeletedTestSrcPoint;
+    const bool isForText = _newTools.toolClass && _newTools.toolClass->isKindOf(MDrawText::Class());
+    if (_touch.drawing && !isSelectionValid() && isForText) {
         clearSelection();
         creatMDrawToolInPoint(p);
         redisplay();
@@ -124,45 +115,45 @@ void MDrawView::drawDown(gfx::Point p) {
 }
 
 void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
-    _lastMouseMovePoint = to;
-    if (_abortTouch) return;
-    _isMoved = true;
-    if (_drawing && !isBeingCreated()) {
+    _touch.lastMouseMovePoint = to;
+    if (_touch.abortTouch) return;
+    _touch.isMoved = true;
+    if (_touch.drawing && !isBeingCreated()) {
         clearSelection();
         // The owner, told of it, may have stopped the drawing.
-        if (_drawing) creatMDrawToolInPoint(_lastMouseDownPoint);
+        if (_touch.drawing) creatMDrawToolInPoint(_touch.lastMouseDownPoint);
     }
     redisplay();
-    if (_drawing && isBeingCreated()) {
+    if (_touch.drawing && isBeingCreated()) {
         _handingTool->drawMove(to);
         return;
     }
-    if (!_inHandleLastSeletedTools) {
+    if (!_touch.inHandleLastSeletedTools) {
         clearSelection();
-        if (const ToolRef found = std::exchange(LastSeletedTestSrcPoint, nullptr)) {
-            addToolToSelectedToolsPoint(found, _lastMouseDownPoint);
-            _inHandleLastSeletedTools = true;
+        if (const ToolRef found = std::exchange(_touch.LastSeletedTestSrcPoint, nullptr)) {
+            addToolToSelectedToolsPoint(found, _touch.lastMouseDownPoint);
+            _touch.inHandleLastSeletedTools = true;
         }
     }
     if (isSelectionValid()) _handingTools->tryMovePointEndPoint(from, to);
 }
 
 void MDrawView::drawUp(gfx::Point p) {
-    if (_abortTouch) return redisplay();
+    if (_touch.abortTouch) return redisplay();
     if (!finishCreation(p)) {
-        if (_isMoved) {
+        if (_touch.isMoved) {
             finishDrag();
         } else {
             finishTap(p);
         }
     }
-    _isMoved = false;
+    _touch.isMoved = false;
     redisplay();
 }
 
 bool MDrawView::finishCreation(gfx::Point p) {
     const bool isText = drawsClass(MDrawText::Class());
-    if (!_drawing || !isBeingCreated() || !(_isMoved || isText)) return false;
+    if (!_touch.drawing || !isBeingCreated() || !(_touch.isMoved || isText)) return false;
     const bool isFreehand = drawsClass(MDrawFreeline::Class());
     const ToolRef tool = _handingTool;
     tool->drawUp(p);
@@ -200,9 +191,9 @@ void MDrawView::stopDrawing() {
     if (drawsClass(MDrawText::Class())) {
         deleteCurrentHandlingTool();
     } else {
-        finishCreation(_lastMouseMovePoint);
+        finishCreation(_touch.lastMouseMovePoint);
     }
-    _drawing = false;
+    _touch.drawing = false;
 }
 
 void MDrawView::finishDrag() {
@@ -222,11 +213,11 @@ void MDrawView::finishTap(gfx::Point p) {
         clearSelection();
     } else if (_handingTools && _handingTools->testHitOnHandle(p) &&
                _handingTools->containTool(tool)) {
-        if (isSecondTap(tool)) {
+        if (_taps.isSecondTap(tool, ui::Environment::current().wallClock())) {
             editText(std::static_pointer_cast<MDrawText>(tool));
         } else {
             removeToolFromSelectedTools(tool);
-            _preTapTextTool = nullptr;
+            _taps.forget();
         }
     } else {
         addToolToSelectedToolsPoint(tool, p);
@@ -236,9 +227,9 @@ void MDrawView::finishTap(gfx::Point p) {
 // ---- creation
 
 void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
-    if (!_drawToolClass) return;
+    if (!_newTools.toolClass) return;
     const ToolRef tool = makeTool(p);
-    prepareNewTool(*tool);
+    _newTools.prepare(*tool);
     _handingTool = tool;
     _undoManager->addTool(tool);
     if (std::ranges::find(_createdTools, tool) == _createdTools.end()) {
@@ -248,12 +239,13 @@ void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
 }
 
 ToolRef MDrawView::makeTool(gfx::Point p) {
-    if (_drawToolClass->isKindOf(MDrawText::Class())) {
+    if (_newTools.toolClass->isKindOf(MDrawText::Class())) {
         const auto text = MDrawText::initWithViewStartPoint(self(), p);
         text->setDelegate(self());
         return text;
     }
-    if (_drawToolClass != &MDrawFreeline::Class()) return _drawToolClass->makeWithStartPoint(p);
+    if (_newTools.toolClass != &MDrawFreeline::Class())
+        return _newTools.toolClass->makeWithStartPoint(p);
     const std::shared_ptr<MDrawFreeline> drawing = _drawFreeLineHelper->freelineTool();
     // Strokes that join a drawing leave its box alone.
     if (_drawFreeLineHelper->firstFreelinPart()) {
@@ -261,16 +253,6 @@ ToolRef MDrawView::makeTool(gfx::Point p) {
         drawing->setEndPoint(p);
     }
     return drawing;
-}
-
-void MDrawView::prepareNewTool(MDrawTool& tool) const {
-    tool.setSelected(false);
-    tool.setColor(_color);
-    tool.setDrawType(_drawType);
-    tool.setLineWidth(_lineWidth);
-    tool.setIsNewBuild(true);
-    applyMeasuring(tool);
-    tool.finalize();
 }
 
 void MDrawView::deleteCurrentHandlingTool() {
@@ -297,24 +279,24 @@ void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
     const auto alive = self();
     const bool isEnding = state == ui::GestureState::Ended ||
                           state == ui::GestureState::Cancelled || state == ui::GestureState::Failed;
-    const bool isOver = state == ui::GestureState::Began ? false : _isRotationOver;
-    _isRotationOver = isOver && !isEnding;
-    if (isOver || !std::isfinite(rotation) || !_enableGesture || !isSelectionValid() ||
+    const bool isOver = state == ui::GestureState::Began ? false : _rotation.isOver;
+    _rotation.isOver = isOver && !isEnding;
+    if (isOver || !std::isfinite(rotation) || !enableGesture() || !isSelectionValid() ||
         !_handingTools->isSupportGestureRotate()) {
         return;
     }
     if (isEnding) {
         endRotation(rotation);
     } else if (state == ui::GestureState::Changed) {
-        _rotatedTools = _handingTools;
-        _rotation = rotation;
+        _rotation.tools = _handingTools;
+        _rotation.angle = rotation;
         _handingTools->rotateChangedWithAngle(rotation);
     }
     redisplay();
 }
 
 void MDrawView::endRotation(double rotation) {
-    _rotatedTools = nullptr;
+    _rotation.tools = nullptr;
     _handingTools->rotateEndedWithAngle(rotation);
     _undoManager->addToolSuccess(_handingTools);
 }

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim {
+
+// How a view shows its canvas: the zoom, the move and the turn between canvas points and view
+// points, and what two fingers do to them. Nothing but arithmetic; the final values are in force at
+// once, whoever shows them may glide there. `content` is what the canvas holds, canvas points.
+class KALIM_API CanvasZoom {
+public:
+    // The view, and the canvas in it when nothing is zoomed.
+    struct Place {
+        gfx::Point canvasCenter;
+        gfx::Rect bounds;
+        // View points per canvas point.
+        double fittingScale = 1;
+        // The picture fills the view.
+        bool isScreenShot = false;
+    };
+    void setPlace(const Place& place);
+    // Back to nothing zoomed, moved or turned, and no fingers on it.
+    void reset();
+
+    // ---- what is in force
+    const gfx::AffineTransform& toView() const { return _toView; }
+    const gfx::AffineTransform& toCanvas() const { return _toCanvas; }
+    // Over the fitting scale.
+    double scale() const;
+    // View points per canvas point.
+    double shownScale() const { return scale() * _place.fittingScale; }
+    double contextScale() const { return _contextScale; }
+    // The smallest zoom.
+    double defaultMinScale() const { return _defaultMinScale; }
+    double rotateDegree() const { return _curRotateDegree; }
+    // Stands in for a zoom of 1; 0 for none. Values that are not finite are ignored.
+    void setImposedScale(float scale);
+
+    // ---- bringing the content into the view
+    bool isLargerThanView(const gfx::Rect& content) const;
+    // Brings the zoom within its bounds.
+    void clamp();
+    // Zooms out until the content fits, and centres it.
+    void fit(const gfx::Rect& content);
+    void allowOrdinaryZoom();
+
+    // ---- two fingers; they may pinch and pan at once
+    bool isHeld() const { return _isPinching || _isPanning; }
+    bool isPinching() const { return _isPinching; }
+    bool isPanning() const { return _isPanning; }
+    void beginPinch() { _isPinching = true; }
+    // By this much since the pinch began; the view point stays in place.
+    void pinch(double factor, gfx::Point focus);
+    void endPinch(gfx::Point focus, const gfx::Rect& content);
+    void beginPan();
+    // View points since the pan began.
+    void pan(gfx::Point translation);
+    void endPan() { _isPanning = false; }
+    // When both are over: centres content that has become smaller than the view, keeps other
+    // content in reach. Answers how the fingers left it.
+    gfx::AffineTransform settle(const gfx::Rect& content);
+
+private:
+    void update();
+    void zoomAbout(gfx::Point focus, const std::function<void()>& change);
+    void centre(const gfx::Rect& content);
+    void keepInReach(const gfx::Rect& content);
+
+    Place _place;
+    gfx::AffineTransform _toView;
+    gfx::AffineTransform _toCanvas;
+    // Committed, and the factor of a pinch in progress.
+    double _contextScale = 1.0;
+    double _tmpContextScale = 1.0;
+    double _defaultMinScale = 0.5;
+    gfx::Point _move;
+    // Radians, in spite of its name.
+    double _curRotateDegree = 0;
+    float _imposedScale = 0;
+    bool _isPinching = false;
+    bool _isPanning = false;
+    // The pinch has left the content smaller than the view.
+    bool _isPictureShrinked = false;
+    // How a pinch left the view before the zoom was brought within its bounds.
+    std::optional<gfx::AffineTransform> _shownBeforeClamping;
+    // Of a pan under way, as last heard.
+    gfx::Point _panTranslation;
+};
+
+}  // namespace kalim

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kalimkit/canvas/model/MDrawTool.h"
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// What tools get that are made from now on.
+struct KALIM_API NewTools {
+    // Readies a tool that a finger begins to draw.
+    void prepare(MDrawTool& tool) const;
+    void applyMeasuring(MDrawTool& tool) const;
+
+    const ToolClass* toolClass = nullptr;
+    std::uint64_t drawType = 0;
+    gfx::ColorRef color;
+    double lineWidth = 7.0;
+    double calibration = 0;
+    // Empty until the host chooses one; tools then keep their own.
+    std::string unit;
+    bool showMeasurement = false;
+};
+
+}  // namespace kalim

@@ -1,0 +1,180 @@
+#include "kalimkit/canvas/view/ZoomedCanvasView.h"
+
+#include <cmath>
+#include <utility>
+
+#include "kalimkit/canvas/view/ViewAnimation.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+ZoomedCanvasView::ZoomedCanvasView() = default;
+
+ZoomedCanvasView::~ZoomedCanvasView() = default;
+
+// ---- the scale
+
+// Changes what is shown, and has it displayed where that makes a difference.
+template <typename Change>
+void ZoomedCanvasView::changeView(Change change) {
+    const gfx::AffineTransform before = mViewTransform();
+    change();
+    if (mViewTransform() == before) return;
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void ZoomedCanvasView::setFScal(float scale) {
+    changeView([&] { _zoom.setImposedScale(scale); });
+}
+
+void ZoomedCanvasView::checkAndUpdateCTXScale() {
+    changeView([&] { _zoom.clamp(); });
+}
+
+void ZoomedCanvasView::autoScaleWhenCtxEnlarged() {
+    const gfx::AffineTransform before = shownTransform();
+    // Without a picture the first thing drawn is all of the content; it stays where it was drawn.
+    if (!_picture.source() && !_zoom.isLargerThanView(_ctxRect)) {
+        _zoom.allowOrdinaryZoom();
+        return;
+    }
+    changeView([&] { _zoom.fit(_ctxRect); });
+    settleView(before);
+}
+
+// ---- the view's size
+
+void ZoomedCanvasView::placeCanvas() {
+    changeView([&] {
+        const gfx::Rect& canvas = _picture.isSettled() ? _picture.canvas() : bounds();
+        _zoom.setPlace({canvas.center(), bounds(), _picture.fittingScale(), _picture.fillsView()});
+    });
+}
+
+ZoomedCanvasView::Fitting ZoomedCanvasView::fitPicture(bool isUnused) {
+    const double screenScale = ui::Environment::current().screen().scale;
+    const gfx::Rect room = bounds();
+    if (room.isEmpty() || _picture.isShownIn(room, screenScale)) return Fitting::Nothing;
+    const bool isResized = !_picture.isShownIn(room, _picture.screenScale());
+    const bool isUnsettled = isUnused || !_picture.isSettled();
+    if (isUnused) {
+        _picture.take(nullptr, room);
+    } else {
+        _picture.showIn(room, screenScale);
+    }
+    if (isUnsettled) return Fitting::Settled;
+    return isResized ? Fitting::Resized : Fitting::NewScale;
+}
+
+void ZoomedCanvasView::fitResized() {
+    resetView();
+    const bool isAsFirstShown = !_picture.source() && bounds().size == _picture.canvas().size;
+    if (!_ctxRect.isEmpty() && (!isAsFirstShown || _zoom.isLargerThanView(_ctxRect))) {
+        changeView([&] { _zoom.fit(_ctxRect); });
+    }
+}
+
+// ---- what is shown
+
+void ZoomedCanvasView::resetView() {
+    _viewAnimation = nullptr;
+    const bool wasHeld = _zoom.isHeld();
+    changeView([&] { _zoom.reset(); });
+    placeCanvas();
+    if (!wasHeld) return;
+    viewGestureDidEnd();
+}
+
+bool ZoomedCanvasView::isViewMoving() const {
+    return _zoom.isHeld() || _viewAnimation;
+}
+
+gfx::AffineTransform ZoomedCanvasView::shownTransform() const {
+    return _viewAnimation ? _viewAnimation->shown() : mViewTransform();
+}
+
+// Glides from how the view is shown to how it is from now on.
+void ZoomedCanvasView::settleView(const gfx::AffineTransform& from) {
+    if (from == mViewTransform() || !window()) return;
+    const std::weak_ptr<ui::View> weakSelf = weak_from_this();
+    _viewAnimation = std::make_unique<ViewAnimation>(
+        from, mViewTransform(), ui::Environment::current().runLoop(), [weakSelf](bool isOver) {
+            const auto view = std::static_pointer_cast<ZoomedCanvasView>(weakSelf.lock());
+            if (!view) return;
+            if (isOver) view->_viewAnimation = nullptr;
+            view->setNeedsLayout();
+            view->setNeedsDisplay();
+        });
+}
+
+// ---- gestures
+
+void ZoomedCanvasView::watch(const std::shared_ptr<ui::GestureRecognizer>& gesture,
+                             std::function<void(ui::GestureState)> handle) {
+    gesture->setCancelsTouches(false);
+    gesture->setRecognizesSimultaneously(true);
+    gesture->setHandler([weakSelf = weak_from_this(),
+                         handle = std::move(handle)](ui::GestureRecognizer& recognized) {
+        if (const auto view = weakSelf.lock()) handle(recognized.state());
+    });
+    addGestureRecognizer(gesture);
+}
+
+void ZoomedCanvasView::addViewGestures() {
+    _pinchGesture = std::make_shared<ui::PinchGestureRecognizer>();
+    _panGesture = std::make_shared<ui::PanGestureRecognizer>();
+    _panGesture->setMinimumNumberOfTouches(2);
+    _panGesture->setMaximumNumberOfTouches(2);
+    watch(_pinchGesture, [this](ui::GestureState state) {
+        handlePinchGesture(state, _pinchGesture->scale(), _pinchGesture->locationIn(this));
+    });
+    watch(_panGesture, [this](ui::GestureState state) {
+        handlePanGesture(state, _panGesture->translationIn(this));
+    });
+}
+
+void ZoomedCanvasView::handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus) {
+    if (!std::isfinite(scale) || !(scale > 0)) return;
+    const auto alive = shared_from_this();
+    if (state == ui::GestureState::Began && mayMoveView()) {
+        beginViewGesture();
+        _zoom.beginPinch();
+    }
+    if (!_zoom.isPinching()) return;
+    changeView([&] { _zoom.pinch(scale, focus); });
+    if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
+    changeView([&] { _zoom.endPinch(focus, _ctxRect); });
+    endViewGesture();
+}
+
+void ZoomedCanvasView::handlePanGesture(ui::GestureState state, gfx::Point translation) {
+    if (!std::isfinite(translation.x) || !std::isfinite(translation.y)) return;
+    const auto alive = shared_from_this();
+    if (state == ui::GestureState::Began && mayMoveView()) {
+        beginViewGesture();
+        _zoom.beginPan();
+    }
+    if (!_zoom.isPanning()) return;
+    changeView([&] { _zoom.pan(translation); });
+    if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
+    _zoom.endPan();
+    endViewGesture();
+}
+
+void ZoomedCanvasView::beginViewGesture() {
+    if (std::exchange(_viewAnimation, nullptr)) setNeedsDisplay();
+    if (_zoom.isHeld()) return;
+    viewGestureDidBegin();
+}
+
+// Two fingers may pinch and pan at once; the view comes to rest when both are over.
+void ZoomedCanvasView::endViewGesture() {
+    if (_zoom.isHeld()) return;
+    settleView(_zoom.settle(_ctxRect));
+    setNeedsLayout();
+    setNeedsDisplay();
+    viewGestureDidEnd();
+}
+
+}  // namespace kalim

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "kalimkit/canvas/view/CanvasPicture.h"
+#include "kalimkit/canvas/view/CanvasZoom.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/touch/PanGestureRecognizer.h"
+#include "kalimkit/ui/touch/PinchGestureRecognizer.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim {
+
+class ViewAnimation;
+
+// A view of a canvas that two fingers zoom and move. Lengths are points; "canvas" points are those
+// of the picture and what lies over it, which zoom, pan and rotation map to the view's own. The
+// first size that the view has with a picture settles them; when it gets another one, the canvas
+// is shown fitted and centred in it, unzoomed, and nothing on it changes.
+class KALIM_API ZoomedCanvasView : public ui::View {
+public:
+    ~ZoomedCanvasView() override;
+
+    // ---- the canvas
+    // The upright, fitted picture; null when there is none.
+    const gfx::ImageRef& bgImg() const { return _picture.fitted(); }
+    // Where it lies, canvas points.
+    const gfx::Rect& bgImgRect() const { return _picture.rect(); }
+    // The content: the picture's rectangle united with every tool's extent, canvas points.
+    const gfx::Rect& ctxRect() const { return _ctxRect; }
+
+    // ---- zoom
+    // View point to canvas point.
+    gfx::Point invertViewPoint(gfx::Point p) const { return _zoom.toCanvas().apply(p); }
+    // The factor at which the canvas is shown, over the one that fits it into the view.
+    double getScale() const { return _zoom.scale(); }
+    double contextScale() const { return _zoom.contextScale(); }
+    // The smallest zoom; the largest is 2.
+    double defaultMinScale() const { return _zoom.defaultMinScale(); }
+    // Brings the zoom within its bounds.
+    void checkAndUpdateCTXScale();
+    // Zooms out until the content fits the view, and centres it.
+    void autoScaleWhenCtxEnlarged();
+    // Canvas point to view point: the zoom and move in force, whatever is still being animated.
+    const gfx::AffineTransform& mViewTransform() const { return _zoom.toView(); }
+    // A scale for display while the canvas is not zoomed; 0 for none.
+    void setFScal(float scale);
+
+    // ---- gestures
+    bool enableGesture() const { return _enableGesture; }
+    // Two-finger gestures.
+    void setEnableGesture(bool enable) { _enableGesture = enable; }
+    ui::PinchGestureRecognizer& pinchGesture() { return *_pinchGesture; }
+    ui::PanGestureRecognizer& panGesture() { return *_panGesture; }
+    // `scale` is the factor since the gesture began, `focus` the view point that stays in place.
+    void handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus);
+    // View points since the gesture began.
+    void handlePanGesture(ui::GestureState state, gfx::Point translation);
+
+protected:
+    ZoomedCanvasView();
+
+    // Has the recogniser watch only: the touches are the view's own all the same.
+    void watch(const std::shared_ptr<ui::GestureRecognizer>& gesture,
+               std::function<void(ui::GestureState)> handle);
+    void addViewGestures();
+    virtual bool mayMoveView() const { return _enableGesture; }
+    virtual void viewGestureDidBegin() {}
+    virtual void viewGestureDidEnd() {}
+
+    // Tells the zoom where canvas and view are.
+    void placeCanvas();
+    // Brings what is shown up to date with the view's size and the screen's scale. `isUnused`:
+    // there is nothing on the canvas that has a place yet.
+    enum class Fitting { Nothing, NewScale, Resized, Settled };
+    Fitting fitPicture(bool isUnused);
+    void fitResized();
+    // Nothing zoomed, moved or held.
+    void resetView();
+    // By fingers or on its way.
+    bool isViewMoving() const;
+    // What is on the screen at this moment.
+    gfx::AffineTransform shownTransform() const;
+
+    CanvasPicture _picture;
+    CanvasZoom _zoom;
+    gfx::Rect _ctxRect;
+
+private:
+    template <typename Change>
+    void changeView(Change change);
+    void settleView(const gfx::AffineTransform& from);
+    void beginViewGesture();
+    void endViewGesture();
+
+    bool _enableGesture = true;
+    std::shared_ptr<ui::PinchGestureRecognizer> _pinchGesture;
+    std::shared_ptr<ui::PanGestureRecognizer> _panGesture;
+    // On the way from an earlier zoom and move to those in force; none while the view rests.
+    std::unique_ptr<ViewAnimation> _viewAnimation;
+};
+
+}  // namespace kalim
