@@ -99,13 +99,14 @@ CallOutcome callWith(std::string_view name, MDrawView& canvas, const Arguments& 
     }
 }
 
-template <auto operation, typename Result, typename... Kinds>
-constexpr Operation bind(std::string_view name, Result (MDrawView::*)(Kinds...)) {
+// Of the canvas or of a class that it is derived from.
+template <auto operation, typename Owner, typename Result, typename... Kinds>
+constexpr Operation bind(std::string_view name, Result (Owner::*)(Kinds...)) {
     return {name, &callWith<operation, Result, Kinds...>};
 }
 
-template <auto operation, typename Result, typename... Kinds>
-constexpr Operation bind(std::string_view name, Result (MDrawView::*)(Kinds...) const) {
+template <auto operation, typename Owner, typename Result, typename... Kinds>
+constexpr Operation bind(std::string_view name, Result (Owner::*)(Kinds...) const) {
     return {name, &callWith<operation, Result, Kinds...>};
 }
 
