@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/backend/html/HtmlDevice.h"
@@ -52,17 +53,20 @@ public:
     }
 };
 
+PageFiles files;
+
 struct Play {
-    Play(kalim::gfx::Size canvas, double scale)
-        : player(device, files,
-                 [](const std::string& line) { page::print(line.data(), lengthOf(line)); },
-                 {canvas, scale}) {}
+    explicit Play(const kalim::ScenarioScreen& screen)
+        : player(
+              device, files,
+              [](const std::string& line) { page::print(line.data(), lengthOf(line)); }, screen) {}
 
     kalim::gfx::HtmlDevice device;
-    PageFiles files;
     kalim::ScenarioPlayer player;
 };
 
+// Of the next play.
+std::optional<kalim::EditorSetup> editor;
 std::unique_ptr<Play> current;
 std::vector<char> given;
 std::string problem;
@@ -85,21 +89,45 @@ KALIM_EXPORT("buffer") void* buffer(int bytes) {
     return given.data();
 }
 
-// Points, and pixels per point.
-KALIM_EXPORT("start") void start(double width, double height, double scale) {
+// ---- before the start, for the whole editor instead of the bare canvas
+
+// The native height is 0 for a screen that is no phone's.
+KALIM_EXPORT("use_editor") void useEditor(int nativeHeight) {
+    editor = kalim::EditorSetup();
+    if (nativeHeight) editor->nativeHeight = nativeHeight;
+}
+
+KALIM_EXPORT("use_entrance")
+void useEntrance(double x, double y, double width, double height, double scale) {
+    editor->entrance = kalim::EditorSetup::Entrance{{x, y, width, height}, scale};
+}
+
+KALIM_EXPORT("use_default") void useDefault(int length, bool value) {
+    editor->userDefaults[std::string(givenText(length))] = value;
+}
+
+// ---- the play
+
+// Points, and pixels per point; the given text is the name of a picture, if any. Answers with the
+// length of a problem, 0 when all went well.
+KALIM_EXPORT("start") int start(double width, double height, double scale, int length) {
     current = nullptr;
-    current = std::make_unique<Play>(kalim::gfx::Size{width, height}, scale);
+    const std::string name(givenText(length));
+    kalim::ScenarioScreen screen{{width, height}, scale, std::exchange(editor, std::nullopt)};
+    if (screen.editor && !name.empty()) {
+        auto loaded = files.loadPicture(name);
+        if (!loaded.image) return tell(std::move(loaded.error));
+        screen.editor->picture = loaded.image;
+    }
+    current = std::make_unique<Play>(screen);
+    return tell(screen.editor || name.empty() ? std::nullopt : current->player.setPicture(name));
 }
 
 KALIM_EXPORT("finish") void finish() {
     current = nullptr;
 }
 
-// Both answer with the length of a problem, 0 when all went well.
-KALIM_EXPORT("set_picture") int setPicture(int length) {
-    return tell(current->player.setPicture(std::string(givenText(length))));
-}
-
+// Answers as start().
 KALIM_EXPORT("play") int play(int length) {
     return tell(current->player.play(givenText(length)));
 }

@@ -28,10 +28,15 @@ async function dataUrl(canvas) {
 
 window.scenarios = {
   // lines: of the scenario; picture: the name of the first picture, or nothing; pictures: the URL of
-  // each that it names. Returns { prints, exported: names, problem }.
-  async play({ width, height, scale, picture, pictures, lines }) {
+  // each that it names; editor: nothing for the bare canvas, else { nativeHeight, entrance: its five
+  // numbers, userDefaults: by their keys }. Returns { prints, exported: names, problem }.
+  async play({ width, height, scale, picture, pictures, editor, lines }) {
     const files = new Map();
-    for (const [name, url] of Object.entries(pictures)) files.set(name, await loadPicture(url));
+    for (const [name, url] of Object.entries(pictures)) {
+      // What cannot be read is the scenario's own affair.
+      const file = await loadPicture(url).catch(() => null);
+      if (file) files.set(name, file);
+    }
     const prints = [];
     played.clear();
     const { exports, heap } = await instantiate(await module, ({ heap, drawing }) => ({
@@ -44,15 +49,19 @@ window.scenarios = {
       },
       scenario_print: (line, length) => prints.push(heap.text(line, length)),
     }));
-    const give = (call, text) => {
+    const put = (text) => {
       const room = heap.encode(text).length;
-      const length = exports[call](heap.writeText(text, exports.buffer(room), room));
-      return length ? heap.text(exports.problem(), length) : null;
+      return heap.writeText(text, exports.buffer(room), room);
     };
-    exports.start(width, height, scale);
-    let problem = picture ? give('set_picture', picture) : null;
+    const found = (length) => (length ? heap.text(exports.problem(), length) : null);
+    if (editor) {
+      exports.use_editor(editor.nativeHeight ?? 0);
+      if (editor.entrance) exports.use_entrance(...editor.entrance);
+      for (const [key, value] of Object.entries(editor.userDefaults)) exports.use_default(put(key), value);
+    }
+    let problem = found(exports.start(width, height, scale, put(picture)));
     for (let i = 0; i < lines.length && !problem; ++i) {
-      problem = give('play', lines[i]);
+      problem = found(exports.play(put(lines[i])));
       if (problem) problem = `line ${i + 1}: ${problem}`;
     }
     exports.finish();

@@ -15,6 +15,7 @@ import { build, command, fonts, root } from './server.mjs';
 const folder = join(root, 'tests/scenarios');
 const names = (await readdir(folder)).filter((name) => name.endsWith('.jsonl'));
 const lastPicture = { export: 'view.png', at: 'view' };
+const lastScreen = { screenshot: 'screen.png' };
 
 async function readScenario(name) {
   const lines = (await readFile(join(folder, `${name}.jsonl`), 'utf8')).split('\n');
@@ -22,19 +23,29 @@ async function readScenario(name) {
   const words = options.split(/\s+/).filter(Boolean);
   const option = (key, otherwise) =>
     words.includes(key) ? words[words.indexOf(key) + 1] : otherwise;
+  const all = (key) => words.flatMap((word, i) => (words[i - 1] === key ? [word] : []));
+  const isEditor = words.includes('--editor');
   const [width, height] = option('--canvas', '390x844').split('x').map(Number);
   const picture = option('--picture', '');
-  const named = lines.flatMap((line) => /"picture"\s*:\s*"([^"]*)"\s*}/.exec(line)?.[1] ?? []);
+  const named = lines.flatMap((line) => /"(?:picture|pick)"\s*:\s*"([^"]*)"\s*}/.exec(line)?.[1] ?? []);
   return {
     words,
     screen: { width, height, scale: Number(option('--scale', 2)) },
     picture,
     pictures: Object.fromEntries([picture, ...named].filter(Boolean).map((at) => [at, `/${at}`])),
-    lines: [...lines, JSON.stringify(lastPicture)],
+    editor: isEditor && {
+      nativeHeight: Number(option('--native-height', 0)),
+      entrance: option('--needs-init-animate', null)?.split(',').map(Number),
+      userDefaults: Object.fromEntries(all('--user-default').map((setting) => {
+        const [, key, value] = /^(.*?)=(.*)$/.exec(setting);
+        return [key, value === 'true'];
+      })),
+    },
+    lines: [...lines, JSON.stringify(isEditor ? lastScreen : lastPicture)],
   };
 }
 
-const hasText = ({ lines }) => lines.some((line) => /"type"|"text"|setShowMeasurement/.test(line));
+const hasBoldText = ({ lines }) => lines.some((line) => /"type"|"text"|setShowMeasurement/.test(line));
 
 // Leaves its pictures in the place.
 async function playNatively({ words, lines }, place) {
@@ -66,7 +77,7 @@ test('pictures differ when a small thing is missing in one, not when it has move
 for (const name of names.map((file) => basename(file, '.jsonl'))) {
   test(`scenario ${name} goes in a browser as it goes natively`, async (running) => {
     const scenario = await readScenario(name);
-    if (browserName === 'firefox' && hasText(scenario)) {
+    if (browserName === 'firefox' && hasBoldText(scenario)) {
       return running.skip('Firefox widens the bold letters that it makes of regular ones');
     }
     const place = join(build, 'results', browserName, name);
@@ -76,6 +87,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
         ...scenario.screen,
         picture: scenario.picture,
         pictures: scenario.pictures,
+        editor: scenario.editor,
         lines: scenario.lines,
       }),
     ]);
@@ -88,7 +100,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
         name: picture,
         url: `/results/${browserName}/${name}/${picture}`,
         scale: scenario.screen.scale,
-        hasText: hasText(scenario),
+        hasText: Boolean(scenario.editor) || hasBoldText(scenario),
       });
       const beside = join(place, `beside-${picture}.png`);
       await writeFile(beside, Buffer.from(compared.picture.split(',')[1], 'base64'));
