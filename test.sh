@@ -25,7 +25,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
   window    the editor's window, driven by a pointer and a keyboard under an X server of its own
   install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
-  browser   the page in a headless Chromium, and every scenario there as it goes natively
+  browser   the editor's page in a headless Chromium, and every scenario there as it goes natively
   browsers  the same in Firefox and WebKitGTK, as far as these go
   tidy      clang-tidy over the library and the command; slow
 EOF
@@ -145,7 +145,7 @@ stage_seam() {
 }
 
 compile_for_browser() {
-    tools/compile ci kalimkit && tools/compile wasm && tools/web-size build/wasm/page
+    tools/compile ci kalimkit && tools/compile wasm && tools/web-size build/wasm/page 350
 }
 
 stage_browser() {

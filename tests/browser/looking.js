@@ -1,4 +1,4 @@
-// What tests/browser/canvas.mjs asks of pictures, in the page.
+// What tests/browser/editor.mjs asks of pictures, in the page.
 
 let decoded;
 

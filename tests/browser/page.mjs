@@ -12,7 +12,7 @@ export const browserName = env.KALIM_BROWSER ?? 'chromium';
 export const hasFingers = browserName !== 'webkit';
 
 const phone = { width: 390, height: 844 };
-const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012' };
+const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012', Enter: '\ue007' };
 
 const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });
 const down = { type: 'pointerDown', button: 0 };
@@ -87,22 +87,25 @@ export class Page {
 
   // ---- what the user does; places are [x, y] in pixels of the page
 
-  async click(selector) {
-    const place = await this.evaluate((which) => {
-      const element = document.querySelector(which);
-      element.scrollIntoView({ block: 'nearest', inline: 'nearest' });
-      const { left, top, width, height } = element.getBoundingClientRect();
-      return [left + width / 2, top + height / 2];
-    }, selector);
-    await this.#act(pointer('mouse', 'mouse', [moveTo(place), down, up]));
-  }
-
   // Steps say where all fingers are, in their order; those that a step has no more have lifted.
   touch(...steps) {
     if (!hasFingers) return this.#act(pointer('mouse', 'mouse', fingerActions(steps, 0)));
     const count = Math.max(...steps.map((step) => step.length));
     return this.#act(...Array.from({ length: count }, (_, finger) =>
       pointer(`finger ${finger}`, 'touch', fingerActions(steps, finger))));
+  }
+
+  // With a button of the mouse, through these places.
+  drag(button, ...places) {
+    const press = (type) => ({ type, button: ['main', 'middle'].indexOf(button) });
+    return this.#act(pointer('mouse', 'mouse',
+      [moveTo(places[0]), press('pointerDown'), ...places.slice(1).map(moveTo), press('pointerUp')]));
+  }
+
+  // Pixels, downwards.
+  wheel([x, y], deltaY) {
+    const turn = { type: 'scroll', x: Math.round(x), y: Math.round(y), deltaX: 0, deltaY, duration: 0 };
+    return this.#act({ type: 'wheel', id: 'wheel', actions: [turn] });
   }
 
   type(text) {

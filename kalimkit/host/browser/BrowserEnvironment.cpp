@@ -1,11 +1,18 @@
 #include "kalimkit/host/browser/BrowserEnvironment.h"
 
+#include <cmath>
+#include <utility>
+
 #include "kalimkit/host/browser/BrowserImports.h"
+#include "kalimkit/shell/config/EnglishTexts.h"
+#include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 
 namespace kalim {
 
 namespace {
+
+constexpr gfx::Size leastBudget{2560, 1440};
 
 int lengthOf(const std::string& text) {
     return static_cast<int>(text.size());
@@ -27,22 +34,64 @@ std::optional<std::string> readText(const Read& read) {
 
 }  // namespace
 
+BrowserEnvironment::BrowserEnvironment(std::string_view language)
+    : _isEnglish(prefersEnglishTexts(language)) {}
+
+void BrowserEnvironment::setScreen(gfx::Size size, double scale) {
+    _screen.scale = scale;
+    _screen.nativeSize = {static_cast<int>(std::lround(size.width * scale)),
+                          static_cast<int>(std::lround(size.height * scale))};
+}
+
 double BrowserEnvironment::wallClock() const {
     return page::wallClock();
+}
+
+std::optional<gfx::Size> BrowserEnvironment::areaBudget() const {
+    const gfx::Size doubled{2.0 * _screen.nativeSize.width, 2.0 * _screen.nativeSize.height};
+    const bool isEnough = doubled.width * doubled.height >= leastBudget.width * leastBudget.height;
+    return isEnough ? doubled : leastBudget;
 }
 
 std::string BrowserEnvironment::localizedString(const std::string& key) const {
     const auto read = [&](char* out, int room) {
         return page::localized(key.data(), lengthOf(key), out, room);
     };
-    return readText(read).value_or(key);
+    if (auto text = readText(read)) return *std::move(text);
+    return _isEnglish ? englishText(key) : key;
 }
 
 void BrowserEnvironment::presentAlert(const ui::Alert& alert) {
-    page::onAlert(alert.title.data(), lengthOf(alert.title), alert.message.data(),
-                  lengthOf(alert.message));
-    Environment::presentAlert(alert);
+    if (ui::Window* const window = keyWindow()) {
+        ui::AlertView::show(*window, alert);
+    } else {
+        Environment::presentAlert(alert);
+    }
 }
+
+// ---- what the user chooses
+
+std::optional<bool> BrowserEnvironment::userDefault(const std::string& key) const {
+    const int value = page::userDefault(key.data(), lengthOf(key));
+    return value < 0 ? std::nullopt : std::optional(value != 0);
+}
+
+void BrowserEnvironment::setUserDefault(const std::string& key, bool value) {
+    page::setUserDefault(key.data(), lengthOf(key), value);
+}
+
+void BrowserEnvironment::pickImage(
+    const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
+    answerPick(std::nullopt);
+    _picked = picked;
+    page::pickImage();
+}
+
+void BrowserEnvironment::answerPick(const std::optional<gfx::ImageRef>& image) {
+    if (const auto picked = std::exchange(_picked, nullptr)) picked(image);
+}
+
+// ---- text input
 
 std::string BrowserEnvironment::clipboardText() {
     return readText(page::clipboardRead).value_or("");

@@ -1,25 +1,40 @@
 #pragma once
 
+#include <functional>
+#include <string_view>
+
 #include "kalimkit/backend/html/HtmlDevice.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
-// The page that the library runs in. Time moves when the page says so.
+// The page that the library runs in; the window on it is the screen. Time moves when the page says
+// so. Texts are the page's own where it has some, else in English where the language is not
+// Chinese.
 class BrowserEnvironment : public ui::Environment {
 public:
-    explicit BrowserEnvironment(double scale) : _screen{scale, {}, false} {}
+    // The language is one such as "en-GB".
+    explicit BrowserEnvironment(std::string_view language);
 
     gfx::Device& device() override { return _device; }
     ui::Screen screen() const override { return _screen; }
-    // Windows keep the scale that they have until they get another size.
-    void setScale(double scale) { _screen.scale = scale; }
+    // The window's size in points. Windows keep the scale that they have until they get another
+    // size.
+    void setScreen(gfx::Size size, double scale);
     ui::RunLoop& runLoop() override { return _loop; }
     double wallClock() const override;
-    std::optional<gfx::Size> areaBudget() const override { return gfx::Size{2560, 1440}; }
+    // Four times the screen, and no less than 2560 x 1440 pixels.
+    std::optional<gfx::Size> areaBudget() const override;
     std::string localizedString(const std::string& key) const override;
-    // Tells the page, and answers with the first button at once.
     void presentAlert(const ui::Alert& alert) override;
+    // Kept by the page for as long as it may.
+    std::optional<bool> userDefault(const std::string& key) const override;
+    void setUserDefault(const std::string& key, bool value) override;
+    bool isPhotoLibraryAvailable() const override { return true; }
+    // Who asks while another waits for an answer ends that one's waiting.
+    void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;
+    // The page's answer; ignored when nobody waits for one.
+    void answerPick(const std::optional<gfx::ImageRef>& image);
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
     void textInputChanged(ui::TextView* focused) override;
@@ -28,6 +43,8 @@ private:
     gfx::HtmlDevice _device;
     ui::Screen _screen;
     ui::RunLoop _loop;
+    bool _isEnglish;
+    std::function<void(std::optional<gfx::ImageRef>)> _picked;
 };
 
 }  // namespace kalim

@@ -12,7 +12,7 @@ namespace kalim::page {
 KALIM_PAGE("present") void present(int surface, int x, int y, int width, int height);
 // Seconds since 1970.
 KALIM_PAGE("wall_clock") double wallClock();
-// The host's text for a key; -1 where it has none. Writes no more than there is room for and
+// The page's text for a key; -1 where it has none. Writes no more than there is room for and
 // answers with the whole length.
 KALIM_PAGE("localized")
 int localized(const char* key, int length, char* out, int room);
@@ -29,14 +29,18 @@ void textFocused(const char* text, int length, int begin, int end, bool isCompos
 // No text has the focus.
 KALIM_PAGE("text_left") void textLeft();
 
-// ---- what the canvas tells
-KALIM_PAGE("on_started") void onStarted();
-KALIM_PAGE("on_selection") void onSelection(bool hasSelection);
-// Without a colour when `hasColor` is false.
-KALIM_PAGE("on_selected")
-void onSelected(int type, bool hasColor, std::uint32_t color, double lineWidth);
-KALIM_PAGE("on_history") void onHistory(bool canUndo, bool canRedo);
-KALIM_PAGE("on_alert")
-void onAlert(const char* title, int titleLength, const char* message, int messageLength);
+// ---- what the user chooses
+// 0 or 1; -1 for what was never set.
+KALIM_PAGE("user_default") int userDefault(const char* key, int length);
+KALIM_PAGE("set_user_default") void setUserDefault(const char* key, int length, bool value);
+// The page answers with a call of picked().
+KALIM_PAGE("pick_image") void pickImage();
+
+// ---- what the editor tells. The page takes what it needs of a picture before it returns, and does
+// nothing to the editor until then; the picture is 0 where there is none.
+KALIM_PAGE("on_confirm") void onConfirm(int picture);
+KALIM_PAGE("on_close") void onClose();
+// The picture is to go to the clipboard; where it cannot, the page calls copy_failed().
+KALIM_PAGE("copy_picture") void copyPicture(int picture);
 
 }  // namespace kalim::page

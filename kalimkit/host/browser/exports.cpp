@@ -1,20 +1,23 @@
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
-#include "kalimkit/host/browser/BrowserCanvas.h"
+#include "kalimkit/host/browser/BrowserEditor.h"
 
-// What the page calls. A module holds one canvas; a page with several has as many modules. What is
-// longer than a number lies in the module's buffer.
+// What the page calls. A module holds one editor; a page with several has as many modules. What is
+// longer than a number lies in the module's buffer. What asks for an editor does nothing while no
+// picture is open.
 
 #define KALIM_EXPORT(name) __attribute__((export_name(name)))
 
 namespace {
 
-std::unique_ptr<kalim::BrowserCanvas> canvas;
+std::unique_ptr<kalim::BrowserEditor> editor;
 // Doubles, so that whatever lies there is aligned.
 std::vector<double> shared;
 
@@ -24,6 +27,13 @@ std::string_view sharedText(int length) {
 
 kalim::gfx::TextRange range(int begin, int end) {
     return {static_cast<std::size_t>(begin), static_cast<std::size_t>(end)};
+}
+
+// Takes over a picture that the page has numbered; null for 0.
+kalim::gfx::ImageRef takePicture(int picture) {
+    const auto raster = kalim::gfx::HtmlRaster::adopt(picture);
+    if (!raster) return nullptr;
+    return std::make_shared<const kalim::gfx::Image>(raster, 1, kalim::gfx::ImageOrientation::Up);
 }
 
 enum class Phase { Began, Moved, Ended, Cancelled };
@@ -39,34 +49,35 @@ KALIM_EXPORT("buffer") void* buffer(int bytes) {
 
 // ---- making, size, time
 
-KALIM_EXPORT("create") void create(double width, double height, double scale) {
-    canvas = std::make_unique<kalim::BrowserCanvas>(kalim::gfx::Size{width, height}, scale);
-    canvas->show();
+// The buffer holds the language, such as "en-GB".
+KALIM_EXPORT("create") void create(double width, double height, double scale, int length) {
+    editor = std::make_unique<kalim::BrowserEditor>(kalim::gfx::Size{width, height}, scale,
+                                                    sharedText(length));
 }
 
 KALIM_EXPORT("destroy") void destroy() {
-    canvas = nullptr;
+    editor = nullptr;
 }
 
 KALIM_EXPORT("resize") void resize(double width, double height, double scale) {
-    canvas->setSize({width, height}, scale);
-    canvas->show();
+    editor->setSize({width, height}, scale);
+    editor->show();
 }
 
 KALIM_EXPORT("keyboard") void keyboard(double height) {
-    canvas->setKeyboardHeight(height);
-    canvas->show();
+    editor->setKeyboardHeight(height);
+    editor->show();
 }
 
 // Seconds on the page's clock, from 0 at the creation.
 KALIM_EXPORT("advance") void advance(double time) {
-    canvas->runLoop().advanceTo(time);
-    canvas->show();
+    editor->runLoop().advanceTo(time);
+    editor->show();
 }
 
 // Below zero when nothing is due at any time.
 KALIM_EXPORT("next_due") double nextDue() {
-    return canvas->runLoop().nextDue();
+    return editor->runLoop().nextDue();
 }
 
 // ---- touches: of each finger an id and a place, points, three doubles in the buffer
@@ -77,7 +88,7 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
         const double* const given = &shared[3 * i];
         changed.push_back({static_cast<std::int64_t>(given[0]), {given[1], given[2]}});
     }
-    kalim::ui::Window& window = canvas->window();
+    kalim::ui::Window& window = editor->window();
     switch (static_cast<Phase>(phase)) {
         case Phase::Began:
             window.fingersBegan(changed);
@@ -92,109 +103,172 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
             window.fingersCancelled(changed);
             break;
     }
-    canvas->show();
+    editor->show();
+}
+
+// ---- the mouse and keys, see EditorKeys. A button is the number of a PointerButton; true when the
+// editor pans with it, and it is no finger then.
+
+KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
+    kalim::EditorKeys* const keys = editor->keys();
+    if (!keys) return false;
+    const auto button = static_cast<kalim::PointerButton>(number);
+    bool pans = false;
+    switch (static_cast<Phase>(phase)) {
+        case Phase::Began:
+            pans = keys->pointerPressed(button, {x, y});
+            break;
+        case Phase::Moved:
+            pans = keys->pointerMoved({x, y});
+            break;
+        default:
+            pans = keys->pointerReleased(button);
+            break;
+    }
+    editor->show();
+    return pans;
+}
+
+KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->pointerZoomed({x, y}, factor);
+    editor->show();
+}
+
+// The key's name is in the buffer; whether it did something.
+KALIM_EXPORT("press_key") bool pressKey(int length, bool isRepeated) {
+    kalim::EditorKeys* const keys = editor->keys();
+    const bool done = keys && keys->press(sharedText(length), isRepeated);
+    editor->show();
+    return done;
+}
+
+KALIM_EXPORT("release_key") void releaseKey(int length) {
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->release(sharedText(length));
 }
 
 // ---- the picture
 
-// Takes over a picture that the page has numbered; 0 for none.
-KALIM_EXPORT("set_picture") void setPicture(int picture, double scale) {
-    const auto raster = kalim::gfx::HtmlRaster::adopt(picture);
-    canvas->view().setSnipImage(raster ? std::make_shared<const kalim::gfx::Image>(
-                                             raster, scale, kalim::gfx::ImageOrientation::Up)
-                                       : nullptr);
-    canvas->show();
+// Opens an editor of a picture that the page has numbered.
+KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale) {
+    editor->open(takePicture(picture), exportsAtPictureScale);
+    editor->show();
 }
 
-// 0 at the screen's scale, 1 at the picture's, 2 what the view shows. Answers with a picture that
-// stays until end_export.
+// Shows it in the editor that is open, which asks first when something was drawn.
+KALIM_EXPORT("offer") void offer(int picture) {
+    const kalim::gfx::ImageRef image = takePicture(picture);
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->openPicture(image);
+    editor->show();
+}
+
+KALIM_EXPORT("dismiss") void dismiss() {
+    editor->dismiss();
+    editor->show();
+}
+
+KALIM_EXPORT("is_open") bool isOpen() {
+    return editor->controller() != nullptr;
+}
+
+// Has the user choose another picture.
+KALIM_EXPORT("click_pick_image") void clickPickImage() {
+    if (editor->controller()) editor->controller()->clickPickImage();
+    editor->show();
+}
+
+// What the user chose: a picture, 0 for one that cannot be read, less for none.
+KALIM_EXPORT("picked") void picked(int picture) {
+    editor->environment().answerPick(picture < 0 ? std::nullopt
+                                                 : std::optional(takePicture(picture)));
+    editor->show();
+}
+
+// 0 at the screen's scale, 1 at the picture's, 2 what the canvas shows. Answers with a picture that
+// stays until end_export; 0 for none.
 KALIM_EXPORT("export_picture") int exportPicture(int scale) {
     const int picture =
-        canvas->exportPicture(static_cast<kalim::BrowserCanvas::ExportScale>(scale));
-    canvas->show();
+        editor->exportPicture(static_cast<kalim::BrowserEditor::ExportScale>(scale));
+    editor->show();
     return picture;
 }
 
 KALIM_EXPORT("end_export") void endExport() {
-    canvas->endExport();
+    editor->endExport();
 }
 
-// ---- the canvas's operations, by their own names in lower case
-
-KALIM_EXPORT("begin_drawing_for_type") void beginDrawingForType(int type, int drawType) {
-    canvas->view().beginDrawingForTypeWithDrawType(type, static_cast<std::uint64_t>(drawType));
-    canvas->show();
+// Says that the clipboard has refused a picture.
+KALIM_EXPORT("copy_failed") void copyFailed() {
+    kalim::ui::Environment& environment = editor->environment();
+    environment.presentAlert(
+        {environment.localizedString("剪贴板不可用"), {}, {environment.localizedString("好")}, {}});
+    editor->show();
 }
 
-KALIM_EXPORT("set_draw_color") void setDrawColor(std::uint32_t color, bool isTranslucent) {
-    canvas->view().setDrawColorIsTranslucent(kalim::gfx::unpackedColor(color), isTranslucent);
-    canvas->show();
+// ---- what the page may do instead of the user
+
+KALIM_EXPORT("choose_pen") void choosePen(int pen) {
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->choosePen(static_cast<unsigned>(pen));
+    editor->show();
 }
 
-KALIM_EXPORT("set_draw_line_width") void setDrawLineWidth(double width) {
-    canvas->view().setDrawLineWidth(width);
-    canvas->show();
+KALIM_EXPORT("choose_color") void chooseColor(std::uint32_t color) {
+    if (kalim::EditorKeys* const keys = editor->keys()) {
+        keys->chooseColor(kalim::gfx::unpackedColor(color));
+    }
+    editor->show();
+}
+
+KALIM_EXPORT("choose_line_width") void chooseLineWidth(double width) {
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->chooseLineWidth(width);
+    editor->show();
+}
+
+// The buffer holds the title of the close button, or of the send button.
+KALIM_EXPORT("set_title") void setTitle(bool isCloseButton, int length) {
+    if (editor->controller()) {
+        editor->controller()->setTopNavigationItemTitle(isCloseButton,
+                                                        std::string(sharedText(length)));
+    }
+    editor->show();
+}
+
+KALIM_EXPORT("ask_to_close") void askToClose() {
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->askToClose();
+    editor->show();
 }
 
 KALIM_EXPORT("undo") bool undo() {
-    const bool happened = canvas->view().undo();
-    canvas->show();
+    const bool happened = editor->canvas() && editor->canvas()->undo();
+    editor->show();
     return happened;
 }
 
 KALIM_EXPORT("redo") bool redo() {
-    const bool happened = canvas->view().redo();
-    canvas->show();
+    const bool happened = editor->canvas() && editor->canvas()->redo();
+    editor->show();
     return happened;
 }
 
-KALIM_EXPORT("delete_selected_tools") void deleteSelectedTools() {
-    canvas->view().deleteSelectedTools();
-    canvas->show();
-}
-
-KALIM_EXPORT("select_none") void selectNone() {
-    canvas->view().selectNone();
-    canvas->show();
-}
-
-KALIM_EXPORT("finish_edit_text") void finishEditText() {
-    canvas->view().finishEditText();
-    canvas->show();
-}
-
-KALIM_EXPORT("clear_tools") void clearTools() {
-    canvas->view().clearTools();
-    canvas->show();
-}
-
 KALIM_EXPORT("tool_count") int toolCount() {
-    return static_cast<int>(canvas->view().tools().size());
+    return editor->canvas() ? static_cast<int>(editor->canvas()->tools().size()) : 0;
 }
 
 // ---- text, in the buffer; offsets are bytes. False while no text has the focus.
 
 KALIM_EXPORT("insert_text") bool insertText(int length) {
-    const bool done = canvas->insertText(sharedText(length));
-    canvas->show();
+    const bool done = editor->insertText(sharedText(length));
+    editor->show();
     return done;
 }
 
 KALIM_EXPORT("replace_text") bool replaceText(int begin, int end, int length) {
-    const bool done = canvas->replaceText(range(begin, end), sharedText(length));
-    canvas->show();
+    const bool done = editor->replaceText(range(begin, end), sharedText(length));
+    editor->show();
     return done;
 }
 
 KALIM_EXPORT("compose_text") bool composeText(int length, int begin, int end) {
-    const bool done = canvas->composeText(sharedText(length), range(begin, end));
-    canvas->show();
-    return done;
-}
-
-// A key as KeyStroke reads it; false also for one that a text does nothing with.
-KALIM_EXPORT("press_key") bool pressKey(int length) {
-    const bool done = canvas->pressKey(sharedText(length));
-    canvas->show();
+    const bool done = editor->composeText(sharedText(length), range(begin, end));
+    editor->show();
     return done;
 }

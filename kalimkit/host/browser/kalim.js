@@ -1,18 +1,19 @@
-// The canvas on a <canvas> element of a page: see KalimCanvas.
+// The editor on a <canvas> element of a page: see KalimEditor.
 
 import { instantiate } from '../../backend/html/instance.js';
+import { nameOf } from './keys.js';
 import { Pointers } from './pointers.js';
+import { setSetting, setting } from './settings.js';
 import { Typing } from './typing.js';
 
-export const Tool = {
-  rectangle: 0,
-  roundedRectangle: 1,
-  ellipse: 2,
-  text: 3,
-  freehand: 4,
-  mosaic: 5,
-  line: 6,
-  arrow: 7,
+export const Pen = {
+  mosaic: 0,
+  text: 1,
+  freehand: 2,
+  rectangle: 3,
+  line: 4,
+  ellipse: 5,
+  arrow: 6,
 };
 
 const exportScales = { screen: 0, picture: 1, view: 2 };
@@ -29,14 +30,33 @@ function packedColor(color) {
   return parseInt(color.slice(1).padEnd(8, 'f'), 16) >>> 0;
 }
 
-function colorText(packed) {
-  return `#${(packed >>> 0).toString(16).padStart(8, '0').toUpperCase()}`;
+// A picture file, or anything else that createImageBitmap takes, upright and in sRGB.
+function decode(picture) {
+  return createImageBitmap(picture, {
+    imageOrientation: 'from-image',
+    colorSpaceConversion: 'default',
+  });
 }
 
-export class KalimCanvas {
+// What drawImage takes, as a Blob. It is read before this returns.
+function encode(source, type, quality) {
+  let canvas = source;
+  if (!canvas.toBlob) {
+    canvas = document.createElement('canvas');
+    canvas.width = source.width;
+    canvas.height = source.height;
+    canvas.getContext('2d').drawImage(source, 0, 0);
+  }
+  return new Promise((resolve) => canvas.toBlob(resolve, type, quality));
+}
+
+// Tells its listeners
+//   confirm  the user sent the picture: detail.blob is it with all that was drawn, null for nothing
+//   close    the user closed the editor; nothing is to be kept
+// The editor stays until the page calls dismiss() or destroy().
+export class KalimEditor extends EventTarget {
   #element;
-  #delegate;
-  #strings;
+  #options;
   #exports;
   #heap;
   #drawing;
@@ -50,58 +70,82 @@ export class KalimCanvas {
   #frame = 0;
   #timer = 0;
   #clipboard = '';
+  #picker;
   #listening = new AbortController();
   #observer;
 
   // element: a <canvas> that the page has given a size by its style; it may change. Options:
   //   wasm      where the module is, or the module itself; beside this script by default
-  //   delegate  an object with any of didDrawStarted(), seletedToolsStateChanged(hasSelection),
-  //             currentSelectedToolsPropertyChangedColorLineWidth(type, color, lineWidth),
-  //             canUndoStateChangedCanRedo(canUndo, canRedo) and alert(title, message)
-  //   strings   the texts that the canvas shows, by the texts that it shows without them
+  //   language  of the texts, such as 'en-GB'; the browser's by default. All but Chinese are English
+  //   strings   other texts, by the Chinese ones
+  //   type, quality           of the picture that is sent, as of HTMLCanvasElement.toBlob
+  //   exportsAtPictureScale   false for a picture that is as large as it is on the screen
   static async create(element, options = {}) {
-    const canvas = new KalimCanvas(element, options);
-    await canvas.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url));
-    return canvas;
+    const editor = new KalimEditor(element, options);
+    await editor.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url));
+    return editor;
   }
 
-  constructor(element, { delegate = {}, strings = {} }) {
+  constructor(element, options) {
+    super();
     this.#element = element;
-    this.#delegate = delegate;
-    this.#strings = strings;
+    this.#options = {
+      language: navigator.language,
+      strings: {},
+      type: 'image/png',
+      quality: 0.92,
+      exportsAtPictureScale: true,
+      ...options,
+    };
     this.#screen = element.getContext('2d');
   }
 
-  // Gives everything back; the canvas is not used any more.
+  // Gives everything back; the editor is not used any more.
   destroy() {
     ++this.#asked;
     this.#listening.abort();
     this.#observer.disconnect();
     this.#pointers.stop();
+    this.#exports.destroy();
     this.#typing.leave();
+    this.#picker?.remove();
     cancelAnimationFrame(this.#frame);
     clearTimeout(this.#timer);
-    this.#exports.destroy();
     this.#exports = null;
   }
 
   // ---- the picture
 
-  // A picture file, or anything else that createImageBitmap takes. Forgets all that was drawn. Rejects
+  // Opens a new editor of a picture: a file, or anything else that createImageBitmap takes. Rejects
   // when the browser cannot read it, and nothing is lost then. Answers whether the picture is shown:
   // not when another has been asked for meanwhile.
   async open(picture) {
-    const order = ++this.#asked;
-    const bitmap = await createImageBitmap(picture, {
-      imageOrientation: 'from-image',
-      colorSpaceConversion: 'default',
-    });
-    if (order !== this.#asked) {
-      bitmap.close();
-      return false;
+    return this.#take(picture, (id) => this.#call('open', id, this.#options.exportsAtPictureScale));
+  }
+
+  // Shows it in the editor that is open, which asks the user first when something was drawn, and
+  // says when the browser cannot read it.
+  async offer(picture) {
+    try {
+      await this.#take(picture, (id) => this.#call('offer', id));
+    } catch {
+      if (this.#exports) this.#call('offer', 0);
     }
-    this.#call('set_picture', this.#drawing.addPicture(bitmap), 1);
-    return true;
+  }
+
+  // Takes the editor away; the canvas is empty until the next open().
+  dismiss() {
+    ++this.#asked;
+    this.#call('dismiss');
+  }
+
+  get isOpen() {
+    return this.#exports.is_open() !== 0;
+  }
+
+  // Has the user choose another picture by a file input; in answer to what the user did.
+  clickPickImage() {
+    this.#call('click_pick_image');
   }
 
   // Picture and drawings as a Blob, at the screen's pixels per point or, with scale 'picture', one
@@ -110,16 +154,7 @@ export class KalimCanvas {
     if (!(scale in exportScales)) throw new TypeError(`"${scale}" is no scale of an export`);
     const picture = this.#call('export_picture', exportScales[scale]);
     if (!picture) return null;
-    let source = this.#drawing.sourceOf(picture);
-    if (!source.toBlob) {
-      const copy = document.createElement('canvas');
-      copy.width = source.width;
-      copy.height = source.height;
-      copy.getContext('2d').drawImage(source, 0, 0);
-      source = copy;
-    }
-    // The browser copies what it is to encode at once.
-    const encoded = new Promise((resolve) => source.toBlob(resolve, type, quality));
+    const encoded = encode(this.#drawing.sourceOf(picture), type, quality);
     this.#exports.end_export();
     return encoded;
   }
@@ -128,22 +163,30 @@ export class KalimCanvas {
     return this.exportImage({ ...options, scale: 'picture' });
   }
 
-  // ---- what new tools are, and what the selection becomes
+  // ---- instead of the user; what is chosen before the editor has appeared is lost
 
-  beginDrawingForType(type, drawType = 0) {
-    this.#call('begin_drawing_for_type', type, drawType);
+  choosePen(pen) {
+    this.#call('choose_pen', pen);
   }
 
-  setDrawColor(color, isTranslucent = false) {
-    this.#call('set_draw_color', packedColor(color), isTranslucent);
+  chooseColor(color) {
+    this.#call('choose_color', packedColor(color));
   }
 
   // Points.
-  setDrawLineWidth(width) {
-    this.#call('set_draw_line_width', width);
+  chooseLineWidth(width) {
+    this.#call('choose_line_width', width);
   }
 
-  // ---- the drawing
+  // Of the close button, or of the one that sends.
+  setTopNavigationItemTitle(isCloseButton, title) {
+    this.#call('set_title', isCloseButton, this.#put(title));
+  }
+
+  // As the close button does: asks first when something was drawn.
+  askToClose() {
+    this.#call('ask_to_close');
+  }
 
   // Both answer whether anything happened.
   undo() {
@@ -154,23 +197,7 @@ export class KalimCanvas {
     return this.#call('redo') !== 0;
   }
 
-  deleteSelectedTools() {
-    this.#call('delete_selected_tools');
-  }
-
-  selectNone() {
-    this.#call('select_none');
-  }
-
-  finishEditText() {
-    this.#call('finish_edit_text');
-  }
-
-  // Not undoable.
-  clearTools() {
-    this.#call('clear_tools');
-  }
-
+  // How many things are drawn.
   get toolCount() {
     return this.#exports.tool_count();
   }
@@ -189,14 +216,20 @@ export class KalimCanvas {
         const length = this.#put(text);
         this.#call('compose_text', length, length, length);
       },
-      press: (key) => this.#call('press_key', this.#put(key)) !== 0,
+      press: (key, isRepeated) => this.#press(key, isRepeated),
     });
     await this.#instantiate(wasm);
     this.#measure();
     const { width, height, scale } = this.#size;
-    this.#call('create', width, height, scale);
-    this.#pointers = new Pointers(this.#element, (...event) => this.#touched(...event));
+    this.#call('create', width, height, scale, this.#put(this.#options.language));
+    this.#pointers = new Pointers(this.#element, {
+      fingers: (...event) => this.#touched(...event),
+      pan: (phase, button, place, time) =>
+        this.#callAt(time, 'pan', phase, button, ...this.#pointOf(place)) !== 0,
+      zoom: (place, factor, time) => this.#callAt(time, 'zoom', ...this.#pointOf(place), factor),
+    });
     this.#watch();
+    this.#watchKeys();
   }
 
   async #instantiate(wasm) {
@@ -207,14 +240,6 @@ export class KalimCanvas {
   }
 
   #imports({ heap, drawing }) {
-    // An error of the page must not cut off the module's work, which could not go on after it.
-    const tell = (message, ...values) => {
-      try {
-        this.#delegate[message]?.(...values);
-      } catch (error) {
-        reportError(error);
-      }
-    };
     const writeWhole = (text, out, room) => {
       const bytes = heap.encode(text);
       heap.bytes.set(bytes.subarray(0, room), out);
@@ -227,13 +252,13 @@ export class KalimCanvas {
       },
       wall_clock: () => Date.now() / 1000,
       localized: (key, length, out, room) => {
-        const text = this.#strings[heap.text(key, length)];
+        const text = this.#options.strings[heap.text(key, length)];
         return text === undefined ? -1 : writeWhole(text, out, room);
       },
       clipboard_read: (out, room) => writeWhole(this.#clipboard, out, room),
       clipboard_write: (at, length) => {
         this.#clipboard = heap.text(at, length);
-        // Browsers may refuse; the text is still there for this canvas.
+        // Browsers may refuse; the text is still there for this editor.
         navigator.clipboard?.writeText(this.#clipboard).catch(() => {});
       },
       text_focused: (at, length, begin, end, isComposing, x, y, height) =>
@@ -246,22 +271,85 @@ export class KalimCanvas {
           height,
         }),
       text_left: () => this.#typing.leave(),
-      on_started: () => tell('didDrawStarted'),
-      on_selection: (has) => tell('seletedToolsStateChanged', has !== 0),
-      on_selected: (type, hasColor, color, width) =>
-        tell('currentSelectedToolsPropertyChangedColorLineWidth', type,
-          hasColor ? colorText(color) : null, width),
-      on_history: (canUndo, canRedo) =>
-        tell('canUndoStateChangedCanRedo', canUndo !== 0, canRedo !== 0),
-      on_alert: (title, titleLength, message, messageLength) =>
-        tell('alert', heap.text(title, titleLength), heap.text(message, messageLength)),
+      user_default: (key, length) => {
+        const value = setting(heap.text(key, length));
+        return value === undefined ? -1 : Number(value);
+      },
+      set_user_default: (key, length, value) => setSetting(heap.text(key, length), value !== 0),
+      pick_image: () => this.#pick(),
+      on_confirm: (picture) => this.#confirmed(picture),
+      on_close: () => this.#tell(new Event('close')),
+      copy_picture: (picture) => this.#copy(picture),
     };
+  }
+
+  // Listeners may take the editor away, which its own work does not expect.
+  #tell(event) {
+    queueMicrotask(() => this.dispatchEvent(event));
+  }
+
+  // Null without a picture.
+  #encoded(picture, type, quality) {
+    return picture ? encode(this.#drawing.sourceOf(picture), type, quality) : Promise.resolve(null);
+  }
+
+  async #confirmed(picture) {
+    const { type, quality } = this.#options;
+    const blob = await this.#encoded(picture, type, quality);
+    this.dispatchEvent(new CustomEvent('confirm', { detail: { blob } }));
+  }
+
+  #copy(picture) {
+    const blob = this.#encoded(picture, 'image/png');
+    queueMicrotask(async () => {
+      try {
+        await navigator.clipboard.write([new ClipboardItem({ 'image/png': blob })]);
+      } catch {
+        if (this.#exports) this.#call('copy_failed');
+      }
+    });
+  }
+
+  async #take(picture, show) {
+    const order = ++this.#asked;
+    const bitmap = await decode(picture);
+    if (order !== this.#asked) {
+      bitmap.close();
+      return false;
+    }
+    show(this.#drawing.addPicture(bitmap));
+    return true;
+  }
+
+  // Safari opens only what is in the page.
+  #pick() {
+    this.#picker?.remove();
+    const picker = document.createElement('input');
+    this.#picker = picker;
+    picker.type = 'file';
+    picker.accept = 'image/*';
+    picker.hidden = true;
+    this.#element.after(picker);
+    const answer = (id) => {
+      picker.remove();
+      if (this.#exports && picker === this.#picker) this.#call('picked', id);
+    };
+    picker.addEventListener('cancel', () => answer(-1));
+    picker.addEventListener('change', () =>
+      decode(picker.files[0]).then((bitmap) => answer(this.#drawing.addPicture(bitmap)), () => answer(0)));
+    picker.click();
   }
 
   #call(name, ...values) {
     const result = this.#exports[name](...values);
     this.#schedule();
     return result;
+  }
+
+  // For what happened at that moment, milliseconds.
+  #callAt(time, name, ...values) {
+    this.#exports.advance(this.#clock(time));
+    return this.#call(name, ...values);
   }
 
   // Puts a text where the module looks for it; the number of its bytes.
@@ -274,14 +362,49 @@ export class KalimCanvas {
 
   // ---- touches
 
+  #pointOf({ x, y }) {
+    return [x * this.#size.width, y * this.#size.height];
+  }
+
   #touched(phase, fingers, time) {
     this.#exports.advance(this.#clock(time));
     const at = this.#exports.buffer(fingers.length * 24) / 8;
-    const { width, height } = this.#size;
-    fingers.forEach(({ id, x, y }, i) => {
-      this.#heap.doubles.set([id, x * width, y * height], at + 3 * i);
-    });
+    fingers.forEach((finger, i) =>
+      this.#heap.doubles.set([finger.id, ...this.#pointOf(finger)], at + 3 * i));
     this.#call('fingers', phase, fingers.length);
+  }
+
+  // ---- keys while no text has the focus
+
+  #press(key, isRepeated) {
+    return this.#call('press_key', this.#put(key), isRepeated) !== 0;
+  }
+
+  #watchKeys() {
+    const element = this.#element;
+    const { signal } = this.#listening;
+    const on = (type, listener) => element.addEventListener(type, listener, { signal });
+    const release = (key) => this.#exports.release_key(this.#put(key));
+    if (element.tabIndex < 0) element.tabIndex = 0;
+    on('pointerdown', () => {
+      if (!this.#typing.isActive) element.focus({ preventScroll: true });
+    });
+    on('keydown', (event) => {
+      const name = nameOf(event);
+      if (name && this.#press(name, event.repeat)) event.preventDefault();
+    });
+    on('keyup', (event) => {
+      const name = nameOf(event);
+      if (name) release(name);
+    });
+    // Of what is released elsewhere nobody hears.
+    on('blur', () => release('space'));
+    on('paste', (event) => {
+      const file = [...event.clipboardData.files].find(({ type }) => type.startsWith('image/'));
+      if (!file) return;
+      event.preventDefault();
+      this.offer(file);
+    });
   }
 
   // ---- time

@@ -2,29 +2,7 @@
 // of the page, so a <textarea> that is not seen stands at the caret and mirrors the focused text: what
 // becomes different in it is what has been typed.
 
-const keys = {
-  ArrowLeft: 'left',
-  ArrowRight: 'right',
-  ArrowUp: 'up',
-  ArrowDown: 'down',
-  Home: 'home',
-  End: 'end',
-  Backspace: 'backspace',
-  Delete: 'delete',
-  Enter: 'enter',
-  Tab: 'tab',
-};
-// Pasting is left to the browser, which alone may read the clipboard without asking.
-const commands = /^[acxyz]$/;
-
-// The key as "shift+left"; nothing for one that types, or that is none of the text's.
-function nameOf(event) {
-  const isCommand = event.ctrlKey || event.metaKey;
-  const letter = event.key.toLowerCase();
-  const name = keys[event.key] ?? (isCommand && commands.test(letter) ? letter : null);
-  if (!name) return null;
-  return `${event.shiftKey ? 'shift+' : ''}${isCommand ? 'ctrl+' : ''}${event.altKey ? 'alt+' : ''}${name}`;
-}
+import { nameOf } from './keys.js';
 
 const splitsPair = (text, at) => /^[\ud800-\udbff][\udc00-\udfff]$/.test(text.slice(at - 1, at + 1));
 
@@ -50,7 +28,7 @@ export class Typing {
   #isComposing = false;
 
   // target: insert(text), replace(kept, lost, text) for a text behind what is kept in the place of
-  // what is lost, compose(text), press(key), which answers whether the key did something.
+  // what is lost, compose(text), press(key, isRepeated), which answers whether the key did something.
   constructor(canvas, target) {
     this.#canvas = canvas;
     this.#target = target;
@@ -91,9 +69,12 @@ export class Typing {
     if (!this.#isComposing) this.#mirror(begin, end);
   }
 
+  // The canvas gets the keys back.
   leave() {
     this.#isComposing = false;
+    const hadFocus = this.#area.getRootNode().activeElement === this.#area;
     this.#area.remove();
+    if (hadFocus) this.#canvas.focus({ preventScroll: true });
   }
 
   #mirror(begin, end) {
@@ -102,9 +83,9 @@ export class Typing {
   }
 
   #pressed(event) {
-    if (event.isComposing || event.keyCode === 229) return;
-    const name = nameOf(event);
-    if (name && this.#target.press(name)) event.preventDefault();
+    // What types arrives as input; one that is held with ctrl types nothing.
+    const name = event.key.length > 1 || event.ctrlKey || event.metaKey ? nameOf(event) : null;
+    if (name && this.#target.press(name, event.repeat)) event.preventDefault();
   }
 
   #changed() {

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "kalimkit/host/browser/BrowserEnvironment.h"
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/view/Window.h"
+
+namespace kalim {
+
+// A window that is a <canvas> of the page, and the editor in it while a picture is open. What it
+// draws is brought to the screen by show().
+class BrowserEditor {
+public:
+    enum class ExportScale { Screen, Picture, View };
+
+    // Size in points; the language as that of a BrowserEnvironment.
+    BrowserEditor(gfx::Size size, double scale, std::string_view language);
+    ~BrowserEditor();
+    BrowserEditor(const BrowserEditor&) = delete;
+    BrowserEditor& operator=(const BrowserEditor&) = delete;
+
+    BrowserEnvironment& environment() { return *_environment; }
+    ui::Window& window() { return _window; }
+    ui::RunLoop& runLoop() { return _environment->runLoop(); }
+    void setSize(gfx::Size size, double scale);
+    // The on-screen keyboard covers that much of the window, points.
+    void setKeyboardHeight(double height);
+    // Does the work that is due and shows what it, or a call to the editor, has changed.
+    void show();
+
+    // ---- the editor. None of these is called from within a message of the editor's.
+    // Puts a new editor of the picture in the place of the one there is.
+    void open(const gfx::ImageRef& image, bool exportsAtPictureScale);
+    // Takes the editor off the window.
+    void dismiss();
+    // All are null without an editor.
+    TesselViewController* controller() const { return _controller.get(); }
+    MDrawView* canvas() const { return _controller ? _controller->drawView().get() : nullptr; }
+    EditorKeys* keys() const { return _keys.get(); }
+
+    // ---- text. Nothing happens while no text has the focus; false then.
+    bool insertText(std::string_view text);
+    // Puts a text in the place of some bytes.
+    bool replaceText(gfx::TextRange range, std::string_view text);
+    bool composeText(std::string_view text, gfx::TextRange selection);
+
+    // ---- export
+    // The number of a picture that the page may use until the next export; 0 for none.
+    int exportPicture(ExportScale scale);
+    void endExport() { _exported = nullptr; }
+
+private:
+    class Delegate;
+
+    void followCaret();
+    void present();
+    std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(_window); }
+
+    std::shared_ptr<BrowserEnvironment> _environment;
+    std::shared_ptr<ui::Environment> _previousEnvironment;
+    ui::Window _window;
+    std::shared_ptr<Delegate> _delegate;
+    std::shared_ptr<TesselViewController> _controller;
+    std::unique_ptr<EditorKeys> _keys;
+    // Where the page has been told that it is, window points.
+    gfx::Rect _caret;
+    // Keeps its number in use.
+    std::shared_ptr<const gfx::Raster> _exported;
+};
+
+}  // namespace kalim
