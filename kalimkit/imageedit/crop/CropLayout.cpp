@@ -12,8 +12,9 @@ constexpr double zoomRange = 5;
 constexpr double largestPixel = 4;
 constexpr double largestZoom = 15;
 
+// Something is left even of a picture that is very long and thin.
 double flooredInSinglePrecision(double length) {
-    return static_cast<double>(std::floor(static_cast<float>(length)));
+    return std::max(static_cast<double>(std::floor(static_cast<float>(length))), 1.0);
 }
 
 }  // namespace
@@ -55,19 +56,14 @@ CropRecentring recentredCropFrame(const gfx::Rect& frame, const gfx::Rect& conte
     return {{{content.midX() - size.width / 2, content.midY() - size.height / 2}, size}, factor};
 }
 
-gfx::Point recentredCropOffset(gfx::Point offset, const gfx::Rect& oldFrame,
-                               const CropRecentring& recentring) {
-    const gfx::Point corner = offset + oldFrame.origin;
-    return gfx::Point{corner.x * recentring.factor, corner.y * recentring.factor} -
-           recentring.frame.origin;
-}
-
-gfx::Rect cropCutRect(const gfx::Rect& bright, int rasterWidth, double frameWidth,
+// Each side by itself: the view's proportions are those of the raster only to a point.
+gfx::Rect cropCutRect(const gfx::Rect& bright, gfx::PixelSize raster, gfx::Size frame,
                       double zoomScale) {
-    if (!(frameWidth > 0)) return {};
-    const double pixels = rasterWidth / frameWidth * zoomScale;
-    return {bright.minX() * pixels, bright.minY() * pixels, bright.size.width * pixels,
-            bright.size.height * pixels};
+    if (frame.isEmpty()) return {};
+    const double across = raster.width / frame.width * zoomScale;
+    const double down = raster.height / frame.height * zoomScale;
+    return {bright.minX() * across, bright.minY() * down, bright.size.width * across,
+            bright.size.height * down};
 }
 
 std::int32_t nextCropOrientation(std::int32_t orientation) {

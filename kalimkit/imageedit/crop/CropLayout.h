@@ -14,7 +14,8 @@ namespace kalim {
 // the height, whole points. 0 for pictures wider than two to one or longer than the view.
 KALIM_API double cropNaturalTopLength(gfx::Size image, gfx::Size view);
 
-// The size at which a picture fits the content, whole points. Empty for an empty picture.
+// The size at which a picture fits the content, whole points, at least one each way. Empty for an
+// empty picture.
 KALIM_API gfx::Size cropFittedSize(gfx::Size image, gfx::Size content);
 
 // How far the picture may be moved from the edges of the view so that it covers the frame.
@@ -39,14 +40,9 @@ struct CropRecentring {
 };
 KALIM_API CropRecentring recentredCropFrame(const gfx::Rect& frame, const gfx::Rect& content);
 
-// The offset of a scroll view, after the frame has been recentred, at which the picture shows under
-// the new frame what it showed under the old one.
-KALIM_API gfx::Point recentredCropOffset(gfx::Point offset, const gfx::Rect& oldFrame,
-                                         const CropRecentring& recentring);
-
 // What is cut out of a picture's raster, pixels: `bright` in the unzoomed coordinates of the view
-// that shows the picture, whose frame is `frameWidth` wide at this zoom.
-KALIM_API gfx::Rect cropCutRect(const gfx::Rect& bright, int rasterWidth, double frameWidth,
+// that the picture fills, whose frame has that size at this zoom.
+KALIM_API gfx::Rect cropCutRect(const gfx::Rect& bright, gfx::PixelSize raster, gfx::Size frame,
                                 double zoomScale);
 
 // ---- quarter turns

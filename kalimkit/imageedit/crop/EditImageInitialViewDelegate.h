@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim {
+
+// Who opens the crop editor, gives it its picture and gets the result. It may let go of the editor
+// within any of these.
+class KALIM_API EditImageInitialViewDelegate {
+public:
+    using OriginalImageCallback =
+        std::function<void(const gfx::ImageRef& image, std::int32_t orientation)>;
+    using DisplayImageCallback = std::function<void(
+        const gfx::ImageRef& image, std::int32_t orientation, std::int32_t entrance)>;
+
+    virtual ~EditImageInitialViewDelegate() = default;
+
+    // The picture to crop; the callback may be called later, and null means that there is none.
+    virtual void getOriginalImage(const OriginalImageCallback& /*callback*/) {}
+    // A picture to show until the one above is there; may be null.
+    virtual void getDisplayImage(const DisplayImageCallback& /*callback*/) {}
+
+    // What was cut out: scale 1, upright. Sent before OnClickEditImageDoneBarButton.
+    virtual void onCropImageDone(const gfx::ImageRef& /*image*/) {}
+    virtual void OnClickEditImageDoneBarButton() {}
+    // The user left without applying.
+    virtual void OnClickEditImageBackBarButton() {}
+};
+
+}  // namespace kalim

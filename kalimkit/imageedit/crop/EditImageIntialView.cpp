@@ -1,0 +1,466 @@
+#include "kalimkit/imageedit/crop/EditImageIntialView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/imageedit/crop/CropDrag.h"
+#include "kalimkit/imageedit/image/MDrawImageUtil.h"
+#include "kalimkit/shell/config/TallPhone.h"
+#include "kalimkit/ui/loop/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// Around the content; below it the bar with the rotate button above it.
+constexpr double contentMargin = 20;
+constexpr double bottomBars = 60 + 63;
+constexpr double settleDelay = 0.4;
+constexpr double settleDuration = 0.3;
+constexpr double levelDuration = 0.3;
+constexpr double leaveDuration = 0.3;
+// What makes a zoom differ from the least one.
+constexpr double zoomTolerance = 0.01;
+// Points within which the frame is where it belongs.
+constexpr double restTolerance = 1e-6;
+constexpr std::int32_t levelWhenOver = 1;
+constexpr std::int32_t levelAtRest = 2;
+constexpr std::int32_t levelInDrags = 3;
+const gfx::Rect wholePicture{0, 0, 1, 1};
+
+bool isNear(const gfx::Rect& a, const gfx::Rect& b) {
+    return std::abs(a.minX() - b.minX()) < restTolerance &&
+           std::abs(a.minY() - b.minY()) < restTolerance &&
+           std::abs(a.maxX() - b.maxX()) < restTolerance &&
+           std::abs(a.maxY() - b.maxY()) < restTolerance;
+}
+
+}  // namespace
+
+// ---- making
+
+std::shared_ptr<EditImageIntialView> EditImageIntialView::initWithFrame(const gfx::Rect& frame) {
+    struct Constructible : EditImageIntialView {};
+    const std::shared_ptr<EditImageIntialView> view = std::make_shared<Constructible>();
+    view->init(frame);
+    return view;
+}
+
+void EditImageIntialView::init(const gfx::Rect& frame) {
+    View::init(frame);
+    setBackgroundColor(gfx::makeColor(0, 0, 0));
+    setMultipleTouchEnabled(true);
+    setClipsToBounds(true);
+    setAccessibilityRole(ui::AccessibilityRole::Group);
+    setAccessibilityLabel(ui::Environment::current().localizedString("裁剪"));
+    _laidOutSize = bounds().size;
+    _eIScrollView = EditImageScrollView::initWithFrame(bounds());
+    _eIScrollView->setDelegate(self());
+    _eIScrollView->setM_delegate(self());
+    addSubview(_eIScrollView);
+}
+
+ui::RunLoop& EditImageIntialView::runLoop() {
+    return ui::Environment::current().runLoop();
+}
+
+std::shared_ptr<EditImageIntialView> EditImageIntialView::self() {
+    return std::static_pointer_cast<EditImageIntialView>(shared_from_this());
+}
+
+void EditImageIntialView::after(double delay, void (EditImageIntialView::*step)()) {
+    const std::weak_ptr<EditImageIntialView> weakSelf = self();
+    runLoop().after(delay, [weakSelf, step] {
+        if (const auto view = weakSelf.lock()) ((*view).*step)();
+    });
+}
+
+void EditImageIntialView::animate(double duration, const std::function<void()>& changes,
+                                  void (EditImageIntialView::*end)()) {
+    if (!_isAnimateEnable) {
+        changes();
+        if (end) (this->*end)();
+        return;
+    }
+    const std::weak_ptr<EditImageIntialView> weakSelf = self();
+    ui::AnimationOptions options;
+    options.duration = duration;
+    options.allowsUserInteraction = true;
+    View::animate(options, changes, [weakSelf, end](bool) {
+        const auto view = weakSelf.lock();
+        if (view && end) ((*view).*end)();
+    });
+}
+
+// ---- layout
+
+bool EditImageIntialView::isiPhoneX() {
+    return isTallPhone(ui::Environment::current().screen());
+}
+
+// Whole points, so that what fits it touches its sides.
+gfx::Rect EditImageIntialView::contentFrame() const {
+    const gfx::Size size = bounds().size;
+    const double top = safeAreaTop() + contentMargin;
+    const double bottom = safeAreaBottom() + bottomBars + contentMargin;
+    return {contentMargin, top, std::max(std::floor(size.width - 2 * contentMargin), leastCropSide),
+            std::max(std::floor(size.height - top - bottom), leastCropSide)};
+}
+
+// Moved down by the natural top length: with that the content inset is as it has to be, see
+// cropContentInset().
+gfx::Rect EditImageIntialView::scrollFrame() const {
+    const auto [width, height] = bounds().size;
+    return {0, _naturalTopLength + safeAreaTop(), width, height - 2 * safeAreaTop()};
+}
+
+CropPlacement EditImageIntialView::startPlacement() const {
+    const gfx::PixelSize pixels = _originalImage->pixelSize();
+    return CropPlacement::settled(
+        {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, wholePicture,
+        contentFrame());
+}
+
+gfx::Rect EditImageIntialView::cropShare() const {
+    const gfx::Rect image = _eIScrollView->imageFrame();
+    if (image.isEmpty()) return wholePicture;
+    return coveredCropShare({(_cropFrame.minX() - image.minX()) / image.size.width,
+                             (_cropFrame.minY() - image.minY()) / image.size.height,
+                             _cropFrame.size.width / image.size.width,
+                             _cropFrame.size.height / image.size.height});
+}
+
+void EditImageIntialView::place(const CropPlacement& placement) {
+    _eIScrollView->placeImage(placement.imageSize, placement.zoomScale, placement.image.origin);
+    setCropFrame(placement.frame);
+}
+
+void EditImageIntialView::layoutSubviews() {
+    layoutContent();
+}
+
+// A turn under way comes to its end first.
+void EditImageIntialView::layoutContent() {
+    if (bounds().size == _laidOutSize || _isRotating) return;
+    _laidOutSize = bounds().size;
+    if (_cropToolBar) layoutToolBar();
+    if (!_isCropping) return;
+    const gfx::Rect share = cropShare();
+    const gfx::Size image = _eIScrollView->imageFrame().size;
+    _naturalTopLength = cropNaturalTopLength(startPlacement().imageSize, bounds().size);
+    _eIScrollView->setFrame(scrollFrame());
+    _cropOriginalFrame = startPlacement().frame;
+    const CropPlacement placement = CropPlacement::settled(image, share, contentFrame());
+    _oldStartImageFrameSize = placement.imageSize;
+    place(placement);
+}
+
+// ---- the frame
+
+CropEdge EditImageIntialView::cropEdgeForPoint(gfx::Point p) const {
+    return kalim::cropEdgeForPoint(p, _cropFrame);
+}
+
+void EditImageIntialView::updateCropLinesWithPoint(gfx::Point p) {
+    const CropDrag drag{_cropEdge, _cropTouchPoint, _cropTouchFrame, contentFrame(),
+                        _isAspectRatioLocked};
+    setCropFrame(drag.frameAt(p, _cropFrame));
+}
+
+void EditImageIntialView::setCropFrame(const gfx::Rect& frame) {
+    _cropFrame = frame;
+    if (_cropGridView) {
+        _cropGridView->setFrame(frame);
+        _cropGridView->layoutIfNeeded();
+    }
+    _eIScrollView->setContentInset(
+        cropContentInset(frame, bounds().size, _naturalTopLength, safeAreaTop()));
+    setScrollViewMaxMinZoomScale();
+    const gfx::Point offset = _eIScrollView->contentOffset();
+    const gfx::Point covering = _eIScrollView->coveringOffset(offset);
+    if (covering != offset) _eIScrollView->setContentOffset(covering);
+    if (!_isAnimating) matchOverlayViewToCropGridView();
+    checkForCanRevert();
+}
+
+// A zoom above the largest one stays: the frame has taken it there.
+void EditImageIntialView::setScrollViewMaxMinZoomScale() {
+    const CropZoomLimits limits = _eIScrollView->zoomLimitsFor(_cropFrame.size);
+    const double zoom = _eIScrollView->zoomScale();
+    _eIScrollView->setMinimumZoomScale(limits.minimum);
+    _eIScrollView->setMaximumZoomScale(std::max(limits.maximum, zoom));
+    if (zoom >= limits.minimum) return;
+    // About the middle of the frame.
+    const gfx::Point middle = _cropFrame.center() - _eIScrollView->frame().origin;
+    const gfx::Point place = _eIScrollView->contentOffset() + middle;
+    _eIScrollView->setZoomScale(limits.minimum);
+    _eIScrollView->setContentOffset(place * (limits.minimum / zoom) - middle);
+}
+
+void EditImageIntialView::matchOverlayViewToCropGridView() {
+    const auto overlay = overlayView();
+    if (!_cropToolBar || !_cropGridView || !overlay) return;
+    overlay->setBrightFrame(_cropGridView->convertRectTo(_cropGridView->bounds(), overlay.get()));
+}
+
+// ---- drags
+
+bool EditImageIntialView::shouldReceiveTouch(const ui::GestureRecognizer& recognizer,
+                                             const ui::Touch& touch) {
+    if (&recognizer != _gridPanGes.get()) return true;
+    if (_gridPanGes->state() == ui::GestureState::Changed) return false;
+    const gfx::Point p = touch.locationIn(this);
+    const bool isOnBar =
+        _cropToolBar && touch.view() && touch.view()->isDescendantOf(*_cropToolBar);
+    if (isOnBar || !isOnCropBorder(p, _cropFrame)) return false;
+    _landingPoint = p;
+    return true;
+}
+
+void EditImageIntialView::gridPanGestureRecognized(ui::PanGestureRecognizer& pan) {
+    const auto alive = self();
+    const gfx::Point p = pan.locationIn(this);
+    const bool isOver =
+        pan.state() == ui::GestureState::Ended || pan.state() == ui::GestureState::Cancelled;
+    if (pan.state() == ui::GestureState::Began) {
+        _eIScrollView->stopMoving();
+        croppingView();
+        _cropTouchPoint = p;
+        _cropTouchFrame = _cropFrame;
+        _cropEdge = cropEdgeForPoint(p);
+        // A quick finger has left the edge before the drag begins.
+        if (_cropEdge == CropEdge::None) _cropEdge = cropEdgeForPoint(_landingPoint);
+    }
+    _eIScrollView->setAdmitsGestures(isOver);
+    if (isOver) finishCroppingView();
+    updateCropLinesWithPoint(p);
+}
+
+void EditImageIntialView::croppingView() {
+    if (!_isRotating) {
+        _isAnimating = false;
+        matchOverlayViewToCropGridView();
+        animate(levelDuration, [this] {
+            if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelInDrags);
+        });
+        if (!_isInit) _cropToolBar->hideRotateBtnWithAnimation(true, true);
+    }
+    resetTimer();
+}
+
+void EditImageIntialView::startTimer() {
+    startTimer(settleDelay);
+}
+
+void EditImageIntialView::startTimer(double interval) {
+    if (_timer.isRunning()) return;
+    _timer.start(interval, true, [this] { triggerTimer(); });
+}
+
+void EditImageIntialView::triggerTimer() {
+    const auto alive = self();
+    moveContentToCenter();
+    _cropToolBar->hideRotateBtnWithAnimation(false, true);
+    resetTimer();
+}
+
+void EditImageIntialView::moveContentToCenter() {
+    const auto alive = self();
+    if (!_isCropping) return;
+    _eIScrollView->stopMoving();
+    const CropPlacement placement = CropPlacement::settled(
+        _eIScrollView->imageView()->bounds().size, cropShare(), contentFrame());
+    const bool isThere =
+        isNear(placement.frame, _cropFrame) && isNear(placement.image, _eIScrollView->imageFrame());
+    _isAnimating = !isThere;
+    animate(
+        settleDuration,
+        [&] {
+            if (!isThere) place(placement);
+            if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
+        },
+        &EditImageIntialView::didMoveContentToCenter);
+}
+
+void EditImageIntialView::didMoveContentToCenter() {
+    _isAnimating = false;
+    matchOverlayViewToCropGridView();
+    checkForCanRevert();
+}
+
+// ---- the picture moves under the frame
+
+std::shared_ptr<ui::View> EditImageIntialView::viewForZoomingInScrollView(ui::ScrollView&) {
+    return _eIScrollView ? _eIScrollView->imageView() : nullptr;
+}
+
+void EditImageIntialView::contentDidMove() {
+    if (!_isCropping || _isAnimating || _isRotating) return;
+    matchOverlayViewToCropGridView();
+    checkForCanRevert();
+}
+
+void EditImageIntialView::scrollViewDidScroll(ui::ScrollView& /*view*/) {
+    contentDidMove();
+}
+
+void EditImageIntialView::scrollViewDidZoom(ui::ScrollView& /*view*/) {
+    contentDidMove();
+}
+
+void EditImageIntialView::scrollViewWillBeginDragging(ui::ScrollView& /*view*/) {
+    if (_isCropping) croppingView();
+}
+
+void EditImageIntialView::scrollViewWillBeginZooming(ui::ScrollView& /*view*/) {
+    if (_isCropping) croppingView();
+}
+
+void EditImageIntialView::scrollViewDidEndDragging(ui::ScrollView& /*view*/,
+                                                   bool /*willDecelerate*/) {
+    finishMovingContent();
+}
+
+void EditImageIntialView::scrollViewDidEndDecelerating(ui::ScrollView& /*view*/) {
+    finishMovingContent();
+}
+
+void EditImageIntialView::scrollViewDidEndZooming(ui::ScrollView& /*view*/, double /*scale*/) {
+    finishMovingContent();
+}
+
+// Fingers may be left, or the content may go on by itself.
+void EditImageIntialView::finishMovingContent() {
+    const EditImageScrollView& content = *_eIScrollView;
+    const bool isMoving = content.isDragging() || content.isZooming() || content.isDecelerating() ||
+                          content.isZoomBouncing();
+    if (_isCropping && !_isCropOver && !isMoving) finishCroppingView();
+}
+
+void EditImageIntialView::setGesturesEnabled(bool enabled) {
+    if (_gridPanGes) _gridPanGes->setEnabled(enabled);
+    panGestureRecognizer()->setEnabled(enabled);
+    pinchGestureRecognizer()->setEnabled(enabled);
+}
+
+// ---- reverting
+
+bool EditImageIntialView::isCropped() const {
+    const double beyondLeast = _eIScrollView->zoomScale() - _eIScrollView->minimumZoomScale();
+    if (beyondLeast > zoomTolerance) return true;
+    if (!QVSizeApproximateEqual(_cropFrame.size, _cropOriginalFrame.size)) return true;
+    return _isAspectRatioLocked &&
+           !QVPointApproximateEqual(_eIScrollView->contentOffset(), _originalScrollViewOffset);
+}
+
+void EditImageIntialView::checkForCanRevert() {
+    if (_cropToolBar) _cropToolBar->canRevertEnable(isRotated() || isCropped());
+}
+
+void EditImageIntialView::onCropToolBarRevertBtnClicked() {
+    if (!_isRotationIconLocked) revertLayoutContentImage();
+}
+
+void EditImageIntialView::revertLayoutContentImage() {
+    const auto alive = self();
+    if (!_isCropping || _isRotating) return;
+    _eIScrollView->stopMoving();
+    resetTimer();
+    const std::int32_t turns =
+        cropQuarterTurns(_currentRotationOrientation, _startRotationOrientation);
+    if (turns != 0) return turnTo(turns, wholePicture, _isAnimateEnable, {});
+    _isAnimating = true;
+    animate(
+        settleDuration, [this] { restoreLayoutContentImage(); },
+        &EditImageIntialView::didMoveContentToCenter);
+    _cropToolBar->hideRotateBtnWithAnimation(false, true);
+}
+
+// ---- leaving
+
+void EditImageIntialView::onCropToolBarDoneBtnClicked() {
+    if (_isRotationIconLocked || _isCropOver) return;
+    const auto alive = self();
+    commitRotateChanges();
+    moveContentToCenter();
+    resetTimer();
+    matchOverlayViewToCropGridView();
+    if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelWhenOver);
+    _isCropOver = true;
+    clearOperation();
+    saveProperties();
+    animate(leaveDuration, [this] { _eIScrollView->cropImage(_eIScrollView->lastCropFrame()); });
+    const gfx::ImageRef image = cutImage();
+    // Nothing to apply, where no memory is left for it.
+    if (!image) return goBackToEditView();
+    if (const auto delegate = _delegate.lock()) delegate->onCropImageDone(image);
+    onCropDone();
+}
+
+gfx::ImageRef EditImageIntialView::cutImage() const {
+    const auto& picture = _eIScrollView->imageView();
+    const gfx::ImageRef& image = picture->image();
+    return MDrawImageUtil::imageFromImageInRect(
+        image, cropCutRect(_eIScrollView->lastCropFrame(), image->pixelSize(),
+                           picture->frame().size, _eIScrollView->zoomScale()));
+}
+
+void EditImageIntialView::saveProperties() {
+    _eIScrollView->setLastGridFrame(_cropFrame);
+    _eIScrollView->setLastScale(_eIScrollView->zoomScale());
+    _eIScrollView->setLastOffset(_eIScrollView->contentOffset());
+    if (const auto overlay = overlayView()) {
+        _eIScrollView->setLastCropFrame(overlay->brightFrame());
+    }
+}
+
+void EditImageIntialView::clearOperation() {
+    setGesturesEnabled(false);
+    _cropEdge = CropEdge::None;
+    _isToolBarOccupy = false;
+}
+
+void EditImageIntialView::onCropToolBarCancelBtnClicked() {
+    if (!_isRotationIconLocked) cancelCropToolBar();
+}
+
+void EditImageIntialView::cancelCropToolBar() {
+    const auto alive = self();
+    if (!_isCropping || _isCropOver) return;
+    _eIScrollView->stopMoving();
+    revertRotateChanges();
+    restoreLayoutContentImage();
+    moveContentToCenter();
+    resetTimer();
+    if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelWhenOver);
+    _isCropOver = true;
+    clearOperation();
+    goBackToEditView();
+}
+
+void EditImageIntialView::OnClickEditImageBackBarButton() {
+    const auto alive = self();
+    resetTimer();
+    _isCropOver = true;
+    revertAllRotationChangesInEditPhase();
+    _eIScrollView->onClickCancelBtn();
+    if (const auto delegate = _delegate.lock()) delegate->OnClickEditImageBackBarButton();
+    setEditImageToolBarHiddenWithAnimationInBeganOrEndPhase(true);
+    _eIScrollView->removeFromSuperview();
+    after(leaveDuration, &EditImageIntialView::endEditImageView);
+}
+
+void EditImageIntialView::OnClickEditImageDoneBarButton() {
+    if (!_originalImage) return;
+    if (const auto delegate = _delegate.lock()) delegate->OnClickEditImageDoneBarButton();
+}
+
+void EditImageIntialView::endEditImageView() {
+    _isCropping = false;
+    _originalImage = nullptr;
+    _eIScrollView->imageView()->setImage(nullptr);
+}
+
+}  // namespace kalim

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/imageedit/crop/EditImageCropOverlayView.h"
+#include "kalimkit/imageedit/crop/EditImageOperationDelegate.h"
+#include "kalimkit/ui/control/ImageView.h"
+
+namespace kalim {
+
+// The picture under edit, which fills the view, and over it the overlay that dims what is outside
+// of the crop frame.
+class KALIM_API EditImageView : public ui::ImageView {
+public:
+    static std::shared_ptr<EditImageView> initWithFrame(const gfx::Rect& frame);
+
+    // The number of the tool that fingers use; -1 for none.
+    std::int32_t imageTool() const { return _imageTool; }
+    void useImageTool(std::int32_t tool) { _imageTool = tool; }
+    // Puts the tool down and shows the whole picture without any dimming.
+    void onClickCancelBtn();
+    // The tool has begun to draw on the picture, or is done with it.
+    void editImageViewDidStartDraw();
+    void editImageViewdidEndDraw();
+
+    // As large as the view.
+    const std::shared_ptr<EditImageCropOverlayView>& overlayView() const { return _overlayView; }
+
+    // ---- delegate
+    void setDelegate(std::weak_ptr<EditImageOperationDelegate> delegate) {
+        _delegate = std::move(delegate);
+    }
+
+protected:
+    EditImageView() = default;
+    void init(const gfx::Rect& frame) override;
+    void layoutSubviews() override;
+
+private:
+    std::int32_t _imageTool = -1;
+    std::shared_ptr<EditImageCropOverlayView> _overlayView;
+    std::weak_ptr<EditImageOperationDelegate> _delegate;
+};
+
+}  // namespace kalim
