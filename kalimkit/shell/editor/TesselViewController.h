@@ -12,6 +12,8 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/imageedit/crop/EditImageInitialViewDelegate.h"
+#include "kalimkit/imageedit/crop/EditImageIntialView.h"
 #include "kalimkit/shell/bar/TesselTopTool.h"
 #include "kalimkit/shell/bar/TesselTopToolDelegate.h"
 #include "kalimkit/shell/config/TesselConfig.h"
@@ -48,6 +50,7 @@ class KALIM_API TesselViewController : public ui::ViewController,
                                        public TesselPenViewDelegate,
                                        public QNTMaskViewDelegate,
                                        public KLMActionsheetViewDelegate,
+                                       public EditImageInitialViewDelegate,
                                        public ui::GestureDelegate {
 public:
     // ---- making. With needInitAnimate the canvas stays hidden behind a picture at fromRect (of
@@ -81,7 +84,7 @@ public:
     // Tells the user when an image has no bitmap.
     void checkAndTipImageVaild(const gfx::ImageRef& image);
     // Confirming hands over the picture at its own scale, pixel for pixel, instead of at the
-    // screen's. Off at first.
+    // screen's, and so does cropping to the canvas. Off at first.
     bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
     void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
 
@@ -140,6 +143,15 @@ public:
     void clickConfigEdit();
     void clickDelete();
 
+    // ---- from the crop editor, which gets and returns the content with all that is drawn on it
+    void getOriginalImage(const OriginalImageCallback& callback) override;
+    // There is none, so the callback gets null.
+    void getDisplayImage(const DisplayImageCallback& callback) override;
+    // The canvas takes the picture, and the crop editor goes.
+    void onCropImageDone(const gfx::ImageRef& image) override;
+    void OnClickEditImageDoneBarButton() override;
+    void OnClickEditImageBackBarButton() override;
+
     // ---- what it was made with
     const gfx::ImageRef& snipImage() const { return _snipImage; }
     bool needInitAnimate() const { return _needInitAnimate; }
@@ -166,6 +178,10 @@ public:
     }
     // The question before closing while it is asked; null for none.
     const std::shared_ptr<KLMActionsheetView>& actionSheet() const { return _actionSheet; }
+    // The crop editor while it is open; null for none.
+    const std::shared_ptr<EditImageIntialView>& editImageInitialView() const {
+        return _editImageInitialView;
+    }
 
     // ---- the pickers' dots, in the order in which they are shown
     using Dots = std::vector<std::shared_ptr<TesselDot>>;
@@ -195,6 +211,7 @@ public:
     bool isConfigViewOut() const { return _isConfigViewOut; }
     bool isConfigViewWillOut() const { return _isConfigViewWillOut; }
     bool shouldBlinkPenview() const { return _shouldBlinkPenview; }
+    // Once a crop has changed how many pixels the content has.
     bool isImageCroped() const { return _isImageCroped; }
     // Between the dots of an open picker, and how far a folded one is moved inwards.
     double padding() const { return _padding; }
@@ -232,13 +249,17 @@ private:
     // ---- tools (TesselViewControllerTools.cpp)
     void initDraw();
     void blinkPenview();
-    void initEditCutView();
     void chooseColor(const gfx::ColorRef& color);
     void chooseSize(unsigned size);
     void choosePen(unsigned pen);
     void chooseShape(unsigned shape);
     void resetPopSelectIndexWithColorSizePen(const gfx::ColorRef& color, unsigned size,
                                              unsigned pen);
+
+    // ---- cropping (TesselViewControllerCrop.cpp)
+    void initEditCutView();
+    void dropEditCutView();
+    gfx::ImageRef exportedImage();
 
     // ---- panel (TesselViewControllerPanel.cpp)
     void initData();
@@ -301,6 +322,7 @@ private:
     std::shared_ptr<ui::Button> _configViewDelete;
     std::shared_ptr<ui::ImageView> _viewAnimateImageView;
     std::shared_ptr<KLMActionsheetView> _actionSheet;
+    std::shared_ptr<EditImageIntialView> _editImageInitialView;
     Dots _colorViews;
     Dots _sizeViews;
     Dots _penViews;

@@ -61,8 +61,7 @@ void TesselViewController::clickToolClose() {
 
 void TesselViewController::clickToolConfirm() {
     const auto alive = self();
-    const gfx::ImageRef image =
-        _exportsAtPictureScale ? _drawView->exportImageAtPictureScale() : _drawView->exportImage();
+    const gfx::ImageRef image = exportedImage();
     // Exporting ends what is being typed, and whoever hears of that may have let go.
     if (const auto delegate = _delegate.lock()) {
         delegate->didDrawViewControllerFinishHandleImage(*this, image);
@@ -168,9 +167,6 @@ void TesselViewController::chooseShape(unsigned shape) {
             return;
     }
 }
-
-// The crop dot stands in its place and does nothing yet.
-void TesselViewController::initEditCutView() {}
 
 // ---- set-up
 
