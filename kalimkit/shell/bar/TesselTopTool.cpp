@@ -1,5 +1,7 @@
 #include "kalimkit/shell/bar/TesselTopTool.h"
 
+#include <algorithm>
+
 #include "kalimkit/shell/config/FrameworkImages.h"
 #include "kalimkit/shell/config/HexColor.h"
 #include "kalimkit/shell/config/TallPhone.h"
@@ -14,6 +16,7 @@ constexpr double moreSide = 44;
 constexpr double moreGap = 10;
 constexpr double stepSide = 38;
 constexpr double stepGap = 10;
+constexpr double titleGap = 8;
 // Below the middle of the bar, clear of the status area of a tall phone.
 constexpr double tallPhoneShift = 12;
 
@@ -98,26 +101,26 @@ void TesselTopTool::layoutSubviews() {
         view.setFrame({left, line - size.height / 2, size.width, size.height});
     };
     const double right = bounds().maxX() - sideMargin;
-    const gfx::Size confirmSize = _confirmButton->intrinsicContentSize();
-    const gfx::Size doneSize = _doneButton->intrinsicContentSize();
-    placeAt(*_closeButton, bounds().minX() + sideMargin, _closeButton->intrinsicContentSize());
+    const double steps = 2 * stepSide + stepGap;
+    // A long title ends before undo and redo do begin.
+    const double room = std::max(0.0, (bounds().size.width - steps) / 2 - sideMargin - titleGap);
+    const auto sizeOf = [room](const ui::Button& button) {
+        const gfx::Size size = button.intrinsicContentSize();
+        return gfx::Size{std::min(size.width, room), size.height};
+    };
+    const gfx::Size confirmSize = sizeOf(*_confirmButton);
+    const gfx::Size doneSize = sizeOf(*_doneButton);
+    placeAt(*_closeButton, bounds().minX() + sideMargin, sizeOf(*_closeButton));
     placeAt(*_confirmButton, right - confirmSize.width, confirmSize);
     placeAt(*_doneButton, right - doneSize.width, doneSize);
     placeAt(*_moreButton, _confirmButton->frame().minX() - moreGap - moreSide,
             {moreSide, moreSide});
-    const double steps = 2 * stepSide + stepGap;
     placeAt(*_wrapView, bounds().midX() - steps / 2, {steps, stepSide});
     _undoButton->setFrame({0, 0, stepSide, stepSide});
     _redoButton->setFrame({stepSide + stepGap, 0, stepSide, stepSide});
 }
 
 // ---- state
-
-void TesselTopTool::setCloseTitleConfirmTitle(std::string closeTitle, std::string confirmTitle) {
-    _closeButton->setTitle(std::move(closeTitle));
-    _confirmButton->setTitle(std::move(confirmTitle));
-    setNeedsLayout();
-}
 
 void TesselTopTool::setUndoEnableRedoEnable(bool undo, bool redo) {
     _undoButton->setEnabled(undo);

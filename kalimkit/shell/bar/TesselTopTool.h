@@ -19,8 +19,6 @@ class KALIM_API TesselTopTool : public ui::View {
 public:
     static std::shared_ptr<TesselTopTool> init();
 
-    // What the close and the send button say; they become as wide as that.
-    void setCloseTitleConfirmTitle(std::string closeTitle, std::string confirmTitle);
     void setUndoEnableRedoEnable(bool undo, bool redo);
     // True shows the done button, and none of the others.
     void setEditMode(bool isEditing);

@@ -106,7 +106,16 @@ bool EditorKeys::pressInDialog(std::string_view key, bool isRepeated) {
     }
     const auto sheet = _editor.lock()->actionSheet();
     if (sheet && refuses) sheet->animateOff();
-    return sheet != nullptr;
+    return sheet || pressInCrop(key, isRepeated);
+}
+
+// Its buttons answer only once it has opened, and so do the keys.
+bool EditorKeys::pressInCrop(std::string_view key, bool isRepeated) {
+    const auto crop = _editor.lock()->editImageInitialView();
+    if (!crop || !crop->cropToolBar() || isRepeated) return crop != nullptr;
+    if (key == "escape") crop->onCropToolBarCancelBtnClicked();
+    if (key == "enter" || key == "ctrl+s") crop->onCropToolBarDoneBtnClicked();
+    return true;
 }
 
 bool EditorKeys::pressInText(std::string_view key) {
@@ -148,7 +157,7 @@ bool EditorKeys::escape() {
         editor->clickToolDone();
     } else if (editor->drawView()->hasSelectedTools()) {
         editor->drawView()->selectNone();
-    } else if (editor->showPanel()) {
+    } else if (editor->showPanel() || editor->isAnimation()) {
         editor->clickAtConfirm();
     } else {
         askToClose();
@@ -271,7 +280,7 @@ bool EditorKeys::isCanvasFree() const {
     const auto editor = _editor.lock();
     if (!editor || !editor->drawView() || !editor->window()) return false;
     return editor->window()->activeTouches().empty() && !editor->actionSheet() &&
-           !ui::AlertView::topmostIn(*editor->window());
+           !editor->editImageInitialView() && !ui::AlertView::topmostIn(*editor->window());
 }
 
 gfx::Point EditorKeys::inCanvas(gfx::Point place) const {

@@ -72,6 +72,7 @@ private:
     ui::Window* window() const;
     bool pressInText(std::string_view key);
     bool pressInDialog(std::string_view key, bool isRepeated);
+    bool pressInCrop(std::string_view key, bool isRepeated);
 
     // ---- commands; whether there was something to do
     bool undo();

@@ -206,6 +206,8 @@ public:
     bool showPanel() const { return _showPanel; }
     // The panel opens or closes.
     bool isAnimation() const { return _isAnimation; }
+    // It is open or opens.
+    bool isPanelUp() const { return !_isPanelClosing && (_showPanel || _isAnimation); }
     bool elementSelected() const { return _elementSelected; }
     bool lockConfigView() const { return _lockConfigView; }
     bool isConfigViewOut() const { return _isConfigViewOut; }
@@ -281,13 +283,12 @@ private:
     // ---- edit and delete buttons (TesselViewControllerSelection.cpp)
     void animateEditShape();
     void moveConfigViews(bool isOut);
-    bool areConfigViewsGoingOut() const;
 
     // ---- transitions (TesselViewControllerTransitions.cpp)
     void makeTransitionView(const gfx::ImageRef& image);
     void dropTransitionView();
     void placeTransitionView(const gfx::Rect& rect, double scale);
-    void placeTransitionViewOnCanvas();
+    void placeTransitionViewOnCanvas(const gfx::Rect& rect);
     void insertTransitionView();
     void didAnimateIn();
     void didAnimateOut();
@@ -342,6 +343,8 @@ private:
     bool _lockConfigView = false;
     bool _isConfigViewOut = false;
     bool _isConfigViewWillOut = false;
+    // The panel is open, or about to be, in the buttons' place.
+    bool _isEditingSelection = false;
     // The state that the buttons are on their way to; nothing while they rest.
     std::optional<bool> _configViewTarget;
     bool _shouldBlinkPenview = false;

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <string>
 
 #include "kalimkit/shell/config/FrameworkImages.h"
@@ -19,6 +21,7 @@ constexpr double slideDuration = 0.15;
 constexpr double slideDelay = 0.05;
 constexpr double settleDuration = 0.1;
 constexpr double fadeDuration = 0.2;
+constexpr double popDuration = 0.15;
 
 }  // namespace
 
@@ -96,15 +99,11 @@ void TesselViewController::clickAtPop(TesselPopView& picker) {
 
 bool TesselViewController::shouldReceiveTouch(const ui::GestureRecognizer& /*recognizer*/,
                                               const ui::Touch& touch) {
-    // A dot's own parts count as the dot.
-    const std::shared_ptr<ui::View> touched = touch.view();
-    for (const ui::View* view = touched.get(); view && view != _panelView.get();
-         view = view->superview()) {
-        if (dynamic_cast<const TesselPopView*>(view) || dynamic_cast<const TesselDot*>(view)) {
-            return false;
-        }
-    }
-    return true;
+    // A picker that is disabled takes no touches, but the place is its own all the same.
+    return std::ranges::none_of(
+        std::array{_colorPopView, _sizePopView, _penPopView}, [&](const auto& picker) {
+            return picker && picker->bounds().contains(touch.locationIn(picker.get()));
+        });
 }
 
 // ---- opening and closing
@@ -118,7 +117,7 @@ void TesselViewController::clickAtMaskView() {
 }
 
 void TesselViewController::didDrawStarted() {
-    if (_showPanel) hidePop();
+    if (isPanelUp()) hidePop();
 }
 
 void TesselViewController::setPenpopEnable() {
@@ -152,7 +151,7 @@ void TesselViewController::showPop() {
         layout();
     });
     ui::View::animate(
-        {.duration = slideDuration, .delay = slideDelay},
+        {.duration = slideDuration, .delay = slideDelay, .allowsUserInteraction = true},
         [this] {
             _confirmButton->setAlpha(1);
             _confirmButton->ApperaWithDuration(0.5);
@@ -191,12 +190,13 @@ void TesselViewController::hidePop() {
     _penView->setHidden(false);
     _confirmButton->DisApperaWithDuration(slideDuration);
 
-    ui::View::animate({.duration = slideDuration, .delay = slideDelay}, [this] {
-        _panelShift = panelSlide;
-        layout();
-    });
     ui::View::animate(
-        {.duration = slideDuration},
+        {.duration = slideDuration, .delay = slideDelay, .allowsUserInteraction = true}, [this] {
+            _panelShift = panelSlide;
+            layout();
+        });
+    ui::View::animate(
+        {.duration = slideDuration, .allowsUserInteraction = true},
         [this] {
             _maskView->setAlpha(0);
             _panelView->setAlpha(0);
@@ -210,12 +210,13 @@ void TesselViewController::hidePop() {
 void TesselViewController::panelDidClose() {
     setPenpopEnable();
     _showPanel = false;
-    _isPanelClosing = false;
+    _isPanelClosing = _isEditingSelection = false;
     _panelView->setHidden(true);
     _panelView->setTransform({});
     _maskView->setHidden(true);
     _isAnimation = false;
     resetOffset();
+    animateEditShape();
 }
 
 // ---- pen button
@@ -227,7 +228,7 @@ void TesselViewController::showPenview() {
     });
     const std::weak_ptr<TesselViewController> weakSelf = self();
     ui::View::animate(
-        {.duration = 0.15},
+        {.duration = popDuration, .allowsUserInteraction = true},
         [this] {
             _penView->setAlpha(1);
             _penView->setTransform(gfx::AffineTransform::scaling(1.1, 1.1));
@@ -235,13 +236,15 @@ void TesselViewController::showPenview() {
         [weakSelf](bool) {
             const auto controller = weakSelf.lock();
             if (!controller) return;
-            ui::View::animate({.duration = 0.1},
+            ui::View::animate({.duration = settleDuration, .allowsUserInteraction = true},
                               [&controller] { controller->_penView->setTransform({}); });
         });
 }
 
 void TesselViewController::fadeTool(double alpha) {
     const bool isOut = _configViewTarget.value_or(_isConfigViewOut);
+    // They are covered by the panel, and come back with the end of that if at all.
+    if (isOut && _isEditingSelection) return;
     ui::View::animate({.duration = fadeDuration}, [this, alpha, isOut] {
         if (!isOut) return _penView->setAlpha(alpha);
         _configViewEdit->setAlpha(alpha);

@@ -28,7 +28,8 @@ void TesselViewController::didPickImage(const gfx::ImageRef& image) {
     _drawView->setSnipImage(image);
     if (!_snipImage) _snipImage = image;
     checkAndTipImageVaild(image);
-    blinkPenview();
+    // Where the edit buttons are out, the pen button comes back with their going.
+    if (!_isConfigViewOut) blinkPenview();
 }
 
 void TesselViewController::didCancelPicking() {

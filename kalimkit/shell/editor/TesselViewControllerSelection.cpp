@@ -5,6 +5,7 @@ namespace kalim {
 
 void TesselViewController::seletedToolsStateChanged(bool hasSelection) {
     _isConfigViewWillOut = _elementSelected = hasSelection;
+    if (isPanelUp()) setPenpopEnable();
     if (_lockConfigView) return;
     _lockConfigView = true;
     // A burst of changes makes for one animation.
@@ -17,6 +18,8 @@ void TesselViewController::seletedToolsStateChanged(bool hasSelection) {
 void TesselViewController::animateEditShape() {
     // While the buttons move, the end of that looks at what is wanted by then.
     if (!_configViewEdit || _configViewTarget || _isConfigViewOut == _isConfigViewWillOut) return;
+    // An open panel is in their place.
+    if (_isConfigViewWillOut && (_showPanel || _isAnimation)) return;
     moveConfigViews(_isConfigViewWillOut);
 }
 
@@ -53,6 +56,7 @@ void TesselViewController::moveConfigViews(bool isOut) {
 
 void TesselViewController::clickConfigEdit() {
     const auto alive = self();
+    _isEditingSelection = true;
     _penView->setHidden(true);
     const std::weak_ptr<TesselViewController> weakSelf = self();
     ui::View::animate(

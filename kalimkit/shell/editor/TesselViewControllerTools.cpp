@@ -69,10 +69,12 @@ void TesselViewController::clickToolConfirm() {
 }
 
 void TesselViewController::clickToolUndo() {
+    const auto alive = self();
     _drawView->undo();
 }
 
 void TesselViewController::clickToolRedo() {
+    const auto alive = self();
     _drawView->redo();
 }
 

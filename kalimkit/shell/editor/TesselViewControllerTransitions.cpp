@@ -35,11 +35,13 @@ void TesselViewController::placeTransitionView(const gfx::Rect& rect, double sca
     _viewAnimateImageView->setTransform(gfx::AffineTransform::scaling(scale, scale));
 }
 
-void TesselViewController::placeTransitionViewOnCanvas() {
-    const gfx::AffineTransform& shown = _drawView->mViewTransform();
-    const gfx::Rect& picture = _drawView->bgImgRect();
-    const gfx::Point move = shown.apply(picture.center()) - picture.center();
-    placeTransitionView(picture.offset(move), shown.largestStretch());
+// Where the canvas shows a rectangle of its own, with the scale of the canvas.
+void TesselViewController::placeTransitionViewOnCanvas(const gfx::Rect& rect) {
+    const gfx::Rect shown = _drawView->mViewTransform().apply(rect);
+    const double scale = _drawView->getScale();
+    const gfx::Size size = shown.size * (1 / scale);
+    placeTransitionView({shown.center() - gfx::Point{size.width / 2, size.height / 2}, size},
+                        scale);
 }
 
 void TesselViewController::insertTransitionView() {
@@ -63,7 +65,7 @@ void TesselViewController::startAnimateIn(const std::function<void()>& alongside
         [this, &alongside] {
             if (alongside) alongside();
             _toolView->setAlpha(1);
-            placeTransitionViewOnCanvas();
+            placeTransitionViewOnCanvas(_drawView->bgImgRect());
         },
         &TesselViewController::didAnimateIn);
     _penView->setAlpha(0);
@@ -84,7 +86,8 @@ void TesselViewController::startAnimateOut(const gfx::Rect& target) {
     view()->layoutIfNeeded();
     _needInitAnimate = true;
     makeTransitionView(_drawView->exportImage());
-    placeTransitionViewOnCanvas();
+    // The picture, and what was drawn beyond it.
+    placeTransitionViewOnCanvas(_drawView->ctxRect());
     insertTransitionView();
     _drawView->setHidden(true);
     log("###### startScaleAnimate out start", "startAnimateOut:");

@@ -88,9 +88,13 @@ TEST_F(TesselTopToolTest, ButtonsKeepTheirPlacesOnTheLineOfThePhone) {
         EXPECT_EQ(inBar(bar->doneButton()), inBar(bar->confirmButton()));
         EXPECT_EQ(inBar(bar->moreButton()), gfx::Rect(289, line - 22, 44, 44));
     }
-    bar->setCloseTitleConfirmTitle("x", "发送图片");
-    host.window().display();
-    EXPECT_EQ(bar->confirmButton()->frame().minX(), 375 - 64);
+    for (const auto& [title, width] :
+         {std::pair{"发送图片", 64.0}, {"把这张图片发送给所有人", 129.0}}) {
+        bar->confirmButton()->setTitle(title);
+        bar->setNeedsLayout();
+        host.window().display();
+        EXPECT_EQ(bar->confirmButton()->frame().minX(), 375 - width) << title;
+    }
 }
 
 TEST_F(TesselTopToolTest, EveryButtonTellsTheDelegateInOrder) {
