@@ -62,7 +62,7 @@ TEST_F(PlayCommand, RefusesWhatItCannotRead) {
         {{}, "kalimkit: which command?"},
         {{"paint", "-"}, "unknown command or option: paint"},
         {{"play", "-", "more"}, "more"},
-        {{"play", "-", "--editor"}, "--editor"},
+        {{"play", "-", "--editors"}, "--editors"},
         {{"play", "-", "--canvas", "390"}, "--canvas: must be two sides from 1 to 32767"},
         {{"play", "-", "--canvas", "0x844"}, "not 0x844"},
         {{"play", "-", "--canvas", "nanx844"}, "not nanx844"},

@@ -23,7 +23,7 @@ struct ScenarioScreen {
     // Pixels per point.
     double scale = 2;
     // The whole editor instead of the bare canvas.
-    std::optional<EditorSetup> editor;
+    std::optional<EditorSetup> editor = std::nullopt;
 };
 
 // Plays scenarios, one JSON object a line, on a canvas that fills a window of its own, without a
