@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/shell/editor/EditorKeys.h"
 #include "kalimkit/shell/editor/TesselViewController.h"
 
@@ -38,6 +39,7 @@ protected:
         SDL_DestroyWindow(sdl);
         SDL_Quit();
     }
+    static void TearDownTestSuite() { gfx::CairoDevice::releaseFontCaches(); }
 
     void touch(std::uint32_t type, int finger, double x, double y) {
         SDL_Event event{};
