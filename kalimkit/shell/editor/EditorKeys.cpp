@@ -332,7 +332,7 @@ void EditorKeys::askToClose() {
 
 void EditorKeys::openPicture(const gfx::ImageRef& image) {
     const auto editor = _editor.lock();
-    if (!editor || !editor->drawView()) return;
+    if (!editor || !editor->drawView() || editor->editImageInitialView()) return;
     if (!image) {
         editor->checkAndTipImageVaild(image);
         return;

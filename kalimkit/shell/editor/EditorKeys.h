@@ -58,8 +58,8 @@ public:
     void chooseLineWidth(double width);
     // As the close button does: asks first when something was drawn.
     void askToClose();
-    // Shows another picture, and asks first when something was drawn. Null is refused with an
-    // alert that says that it cannot be opened.
+    // Shows another picture, and asks first when something was drawn; ignored while the crop editor
+    // is open. Null is refused with an alert that says that it cannot be opened.
     void openPicture(const gfx::ImageRef& image);
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);

@@ -117,6 +117,26 @@ TEST_F(EditorKeysTest, EscapeLeavesOneThingAtATime) {
     EXPECT_EQ(toolCount(), 1U);
 }
 
+TEST_F(EditorKeysTest, TheCropEditorTakesTheKeysWhileItIsOpen) {
+    const auto open = [this] {
+        keys.choosePen(EditorPenCrop);
+        screen.wait(2);
+        ASSERT_TRUE(screen.editor->editImageInitialView());
+    };
+    open();
+    keys.press("r");
+    EXPECT_EQ(screen.editor->currentPen(), 6U);
+    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400}));
+    EXPECT_TRUE(keys.press("escape"));
+    screen.wait(2);
+    EXPECT_FALSE(screen.editor->editImageInitialView());
+    open();
+    EXPECT_TRUE(keys.press("enter"));
+    screen.wait(2);
+    EXPECT_FALSE(screen.editor->editImageInitialView());
+    EXPECT_TRUE(screen.owner->images.empty()) << "the crop was confirmed, not the picture";
+}
+
 TEST_F(EditorKeysTest, EnterAndCtrlSConfirmOncePerStroke) {
     EXPECT_TRUE(keys.press("enter"));
     EXPECT_TRUE(keys.press("ctrl+s"));
