@@ -112,7 +112,7 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         {R"({"call":"selectTools","args":[[0]]})",
          "argument 1 of selectTools names tool 0, but there are 0"},
 
-        {R"({"gesture":"swipe","state":"began"})", "has no recogniser of swipe"},
+        {R"({"gesture":"swipe","state":"began"})", "no recogniser of swipe"},
         {R"({"gesture":"rotation"})", "\"gesture\" needs \"state\""},
         {R"({"gesture":"rotation","state":"possible"})", "\"state\" must be began, changed"},
         {R"({"gesture":"rotation","state":"began","value":"a"})", "\"value\" must be a number"},

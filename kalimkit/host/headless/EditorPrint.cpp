@@ -100,6 +100,36 @@ JsonValue describePickers(const TesselViewController& editor) {
     return pickers;
 }
 
+JsonValue describeInsets(const ui::EdgeInsets& insets) {
+    return JsonValue::Array{insets.top, insets.left, insets.bottom, insets.right};
+}
+
+// What crop mode needs is there only once it has begun.
+JsonValue describeCrop(const TesselViewController& editor) {
+    const auto& crop = editor.editImageInitialView();
+    if (!crop) return {};
+    const EditImageScrollView& picture = *crop->eIScrollView();
+    const EditImageCropOverlayView& overlay = *picture.imageView()->overlayView();
+    return JsonValue::Object{
+        {"cropFrame", toJson(crop->cropFrame())},
+        {"cropOriginalFrame", toJson(crop->cropOriginalFrame())},
+        {"contentFrame", toJson(crop->contentFrame())},
+        {"cropEdge", static_cast<int>(crop->cropEdge())},
+        {"currentRotationOrientation", crop->currentRotationOrientation()},
+        {"isRotationIconLocked", crop->isRotationIconLocked()},
+        {"isCropOver", crop->isCropOver()},
+        {"canRevert", crop->canRevert()},
+        {"overlayLevel", overlay.overlayLevel()},
+        {"brightFrame", toJson(overlay.brightFrame())},
+        {"imageFrame", toJson(picture.imageFrame())},
+        {"zoomScale", picture.zoomScale()},
+        {"contentOffset", toJson(picture.contentOffset())},
+        {"contentInset", describeInsets(picture.contentInset())},
+        {"timer", crop->isTimerRunning()},
+        {"isCropStartAnimationReady", crop->isCropStartAnimationReady()},
+    };
+}
+
 JsonValue describeTransition(const TesselViewController& editor) {
     const auto& picture = editor.viewAnimateImageView();
     if (!picture) return {};
@@ -122,7 +152,7 @@ JsonValue describeSheet(const TesselViewController& editor) {
 JsonValue::Object describeEditor(const TesselViewController& editor) {
     return {
         {"views", describeViews(editor)},           {"state", describeState(editor)},
-        {"pickers", describePickers(editor)},       {"crop", JsonValue()},
+        {"pickers", describePickers(editor)},       {"crop", describeCrop(editor)},
         {"transition", describeTransition(editor)}, {"sheet", describeSheet(editor)},
     };
 }

@@ -47,6 +47,20 @@ void addPanel(const TesselViewController& editor, Collector& all) {
     all.addList("penViews", editor.penViews());
 }
 
+void addCrop(const std::shared_ptr<EditImageIntialView>& crop, Collector& all) {
+    if (!crop) return;
+    const std::string path = "editImageInitialView";
+    all.add(path, crop);
+    all.add(path + ".cropGridView", crop->cropGridView());
+    const auto& bar = crop->cropToolBar();
+    if (!bar) return;
+    all.add(path + ".cropToolBar", bar);
+    all.add(path + ".cropToolBar.cancelBtn", bar->cancelBtn());
+    all.add(path + ".cropToolBar.revertBtn", bar->revertBtn());
+    all.add(path + ".cropToolBar.doneBtn", bar->doneBtn());
+    all.add(path + ".cropToolBar.rotateBtn", bar->rotateBtn());
+}
+
 // What lies above the editor's own views.
 void addQuestions(const TesselViewController& editor, Collector& all) {
     if (const auto& sheet = editor.actionSheet()) {
@@ -72,6 +86,7 @@ std::vector<NamedView> editorViews(const TesselViewController& editor) {
     addPanel(editor, all);
     all.add("configViewEdit", editor.configViewEdit());
     all.add("configViewDelete", editor.configViewDelete());
+    addCrop(editor.editImageInitialView(), all);
     addQuestions(editor, all);
     return all.take();
 }

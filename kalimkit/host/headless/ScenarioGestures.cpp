@@ -33,8 +33,8 @@ Problem readState(const JsonValue& step, ui::GestureState& state) {
     return wrongValue("\"state\"", "began, changed, ended, cancelled or failed", *given);
 }
 
-Problem rotate(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
-    ui::RotationGestureRecognizer& recognizer = canvas.rotationGesture();
+Problem rotate(const GestureTarget& target, const JsonValue& step, ui::GestureState state) {
+    ui::RotationGestureRecognizer& recognizer = target.rotation;
     double rotation = state == ui::GestureState::Began ? 0 : recognizer.rotation();
     if (Problem problem = readOwn(step, "value", rotation)) return problem;
     if (std::abs(rotation) > largestValue) {
@@ -44,21 +44,21 @@ Problem rotate(MDrawView& canvas, const JsonValue& step, ui::GestureState state)
     return std::nullopt;
 }
 
-Problem pinch(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
-    ui::PinchGestureRecognizer& recognizer = canvas.pinchGesture();
+Problem pinch(const GestureTarget& target, const JsonValue& step, ui::GestureState state) {
+    ui::PinchGestureRecognizer& recognizer = target.pinch;
     double scale = state == ui::GestureState::Began ? 1 : recognizer.scale();
-    gfx::Point focus = canvas.bounds().center();
+    gfx::Point focus = target.view.bounds().center();
     if (Problem problem = readOwn(step, "value", scale)) return problem;
     if (Problem problem = readOwn(step, "at", focus)) return problem;
     if (!(scale > 0) || scale > largestValue) {
         return wrongValue("\"value\"", "a factor above 0 and up to 1000000", *step.find("value"));
     }
-    recognizer.drive(state, scale, canvas.convertPointTo(focus, nullptr));
+    recognizer.drive(state, scale, target.view.convertPointTo(focus, nullptr));
     return std::nullopt;
 }
 
-Problem pan(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
-    ui::PanGestureRecognizer& recognizer = canvas.panGesture();
+Problem pan(const GestureTarget& target, const JsonValue& step, ui::GestureState state) {
+    ui::PanGestureRecognizer& recognizer = target.pan;
     gfx::Point translation;
     if (state != ui::GestureState::Began) translation = recognizer.translationIn(nullptr);
     if (Problem problem = readOwn(step, "value", translation)) return problem;
@@ -68,16 +68,16 @@ Problem pan(MDrawView& canvas, const JsonValue& step, ui::GestureState state) {
 
 }  // namespace
 
-Problem playGesture(MDrawView& canvas, const JsonValue& step) {
+Problem playGesture(const GestureTarget& target, const JsonValue& step) {
     std::string name;
     ui::GestureState state = ui::GestureState::Possible;
     if (Problem problem = readAs(*step.find("gesture"), "\"gesture\"", name)) return problem;
     if (Problem problem = readState(step, state)) return problem;
     if (step.find("at") && name != "pinch") return "only a pinch is \"at\" a point";
-    if (name == "rotation") return rotate(canvas, step, state);
-    if (name == "pinch") return pinch(canvas, step, state);
-    if (name == "pan") return pan(canvas, step, state);
-    return "the canvas has no recogniser of " + shownName(name) +
+    if (name == "rotation") return rotate(target, step, state);
+    if (name == "pinch") return pinch(target, step, state);
+    if (name == "pan") return pan(target, step, state);
+    return "there is no recogniser of " + shownName(name) +
            ", only of \"rotation\", \"pinch\" and \"pan\"";
 }
 

@@ -1,14 +1,25 @@
 #pragma once
 
-#include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/ui/touch/PanGestureRecognizer.h"
+#include "kalimkit/ui/touch/PinchGestureRecognizer.h"
+#include "kalimkit/ui/touch/RotationGestureRecognizer.h"
+#include "kalimkit/ui/view/View.h"
 
 namespace kalim {
 
-// A step {"gesture":"rotation","state":"changed","value":0.5}: feeds one recogniser of the canvas
-// directly. The value is radians for a rotation, a factor for a pinch and [x,y] in view points for
-// a pan, each since the gesture began; a pinch may have a focus "at" a view point.
-Problem playGesture(MDrawView& canvas, const JsonValue& step);
+// A view and the recognisers through which fingers turn, zoom and move what it shows.
+struct GestureTarget {
+    const ui::View& view;
+    ui::RotationGestureRecognizer& rotation;
+    ui::PinchGestureRecognizer& pinch;
+    ui::PanGestureRecognizer& pan;
+};
+
+// A step {"gesture":"rotation","state":"changed","value":0.5}: feeds one recogniser directly. The
+// value is radians for a rotation, a factor for a pinch and [x,y] in view points for a pan, each
+// since the gesture began; a pinch may have a focus "at" a view point.
+Problem playGesture(const GestureTarget& target, const JsonValue& step);
 
 }  // namespace kalim

@@ -150,7 +150,14 @@ Problem ScenarioPlayer::Stage::call(const JsonValue& step) {
 }
 
 Problem ScenarioPlayer::Stage::gesture(const JsonValue& step) {
-    return playGesture(*_canvas, step);
+    if (const auto crop = _host ? _host->editor().editImageInitialView() : nullptr) {
+        return playGesture({*crop, *crop->rotationGestureRecognizer(),
+                            *crop->pinchGestureRecognizer(), *crop->panGestureRecognizer()},
+                           step);
+    }
+    return playGesture(
+        {*_canvas, _canvas->rotationGesture(), _canvas->pinchGesture(), _canvas->panGesture()},
+        step);
 }
 
 Problem ScenarioPlayer::Stage::make(const JsonValue& step) {

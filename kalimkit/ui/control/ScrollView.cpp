@@ -216,8 +216,8 @@ void ScrollView::dragged(PanGestureRecognizer& pan) {
             beginDragging();
             break;
         case GestureState::Changed: {
-            const gfx::Point step = pan.translationIn(this);
-            pan.setTranslationIn({}, this);
+            const gfx::Point step = pan.translationIn(this) - _takenTranslation;
+            _takenTranslation = pan.translationIn(this);
             if (movesHorizontally()) _pulledOffset.x -= step.x;
             if (movesVertically()) _pulledOffset.y -= step.y;
             showFingers();
@@ -237,6 +237,7 @@ void ScrollView::dragged(PanGestureRecognizer& pan) {
 void ScrollView::beginDragging() {
     stopMoving();
     _isDragging = true;
+    _takenTranslation = {};
     if (!_isZooming) takeUpOffset();
     tell([this](ScrollViewDelegate& delegate) { delegate.scrollViewWillBeginDragging(*this); });
 }
@@ -260,8 +261,8 @@ void ScrollView::pinched(PinchGestureRecognizer& pinch) {
         case GestureState::Changed:
             if (!_isZooming) return;
             _focus = pinch.locationIn(this) - contentOffset();
-            _pulledScale *= pinch.scale();
-            pinch.setScale(1);
+            _pulledScale *= pinch.scale() / _takenScale;
+            _takenScale = pinch.scale();
             showFingers();
             break;
         case GestureState::Ended:
@@ -276,6 +277,7 @@ void ScrollView::pinched(PinchGestureRecognizer& pinch) {
 void ScrollView::beginZooming() {
     stopMoving();
     _isZooming = true;
+    _takenScale = 1;
     _pulledScale = pulledScale(_zoomScale);
     if (!_isDragging) takeUpOffset();
     tell([this](ScrollViewDelegate& delegate) { delegate.scrollViewWillBeginZooming(*this); });

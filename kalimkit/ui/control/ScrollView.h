@@ -162,6 +162,9 @@ private:
     // Where the fingers have brought offset and scale, without the rubber band.
     gfx::Point _pulledOffset;
     double _pulledScale = 1;
+    // How much of what the gestures measure is in those two.
+    gfx::Point _takenTranslation;
+    double _takenScale = 1;
     // Of the fingers, from the view's corner.
     gfx::Point _focus;
     std::optional<Glide> _glide;
