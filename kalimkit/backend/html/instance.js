@@ -39,18 +39,36 @@ function system(heap) {
   return new Proxy(known, { get: (calls, name) => calls[name] ?? (() => badFile) });
 }
 
-async function load(wasm, imports) {
-  if (wasm instanceof WebAssembly.Module) return WebAssembly.instantiate(wasm, imports);
-  if (wasm instanceof ArrayBuffer || ArrayBuffer.isView(wasm)) {
-    return (await WebAssembly.instantiate(wasm, imports)).instance;
-  }
-  const response = await fetch(wasm);
+// By address: all that is loaded from one place on a page is compiled once.
+const modules = new Map();
+
+async function fetchModule(url) {
+  const response = await fetch(url);
   if (!response.ok) throw new Error(`${response.url}: ${response.status} ${response.statusText}`);
   // Servers that give the file another type are answered with a slower way.
   if (response.headers.get('Content-Type') === 'application/wasm') {
-    return (await WebAssembly.instantiateStreaming(response, imports)).instance;
+    return WebAssembly.compileStreaming(response);
   }
-  return (await WebAssembly.instantiate(await response.arrayBuffer(), imports)).instance;
+  return WebAssembly.compile(await response.arrayBuffer());
+}
+
+function moduleAt(url) {
+  const { href } = new URL(url, document.baseURI);
+  if (!modules.has(href)) {
+    const module = fetchModule(href);
+    modules.set(href, module);
+    // The next one tries again.
+    module.catch(() => modules.delete(href));
+  }
+  return modules.get(href);
+}
+
+async function load(wasm, imports) {
+  if (wasm instanceof ArrayBuffer || ArrayBuffer.isView(wasm)) {
+    return (await WebAssembly.instantiate(wasm, imports)).instance;
+  }
+  const module = wasm instanceof WebAssembly.Module ? wasm : await moduleAt(wasm);
+  return WebAssembly.instantiate(module, imports);
 }
 
 // wasm: a URL, the bytes or a compiled module. makeImports({ heap, drawing }) may add functions to those

@@ -204,7 +204,11 @@ KALIM_EXPORT("copy_failed") void copyFailed() {
     editor->show();
 }
 
-// ---- what the page may do instead of the user
+// ---- what the page may do instead of the user; choices are lost until the editor has appeared
+
+KALIM_EXPORT("has_appeared") bool hasAppeared() {
+    return editor->controller() && editor->controller()->penPopView();
+}
 
 KALIM_EXPORT("choose_pen") void choosePen(int pen) {
     if (kalim::EditorKeys* const keys = editor->keys()) keys->choosePen(static_cast<unsigned>(pen));
@@ -247,6 +251,14 @@ KALIM_EXPORT("redo") bool redo() {
     const bool happened = editor->canvas() && editor->canvas()->redo();
     editor->show();
     return happened;
+}
+
+// How many tools there are, times four; and 1 where there is something to undo, 2 to redo.
+KALIM_EXPORT("history") int history() {
+    const kalim::MDrawView* const canvas = editor->canvas();
+    if (!canvas) return 0;
+    return 4 * static_cast<int>(canvas->tools().size()) + (canvas->canUndo() ? 1 : 0) +
+           (canvas->canRedo() ? 2 : 0);
 }
 
 KALIM_EXPORT("tool_count") int toolCount() {

@@ -53,6 +53,7 @@ function encode(source, type, quality) {
 // Tells its listeners
 //   confirm  the user sent the picture: detail.blob is it with all that was drawn, null for nothing
 //   close    the user closed the editor; nothing is to be kept
+//   change   canUndo, canRedo or toolCount has become another
 // The editor stays until the page calls dismiss() or destroy().
 export class KalimEditor extends EventTarget {
   #element;
@@ -67,6 +68,9 @@ export class KalimEditor extends EventTarget {
   #size = { width: 0, height: 0, scale: 0 };
   // How many pictures the page has asked for.
   #asked = 0;
+  // Values by the module's operations that take them: what waits for the editor to appear.
+  #choices = new Map();
+  #history = 0;
   #frame = 0;
   #timer = 0;
   #clipboard = '';
@@ -163,19 +167,19 @@ export class KalimEditor extends EventTarget {
     return this.exportImage({ ...options, scale: 'picture' });
   }
 
-  // ---- instead of the user; what is chosen before the editor has appeared is lost
+  // ---- instead of the user; what is chosen while no editor has appeared waits for the next one
 
   choosePen(pen) {
-    this.#call('choose_pen', pen);
+    this.#choose('choose_pen', pen);
   }
 
   chooseColor(color) {
-    this.#call('choose_color', packedColor(color));
+    this.#choose('choose_color', packedColor(color));
   }
 
   // Points.
   chooseLineWidth(width) {
-    this.#call('choose_line_width', width);
+    this.#choose('choose_line_width', width);
   }
 
   // Of the close button, or of the one that sends.
@@ -195,6 +199,14 @@ export class KalimEditor extends EventTarget {
 
   redo() {
     return this.#call('redo') !== 0;
+  }
+
+  get canUndo() {
+    return (this.#exports.history() & 1) !== 0;
+  }
+
+  get canRedo() {
+    return (this.#exports.history() & 2) !== 0;
   }
 
   // How many things are drawn.
@@ -342,8 +354,30 @@ export class KalimEditor extends EventTarget {
 
   #call(name, ...values) {
     const result = this.#exports[name](...values);
+    this.#makeChoices();
+    this.#watchHistory();
     this.#schedule();
     return result;
+  }
+
+  #choose(name, value) {
+    this.#choices.set(name, value);
+    this.#makeChoices();
+    this.#schedule();
+  }
+
+  #makeChoices() {
+    if (!this.#choices.size || !this.#exports.has_appeared()) return;
+    const choices = [...this.#choices];
+    this.#choices.clear();
+    for (const [name, value] of choices) this.#exports[name](value);
+  }
+
+  #watchHistory() {
+    const history = this.#exports.history();
+    if (history === this.#history) return;
+    this.#history = history;
+    this.#tell(new Event('change'));
   }
 
   // For what happened at that moment, milliseconds.
