@@ -143,6 +143,16 @@ export class KalimEditor extends EventTarget {
     this.#call('dismiss');
   }
 
+  // Of the picture that is sent from now on.
+  setSending(type, quality) {
+    this.#options = { ...this.#options, type, quality };
+  }
+
+  // Of fingers whose end nobody will hear of, as the canvas is moved in the page.
+  cancelTouches() {
+    this.#pointers.cancel();
+  }
+
   get isOpen() {
     return this.#exports.is_open() !== 0;
   }

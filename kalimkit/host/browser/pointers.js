@@ -42,6 +42,13 @@ export class Pointers {
     this.#listening.abort();
   }
 
+  cancel() {
+    const fingers = [...this.#down].map((id) => ({ id, x: 0, y: 0 }));
+    this.#down.clear();
+    this.#panButton = null;
+    if (fingers.length) this.#target.fingers(Phase.cancelled, fingers, performance.now());
+  }
+
   #began(event) {
     if (this.#down.has(event.pointerId)) return;
     const button = Math.min(event.button, 2);

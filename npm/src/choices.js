@@ -1,0 +1,26 @@
+// Names and values that a page may choose, the same as those of the command line. Each throws for a
+// value that is none.
+
+import { Pen } from '../../kalimkit/host/browser/kalim.js';
+
+const names = ['freehand', 'line', 'arrow', 'rectangle', 'ellipse', 'text', 'mosaic'];
+const widest = 100;
+
+export function penOf(name) {
+  if (!names.includes(name)) throw new RangeError(`A tool is one of ${names.join(', ')}, not "${name}"`);
+  return Pen[name];
+}
+
+export function rgbOf(color) {
+  if (!/^#[0-9a-f]{6}$/i.test(color)) throw new RangeError(`A colour is such as #F63434, not "${color}"`);
+  return color;
+}
+
+// Points.
+export function widthOf(points) {
+  const width = Number(points);
+  if (!(width >= 1 && width <= widest)) {
+    throw new RangeError(`A line width is a number of points from 1 to ${widest}, not "${points}"`);
+  }
+  return width;
+}

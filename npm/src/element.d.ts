@@ -1,0 +1,1 @@
+export { KalimEditorElement } from './index.js';

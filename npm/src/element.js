@@ -1,0 +1,7 @@
+// Registers <kalim-editor>.
+
+import { defineKalimEditor } from './define.js';
+
+defineKalimEditor();
+
+export { KalimEditorElement } from './KalimEditorElement.js';

@@ -1,0 +1,151 @@
+/** A picture's address, or a file, a blob or whatever else `createImageBitmap` takes. */
+export type KalimPicture = string | URL | ImageBitmapSource;
+
+/** What a picture is drawn on with. */
+export type KalimTool = 'freehand' | 'line' | 'arrow' | 'rectangle' | 'ellipse' | 'text' | 'mosaic';
+
+/** Types that every browser can make; some make `image/png` instead of `image/webp`. */
+export type KalimImageType = 'image/png' | 'image/jpeg' | 'image/webp';
+
+export interface KalimExportOptions {
+  /** By default the element's. */
+  type?: KalimImageType;
+  /** From 0 to 1, of a JPEG or WebP picture; by default the element's. */
+  quality?: number;
+  /** As large as on the screen instead of a pixel for each of the picture's; by default the element's. */
+  screenSize?: boolean;
+}
+
+export interface KalimHistory {
+  canUndo: boolean;
+  canRedo: boolean;
+  /** How many things are drawn. */
+  count: number;
+}
+
+export interface KalimEditorElementEventMap {
+  /** The user sent the picture. The element shows nothing more unless a listener prevents it. */
+  'kalim-finish': CustomEvent<{ blob: Blob }>;
+  /** The user closed the editor. The element shows nothing more unless a listener prevents it. */
+  'kalim-close': CustomEvent<null>;
+  'kalim-change': CustomEvent<KalimHistory>;
+  /** What went wrong without anybody waiting for it, as the loading of `src`. */
+  'kalim-error': CustomEvent<{ error: Error }>;
+}
+
+/**
+ * `<kalim-editor>`. Its own content is shown while no picture is open. On a server the class can be
+ * imported, but not made.
+ */
+export class KalimEditorElement extends HTMLElement {
+  /** The picture's address. Another one opens another picture, none closes the editor. */
+  src: string | null;
+  /** What the user draws with, from now on and in every picture; the user may choose another. */
+  tool: KalimTool | null;
+  /** The same, as `#RRGGBB`. */
+  color: string | null;
+  /** The same, in points, from 1 to 100. */
+  lineWidth: number | null;
+  /** Of the picture that is sent; `image/png` by default. */
+  type: KalimImageType;
+  /** From 0 to 1; 0.92 by default. */
+  quality: number;
+  /** Whether what is sent is as large as on the screen; from the next picture on. */
+  screenSize: boolean;
+  /** Where the module is, if not beside the scripts; from the next picture on. */
+  wasmUrl: string | null;
+  /** Texts of the editor by the Chinese ones; from the next picture on. */
+  strings: Record<string, string>;
+
+  /**
+   * Opens a picture in a new editor. Answers whether it is shown: not when another was asked for or
+   * the element was removed meanwhile, and not before the element is in a document. Rejects when the
+   * picture cannot be had; what was open still is.
+   */
+  open(picture: KalimPicture): Promise<boolean>;
+  /** As `open`, but an editor that is open asks the user first when something was drawn, and says
+   * itself when the picture cannot be read. */
+  offer(picture: Blob | string | URL): Promise<boolean>;
+  /** Takes the editor away without asking. */
+  close(): void;
+  readonly isOpen: boolean;
+
+  /** The picture with all that is drawn on it; null while none is open. */
+  exportImage(options?: KalimExportOptions): Promise<Blob | null>;
+
+  /** Whether there was something to do. */
+  undo(): boolean;
+  redo(): boolean;
+  readonly canUndo: boolean;
+  readonly canRedo: boolean;
+  readonly toolCount: number;
+
+  /** These throw a RangeError for a value that is none, and set the properties. */
+  setTool(tool: KalimTool): void;
+  setColor(color: string): void;
+  setLineWidth(points: number): void;
+
+  addEventListener<K extends keyof KalimEditorElementEventMap>(
+    type: K, listener: (this: KalimEditorElement, event: KalimEditorElementEventMap[K]) => unknown,
+    options?: boolean | AddEventListenerOptions): void;
+  addEventListener<K extends keyof HTMLElementEventMap>(
+    type: K, listener: (this: KalimEditorElement, event: HTMLElementEventMap[K]) => unknown,
+    options?: boolean | AddEventListenerOptions): void;
+  addEventListener(type: string, listener: EventListenerOrEventListenerObject,
+    options?: boolean | AddEventListenerOptions): void;
+}
+
+/** Makes the element known by a name, `kalim-editor` by default; without effect on a server. */
+export function defineKalimEditor(name?: string): void;
+
+/** The editor's pens by their numbers. */
+export const Pen: Readonly<Record<KalimTool, number>>;
+
+export interface KalimEditorOptions {
+  /** Where the module is, its bytes, or the module itself. */
+  wasm?: string | URL | BufferSource | WebAssembly.Module;
+  /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
+  language?: string;
+  /** Other texts, by the Chinese ones. */
+  strings?: Record<string, string>;
+  type?: KalimImageType;
+  quality?: number;
+  exportsAtPictureScale?: boolean;
+}
+
+export type KalimScale = 'screen' | 'picture' | 'view';
+
+/**
+ * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
+ * `detail.blob`, `close` and `change`.
+ */
+export class KalimEditor extends EventTarget {
+  static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
+  private constructor();
+  destroy(): void;
+  open(picture: ImageBitmapSource): Promise<boolean>;
+  offer(picture: ImageBitmapSource): Promise<void>;
+  dismiss(): void;
+  readonly isOpen: boolean;
+  clickPickImage(): void;
+  exportImage(options?: { scale?: KalimScale; type?: KalimImageType; quality?: number }):
+    Promise<Blob | null>;
+  exportImageAtPictureScale(options?: { type?: KalimImageType; quality?: number }):
+    Promise<Blob | null>;
+  choosePen(pen: number): void;
+  chooseColor(color: string): void;
+  chooseLineWidth(points: number): void;
+  setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
+  askToClose(): void;
+  undo(): boolean;
+  redo(): boolean;
+  readonly canUndo: boolean;
+  readonly canRedo: boolean;
+  readonly toolCount: number;
+}
+
+declare global {
+  interface HTMLElementTagNameMap {
+    'kalim-editor': KalimEditorElement;
+  }
+}
