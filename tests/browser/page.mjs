@@ -12,6 +12,7 @@ export const browserName = env.KALIM_BROWSER ?? 'chromium';
 export const hasFingers = browserName !== 'webkit';
 
 const phone = { width: 390, height: 844 };
+const density = 3;
 const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012', Enter: '\ue007' };
 
 const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });
@@ -56,7 +57,7 @@ export class Page {
 
   async resize(width, height) {
     if (browserName !== 'chromium') return this.#browser.send('SetWindowRect', { width, height });
-    const screen = { width, height, deviceScaleFactor: 3, mobile: true };
+    const screen = { width, height, deviceScaleFactor: density, mobile: true };
     await this.#sendToChromium('Emulation.setDeviceMetricsOverride', screen);
     await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: true });
   }
@@ -102,9 +103,10 @@ export class Page {
       [moveTo(places[0]), press('pointerDown'), ...places.slice(1).map(moveTo), press('pointerUp')]));
   }
 
-  // Pixels, downwards.
+  // Pixels, downwards. Chromium takes the driver's for those of the screen that it pretends to have.
   wheel([x, y], deltaY) {
-    const turn = { type: 'scroll', x: Math.round(x), y: Math.round(y), deltaX: 0, deltaY, duration: 0 };
+    const place = { x: Math.round(x), y: Math.round(y) };
+    const turn = { type: 'scroll', ...place, deltaX: 0, deltaY: deltaY * density, duration: 0 };
     return this.#act({ type: 'wheel', id: 'wheel', actions: [turn] });
   }
 

@@ -10,6 +10,8 @@ import { env } from 'node:process';
 import { setTimeout as pause } from 'node:timers/promises';
 
 const patience = 30000;
+const signals = ['SIGINT', 'SIGTERM'];
+const leave = () => process.exit(1);
 
 // What the question answers with as soon as that is something.
 export async function until(question, what) {
@@ -203,7 +205,7 @@ export async function launch(kind, { folder, fonts }) {
   const start = ([name, ...words]) => {
     program = spawn(name, words, { env: environment, stdio: 'ignore', detached: true });
     process.once('exit', kill);
-    for (const signal of ['SIGINT', 'SIGTERM']) process.once(signal, () => process.exit(1));
+    for (const signal of signals) process.once(signal, leave);
   };
   const connection = await connectTo(start, folder);
   await connection.send('NewSession', {
@@ -215,6 +217,7 @@ export async function launch(kind, { folder, fonts }) {
       await connection.quit();
       kill();
       process.off('exit', kill);
+      for (const signal of signals) process.off(signal, leave);
     },
   };
 }
