@@ -1,0 +1,82 @@
+// Puts together what lies in several places: gather.mjs MODULE BUILD makes BUILD/npm, the package, and
+// BUILD/page, the page. The scripts keep their places towards each other, as they name each other by them.
+
+import { execFileSync } from 'node:child_process';
+import { createHash } from 'node:crypto';
+import { cpSync, mkdirSync, readFileSync, readdirSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { join, relative } from 'node:path';
+import { argv, env } from 'node:process';
+import { fileURLToPath } from 'node:url';
+
+const root = fileURLToPath(new URL('..', import.meta.url));
+const [module, build] = argv.slice(2);
+// Pixels: of a browser's list, of its opening screen, of an iPhone's home screen.
+const iconSizes = [192, 512, 180];
+
+function copyScripts(folder, target, isWanted = (name) => name.endsWith('.js')) {
+  mkdirSync(join(target, folder), { recursive: true });
+  for (const name of readdirSync(join(root, folder)).filter(isWanted)) {
+    cpSync(join(root, folder, name), join(target, folder, name));
+  }
+}
+
+function copyLibrary(target) {
+  copyScripts('kalimkit/backend/html', target);
+  copyScripts('kalimkit/host/browser', target);
+  cpSync(module, join(target, 'kalimkit/host/browser/kalimkit.wasm'));
+}
+
+function gatherPackage(target) {
+  copyLibrary(target);
+  copyScripts('npm/src', target, (name) => /\.js$|\.d\.ts$/.test(name));
+  for (const name of ['custom-elements.json', 'README.md']) cpSync(join(root, 'npm', name), join(target, name));
+  cpSync(join(root, 'LICENSE'), join(target, 'LICENSE'));
+  const description = readFileSync(join(root, 'npm/package.json.in'), 'utf8');
+  writeFileSync(join(target, 'package.json'), description.replace('@PROJECT_VERSION@', env.VERSION));
+}
+
+function filesBelow(folder) {
+  return readdirSync(folder, { withFileTypes: true }).flatMap((entry) => {
+    const path = join(folder, entry.name);
+    return entry.isDirectory() ? filesBelow(path) : [path];
+  }).sort();
+}
+
+// With the names of all files, and a version that is another one as soon as any of them is.
+function writeWorker(target) {
+  const template = readFileSync(join(target, 'worker.js'), 'utf8');
+  rmSync(join(target, 'worker.js'));
+  const hash = createHash('sha256').update(template);
+  const names = filesBelow(target).map((path) => {
+    hash.update(readFileSync(path));
+    return relative(target, path);
+  });
+  const list = names.map((name) => `  '${name}',\n`).join('');
+  const text = template.replace("'VERSION'", `'${hash.digest('hex').slice(0, 16)}'`)
+    .replace('[]', `[\n${list}]`);
+  writeFileSync(join(target, 'worker.js'), text);
+}
+
+function gatherPage(target) {
+  copyLibrary(target);
+  copyScripts('npm/src', target);
+  cpSync(join(root, 'npm/page'), target, { recursive: true });
+  for (const size of iconSizes) {
+    execFileSync(env.RSVG_CONVERT, ['-w', size, '-h', size, join(target, 'icon.svg'), '-o',
+      join(target, `icon-${size}.png`)]);
+  }
+  writeWorker(target);
+}
+
+// Beside its place first, so that what is served meanwhile is whole.
+function replace(name, gather) {
+  const target = join(build, name);
+  const made = `${target}.new`;
+  rmSync(made, { recursive: true, force: true });
+  gather(made);
+  rmSync(target, { recursive: true, force: true });
+  renameSync(made, target);
+}
+
+replace('npm', gatherPackage);
+replace('page', gatherPage);

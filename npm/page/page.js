@@ -1,0 +1,115 @@
+// The page: a picture comes in by a file, a drop or the clipboard, and goes out marked up.
+
+import './npm/src/element.js';
+import { keepForOffline } from './offline.js';
+import { language, say } from './texts.js';
+
+const $ = (id) => document.getElementById(id);
+const editor = $('editor');
+const result = $('result');
+
+let pictureName = 'picture';
+let sent = null;
+
+const imageOf = (files) => [...files].find(({ type }) => type.startsWith('image/')) ?? files[0];
+const fileOf = (blob) => new File([blob], `${pictureName}-annotated.png`, { type: blob.type });
+
+async function open(file) {
+  if (!file || result.open) return;
+  try {
+    await editor.offer(file);
+  } catch (error) {
+    $('hint').textContent = `${file.name}: ${error.message}`;
+    return;
+  }
+  pictureName = file.name.replace(/\.[^.]*$/, '');
+  editor.focus();
+}
+
+function show(blob) {
+  sent = blob;
+  $('told').textContent = '';
+  $('preview').src = URL.createObjectURL(blob);
+  $('share').hidden = !navigator.canShare?.({ files: [fileOf(blob)] });
+  result.showModal();
+}
+
+function download() {
+  const link = document.createElement('a');
+  link.href = $('preview').src;
+  link.download = fileOf(sent).name;
+  link.click();
+}
+
+async function tell(work, done) {
+  try {
+    await work();
+    $('told').textContent = done;
+  } catch (error) {
+    // The user's own change of mind.
+    if (error.name !== 'AbortError') $('told').textContent = say.refused;
+  }
+}
+
+document.documentElement.lang = language;
+for (const id of ['hint', 'open', 'ready', 'download', 'copy', 'share', 'keep', 'another']) {
+  $(id).textContent = say[id];
+}
+$('file').disabled = false;
+// For whoever looks at the page with the browser's tools.
+window.kalimEditor = editor;
+
+editor.addEventListener('kalim-finish', (event) => {
+  // The user may want to go on.
+  event.preventDefault();
+  show(event.detail.blob);
+});
+editor.addEventListener('kalim-close', () => {
+  $('hint').textContent = say.hint;
+});
+editor.addEventListener('kalim-error', ({ detail: { error } }) => {
+  $('hint').textContent = error.message;
+});
+
+result.addEventListener('close', () => {
+  // A download may have only begun.
+  setTimeout(URL.revokeObjectURL, 60000, $('preview').src);
+  $('preview').removeAttribute('src');
+  sent = null;
+  editor.focus();
+});
+$('download').addEventListener('click', download);
+$('copy').addEventListener('click', () => tell(
+  () => navigator.clipboard.write([new ClipboardItem({ [sent.type]: sent })]), say.copied));
+$('share').addEventListener('click', () => tell(() => navigator.share({ files: [fileOf(sent)] }), ''));
+$('keep').addEventListener('click', () => result.close());
+$('another').addEventListener('click', () => {
+  editor.close();
+  result.close();
+  $('file').click();
+});
+
+$('file').addEventListener('change', () => {
+  const [file] = $('file').files;
+  $('file').value = '';
+  open(file);
+});
+document.addEventListener('paste', (event) => {
+  if (event.defaultPrevented || !event.clipboardData.files.length) return;
+  event.preventDefault();
+  open(imageOf(event.clipboardData.files));
+});
+document.addEventListener('dragover', (event) => {
+  event.preventDefault();
+  document.body.classList.add('over');
+});
+document.addEventListener('dragleave', () => document.body.classList.remove('over'));
+document.addEventListener('drop', (event) => {
+  event.preventDefault();
+  document.body.classList.remove('over');
+  open(imageOf(event.dataTransfer.files));
+});
+// Of a page that is installed: a file that the system opens with it.
+window.launchQueue?.setConsumer(async ({ files }) => open(await files[0]?.getFile()));
+
+keepForOffline(() => editor.isOpen);

@@ -1,0 +1,33 @@
+// Keeps all files of the page, so that it also opens without a network. The version and the files are
+// put in when the page is gathered.
+
+const prefix = 'kalimkit-';
+const kept = prefix + 'VERSION';
+const files = [];
+
+async function keep() {
+  const cache = await caches.open(kept);
+  const fresh = (name) => new Request(name, { cache: 'reload' });
+  await cache.addAll(['./', ...files].map(fresh));
+}
+
+async function forgetOthers() {
+  for (const name of await caches.keys()) {
+    if (name.startsWith(prefix) && name !== kept) await caches.delete(name);
+  }
+  await clients.claim();
+}
+
+async function answer(request) {
+  const cache = await caches.open(kept);
+  return (await cache.match(request, { ignoreSearch: true })) ?? fetch(request);
+}
+
+self.addEventListener('install', (event) => event.waitUntil(keep()));
+self.addEventListener('activate', (event) => event.waitUntil(forgetOthers()));
+self.addEventListener('message', ({ data }) => {
+  if (data === 'take over') self.skipWaiting();
+});
+self.addEventListener('fetch', (event) => {
+  if (event.request.method === 'GET') event.respondWith(answer(event.request));
+});
