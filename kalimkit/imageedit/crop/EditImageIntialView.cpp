@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/gfx/Color.h"
@@ -285,9 +286,12 @@ void EditImageIntialView::moveContentToCenter() {
 }
 
 void EditImageIntialView::didMoveContentToCenter() {
-    _isAnimating = false;
+    // A drag that began meanwhile has taken over.
+    if (!std::exchange(_isAnimating, false)) return;
     matchOverlayViewToCropGridView();
     checkForCanRevert();
+    const auto overlay = overlayView();
+    if (overlay && !_isCropOver) overlay->setOverlayLevel(levelAtRest);
 }
 
 // ---- the picture moves under the frame
@@ -370,10 +374,21 @@ void EditImageIntialView::revertLayoutContentImage() {
     resetTimer();
     const std::int32_t turns =
         cropQuarterTurns(_currentRotationOrientation, _startRotationOrientation);
-    if (turns != 0) return turnTo(turns, wholePicture, _isAnimateEnable, {});
+    // The bright frame cannot grow along, so the darkness goes, and is back once all is bright.
+    const auto fadeOverlay = [this] {
+        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelInDrags);
+    };
+    if (turns != 0) {
+        animate(settleDuration, fadeOverlay);
+        return turnTo(turns, wholePicture, _isAnimateEnable, {});
+    }
     _isAnimating = true;
     animate(
-        settleDuration, [this] { restoreLayoutContentImage(); },
+        settleDuration,
+        [&] {
+            restoreLayoutContentImage();
+            fadeOverlay();
+        },
         &EditImageIntialView::didMoveContentToCenter);
     _cropToolBar->hideRotateBtnWithAnimation(false, true);
 }

@@ -13,6 +13,7 @@ namespace {
 constexpr double turnDuration = 0.4;
 constexpr double turnVelocity = 0.8;
 constexpr double gridFadeDuration = 0.2;
+constexpr std::int32_t levelAtRest = 2;
 
 gfx::Size sizeOf(const gfx::ImageRef& image) {
     const gfx::PixelSize pixels = image->pixelSize();
@@ -115,7 +116,11 @@ void EditImageIntialView::finishTurn(std::int32_t quarterTurns, const gfx::Rect&
     setGesturesEnabled(true);
     ui::AnimationOptions options;
     options.duration = gridFadeDuration;
-    View::animate(options, [this] { _cropGridView->setAlpha(1); });
+    View::animate(options, [this] {
+        _cropGridView->setAlpha(1);
+        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
+    });
+    _cropToolBar->hideRotateBtnWithAnimation(false, true);
 }
 
 CropPlacement EditImageIntialView::placementAfter(std::int32_t quarterTurns,
