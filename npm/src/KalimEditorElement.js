@@ -100,6 +100,10 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     return this.#editor.exportImage({ scale, type, quality });
   }
 
+  pickPicture() {
+    if (this.isOpen) this.#editor.clickPickImage();
+  }
+
   // ---- drawing
 
   undo() {

@@ -66,6 +66,8 @@ export class KalimEditorElement extends HTMLElement {
   /** As `open`, but an editor that is open asks the user first when something was drawn, and says
    * itself when the picture cannot be read. */
   offer(picture: Blob | string | URL): Promise<boolean>;
+  /** Has the user choose another picture for the editor that is open; in answer to what the user did. */
+  pickPicture(): void;
   /** Takes the editor away without asking. */
   close(): void;
   readonly isOpen: boolean;

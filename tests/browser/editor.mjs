@@ -1,4 +1,4 @@
-// The page of kalimkit/host/browser, used as a person does to the file that it gives: by touch, keyboard,
+// The page of npm/page, used as a person does to the file that it gives: by touch, keyboard,
 // input method and the editor's buttons.
 
 import assert from 'node:assert/strict';
@@ -46,9 +46,9 @@ async function openPage() {
   await page.goto('/');
   await page.evaluate(() => import('/tests/looking.js'));
   await page.waitFor(() => window.kalimEditor);
-  await page.chooseFile('#file', await stripesFile('stripes.png', picture));
+  await page.chooseFile(fileField, await stripesFile('stripes.png', picture));
   await page.waitFor(() => window.kalimEditor.isOpen);
-  const { width, height } = await page.evaluate(() => document.getElementById('canvas').getBoundingClientRect());
+  const { width, height } = await page.evaluate(() => window.kalimEditor.getBoundingClientRect());
   places ??= await editorPlaces({ width, height });
   const scale = Math.min(width / picture.width, height / picture.height);
   toPage = ([x, y]) => [
@@ -76,6 +76,9 @@ async function tap(path) {
   await settle();
 }
 
+const fileField = () => document.getElementById('file');
+const click = (id) => page.evaluate((given) => document.getElementById(given).click(), id);
+
 // By the place in the row.
 async function choosePen(index) {
   await tap('penView');
@@ -98,7 +101,10 @@ function together(paths, steps = 20) {
 // The file that the send button gives, decoded in the page for the questions below.
 async function send(expected = picture) {
   await page.touch([places['toolView.confirmButton']]);
+  await page.waitFor(() => document.getElementById('result').open);
+  await click('download');
   const bytes = await page.download('stripes-annotated.png');
+  await click('keep');
   const size = await page.evaluate((text) => window.looking.decode(text), bytes.toString('base64'));
   assert.deepEqual(size, expected);
 }
@@ -211,7 +217,8 @@ test('two fingers turn the selected box', needsFingers, async () => {
 });
 
 test('an input method composes, keys edit, and the text is in the file', async () => {
-  const field = () => page.evaluate(() => document.querySelector('textarea')?.value);
+  const field = () => page.evaluate(() =>
+    window.kalimEditor.shadowRoot.querySelector('textarea')?.value);
   await choosePen(3);
   await page.touch([toPage([300, 500])]);
   assert.equal(await field(), '');
@@ -227,7 +234,7 @@ test('an input method composes, keys edit, and the text is in the file', async (
   assert.match(text, /^(ab😀你好世|😀ab你好世)$/u);
   // As an on-screen keyboard does that corrects a word.
   await page.evaluate((corrected) => {
-    const area = document.querySelector('textarea');
+    const area = window.kalimEditor.shadowRoot.querySelector('textarea');
     area.value = corrected;
     area.dispatchEvent(new InputEvent('input'));
   }, text.replace('ab', 'abc'));
@@ -252,15 +259,15 @@ test('closing asks first when something is drawn, and the page starts anew', asy
   assert.equal(await page.evaluate(() => window.kalimEditor.isOpen), true);
   await page.evaluate(() => {
     window.closings = 0;
-    window.kalimEditor.addEventListener('close', () => ++window.closings);
+    window.kalimEditor.addEventListener('kalim-close', () => ++window.closings);
   });
   await tap('toolView.closeButton');
   await tap('actionSheet.1');
   assert.equal(await page.evaluate(() => window.closings), 1);
   assert.equal(await page.evaluate(() => window.kalimEditor.isOpen), false);
-  await page.chooseFile('#file', join(root, 'tests/browser/fonts.conf'));
+  await page.chooseFile(fileField, join(root, 'tests/browser/fonts.conf'));
   await page.waitFor(() => document.getElementById('hint').textContent.startsWith('fonts.conf: '));
-  await page.chooseFile('#file', join(page.folder, 'stripes.png'));
+  await page.chooseFile(fileField, join(page.folder, 'stripes.png'));
   await page.waitFor(() => window.kalimEditor.isOpen);
   assert.equal(await toolCount(), 0);
 });
@@ -277,10 +284,11 @@ test('a picture that cannot be read is refused with an alert, another one can be
   // Nobody could answer the browser's own dialog.
   await page.evaluate(() => {
     HTMLInputElement.prototype.click = () => {};
-    window.kalimEditor.clickPickImage();
+    window.kalimEditor.pickPicture();
   });
-  await page.chooseFile('input[hidden]', await stripesFile('other.png', other));
-  await page.waitFor(() => !document.querySelector('input[hidden]'));
+  const picker = () => window.kalimEditor.shadowRoot.querySelector('input[hidden]');
+  await page.chooseFile(picker, await stripesFile('other.png', other));
+  await page.waitFor(() => !window.kalimEditor.shadowRoot.querySelector('input[hidden]'));
   await send(other);
 });
 
@@ -293,8 +301,8 @@ test('the export has the pixels of the picture, or those of the screen', async (
   const [left, top] = toPage([0, 0]);
   const [right, bottom] = toPage([picture.width, picture.height]);
   const scale = await page.evaluate(() => devicePixelRatio);
-  assert.deepEqual(await sizeOf({ scale: 'picture', type: 'image/jpeg' }), ['image/jpeg', 1200, 1600]);
-  const [type, width, height] = await sizeOf({});
+  assert.deepEqual(await sizeOf({ type: 'image/jpeg' }), ['image/jpeg', 1200, 1600]);
+  const [type, width, height] = await sizeOf({ screenSize: true });
   assert.equal(type, 'image/png');
   assert.ok(Math.abs(width / scale - (right - left)) <= 1, `${width} pixels wide`);
   assert.ok(Math.abs(height / scale - (bottom - top)) <= 1, `${height} pixels high`);
@@ -335,7 +343,7 @@ test('after the first tap an editor at rest asks for no frames, and a turned pag
   await page.resize(844, 390);
   // The picture's columns, and nothing of it at the left edge.
   await page.waitFor(() => {
-    const canvas = document.getElementById('canvas');
+    const canvas = window.kalimEditor.shadowRoot.querySelector('canvas');
     return canvas.width === 2532 && window.looking.stripesShown().isWhole;
   });
   await page.resize(390, 844);

@@ -1,6 +1,7 @@
 // What tests/browser/editor.mjs asks of pictures, in the page.
 
 let decoded;
+const shownCanvas = () => document.querySelector('kalim-editor').shadowRoot.querySelector('canvas');
 
 function readable(width, height) {
   return new OffscreenCanvas(width, height).getContext('2d', { willReadFrequently: true });
@@ -20,7 +21,8 @@ window.looking = {
 
   // Keeps the picture of a PNG in base64 for the next two; returns its size.
   async decode(text) {
-    const bitmap = await createImageBitmap(await (await fetch(`data:image/png;base64,${text}`)).blob());
+    const bytes = Uint8Array.from(atob(text), (character) => character.charCodeAt(0));
+    const bitmap = await createImageBitmap(new Blob([bytes]));
     decoded = readable(bitmap.width, bitmap.height);
     decoded.drawImage(bitmap, 0, 0);
     return { width: bitmap.width, height: bitmap.height };
@@ -41,7 +43,7 @@ window.looking = {
 
   // Of the screen, at a place in pixels of the page.
   shownAt([x, y]) {
-    const shown = document.getElementById('canvas');
+    const shown = shownCanvas();
     const { left, top } = shown.getBoundingClientRect();
     const pixels = readable(1, 1);
     const [px, py] = [x - left, y - top].map((side) => Math.floor(side * devicePixelRatio));
@@ -52,7 +54,7 @@ window.looking = {
   // Of the middle row of what the screen shows, in its pixels: how wide the stripes are, and whether all
   // of them are there.
   stripesShown() {
-    const shown = document.getElementById('canvas');
+    const shown = shownCanvas();
     const pixels = readable(shown.width, 1);
     pixels.drawImage(shown, 0, -Math.floor(shown.height / 2));
     const { data } = pixels.getImageData(0, 0, shown.width, 1);

@@ -138,8 +138,9 @@ export class Page {
     await this.#sendToChromium('Input.insertText', { text });
   }
 
-  async chooseFile(selector, file) {
-    const element = await this.#browser.send('FindElement', { using: 'css selector', value: selector });
+  // The function finds the field in the page.
+  async chooseFile(find, file) {
+    const element = await this.evaluate(find);
     await this.#browser.send('ElementSendKeys', { id: Object.values(element)[0], text: file });
   }
 

@@ -27,6 +27,8 @@ const types = {
   '.css': 'text/css',
   '.js': 'text/javascript',
   '.wasm': 'application/wasm',
+  '.svg': 'image/svg+xml',
+  '.webmanifest': 'application/manifest+json',
   '.png': 'image/png',
   '.jpg': 'image/jpeg',
   '.webp': 'image/webp',
