@@ -92,6 +92,7 @@ void AlertView::init(const gfx::Rect& frame) {
     for (std::size_t i = 0; i < _alert.buttons.size(); ++i)
         addButton(i, _alert.buttons[i]);
     setAccessibilityRole(AccessibilityRole::Dialog);
+    setAccessibilityModal(true);
     setAccessibilityLabel(_alert.title.empty() ? _alert.message : _alert.title);
 }
 

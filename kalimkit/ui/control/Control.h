@@ -45,6 +45,8 @@ public:
     void setHighlighted(bool highlighted);
     bool isSelected() const { return _selected; }
     void setSelected(bool selected);
+    bool isAccessibilityEnabled() const override { return _enabled && isUserInteractionEnabled(); }
+    bool isAccessibilitySelected() const override { return _selected; }
     // Whether it follows a finger.
     bool isTracking() const { return _tracking; }
 

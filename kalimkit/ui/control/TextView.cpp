@@ -246,6 +246,18 @@ void TextView::didResignFirstResponder() {
     if (const auto delegate = _delegate.lock()) delegate->textViewDidEndEditing(*this);
 }
 
+// ---- accessibility
+
+std::string TextView::accessibilityValue() const {
+    const std::string own = View::accessibilityValue();
+    return own.empty() ? text() : own;
+}
+
+AccessibilityRole TextView::accessibilityRole() const {
+    const AccessibilityRole own = View::accessibilityRole();
+    return own == AccessibilityRole::None ? AccessibilityRole::TextField : own;
+}
+
 // ---- touches
 
 gfx::TextPosition TextView::positionAt(gfx::Point place) const {

@@ -90,6 +90,10 @@ public:
     // ---- delegate
     void setDelegate(std::weak_ptr<TextViewDelegate> delegate) { _delegate = std::move(delegate); }
 
+    // The text where no value was set.
+    std::string accessibilityValue() const override;
+    AccessibilityRole accessibilityRole() const override;
+
     bool canBecomeFirstResponder() const override { return true; }
     void touchesBegan(const TouchEvent& event) override;
     void touchesMoved(const TouchEvent& event) override;

@@ -27,6 +27,8 @@ struct Accessibility {
     std::string value;
     // Passed over with all that is in it.
     bool isHidden = false;
+    // While it is shown nothing but what is in it is announced.
+    bool isModal = false;
 };
 
 }  // namespace kalim::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -18,6 +19,7 @@
 #include "kalimkit/ui/motion/LayerAnimation.h"
 #include "kalimkit/ui/touch/GestureRecognizer.h"
 #include "kalimkit/ui/view/Accessibility.h"
+#include "kalimkit/ui/view/AccessibilityElement.h"
 #include "kalimkit/ui/view/Responder.h"
 #include "kalimkit/ui/view/ViewLook.h"
 
@@ -189,6 +191,16 @@ public:
     void setAccessibilityValue(std::string value) { _accessibility.value = std::move(value); }
     bool isAccessibilityHidden() const { return _accessibility.isHidden; }
     void setAccessibilityHidden(bool hidden) { _accessibility.isHidden = hidden; }
+    bool isAccessibilityModal() const { return _accessibility.isModal; }
+    void setAccessibilityModal(bool modal) { _accessibility.isModal = modal; }
+    // Whether it can be used at present, as far as that is its own affair.
+    virtual bool isAccessibilityEnabled() const { return true; }
+    virtual bool isAccessibilitySelected() const { return false; }
+    // What it shows that is no view, in the order in which it is to be read.
+    virtual std::vector<AccessibilityElement> accessibilityElements() { return {}; }
+    // What a tap on one does; false, and nothing happens, where there is none of the key or it
+    // cannot be used.
+    virtual bool activateAccessibilityElement(std::uint64_t /*key*/) { return false; }
 
     // ---- focus
     // Whether the view takes typed text. No view does by default.

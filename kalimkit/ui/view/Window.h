@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -64,6 +65,11 @@ public:
     const std::vector<TouchRef>& activeTouches() const { return _touches; }
     // Views call it when they go.
     void cancelTouchesIn(const View& subtree);
+    // A finger lands in the middle of the view, whatever lies over it, and lifts at once. False,
+    // and nothing happens, for a view of no or another window and for one that a finger is on.
+    bool tap(View& view);
+    // Does work that comes from the host in another way than by fingers, and ends it as theirs.
+    void perform(const std::function<void()>& work);
     // A gesture has begun apart from any event: the views in there are told that their touches are
     // cancelled, and those fingers are kept from them.
     void takeTouches(const View& subtree);

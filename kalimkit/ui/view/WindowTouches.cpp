@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "kalimkit/ui/loop/Environment.h"
@@ -18,6 +20,9 @@ namespace {
 
 using Touches = std::vector<TouchRef>;
 using Views = std::vector<std::shared_ptr<View>>;
+
+// Of the finger that is none.
+constexpr std::int64_t tapNumber = std::numeric_limits<std::int64_t>::min();
 
 bool isFinite(gfx::Point p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
@@ -135,6 +140,32 @@ void Window::fingersCancelled(const std::vector<Finger>& fingers) {
                              std::ranges::find(fingers, touch->id(), &Finger::id) != fingers.end();
                   }),
          TouchPhase::Cancelled);
+    finishEvent(life);
+}
+
+// Both in one event, so no host can use the finger's number meanwhile.
+bool Window::tap(View& view) {
+    const bool isHeld = std::ranges::any_of(
+        _touches, [&view](const TouchRef& touch) { return touch->view().get() == &view; });
+    if (view.window() != this || isHeld) return false;
+    const Life life = _life;
+    const gfx::Point middle = view.convertRectTo(view.bounds(), nullptr).center();
+    const auto touch = std::make_shared<Touch>(tapNumber, middle, now());
+    touch->_view = view.shared_from_this();
+    rest();
+    _touches.push_back(touch);
+    deliver(TouchPhase::Began, {touch}, Touches(_touches));
+    if (!life.expired() && holds(_touches, touch)) {
+        rest();
+        lift({touch}, TouchPhase::Ended);
+    }
+    finishEvent(life);
+    return true;
+}
+
+void Window::perform(const std::function<void()>& work) {
+    const Life life = _life;
+    work();
     finishEvent(life);
 }
 
