@@ -97,6 +97,10 @@ gfx::AffineTransform ZoomedCanvasView::shownTransform() const {
 // Glides from how the view is shown to how it is from now on.
 void ZoomedCanvasView::settleView(const gfx::AffineTransform& from) {
     if (from == mViewTransform() || !window()) return;
+    if (ui::Environment::current().prefersReducedMotion()) {
+        _viewAnimation = nullptr;
+        return;
+    }
     const std::weak_ptr<ui::View> weakSelf = weak_from_this();
     _viewAnimation = std::make_unique<ViewAnimation>(
         from, mViewTransform(), ui::Environment::current().runLoop(), [weakSelf](bool isOver) {

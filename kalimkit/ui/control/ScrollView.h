@@ -125,6 +125,7 @@ private:
     void glideTo(GlideKind kind, gfx::Point offset, double scale);
     bool startInertia(gfx::Point velocity);
     void tick(Time time);
+    bool show(const Glide& glide, Time passed);
     bool goesOnSince(Time start) const { return _glide && _glide->start == start; }
     void endGlide();
     void bounceZoom();

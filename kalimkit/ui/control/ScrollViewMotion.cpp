@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 
 #include "kalimkit/ui/control/ScrollView.h"
 #include "kalimkit/ui/loop/Environment.h"
@@ -12,12 +13,18 @@ Time now() {
     return Environment::current().runLoop().now();
 }
 
+bool prefersReducedMotion() {
+    return Environment::current().prefersReducedMotion();
+}
+
 }  // namespace
 
 void ScrollView::glide(Glide glide) {
+    glide.start = now();
     _glide = glide;
-    _glide->start = now();
     _link->setPaused(false);
+    // It is there already; its end is told as that of any other.
+    if (prefersReducedMotion()) show(glide, std::numeric_limits<Time>::infinity());
 }
 
 void ScrollView::glideTo(GlideKind kind, gfx::Point offset, double scale) {
@@ -34,6 +41,7 @@ void ScrollView::glideTo(GlideKind kind, gfx::Point offset, double scale) {
 bool ScrollView::startInertia(gfx::Point velocity) {
     Glide next;
     const gfx::Point offset = contentOffset();
+    if (prefersReducedMotion()) velocity = {};
     next.horizontal = {offset.x, movesHorizontally() ? velocity.x : 0, horizontalRange(), _bounces};
     next.vertical = {offset.y, movesVertically() ? velocity.y : 0, verticalRange(), _bounces};
     if (next.horizontal.duration() <= 0 && next.vertical.duration() <= 0) {
@@ -57,21 +65,27 @@ void ScrollView::tick(Time time) {
     const auto alive = shared_from_this();
     // The delegate may start another.
     const Glide glide = *_glide;
-    const double passed = time - glide.start;
+    const Time passed =
+        prefersReducedMotion() ? std::numeric_limits<Time>::infinity() : time - glide.start;
+    if (show(glide, passed) && goesOnSince(glide.start)) endGlide();
+}
+
+// What has become of the glide after so many seconds; whether it is over.
+bool ScrollView::show(const Glide& glide, Time passed) {
     if (glide.kind == GlideKind::Inertia) {
-        const double duration = std::max(glide.horizontal.duration(), glide.vertical.duration());
         place({glide.horizontal.offsetAt(passed), glide.vertical.offsetAt(passed)});
-        if (passed >= duration && goesOnSince(glide.start)) endGlide();
-        return;
+        return passed >= std::max(glide.horizontal.duration(), glide.vertical.duration());
+    }
+    if (passed >= animationDuration) {
+        applyScale(glide.toScale);
+        if (goesOnSince(glide.start)) place(glide.toOffset);
+        return true;
     }
     const double share = easeInOut(passed / animationDuration);
-    const bool isOver = passed >= animationDuration;
-    const gfx::Point way = (glide.toOffset - glide.fromOffset) * share;
-    applyScale(isOver ? glide.toScale
-                      : glide.fromScale + (glide.toScale - glide.fromScale) * share);
-    if (!goesOnSince(glide.start)) return;
-    place(isOver ? glide.toOffset : glide.fromOffset + way);
-    if (isOver && goesOnSince(glide.start)) endGlide();
+    applyScale(glide.fromScale + (glide.toScale - glide.fromScale) * share);
+    if (!goesOnSince(glide.start)) return false;
+    place(glide.fromOffset + (glide.toOffset - glide.fromOffset) * share);
+    return false;
 }
 
 void ScrollView::stopMoving() {

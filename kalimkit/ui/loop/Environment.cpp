@@ -54,7 +54,7 @@ void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef
 }
 
 Animator& Environment::animator() {
-    if (!_animator) _animator = std::make_shared<Animator>(runLoop());
+    if (!_animator) _animator = std::make_shared<Animator>(*this);
     return *_animator;
 }
 

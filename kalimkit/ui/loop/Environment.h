@@ -67,6 +67,12 @@ public:
     virtual std::optional<bool> userDefault(const std::string& key) const;
     virtual void setUserDefault(const std::string& key, bool value);
 
+    // Whether the user wants things to be where they go, instead of watching them go there.
+    // Animations then end as they begin, and their completions run at the run loop's next turn. Off
+    // at first; the host tells it.
+    bool prefersReducedMotion() const { return _prefersReducedMotion; }
+    void setPrefersReducedMotion(bool prefers) { _prefersReducedMotion = prefers; }
+
     // ---- around the application's windows
     // The first window that was made and still exists; null for none.
     Window* keyWindow() const { return _windows->empty() ? nullptr : _windows->front(); }
@@ -105,6 +111,7 @@ public:
 
 private:
     Keyboard _keyboard;
+    bool _prefersReducedMotion = false;
     // Made when the first view animates, since the run loop is the derived class's.
     std::shared_ptr<Animator> _animator;
     std::map<std::string, bool> _userDefaults;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/motion/AnimationRun.h"
 #include "kalimkit/ui/view/View.h"
 
@@ -28,11 +29,16 @@ private:
 
 }  // namespace
 
-Animator::Animator(RunLoop& loop) : _loop(loop), _link(loop, [this](Time time) { tick(time); }) {}
+Animator::Animator(Environment& environment)
+    : _environment(environment),
+      _loop(environment.runLoop()),
+      _link(_loop, [this](Time time) { tick(time); }) {}
 
 void Animator::animate(const AnimationOptions& options, const std::function<void()>& changes,
                        std::function<void(bool finished)> completion) {
-    const auto run = std::make_shared<AnimationRun>(options, now(), std::move(completion));
+    AnimationOptions wanted = options;
+    if (_environment.prefersReducedMotion()) wanted.duration = wanted.delay = 0;
+    const auto run = std::make_shared<AnimationRun>(wanted, now(), std::move(completion));
     perform(run->isImmediate() ? nullptr : run, changes);
     _loop.at(run->end(), [&loop = _loop, run] { run->finish(loop.now()); });
 }

@@ -11,12 +11,13 @@
 namespace kalim::ui {
 
 class AnimationRun;
+class Environment;
 class View;
 
 // Moves what animates at every display tick. While nothing does, it does not tick.
 class KALIM_API Animator {
 public:
-    explicit Animator(RunLoop& loop);
+    explicit Animator(Environment& environment);
 
     Time now() const { return _loop.now(); }
 
@@ -34,6 +35,7 @@ private:
     void perform(std::shared_ptr<AnimationRun> run, const std::function<void()>& changes);
     void tick(Time time);
 
+    Environment& _environment;
     RunLoop& _loop;
     DisplayLink _link;
     std::vector<std::weak_ptr<View>> _views;

@@ -20,7 +20,8 @@ public:
     void clear() { _playing.clear(); }
     // Drops those that are over and do not stay at their end.
     void dropOver(Time now);
-    // The layer leaves the screen: those that stay at their end are there now, the others go.
+    // The layer leaves the screen, or the user wants nothing to move: those that stay at their end
+    // are there now, the others go.
     void jumpToEnd();
 
     // What stays at its end counts.

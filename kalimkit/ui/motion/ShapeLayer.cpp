@@ -33,6 +33,9 @@ void ShapeLayer::change(Change make) {
 
 void ShapeLayer::addAnimation(const LayerAnimation& animation, std::string key) {
     _animations.add(animation, std::move(key), now());
+    if (Environment::hasCurrent() && Environment::current().prefersReducedMotion()) {
+        _animations.jumpToEnd();
+    }
     animationsChanged();
 }
 

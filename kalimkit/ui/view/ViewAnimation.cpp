@@ -136,6 +136,9 @@ bool View::isAnimating() const {
 void View::addAnimation(const LayerAnimation& animation, std::string key) {
     change([&] {
         motion().animations().add(animation, std::move(key), now());
+        if (Environment::hasCurrent() && Environment::current().prefersReducedMotion()) {
+            motion().animations().jumpToEnd();
+        }
         settleMotion();
     });
     animationsChanged();
