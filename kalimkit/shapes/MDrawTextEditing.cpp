@@ -90,6 +90,7 @@ void MDrawText::prepareTextView() {
         _textView = MDrawTextView::initWithFrame({});
         _textView->setDelegate(std::shared_ptr<ui::TextViewDelegate>(self()));
         _textView->setBackgroundColor(fieldColor());
+        _textView->setAccessibilityLabel(ui::Environment::current().localizedString("文字"));
         _textView->setKeyboardAppearance(ui::KeyboardAppearance::Dark);
         _textView->setEnablesReturnKeyAutomatically(true);
         _textView->setScrollEnabled(false);

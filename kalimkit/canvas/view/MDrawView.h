@@ -20,6 +20,7 @@
 #include "kalimkit/canvas/view/NewTools.h"
 #include "kalimkit/canvas/view/RotationUnderWay.h"
 #include "kalimkit/canvas/view/TapMemory.h"
+#include "kalimkit/canvas/view/ToolKeys.h"
 #include "kalimkit/canvas/view/ToolType.h"
 #include "kalimkit/canvas/view/ZoomedCanvasView.h"
 #include "kalimkit/gfx/Export.h"
@@ -144,6 +145,14 @@ public:
     void touchesEnded(const ui::TouchEvent& event) override;
     void touchesCancelled(const ui::TouchEvent& event) override;
 
+    // ---- accessibility
+    // The finished tools in drawing order, but for the text that is being edited: that is a text
+    // field meanwhile.
+    std::vector<ui::AccessibilityElement> accessibilityElements() override;
+    // As a tap on the tool alone: it becomes the selection, or leaves it. A text that is selected
+    // is edited instead.
+    bool activateAccessibilityElement(std::uint64_t key) override;
+
     // ---- display
     // Has everything drawn anew at the next frame. Whoever changes a tool of the canvas by itself
     // calls it; the canvas's own operations draw again what they changed.
@@ -228,6 +237,10 @@ private:
 
     bool stepHistory(bool (*step)(MUndoManager&));
 
+    // ---- accessibility (MDrawViewAccessibility.cpp)
+    bool isAnnounced(const MDrawTool& tool) const;
+    gfx::Rect announcedFrame(MDrawTool& tool) const;
+
     // ---- content rectangle (MDrawViewContent.cpp)
     gfx::Rect contentRect() const;
     bool refreshContextRect();
@@ -275,6 +288,7 @@ private:
     RotationUnderWay _rotation;
 
     TapMemory _taps;
+    ToolKeys _toolKeys;
     std::shared_ptr<MDrawText> _curEdittingTextTool;
     ColorPairs _textMaskColorPars;
     // Where the view belongs while a keyboard moves it; nothing while none does.

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "kalimkit/canvas/view/ColorName.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -20,11 +21,6 @@ std::string nameIn(const std::array<const char*, count>& names, unsigned index) 
     return name.empty() ? name : ui::Environment::current().localizedString(name);
 }
 
-struct NamedColor {
-    const char* hex;
-    const char* name;
-};
-
 }  // namespace
 
 std::string penName(unsigned pen) {
@@ -36,19 +32,6 @@ std::string penName(unsigned pen) {
 std::string sizeName(unsigned size) {
     static constexpr std::array names{"极细", "细", "中等", "粗", "极粗"};
     return nameIn(names, size);
-}
-
-std::string colorName(const gfx::ColorRef& color) {
-    static constexpr std::array<NamedColor, 5> names{{{"#F63434FF", "红色"},
-                                                      {"#FFF700FF", "黄色"},
-                                                      {"#1AA9FFFF", "蓝色"},
-                                                      {"#FFFFFFFF", "白色"},
-                                                      {"#000000FF", "黑色"}}};
-    const std::string hex = color ? color->hex() : "";
-    for (const NamedColor& named : names) {
-        if (hex == named.hex) return ui::Environment::current().localizedString(named.name);
-    }
-    return {};
 }
 
 std::string choiceName(const TesselConfig& config) {

@@ -13,7 +13,6 @@ inline constexpr unsigned mosaicPen = 0;
 // Empty for a choice that there is no name for.
 std::string penName(unsigned pen);
 std::string sizeName(unsigned size);
-std::string colorName(const gfx::ColorRef& color);
 // Of what a dot stands for, by its type.
 std::string choiceName(const TesselConfig& config);
 // Of a row of such dots.

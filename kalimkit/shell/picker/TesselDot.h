@@ -44,6 +44,7 @@ public:
     void setShape(unsigned shape);
     // What it is called, in the user's language.
     std::string accessibilityLabel() const override;
+    bool isAccessibilitySelected() const override { return _select; }
 
     // ---- state
     // Selecting one that was not, and the reverse, is animated in a window.

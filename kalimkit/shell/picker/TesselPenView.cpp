@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 
+#include "kalimkit/canvas/view/ColorName.h"
 #include "kalimkit/shell/config/ColorImages.h"
 #include "kalimkit/shell/config/FrameworkImages.h"
 #include "kalimkit/shell/config/HexColor.h"
@@ -135,7 +136,8 @@ std::string TesselPenView::accessibilityValue() const {
 // ---- ring hint
 
 void TesselPenView::ringAnimationOp(int op) {
-    if (op == 1 && _canUseRingAnimation && !isRinging()) {
+    const bool isUnwanted = ui::Environment::current().prefersReducedMotion();
+    if (op == 1 && _canUseRingAnimation && !isUnwanted && !isRinging()) {
         _firstRing = addRing();
         _secondRing = addRing();
         _firstRing->addAnimation(ringAnimation(1.8333, 0), "FirstRingAnimationKey");

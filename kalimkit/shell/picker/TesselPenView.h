@@ -40,7 +40,7 @@ public:
     void setColor(gfx::ColorRef color);
     // The picture of the three; null before there is one.
     const gfx::ImageRef& icon() const { return _icon; }
-    // The pen's name in the user's language.
+    // Pen, colour and size in the user's language.
     std::string accessibilityValue() const override;
 
     // ---- ring hint

@@ -140,6 +140,11 @@ void TesselPopView::layoutSubviews() {
 
 // ---- state
 
+std::string TesselPopView::accessibilityValue() const {
+    if (_views.empty()) return {};
+    return _views.at(static_cast<std::size_t>(_selectIndex))->accessibilityLabel();
+}
+
 void TesselPopView::setEnable(bool enable) {
     setUserInteractionEnabled(enable);
     setAlpha(enable ? 1 : disabledAlpha);

@@ -56,6 +56,9 @@ public:
     void setStaticPadding(double padding);
     // Whether it is folding or unfolding.
     bool isAnimating() const { return _isAnimating; }
+    // What the selected dot is called.
+    std::string accessibilityValue() const override;
+    bool isAccessibilityEnabled() const override { return enable(); }
     // What the dots take up.
     gfx::Size intrinsicContentSize() const;
     int tag() const { return _tag; }
