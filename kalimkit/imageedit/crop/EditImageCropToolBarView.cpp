@@ -32,6 +32,7 @@ void EditImageCropToolBarView::init(const gfx::Rect& frame) {
     View::init(frame);
     setAlpha(0);
     setAccessibilityRole(ui::AccessibilityRole::Group);
+    setAccessibilityLabel(ui::Environment::current().localizedString("裁剪工具栏"));
     using Delegate = EditImageCropToolBarDelegate;
     _bottomBackgroundView = ui::View::initWithFrame({});
     _bottomBackgroundView->setBackgroundColor(gfx::makeColor(0, 0, 0, 0.85));

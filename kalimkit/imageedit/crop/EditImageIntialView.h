@@ -100,6 +100,10 @@ public:
         return _eIScrollView->panGestureRecognizer();
     }
 
+    // ---- accessibility
+    // The crop frame, with the pixels across and down that it cuts out; none before crop mode.
+    std::vector<ui::AccessibilityElement> accessibilityElements() override;
+
     // ---- geometry
     const gfx::Rect& cropFrame() const { return _cropFrame; }
     const gfx::Rect& cropOriginalFrame() const { return _cropOriginalFrame; }

@@ -10,6 +10,7 @@ void TesselViewController::initEditCutView() {
     const auto editor = EditImageIntialView::initWithFrame(view()->bounds());
     _editImageInitialView = editor;
     editor->setFillsSuperview(true);
+    editor->setAccessibilityModal(true);
     editor->setDelegate(self());
     view()->addSubview(editor);
     editor->onEditImageWithEditEntrance(nullptr, 0);

@@ -53,6 +53,7 @@ void KLMActionsheetView::init(const gfx::Rect& frame) {
     View::init(frame);
     setBackgroundColor(dimColor(0));
     setAccessibilityRole(ui::AccessibilityRole::Dialog);
+    setAccessibilityModal(true);
     setAccessibilityLabel(ui::Environment::current().localizedString("关闭"));
     addBackdrop();
     _sheetPanel = ui::View::initWithFrame({{0, bounds().maxY()}, unlaidPanelSize});
