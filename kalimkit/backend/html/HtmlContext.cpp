@@ -112,31 +112,38 @@ void HtmlContext::onDrawText(std::string_view text, Point baseline, const Font& 
 // ---- groups ---------------------------------------------------------------------------------
 
 void HtmlContext::onBeginGroup() {
-    const Rect box = groupBox();
+    _groups.push_back(groupBox());
+    const Rect& box = _groups.back().box;
     page::groupBegin(_surface, static_cast<int>(box.minX()), static_cast<int>(box.minY()),
                      static_cast<int>(box.size.width), static_cast<int>(box.size.height));
 }
 
 void HtmlContext::onEndGroup() {
+    _groups.pop_back();
     prepare(state().interpolation);
     page::groupEnd(_surface);
 }
 
-// The pixels that the clip lets through and, for a shadow, those whose shadow may fall there.
-Rect HtmlContext::groupBox() const {
-    const Rect whole(0, 0, _size.width, _size.height);
-    if (!state().clipBounds) return whole;
-    const Rect& clip = *state().clipBounds;
-    const Rect visible = Rect(clip.minX() * _scale, clip.minY() * _scale, clip.size.width * _scale,
-                              clip.size.height * _scale)
-                             .intersection(whole)
-                             .roundedOut();
-    if (!state().castsShadow() || visible.isEmpty()) return visible;
+// The pixels that the clip lets through and, for a shadow, those whose shadow may fall there. In a
+// group that casts one the clip tells nothing of what is seen.
+HtmlContext::Group HtmlContext::groupBox() const {
+    const bool isInShadow = !_groups.empty() && _groups.back().castsShadow;
+    const Rect whole = _groups.empty() ? Rect(0, 0, _size.width, _size.height) : _groups.back().box;
+    Rect visible = whole;
+    if (state().clipBounds && !isInShadow) {
+        const Rect& clip = *state().clipBounds;
+        visible = Rect(clip.minX() * _scale, clip.minY() * _scale, clip.size.width * _scale,
+                       clip.size.height * _scale)
+                      .intersection(whole)
+                      .roundedOut();
+    }
+    if (!state().castsShadow() || visible.isEmpty()) return {visible, isInShadow};
     const double reach = 3 * state().shadow->blur / 2 * _scale + 1;
     const Rect casting = visible.offset(-(state().shadow->offset * _scale)).inset(-reach, -reach);
-    return visible.unionWith(casting)
-        .intersection(visible.inset(-kFarthestCast, -kFarthestCast))
-        .roundedOut();
+    return {visible.unionWith(casting)
+                .intersection(visible.inset(-kFarthestCast, -kFarthestCast))
+                .roundedOut(),
+            true};
 }
 
 // ---- what they have in common ---------------------------------------------------------------

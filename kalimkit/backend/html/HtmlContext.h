@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "kalimkit/gfx/Context.h"
 
@@ -31,16 +32,24 @@ protected:
     void onEndGroup() override;
 
 private:
+    // An open group: what it keeps of the surface, pixels, and whether it or one around it casts a
+    // shadow.
+    struct Group {
+        Rect box;
+        bool castsShadow;
+    };
+
     AffineTransform toDevice() const;
     void prepare(Interpolation interpolation) const;
     bool prepareFill(std::shared_ptr<const HtmlRaster>& held) const;
     void drawSource(int source, PixelSize size, const Rect& rect) const;
     std::optional<Path> snapped(const Path& path) const;
-    Rect groupBox() const;
+    Group groupBox() const;
 
     int _surface;
     PixelSize _size;
     double _scale;
+    std::vector<Group> _groups;
 };
 
 }  // namespace kalim::gfx

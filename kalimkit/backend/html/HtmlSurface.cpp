@@ -13,7 +13,8 @@ namespace {
 
 // Forgives what a product of decimal fractions may have gained.
 constexpr double kRoundingError = 1e-6;
-constexpr double kLargestSide = 32767;
+// The page knows what it has room for.
+constexpr double kLargestSide = 1 << 30;
 
 // Zero for a length that no surface can have.
 int pixelLength(double points, double scale) {

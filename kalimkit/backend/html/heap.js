@@ -1,5 +1,6 @@
 // The memory of a WebAssembly instance, as its imports read and write it. Growing the memory detaches
-// every view of it, so a view is made anew when that has happened.
+// every view of it, so a view is made anew when that has happened. Addresses may arrive as negative
+// numbers.
 export class Heap {
   #memory = null;
   #views = {};
@@ -30,17 +31,20 @@ export class Heap {
 
   // Bytes that are no UTF-8 become replacement characters.
   text(at, length) {
-    return length ? this.#decoder.decode(this.bytes.subarray(at, at + length)) : '';
+    const begin = at >>> 0;
+    return length ? this.#decoder.decode(this.bytes.subarray(begin, begin + length)) : '';
   }
 
   // A text that ends with a zero byte.
   cString(at) {
-    return this.text(at, this.bytes.indexOf(0, at) - at);
+    const begin = at >>> 0;
+    return this.text(begin, this.bytes.indexOf(0, begin) - begin);
   }
 
   // Writes as much of the text as fits, in whole characters; returns how many bytes that took.
   writeText(text, at, room) {
-    return this.#encoder.encodeInto(text, this.bytes.subarray(at, at + room)).written;
+    const begin = at >>> 0;
+    return this.#encoder.encodeInto(text, this.bytes.subarray(begin, begin + room)).written;
   }
 
   encode(text) {

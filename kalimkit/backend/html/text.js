@@ -24,7 +24,9 @@ export function prepareText(context) {
 }
 
 export function fontString(family, size, isBold, isItalic) {
-  const named = family ? `"${family.replace(/["\\]/g, '\\$&')}", ` : '';
+  // What would end the name is written by its number.
+  const escaped = family.replace(/["\\\p{Cc}]/gu, (sign) => `\\${sign.codePointAt(0).toString(16)} `);
+  const named = family ? `"${escaped}", ` : '';
   return `${isItalic ? 'italic ' : ''}${isBold ? 'bold ' : ''}${size}px ${named}${systemFamilies}`;
 }
 
@@ -60,6 +62,13 @@ export class TextMeasures {
       grapheme: new Intl.Segmenter(undefined, { granularity: 'grapheme' }),
       word: new Intl.Segmenter(undefined, { granularity: 'word' }),
     };
+  }
+
+  // Fonts have changed.
+  forget() {
+    this.#widths.clear();
+    this.#metrics.clear();
+    this.#font = '';
   }
 
   graphemes(text) {

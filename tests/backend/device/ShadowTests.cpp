@@ -150,6 +150,13 @@ TEST(DrawnShadow, ClippedDrawingEqualsAPartOfTheWhole) {
             c.fillRect({15, 5, 10, 40});
             c.endTransparencyGroup();
         },
+        [](Context& c) {
+            c.beginTransparencyGroup();
+            c.beginTransparencyGroup();
+            c.fillRect({5, 5, 30, 10});
+            c.endTransparencyGroup();
+            c.endTransparencyGroup();
+        },
     };
     // The second clip sees nothing but shadow.
     for (const Rect& part : {Rect{20, 15, 20, 30}, Rect{28, 36, 20, 20}}) {
