@@ -81,6 +81,11 @@ void BrowserEditor::dismiss() {
 
 // ---- display
 
+void BrowserEditor::redraw() {
+    _window.setSize(_window.size());
+    if (canvas()) canvas()->invalidateLayers();
+}
+
 void BrowserEditor::show() {
     _environment->runLoop().drain();
     followCaret();
@@ -114,10 +119,16 @@ bool BrowserEditor::insertText(std::string_view text) {
     return focused != nullptr;
 }
 
+bool BrowserEditor::selectText(gfx::TextRange range) {
+    const auto focused = focusedText();
+    if (focused) focused->setSelection({range.begin, range.end});
+    return focused != nullptr;
+}
+
 bool BrowserEditor::replaceText(gfx::TextRange range, std::string_view text) {
     const auto focused = focusedText();
     if (!focused) return false;
-    focused->setSelection({range.begin, range.end});
+    selectText(range);
     if (!text.empty()) {
         focused->insertText(text);
     } else if (range.begin != range.end) {

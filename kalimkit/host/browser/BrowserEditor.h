@@ -7,6 +7,7 @@
 #include "kalimkit/shell/editor/EditorKeys.h"
 #include "kalimkit/shell/editor/TesselViewController.h"
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/view/AccessibilityTree.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
@@ -25,10 +26,14 @@ public:
 
     BrowserEnvironment& environment() { return *_environment; }
     ui::Window& window() { return _window; }
+    // What the page tells an assistive technology.
+    ui::AccessibilityTree& accessibility() { return _accessibility; }
     ui::RunLoop& runLoop() { return _environment->runLoop(); }
     void setSize(gfx::Size size, double scale);
     // The on-screen keyboard covers that much of the window, points.
     void setKeyboardHeight(double height);
+    // Has everything drawn anew, where the page has lost it.
+    void redraw();
     // Does the work that is due and shows what it, or a call to the editor, has changed.
     void show();
 
@@ -44,6 +49,7 @@ public:
 
     // ---- text. Nothing happens while no text has the focus; false then.
     bool insertText(std::string_view text);
+    bool selectText(gfx::TextRange range);
     // Puts a text in the place of some bytes.
     bool replaceText(gfx::TextRange range, std::string_view text);
     bool composeText(std::string_view text, gfx::TextRange selection);
@@ -63,6 +69,7 @@ private:
     std::shared_ptr<BrowserEnvironment> _environment;
     std::shared_ptr<ui::Environment> _previousEnvironment;
     ui::Window _window;
+    ui::AccessibilityTree _accessibility{_window};
     std::shared_ptr<Delegate> _delegate;
     std::shared_ptr<TesselViewController> _controller;
     std::unique_ptr<EditorKeys> _keys;

@@ -7,7 +7,7 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
-#include "kalimkit/host/browser/BrowserEditor.h"
+#include "kalimkit/host/browser/PageEditor.h"
 
 // What the page calls. A module holds one editor; a page with several has as many modules. What is
 // longer than a number lies in the module's buffer. What asks for an editor does nothing while no
@@ -40,6 +40,10 @@ enum class Phase { Began, Moved, Ended, Cancelled };
 
 }  // namespace
 
+kalim::BrowserEditor* kalim::pageEditor() {
+    return editor.get();
+}
+
 // The module's buffer, at least as many bytes; it moves when it grows.
 KALIM_EXPORT("buffer") void* buffer(int bytes) {
     const auto wanted = static_cast<std::size_t>(bytes) / sizeof(double) + 1;
@@ -64,6 +68,11 @@ KALIM_EXPORT("resize") void resize(double width, double height, double scale) {
     editor->show();
 }
 
+// Whether things are to be where they go at once.
+KALIM_EXPORT("reduce_motion") void reduceMotion(bool isReduced) {
+    editor->environment().setPrefersReducedMotion(isReduced);
+}
+
 KALIM_EXPORT("keyboard") void keyboard(double height) {
     editor->setKeyboardHeight(height);
     editor->show();
@@ -75,12 +84,28 @@ KALIM_EXPORT("advance") void advance(double time) {
     editor->show();
 }
 
+// The same, but shows nothing until show() is called.
+KALIM_EXPORT("advance_to") void advanceTo(double time) {
+    editor->runLoop().advanceTo(time);
+}
+
+KALIM_EXPORT("show") void show() {
+    editor->show();
+}
+
+// Draws everything anew.
+KALIM_EXPORT("redraw") void redraw() {
+    editor->redraw();
+    editor->show();
+}
+
 // Below zero when nothing is due at any time.
 KALIM_EXPORT("next_due") double nextDue() {
     return editor->runLoop().nextDue();
 }
 
-// ---- touches: of each finger an id and a place, points, three doubles in the buffer
+// ---- touches: of each finger an id and a place, points, three doubles in the buffer. What they
+// and the mouse change is shown by show().
 
 KALIM_EXPORT("fingers") void fingers(int phase, int count) {
     std::vector<kalim::ui::Finger> changed;
@@ -103,7 +128,6 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
             window.fingersCancelled(changed);
             break;
     }
-    editor->show();
 }
 
 // ---- the mouse and keys, see EditorKeys. A button is the number of a PointerButton; true when the
@@ -125,13 +149,11 @@ KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
             pans = keys->pointerReleased(button);
             break;
     }
-    editor->show();
     return pans;
 }
 
 KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
     if (kalim::EditorKeys* const keys = editor->keys()) keys->pointerZoomed({x, y}, factor);
-    editor->show();
 }
 
 // The key's name is in the buffer; whether it did something.
@@ -277,6 +299,10 @@ KALIM_EXPORT("replace_text") bool replaceText(int begin, int end, int length) {
     const bool done = editor->replaceText(range(begin, end), sharedText(length));
     editor->show();
     return done;
+}
+
+KALIM_EXPORT("select_text") bool selectText(int begin, int end) {
+    return editor->selectText(range(begin, end));
 }
 
 KALIM_EXPORT("compose_text") bool composeText(int length, int begin, int end) {

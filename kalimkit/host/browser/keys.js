@@ -32,3 +32,26 @@ export function nameOf(event) {
   if (!name || (isCommand && name === 'v')) return null;
   return `${isCommand ? 'ctrl+' : ''}${event.altKey ? 'alt+' : ''}${event.shiftKey ? 'shift+' : ''}${name}`;
 }
+
+// What an element that has the focus hears. target: press(name, isRepeated), which answers whether the
+// key did something, release(name), and paste(file) for a picture.
+export function watchKeys(element, signal, target) {
+  const on = (type, listener) => element.addEventListener(type, listener, { signal });
+  if (element.tabIndex < 0) element.tabIndex = 0;
+  on('keydown', (event) => {
+    const name = nameOf(event);
+    if (name && target.press(name, event.repeat)) event.preventDefault();
+  });
+  on('keyup', (event) => {
+    const name = nameOf(event);
+    if (name) target.release(name);
+  });
+  // Of what is released elsewhere nobody hears.
+  on('blur', () => target.release('space'));
+  on('paste', (event) => {
+    const file = [...event.clipboardData.files].find(({ type }) => type.startsWith('image/'));
+    if (!file) return;
+    event.preventDefault();
+    target.paste(file);
+  });
+}

@@ -1,34 +1,50 @@
 // Pointer events of an element as fingers: each pointer that goes down on it is a finger until it
 // lifts, wherever it goes. A mouse is one while its main button is down, unless the editor pans with it.
 
+import { contentBox } from './box.js';
+
 export const Phase = { began: 0, moved: 1, ended: 2, cancelled: 3 };
 
 // A wheel's pixels and lines that are a notch, and how much a notch enlarges.
 const notches = { 0: 100, 1: 3, 2: 1 };
 const notchFactor = 1.15;
+// What PointerEvent.buttons holds for a button: main, middle, another.
+const buttonBits = [1, 4, 2];
 
 export class Pointers {
   #element;
   #target;
   #down = new Set();
-  // The mouse's button that the editor pans with.
-  #panButton = null;
+  // The button that the mouse went down with, and whether the editor pans with it.
+  #button = 0;
+  #isPanning = false;
   #listening = new AbortController();
 
   // target: fingers(phase, [{ id, x, y }], time), pan(phase, button, place, time), which answers
-  // whether the editor pans with the mouse, and zoom(place, factor, time). x and y go from 0 to 1
-  // over the element; buttons are 0 main, 1 middle, 2 another; milliseconds as performance.now().
+  // whether the editor pans with the mouse, zoom(place, factor, time), and show(), which ends what one
+  // event of the page brings. x and y go from 0 to 1 over the element's content; buttons are 0 main,
+  // 1 middle, 2 another; milliseconds as performance.now().
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
     const { signal } = this.#listening;
     const on = (type, listener, options) =>
       element.addEventListener(type, listener, { signal, ...options });
+    const lift = (phase) => (event) => {
+      if (this.#down.has(event.pointerId)) this.#lifted(event, phase);
+    };
     on('pointerdown', (event) => this.#began(event));
-    on('pointermove', (event) => this.#moved(event));
-    on('pointerup', (event) => this.#lifted(event, Phase.ended));
-    on('pointercancel', (event) => this.#lifted(event, Phase.cancelled));
-    on('lostpointercapture', (event) => this.#lifted(event, Phase.cancelled));
+    on('pointermove', (event) => {
+      if (this.#down.has(event.pointerId)) this.#moved(event);
+    });
+    on('pointerup', lift(Phase.ended));
+    on('pointercancel', lift(Phase.cancelled));
+    on('lostpointercapture', lift(Phase.cancelled));
+    // An element that is taken out of its document hears of nothing.
+    document.addEventListener('lostpointercapture', lift(Phase.cancelled), { signal });
+    document.addEventListener('visibilitychange', () => {
+      if (document.hidden) this.cancel();
+    }, { signal });
     on('wheel', (event) => this.#turned(event), { passive: false });
     // The focus stays with the text that is edited; a long press is the canvas's own.
     for (const type of ['mousedown', 'contextmenu']) on(type, (event) => event.preventDefault());
@@ -42,21 +58,25 @@ export class Pointers {
     this.#listening.abort();
   }
 
+  // Of all fingers, whose end nobody will hear of.
   cancel() {
     const fingers = [...this.#down].map((id) => ({ id, x: 0, y: 0 }));
     this.#down.clear();
-    this.#panButton = null;
-    if (fingers.length) this.#target.fingers(Phase.cancelled, fingers, performance.now());
+    if (!fingers.length) return;
+    if (this.#isPanning) this.#target.pan(Phase.ended, this.#button, { x: 0, y: 0 }, performance.now());
+    this.#isPanning = false;
+    this.#target.fingers(Phase.cancelled, fingers, performance.now());
+    this.#target.show();
   }
 
+  // One that goes down twice has lifted where nobody heard of it.
   #began(event) {
-    if (this.#down.has(event.pointerId)) return;
-    const button = Math.min(event.button, 2);
-    const isMouse = event.pointerType === 'mouse';
-    if (isMouse && this.#target.pan(Phase.began, button, this.#placeOf(event), event.timeStamp)) {
-      this.#panButton = button;
-    } else if (isMouse && button !== 0) {
-      return;
+    if (this.#down.has(event.pointerId)) this.#lifted(event, Phase.cancelled);
+    if (event.pointerType === 'mouse') {
+      this.#button = Math.min(event.button, 2);
+      this.#isPanning =
+        this.#target.pan(Phase.began, this.#button, this.#placeOf(event), event.timeStamp);
+      if (!this.#isPanning && this.#button !== 0) return;
     }
     this.#down.add(event.pointerId);
     // A pointer that is gone already, as one made by a script, cannot be captured.
@@ -66,19 +86,26 @@ export class Pointers {
       if (error.name !== 'NotFoundError') throw error;
     }
     this.#tell(Phase.began, event);
+    this.#target.show();
   }
 
-  // Browsers gather moves for one frame; a drawn line needs all of them.
+  // Browsers gather moves for one frame; a drawn line needs all of them. A mouse whose other buttons are
+  // still down moves when the one that counts lifts.
   #moved(event) {
-    if (!this.#down.has(event.pointerId)) return;
+    if (event.pointerType === 'mouse' && !(event.buttons & buttonBits[this.#button])) {
+      this.#lifted(event, Phase.ended);
+      return;
+    }
     const gathered = event.getCoalescedEvents?.() ?? [];
     for (const each of gathered.length ? gathered : [event]) this.#tell(Phase.moved, each);
+    this.#target.show();
   }
 
   #lifted(event, phase) {
-    if (!this.#down.delete(event.pointerId)) return;
+    this.#down.delete(event.pointerId);
     this.#tell(phase, event);
-    if (event.pointerType === 'mouse') this.#panButton = null;
+    if (event.pointerType === 'mouse') this.#isPanning = false;
+    this.#target.show();
   }
 
   #turned(event) {
@@ -87,19 +114,23 @@ export class Pointers {
     // A touchpad's pinch arrives as a wheel with the control key.
     const factor = event.ctrlKey ? Math.exp(-turned) : notchFactor ** -turned;
     this.#target.zoom(this.#placeOf(event), factor, event.timeStamp);
+    this.#target.show();
   }
 
   #tell(phase, event) {
     const place = this.#placeOf(event);
-    if (this.#panButton === null || event.pointerType !== 'mouse') {
+    if (!this.#isPanning || event.pointerType !== 'mouse') {
       this.#target.fingers(phase, [{ id: event.pointerId, ...place }], event.timeStamp);
     } else if (phase !== Phase.began) {
-      this.#target.pan(phase, this.#panButton, place, event.timeStamp);
+      this.#target.pan(phase, this.#button, place, event.timeStamp);
     }
   }
 
   #placeOf(event) {
-    const box = this.#element.getBoundingClientRect();
-    return { x: (event.clientX - box.left) / box.width, y: (event.clientY - box.top) / box.height };
+    const box = contentBox(this.#element);
+    return {
+      x: (event.clientX - box.left) / box.shownWidth,
+      y: (event.clientY - box.top) / box.shownHeight,
+    };
   }
 }

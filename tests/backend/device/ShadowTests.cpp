@@ -153,7 +153,7 @@ TEST(DrawnShadow, ClippedDrawingEqualsAPartOfTheWhole) {
         [](Context& c) {
             c.beginTransparencyGroup();
             c.beginTransparencyGroup();
-            c.fillRect({5, 5, 30, 10});
+            c.fillRect({10, 10, 40, 25});
             c.endTransparencyGroup();
             c.endTransparencyGroup();
         },

@@ -1,0 +1,36 @@
+// What a page chooses instead of the user.
+
+export const Pen = {
+  mosaic: 0,
+  text: 1,
+  freehand: 2,
+  rectangle: 3,
+  line: 4,
+  ellipse: 5,
+  arrow: 6,
+};
+
+// "#RRGGBB" or "#RRGGBBAA" as a number; throws for any other text.
+export function packedColor(color) {
+  if (!/^#([0-9a-f]{6}|[0-9a-f]{8})$/i.test(color)) {
+    throw new TypeError(`"${color}" is no colour such as #FF3B30 or #FF3B3080`);
+  }
+  return parseInt(color.slice(1).padEnd(8, 'f'), 16);
+}
+
+// They wait for the editor to appear, as it has nothing to choose from before.
+export class Choices {
+  // Values by the module's operations that take them.
+  #waiting = new Map();
+
+  set(operation, value) {
+    this.#waiting.set(operation, value);
+  }
+
+  make(module) {
+    if (!this.#waiting.size || !module.call('has_appeared')) return;
+    const choices = [...this.#waiting];
+    this.#waiting.clear();
+    for (const [operation, value] of choices) module.call(operation, value);
+  }
+}

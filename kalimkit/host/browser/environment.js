@@ -1,0 +1,54 @@
+// What the page supplies to the module beside the editor's own affairs: texts, flags and the clipboard.
+
+import { setSetting, setting } from './settings.js';
+
+// The clipboard's text, as far as a page may know it: what this editor has put there.
+export class Clipboard {
+  #text = '';
+  // Of a copy by the browser's own command, while it is under way.
+  #data = null;
+
+  get text() {
+    return this.#text;
+  }
+
+  // What the work writes goes into the data of that command.
+  copyInto(data, work) {
+    this.#data = data;
+    work();
+    this.#data = null;
+  }
+
+  write(text) {
+    this.#text = text;
+    if (this.#data) {
+      this.#data.setData('text/plain', text);
+    } else {
+      // Browsers may refuse; the text is still there for this editor.
+      navigator.clipboard?.writeText(text).catch(() => {});
+    }
+  }
+}
+
+// Imports of the module; strings are texts by the Chinese ones.
+export function environment(heap, strings, clipboard) {
+  const writeWhole = (text, out, room) => {
+    const bytes = heap.encode(text);
+    heap.bytes.set(bytes.subarray(0, room), out >>> 0);
+    return bytes.length;
+  };
+  return {
+    wall_clock: () => Date.now() / 1000,
+    localized: (key, length, out, room) => {
+      const name = heap.text(key, length);
+      return Object.hasOwn(strings, name) ? writeWhole(String(strings[name]), out, room) : -1;
+    },
+    clipboard_read: (out, room) => writeWhole(clipboard.text, out, room),
+    clipboard_write: (at, length) => clipboard.write(heap.text(at, length)),
+    user_default: (key, length) => {
+      const value = setting(heap.text(key, length));
+      return value === undefined ? -1 : Number(value);
+    },
+    set_user_default: (key, length, value) => setSetting(heap.text(key, length), value !== 0),
+  };
+}

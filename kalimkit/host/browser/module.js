@@ -1,0 +1,78 @@
+// The library's module as the editor calls it.
+
+import { instantiate } from '../../backend/html/instance.js';
+
+// A module that has thrown is in no state to be called again: nothing that it had begun was ended. It
+// is destroyed only when its outermost call has returned.
+export class Module {
+  heap;
+  drawing;
+  #exports = null;
+  #depth = 0;
+  #failure = null;
+  #isLeaving = false;
+  #failed;
+
+  // wasm and makeImports as those of instantiate(); failed(error) hears of the first thing thrown.
+  static async load(wasm, makeImports, failed) {
+    const module = new Module();
+    const { exports, heap, drawing } = await instantiate(wasm, makeImports);
+    module.#exports = exports;
+    module.#failed = failed;
+    module.heap = heap;
+    module.drawing = drawing;
+    return module;
+  }
+
+  // Whether it can be called.
+  get isAlive() {
+    return !this.#failure && !this.#isLeaving;
+  }
+
+  call(name, ...values) {
+    if (this.#failure) {
+      throw new Error(`The editor has stopped: ${this.#failure.message}`, { cause: this.#failure });
+    }
+    if (this.#isLeaving) throw new Error('The editor has been destroyed');
+    return this.#run(name, values);
+  }
+
+  // Puts a text where the module looks for it; the number of its bytes.
+  put(text) {
+    const bytes = this.heap.encode(text);
+    this.heap.bytes.set(bytes, this.call('buffer', bytes.length) >>> 0);
+    return bytes.length;
+  }
+
+  putNumbers(numbers) {
+    this.heap.doubles.set(numbers, this.call('buffer', numbers.length * 8) >>> 3);
+  }
+
+  destroy() {
+    if (this.#isLeaving) return;
+    this.#isLeaving = true;
+    if (this.#depth === 0) this.#leave();
+  }
+
+  #run(name, values) {
+    ++this.#depth;
+    try {
+      return this.#exports[name](...values);
+    } catch (error) {
+      if (!this.#failure) {
+        this.#failure = error;
+        this.#failed(error);
+      }
+      throw error;
+    } finally {
+      if (--this.#depth === 0 && this.#isLeaving) this.#leave();
+    }
+  }
+
+  #leave() {
+    const exports = this.#exports;
+    this.#exports = null;
+    if (exports && !this.#failure) exports.destroy();
+    this.drawing.dropLayers();
+  }
+}

@@ -1,0 +1,63 @@
+// Pictures that come into the editor and go out of it.
+
+// What drawImage takes gives no pixels back once something is in it that another site keeps to itself.
+function isReadable(bitmap) {
+  const pixel = document.createElement('canvas').getContext('2d');
+  pixel.drawImage(bitmap, 0, 0, 1, 1);
+  try {
+    pixel.getImageData(0, 0, 1, 1);
+    return true;
+  } catch {
+    return false;
+  }
+}
+
+// A picture file, or anything else that createImageBitmap takes, upright and in sRGB. Rejects when the
+// browser cannot read it, or may not.
+export async function decode(picture) {
+  const bitmap = await createImageBitmap(picture, {
+    imageOrientation: 'from-image',
+    colorSpaceConversion: 'default',
+  });
+  if (isReadable(bitmap)) return bitmap;
+  bitmap.close();
+  throw new DOMException('The site of this picture does not let the page read it', 'SecurityError');
+}
+
+export function tooLarge({ width, height }) {
+  return new RangeError(`This browser has no room for a picture of ${width} x ${height} pixels`);
+}
+
+// What drawImage takes, as a Blob. It is read before this returns.
+export function encode(source, type, quality) {
+  const { width, height } = source;
+  let canvas = source;
+  if (!canvas.toBlob) {
+    canvas = document.createElement('canvas');
+    canvas.width = width;
+    canvas.height = height;
+    canvas.getContext('2d').drawImage(source, 0, 0);
+  }
+  return new Promise((resolve, reject) => canvas.toBlob((blob) => {
+    if (blob) resolve(blob);
+    else reject(tooLarge({ width, height }));
+  }, type, quality));
+}
+
+// Has the user choose a picture's file, in answer to what the user did. Returns what takes the question
+// back; answer(file), null for none. Safari opens only what is in the page.
+export function askForFile(element, answer) {
+  const picker = document.createElement('input');
+  picker.type = 'file';
+  picker.accept = 'image/*';
+  picker.hidden = true;
+  element.after(picker);
+  const end = (file) => {
+    picker.remove();
+    answer(file);
+  };
+  picker.addEventListener('cancel', () => end(null));
+  picker.addEventListener('change', () => end(picker.files[0] ?? null));
+  picker.click();
+  return () => picker.remove();
+}

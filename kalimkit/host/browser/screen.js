@@ -1,0 +1,100 @@
+// The canvas that shows the editor: its size in the page, its pixels, and what covers it.
+
+import { contentBox } from './box.js';
+
+export class Screen {
+  #element;
+  #target;
+  #context;
+  #size = { width: 0, height: 0, scale: 0 };
+  // Pixels of the screen, as the browser has told; null where it does not.
+  #told = null;
+  #listening = new AbortController();
+  #observer;
+
+  // target: resized(), keyboardMoved(), and restored() when everything has to be drawn again.
+  constructor(element, target) {
+    this.#element = element;
+    this.#target = target;
+    this.#context = element.getContext('2d');
+    if (!this.#context) throw new TypeError('The canvas has a context that is not 2d');
+    this.#measure();
+  }
+
+  // Points, and pixels for each.
+  get size() {
+    return this.#size;
+  }
+
+  watch() {
+    const { signal } = this.#listening;
+    this.#observer = new ResizeObserver(([entry]) => {
+      const [box] = entry.devicePixelContentBoxSize ?? [];
+      this.#told = box ? { width: box.inlineSize, height: box.blockSize } : null;
+      this.#resized();
+    });
+    try {
+      this.#observer.observe(this.#element, { box: 'device-pixel-content-box' });
+    } catch {
+      // Safari has no such box.
+      this.#observer.observe(this.#element);
+    }
+    const watchScale = () => {
+      this.#resized();
+      matchMedia(`(resolution: ${devicePixelRatio}dppx)`)
+        .addEventListener('change', watchScale, { once: true, signal });
+    };
+    watchScale();
+    for (const type of ['resize', 'scroll']) {
+      window.visualViewport?.addEventListener(type, () => this.#target.keyboardMoved(), { signal });
+    }
+    this.#element.addEventListener('contextrestored', () => this.#target.restored(), { signal });
+    document.fonts?.addEventListener('loadingdone', () => this.#target.restored(), { signal });
+  }
+
+  stop() {
+    this.#listening.abort();
+    this.#observer?.disconnect();
+  }
+
+  // Brings a rectangle of a surface, pixels, to the screen.
+  present(source, x, y, width, height) {
+    this.#context.clearRect(x, y, width, height);
+    this.#context.drawImage(source, x, y, width, height, x, y, width, height);
+  }
+
+  // Points that the on-screen keyboard hides; null while the page is zoomed in, which hides some, too.
+  get hiddenHeight() {
+    const { offsetTop, height, scale } = window.visualViewport;
+    if (Math.abs(scale - 1) > 0.01) return null;
+    const { top, shownHeight } = contentBox(this.#element);
+    const hidden = top + shownHeight - (offsetTop + height);
+    return Math.min(Math.max(hidden, 0), this.#size.height);
+  }
+
+  // Whether it has changed. What is not displayed keeps the size that it had; the window's is the best
+  // guess before it has one.
+  #measure() {
+    let { width, height } = contentBox(this.#element);
+    const before = this.#size;
+    const isHidden = !(width > 0 && height > 0);
+    if (isHidden && before.width) return false;
+    if (isHidden) [width, height] = [innerWidth || 1, innerHeight || 1];
+    const scale = devicePixelRatio || 1;
+    // What was told may be of another moment.
+    const pixels = (length, told) =>
+      Math.max(Math.abs(told - length * scale) <= 1 ? told : Math.round(length * scale), 1);
+    const across = pixels(width, this.#told?.width);
+    const down = pixels(height, this.#told?.height);
+    this.#size = { width: across / scale, height: down / scale, scale };
+    if (this.#size.width === before.width && this.#size.height === before.height &&
+        scale === before.scale) return false;
+    this.#element.width = across;
+    this.#element.height = down;
+    return true;
+  }
+
+  #resized() {
+    if (this.#measure()) this.#target.resized();
+  }
+}
