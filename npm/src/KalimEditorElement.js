@@ -4,6 +4,7 @@
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
 import { penOf, rgbOf, widthOf } from './choices.js';
 import { sheetOf } from './look.js';
+import { Mirror } from './mirror.js';
 
 // What takes an attribute's value to the editor; throws for a value that is none.
 const choices = {
@@ -46,7 +47,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #picture = null;
   // Of the opening under way, or of the last one. Aborted once its picture is not wanted any more.
   #opening = null;
-  // { canvas, editor, ready }: the editor is null until the promise is kept.
+  // { canvas, editor, mirror, ready }: the editor and its mirror are null until the promise is kept.
   #session = null;
   // The task that ends the session of an element that has left its document.
   #leaving = 0;
@@ -269,7 +270,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   #begin() {
     if (!this.#session) {
-      const session = { canvas: document.createElement('canvas'), editor: null };
+      const session = { canvas: document.createElement('canvas'), editor: null, mirror: null };
       this.#stage.append(session.canvas);
       this.#session = session;
       session.ready = this.#make(session);
@@ -294,6 +295,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       throw new DOMException('The element has left its document', 'AbortError');
     }
     session.editor = editor;
+    session.mirror = new Mirror(this.#stage, session.canvas, editor);
     this.#listen(editor);
     for (const name of Object.keys(choices)) {
       if (this.hasAttribute(name)) this.#choose(name, this.getAttribute(name));
@@ -335,6 +337,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #end() {
     this.#opening?.abort();
     this.#opening = null;
+    this.#session?.mirror?.stop();
     this.#editor?.destroy();
     this.#session = null;
     this.#stage.replaceChildren();

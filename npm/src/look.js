@@ -9,6 +9,13 @@ const css = `
 #stage { pointer-events: none; }
 canvas { display: block; visibility: hidden; }
 canvas.open { visibility: visible; pointer-events: auto; }
+#mirror, #mirror * { position: absolute; forced-color-adjust: none; }
+#mirror { inset: 0; overflow: hidden; }
+#mirror * {
+  box-sizing: border-box; margin: 0; padding: 0; border: 0; background: none; color: transparent;
+  font-size: 12px; pointer-events: none;
+}
+#mirror :focus-visible { outline: 2px solid #0a84ff; outline-offset: -2px; box-shadow: inset 0 0 0 4px #fff; }
 slot[hidden] { display: none; }
 `;
 const sheets = new WeakMap();

@@ -13,7 +13,7 @@ export const hasFingers = browserName !== 'webkit';
 
 const phone = { width: 390, height: 844 };
 const density = 3;
-const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012', Enter: '\ue007' };
+const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012', Delete: '\ue017', Enter: '\ue007' };
 
 const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });
 const down = { type: 'pointerDown', button: 0 };
@@ -79,6 +79,25 @@ export class Page {
 
   waitFor(question, ...values) {
     return until(() => this.evaluate(question, ...values), question);
+  }
+
+  // Role, name and states of all that Chromium tells an assistive technology, but for mere texts.
+  async accessibilityTree() {
+    await this.#sendToChromium('Accessibility.enable', {});
+    const { nodes } = await this.#sendToChromium('Accessibility.getFullAXTree', {});
+    const byId = new Map(nodes.map((node) => [node.nodeId, node]));
+    const states = ['checked', 'disabled', 'pressed'];
+    const lines = [];
+    const walk = ({ ignored, role, name, properties = [], childIds = [] }) => {
+      if (!ignored && !['generic', 'none', 'StaticText', 'InlineTextBox'].includes(role.value)) {
+        const held = properties.filter((state) => states.includes(state.name) &&
+          ![false, 'false'].includes(state.value.value));
+        lines.push([role.value, name.value, held.map((state) => state.name).join()]);
+      }
+      for (const child of childIds) if (byId.has(child)) walk(byId.get(child));
+    };
+    walk(nodes[0]);
+    return lines;
   }
 
   // What has gone wrong without anybody asking, since the last time.

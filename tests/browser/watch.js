@@ -11,6 +11,8 @@
   // Of scripts, and of files that could not be loaded.
   addEventListener('error', (event) =>
     complaints.push(event.message ?? `${event.target.src ?? event.target.href} is missing`), true);
+  document.addEventListener('securitypolicyviolation', ({ blockedURI, violatedDirective }) =>
+    complaints.push(`${violatedDirective} forbids ${blockedURI}`));
   addEventListener('unhandledrejection', ({ reason }) => complaints.push(String(reason)));
 
   const ask = requestAnimationFrame;

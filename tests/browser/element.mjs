@@ -1,0 +1,235 @@
+// <kalim-editor> in a page with a strict content security policy: its interface, its life in the page, and
+// what an assistive technology is told.
+
+import assert from 'node:assert/strict';
+import { afterEach, beforeEach, test } from 'node:test';
+
+import { Page } from './page.mjs';
+import { until } from './webdriver.mjs';
+
+let page;
+
+// The hint that invites a first tap moves for ever.
+beforeEach(async () => {
+  page = await Page.open();
+  await page.goto('/tests/blank.html');
+  await page.evaluate(() => localStorage.setItem('kalimkit.canUseRingAnimation', false));
+  await page.goto('/tests/embed.html');
+  await page.evaluate(() => import('/tests/embed.js'));
+  await page.waitFor(() => window.first.isOpen);
+  await rest();
+});
+afterEach(async () => {
+  const complaints = await page.complaints();
+  await page.close();
+  assert.deepEqual(complaints, []);
+});
+
+const rest = () => page.evaluate(() => window.watched.frames(30));
+const state = () => page.evaluate(() => window.embed.state());
+const events = () => page.evaluate(() => window.embed.take());
+const failure = (...call) => page.evaluate((...values) => window.embed.failure(...values), ...call);
+
+// With one finger over the picture of an element that is so far down the page.
+async function draw(top = 0) {
+  await page.touch([[150, top + 150]], [[180, top + 180]], [[250, top + 220]]);
+  await rest();
+}
+
+test('an element draws what it was told to, tells of it, and hands it over', async () => {
+  await page.evaluate(() => {
+    window.first.setTool('rectangle');
+    window.first.setColor('#00FF00');
+    window.first.lineWidth = 8;
+  });
+  await draw();
+  assert.deepEqual(await state(), { isOpen: true, canUndo: true, canRedo: false, toolCount: 1, kept: 1 });
+  const exported = { width: 600, height: 400, hasGreen: true };
+  const exportOf = (options) => page.evaluate((given) => window.embed.export(given), options);
+  assert.deepEqual(await exportOf({}), { type: 'image/png', ...exported });
+  assert.deepEqual(await exportOf({ type: 'image/jpeg', quality: 1 }), { type: 'image/jpeg', ...exported });
+  const density = await page.evaluate(() => devicePixelRatio);
+  assert.equal((await exportOf({ screenSize: true })).width, 390 * density);
+  assert.equal(await page.evaluate(() => window.first.undo()), true);
+  assert.equal((await exportOf({})).hasGreen, false);
+  assert.equal(await page.evaluate(() => window.first.undo()), false);
+  assert.equal(await page.evaluate(() => window.first.redo()), true);
+  const told = (await events()).filter(({ type }) => type === 'kalim-change');
+  assert.deepEqual(told.slice(-2).map(({ canUndo, canRedo, count }) => [canUndo, canRedo, count]),
+    [[false, true, 0], [true, false, 1]]);
+
+  await page.evaluate(() => {
+    window.first.type = 'image/jpeg';
+    window.first.addEventListener('kalim-finish', (event) => event.preventDefault(), { once: true });
+  });
+  await page.touch([[365, 32]]);
+  await page.waitFor(() => window.first.isOpen);
+  await until(async () => (await events()).some(({ blob }) => blob === 'image/jpeg'), 'what was sent');
+  assert.equal((await state()).isOpen, true);
+  await page.touch([[365, 32]]);
+  await page.waitFor(() => !window.first.isOpen);
+  assert.deepEqual(await state(), { isOpen: false, canUndo: false, canRedo: false, toolCount: 0, kept: 0 });
+});
+
+test('what is no value is refused by name, and nothing that was there is lost', async () => {
+  await draw();
+  assert.match(await failure('setTool', 'brush'), /^RangeError: A tool is one of freehand,.*"brush"/);
+  assert.match(await failure('setColor', 'red'), /^RangeError: .*"red"/);
+  assert.match(await failure('setLineWidth', 0), /^RangeError: .*from 1 to 100, not "0"/);
+  assert.match(await failure('open', '/photos/none.png'), /photos\/none\.png: 404/);
+  assert.match(await failure('open', null), /^TypeError/);
+  assert.equal((await state()).toolCount, 1);
+  await events();
+  await page.evaluate(() => window.first.setAttribute('src', '/photos/none.png'));
+  await until(async () => (await events()).some(({ message }) => message?.includes('none.png: 404')), 'an error');
+  assert.equal((await state()).toolCount, 1);
+  await page.evaluate(() => {
+    window.first.close();
+    window.first.wasmUrl = '/none.wasm';
+  });
+  assert.match(await failure('open', '/photos/coffee.png'), /none\.wasm: 404/);
+  await page.evaluate(() => {
+    window.first.wasmUrl = null;
+  });
+  assert.equal(await failure('open', '/photos/coffee.png'), null);
+  assert.equal((await state()).isOpen, true);
+});
+
+test('several on a page share one module and nothing else', async () => {
+  await page.evaluate(() => window.embed.add('second'));
+  await page.waitFor(() => window.second.isOpen);
+  await rest();
+  await page.evaluate(() => window.second.setTool('arrow'));
+  await draw(400);
+  assert.deepEqual(await page.evaluate(() => [window.first.toolCount, window.second.toolCount]), [0, 1]);
+  assert.deepEqual([...new Set((await events()).map(({ id }) => id))], ['second']);
+  assert.equal(await page.evaluate(() =>
+    performance.getEntriesByType('resource').filter(({ name }) => name.endsWith('.wasm')).length), 1);
+});
+
+test('moved it keeps its drawings, removed it gives everything back and starts anew', async () => {
+  await draw();
+  await page.evaluate(() => {
+    const frame = document.createElement('section');
+    document.body.append(frame);
+    frame.append(window.first);
+  });
+  await rest();
+  assert.equal((await state()).toolCount, 1);
+
+  // While a finger draws.
+  await page.evaluate(() => {
+    window.kept = window.first;
+    addEventListener('pointermove', () => window.first?.remove(), { once: true, capture: true });
+  });
+  await draw();
+  const removed = () => page.evaluate(() => [window.kept.isOpen, window.kept.shadowRoot.querySelector('canvas')]);
+  assert.deepEqual(await removed(), [false, null]);
+  assert.equal(await page.evaluate(() => window.watched.frames(10)), 0);
+
+  await page.evaluate(() => document.body.append(window.kept));
+  await page.waitFor(() => window.first.isOpen);
+  await rest();
+  assert.equal((await state()).toolCount, 0);
+  await draw();
+  assert.equal((await state()).toolCount, 1);
+});
+
+test('a page may remove it in answer to anything it says', async () => {
+  await page.evaluate(() => {
+    for (const type of ['kalim-finish', 'kalim-close', 'kalim-change', 'kalim-error']) {
+      document.addEventListener(type, ({ target }) => target.remove());
+    }
+    window.kept = window.first;
+  });
+  const again = async () => {
+    await page.evaluate(() => document.body.append(window.kept));
+    await page.waitFor(() => window.first?.isOpen);
+    await rest();
+  };
+  await draw();
+  assert.equal(await page.evaluate(() => window.kept.isOpen), false);
+  await again();
+  await page.touch([[30, 32]]);
+  await page.waitFor(() => !window.kept.isOpen);
+  await page.evaluate(() => window.kept.setAttribute('src', '/photos/coffee.png'));
+  await again();
+  await page.touch([[365, 32]]);
+  await page.waitFor(() => !window.kept.isOpen);
+  await page.evaluate(() => document.body.append(window.kept));
+  await page.evaluate(() => window.kept.setAttribute('src', '/photos/none.png'));
+  await page.waitFor(() => !window.kept.isConnected);
+  assert.deepEqual(await page.evaluate(() => window.kept.shadowRoot.querySelector('canvas')), null);
+});
+
+test('it works where the browser keeps nothing for the page', async () => {
+  await page.evaluate(() => {
+    Object.defineProperty(window, 'localStorage', {
+      get() {
+        throw new DOMException('no', 'SecurityError');
+      },
+    });
+  });
+  assert.equal(await failure('open', '/photos/coffee.png'), null);
+  await draw();
+  assert.equal((await state()).toolCount, 1);
+});
+
+// ---- what an assistive technology is told
+
+// Role, name and states of all that is announced.
+async function screen() {
+  // The mirror waits a moment.
+  await page.evaluate(() => new Promise((done) => setTimeout(done, 400)));
+  return (await page.accessibilityTree()).filter(([role]) => role !== 'RootWebArea');
+}
+
+test('the screen is told and used without being seen', async () => {
+  await page.evaluate(() => window.first.setTool('rectangle'));
+  await draw();
+  assert.deepEqual(await screen(), [
+    ['Canvas', 'Canvas', ''],
+    ['group', 'Canvas', ''],
+    ['button', 'Red rectangle, middle', ''],
+    ['group', 'Tool bar', ''],
+    ['button', 'Close', ''],
+    ['button', 'Undo', ''],
+    ['button', 'Redo', 'disabled'],
+    ['button', 'Send', ''],
+    ['button', 'Pen, Rectangle Red Fine', ''],
+  ]);
+  const focus = (name) => page.evaluate((label) =>
+    window.first.shadowRoot.querySelector(`#mirror [aria-label="${label}"]`).focus(), name);
+  const focused = () => page.evaluate(() => window.first.shadowRoot.activeElement.getAttribute('aria-label'));
+  await focus('Red rectangle, middle');
+  await page.press('Enter');
+  assert.deepEqual((await screen())[2], ['button', 'Red rectangle, middle', 'pressed']);
+  assert.equal(await focused(), 'Red rectangle, middle');
+  await page.press('Delete');
+  const left = await screen();
+  assert.equal(left.some(([, name]) => name.startsWith('Red rectangle')), false);
+  assert.equal(await focused(), 'Canvas');
+  assert.equal((await state()).toolCount, 0);
+  await focus('Undo');
+  await page.press('Enter');
+  assert.equal((await state()).toolCount, 1);
+  // It asks whether to throw the drawing away.
+  await focus('Close');
+  await page.press('Enter');
+  const asked = await screen();
+  assert.equal(asked.find(([role]) => role === 'dialog')?.[0], 'dialog');
+  assert.deepEqual(asked.filter(([role]) => role === 'button').map(([, name]) => name),
+    ['Discard Changes', 'Keep Editing']);
+  assert.equal(await focused(), asked.find(([role]) => role === 'dialog')[1]);
+  assert.equal(await page.evaluate(() => window.watched.frames(10)), 0);
+});
+
+test('it speaks the language that is said around it', async () => {
+  await page.evaluate(() => {
+    document.documentElement.lang = 'zh-Hans';
+    window.embed.add('second');
+  });
+  await page.waitFor(() => window.second.isOpen);
+  const names = (await screen()).map(([, name]) => name);
+  assert.ok(names.includes('Send') && names.includes('发送'), names.join());
+});
