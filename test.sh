@@ -5,7 +5,7 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-default_stages=(layers headers format scripts build unit window install seam browser)
+default_stages=(layers headers format scripts build unit window install seam browser npm)
 more_stages=(browsers tidy)
 passed=0
 failed=0
@@ -26,6 +26,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
   install   the installed library, static and shared, serves a host outside the checkout
   seam      the core compiles for WebAssembly without exceptions, and draws
   browser   the editor's page in a headless Chromium, and every scenario there as it goes natively
+  npm       the package for web pages, in an app and in a plain page
   browsers  the same in Firefox and WebKitGTK, as far as these go
   tidy      clang-tidy over the library and the command; slow
 EOF
@@ -60,7 +61,7 @@ stage_format() {
 stage_scripts() {
     local script
     for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
-        tests/browser/run tests/window/run; do
+        tests/browser/run tests/window/run npm/tests/run; do
         [[ $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -153,6 +154,11 @@ stage_browser() {
     count_of tests/browser/run chromium
 }
 
+stage_npm() {
+    check 'the package compiles' tools/compile wasm kalim-page
+    count_of npm/tests/run
+}
+
 stage_browsers() {
     check 'the page and the native player compile' compile_for_browser
     count_of tests/browser/run firefox webkit
@@ -170,6 +176,7 @@ groups_of() {
         format) echo checks ;;
         seam) echo seam ;;
         browser) echo native browser ;;
+        npm) echo npm ;;
         window) echo native window ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;

@@ -17,6 +17,7 @@ export const fonts = join(root, 'tests/browser/fonts.conf');
 
 const places = [
   ['/results/', join(build, 'results')],
+  ['/app/', join(build, 'app')],
   ['/photos/', join(root, 'docs/photos')],
   ['/tests/', join(root, 'tests/browser')],
   ['/modules/', join(wasmBuild, 'tests/browser')],

@@ -1,0 +1,65 @@
+// The package as others have it from the registry: npm/tests/run has installed it into an app.
+
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { existsSync, readFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
+import { join } from 'node:path';
+import { execPath } from 'node:process';
+import { after, before, test } from 'node:test';
+
+import { Page } from '../../tests/browser/page.mjs';
+import { build } from '../../tests/browser/server.mjs';
+
+const app = join(build, 'app');
+const installed = join(app, 'node_modules/kalimkit');
+let page;
+
+before(async () => {
+  page = await Page.open();
+});
+after(() => page.close());
+
+async function open(path) {
+  await page.goto(path);
+  await page.waitFor(() => document.querySelector('kalim-editor'));
+}
+
+test('a server imports it without a page', () => {
+  const script = `import { KalimEditorElement, defineKalimEditor } from 'kalimkit';
+    import 'kalimkit/element';
+    defineKalimEditor();
+    console.log(KalimEditorElement.name);`;
+  const output = execFileSync(execPath, ['--input-type=module', '--eval', script], { cwd: app });
+  assert.equal(String(output).trim(), 'KalimEditorElement');
+  assert.ok(existsSync(createRequire(join(app, 'main.ts')).resolve('kalimkit/kalimkit.wasm')));
+});
+
+test('what describes it names what is there', async () => {
+  const read = (name) => JSON.parse(readFileSync(join(installed, name)));
+  const { exports, sideEffects, customElements } = read('package.json');
+  const files = [sideEffects, Object.values(exports).map((entry) => Object.values([entry].flat()[0]))].flat(2);
+  for (const file of files.filter((name) => name.startsWith('./'))) assert.ok(existsSync(join(installed, file)), file);
+  const [{ attributes, members }] = read(customElements).modules[0].declarations;
+  await open('/app/plain.html');
+  const missing = await page.evaluate((names) => {
+    const element = document.querySelector('kalim-editor');
+    return names.filter((name) => !(name in element));
+  }, [...members.map(({ name }) => name), ...attributes.map(({ name, fieldName }) => fieldName ?? name)]);
+  assert.deepEqual(missing, []);
+});
+
+test('a plain page shows a picture', async () => {
+  await open('/app/plain.html');
+  await page.waitFor(() => document.querySelector('kalim-editor').isOpen);
+  assert.deepEqual(await page.complaints(), []);
+});
+
+test('a bundled app shows a picture and finds the module by itself', async () => {
+  await open('/app/dist/index.html');
+  await page.waitFor(() => document.title === 'open');
+  const wasm = await page.evaluate(() => performance.getEntriesByType('resource')
+    .map(({ name }) => new URL(name).pathname).filter((path) => path.endsWith('.wasm')));
+  assert.match(wasm.join(), /^\/app\/dist\/assets\/kalimkit-[^/]+\.wasm$/);
+  assert.deepEqual(await page.complaints(), []);
+});
