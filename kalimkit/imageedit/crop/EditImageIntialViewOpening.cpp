@@ -77,6 +77,8 @@ void EditImageIntialView::makeToolBar() {
     _cropToolBar->setDelegate(self());
     layoutToolBar();
     addSubview(_cropToolBar);
+    // Before the animation that opens the editor, in which the buttons would fly to their places.
+    _cropToolBar->layoutIfNeeded();
     _cropToolBar->setAlpha(1);
 }
 
