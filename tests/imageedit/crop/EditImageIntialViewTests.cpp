@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,14 +16,35 @@ namespace {
 
 using test::Finger;
 
-// Whoever opened the editor: gives a picture, writes down what it is told.
+// Whoever opened the editor: gives a picture, writes down what it is told, and may do something
+// about it.
 class Opener : public EditImageInitialViewDelegate {
 public:
-    void getOriginalImage(const OriginalImageCallback& callback) override { callback(picture, 0); }
-    void getDisplayImage(const DisplayImageCallback& callback) override { callback({}, 0, 1); }
-    void onCropImageDone(const gfx::ImageRef& image) override { result = image; }
-    void OnClickEditImageDoneBarButton() override { ++done; }
-    void OnClickEditImageBackBarButton() override { ++back; }
+    void getOriginalImage(const OriginalImageCallback& callback) override {
+        hear("original");
+        callback(picture, 0);
+    }
+    void getDisplayImage(const DisplayImageCallback& callback) override {
+        hear("display");
+        callback({}, 0, 1);
+    }
+    void onCropImageDone(const gfx::ImageRef& image) override {
+        result = image;
+        hear("image");
+    }
+    void OnClickEditImageDoneBarButton() override {
+        ++done;
+        hear("done");
+    }
+    void OnClickEditImageBackBarButton() override {
+        ++back;
+        hear("back");
+    }
+
+    void hear(const std::string& message) {
+        if (answer) answer(message);
+    }
+    std::function<void(const std::string& message)> answer;
 
     gfx::ImageRef picture;
     gfx::ImageRef result;
@@ -36,6 +58,10 @@ class CropScreen : public test::TestHost {
 public:
     CropScreen() : opener(std::make_shared<Opener>()) {
         opener->picture = test::coordinatePicture(*this, 240, 180);
+        open();
+    }
+
+    void open() {
         view = EditImageIntialView::initWithFrame(window().rootView()->bounds());
         view->setDelegate(opener);
         window().rootView()->addSubview(view);
@@ -256,6 +282,33 @@ TEST(EditImageIntialView, RevertAndCancelTakeEverythingBack) {
     EXPECT_FALSE(screen.opener->result);
     EXPECT_TRUE(view.isCropOver());
     EXPECT_EQ(view.currentRotationOrientation(), 0);
+}
+
+TEST(EditImageIntialView, WhoeverOpenedItMayDropItWithinEveryMessage) {
+    for (const std::string message : {"original", "display", "image", "done", "back"}) {
+        CropScreen screen;
+        auto& view = screen.view;
+        view->removeFromSuperview();
+        int heard = 0;
+        screen.opener->answer = [&](const std::string& name) {
+            if (name != message) return;
+            ++heard;
+            view->removeFromSuperview();
+            view = nullptr;
+            // It goes as well, with all that the editor asks it for.
+            screen.opener = nullptr;
+        };
+        screen.open();
+        if (view) {
+            const auto bar = view->cropToolBar();
+            Finger(screen.window())
+                .tap((message == "back" ? bar->cancelBtn() : bar->doneBtn())
+                         ->convertPointTo({30, 30}, nullptr));
+        }
+        screen.wait(1);
+        EXPECT_EQ(heard, 1) << message;
+        EXPECT_FALSE(view) << message;
+    }
 }
 
 }  // namespace
