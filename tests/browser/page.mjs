@@ -13,7 +13,7 @@ export const hasFingers = browserName !== 'webkit';
 
 const phone = { width: 390, height: 844 };
 const density = 3;
-const keys = { Control: '\ue009', Backspace: '\ue003', ArrowLeft: '\ue012', Delete: '\ue017', Enter: '\ue007' };
+const keys = { Control: '\ue009', Escape: '\ue00c', Backspace: '\ue003', ArrowLeft: '\ue012', Delete: '\ue017', Enter: '\ue007' };
 
 const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });
 const down = { type: 'pointerDown', button: 0 };
@@ -49,15 +49,20 @@ export class Page {
     return page;
   }
 
+  // The browser reaches nothing any more that it has not kept.
+  stopServer() {
+    this.#server.close();
+  }
+
   async close() {
     await this.#browser.end();
     this.#server.close();
     await rm(this.folder, { recursive: true, maxRetries: 10 });
   }
 
-  async resize(width, height) {
+  async resize(width, height, scale = density) {
     if (browserName !== 'chromium') return this.#browser.send('SetWindowRect', { width, height });
-    const screen = { width, height, deviceScaleFactor: density, mobile: true };
+    const screen = { width, height, deviceScaleFactor: scale, mobile: true };
     await this.#sendToChromium('Emulation.setDeviceMetricsOverride', screen);
     await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: true });
   }
@@ -146,15 +151,18 @@ export class Page {
     });
   }
 
-  // As an input method does: what it shows on the way, and what becomes of it.
-  async compose(onTheWay, text) {
+  // As an input method does: what it shows on the way, and what becomes of it, nothing for not yet. In
+  // Chromium it may begin with a part of the text that is there.
+  async compose(onTheWay, text, replaced = []) {
     if (browserName === 'firefox') return this.#composeInFirefox(onTheWay, text);
     if (browserName === 'webkit') return this.type(text);
-    for (const shown of onTheWay) {
+    const [replacementStart, replacementEnd] = replaced;
+    for (const [i, shown] of onTheWay.entries()) {
+      const range = i === 0 && replaced.length ? { replacementStart, replacementEnd } : {};
       await this.#sendToChromium('Input.imeSetComposition',
-        { text: shown, selectionStart: shown.length, selectionEnd: shown.length });
+        { text: shown, selectionStart: shown.length, selectionEnd: shown.length, ...range });
     }
-    await this.#sendToChromium('Input.insertText', { text });
+    if (text !== undefined) await this.#sendToChromium('Input.insertText', { text });
   }
 
   // The function finds the field in the page.

@@ -38,6 +38,20 @@ kalim::gfx::ImageRef takePicture(int picture) {
 
 enum class Phase { Began, Moved, Ended, Cancelled };
 
+void report(Phase phase, const kalim::ui::Finger& finger) {
+    kalim::ui::Window& window = editor->window();
+    switch (phase) {
+        case Phase::Began:
+            return window.fingersBegan({finger});
+        case Phase::Moved:
+            return window.fingersMoved({finger});
+        case Phase::Ended:
+            return window.fingersEnded({finger});
+        case Phase::Cancelled:
+            return window.fingersCancelled({finger});
+    }
+}
+
 }  // namespace
 
 kalim::BrowserEditor* kalim::pageEditor() {
@@ -84,11 +98,6 @@ KALIM_EXPORT("advance") void advance(double time) {
     editor->show();
 }
 
-// The same, but shows nothing until show() is called.
-KALIM_EXPORT("advance_to") void advanceTo(double time) {
-    editor->runLoop().advanceTo(time);
-}
-
 KALIM_EXPORT("show") void show() {
     editor->show();
 }
@@ -104,30 +113,20 @@ KALIM_EXPORT("next_due") double nextDue() {
     return editor->runLoop().nextDue();
 }
 
-// ---- touches: of each finger an id and a place, points, three doubles in the buffer. What they
-// and the mouse change is shown by show().
+// ---- touches: of each finger, in the order of what happened, a time, an id and a place, points:
+// four doubles in the buffer. All are shown together.
 
 KALIM_EXPORT("fingers") void fingers(int phase, int count) {
-    std::vector<kalim::ui::Finger> changed;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-        const double* const given = &shared[3 * i];
-        changed.push_back({static_cast<std::int64_t>(given[0]), {given[1], given[2]}});
-    }
-    kalim::ui::Window& window = editor->window();
-    switch (static_cast<Phase>(phase)) {
-        case Phase::Began:
-            window.fingersBegan(changed);
-            break;
-        case Phase::Moved:
-            window.fingersMoved(changed);
-            break;
-        case Phase::Ended:
-            window.fingersEnded(changed);
-            break;
-        case Phase::Cancelled:
-            window.fingersCancelled(changed);
-            break;
-    }
+    const auto numbers = std::vector<double>(shared.begin(), shared.begin() + 4 * count);
+    editor->window().perform([&] {
+        for (auto given = numbers.begin(); given != numbers.end(); given += 4) {
+            editor->runLoop().advanceTo(given[0]);
+            const kalim::ui::Finger finger{static_cast<std::int64_t>(given[1]),
+                                           {given[2], given[3]}};
+            report(static_cast<Phase>(phase), finger);
+        }
+    });
+    editor->show();
 }
 
 // ---- the mouse and keys, see EditorKeys. A button is the number of a PointerButton; true when the
@@ -149,11 +148,13 @@ KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
             pans = keys->pointerReleased(button);
             break;
     }
+    editor->show();
     return pans;
 }
 
 KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
     if (kalim::EditorKeys* const keys = editor->keys()) keys->pointerZoomed({x, y}, factor);
+    editor->show();
 }
 
 // The key's name is in the buffer; whether it did something.

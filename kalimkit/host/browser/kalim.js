@@ -231,11 +231,10 @@ export class KalimEditor extends EventTarget {
     const { width, height, scale } = this.#screen.size;
     this.#call('create', width, height, scale, this.#module.put(this.#options.language));
     this.#pointers = new Pointers(this.#element, {
-      fingers: (...event) => this.#touched(...event),
+      fingers: (phase, fingers) => this.#touched(phase, fingers),
       pan: (phase, button, place, time) =>
         this.#at(time, 'pan', phase, button, ...this.#pointOf(place)) !== 0,
       zoom: (place, factor, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor),
-      show: () => this.#call('show'),
     });
     this.#screen.watch();
     this.#watchMotion();
@@ -382,15 +381,16 @@ export class KalimEditor extends EventTarget {
     return [x * width, y * height];
   }
 
-  // For what happened at that moment, milliseconds; what it changes is shown with the next call.
+  // For what happened at that moment, milliseconds.
   #at(time, name, ...values) {
-    this.#module.call('advance_to', this.#schedule.timeAt(time));
-    return this.#module.call(name, ...values);
+    this.#module.call('advance', this.#schedule.timeAt(time));
+    return this.#call(name, ...values);
   }
 
-  #touched(phase, fingers, time) {
-    this.#module.putNumbers(fingers.flatMap((finger) => [finger.id, ...this.#pointOf(finger)]));
-    this.#at(time, 'fingers', phase, fingers.length);
+  #touched(phase, fingers) {
+    this.#module.putNumbers(fingers.flatMap((finger) =>
+      [this.#schedule.timeAt(finger.time), finger.id, ...this.#pointOf(finger)]));
+    this.#call('fingers', phase, fingers.length);
   }
 
   // ---- text and keys

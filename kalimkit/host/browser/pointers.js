@@ -20,10 +20,10 @@ export class Pointers {
   #isPanning = false;
   #listening = new AbortController();
 
-  // target: fingers(phase, [{ id, x, y }], time), pan(phase, button, place, time), which answers
-  // whether the editor pans with the mouse, zoom(place, factor, time), and show(), which ends what one
-  // event of the page brings. x and y go from 0 to 1 over the element's content; buttons are 0 main,
-  // 1 middle, 2 another; milliseconds as performance.now().
+  // target: fingers(phase, [{ time, id, x, y }]), in the order of what happened, pan(phase, button,
+  // place, time), which answers whether the editor pans with the mouse, and zoom(place, factor, time).
+  // x and y go from 0 to 1 over the element's content; buttons are 0 main, 1 middle, 2 another;
+  // milliseconds as performance.now().
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
@@ -60,13 +60,14 @@ export class Pointers {
 
   // Of all fingers, whose end nobody will hear of.
   cancel() {
-    const fingers = [...this.#down].map((id) => ({ id, x: 0, y: 0 }));
+    const time = performance.now();
+    const place = { x: 0, y: 0 };
+    const fingers = [...this.#down].map((id) => ({ time, id, ...place }));
     this.#down.clear();
     if (!fingers.length) return;
-    if (this.#isPanning) this.#target.pan(Phase.ended, this.#button, { x: 0, y: 0 }, performance.now());
+    if (this.#isPanning) this.#target.pan(Phase.ended, this.#button, place, time);
     this.#isPanning = false;
-    this.#target.fingers(Phase.cancelled, fingers, performance.now());
-    this.#target.show();
+    this.#target.fingers(Phase.cancelled, fingers);
   }
 
   // One that goes down twice has lifted where nobody heard of it.
@@ -85,8 +86,7 @@ export class Pointers {
     } catch (error) {
       if (error.name !== 'NotFoundError') throw error;
     }
-    this.#tell(Phase.began, event);
-    this.#target.show();
+    this.#tell(Phase.began, [event]);
   }
 
   // Browsers gather moves for one frame; a drawn line needs all of them. A mouse whose other buttons are
@@ -97,15 +97,13 @@ export class Pointers {
       return;
     }
     const gathered = event.getCoalescedEvents?.() ?? [];
-    for (const each of gathered.length ? gathered : [event]) this.#tell(Phase.moved, each);
-    this.#target.show();
+    this.#tell(Phase.moved, gathered.length ? gathered : [event]);
   }
 
   #lifted(event, phase) {
     this.#down.delete(event.pointerId);
-    this.#tell(phase, event);
+    this.#tell(phase, [event]);
     if (event.pointerType === 'mouse') this.#isPanning = false;
-    this.#target.show();
   }
 
   #turned(event) {
@@ -114,15 +112,16 @@ export class Pointers {
     // A touchpad's pinch arrives as a wheel with the control key.
     const factor = event.ctrlKey ? Math.exp(-turned) : notchFactor ** -turned;
     this.#target.zoom(this.#placeOf(event), factor, event.timeStamp);
-    this.#target.show();
   }
 
-  #tell(phase, event) {
-    const place = this.#placeOf(event);
-    if (!this.#isPanning || event.pointerType !== 'mouse') {
-      this.#target.fingers(phase, [{ id: event.pointerId, ...place }], event.timeStamp);
+  // What one event of the page brings, of one pointer.
+  #tell(phase, events) {
+    const last = events.at(-1);
+    if (!this.#isPanning || last.pointerType !== 'mouse') {
+      this.#target.fingers(phase, events.map((event) =>
+        ({ time: event.timeStamp, id: event.pointerId, ...this.#placeOf(event) })));
     } else if (phase !== Phase.began) {
-      this.#target.pan(phase, this.#button, place, event.timeStamp);
+      this.#target.pan(phase, this.#button, this.#placeOf(last), last.timeStamp);
     }
   }
 

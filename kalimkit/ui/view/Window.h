@@ -69,6 +69,8 @@ public:
     // and nothing happens, for a view of no or another window and for one that a finger is on.
     bool tap(View& view);
     // Does work that comes from the host in another way than by fingers, and ends it as theirs.
+    // Fingers that it reports are one event together: marked views are displayed when all have
+    // been.
     void perform(const std::function<void()>& work);
     // A gesture has begun apart from any event: the views in there are told that their touches are
     // cancelled, and those fingers are kept from them.
@@ -138,6 +140,8 @@ private:
     Damage _damage;
     bool _needsLayout = true;
     bool _isDisplaying = false;
+    // How much of perform() is under way.
+    int _performing = 0;
     std::shared_ptr<gfx::Surface> _surface;
     std::vector<gfx::Rect> _lastDamage;
     FrameCost _lastCost;

@@ -165,7 +165,9 @@ bool Window::tap(View& view) {
 
 void Window::perform(const std::function<void()>& work) {
     const Life life = _life;
+    ++_performing;
     work();
+    if (!life.expired()) --_performing;
     finishEvent(life);
 }
 
@@ -314,7 +316,8 @@ void Window::send(View& view, TouchPhase phase, const Touches& changed, const To
 
 void Window::finishEvent(const Life& life) {
     if (!life.expired()) Environment::current().runLoop().drain();
-    if (const auto window = life.lock()) (*window)->display();
+    const auto window = life.lock();
+    if (window && (*window)->_performing == 0) (*window)->display();
 }
 
 }  // namespace kalim::ui

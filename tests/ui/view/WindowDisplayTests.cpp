@@ -367,6 +367,20 @@ TEST(WindowDisplay, ComposesATranslucentFamilyOverNothing) {
     EXPECT_EQ(pixel(15), "#FF000080") << "drawn anew, not over what was there";
 }
 
+TEST(WindowDisplay, FingersReportedTogetherAreOneFrame) {
+    Stage stage;
+    const auto view = stage.add({0, 0, 50, 50});
+    stage.show();
+    const auto frames = stage.window().frames();
+    stage.window().perform([&] {
+        for (const gfx::ColorRef& color : {blue, red, blue}) {
+            view->setBackgroundColor(color);
+            stage.window().fingersBegan({{1, {10, 10}}});
+        }
+    });
+    EXPECT_EQ(stage.window().frames(), frames + 1);
+}
+
 }  // namespace
 
 }  // namespace kalim::ui
