@@ -84,7 +84,6 @@ $('copy').addEventListener('click', () => tell(
 $('share').addEventListener('click', () => tell(() => navigator.share({ files: [fileOf(sent)] }), ''));
 $('keep').addEventListener('click', () => result.close());
 $('another').addEventListener('click', () => {
-  editor.close();
   result.close();
   $('file').click();
 });

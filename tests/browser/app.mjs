@@ -1,0 +1,85 @@
+// The page of npm/page around the element: how pictures come in and go out, and that it is kept.
+
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+
+import { Page } from './page.mjs';
+
+let page;
+
+before(async () => {
+  page = await Page.open();
+  await page.goto('/');
+  await page.waitFor(() => window.kalimEditor);
+});
+after(() => page.close());
+
+// What the page gets of a drag or of the clipboard.
+const give = (kind, name) => page.evaluate(async (type, given) => {
+  const pixels = new OffscreenCanvas(60, 40).getContext('2d');
+  pixels.fillRect(0, 0, 60, 40);
+  const data = new DataTransfer();
+  data.items.add(new File([await pixels.canvas.convertToBlob()], given, { type: 'image/png' }));
+  document.dispatchEvent(type === 'drop' ? new DragEvent(type, { dataTransfer: data, cancelable: true }) :
+    new ClipboardEvent(type, { clipboardData: data, cancelable: true }));
+}, kind, name);
+
+async function send() {
+  // Until it has appeared.
+  await page.evaluate(async () => {
+    for (let i = 0; i < 40; ++i) await new Promise(requestAnimationFrame);
+  });
+  await page.touch([[365, 32]]);
+  await page.waitFor(() => document.getElementById('result').open);
+}
+
+test('a dropped and a pasted picture are opened, and what is sent can be shared and copied', async () => {
+  await page.evaluate(() => {
+    window.given = [];
+    navigator.canShare = ({ files }) => files.length === 1;
+    navigator.share = async ({ files: [file] }) => window.given.push([file.name, file.type]);
+    navigator.clipboard.write = async ([item]) => window.given.push(item.types);
+  });
+  await give('drop', 'dropped.png');
+  await page.waitFor(() => window.kalimEditor.isOpen);
+  await send();
+  await page.evaluate(() => {
+    document.getElementById('share').click();
+    document.getElementById('copy').click();
+  });
+  await page.waitFor(() => document.getElementById('told').textContent);
+  assert.deepEqual(await page.evaluate(() => window.given),
+    [['dropped-annotated.png', 'image/png'], ['image/png']]);
+  await page.evaluate(() => {
+    document.getElementById('keep').click();
+    window.kalimEditor.close();
+  });
+  await give('paste', 'pasted.png');
+  await page.waitFor(() => window.kalimEditor.isOpen);
+  assert.deepEqual(await page.complaints(), []);
+});
+
+test('it can be installed', async () => {
+  const icons = await page.evaluate(async () => {
+    const { href } = document.querySelector('link[rel=manifest]');
+    const manifest = await (await fetch(href)).json();
+    return Promise.all(manifest.icons.filter(({ sizes }) => sizes !== 'any').map(async ({ src, sizes }) => {
+      const { width, height } = await createImageBitmap(await (await fetch(new URL(src, href))).blob());
+      return [sizes, `${width}x${height}`];
+    }));
+  });
+  assert.ok(icons.length >= 2);
+  for (const [said, found] of icons) assert.equal(found, said);
+});
+
+test('it opens and works without a network', async () => {
+  await page.evaluate(() => navigator.serviceWorker.ready);
+  await page.waitFor(() => navigator.serviceWorker.controller);
+  page.stopServer();
+  await page.goto('/');
+  await page.waitFor(() => window.kalimEditor);
+  await give('drop', 'offline.png');
+  await page.waitFor(() => window.kalimEditor.isOpen);
+  await send();
+  assert.match(await page.evaluate(() => document.getElementById('preview').src), /^blob:/);
+});
