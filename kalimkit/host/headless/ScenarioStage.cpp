@@ -32,7 +32,8 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
       _environment(std::make_shared<HeadlessEnvironment>(device, screen.scale)),
       _previousEnvironment(ui::Environment::install(_environment)),
       _window(screen.canvas),
-      _fingers(_window) {
+      _fingers(_window),
+      _accessibility(_window) {
     if (screen.editor) {
         presentEditor(*screen.editor);
     } else {
@@ -74,6 +75,7 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"key", {}, &Stage::pressKey},
     {"keyboard", {}, &Stage::showKeyboard},
     {"tap", {}, &Stage::tap},
+    {"activate", {}, &Stage::activate},
     {"host", {"args"}, &Stage::host},
     {"pick", {}, &Stage::pick},
     {"save", {}, &Stage::save},
@@ -170,7 +172,10 @@ Problem ScenarioPlayer::Stage::print(const JsonValue& step) {
     std::string what;
     if (Problem problem = readAs(*step.find("print"), "\"print\"", what)) return problem;
     if (what == "editor") return printEditor();
-    if (what != "canvas") return wrongValue("\"print\"", "canvas or editor", what);
+    if (what == "accessibility") return printAccessibility();
+    if (what != "canvas") {
+        return wrongValue("\"print\"", "canvas, editor or accessibility", what);
+    }
     printLine(takeCanvas());
     return std::nullopt;
 }

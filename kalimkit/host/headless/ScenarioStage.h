@@ -12,6 +12,7 @@
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/view/AccessibilityTree.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
@@ -62,6 +63,10 @@ private:
     Problem printEditor();
     Problem readTapPlace(const JsonValue& value, gfx::Point& place) const;
 
+    // ---- without aiming (ScenarioAccessibilitySteps.cpp)
+    Problem activate(const JsonValue& step);
+    Problem printAccessibility();
+
     std::shared_ptr<ui::TextView> focusedTextView() const;
     void settle();
     void printLine(JsonValue::Object members);
@@ -78,6 +83,7 @@ private:
     std::shared_ptr<EditorHost> _host;
     std::shared_ptr<MDrawView> _canvas;
     ScenarioFingers _fingers;
+    ui::AccessibilityTree _accessibility;
 };
 
 }  // namespace kalim

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <vector>
+
+#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/ui/view/AccessibilityNode.h"
+
+namespace kalim {
+
+// Each node in order, with how many of the others it lies in.
+JsonValue::Array describeAccessibility(const std::vector<ui::AccessibilityNode>& nodes);
+
+}  // namespace kalim
