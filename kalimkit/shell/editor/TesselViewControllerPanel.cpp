@@ -140,6 +140,8 @@ void TesselViewController::shrinkPanel() {
 void TesselViewController::showPop() {
     const auto alive = self();
     setPenpopEnable();
+    // The check mark covers it.
+    _penView->setAccessibilityHidden(true);
     _penView->ringAnimationOp(0);
     _isAnimation = true;
     _isPanelClosing = false;
@@ -184,6 +186,7 @@ void TesselViewController::hidePop() {
     if (_isPanelClosing) return;
     const auto alive = self();
     _isPanelClosing = true;
+    _penView->setAccessibilityHidden(false);
     _penView->ringAnimationOp(1);
     _drawView->selectNone();
     _isAnimation = true;
