@@ -12,7 +12,7 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"发送", "Send"},
     {"完成", "Done"},
     {"取消", "Cancel"},
-    {"还原", "Restore"},
+    {"还原", "Reset"},
     {"继续标注", "Keep Editing"},
     {"放弃修改", "Discard Changes"},
     {"好", "OK"},
