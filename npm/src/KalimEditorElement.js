@@ -202,9 +202,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#leaving = setTimeout(() => this.#end());
   }
 
-  // Nothing that was made in one document is of use in another.
+  // Nothing that was made in one document is of use in another. Of the end of a frame's document its
+  // elements hear nothing.
   adoptedCallback() {
     this.#end();
+    this.ownerDocument.defaultView?.addEventListener('pagehide', () => this.#end(), { once: true });
   }
 
   attributeChangedCallback(name, before, value) {

@@ -95,6 +95,33 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.equal((await state()).isOpen, true);
 });
 
+test('of several pictures the last one is shown, and none that there is no room for is sent', async () => {
+  const shown = await page.evaluate(async () => {
+    const element = window.first;
+    const width = async () => (await window.embed.export()).width;
+    const picture = (side) => new ImageData(side, 10);
+    const raced = await Promise.all([element.open('/photos/rocket.jpg'), element.open(picture(50))]);
+    const answers = [raced, await width()];
+    const loading = element.open('/photos/rocket.jpg');
+    element.close();
+    answers.push([await loading, element.isOpen]);
+    element.remove();
+    answers.push(await element.open(picture(33)));
+    document.body.append(element);
+    answers.push(await element.open(picture(44)), await width());
+    // Longer than a canvas may be.
+    await element.open(picture(40000));
+    return answers;
+  });
+  assert.deepEqual(shown, [[false, true], 50, [false, false], false, true, 44]);
+  const refusal = 'This browser has no room for a picture of 40000 x 10 pixels';
+  assert.equal(await failure('exportImage'), `RangeError: ${refusal}`);
+  await rest();
+  await page.touch([[365, 32]]);
+  await until(async () => (await events()).some(({ message }) => message === refusal), 'the refusal');
+  assert.equal((await state()).isOpen, true);
+});
+
 test('several on a page share one module and nothing else', async () => {
   await page.evaluate(() => window.embed.add('second'));
   await page.waitFor(() => window.second.isOpen);
