@@ -2,12 +2,14 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/host/headless/MemoryPhotoLibrary.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -58,6 +60,11 @@ public:
     bool isPhotoLibraryAvailable() const override { return true; }
     // Waits for answerPick().
     void pickImage(const Picked& picked) override { _picked = picked; }
+    // Each object is another, and all have the same contents.
+    std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override {
+        return std::make_shared<MemoryPhotoLibrary>(_photos);
+    }
+    const MemoryPhotoLibrary::Contents& photos() const { return *_photos; }
     // Kept in memory.
     std::string clipboardText() override { return _clipboard; }
     void setClipboardText(const std::string& text) override { _clipboard = text; }
@@ -79,6 +86,8 @@ private:
     std::map<std::string, bool> _defaults;
     // Empty while nobody asks.
     Picked _picked;
+    std::shared_ptr<MemoryPhotoLibrary::Contents> _photos =
+        std::make_shared<MemoryPhotoLibrary::Contents>();
 };
 
 }  // namespace kalim

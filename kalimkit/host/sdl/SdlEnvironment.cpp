@@ -4,8 +4,12 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/host/sdl/FolderPhotoLibrary.h"
+#include "kalimkit/host/sdl/PictureChooser.h"
 #include "kalimkit/host/sdl/UserDefaults.h"
 #include "kalimkit/shell/config/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
@@ -31,7 +35,8 @@ SdlEnvironment::SdlEnvironment(double scale)
     : _device(gfx::CairoDevice::make()),
       _screen{scale, {}, false},
       _isEnglish(prefersEnglishTexts(messageLocale())),
-      _userDefaults(std::make_unique<UserDefaults>(UserDefaults::usualPath())) {}
+      _userDefaults(std::make_unique<UserDefaults>(UserDefaults::usualPath())),
+      _chooser(std::make_unique<PictureChooser>(_loop)) {}
 
 SdlEnvironment::~SdlEnvironment() = default;
 
@@ -56,6 +61,27 @@ void SdlEnvironment::presentAlert(const ui::Alert& alert) {
     } else {
         Environment::presentAlert(alert);
     }
+}
+
+void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
+    const auto chosen = [this, picked](const std::optional<std::string>& path) {
+        if (!path) return picked(std::nullopt);
+        codec::DecodeResult photo = codec::decodeFile(*path);
+        // Null for one that cannot be read; whoever asked says so.
+        gfx::ImageRef image;
+        if (!photo.error) image = _device->makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        picked(image);
+    };
+    if (_chooser->choose(_isEnglish ? "Open a Picture" : "打开图片", chosen)) return;
+    presentAlert({_isEnglish ? "There Is No File Dialog" : "没有文件对话框",
+                  _isEnglish ? "Install zenity to choose pictures" : "请安装 zenity 以选择图片",
+                  {localizedString("好")},
+                  {}});
+    picked(std::nullopt);
+}
+
+std::shared_ptr<ui::PhotoLibrary> SdlEnvironment::makePhotoLibrary() {
+    return std::make_shared<FolderPhotoLibrary>(FolderPhotoLibrary::usualFolder());
 }
 
 std::string SdlEnvironment::clipboardText() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,10 +12,12 @@
 
 namespace kalim {
 
+class PictureChooser;
 class UserDefaults;
 
 // The desktop, to which the window is the screen. Texts are in English where the locale's language
-// is neither Chinese nor left open. User defaults are kept in a file of the user's configuration.
+// is neither Chinese nor left open. User defaults are kept in a file of the user's configuration,
+// and pictures in his folder for them.
 class KALIM_API SdlEnvironment : public ui::Environment {
 public:
     // Pixels per point. Draws with Cairo.
@@ -31,6 +34,10 @@ public:
     std::optional<gfx::Size> areaBudget() const override;
     std::string localizedString(const std::string& key) const override;
     void presentAlert(const ui::Alert& alert) override;
+    bool isPhotoLibraryAvailable() const override { return true; }
+    // Without a dialog to ask with, an alert says so, and it counts as cancelled.
+    void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;
+    std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
     std::optional<bool> userDefault(const std::string& key) const override;
@@ -42,6 +49,7 @@ private:
     ui::RunLoop _loop;
     bool _isEnglish;
     std::unique_ptr<UserDefaults> _userDefaults;
+    std::unique_ptr<PictureChooser> _chooser;
 };
 
 }  // namespace kalim

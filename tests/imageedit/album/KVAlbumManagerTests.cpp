@@ -112,8 +112,31 @@ TEST_F(AlbumTest, TheLibrarysErrorsAreToldUnchanged) {
 }
 
 TEST_F(AlbumTest, AHostWithoutALibrarySaysSo) {
-    ui::Environment::install(std::make_shared<HeadlessEnvironment>(device(), 2));
+    struct Bare : HeadlessEnvironment {
+        using HeadlessEnvironment::HeadlessEnvironment;
+        std::shared_ptr<PhotoLibrary> makePhotoLibrary() override { return nullptr; }
+    };
+    ui::Environment::install(std::make_shared<Bare>(device(), 2));
     EXPECT_EQ(save(image, "Marked"), " There is no photo library.");
+}
+
+TEST_F(AlbumTest, WithoutAScreenPhotosAreKeptInMemory) {
+    const auto headless = std::make_shared<HeadlessEnvironment>(device(), 2);
+    ui::Environment::install(headless);
+    EXPECT_EQ(save(image, "Marked"), "photo 1");
+    EXPECT_EQ(save(image, "Marked"), "photo 2");
+    EXPECT_EQ(save(image, ""), "photo 3");
+    const auto& photos = headless->photos();
+    EXPECT_EQ(photos.photos.at("photo 2"), image);
+    EXPECT_EQ(photos.albums, (std::map<std::string, std::vector<std::string>>{
+                                 {"", {"photo 3"}}, {"Marked", {"photo 1", "photo 2"}}}));
+    MemoryPhotoLibrary library(std::make_shared<MemoryPhotoLibrary::Contents>(photos));
+    int errors = 0;
+    const auto count = [&](const PhotoLibrary::Error& error) { errors += error.has_value(); };
+    library.addAlbum("Marked", count);
+    library.addToAlbum("photo 4", "Marked", count);
+    library.addToAlbum("photo 1", "Other", count);
+    EXPECT_EQ(errors, 3);
 }
 
 }  // namespace
