@@ -3,9 +3,9 @@
 import { Choices, Pen, packedColor } from './choices.js';
 import { readDescription } from './description.js';
 import { Clipboard, environment } from './environment.js';
+import { Exchange } from './exchange.js';
 import { watchKeys } from './keys.js';
 import { Module } from './module.js';
-import { askForFile, decode, encode, tooLarge } from './pictures.js';
 import { Pointers } from './pointers.js';
 import { Schedule } from './schedule.js';
 import { Screen } from './screen.js';
@@ -30,13 +30,12 @@ export class KalimEditor extends EventTarget {
   #pointers;
   #typing;
   #schedule;
-  // How many pictures the page has asked for.
-  #asked = 0;
+  #exchange;
+  #isDestroyed = false;
   #choices = new Choices();
   #history = 0;
   #worked = null;
   #clipboard = new Clipboard();
-  #endPicking = () => {};
   #listening = new AbortController();
 
   // element: a <canvas> that the page has given a size by its style; it may change. Options:
@@ -54,6 +53,11 @@ export class KalimEditor extends EventTarget {
   constructor(element, options) {
     super();
     this.#element = element;
+    this.#exchange = new Exchange(element, {
+      module: () => this.#module,
+      call: (name, ...values) => this.#call(name, ...values),
+      dispatch: (type, detail) => this.#dispatch(type, detail),
+    });
     this.#options = {
       language: navigator.language,
       strings: {},
@@ -66,7 +70,7 @@ export class KalimEditor extends EventTarget {
 
   // Gives everything back; the editor is not used any more. A second time does nothing.
   destroy() {
-    ++this.#asked;
+    this.#isDestroyed = true;
     this.#stop();
     this.#module.destroy();
   }
@@ -77,14 +81,14 @@ export class KalimEditor extends EventTarget {
   // when the browser cannot read it, and nothing is lost then. Answers whether the picture is shown:
   // not when another has been asked for meanwhile.
   async open(picture) {
-    return this.#take(picture, (id) => this.#call('open', id, this.#options.exportsAtPictureScale));
+    return this.#exchange.take(picture, (id) => this.#call('open', id, this.#options.exportsAtPictureScale));
   }
 
   // Shows it in the editor that is open, which asks the user first when something was drawn, and
   // says when the browser cannot read it.
   async offer(picture) {
     try {
-      await this.#take(picture, (id) => this.#call('offer', id));
+      await this.#exchange.take(picture, (id) => this.#call('offer', id));
     } catch (error) {
       if (!this.#module.isAlive) throw error;
       this.#call('offer', 0);
@@ -93,7 +97,7 @@ export class KalimEditor extends EventTarget {
 
   // Takes the editor away; the canvas is empty until the next open().
   dismiss() {
-    ++this.#asked;
+    this.#exchange.forget();
     this.#call('dismiss');
   }
 
@@ -125,7 +129,7 @@ export class KalimEditor extends EventTarget {
     drawing.takeRefused();
     const picture = this.#call('export_picture', exportScales[scale]);
     try {
-      return await this.#encoded(picture, type, quality);
+      return await this.#exchange.encoded(picture, type, quality);
     } finally {
       if (this.#module.isAlive) this.#module.call('end_export');
       drawing.dropLayers();
@@ -260,10 +264,10 @@ export class KalimEditor extends EventTarget {
           height,
         }),
       text_left: () => this.#typing.leave(),
-      pick_image: () => this.#pick(),
-      on_confirm: (picture) => this.#confirmed(picture),
-      on_close: () => this.#tell(new Event('close')),
-      copy_picture: (picture) => this.#copy(picture),
+      pick_image: () => this.#exchange.pick(),
+      on_confirm: (picture) => this.#exchange.confirm(picture, this.#options),
+      on_close: () => this.#tell('close'),
+      copy_picture: (picture) => this.#exchange.copy(picture),
     };
   }
 
@@ -274,17 +278,21 @@ export class KalimEditor extends EventTarget {
     this.#pointers?.stop();
     this.#schedule.stop();
     this.#typing.leave();
-    this.#endPicking();
+    this.#exchange.stop();
   }
 
   #failed(error) {
     this.#stop();
-    this.#tell(new CustomEvent('error', { detail: { error } }));
+    this.#tell('error', { error });
   }
 
   // Listeners may take the editor away, which its own work does not expect.
-  #tell(event) {
-    queueMicrotask(() => this.dispatchEvent(event));
+  #tell(type, detail) {
+    queueMicrotask(() => this.#dispatch(type, detail));
+  }
+
+  #dispatch(type, detail = null) {
+    if (!this.#isDestroyed) this.dispatchEvent(new CustomEvent(type, { detail }));
   }
 
   #call(name, ...values) {
@@ -318,60 +326,7 @@ export class KalimEditor extends EventTarget {
     const history = this.#module.call('history');
     if (history === this.#history) return;
     this.#history = history;
-    this.#tell(new Event('change'));
-  }
-
-  // ---- pictures
-
-  // Null without a picture.
-  async #encoded(picture, type, quality) {
-    const { drawing } = this.#module;
-    if (picture) return encode(drawing.sourceOf(picture), type, quality);
-    const refused = drawing.takeRefused();
-    if (refused) throw tooLarge(refused);
-    return null;
-  }
-
-  async #confirmed(picture) {
-    const { type, quality } = this.#options;
-    try {
-      const blob = await this.#encoded(picture, type, quality);
-      this.dispatchEvent(new CustomEvent('confirm', { detail: { blob } }));
-    } catch (error) {
-      this.dispatchEvent(new CustomEvent('error', { detail: { error } }));
-    }
-  }
-
-  #copy(picture) {
-    const blob = this.#encoded(picture, 'image/png');
-    queueMicrotask(async () => {
-      try {
-        await navigator.clipboard.write([new ClipboardItem({ 'image/png': blob })]);
-      } catch {
-        if (this.#module.isAlive) this.#call('copy_failed');
-      }
-    });
-  }
-
-  async #take(picture, show) {
-    const order = ++this.#asked;
-    const bitmap = await decode(picture);
-    if (order !== this.#asked) {
-      bitmap.close();
-      return false;
-    }
-    show(this.#module.drawing.addPicture(bitmap));
-    return true;
-  }
-
-  #pick() {
-    this.#endPicking();
-    const end = askForFile(this.#element, async (file) => {
-      const { drawing } = this.#module;
-      const id = file ? await decode(file).then((bitmap) => drawing.addPicture(bitmap), () => 0) : -1;
-      if (this.#module.isAlive && end === this.#endPicking) this.#call('picked', id);
-    });
-    this.#endPicking = end;
+    this.#tell('change');
   }
 
   // ---- touches
