@@ -25,6 +25,8 @@ export class Mirror {
   #root = document.createElement('div');
   #nodes = new Map();
   #elements = new Map();
+  // What the user has just used here; null after anything else.
+  #used = null;
   #timer = 0;
 
   // Of an editor on a canvas, put into the stage that the canvas fills.
@@ -58,7 +60,7 @@ export class Mirror {
     if (!screen) return;
     const focused = this.#root.getRootNode().activeElement;
     const hadFocus = this.#root.contains(focused);
-    const dialogs = this.#dialogs();
+    const before = new Set(this.#elements.values());
     this.#nodes = new Map(screen.map((node) => [node.id, node]));
     for (const [id, element] of this.#elements) {
       if (this.#nodes.has(id)) continue;
@@ -67,11 +69,10 @@ export class Mirror {
     }
     const last = new Map();
     for (const node of screen) this.#place(node, last);
-    this.#keepFocus(focused, hadFocus, dialogs);
-  }
-
-  #dialogs() {
-    return new Set(this.#root.querySelectorAll('[role=dialog]'));
+    for (const group of this.#root.querySelectorAll('[role=group]')) {
+      if (group.querySelector(':scope > [role=radio]')) group.setAttribute('role', 'radiogroup');
+    }
+    this.#keepFocus(focused, hadFocus, before);
   }
 
   // `last` knows for each parent which of its children has been placed last.
@@ -104,13 +105,17 @@ export class Mirror {
       if (tag === 'button') element.type = 'button';
       this.#elements.set(node.id, element);
     }
-    setAttribute(element, 'role', kind);
+    if (!(kind === 'group' && element.getAttribute('role') === 'radiogroup')) {
+      setAttribute(element, 'role', kind);
+    }
     return element;
   }
 
   #describe(element, node) {
     const { label, value, isEnabled, isSelected } = node;
-    const name = value && node.role !== role.field ? `${label}, ${value}` : label;
+    // The states of these two tell it.
+    const isValueTold = node.role === role.field || node.role === role.radio;
+    const name = value && !isValueTold ? `${label}, ${value}` : label;
     const state = (isOn) => (isOn ? 'true' : 'false');
     const isToggle = this.#isShape(node) || (node.role === 1 && isSelected);
     if (node.role === role.text && !this.#isShape(node)) {
@@ -137,15 +142,20 @@ export class Mirror {
     return this.#nodes.get(parent)?.role === role.canvas && (kind === role.image || kind === role.text);
   }
 
-  // In a question that has just been asked, else where it was, else with the canvas.
-  #keepFocus(focused, hadFocus, dialogs) {
-    const isOurs = hadFocus || focused === this.#canvas;
-    const asked = [...this.#dialogs()].find((dialog) => !dialogs.has(dialog));
-    if (isOurs && asked) {
-      asked.focus({ preventScroll: true });
+  // With a question that has just been asked, else where it was, else with what has come in the place of
+  // what the user has used, else with the canvas.
+  #keepFocus(focused, hadFocus, before) {
+    const focus = (element) => element.focus({ preventScroll: true });
+    const find = (selector) =>
+      [...this.#root.querySelectorAll(selector)].find((element) => !before.has(element));
+    const asked = find('[role=dialog]');
+    if (asked && (hadFocus || focused === this.#canvas)) {
+      focus(asked);
     } else if (hadFocus && this.#root.getRootNode().activeElement !== focused) {
-      (focused.isConnected ? focused : this.#canvas).focus({ preventScroll: true });
+      const next = this.#used === focused && find('button, [tabindex="0"]');
+      focus(focused.isConnected ? focused : next || this.#canvas);
     }
+    if (!focused?.isConnected) this.#used = null;
   }
 
   #nodeOf(element) {
@@ -154,25 +164,44 @@ export class Mirror {
 
   #activate(element) {
     const node = this.#nodeOf(element);
-    if (node) this.#editor.activate(node.id);
+    if (!node) return;
+    this.#used = element;
+    this.#editor.activate(node.id);
   }
 
   #pressed(event) {
     const node = this.#nodeOf(event.target);
-    if (event.key === 'Enter' || event.key === ' ') {
+    if (this.#isForElement(event)) {
       if (event.target.localName === 'button') return;
       event.preventDefault();
       this.#activate(event.target);
       return;
     }
+    this.#used = null;
+    if (node?.role === role.radio && this.#walk(event)) return;
     const isDeleting = event.key === 'Delete' || event.key === 'Backspace';
     if (isDeleting && node && this.#isShape(node) && !node.isSelected) this.#editor.activate(node.id);
     this.#passOn(event);
   }
 
+  // What presses an element; a question itself answers as the editor does.
+  #isForElement({ key, target }) {
+    return (key === 'Enter' || key === ' ') && this.#nodeOf(target)?.role !== role.dialog;
+  }
+
+  // From one choice to the next.
+  #walk(event) {
+    const step = { ArrowRight: 1, ArrowDown: 1, ArrowLeft: -1, ArrowUp: -1 }[event.key];
+    if (!step) return false;
+    const radios = [...event.target.parentElement.querySelectorAll(':scope > [role=radio]')];
+    radios.at((radios.indexOf(event.target) + step) % radios.length).focus();
+    event.preventDefault();
+    return true;
+  }
+
   // To the editor, whose keys they are.
   #passOn(event) {
-    if (event.key === 'Enter' || event.key === ' ') return;
+    if (this.#isForElement(event)) return;
     const { key, code, ctrlKey, metaKey, altKey, shiftKey, repeat } = event;
     const copy = new KeyboardEvent(event.type,
       { key, code, ctrlKey, metaKey, altKey, shiftKey, repeat, cancelable: true });

@@ -240,6 +240,19 @@ test('the screen is told and used without being seen', async () => {
   await focus('Undo');
   await page.press('Enter');
   assert.equal((await state()).toolCount, 1);
+  await screen();
+  await focus('Pen, Rectangle Red Fine');
+  await page.press('Enter');
+  assert.deepEqual((await screen()).filter(([role]) => role === 'radio').map(([, name, held]) => [name, held]),
+    [['Arrow', ''], ['Ellipse', ''], ['Rectangle', 'checked'], ['Text', ''], ['Mosaic', ''], ['Crop', ''],
+      ['Red', 'checked'], ['Fine', 'checked']]);
+  assert.equal(await focused(), 'Arrow');
+  await page.press('ArrowLeft');
+  assert.equal(await focused(), 'Crop');
+  await focus('OK');
+  await page.press('Enter');
+  await screen();
+  assert.equal(await focused(), 'Pen, Rectangle Red Fine');
   // It asks whether to throw the drawing away.
   await focus('Close');
   await page.press('Enter');
