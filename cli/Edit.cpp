@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <future>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -213,10 +214,12 @@ int edit(const EditOptions& options) {
         complain(problem);
         return failure;
     }
-    codec::DecodeResult photo = codec::decode(bytes, name);
+    // Large photos take as long as the connection to the screen does.
+    auto decoding = std::async(std::launch::async, [&] { return codec::decode(bytes, name); });
+    const Video video;
+    codec::DecodeResult photo = decoding.get();
     if (photo.error) complain(*photo.error);
     bytes = {};
-    const Video video;
     if (video.problem()) {
         complain(*video.problem());
         return failure;
