@@ -87,7 +87,8 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         {R"({"wait":"long"})", "\"wait\" must be a number, not \"long\""},
         {R"({"wait":-0.1})", "\"wait\" must be a number of seconds from 0 to 3600, not -0.1"},
         {R"({"wait":3601})", "not 3601"},
-        {R"({"print":"tools"})", "\"print\" must be canvas or editor, not \"tools\""},
+        {R"({"print":"tools"})",
+         "\"print\" must be canvas, editor or accessibility, not \"tools\""},
         {R"({"print":"editor"})", "for the editor's screen"},
         {R"({"host":"remove","args":[]})", "for the editor's screen"},
 

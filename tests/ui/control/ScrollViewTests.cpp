@@ -124,6 +124,24 @@ TEST_F(ScrollViewTest, FollowsTheFingerAndGoesOnUntilItStandsStill) {
     EXPECT_EQ(log->heard, "drag let go still drag dropped ");
 }
 
+TEST_F(ScrollViewTest, RestsAtOnceForThoseWhoPreferThat) {
+    host.environment().setPrefersReducedMotion(true);
+    swipe({190, 50}, {-10, 0}, 11);
+    finger.up();
+    EXPECT_EQ(view->contentOffset().x, 100) << "no inertia";
+    EXPECT_EQ(log->heard, "drag dropped ");
+    swipe({20, 50}, {10, 0}, 16);
+    EXPECT_LT(view->contentOffset().x, 0);
+    finger.up();
+    EXPECT_EQ(view->contentOffset().x, 0) << "no bounce";
+    EXPECT_EQ(log->heard, "drag dropped drag let go ");
+    view->setContentOffset({300, 0}, true);
+    EXPECT_EQ(view->contentOffset().x, 300);
+    host.wait(0.1);
+    EXPECT_EQ(log->heard, "drag dropped drag let go still arrived ");
+    EXPECT_FALSE(host.loop().isBusy());
+}
+
 TEST_F(ScrollViewTest, IsPulledBackToItsEdgesAndCaughtOnTheWay) {
     swipe({20, 50}, {10, 0}, 11);
     // A hundred points too far.

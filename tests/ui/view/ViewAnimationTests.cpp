@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -104,6 +105,41 @@ TEST(ViewAnimation, TakesTheFinalValuesAtOnceAndShowsTheWay) {
     EXPECT_EQ(view.shownFrame(), gfx::Rect(0, 0, 10, 10));
     EXPECT_FALSE(view.isAnimating());
     stage.wait(1);
+    stage.expectIdle();
+}
+
+TEST(ViewAnimation, IsOverAtOnceForThoseWhoPreferThat) {
+    Stage stage;
+    stage.environment().setPrefersReducedMotion(true);
+    View& view = *stage.view;
+    std::vector<std::string> ends;
+    View::animate(
+        linear(1, 0.5), [&] { view.setAlpha(0.2); }, stage.completion(ends, "slow"));
+    View::animate(
+        linear(0.1),
+        [&] {
+            view.setCenter({60, 20});
+        },
+        stage.completion(ends, "fast"));
+    EXPECT_EQ(view.shownAlpha(), 0.2);
+    EXPECT_EQ(view.shownFrame().midX(), 60);
+    auto turn = basic(AnimatedProperty::Rotation, 0, 1, 0.5);
+    turn.staysAtEnd = true;
+    LayerAnimation lasting = LayerAnimation::basic(turn);
+    lasting.staysAtEnd = true;
+    view.addAnimation(lasting, "lasting");
+    LayerAnimation endless = lasting;
+    endless.repeatCount = forever;
+    view.addAnimation(endless, "endless");
+    const auto layer = std::make_shared<ShapeLayer>();
+    view.addShapeLayer(layer);
+    layer->addAnimation(endless, "layer's");
+    EXPECT_TRUE(view.runningAnimationKeys().empty());
+    EXPECT_NEAR(view.shownTransform().b, std::sin(1), 1e-9) << "the end of the one that stays";
+    EXPECT_TRUE(ends.empty());
+    stage.wait(0);
+    EXPECT_EQ(ends, (std::vector<std::string>{"slow finished at 0", "fast finished at 0"}));
+    stage.wait(0.1);
     stage.expectIdle();
 }
 
