@@ -42,6 +42,13 @@ function filesBelow(folder) {
   }).sort();
 }
 
+// Visitors load no lines that are only for readers.
+function stripComments(target) {
+  for (const path of filesBelow(target).filter((name) => name.endsWith('.js'))) {
+    writeFileSync(path, readFileSync(path, 'utf8').replace(/^ *\/\/.*\n/gm, ''));
+  }
+}
+
 // With the names of all files, and a version that is another one as soon as any of them is.
 function writeWorker(target) {
   const template = readFileSync(join(target, 'worker.js'), 'utf8');
@@ -65,6 +72,7 @@ function gatherPage(target) {
     execFileSync(env.RSVG_CONVERT, ['-w', size, '-h', size, join(target, 'icon.svg'), '-o',
       join(target, `icon-${size}.png`)]);
   }
+  stripComments(target);
   writeWorker(target);
 }
 
