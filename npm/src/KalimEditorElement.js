@@ -317,7 +317,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       const { canUndo, canRedo, toolCount: count } = this;
       this.#tell('kalim-change', { canUndo, canRedo, count });
     });
-    on('error', ({ detail }) => this.#failed(detail.error));
+    on('error', ({ detail }) => {
+      this.#failed(detail.error);
+      // One that has stopped is of no more use.
+      if (editor === this.#editor && !this.isOpen) this.close();
+    });
   }
 
   // Unless a listener wants it to stay, or has opened another picture.

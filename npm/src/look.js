@@ -1,7 +1,7 @@
 // How the element looks by itself; the page's own rules for it win.
 
 const css = `
-:host { display: block; position: relative; height: 30rem; overflow: hidden; contain: content; }
+:host { display: block; position: relative; height: 30rem; overflow: hidden; }
 :host([hidden]) { display: none; }
 :host { background: Canvas; color: CanvasText; }
 :host(:focus), canvas { outline: 0; }

@@ -95,6 +95,25 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.equal((await state()).isOpen, true);
 });
 
+test('an editor that has stopped makes room for the next one', async () => {
+  await page.evaluate(() => {
+    const { drawImage } = CanvasRenderingContext2D.prototype;
+    CanvasRenderingContext2D.prototype.drawImage = () => {
+      CanvasRenderingContext2D.prototype.drawImage = drawImage;
+      throw new Error('no memory');
+    };
+  });
+  await draw();
+  assert.deepEqual((await events()).filter(({ type }) => type === 'kalim-error').map(({ message }) => message),
+    ['no memory']);
+  assert.equal((await page.complaints()).every((complaint) => complaint.includes('no memory')), true);
+  assert.equal((await state()).kept, 0);
+  assert.equal(await failure('open', '/photos/coffee.png'), null);
+  await rest();
+  await draw();
+  assert.equal((await state()).toolCount, 1);
+});
+
 test('of several pictures the last one is shown, and none that there is no room for is sent', async () => {
   const shown = await page.evaluate(async () => {
     const element = window.first;
