@@ -35,7 +35,7 @@ double widthTolerance() {
 }
 
 double clipTolerance() {
-    return current == Browser::WebKit ? 2 : 0;
+    return current == Browser::WebKit ? 3 : 0;
 }
 
 bool castsShadowsOfOutlinedText() {
