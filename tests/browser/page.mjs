@@ -202,8 +202,8 @@ export class Page {
           method.setCaretInPendingComposition(shown.length);
           method.flushPendingComposition();
         }
-        method.commitCompositionWith(text);`,
-      args: [onTheWay, text],
+        if (text !== null) method.commitCompositionWith(text);`,
+      args: [onTheWay, text ?? null],
     });
     await this.#browser.send('Marionette:SetContext', { value: 'content' });
   }
