@@ -56,7 +56,6 @@ void EditImageIntialView::init(const gfx::Rect& frame) {
     setClipsToBounds(true);
     setAccessibilityRole(ui::AccessibilityRole::Group);
     setAccessibilityLabel(ui::Environment::current().localizedString("裁剪"));
-    _laidOutSize = bounds().size;
     _eIScrollView = EditImageScrollView::initWithFrame(bounds());
     _eIScrollView->setDelegate(self());
     _eIScrollView->setM_delegate(self());
@@ -142,12 +141,12 @@ void EditImageIntialView::layoutSubviews() {
     layoutContent();
 }
 
-// A turn under way comes to its end first.
+// The opening, or a turn, that is under way comes to its end first.
 void EditImageIntialView::layoutContent() {
     if (bounds().size == _laidOutSize || _isRotating) return;
-    _laidOutSize = bounds().size;
     if (_cropToolBar) layoutToolBar();
     if (!_isCropping) return;
+    _laidOutSize = bounds().size;
     const gfx::Rect share = cropShare();
     const gfx::Size image = _eIScrollView->imageFrame().size;
     _naturalTopLength = cropNaturalTopLength(startPlacement().imageSize, bounds().size);

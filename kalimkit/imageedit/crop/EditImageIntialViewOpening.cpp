@@ -92,6 +92,7 @@ void EditImageIntialView::startAnimateToCropFrame() {
     _isCropStartAnimationReady = false;
     setGesturesEnabled(false);
     const gfx::Rect seen = _eIScrollView->imageFrame();
+    _laidOutSize = bounds().size;
     _naturalTopLength = cropNaturalTopLength(seen.size, bounds().size);
     _eIScrollView->setFrame(scrollFrame());
     const CropPlacement placement = startPlacement();
@@ -113,6 +114,7 @@ void EditImageIntialView::postStartCropView() {
     makeGridPan();
     initContentImage();
     restoreLayoutContentImage();
+    layoutContent();
     _originalScrollViewOffset = _eIScrollView->contentOffset();
     startTimer(0);
     matchOverlayViewToCropGridView();

@@ -61,12 +61,12 @@ public:
         open();
     }
 
-    void open() {
+    void open(double pause = 1) {
         view = EditImageIntialView::initWithFrame(window().rootView()->bounds());
         view->setDelegate(opener);
         window().rootView()->addSubview(view);
         view->onEditImageWithEditEntrance(nullptr, 0);
-        wait(1);
+        wait(pause);
     }
 
     void tap(const std::shared_ptr<ui::View>& button) {
@@ -282,6 +282,21 @@ TEST(EditImageIntialView, RevertAndCancelTakeEverythingBack) {
     EXPECT_FALSE(screen.opener->result);
     EXPECT_TRUE(view.isCropOver());
     EXPECT_EQ(view.currentRotationOrientation(), 0);
+}
+
+TEST(EditImageIntialView, AResizeDuringTheOpeningLeavesItAsIfOpenedAtThatSize) {
+    CropScreen screen;
+    screen.view->removeFromSuperview();
+    screen.open(0.1);
+    screen.view->setFrame({0, 0, 844, 390});
+    screen.wait(1);
+    // 844 x 633 points are higher than the view, so nothing is left free above; 227 are the
+    // content's height.
+    const auto& content = *screen.view->eIScrollView();
+    EXPECT_EQ(screen.view->naturalTopLength(), 0);
+    EXPECT_EQ(content.frame(), gfx::Rect(0, 0, 844, 390));
+    EXPECT_EQ(screen.view->cropFrame(), gfx::Rect(271, 20, 302, 227));
+    EXPECT_EQ(content.contentInset(), (ui::EdgeInsets{20, 271, 143, 271}));
 }
 
 TEST(EditImageIntialView, WhoeverOpenedItMayDropItWithinEveryMessage) {
