@@ -68,7 +68,8 @@ editor.addEventListener('kalim-close', () => {
   $('hint').textContent = say.hint;
 });
 editor.addEventListener('kalim-error', ({ detail: { error } }) => {
-  $('hint').textContent = error.message;
+  if (editor.isOpen) alert(error.message);
+  else $('hint').textContent = error.message;
 });
 
 result.addEventListener('close', () => {
