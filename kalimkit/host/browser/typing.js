@@ -102,18 +102,25 @@ export class Typing {
   // focus: the user may have given it to another element meanwhile.
   focus({ text, begin, end, isComposing, x, y, height }) {
     const area = this.#area;
-    const box = this.#canvas.getBoundingClientRect();
-    area.style.left = `${box.left + x}px`;
-    area.style.top = `${box.top + y}px`;
-    area.style.lineHeight = `${height}px`;
+    const isNew = !area.isConnected;
     this.#text = text;
-    if (!area.isConnected) {
-      this.#canvas.after(area);
-      area.focus({ preventScroll: true });
-    }
+    area.style.lineHeight = `${height}px`;
+    if (isNew) this.#canvas.after(area);
+    this.#place(x, y);
+    if (isNew) area.focus({ preventScroll: true });
     // A touch beside the text has ended it there, and the input method has to hear of it.
     if (this.#composition?.isPlaced && !isComposing && !this.#composition.isTold) this.#endComposition();
     if (!this.#composition) this.#mirror(begin, end);
+  }
+
+  // In what is transformed, fixed places are not the window's.
+  #place(x, y) {
+    const { style } = this.#area;
+    const box = this.#canvas.getBoundingClientRect();
+    [style.left, style.top] = ['0px', '0px'];
+    const { left, top } = this.#area.getBoundingClientRect();
+    style.left = `${box.left + x - left}px`;
+    style.top = `${box.top + y - top}px`;
   }
 
   // What another element of the page has taken, or an on-screen keyboard that was put away, comes back by a
