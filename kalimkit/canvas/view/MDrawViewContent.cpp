@@ -52,7 +52,10 @@ bool MDrawView::refreshContextRect() {
     ui::Environment& environment = ui::Environment::current();
     if (_ctxRect.area() > old.area() && _ctxRect.area() > areaLimit(environment)) {
         _ctxRect = old;
-        environment.presentAlert({"", "面积不能超过2K", {"我知道了"}, {}});
+        environment.presentAlert({"",
+                                  environment.localizedString("面积不能超过2K"),
+                                  {environment.localizedString("我知道了")},
+                                  {}});
         // Once: what is undone may leave the content as large, for vertices are in no snapshot.
         const ui::FlagScope takingBack(_isTakingBack);
         _undoManager->undo();
