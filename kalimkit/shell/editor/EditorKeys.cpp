@@ -174,10 +174,7 @@ bool EditorKeys::copy() {
     const auto editor = _editor.lock();
     const auto delegate = _delegate.lock();
     if (!delegate) return false;
-    const auto& canvas = editor->drawView();
-    const gfx::ImageRef image = editor->exportsAtPictureScale()
-                                    ? canvas->exportImageAtPictureScale()
-                                    : canvas->exportImage();
+    const gfx::ImageRef image = editor->exportedImage();
     if (image) delegate->editorKeysCopyPicture(image);
     return image != nullptr;
 }

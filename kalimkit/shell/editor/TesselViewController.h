@@ -87,6 +87,8 @@ public:
     // screen's, and so does cropping to the canvas. Off at first.
     bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
     void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
+    // What confirming would hand over now. Ends what is being typed.
+    gfx::ImageRef exportedImage();
 
     // ---- coming and going
     void viewDidLoad() override;
@@ -261,7 +263,6 @@ private:
     // ---- cropping (TesselViewControllerCrop.cpp)
     void initEditCutView();
     void dropEditCutView();
-    gfx::ImageRef exportedImage();
 
     // ---- panel (TesselViewControllerPanel.cpp)
     void initData();

@@ -22,11 +22,6 @@ void TesselViewController::dropEditCutView() {
     }
 }
 
-gfx::ImageRef TesselViewController::exportedImage() {
-    return _exportsAtPictureScale ? _drawView->exportImageAtPictureScale()
-                                  : _drawView->exportImage();
-}
-
 // ---- from the crop editor
 
 void TesselViewController::getOriginalImage(const OriginalImageCallback& callback) {

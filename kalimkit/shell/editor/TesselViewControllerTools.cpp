@@ -59,6 +59,11 @@ void TesselViewController::clickToolClose() {
     if (const auto delegate = _delegate.lock()) delegate->close();
 }
 
+gfx::ImageRef TesselViewController::exportedImage() {
+    return _exportsAtPictureScale ? _drawView->exportImageAtPictureScale()
+                                  : _drawView->exportImage();
+}
+
 void TesselViewController::clickToolConfirm() {
     const auto alive = self();
     const gfx::ImageRef image = exportedImage();
