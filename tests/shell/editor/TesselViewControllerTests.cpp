@@ -97,6 +97,32 @@ TEST(TesselViewController, ThePanelOpensAndClosesInTime) {
     EXPECT_EQ(editor->drawView()->tools().size(), 1u);
 }
 
+TEST(TesselViewController, AfterTheFirstTapAnIdleEditorNeitherWakesNorRedraws) {
+    EditorScreen host;
+    host.present();
+    // The hint on the pen button rings until then.
+    EXPECT_TRUE(host.environment().runLoop().isBusy());
+    const auto expectRest = [&host](const char* state) {
+        host.window().display();
+        host.window().takeDrawn();
+        EXPECT_LT(host.environment().runLoop().nextDue(), 0) << state;
+        host.wait(10);
+        EXPECT_FALSE(host.window().needsDisplay()) << state;
+        EXPECT_TRUE(host.window().takeDrawn().empty()) << state;
+    };
+    host.use(host.editor->penView());
+    expectRest("open panel");
+    host.use(host.editor->colorPopView());
+    expectRest("unfolded colours");
+    host.use(host.editor->confirmButton());
+    expectRest("closed panel");
+    host.drawAndSelect();
+    expectRest("selected shape");
+    host.editor->drawView()->selectNone();
+    host.use(host.editor->toolView()->closeButton());
+    expectRest("question before closing");
+}
+
 TEST(TesselViewController, OneOfTheColourAndSizePickersIsOpenAtATime) {
     EditorScreen host;
     const auto& editor = host.present().editor;
