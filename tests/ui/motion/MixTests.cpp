@@ -90,7 +90,7 @@ TEST(SpringCurve, SettlesByTheEndAndSwingsOnlyWhenUnderdamped) {
             highest = std::max(highest, springShare(spring, step / 100.0, 0.4));
         EXPECT_EQ(highest > 1.01, damping < 1) << damping;
         EXPECT_EQ(springShare(spring, 0, 0.4), 0);
-        EXPECT_NEAR(springShare(spring, 0.999, 0.4), 1, 2e-3) << damping;
+        EXPECT_NEAR(springShare(spring, 0.999, 0.4), 1, 1e-4) << damping;
         EXPECT_EQ(springShare(spring, 1, 0.4), 1);
     }
     // Whole distances per second: after a thousandth of 0.4 s at 5 a second, 0.002 of the way.
