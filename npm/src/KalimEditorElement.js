@@ -1,5 +1,4 @@
-// <kalim-editor>: the editor as an element of a page. See KalimEditorElement.d.ts for what a page may
-// do with it.
+// <kalim-editor>: the editor as an element of a page. index.d.ts says what a page may do with it.
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
 import { penOf, rgbOf, widthOf } from './choices.js';

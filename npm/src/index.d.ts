@@ -117,9 +117,28 @@ export interface KalimEditorOptions {
 
 export type KalimScale = 'screen' | 'picture' | 'view';
 
+/** One thing on the screen that an assistive technology is told of. */
+export interface KalimScreenNode {
+  id: number;
+  /** Of what it lies in; 0 for the screen itself. */
+  parent: number;
+  /** 1 button, 2 image, 3 text, 4 text field, 5 dialog, 6 group, 7 radio button, 8 canvas. */
+  role: number;
+  /** Points, from the canvas's corner. */
+  x: number;
+  y: number;
+  width: number;
+  height: number;
+  label: string;
+  value: string;
+  isEnabled: boolean;
+  isSelected: boolean;
+  isFocused: boolean;
+}
+
 /**
  * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
- * `detail.blob`, `close` and `change`.
+ * `detail.blob`, `close`, `change` and `error`, with `detail.error`.
  */
 export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
@@ -139,6 +158,16 @@ export class KalimEditor extends EventTarget {
   chooseLineWidth(points: number): void;
   setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
   askToClose(): void;
+  /** Of the picture that is sent from now on. */
+  setSending(type: KalimImageType, quality: number): void;
+  /** For a canvas that is moved in the page. */
+  cancelTouches(): void;
+  /** Calls the listener whenever the screen may have become different. */
+  watchScreen(listener: (() => void) | null): void;
+  /** In reading order; null when all is as it was the last time. */
+  describeScreen(): KalimScreenNode[] | null;
+  /** Does what a tap on the node does; whether there was something to do. */
+  activate(id: number): boolean;
   undo(): boolean;
   redo(): boolean;
   readonly canUndo: boolean;
