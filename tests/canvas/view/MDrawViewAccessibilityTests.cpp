@@ -10,13 +10,13 @@
 namespace kalim {
 namespace {
 
-// A picture that fills the view, with a line, a patch and a text on it.
+// A picture in the middle of the view, with a line, a patch and a text on it.
 struct MDrawViewAccessibilityTest : testing::Test {
     MDrawViewAccessibilityTest() {
-        canvas.setSnipImage(host.plainPicture(390, 844, {1, 1, 1}));
+        canvas.setSnipImage(host.plainPicture(300, 400, {1, 1, 1}));
         canvas.setDrawColorIsTranslucent(gfx::makeColor(1, 0, 0), false);
         line = host.draw(ToolType::Line, {60, 400}, {60, 500});
-        host.draw(ToolType::Mosaic, {300, 700}, {380, 800});
+        host.draw(ToolType::Mosaic, {280, 560}, {330, 610});
         canvas.setDrawColorIsTranslucent(gfx::makeColor(0, 0, 0.5), false);
         host.pick(ToolType::Text);
         host.tap({150, 400});
@@ -43,11 +43,12 @@ TEST_F(MDrawViewAccessibilityTest, SaysOfEachToolWhatItIsAndWhereItIsSeen) {
     EXPECT_EQ(element(0).role, ui::AccessibilityRole::Image);
     EXPECT_EQ(element(2).role, ui::AccessibilityRole::Text);
     EXPECT_EQ(element(0).frame, gfx::Rect(59, 399, 2, 102));
-    EXPECT_EQ(element(1).frame, gfx::Rect(300, 700, 80, 100));
+    EXPECT_EQ(element(1).frame, gfx::Rect(280, 560, 50, 50));
     for (const auto state : {ui::GestureState::Began, ui::GestureState::Ended})
         canvas.handlePinchGesture(state, 2, {0, 0});
     host.wait(1);
-    EXPECT_EQ(element(0).frame, gfx::Rect(118, 798, 4, 204));
+    // The picture's left side is that of the view now, and its middle is still on the view's.
+    EXPECT_EQ(element(0).frame, gfx::Rect(28, 376, 4, 204));
 }
 
 TEST_F(MDrawViewAccessibilityTest, KeysOutliveUndo) {

@@ -49,11 +49,12 @@ struct EditorAccessibilityTest : testing::Test {
     ui::AccessibilityTree tree{host.window()};
 };
 
-// What the editor says in English, all of it.
-class EnglishEditorTest : public EditorAccessibilityTest {
+// What the editor says in English, all of it; with and without motion.
+class EnglishEditorTest : public EditorAccessibilityTest, public testing::WithParamInterface<bool> {
 protected:
     EnglishEditorTest() {
         host.environment().setShowsAlerts(true);
+        host.environment().setPrefersReducedMotion(GetParam());
         for (const char* text : {"关闭",       "发送",     "完成",         "取消",
                                  "还原",       "继续标注", "放弃修改",     "工具栏",
                                  "撤销",       "重做",     "编辑",         "删除",
@@ -72,7 +73,7 @@ protected:
     }
 };
 
-TEST_F(EnglishEditorTest, EveryControlHasANameInEveryState) {
+TEST_P(EnglishEditorTest, EveryControlHasANameInEveryState) {
     // Close, undo, redo, send and the pen.
     expectNamed("fresh", 5);
     activate("Pen");
@@ -104,6 +105,8 @@ TEST_F(EnglishEditorTest, EveryControlHasANameInEveryState) {
     activate("Cancel");
     expectNamed("back", 5);
 }
+
+INSTANTIATE_TEST_SUITE_P(Motion, EnglishEditorTest, testing::Bool());
 
 TEST_F(EditorAccessibilityTest, TellsWhatIsChosen) {
     host.present();
