@@ -53,6 +53,8 @@ void EditImageIntialView::turnTo(std::int32_t quarterTurns, const gfx::Rect& sha
     _eIScrollView->stopMoving();
     resetTimer();
     _isRotationIconLocked = true;
+    // Overtakes the way back to the middle.
+    _isAnimating = false;
     _isRotating = true;
     setGesturesEnabled(false);
     const CropPlacement next = placementAfter(quarterTurns, share);
