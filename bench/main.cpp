@@ -25,6 +25,8 @@ int main(int argc, char** argv) {
         {"the same: 10,000 tools against 10", "dragFrame/of10000", "dragFrame/of10", "at most 1.3"},
         {"frame of a drag of 200x200 points, against memcpy of its damage", "dragFrame/large",
          "copyDamageOfLarge", ""},
+        {"12 frames of the panel's opening at 1170x2532, against memcpy of as many screens",
+         "panelOpening", "copyScreens", ""},
         {"20 points added by hand, a frame each: at 10,000 points against 100",
          "addedPoints/at10000", "addedPoints/at100", "at most 1.2"},
         {"outlined text of 7 characters, 72 pixels high, at first: against filling its box",
