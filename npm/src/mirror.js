@@ -2,7 +2,7 @@
 // over what the canvas shows, with its names and states.
 
 const pause = 250;
-const role = { image: 2, text: 3, field: 4, dialog: 5, group: 6, radio: 7, canvas: 8 };
+const role = { button: 1, image: 2, text: 3, field: 4, dialog: 5, group: 6, radio: 7, canvas: 8 };
 // A tag and a role by the module's number; all others are buttons.
 const kinds = {
   [role.image]: ['div', 'img'],
@@ -25,6 +25,8 @@ export class Mirror {
   #root = document.createElement('div');
   #nodes = new Map();
   #elements = new Map();
+  // Numbers of those that hold radio buttons.
+  #choosing = new Set();
   // What the user has just used here; null after anything else.
   #used = null;
   #timer = 0;
@@ -62,6 +64,8 @@ export class Mirror {
     const hadFocus = this.#root.contains(focused);
     const before = new Set(this.#elements.values());
     this.#nodes = new Map(screen.map((node) => [node.id, node]));
+    const radios = screen.filter((node) => node.role === role.radio);
+    this.#choosing = new Set(radios.map(({ parent }) => parent));
     for (const [id, element] of this.#elements) {
       if (this.#nodes.has(id)) continue;
       element.remove();
@@ -69,9 +73,6 @@ export class Mirror {
     }
     const last = new Map();
     for (const node of screen) this.#place(node, last);
-    for (const group of this.#root.querySelectorAll('[role=group]')) {
-      if (group.querySelector(':scope > [role=radio]')) group.setAttribute('role', 'radiogroup');
-    }
     this.#keepFocus(focused, hadFocus, before);
   }
 
@@ -105,9 +106,8 @@ export class Mirror {
       if (tag === 'button') element.type = 'button';
       this.#elements.set(node.id, element);
     }
-    if (!(kind === 'group' && element.getAttribute('role') === 'radiogroup')) {
-      setAttribute(element, 'role', kind);
-    }
+    const isChoosing = kind === 'group' && this.#choosing.has(node.id);
+    setAttribute(element, 'role', isChoosing ? 'radiogroup' : kind);
     return element;
   }
 
@@ -117,7 +117,7 @@ export class Mirror {
     const isValueTold = node.role === role.field || node.role === role.radio;
     const name = value && !isValueTold ? `${label}, ${value}` : label;
     const state = (isOn) => (isOn ? 'true' : 'false');
-    const isToggle = this.#isShape(node) || (node.role === 1 && isSelected);
+    const isToggle = this.#isShape(node) || (node.role === role.button && isSelected);
     if (node.role === role.text && !this.#isShape(node)) {
       if (element.textContent !== name) element.textContent = name;
       return;
