@@ -1,10 +1,9 @@
-import { defineKalimEditor, type KalimTool } from 'kalimkit';
+import type { KalimTool } from 'kalimkit';
 import 'kalimkit/element';
 
 const tool: KalimTool = 'arrow';
 const editor = document.createElement('kalim-editor');
 
-defineKalimEditor();
 editor.tool = tool;
 editor.addEventListener('kalim-finish', ({ detail: { blob } }) => console.log(blob.size));
 // @ts-expect-error There is no such tool.
