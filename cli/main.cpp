@@ -26,7 +26,6 @@ constexpr int failure = 2;
 class CommandLine {
 public:
     CommandLine() {
-        _app.set_version_flag("--version", "kalimkit " KALIM_VERSION);
         _app.require_subcommand(1);
         CLI::App& play = *_app.add_subcommand("play", "Play a scenario without a screen");
         play.add_option("SCENARIO", _play.scenario,
@@ -47,6 +46,7 @@ public:
         addEditorOptions(play);
         addImage();
         addEdit();
+        addVersion(_app);
     }
 
     // The exit status where nothing is left to do: after an error, which is on standard error then,
@@ -159,6 +159,13 @@ private:
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
         command.callback([this] { _edit = _askedEdit; });
+    }
+
+    // To each command as well: what is asked for behind its name is looked up there only.
+    static void addVersion(CLI::App& command) {
+        command.set_version_flag("--version", "kalimkit " KALIM_VERSION);
+        for (CLI::App* const inner : command.get_subcommands({}))
+            addVersion(*inner);
     }
 
     template <typename Value>

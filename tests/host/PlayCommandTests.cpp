@@ -121,9 +121,18 @@ TEST_F(PlayCommand, TellsItsOptionsAndItsVersion) {
     EXPECT_EQ(help.status, 0);
     for (const char* option : {"--canvas", "--scale", "--picture", "SCENARIO"})
         EXPECT_NE(help.output.find(option), std::string::npos) << help.output;
-    const ProgramRun version = run({"--version"});
-    EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.output.rfind("kalimkit ", 0), 0U) << version.output;
+    // No command asks for its picture first.
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {}, {"play"}, {"edit"}, {"image"}, {"image", "fit"}}) {
+        for (const char* question : {"--version", "--help"}) {
+            std::vector<std::string> asked = command;
+            asked.emplace_back(question);
+            const ProgramRun answer = run(asked);
+            EXPECT_EQ(answer.status, 0) << answer.errors;
+            EXPECT_EQ(answer.output.rfind("kalimkit ", 0) == 0, question[2] == 'v')
+                << answer.output;
+        }
+    }
 }
 
 }  // namespace kalim::test
