@@ -158,6 +158,8 @@ export class KalimEditor extends EventTarget {
   chooseLineWidth(points: number): void;
   setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
   askToClose(): void;
+  /** Gives the user, as a download, what would be sent now. False when there is nothing to save. */
+  saveToAlbum(name: string): boolean;
   /** Of the picture that is sent from now on. */
   setSending(type: KalimImageType, quality: number): void;
   /** For a canvas that is moved in the page. */

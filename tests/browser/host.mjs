@@ -64,6 +64,19 @@ test('after a sleep only the last second is caught up on', () => {
   assert.ok(Math.abs(schedule.timeAt(start + hours + 500) - 6.5) < 0.01);
 });
 
+test('what is saved into an album is a download, each time', async () => {
+  await open();
+  for (const album of ['new', 'new']) {
+    // Browsers give the user no more than one file for each touch.
+    await page.touch([[150, 380]]);
+    assert.equal(await page.evaluate((name) => window.editor.saveToAlbum(name), album), true);
+    assert.deepEqual([...(await page.download('picture.png')).subarray(16, 24)],
+      [0, 0, 1, 400 - 256, 0, 0, 1, 300 - 256]);
+  }
+  await page.evaluate(() => window.editor.dismiss());
+  assert.equal(await page.evaluate(() => window.editor.saveToAlbum('new')), false);
+});
+
 test('an input method takes up a text again without doubling it', needsChromium, async () => {
   await open();
   await write('hello you');

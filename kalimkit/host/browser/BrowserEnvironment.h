@@ -1,9 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string_view>
 
 #include "kalimkit/backend/html/HtmlDevice.h"
+#include "kalimkit/host/browser/DownloadPhotoLibrary.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -35,6 +37,10 @@ public:
     void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;
     // The page's answer; ignored when nobody waits for one.
     void answerPick(const std::optional<gfx::ImageRef>& image);
+    // What is written becomes a download.
+    std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override {
+        return std::make_shared<DownloadPhotoLibrary>(_photos);
+    }
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
     void textInputChanged(ui::TextView* focused) override;
@@ -45,6 +51,8 @@ private:
     ui::RunLoop _loop;
     bool _isEnglish;
     std::function<void(std::optional<gfx::ImageRef>)> _picked;
+    std::shared_ptr<DownloadPhotoLibrary::Contents> _photos =
+        std::make_shared<DownloadPhotoLibrary::Contents>();
 };
 
 }  // namespace kalim

@@ -42,5 +42,7 @@ KALIM_PAGE("on_confirm") void onConfirm(int picture);
 KALIM_PAGE("on_close") void onClose();
 // The picture is to go to the clipboard; where it cannot, the page calls copy_failed().
 KALIM_PAGE("copy_picture") void copyPicture(int picture);
+// The user gets the picture as a file.
+KALIM_PAGE("save_picture") void savePicture(int picture);
 
 }  // namespace kalim::page

@@ -1,6 +1,6 @@
 // The pictures that an editor takes in and gives out.
 
-import { askForFile, decode, encode, tooLarge } from './pictures.js';
+import { askForFile, decode, download, encode, tooLarge } from './pictures.js';
 
 export class Exchange {
   #element;
@@ -66,6 +66,14 @@ export class Exchange {
         if (this.#target.module().isAlive) this.#target.call('copy_failed');
       }
     });
+  }
+
+  async save(id) {
+    try {
+      download(await this.encoded(id, 'image/png'), 'picture.png');
+    } catch (error) {
+      this.#target.dispatch('error', { error });
+    }
   }
 
   pick() {

@@ -8,6 +8,7 @@
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/imageedit/album/KVAlbumManager.h"
 
 // What the page calls. A module holds one editor; a page with several has as many modules. What is
 // longer than a number lies in the module's buffer. What asks for an editor does nothing while no
@@ -217,6 +218,19 @@ KALIM_EXPORT("export_picture") int exportPicture(int scale) {
 
 KALIM_EXPORT("end_export") void endExport() {
     editor->endExport();
+}
+
+// The buffer holds the album's name; whether there was a picture to save.
+KALIM_EXPORT("save_to_album") bool saveToAlbum(int length) {
+    const std::string album(sharedText(length));
+    bool isSaved = false;
+    const kalim::gfx::ImageRef image =
+        editor->controller() ? editor->controller()->exportedImage() : nullptr;
+    kalim::KVImageWriteToPhotosAlbum(
+        image, album,
+        [&](const std::string& address, const auto& /*error*/) { isSaved = !address.empty(); });
+    editor->show();
+    return isSaved;
 }
 
 // Says that the clipboard has refused a picture.

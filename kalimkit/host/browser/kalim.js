@@ -140,6 +140,12 @@ export class KalimEditor extends EventTarget {
     return this.exportImage({ ...options, scale: 'picture' });
   }
 
+  // Gives the user, as a download, the picture that would be sent now, and files it in an album as far
+  // as a page has albums. False when there is nothing to save.
+  saveToAlbum(name) {
+    return this.#call('save_to_album', this.#module.put(name)) !== 0;
+  }
+
   // ---- instead of the user; what is chosen while no editor has appeared waits for the next one
 
   choosePen(pen) {
@@ -268,6 +274,7 @@ export class KalimEditor extends EventTarget {
       on_confirm: (picture) => this.#exchange.confirm(picture, this.#options),
       on_close: () => this.#tell('close'),
       copy_picture: (picture) => this.#exchange.copy(picture),
+      save_picture: (picture) => this.#exchange.save(picture),
     };
   }
 

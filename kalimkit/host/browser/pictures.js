@@ -44,6 +44,16 @@ export function encode(source, type, quality) {
   }, type, quality));
 }
 
+// Gives the user a file; the browser may change its name.
+export function download(blob, name) {
+  const link = document.createElement('a');
+  link.href = URL.createObjectURL(blob);
+  link.download = name;
+  link.click();
+  // Some browsers read it only after this has returned.
+  setTimeout(() => URL.revokeObjectURL(link.href), 60000);
+}
+
 // Has the user choose a picture's file, in answer to what the user did. Returns what takes the question
 // back; answer(file), null for none. Safari opens only what is in the page.
 export function askForFile(element, answer) {
