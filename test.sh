@@ -184,7 +184,7 @@ groups_of() {
 }
 
 main() {
-    local stage stages=("$@") known=" ${default_stages[*]} ${more_stages[*]} "
+    local stage begun stages=("$@") known=" ${default_stages[*]} ${more_stages[*]} "
     case ${1-} in
         -h | --help) help && return ;;
         --all) stages=("${default_stages[@]}" "${more_stages[@]}") ;;
@@ -199,6 +199,7 @@ main() {
     done
     for stage in "${stages[@]}"; do
         echo "== $stage"
+        begun=$SECONDS
         # shellcheck disable=SC2046 # a list of words
         if tools/setup $(groups_of "$stage"); then
             "stage_$stage"
@@ -206,6 +207,7 @@ main() {
             failed=$((failed + 1))
             echo "FAILED: $stage needs packages that are not there"
         fi
+        echo "-- $stage took $((SECONDS - begun)) s"
     done
     echo "$passed passed, $failed failed"
     [[ $failed == 0 ]]
