@@ -106,10 +106,10 @@ test('an editor that has stopped makes room for the next one', async () => {
     };
   });
   await draw();
+  await page.waitFor(() => window.embed.state().kept === 0);
   assert.deepEqual((await events()).filter(({ type }) => type === 'kalim-error').map(({ message }) => message),
     ['no memory']);
   assert.equal((await page.complaints()).every((complaint) => complaint.includes('no memory')), true);
-  assert.equal((await state()).kept, 0);
   assert.equal(await failure('open', '/photos/coffee.png'), null);
   await rest();
   await draw();
