@@ -153,6 +153,8 @@ export class KalimEditor extends EventTarget {
     Promise<Blob | null>;
   exportImageAtPictureScale(options?: { type?: KalimImageType; quality?: number }):
     Promise<Blob | null>;
+  /** Gives the user what would be sent now as a download; false when there is nothing. */
+  saveToAlbum(name: string): boolean;
   choosePen(pen: number): void;
   chooseColor(color: string): void;
   chooseLineWidth(points: number): void;
