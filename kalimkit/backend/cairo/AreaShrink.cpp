@@ -1,6 +1,7 @@
 #include "kalimkit/backend/cairo/AreaShrink.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstring>
 #include <vector>
@@ -37,21 +38,42 @@ using Bytes [[gnu::vector_size(4)]] = std::uint8_t;
 using Integers [[gnu::vector_size(16)]] = std::int32_t;
 using Floats [[gnu::vector_size(16)]] = float;
 
-// Adds up the source row into one sum for each target column.
-void sumRow(const std::uint8_t* pixel, const std::vector<Portion>& columns,
-            std::vector<Floats>& sums) {
-    Floats sum{};
-    Floats* to = sums.data();
+// Two interleavings with zeros widen the bytes; a conversion would go through them one by one.
+Floats load(const std::uint8_t* pixel) {
+    using Sixteen [[gnu::vector_size(16)]] = std::uint8_t;
+    using Eight [[gnu::vector_size(16)]] = std::uint16_t;
+    std::int32_t packed = 0;
+    std::memcpy(&packed, pixel, sizeof packed);
+    const auto bytes = reinterpret_cast<Sixteen>(Integers{packed});
+    const auto words = reinterpret_cast<Eight>(__builtin_shufflevector(
+        bytes, Sixteen{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
+    const auto integers = reinterpret_cast<Integers>(
+        __builtin_shufflevector(words, Eight{}, 0, 8, 1, 9, 2, 10, 3, 11));
+    return __builtin_convertvector(integers, Floats);
+}
+
+// Additions to one sum wait for each other; those to the sums of several rows do not.
+constexpr std::size_t rowsTogether = 4;
+using Rows = std::array<const std::uint8_t*, rowsTogether>;
+using RowSums = std::array<std::vector<Floats>, rowsTogether>;
+
+// Adds up each of the source rows into one sum for each target column.
+void sumRows(Rows pixels, const std::vector<Portion>& columns, RowSums& sums) {
+    std::array<Floats, rowsTogether> sum{};
+    std::size_t target = 0;
     for (const Portion& column : columns) {
-        Bytes bytes;
-        std::memcpy(&bytes, pixel, sizeof bytes);
-        pixel += sizeof bytes;
-        const Floats value =
-            __builtin_convertvector(__builtin_convertvector(bytes, Integers), Floats);
-        sum += value * column.share;
+        std::array<Floats, rowsTogether> values;
+        for (std::size_t i = 0; i < rowsTogether; ++i) {
+            values[i] = load(pixels[i]);
+            pixels[i] += sizeof(Bytes);
+            sum[i] += values[i] * column.share;
+        }
         if (!column.isLast) continue;
-        *to++ = sum;
-        sum = value * (1 - column.share);
+        for (std::size_t i = 0; i < rowsTogether; ++i) {
+            sums[i][target] = sum[i];
+            sum[i] = values[i] * (1 - column.share);
+        }
+        ++target;
     }
 }
 
@@ -75,20 +97,28 @@ void writeRow(std::uint8_t* row, std::vector<Floats>& total, float area) {
 
 Bitmap areaShrink(const Bitmap& source, PixelSize target) {
     assert(!target.isEmpty() && target.width <= source.width() && target.height <= source.height());
-    Bitmap result(target.width, target.height);
+    Bitmap result = Bitmap::unwritten(target.width, target.height);
     const std::vector<Portion> columns = portions(source.width(), target.width);
     const std::vector<Portion> rows = portions(source.height(), target.height);
     const auto area = static_cast<float>(static_cast<double>(source.width()) / target.width *
                                          source.height() / target.height);
-    std::vector<Floats> sums(static_cast<std::size_t>(target.width));
-    std::vector<Floats> total(sums.size());
-    for (int y = 0; y < source.height(); ++y) {
-        const Portion& row = rows[static_cast<std::size_t>(y)];
-        sumRow(source.row(y), columns, sums);
-        addScaled(total, sums, row.share);
-        if (!row.isLast) continue;
-        writeRow(result.row(row.index), total, area);
-        if (row.share < 1) addScaled(total, sums, 1 - row.share);
+    std::vector<Floats> total(static_cast<std::size_t>(target.width));
+    RowSums sums;
+    sums.fill(total);
+    for (int first = 0; first < source.height(); first += static_cast<int>(rowsTogether)) {
+        const int count = std::min(static_cast<int>(rowsTogether), source.height() - first);
+        Rows pixels;
+        for (int i = 0; i < static_cast<int>(rowsTogether); ++i)
+            pixels[static_cast<std::size_t>(i)] = source.row(first + std::min(i, count - 1));
+        sumRows(pixels, columns, sums);
+        for (int i = 0; i < count; ++i) {
+            const Portion& row = rows[static_cast<std::size_t>(first + i)];
+            const std::vector<Floats>& sum = sums[static_cast<std::size_t>(i)];
+            addScaled(total, sum, row.share);
+            if (!row.isLast) continue;
+            writeRow(result.row(row.index), total, area);
+            if (row.share < 1) addScaled(total, sum, 1 - row.share);
+        }
     }
     return result;
 }
