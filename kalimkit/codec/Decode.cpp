@@ -101,7 +101,7 @@ bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t hei
     if (result.error) return false;
     // A library that runs out of memory can only throw; a host is owed a message.
     try {
-        result.bitmap = gfx::Bitmap(static_cast<int>(width), static_cast<int>(height));
+        result.bitmap = gfx::Bitmap::unwritten(static_cast<int>(width), static_cast<int>(height));
     } catch (const std::bad_alloc&) {
         result.error = sizeText(width, height) + " are more than the memory holds";
     }

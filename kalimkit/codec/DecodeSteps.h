@@ -18,8 +18,9 @@ DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits);
 std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height,
                                        const DecodeLimits& limits);
 
-// Makes the result's bitmap, all zero, or its error when the size is beyond the limits or the
-// memory.
+// Makes the result's bitmap, or its error when the size is beyond the limits or the memory. The
+// bytes are anything: a format writes every one of them, and decode() drops the bitmap of one that
+// fails halfway.
 bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t height,
                     const DecodeLimits& limits);
 

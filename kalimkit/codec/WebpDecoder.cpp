@@ -1,6 +1,7 @@
 #include <webp/decode.h>
 #include <webp/demux.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -88,6 +89,10 @@ bool WebpDecoder::frameFits() const {
 }
 
 std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
+    // The first frame of an animation may leave some of the canvas to the ones that follow.
+    if (bitmap.width() != _frame.width || bitmap.height() != _frame.height) {
+        std::fill_n(bitmap.data(), bitmap.byteCount(), std::uint8_t{0});
+    }
     // The colours are converted before they are premultiplied, so straight ones are asked for.
     _config.output.colorspace = MODE_BGRA;
     _config.output.is_external_memory = 1;
