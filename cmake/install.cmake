@@ -20,8 +20,11 @@ foreach(part IN LISTS KALIM_PARTS)
 endforeach()
 
 if(TARGET kalimkit)
-  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(kalimkit PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+  # Without libraries of its own to look for, the command is not to look for the system's elsewhere.
+  if(BUILD_SHARED_LIBS)
+    file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(kalimkit PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+  endif()
   install(TARGETS kalimkit)
 endif()
 
