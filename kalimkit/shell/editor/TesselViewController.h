@@ -5,32 +5,22 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/imageedit/crop/EditImageInitialViewDelegate.h"
-#include "kalimkit/imageedit/crop/EditImageIntialView.h"
-#include "kalimkit/shell/bar/TesselTopTool.h"
 #include "kalimkit/shell/bar/TesselTopToolDelegate.h"
 #include "kalimkit/shell/config/TesselConfig.h"
 #include "kalimkit/shell/editor/EditorLayout.h"
+#include "kalimkit/shell/editor/EditorState.h"
+#include "kalimkit/shell/editor/EditorViews.h"
 #include "kalimkit/shell/editor/TesselViewControllerDelegate.h"
-#include "kalimkit/shell/picker/TesselDot.h"
-#include "kalimkit/shell/picker/TesselPenView.h"
 #include "kalimkit/shell/picker/TesselPenViewDelegate.h"
 #include "kalimkit/shell/picker/TesselPopDelegate.h"
-#include "kalimkit/shell/picker/TesselPopView.h"
-#include "kalimkit/shell/sheet/KLMActionsheetView.h"
 #include "kalimkit/shell/sheet/KLMActionsheetViewDelegate.h"
-#include "kalimkit/shell/sheet/QNTMaskView.h"
 #include "kalimkit/shell/sheet/QNTMaskViewDelegate.h"
-#include "kalimkit/shell/sheet/TesselConfirmButton.h"
-#include "kalimkit/ui/control/Button.h"
-#include "kalimkit/ui/control/ImageView.h"
 #include "kalimkit/ui/touch/GestureDelegate.h"
 #include "kalimkit/ui/view/ViewController.h"
 
@@ -40,9 +30,9 @@ namespace kalim {
 // button, from which the panel with the pickers opens. A host makes one with a picture and a
 // delegate, shows it, and takes it away again when the delegate is told to.
 //
-// It owns all its views. The panel goes from closed to opening, open, closing and closed again; the
-// edit and delete buttons stand in for the pen button while something is selected. Lengths are
-// points, durations seconds.
+// It owns all its views, see EditorViews. The panel goes from closed to opening, open, closing and
+// closed again; the edit and delete buttons stand in for the pen button while something is
+// selected. Lengths are points, durations seconds.
 class KALIM_API TesselViewController : public ui::ViewController,
                                        public MDrawViewDelegate,
                                        public TesselTopToolDelegate,
@@ -51,7 +41,9 @@ class KALIM_API TesselViewController : public ui::ViewController,
                                        public QNTMaskViewDelegate,
                                        public KLMActionsheetViewDelegate,
                                        public EditImageInitialViewDelegate,
-                                       public ui::GestureDelegate {
+                                       public ui::GestureDelegate,
+                                       public EditorState,
+                                       public EditorViews {
 public:
     // ---- making. With needInitAnimate the canvas stays hidden behind a picture at fromRect (of
     // the controller's view) until the host calls startAnimateIn(). `scale` is a display scale for
@@ -160,67 +152,6 @@ public:
     const gfx::Rect& fromRect() const { return _fromRect; }
     double fromScale() const { return _fromScale; }
 
-    // ---- views; null until the controller's view is loaded
-    const std::shared_ptr<MDrawView>& drawView() const { return _drawView; }
-    const std::shared_ptr<TesselTopTool>& toolView() const { return _toolView; }
-    const std::shared_ptr<TesselDot>& nibView() const { return _nibView; }
-    const std::shared_ptr<TesselPenView>& penView() const { return _penView; }
-    const std::shared_ptr<TesselConfirmButton>& confirmButton() const { return _confirmButton; }
-    const std::shared_ptr<QNTMaskView>& maskView() const { return _maskView; }
-    const std::shared_ptr<ui::View>& panelView() const { return _panelView; }
-    // Null until the first appearance, as the dots.
-    const std::shared_ptr<TesselPopView>& colorPopView() const { return _colorPopView; }
-    const std::shared_ptr<TesselPopView>& sizePopView() const { return _sizePopView; }
-    const std::shared_ptr<TesselPopView>& penPopView() const { return _penPopView; }
-    const std::shared_ptr<ui::Button>& configViewEdit() const { return _configViewEdit; }
-    const std::shared_ptr<ui::Button>& configViewDelete() const { return _configViewDelete; }
-    // The picture of a transition under way, or of one to come; null for none.
-    const std::shared_ptr<ui::ImageView>& viewAnimateImageView() const {
-        return _viewAnimateImageView;
-    }
-    // The question before closing while it is asked; null for none.
-    const std::shared_ptr<KLMActionsheetView>& actionSheet() const { return _actionSheet; }
-    // The crop editor while it is open; null for none.
-    const std::shared_ptr<EditImageIntialView>& editImageInitialView() const {
-        return _editImageInitialView;
-    }
-
-    // ---- the pickers' dots, in the order in which they are shown
-    using Dots = std::vector<std::shared_ptr<TesselDot>>;
-    const Dots& colorViews() const { return _colorViews; }
-    const Dots& sizeViews() const { return _sizeViews; }
-    const Dots& penViews() const { return _penViews; }
-    // Never shown.
-    const Dots& shapeViews() const { return _shapeViews; }
-    const Dots& colors() const { return _colorViews; }
-    const Dots& sizes() const { return _sizeViews; }
-    const Dots& pens() const { return _penViews; }
-
-    // ---- the tool that the user has
-    // Of the dot that was tapped last: 0 colour, 1 size, 2 pen, 3 shape.
-    unsigned currentType() const { return _currentType; }
-    unsigned currentShape() const { return _currentShape; }
-    unsigned currentPen() const { return _currentPen; }
-    unsigned currentSize() const { return _currentSize; }
-    const gfx::ColorRef& currentColor() const { return _currentColor; }
-
-    // ---- states
-    bool showPanel() const { return _showPanel; }
-    // The panel opens or closes.
-    bool isAnimation() const { return _isAnimation; }
-    // It is open or opens.
-    bool isPanelUp() const { return !_isPanelClosing && (_showPanel || _isAnimation); }
-    bool elementSelected() const { return _elementSelected; }
-    bool lockConfigView() const { return _lockConfigView; }
-    bool isConfigViewOut() const { return _isConfigViewOut; }
-    bool isConfigViewWillOut() const { return _isConfigViewWillOut; }
-    bool shouldBlinkPenview() const { return _shouldBlinkPenview; }
-    // Once a crop has changed how many pixels the content has.
-    bool isImageCroped() const { return _isImageCroped; }
-    // Between the dots of an open picker, and how far a folded one is moved inwards.
-    double padding() const { return _padding; }
-    double offset() const { return _offset; }
-
     // ---- delegate
     std::shared_ptr<TesselViewControllerDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(std::weak_ptr<TesselViewControllerDelegate> delegate);
@@ -310,54 +241,16 @@ private:
     float _fsacal = 0;
     bool _exportsAtPictureScale = false;
 
-    std::shared_ptr<MDrawView> _drawView;
-    std::shared_ptr<TesselTopTool> _toolView;
-    std::shared_ptr<TesselDot> _nibView;
-    std::shared_ptr<TesselPenView> _penView;
-    std::shared_ptr<TesselConfirmButton> _confirmButton;
-    std::shared_ptr<QNTMaskView> _maskView;
-    std::shared_ptr<ui::View> _panelView;
-    std::shared_ptr<TesselPopView> _colorPopView;
-    std::shared_ptr<TesselPopView> _sizePopView;
-    std::shared_ptr<TesselPopView> _penPopView;
-    std::shared_ptr<ui::Button> _configViewEdit;
-    std::shared_ptr<ui::Button> _configViewDelete;
-    std::shared_ptr<ui::ImageView> _viewAnimateImageView;
-    std::shared_ptr<KLMActionsheetView> _actionSheet;
-    std::shared_ptr<EditImageIntialView> _editImageInitialView;
-    Dots _colorViews;
-    Dots _sizeViews;
-    Dots _penViews;
-    Dots _shapeViews;
-
-    unsigned _currentType = 0;
-    unsigned _currentShape = 0;
-    unsigned _currentPen = 0;
-    unsigned _currentSize = 0;
-    gfx::ColorRef _currentColor;
-
     bool _hasAppeared = false;
-    bool _showPanel = false;
-    bool _isAnimation = false;
-    bool _isPanelClosing = false;
-    bool _elementSelected = false;
-    bool _lockConfigView = false;
-    bool _isConfigViewOut = false;
-    bool _isConfigViewWillOut = false;
     // The panel is open, or about to be, in the buttons' place.
     bool _isEditingSelection = false;
     // The state that the buttons are on their way to; nothing while they rest.
     std::optional<bool> _configViewTarget;
-    bool _shouldBlinkPenview = false;
-    bool _isImageCroped = false;
     // Counts openings and closings of the panel, and transitions, so that the end of one that has
     // been overtaken is ignored.
     unsigned _panelTurn = 0;
     unsigned _transitionTurn = 0;
 
-    // What the layout reads besides the view's size.
-    double _padding = 0;
-    double _offset = 0;
     // How far the panel's bottom is below its place.
     double _panelShift = 0;
     // The colour and size pickers are moved inwards.
