@@ -78,10 +78,10 @@ void EditImageIntialView::after(double delay, void (EditImageIntialView::*step)(
 }
 
 void EditImageIntialView::animate(double duration, const std::function<void()>& changes,
-                                  void (EditImageIntialView::*end)()) {
+                                  const std::function<void()>& end) {
     if (!_isAnimateEnable) {
         changes();
-        if (end) (this->*end)();
+        if (end) end();
         return;
     }
     const std::weak_ptr<EditImageIntialView> weakSelf = self();
@@ -90,7 +90,7 @@ void EditImageIntialView::animate(double duration, const std::function<void()>& 
     options.allowsUserInteraction = true;
     View::animate(options, changes, [weakSelf, end](bool) {
         const auto view = weakSelf.lock();
-        if (view && end) ((*view).*end)();
+        if (view && end) end();
     });
 }
 
@@ -149,6 +149,7 @@ void EditImageIntialView::layoutContent() {
     _laidOutSize = bounds().size;
     const gfx::Rect share = cropShare();
     const gfx::Size image = _eIScrollView->imageFrame().size;
+    stopContent();
     _naturalTopLength = cropNaturalTopLength(startPlacement().imageSize, bounds().size);
     _eIScrollView->setFrame(scrollFrame());
     _cropOriginalFrame = startPlacement().frame;
@@ -214,12 +215,14 @@ bool EditImageIntialView::shouldReceiveTouch(const ui::GestureRecognizer& recogn
     const gfx::Point p = touch.locationIn(this);
     const bool isOnBar =
         _cropToolBar && touch.view() && touch.view()->isDescendantOf(*_cropToolBar);
-    if (isOnBar || !isOnCropBorder(p, _cropFrame)) return false;
+    // On its way back to the middle the frame is caught where it is seen.
+    if (isOnBar || !isOnCropBorder(p, _cropGridView->shownFrame())) return false;
     _landingPoint = p;
     return true;
 }
 
 void EditImageIntialView::gridPanGestureRecognized(ui::PanGestureRecognizer& pan) {
+    if (_isCropOver) return;
     const auto alive = self();
     const gfx::Point p = pan.locationIn(this);
     const bool isOver =
@@ -240,7 +243,7 @@ void EditImageIntialView::gridPanGestureRecognized(ui::PanGestureRecognizer& pan
 
 void EditImageIntialView::croppingView() {
     if (!_isRotating) {
-        _isAnimating = false;
+        stopContent();
         matchOverlayViewToCropGridView();
         animate(levelDuration, [this] {
             if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelInDrags);
@@ -274,23 +277,44 @@ void EditImageIntialView::moveContentToCenter() {
         _eIScrollView->imageView()->bounds().size, cropShare(), contentFrame());
     const bool isThere =
         isNear(placement.frame, _cropFrame) && isNear(placement.image, _eIScrollView->imageFrame());
-    _isAnimating = !isThere;
-    animate(
-        settleDuration,
-        [&] {
-            if (!isThere) place(placement);
-            if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
-        },
-        &EditImageIntialView::didMoveContentToCenter);
+    const auto dim = [this] {
+        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
+    };
+    if (isThere) return animate(settleDuration, dim);
+    animateContent([&] {
+        place(placement);
+        dim();
+    });
 }
 
-void EditImageIntialView::didMoveContentToCenter() {
-    // A drag that began meanwhile has taken over.
-    if (!std::exchange(_isAnimating, false)) return;
+void EditImageIntialView::animateContent(const std::function<void()>& changes) {
+    _isAnimating = true;
+    animate(settleDuration, changes, [this, motion = ++_motions] { contentCameToRest(motion); });
+}
+
+void EditImageIntialView::contentCameToRest(int motion) {
+    // What began meanwhile has taken over.
+    if (motion != _motions || !std::exchange(_isAnimating, false)) return;
     matchOverlayViewToCropGridView();
     checkForCanRevert();
     const auto overlay = overlayView();
     if (overlay && !_isCropOver) overlay->setOverlayLevel(levelAtRest);
+}
+
+// What moves by itself stays where it is seen at this moment, frame and picture alike; else each
+// part that is not changed next would go on by itself.
+void EditImageIntialView::stopContent() {
+    if (!std::exchange(_isAnimating, false)) return;
+    const auto& picture = _eIScrollView->imageView();
+    const gfx::Rect frame = _cropGridView->shownFrame();
+    const gfx::Rect shown = picture->shownRectInWindow();
+    const gfx::Size size = picture->bounds().size;
+    place({size,
+           shown.size.width / size.width,
+           {convertPointFrom(shown.origin, nullptr), shown.size},
+           frame});
+    // Fingers that are down go on from here, with the frame's inset.
+    _eIScrollView->setContentOffset(_eIScrollView->contentOffset());
 }
 
 // ---- the picture moves under the frame
@@ -369,6 +393,10 @@ void EditImageIntialView::onCropToolBarRevertBtnClicked() {
 void EditImageIntialView::revertLayoutContentImage() {
     const auto alive = self();
     if (!_isCropping || _isRotating) return;
+    stopContent();
+    // Fingers that are down have no more say.
+    setGesturesEnabled(false);
+    setGesturesEnabled(true);
     _eIScrollView->stopMoving();
     resetTimer();
     const std::int32_t turns =
@@ -381,14 +409,10 @@ void EditImageIntialView::revertLayoutContentImage() {
         animate(settleDuration, fadeOverlay);
         return turnTo(turns, wholePicture, _isAnimateEnable, {});
     }
-    _isAnimating = true;
-    animate(
-        settleDuration,
-        [&] {
-            restoreLayoutContentImage();
-            fadeOverlay();
-        },
-        &EditImageIntialView::didMoveContentToCenter);
+    animateContent([&] {
+        restoreLayoutContentImage();
+        fadeOverlay();
+    });
     _cropToolBar->hideRotateBtnWithAnimation(false, true);
 }
 

@@ -173,7 +173,7 @@ private:
     // Makes changes now, shown over the duration where animations are enabled. The end is called in
     // any case, unless the editor is gone.
     void animate(double duration, const std::function<void()>& changes,
-                 void (EditImageIntialView::*end)() = nullptr);
+                 const std::function<void()>& end = {});
 
     // ---- opening (EditImageIntialViewOpening.cpp)
     void didGetOriginalImage(const gfx::ImageRef& image);
@@ -207,7 +207,9 @@ private:
     void startTimer(double interval);
     void triggerTimer();
     void resetTimer() { _timer.stop(); }
-    void didMoveContentToCenter();
+    void animateContent(const std::function<void()>& changes);
+    void contentCameToRest(int motion);
+    void stopContent();
 
     // ---- turns (EditImageIntialViewTurns.cpp)
     gfx::ImageRef imageAtOrientation(std::int32_t orientation) const;
@@ -261,6 +263,8 @@ private:
     // Crop mode has begun and its opening is over.
     bool _isCropping = false;
     bool _isAnimating = false;
+    // How many times the content has set off.
+    int _motions = 0;
     bool _isToolBarOccupy = false;
     bool _isCropOver = false;
     bool _isCropStartAnimationReady = false;

@@ -104,7 +104,7 @@ void EditImageIntialView::startAnimateToCropFrame() {
             _eIScrollView->placeImage(placement.imageSize, placement.zoomScale,
                                       placement.image.origin);
         },
-        &EditImageIntialView::postStartCropView);
+        [this] { postStartCropView(); });
 }
 
 void EditImageIntialView::postStartCropView() {

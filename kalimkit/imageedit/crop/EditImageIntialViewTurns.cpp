@@ -42,6 +42,7 @@ void EditImageIntialView::rotateImageToOrientationWithAnimationCompletion(std::i
         if (completion) completion(isThere);
         return;
     }
+    stopContent();
     turnTo(turns, turnedCropShare(cropShare(), turns), animated, std::move(completion));
 }
 
@@ -50,13 +51,12 @@ void EditImageIntialView::rotateImageToOrientationWithAnimationCompletion(std::i
 // Until the end the old picture is shown turned; then a turned one takes its place, to the point.
 void EditImageIntialView::turnTo(std::int32_t quarterTurns, const gfx::Rect& share, bool animated,
                                  Completion completion) {
-    _eIScrollView->stopMoving();
-    resetTimer();
     _isRotationIconLocked = true;
-    // Overtakes the way back to the middle.
-    _isAnimating = false;
     _isRotating = true;
     setGesturesEnabled(false);
+    // Also what a finger has set going that was down until now.
+    _eIScrollView->stopMoving();
+    resetTimer();
     const CropPlacement next = placementAfter(quarterTurns, share);
     const gfx::Rect seen = _eIScrollView->imageFrame();
     const double oldLength = quarterTurns == 2 ? seen.size.width : seen.size.height;

@@ -197,8 +197,11 @@ TEST(EditImageIntialView, CutsWhatIsUnderTheFrameAfterTurnsZoomsPansAndDrags) {
         const gfx::Size whole = view.overlayView()->bounds().size;
         const double across = (turns % 2 ? 180 : 240) / whole.width;
         const double down = (turns % 2 ? 240 : 180) / whole.height;
+        const std::string announced = view.accessibilityElements().at(0).value;
         screen.tap(view.cropToolBar()->doneBtn());
         ASSERT_TRUE(screen.opener->result) << steps;
+        const gfx::PixelSize pixels = screen.opener->result->pixelSize();
+        EXPECT_EQ(announced, std::to_string(pixels.width) + " × " + std::to_string(pixels.height));
         const gfx::BitmapRef cut = screen.opener->result->pixels();
         // Green holds the row and blue the column of the picture's pixel, in 255ths. The
         // screen shows what is between two pixels.
@@ -282,6 +285,62 @@ TEST(EditImageIntialView, RevertAndCancelTakeEverythingBack) {
     EXPECT_FALSE(screen.opener->result);
     EXPECT_TRUE(view.isCropOver());
     EXPECT_EQ(view.currentRotationOrientation(), 0);
+}
+
+TEST(EditImageIntialView, WhatTakesOverOnTheWayBackToTheMiddleGoesOnFromWhatIsSeen) {
+    enum { EdgeDrag, PictureDrag, Revert, RevertTurn };
+    for (const int action : {EdgeDrag, PictureDrag, Revert, RevertTurn}) {
+        CropScreen screen;
+        auto& view = *screen.view;
+        const auto& grid = *view.cropGridView();
+        const auto& picture = *view.eIScrollView()->imageView();
+        if (action == RevertTurn) screen.tap(view.cropToolBar()->rotateBtn());
+        // 0.15 s of the 0.3 s are over: half of the way.
+        screen.drag(view.cropFrame().origin + gfx::Point{1, 1}, {100, 80}, 0.55);
+        const gfx::Rect frame = grid.shownFrame();
+        const gfx::Rect image = picture.shownRectInWindow();
+        ASSERT_GT(frame.minX() - view.cropFrame().minX(), 20);
+        const auto expectSeen = [&] {
+            EXPECT_TRUE(grid.shownFrame().inset(-1e-6, -1e-6).contains(frame)) << action;
+            EXPECT_NEAR(picture.shownRectInWindow().minX(), image.minX(), 1e-6) << action;
+            EXPECT_NEAR(picture.shownRectInWindow().minY(), image.minY(), 1e-6) << action;
+            EXPECT_NEAR(picture.shownRectInWindow().maxX(), image.maxX(), 1e-6) << action;
+        };
+        Finger finger(screen.window());
+        if (action == EdgeDrag) finger.down({frame.minX(), frame.midY()}).moveTo({5, 400});
+        if (action == PictureDrag) finger.down(frame.center()).moveTo({300, 400});
+        if (action >= Revert) view.onCropToolBarRevertBtnClicked();
+        if (action != EdgeDrag) expectSeen();
+        screen.wait(0.1);
+        if (action == PictureDrag) expectSeen();
+        if (action == RevertTurn) continue;
+        const gfx::Rect seen = grid.shownFrame();
+        EXPECT_TRUE(
+            picture.shownRectInWindow().inset(-1e-6, -1e-6).contains(grid.shownRectInWindow()));
+        EXPECT_NEAR(grid.borderGridLines()[1]->shownFrame().maxX(), seen.size.width, 1e-6);
+        EXPECT_NEAR(grid.borderGridLines()[1]->shownFrame().maxY(), seen.size.height, 1e-6);
+    }
+}
+
+TEST(EditImageIntialView, RevertTakesTheFrameOutOfTheFingersThatAreDown) {
+    for (int turns = 0; turns < 3; ++turns) {
+        CropScreen screen;
+        auto& view = *screen.view;
+        for (int turn = 0; turn < turns; ++turn)
+            screen.tap(view.cropToolBar()->rotateBtn());
+        Finger finger(screen.window());
+        finger.down({20, 360}).moveTo({120, 360}, 4);
+        EXPECT_EQ(view.cropFrame().minX(), 95);
+        view.onCropToolBarRevertBtnClicked();
+        EXPECT_FALSE(view.isTimerRunning()) << turns;
+        screen.wait(1);
+        finger.moveTo({200, 360}).up();
+        screen.wait(1);
+        EXPECT_EQ(view.cropFrame(), view.cropOriginalFrame()) << turns;
+        // The next finger is heeded again.
+        screen.drag({20, 360}, {100, 0}, 0);
+        EXPECT_GT(view.cropFrame().minX(), 90) << turns;
+    }
 }
 
 TEST(EditImageIntialView, AResizeDuringTheOpeningLeavesItAsIfOpenedAtThatSize) {
