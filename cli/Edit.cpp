@@ -73,25 +73,34 @@ gfx::Size windowSize(const codec::DecodeResult& photo, double scale) {
             std::max(std::round(size.height * fitting) + chrome, leastSize.height * scale)};
 }
 
-SdlWindowHandle openWindow(const EditOptions& options, const codec::DecodeResult& photo) {
-    const gfx::Size size = windowSize(photo, options.scale);
+// Hidden, for the photo's size is not known yet. The connection to the input method and much else
+// that takes time comes with the window.
+SdlWindowHandle openWindow(const EditOptions& options) {
     const std::size_t slash = options.photo.find_last_of('/');
     const std::string name = options.photo == "-" ? "" : options.photo.substr(slash + 1) + " - ";
-    SdlWindowHandle window(SDL_CreateWindow((name + "KalimKit").c_str(), SDL_WINDOWPOS_CENTERED,
+    const gfx::Size size = usualSize * options.scale;
+    return SdlWindowHandle(SDL_CreateWindow((name + "KalimKit").c_str(), SDL_WINDOWPOS_CENTERED,
                                             SDL_WINDOWPOS_CENTERED, static_cast<int>(size.width),
-                                            static_cast<int>(size.height), SDL_WINDOW_RESIZABLE));
-    if (window) {
-        SDL_SetWindowMinimumSize(window.get(), static_cast<int>(leastSize.width * options.scale),
-                                 static_cast<int>(leastSize.height * options.scale));
-    }
-    return window;
+                                            static_cast<int>(size.height),
+                                            SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN));
+}
+
+void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
+    SDL_SetWindowMinimumSize(window, static_cast<int>(leastSize.width * scale),
+                             static_cast<int>(leastSize.height * scale));
+    SDL_SetWindowSize(window, static_cast<int>(size.width), static_cast<int>(size.height));
+    SDL_SetWindowPosition(window, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED);
+    SDL_ShowWindow(window);
 }
 
 // One photo in the editor, from the window's opening to its end.
 class Session : public TesselViewControllerDelegate {
 public:
     Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)
-        : _options(options), _output(std::move(output)), _window(sdl, options.scale) {}
+        : _options(options), _output(std::move(output)), _window(sdl, options.scale) {
+        // The search for the fonts takes longer than the first frame, which would wait for it.
+        _window.environment().device().lineMetrics({});
+    }
 
     int run(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
         gfx::ImageRef image;
@@ -214,22 +223,25 @@ int edit(const EditOptions& options) {
         complain(problem);
         return failure;
     }
-    // Large photos take as long as the connection to the screen does.
+    // Large photos take longer than the connection to the screen and the window do.
     auto decoding = std::async(std::launch::async, [&] { return codec::decode(bytes, name); });
     const Video video;
+    const SdlWindowHandle window = video.problem() ? nullptr : openWindow(options);
+    std::shared_ptr<Session> session;
+    if (window) {
+        session = std::make_shared<Session>(window.get(), options, std::move(*output));
+    } else {
+        problem =
+            video.problem().value_or(std::string("no window can be opened: ") + SDL_GetError());
+    }
     codec::DecodeResult photo = decoding.get();
     if (photo.error) complain(*photo.error);
     bytes = {};
-    if (video.problem()) {
-        complain(*video.problem());
+    if (!session) {
+        complain(problem);
         return failure;
     }
-    const SdlWindowHandle window = openWindow(options, photo);
-    if (!window) {
-        complain(std::string("no window can be opened: ") + SDL_GetError());
-        return failure;
-    }
-    const auto session = std::make_shared<Session>(window.get(), options, std::move(*output));
+    showWindow(window.get(), windowSize(photo, options.scale), options.scale);
     return session->run(std::move(photo), session);
 }
 

@@ -98,6 +98,8 @@ SdlWindow::~SdlWindow() {
 void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
     _keys = nullptr;
     _hands = nullptr;
+    // The events of a window that was resized since it was made may still be under way.
+    if (editor) takeSize();
     _window->setRootViewController(editor);
     _editor = std::move(editor);
     if (!_editor) return;

@@ -148,6 +148,13 @@ TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
     // Four times the window is more than the least.
     EXPECT_EQ(window->environment().areaBudget(), (gfx::Size{4000, 3200}));
 
+    // An editor that comes before the events of a change finds the window as it is.
+    window->present(nullptr);
+    SDL_SetWindowSize(sdl, 900, 1200);
+    window->present(editor);
+    window->update();
+    EXPECT_EQ(editor->view()->frame().size, (gfx::Size{450, 600}));
+
     event = {};
     event.type = SDL_WINDOWEVENT;
     event.window.windowID = SDL_GetWindowID(sdl);
