@@ -93,6 +93,11 @@ std::string SdlEnvironment::clipboardText() {
 
 void SdlEnvironment::setClipboardText(const std::string& text) {
     SDL_SetClipboardText(text.c_str());
+    _ownClipboardText = text;
+}
+
+bool SdlEnvironment::isOwnTextOnClipboard() {
+    return !_ownClipboardText.empty() && clipboardText() == _ownClipboardText;
 }
 
 std::optional<bool> SdlEnvironment::userDefault(const std::string& key) const {

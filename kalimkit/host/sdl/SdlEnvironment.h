@@ -40,6 +40,8 @@ public:
     std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
+    // Whether the clipboard holds what this process has put there last.
+    bool isOwnTextOnClipboard();
     std::optional<bool> userDefault(const std::string& key) const override;
     void setUserDefault(const std::string& key, bool value) override;
 
@@ -50,6 +52,7 @@ private:
     bool _isEnglish;
     std::unique_ptr<UserDefaults> _userDefaults;
     std::unique_ptr<PictureChooser> _chooser;
+    std::string _ownClipboardText;
 };
 
 }  // namespace kalim

@@ -18,7 +18,10 @@ void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
 }
 
 void SdlWindow::Hands::editorKeysPastePicture() {
-    const std::optional<codec::Bytes> png = PictureClipboard::get();
+    // Another process that asked for a picture would wait for this one, which waits for it; and to
+    // answer it after it has given up ends this one.
+    const bool isOwnText = _window.environment().isOwnTextOnClipboard();
+    const std::optional<codec::Bytes> png = isOwnText ? codec::Bytes() : PictureClipboard::get();
     if (!png) {
         tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
     } else if (png->empty()) {
