@@ -324,7 +324,10 @@ void EditorKeys::chooseLineWidth(double width) {
 
 void EditorKeys::askToClose() {
     const auto editor = _editor.lock();
-    if (editor && editor->toolView() && !editor->actionSheet()) editor->toolView()->handleClose();
+    if (!editor || !editor->toolView() || editor->actionSheet()) return;
+    // One question at a time: Enter would answer the covered one.
+    const bool isAsked = editor->window() && ui::AlertView::topmostIn(*editor->window());
+    if (!isAsked || !editor->drawView()->hasDrawed()) editor->toolView()->handleClose();
 }
 
 void EditorKeys::openPicture(const gfx::ImageRef& image) {

@@ -191,6 +191,8 @@ TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) 
     keys.openPicture(screen.picture(300, 400));
     screen.draw();
     keys.openPicture(screen.picture(30, 20));
+    keys.askToClose();
+    EXPECT_FALSE(screen.editor->actionSheet()) << "one question at a time";
     keys.press("escape");
     screen.wait(1);
     EXPECT_EQ(toolCount(), 1U);
