@@ -215,6 +215,8 @@ private:
     // ---- edit and delete buttons (TesselViewControllerSelection.cpp)
     void animateEditShape();
     void moveConfigViews(bool isOut);
+    // Out, or on their way there.
+    bool standInForPenView() const { return _configViewTarget.value_or(_isConfigViewOut); }
 
     // ---- transitions (TesselViewControllerTransitions.cpp)
     void makeTransitionView(const gfx::ImageRef& image);

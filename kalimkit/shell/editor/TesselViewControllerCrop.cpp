@@ -32,7 +32,7 @@ void TesselViewController::getOriginalImage(const OriginalImageCallback& callbac
 void TesselViewController::getDisplayImage(const DisplayImageCallback& callback) {
     const auto alive = self();
     callback(nullptr, 0, 1);
-    if (_showPanel) hidePop();
+    if (isPanelUp()) hidePop();
 }
 
 void TesselViewController::onCropImageDone(const gfx::ImageRef& image) {
@@ -45,7 +45,7 @@ void TesselViewController::onCropImageDone(const gfx::ImageRef& image) {
 }
 
 void TesselViewController::OnClickEditImageDoneBarButton() {
-    if (_showPanel) hidePop();
+    if (isPanelUp()) hidePop();
 }
 
 void TesselViewController::OnClickEditImageBackBarButton() {

@@ -225,6 +225,7 @@ void TesselViewController::panelDidClose() {
 // ---- pen button
 
 void TesselViewController::showPenview() {
+    if (standInForPenView()) return;
     ui::View::performWithoutAnimation([this] {
         _penView->setAlpha(0);
         _penView->setTransform(gfx::AffineTransform::scaling(0.5, 0.5));
@@ -245,7 +246,7 @@ void TesselViewController::showPenview() {
 }
 
 void TesselViewController::fadeTool(double alpha) {
-    const bool isOut = _configViewTarget.value_or(_isConfigViewOut);
+    const bool isOut = standInForPenView();
     // They are covered by the panel, and come back with the end of that if at all.
     if (isOut && _isEditingSelection) return;
     ui::View::animate({.duration = fadeDuration}, [this, alpha, isOut] {

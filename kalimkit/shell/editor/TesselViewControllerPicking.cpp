@@ -28,12 +28,12 @@ void TesselViewController::didPickImage(const gfx::ImageRef& image) {
     _drawView->setSnipImage(image);
     if (!_snipImage) _snipImage = image;
     checkAndTipImageVaild(image);
-    // Where the edit buttons are out, the pen button comes back with their going.
-    if (!_isConfigViewOut) blinkPenview();
+    // Where the edit buttons are out or on their way, the pen button comes back with their going.
+    if (!standInForPenView()) blinkPenview();
 }
 
 void TesselViewController::didCancelPicking() {
-    if (_isConfigViewOut) return;
+    if (standInForPenView()) return;
     _penView->setAlpha(1);
     _shouldBlinkPenview = false;
 }

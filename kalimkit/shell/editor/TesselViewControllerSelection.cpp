@@ -58,6 +58,8 @@ void TesselViewController::clickConfigEdit() {
     const auto alive = self();
     _isEditingSelection = true;
     _penView->setHidden(true);
+    // The second tap of two quick ones would deselect what is to be edited.
+    _drawView->setUserInteractionEnabled(false);
     const std::weak_ptr<TesselViewController> weakSelf = self();
     ui::View::animate(
         {.duration = 0.3},
@@ -69,7 +71,10 @@ void TesselViewController::clickConfigEdit() {
             _penView->setAlpha(1);
         },
         [weakSelf](bool) {
-            if (const auto controller = weakSelf.lock()) controller->clickAtPenView();
+            const auto controller = weakSelf.lock();
+            if (!controller) return;
+            controller->_drawView->setUserInteractionEnabled(true);
+            controller->clickAtPenView();
         });
 }
 

@@ -212,8 +212,15 @@ TEST(TesselViewController, TheEditAndDeleteButtonsStandInForThePenButtonWhileSom
     EXPECT_EQ(editor->configViewEdit()->frame(), gfx::Rect(220, 769, 50, 50));
     EXPECT_EQ(editor->configViewDelete()->frame(), gfx::Rect(120, 769, 50, 50));
 
-    host.use(editor->configViewEdit());
-    EXPECT_TRUE(editor->showPanel());
+    editor->startAnimateIn();
+    host.wait(1);
+    EXPECT_EQ(editor->penView()->alpha(), 0);
+
+    host.tap(editor->configViewEdit());
+    host.wait(0.1);
+    Finger(host.window()).tap({245, 794});
+    host.wait(1);
+    EXPECT_TRUE(editor->showPanel() && editor->drawView()->hasSelectedTools());
     EXPECT_FALSE(editor->penPopView()->enable());
     EXPECT_EQ(editor->configViewEdit()->alpha(), 0);
     host.use(editor->colorViews()[0]);
@@ -371,6 +378,14 @@ TEST(TesselViewController, AnotherPictureIsPickedOrRefused) {
     host.environment().answerPick(std::nullopt);
     host.wait(1);
     EXPECT_TRUE(isShown(*editor->penView()) && editor->drawView()->hasDrawed());
+    // While the edit and delete buttons go.
+    host.drawAndSelect();
+    editor->drawView()->selectNone();
+    host.wait(0.1);
+    editor->clickPickImage();
+    host.environment().answerPick(host.picture(300, 400));
+    host.wait(1);
+    EXPECT_TRUE(isShown(*editor->penView()));
     editor->clickPickImage();
     host.environment().answerPick(host.picture(200, 100));
     EXPECT_EQ(editor->drawView()->bgImgRect().size, gfx::Size(200, 100));
