@@ -148,14 +148,22 @@ void EditImageIntialView::layoutContent() {
     if (!_isCropping) return;
     _laidOutSize = bounds().size;
     const gfx::Rect share = cropShare();
-    const gfx::Size image = _eIScrollView->imageFrame().size;
+    // Not as it is laid out, in whole points: what is not cropped is to stay so.
+    const gfx::PixelSize pixels = _eIScrollView->imageView()->image()->pixelSize();
+    const bool isMoving = _isAnimating;
     stopContent();
+    letGoOfFingers();
     _naturalTopLength = cropNaturalTopLength(startPlacement().imageSize, bounds().size);
     _eIScrollView->setFrame(scrollFrame());
     _cropOriginalFrame = startPlacement().frame;
-    const CropPlacement placement = CropPlacement::settled(image, share, contentFrame());
+    const CropPlacement placement = CropPlacement::settled(
+        {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, share,
+        contentFrame());
     _oldStartImageFrameSize = placement.imageSize;
     place(placement);
+    // The end of what was moving, which sees to that, does not come.
+    if (const auto overlay = overlayView(); overlay && isMoving)
+        overlay->setOverlayLevel(levelAtRest);
 }
 
 // ---- the frame
@@ -372,6 +380,12 @@ void EditImageIntialView::setGesturesEnabled(bool enabled) {
     pinchGestureRecognizer()->setEnabled(enabled);
 }
 
+// Those that are down have no more say.
+void EditImageIntialView::letGoOfFingers() {
+    setGesturesEnabled(false);
+    setGesturesEnabled(true);
+}
+
 // ---- reverting
 
 bool EditImageIntialView::isCropped() const {
@@ -394,9 +408,7 @@ void EditImageIntialView::revertLayoutContentImage() {
     const auto alive = self();
     if (!_isCropping || _isRotating) return;
     stopContent();
-    // Fingers that are down have no more say.
-    setGesturesEnabled(false);
-    setGesturesEnabled(true);
+    letGoOfFingers();
     _eIScrollView->stopMoving();
     resetTimer();
     const std::int32_t turns =

@@ -224,6 +224,7 @@ private:
     void revertRotateChanges();
     void revertAllRotationChangesInEditPhase();
     void setGesturesEnabled(bool enabled);
+    void letGoOfFingers();
 
     // ---- leaving
     gfx::ImageRef cutImage() const;

@@ -358,6 +358,28 @@ TEST(EditImageIntialView, AResizeDuringTheOpeningLeavesItAsIfOpenedAtThatSize) {
     EXPECT_EQ(content.contentInset(), (ui::EdgeInsets{20, 271, 143, 271}));
 }
 
+TEST(EditImageIntialView, AResizeEndsDragsAndReverts) {
+    // The picture is 302 x 227 points there, and as high as the content.
+    for (const bool reverts : {false, true}) {
+        CropScreen screen;
+        auto& view = *screen.view;
+        Finger finger(screen.window());
+        finger.down({20, 360}).moveTo({120, 360}, 4);
+        if (reverts) view.onCropToolBarRevertBtnClicked();
+        screen.wait(0.1);
+        view.setFrame({0, 0, 844, 390});
+        view.layoutIfNeeded();
+        const gfx::Rect frame = view.cropFrame();
+        EXPECT_NEAR(frame.size.width, reverts ? 302 : 302 * 275 / 350., 1e-9);
+        finger.moveTo({500, 200}, 2).up();
+        screen.wait(1);
+        EXPECT_EQ(view.cropFrame(), frame) << reverts;
+        EXPECT_EQ(view.canRevert(), !reverts);
+        EXPECT_EQ(view.overlayView()->overlayLevel(), 2) << reverts;
+        EXPECT_EQ(view.cropToolBar()->rotateBtn()->alpha(), 1) << reverts;
+    }
+}
+
 TEST(EditImageIntialView, WhoeverOpenedItMayDropItWithinEveryMessage) {
     for (const std::string message : {"original", "display", "image", "done", "back"}) {
         CropScreen screen;
