@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/canvas/view/ToolType.h"
 #include "kalimkit/shell/editor/EditorTables.h"
@@ -181,6 +183,23 @@ TEST(TesselViewController, PensChooseWhatIsDrawnExceptTheCropPen) {
     host.use(editor->penViews()[5]);
     EXPECT_EQ(editor->currentPen(), 0u);
     EXPECT_EQ(editor->currentType(), 2u);
+}
+
+TEST(TesselViewController, TakesShapesAndSizesThatNoPickerOffers) {
+    EditorScreen host;
+    const auto& editor = host.present().editor;
+    const std::int64_t types[] = {ToolType::Rectangle, ToolType::Ellipse, ToolType::Line};
+    for (unsigned shape = 0; shape < 4; ++shape) {
+        editor->clickDotWithConfig(TesselDot::initWithShape(shape)->config());
+        EXPECT_EQ(editor->currentShape(), shape);
+        EXPECT_EQ(editor->drawView()->drawToolClass(),
+                  getClassForToolType(types[std::min(shape, 2u)]));
+    }
+    EXPECT_EQ(editor->currentType(), 3u);
+    EXPECT_EQ(editor->currentPen(), 6u);
+    editor->clickDotWithConfig(TesselDot::initWithSize(5)->config());
+    EXPECT_EQ(editor->currentSize(), 5u);
+    EXPECT_EQ(editor->drawView()->lineWidth(), 7);
 }
 
 TEST(TesselViewController, ASelectionIsShownByThePenButtonAndThePickers) {
@@ -400,6 +419,23 @@ TEST(TesselViewController, AnotherPictureIsPickedOrRefused) {
     ASSERT_EQ(alerts.size(), 1u);
     EXPECT_EQ(alerts[0].title + alerts[0].message + alerts[0].buttons.at(0),
               "无法载入图片载入此图片时出错好");
+}
+
+TEST(TesselViewController, AThumbnailOfNoScaleGrowsFromNothing) {
+    EditorScreen host;
+    const auto none = gfx::ImageRef();
+    host.editor = TesselViewController::initWithSourceImageNeedInitAnimateFromRectWithDelegate(
+        none, true, {10, 20, 30, 40}, host.owner);
+    host.present();
+    EXPECT_TRUE(host.shown(host.editor->viewAnimateImageView()).isEmpty());
+    // An editor that was made without a picture takes the first one that is picked.
+    const gfx::ImageRef first = host.picture(30, 40);
+    for (const gfx::ImageRef& image : {first, host.picture(20, 20)}) {
+        host.editor->clickPickImage();
+        host.environment().answerPick(image);
+        EXPECT_EQ(host.editor->drawView()->bgImgRect().size, image->size());
+    }
+    EXPECT_EQ(host.editor->snipImage(), first);
 }
 
 TEST(TesselViewController, FollowsTheSizeOfItsWindow) {
