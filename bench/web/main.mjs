@@ -33,7 +33,7 @@ async function answer(request, response) {
   }
 }
 
-const median = (values) => values.toSorted((a, b) => a - b)[Math.floor(values.length / 2)];
+const median = (values) => [...values].sort((a, b) => a - b)[Math.floor(values.length / 2)];
 const rows = [
   ['kalimkit', 'KalimKit'],
   ['konvaLayers', 'konva, the dragged shape on a layer of its own'],

@@ -1,7 +1,7 @@
 import * as peers from './peers.js';
 import { photoFile, steps } from './scene.js';
 
-const median = (values) => values.toSorted((a, b) => a - b)[Math.floor(values.length / 2)];
+const median = (values) => [...values].sort((a, b) => a - b)[Math.floor(values.length / 2)];
 
 // Reading a pixel waits until everything that was asked of a canvas is drawn.
 function rasterise(canvases) {
