@@ -19,7 +19,7 @@ async function open(file) {
   try {
     await editor.offer(file);
   } catch (error) {
-    $('hint').textContent = `${file.name}: ${error.message}`;
+    $('hint').textContent = error.message;
     return;
   }
   pictureName = file.name.replace(/\.[^.]*$/, '');

@@ -32,7 +32,8 @@ function languageAround(element) {
 async function fetchPicture(url, signal) {
   const response = await fetch(url, { signal });
   if (!response.ok) throw new Error(`${response.url}: ${response.status} ${response.statusText}`);
-  return response.blob();
+  // Named for whoever cannot read it.
+  return new File([await response.blob()], response.url);
 }
 
 // A server has no elements, and defines none.
@@ -81,7 +82,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   async offer(picture) {
     if (!this.isOpen) return this.open(picture);
-    await this.#editor.offer(picture);
+    await this.#editor.offer(this.#sourceOf(picture));
     return true;
   }
 
@@ -248,13 +249,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     const { signal } = opening;
     this.#opening = opening;
     try {
-      const isAddress = typeof picture === 'string' || picture instanceof URL;
       const session = this.#begin();
-      const [source] = await Promise.all([
-        isAddress ? fetchPicture(new URL(picture, this.baseURI), signal) : picture,
-        session.ready,
-      ]);
+      const [source] = await Promise.all([this.#sourceOf(picture, signal), session.ready]);
       if (signal.aborted || !(await session.editor.open(source)) || signal.aborted) return false;
+      // The user may have taken another one meanwhile.
+      this.#picture = picture;
       session.canvas.classList.add('open');
       this.#idle.hidden = true;
       return true;
@@ -263,6 +262,12 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       if (!this.isOpen) this.#end();
       throw error;
     }
+  }
+
+  // What an editor takes.
+  async #sourceOf(picture, signal) {
+    const isAddress = typeof picture === 'string' || picture instanceof URL;
+    return isAddress ? fetchPicture(new URL(picture, this.baseURI), signal) : picture;
   }
 
   get #editor() {
@@ -315,6 +320,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     on('change', () => {
       const { canUndo, canRedo, toolCount: count } = this;
       this.#tell('kalim-change', { canUndo, canRedo, count });
+    });
+    on('picture', ({ detail }) => {
+      this.#picture = detail.picture;
     });
     on('error', ({ detail }) => {
       this.#failed(detail.error);

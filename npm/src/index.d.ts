@@ -138,14 +138,15 @@ export interface KalimScreenNode {
 
 /**
  * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
- * `detail.blob`, `close`, `change` and `error`, with `detail.error`.
+ * `detail.blob`, `close`, `change`, `picture`, with `detail.picture` that the user has taken instead, and
+ * `error`, with `detail.error`.
  */
 export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
   private constructor();
   destroy(): void;
   open(picture: ImageBitmapSource): Promise<boolean>;
-  offer(picture: ImageBitmapSource): Promise<void>;
+  offer(picture: ImageBitmapSource | Promise<ImageBitmapSource>): Promise<void>;
   dismiss(): void;
   readonly isOpen: boolean;
   clickPickImage(): void;
@@ -160,8 +161,6 @@ export class KalimEditor extends EventTarget {
   chooseLineWidth(points: number): void;
   setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
   askToClose(): void;
-  /** Gives the user, as a download, what would be sent now. False when there is nothing to save. */
-  saveToAlbum(name: string): boolean;
   /** Of the picture that is sent from now on. */
   setSending(type: KalimImageType, quality: number): void;
   /** For a canvas that is moved in the page. */

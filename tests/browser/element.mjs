@@ -79,6 +79,7 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.match(await failure('setColor', 'red'), /^RangeError: .*"red"/);
   assert.match(await failure('setLineWidth', 0), /^RangeError: .*from 1 to 100, not "0"/);
   assert.match(await failure('open', '/photos/none.png'), /photos\/none\.png: 404/);
+  assert.match(await failure('open', '/tests/embed.css'), /^InvalidStateError: .*\/tests\/embed\.css: /);
   assert.match(await failure('open', null), /^TypeError/);
   assert.equal((await state()).toolCount, 1);
   await events();
@@ -181,6 +182,32 @@ test('moved it keeps its drawings, removed it gives everything back and starts a
   assert.equal((await state()).toolCount, 0);
   await draw();
   assert.equal((await state()).toolCount, 1);
+});
+
+test('it starts anew with the picture that the user has taken last', async () => {
+  const widthAnew = async () => {
+    await page.evaluate(() => {
+      window.kept = window.first;
+      window.kept.remove();
+    });
+    await page.waitFor(() => !window.kept.isOpen);
+    await page.evaluate(() => document.body.append(window.kept));
+    await page.waitFor(() => window.first.isOpen);
+    return page.evaluate(async () => (await window.embed.export()).width);
+  };
+  const offer = (picture) => page.evaluate((given) => window.first.offer(given), picture);
+  await offer('/photos/rocket.jpg');
+  await rest();
+  assert.equal(await widthAnew(), 640);
+  await rest();
+  await draw();
+  for (const [answer, width] of [['Escape', 640], ['Enter', 600]]) {
+    await offer('/photos/coffee.png');
+    await page.press(answer);
+    await rest();
+    assert.equal(await page.evaluate(async () => (await window.embed.export()).width), width);
+  }
+  assert.equal(await widthAnew(), 600);
 });
 
 test('a page may remove it in answer to anything it says', async () => {

@@ -25,6 +25,8 @@ public:
     // ---- the canvas
     // The upright, fitted picture; null when there is none.
     const gfx::ImageRef& bgImg() const { return _picture.fitted(); }
+    // As it was handed in, upright; null without one.
+    const gfx::ImageRef& sourceImage() const { return _picture.source(); }
     // Where it lies, canvas points.
     const gfx::Rect& bgImgRect() const { return _picture.rect(); }
     // The content: the picture's rectangle united with every tool's extent, canvas points.

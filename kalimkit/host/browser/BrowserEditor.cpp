@@ -79,6 +79,13 @@ void BrowserEditor::dismiss() {
     _controller = nullptr;
 }
 
+int BrowserEditor::picture() const {
+    const gfx::ImageRef image = canvas() ? canvas()->sourceImage() : nullptr;
+    const auto raster =
+        image ? std::dynamic_pointer_cast<const gfx::HtmlRaster>(image->raster()) : nullptr;
+    return raster ? raster->picture() : 0;
+}
+
 // ---- display
 
 void BrowserEditor::redraw() {

@@ -46,6 +46,8 @@ public:
     TesselViewController* controller() const { return _controller.get(); }
     MDrawView* canvas() const { return _controller ? _controller->drawView().get() : nullptr; }
     EditorKeys* keys() const { return _keys.get(); }
+    // The number of the picture on the canvas; 0 for none.
+    int picture() const;
 
     // ---- text. Nothing happens while no text has the focus; false then.
     bool insertText(std::string_view text);

@@ -7,6 +7,8 @@ export class Exchange {
   #target;
   // How many pictures the page has asked for.
   #asked = 0;
+  // What was offered, by the bitmaps made of it.
+  #offered = new WeakMap();
   #endPicking = () => {};
 
   // target: module(), call(name, ...values), and dispatch(type, detail), which tells the page.
@@ -19,7 +21,24 @@ export class Exchange {
   // been asked for meanwhile. Rejects when the picture cannot be read.
   async take(picture, show) {
     const order = ++this.#asked;
-    const bitmap = await decode(picture);
+    return this.#take(order, await decode(picture), show);
+  }
+
+  // The same of a picture, or a promise of one, that the user may refuse.
+  async offer(picture, show) {
+    const order = ++this.#asked;
+    const given = await picture;
+    const bitmap = await decode(given);
+    this.#offered.set(bitmap, given);
+    return this.#take(order, bitmap, show);
+  }
+
+  // What was offered and has this number; undefined for any other picture.
+  offeredAs(id) {
+    return this.#offered.get(this.#target.module().drawing.sourceOf(id));
+  }
+
+  #take(order, bitmap, show) {
     if (order !== this.#asked) {
       bitmap.close();
       return false;
@@ -80,7 +99,11 @@ export class Exchange {
     this.#endPicking();
     const end = askForFile(this.#element, async (file) => {
       const module = this.#target.module();
-      const id = file ? await decode(file).then((bitmap) => module.drawing.addPicture(bitmap), () => 0) : -1;
+      const add = (bitmap) => {
+        this.#offered.set(bitmap, file);
+        return module.drawing.addPicture(bitmap);
+      };
+      const id = file ? await decode(file).then(add, () => 0) : -1;
       if (module.isAlive && end === this.#endPicking) this.#target.call('picked', id);
     });
     this.#endPicking = end;

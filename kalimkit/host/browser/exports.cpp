@@ -194,6 +194,11 @@ KALIM_EXPORT("is_open") bool isOpen() {
     return editor->controller() != nullptr;
 }
 
+// The number of the picture on the canvas; 0 for none.
+KALIM_EXPORT("picture") int picture() {
+    return editor->picture();
+}
+
 // Has the user choose another picture.
 KALIM_EXPORT("click_pick_image") void clickPickImage() {
     if (editor->controller()) editor->controller()->clickPickImage();

@@ -19,6 +19,7 @@ const exportScales = { screen: 0, picture: 1, view: 2 };
 //   confirm  the user sent the picture: detail.blob is it with all that was drawn, null for nothing
 //   close    the user closed the editor; nothing is to be kept
 //   change   canUndo, canRedo or toolCount has become another
+//   picture  the user has taken another picture, offered, pasted or picked: detail.picture
 //   error    detail.error: the picture to be sent could not be made, or the editor has stopped, and
 //            every call but destroy() throws from now on
 // The editor stays until the page calls dismiss() or destroy().
@@ -34,6 +35,7 @@ export class KalimEditor extends EventTarget {
   #isDestroyed = false;
   #choices = new Choices();
   #history = 0;
+  #shown = 0;
   #worked = null;
   #clipboard = new Clipboard();
   #listening = new AbortController();
@@ -85,10 +87,10 @@ export class KalimEditor extends EventTarget {
   }
 
   // Shows it in the editor that is open, which asks the user first when something was drawn, and
-  // says when the browser cannot read it.
+  // says when the browser cannot read it. A promise of a picture will do.
   async offer(picture) {
     try {
-      await this.#exchange.take(picture, (id) => this.#call('offer', id));
+      await this.#exchange.offer(picture, (id) => this.#call('offer', id));
     } catch (error) {
       if (!this.#module.isAlive) throw error;
       this.#call('offer', 0);
@@ -307,6 +309,7 @@ export class KalimEditor extends EventTarget {
     if (!this.#module.isAlive) return result;
     this.#choices.make(this.#module);
     this.#watchHistory();
+    this.#watchPicture();
     this.#schedule.plan();
     this.#worked?.();
     return result;
@@ -334,6 +337,14 @@ export class KalimEditor extends EventTarget {
     if (history === this.#history) return;
     this.#history = history;
     this.#tell('change');
+  }
+
+  #watchPicture() {
+    const id = this.#module.call('picture');
+    if (id === this.#shown) return;
+    this.#shown = id;
+    const picture = this.#exchange.offeredAs(id);
+    if (picture) this.#tell('picture', { picture });
   }
 
   // ---- touches

@@ -12,13 +12,22 @@ function isReadable(bitmap) {
   }
 }
 
-// A picture file, or anything else that createImageBitmap takes, upright and in sRGB. Rejects when the
-// browser cannot read it, or may not.
+async function bitmapOf(picture) {
+  try {
+    return await createImageBitmap(picture, {
+      imageOrientation: 'from-image',
+      colorSpaceConversion: 'default',
+    });
+  } catch (error) {
+    if (!picture?.name) throw error;
+    throw new DOMException(`${picture.name}: ${error.message}`, error.name);
+  }
+}
+
+// A picture file, or anything else that createImageBitmap takes, upright and in sRGB. Rejects, with the
+// file's name, when the browser cannot read it, or may not.
 export async function decode(picture) {
-  const bitmap = await createImageBitmap(picture, {
-    imageOrientation: 'from-image',
-    colorSpaceConversion: 'default',
-  });
+  const bitmap = await bitmapOf(picture);
   if (isReadable(bitmap)) return bitmap;
   bitmap.close();
   throw new DOMException('The site of this picture does not let the page read it', 'SecurityError');
