@@ -7,6 +7,7 @@
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/imageedit/crop/CropDrag.h"
+#include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "kalimkit/shell/config/TallPhone.h"
 #include "kalimkit/ui/loop/Environment.h"
@@ -18,25 +19,10 @@ namespace {
 // Around the content; below it the bar with the rotate button above it.
 constexpr double contentMargin = 20;
 constexpr double bottomBars = 60 + 63;
-constexpr double settleDelay = 0.4;
-constexpr double settleDuration = 0.3;
-constexpr double levelDuration = 0.3;
 constexpr double leaveDuration = 0.3;
 // What makes a zoom differ from the least one.
 constexpr double zoomTolerance = 0.01;
-// Points within which the frame is where it belongs.
-constexpr double restTolerance = 1e-6;
-constexpr std::int32_t levelWhenOver = 1;
-constexpr std::int32_t levelAtRest = 2;
-constexpr std::int32_t levelInDrags = 3;
 const gfx::Rect wholePicture{0, 0, 1, 1};
-
-bool isNear(const gfx::Rect& a, const gfx::Rect& b) {
-    return std::abs(a.minX() - b.minX()) < restTolerance &&
-           std::abs(a.minY() - b.minY()) < restTolerance &&
-           std::abs(a.maxX() - b.maxX()) < restTolerance &&
-           std::abs(a.maxY() - b.maxY()) < restTolerance;
-}
 
 }  // namespace
 
@@ -163,7 +149,7 @@ void EditImageIntialView::layoutContent() {
     place(placement);
     // The end of what was moving, which sees to that, does not come.
     if (const auto overlay = overlayView(); overlay && isMoving)
-        overlay->setOverlayLevel(levelAtRest);
+        overlay->setOverlayLevel(overlayLevelAtRest);
 }
 
 // ---- the frame
@@ -214,178 +200,6 @@ void EditImageIntialView::matchOverlayViewToCropGridView() {
     overlay->setBrightFrame(_cropGridView->convertRectTo(_cropGridView->bounds(), overlay.get()));
 }
 
-// ---- drags
-
-bool EditImageIntialView::shouldReceiveTouch(const ui::GestureRecognizer& recognizer,
-                                             const ui::Touch& touch) {
-    if (&recognizer != _gridPanGes.get()) return true;
-    if (_gridPanGes->state() == ui::GestureState::Changed) return false;
-    const gfx::Point p = touch.locationIn(this);
-    const bool isOnBar =
-        _cropToolBar && touch.view() && touch.view()->isDescendantOf(*_cropToolBar);
-    // On its way back to the middle the frame is caught where it is seen.
-    if (isOnBar || !isOnCropBorder(p, _cropGridView->shownFrame())) return false;
-    _landingPoint = p;
-    return true;
-}
-
-void EditImageIntialView::gridPanGestureRecognized(ui::PanGestureRecognizer& pan) {
-    if (_isCropOver) return;
-    const auto alive = self();
-    const gfx::Point p = pan.locationIn(this);
-    const bool isOver =
-        pan.state() == ui::GestureState::Ended || pan.state() == ui::GestureState::Cancelled;
-    if (pan.state() == ui::GestureState::Began) {
-        _eIScrollView->stopMoving();
-        croppingView();
-        _cropTouchPoint = p;
-        _cropTouchFrame = _cropFrame;
-        _cropEdge = cropEdgeForPoint(p);
-        // A quick finger has left the edge before the drag begins.
-        if (_cropEdge == CropEdge::None) _cropEdge = cropEdgeForPoint(_landingPoint);
-    }
-    _eIScrollView->setAdmitsGestures(isOver);
-    if (isOver) finishCroppingView();
-    updateCropLinesWithPoint(p);
-}
-
-void EditImageIntialView::croppingView() {
-    if (!_isRotating) {
-        stopContent();
-        matchOverlayViewToCropGridView();
-        animate(levelDuration, [this] {
-            if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelInDrags);
-        });
-        if (!_isInit) _cropToolBar->hideRotateBtnWithAnimation(true, true);
-    }
-    resetTimer();
-}
-
-void EditImageIntialView::startTimer() {
-    startTimer(settleDelay);
-}
-
-void EditImageIntialView::startTimer(double interval) {
-    if (_timer.isRunning()) return;
-    _timer.start(interval, true, [this] { triggerTimer(); });
-}
-
-void EditImageIntialView::triggerTimer() {
-    const auto alive = self();
-    moveContentToCenter();
-    _cropToolBar->hideRotateBtnWithAnimation(false, true);
-    resetTimer();
-}
-
-void EditImageIntialView::moveContentToCenter() {
-    const auto alive = self();
-    if (!_isCropping) return;
-    _eIScrollView->stopMoving();
-    const CropPlacement placement = CropPlacement::settled(
-        _eIScrollView->imageView()->bounds().size, cropShare(), contentFrame());
-    const bool isThere =
-        isNear(placement.frame, _cropFrame) && isNear(placement.image, _eIScrollView->imageFrame());
-    const auto dim = [this] {
-        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
-    };
-    if (isThere) return animate(settleDuration, dim);
-    animateContent([&] {
-        place(placement);
-        dim();
-    });
-}
-
-void EditImageIntialView::animateContent(const std::function<void()>& changes) {
-    _isAnimating = true;
-    animate(settleDuration, changes, [this, motion = ++_motions] { contentCameToRest(motion); });
-}
-
-void EditImageIntialView::contentCameToRest(int motion) {
-    // What began meanwhile has taken over.
-    if (motion != _motions || !std::exchange(_isAnimating, false)) return;
-    matchOverlayViewToCropGridView();
-    checkForCanRevert();
-    const auto overlay = overlayView();
-    if (overlay && !_isCropOver) overlay->setOverlayLevel(levelAtRest);
-}
-
-// What moves by itself stays where it is seen at this moment, frame and picture alike; else each
-// part that is not changed next would go on by itself.
-void EditImageIntialView::stopContent() {
-    if (!std::exchange(_isAnimating, false)) return;
-    const auto& picture = _eIScrollView->imageView();
-    const gfx::Rect frame = _cropGridView->shownFrame();
-    const gfx::Rect shown = picture->shownRectInWindow();
-    const gfx::Size size = picture->bounds().size;
-    place({size,
-           shown.size.width / size.width,
-           {convertPointFrom(shown.origin, nullptr), shown.size},
-           frame});
-    // Fingers that are down go on from here, with the frame's inset.
-    _eIScrollView->setContentOffset(_eIScrollView->contentOffset());
-}
-
-// ---- the picture moves under the frame
-
-std::shared_ptr<ui::View> EditImageIntialView::viewForZoomingInScrollView(ui::ScrollView&) {
-    return _eIScrollView ? _eIScrollView->imageView() : nullptr;
-}
-
-void EditImageIntialView::contentDidMove() {
-    if (!_isCropping || _isAnimating || _isRotating) return;
-    matchOverlayViewToCropGridView();
-    checkForCanRevert();
-}
-
-void EditImageIntialView::scrollViewDidScroll(ui::ScrollView& /*view*/) {
-    contentDidMove();
-}
-
-void EditImageIntialView::scrollViewDidZoom(ui::ScrollView& /*view*/) {
-    contentDidMove();
-}
-
-void EditImageIntialView::scrollViewWillBeginDragging(ui::ScrollView& /*view*/) {
-    if (_isCropping) croppingView();
-}
-
-void EditImageIntialView::scrollViewWillBeginZooming(ui::ScrollView& /*view*/) {
-    if (_isCropping) croppingView();
-}
-
-void EditImageIntialView::scrollViewDidEndDragging(ui::ScrollView& /*view*/,
-                                                   bool /*willDecelerate*/) {
-    finishMovingContent();
-}
-
-void EditImageIntialView::scrollViewDidEndDecelerating(ui::ScrollView& /*view*/) {
-    finishMovingContent();
-}
-
-void EditImageIntialView::scrollViewDidEndZooming(ui::ScrollView& /*view*/, double /*scale*/) {
-    finishMovingContent();
-}
-
-// Fingers may be left, or the content may go on by itself.
-void EditImageIntialView::finishMovingContent() {
-    const EditImageScrollView& content = *_eIScrollView;
-    const bool isMoving = content.isDragging() || content.isZooming() || content.isDecelerating() ||
-                          content.isZoomBouncing();
-    if (_isCropping && !_isCropOver && !isMoving) finishCroppingView();
-}
-
-void EditImageIntialView::setGesturesEnabled(bool enabled) {
-    if (_gridPanGes) _gridPanGes->setEnabled(enabled);
-    panGestureRecognizer()->setEnabled(enabled);
-    pinchGestureRecognizer()->setEnabled(enabled);
-}
-
-// Those that are down have no more say.
-void EditImageIntialView::letGoOfFingers() {
-    setGesturesEnabled(false);
-    setGesturesEnabled(true);
-}
-
 // ---- reverting
 
 bool EditImageIntialView::isCropped() const {
@@ -415,10 +229,10 @@ void EditImageIntialView::revertLayoutContentImage() {
         cropQuarterTurns(_currentRotationOrientation, _startRotationOrientation);
     // The bright frame cannot grow along, so the darkness goes, and is back once all is bright.
     const auto fadeOverlay = [this] {
-        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelInDrags);
+        if (const auto overlay = overlayView()) overlay->setOverlayLevel(overlayLevelInDrags);
     };
     if (turns != 0) {
-        animate(settleDuration, fadeOverlay);
+        animate(cropSettleDuration, fadeOverlay);
         return turnTo(turns, wholePicture, _isAnimateEnable, {});
     }
     animateContent([&] {
@@ -437,7 +251,7 @@ void EditImageIntialView::onCropToolBarDoneBtnClicked() {
     moveContentToCenter();
     resetTimer();
     matchOverlayViewToCropGridView();
-    if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelWhenOver);
+    if (const auto overlay = overlayView()) overlay->setOverlayLevel(overlayLevelWhenOver);
     _isCropOver = true;
     clearOperation();
     saveProperties();
@@ -484,7 +298,7 @@ void EditImageIntialView::cancelCropToolBar() {
     restoreLayoutContentImage();
     moveContentToCenter();
     resetTimer();
-    if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelWhenOver);
+    if (const auto overlay = overlayView()) overlay->setOverlayLevel(overlayLevelWhenOver);
     _isCropOver = true;
     clearOperation();
     goBackToEditView();

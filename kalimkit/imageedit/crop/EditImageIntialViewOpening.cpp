@@ -1,4 +1,5 @@
 #include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/crop/EditImageIntialView.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 
@@ -12,7 +13,6 @@ constexpr double readyDelay = 0.1;
 constexpr double barHeight = 63;
 // Of the bar's top from the bottom of the view or of what is safe there.
 constexpr double barRise = 60;
-constexpr std::int32_t levelAtRest = 2;
 // Under the tool bar.
 constexpr std::size_t gridIndex = 1;
 
@@ -155,7 +155,7 @@ void EditImageIntialView::initContentImage() {
 
 void EditImageIntialView::restoreLayoutContentImage() {
     place(startPlacement());
-    if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
+    if (const auto overlay = overlayView()) overlay->setOverlayLevel(overlayLevelAtRest);
 }
 
 void EditImageIntialView::setEditImageToolBarHiddenWithAnimationInBeganOrEndPhase(bool hidden) {

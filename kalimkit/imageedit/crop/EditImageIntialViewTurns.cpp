@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/model/MDrawLogUtil.h"
+#include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/crop/EditImageIntialView.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 
@@ -13,7 +14,6 @@ namespace {
 constexpr double turnDuration = 0.4;
 constexpr double turnVelocity = 0.8;
 constexpr double gridFadeDuration = 0.2;
-constexpr std::int32_t levelAtRest = 2;
 
 gfx::Size sizeOf(const gfx::ImageRef& image) {
     const gfx::PixelSize pixels = image->pixelSize();
@@ -120,7 +120,7 @@ void EditImageIntialView::finishTurn(std::int32_t quarterTurns, const gfx::Rect&
     options.duration = gridFadeDuration;
     View::animate(options, [this] {
         _cropGridView->setAlpha(1);
-        if (const auto overlay = overlayView()) overlay->setOverlayLevel(levelAtRest);
+        if (const auto overlay = overlayView()) overlay->setOverlayLevel(overlayLevelAtRest);
     });
     _cropToolBar->hideRotateBtnWithAnimation(false, true);
 }
