@@ -94,7 +94,12 @@ private:
     // One that makes no progress is ended.
     bool isReady(short what) const {
         pollfd descriptor{_own, what, 0};
-        if (_process <= 0 || ::poll(&descriptor, 1, patience) == 1) return _process > 0;
+        if (_process <= 0) return false;
+        int count = 0;
+        do {
+            count = ::poll(&descriptor, 1, patience);
+        } while (count < 0 && errno == EINTR);
+        if (count == 1) return true;
         ::kill(_process, SIGTERM);
         return false;
     }

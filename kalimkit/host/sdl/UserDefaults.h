@@ -1,14 +1,15 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace kalim {
 
 // Flags that outlive the process, in a text file of lines "key=true" and "key=false". The file is
 // read when a flag is first asked for, and replaced in one step when one has changed; other lines
-// of it stay.
+// of it stay, and one that cannot be read stays as it is.
 class UserDefaults {
 public:
     // An empty path keeps the flags in memory alone.
@@ -23,14 +24,14 @@ public:
     std::optional<std::string> setValue(const std::string& key, bool value);
 
 private:
-    using Lines = std::map<std::string, std::string>;
-
-    Lines readLines() const;
+    // Why there is a file that cannot be read; the lines are none then.
+    std::optional<std::string> readLines();
+    // The line of a flag; null where there is none.
+    std::string* lineOf(const std::string& key);
 
     std::string _path;
-    // What stands before the first "=" of each line, with what stands behind it; nothing until the
-    // file has been read.
-    std::optional<Lines> _lines;
+    bool _isRead = false;
+    std::vector<std::string> _lines;
 };
 
 }  // namespace kalim

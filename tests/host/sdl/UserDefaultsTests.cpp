@@ -19,9 +19,9 @@ TEST(UserDefaults, OutliveTheProcessAndLeaveOtherLinesAlone) {
     EXPECT_EQ(defaults.value("ring"), false);
     EXPECT_EQ(defaults.value("odd"), std::nullopt);
     // Another process writes while this one runs.
-    writeText(path, "later=a=b\nother=true\nring=false\n");
+    writeText(path, "no sign\nring=false\nother=true\n");
     EXPECT_EQ(defaults.setValue("ring", true), std::nullopt);
-    EXPECT_EQ(readText(path), "later=a=b\nother=true\nring=true\n");
+    EXPECT_EQ(readText(path), "no sign\nring=true\nother=true\n");
 }
 
 TEST(UserDefaults, HoldWhereTheyCannotBeWritten) {
@@ -30,6 +30,13 @@ TEST(UserDefaults, HoldWhereTheyCannotBeWritten) {
     UserDefaults defaults(folder.path() / "file" / "defaults");
     EXPECT_NE(defaults.setValue("ring", false), std::nullopt);
     EXPECT_EQ(defaults.value("ring"), false);
+
+    const std::string longText(2 << 20, 'x');
+    writeText(folder.path() / "long", longText);
+    UserDefaults unread(folder.path() / "long");
+    EXPECT_NE(unread.setValue("ring", false), std::nullopt);
+    EXPECT_EQ(unread.value("ring"), false);
+    EXPECT_EQ(readText(folder.path() / "long"), longText);
 }
 
 TEST(EnglishTexts, AreForLanguagesThatAreNamedAndNotChinese) {
