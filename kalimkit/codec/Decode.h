@@ -12,7 +12,7 @@ namespace kalim::codec {
 // What a picture may ask for. Its header is held against these before any pixel is allocated.
 struct DecodeLimits {
     // Pixels of the longer side.
-    int maxSide = 32768;
+    int maxSide = 32767;
     std::int64_t maxPixels = std::int64_t{1} << 28;
     // Bytes of the file that decodeFile reads.
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;

@@ -80,7 +80,7 @@ Bytes packed(const Bytes& start, std::size_t size) {
 TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
     constexpr std::uint8_t noFlags = 0;
     EXPECT_EQ(errorWithLittleMemory(pngOfSize(65535)),
-              "photo: 65535 x 65535 pixels are more than the 32768 allowed for a side");
+              "photo: 65535 x 65535 pixels are more than the 32767 allowed for a side");
     EXPECT_EQ(errorWithLittleMemory(pngOfSize(20000)),
               "photo: 20000 x 20000 pixels are more than the 268 megapixels allowed");
     EXPECT_EQ(errorWithLittleMemory(pngOfSize(16000)), "photo: the PNG data end too early");
@@ -95,7 +95,7 @@ TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
     EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
     webp.resize(webp.size() - pixel.size());
     EXPECT_EQ(errorWithLittleMemory(webp),
-              "photo: 65535 x 65535 pixels are more than the 32768 allowed for a side");
+              "photo: 65535 x 65535 pixels are more than the 32767 allowed for a side");
     // The canvas is within the limits, but the frame does not cover it.
     webp = makeWebp(concatenated(makeCanvasChunk(noFlags, 16000, 16000), pixel));
     EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");
