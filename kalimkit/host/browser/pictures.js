@@ -47,10 +47,19 @@ export function encode(source, type, quality) {
     canvas.height = height;
     canvas.getContext('2d').drawImage(source, 0, 0);
   }
-  return new Promise((resolve, reject) => canvas.toBlob((blob) => {
-    if (blob) resolve(blob);
-    else reject(tooLarge({ width, height }));
-  }, type, quality));
+  return new Promise((resolve, reject) => {
+    // Chromium encodes while it is idle, which it may be only after a frame.
+    let frame = 0;
+    const ask = () => {
+      frame = requestAnimationFrame(ask);
+    };
+    ask();
+    canvas.toBlob((blob) => {
+      cancelAnimationFrame(frame);
+      if (blob) resolve(blob);
+      else reject(tooLarge({ width, height }));
+    }, type, quality);
+  });
 }
 
 // Gives the user a file; the browser may change its name.
