@@ -177,7 +177,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.toggleAttribute('screen-size', Boolean(isScreenSize));
   }
 
-  // Texts by the Chinese ones, for the next editor.
+  // Texts by the Chinese ones, for the next picture.
   get strings() {
     return this.#strings;
   }
@@ -251,7 +251,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     try {
       const session = this.#begin();
       const [source] = await Promise.all([this.#sourceOf(picture, signal), session.ready]);
-      if (signal.aborted || !(await session.editor.open(source)) || signal.aborted) return false;
+      if (signal.aborted || !(await session.editor.open(source, this.#settings())) || signal.aborted) return false;
       // The user may have taken another one meanwhile.
       this.#picture = picture;
       session.canvas.classList.add('open');
@@ -262,6 +262,17 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       if (!this.isOpen) this.#end();
       throw error;
     }
+  }
+
+  // Of the next picture.
+  #settings() {
+    return {
+      language: languageAround(this),
+      strings: this.strings,
+      type: this.type,
+      quality: this.quality,
+      exportsAtPictureScale: !this.screenSize,
+    };
   }
 
   // What an editor takes.
@@ -288,14 +299,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     // By then a script has set all the attributes.
     await null;
     const wasm = this.getAttribute('wasm-url');
-    const editor = await KalimEditor.create(session.canvas, {
-      language: languageAround(this),
-      strings: this.strings,
-      type: this.type,
-      quality: this.quality,
-      exportsAtPictureScale: !this.screenSize,
-      ...(wasm === null ? {} : { wasm: new URL(wasm, this.baseURI) }),
-    });
+    const editor = await KalimEditor.create(session.canvas,
+      wasm === null ? {} : { wasm: new URL(wasm, this.baseURI) });
     if (session !== this.#session) {
       editor.destroy();
       throw new DOMException('The element has left its document', 'AbortError');

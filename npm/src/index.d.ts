@@ -52,7 +52,7 @@ export class KalimEditorElement extends HTMLElement {
   quality: number;
   /** Whether what is sent is as large as on the screen; from the next picture on. */
   screenSize: boolean;
-  /** Where the module is, if not beside the scripts; from the next picture on. */
+  /** Where the module is, if not beside the scripts; for pictures that are opened while none is. */
   wasmUrl: string | null;
   /** Texts of the editor by the Chinese ones; from the next picture on. */
   strings: Record<string, string>;
@@ -145,7 +145,7 @@ export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
   private constructor();
   destroy(): void;
-  open(picture: ImageBitmapSource): Promise<boolean>;
+  open(picture: ImageBitmapSource, options?: Omit<KalimEditorOptions, 'wasm'>): Promise<boolean>;
   offer(picture: ImageBitmapSource | Promise<ImageBitmapSource>): Promise<void>;
   dismiss(): void;
   readonly isOpen: boolean;

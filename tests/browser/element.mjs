@@ -98,6 +98,23 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.equal((await state()).isOpen, true);
 });
 
+test('a picture is handed over where the browser encodes only after a frame', async () => {
+  const type = await page.evaluate(async () => {
+    const { toBlob } = HTMLCanvasElement.prototype;
+    HTMLCanvasElement.prototype.toBlob = function wait(...given) {
+      const ask = window.requestAnimationFrame;
+      window.requestAnimationFrame = (work) => {
+        window.requestAnimationFrame = ask;
+        toBlob.apply(this, given);
+        return ask(work);
+      };
+    };
+    return (await window.first.exportImage()).type;
+  });
+  assert.equal(type, 'image/png');
+  assert.equal(await page.evaluate(() => window.watched.frames(10)), 0);
+});
+
 test('an editor that has stopped makes room for the next one', async () => {
   await page.evaluate(() => {
     const { drawImage } = CanvasRenderingContext2D.prototype;
@@ -318,6 +335,15 @@ test('it speaks the language that is said around it', needsChromium, async () =>
     window.embed.add('second');
   });
   await page.waitFor(() => window.second.isOpen);
-  const names = (await screen()).map(([, name]) => name);
-  assert.ok(names.includes('Send') && names.includes('发送'), names.join());
+  const names = async () => (await screen()).map(([, name]) => name);
+  let told = await names();
+  assert.ok(['Send', '发送'].every((name) => told.includes(name)), told.join());
+  // From the next picture on.
+  await page.evaluate(() => {
+    window.second.remove();
+    window.first.strings = { 撤销: 'Annuler' };
+    return window.first.open('/photos/rocket.jpg');
+  });
+  told = await names();
+  assert.ok(['发送', 'Annuler'].every((name) => told.includes(name)), told.join());
 });

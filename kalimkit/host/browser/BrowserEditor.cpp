@@ -10,9 +10,8 @@ namespace kalim {
 
 namespace {
 
-std::shared_ptr<BrowserEnvironment> makeEnvironment(gfx::Size size, double scale,
-                                                    std::string_view language) {
-    auto environment = std::make_shared<BrowserEnvironment>(language);
+std::shared_ptr<BrowserEnvironment> makeEnvironment(gfx::Size size, double scale) {
+    auto environment = std::make_shared<BrowserEnvironment>();
     environment->setScreen(size, scale);
     return environment;
 }
@@ -39,8 +38,8 @@ public:
     }
 };
 
-BrowserEditor::BrowserEditor(gfx::Size size, double scale, std::string_view language)
-    : _environment(makeEnvironment(size, scale, language)),
+BrowserEditor::BrowserEditor(gfx::Size size, double scale)
+    : _environment(makeEnvironment(size, scale)),
       _previousEnvironment(ui::Environment::install(_environment)),
       _window(size),
       _delegate(std::make_shared<Delegate>()) {

@@ -18,8 +18,8 @@ class BrowserEditor {
 public:
     enum class ExportScale { Screen, Picture, View };
 
-    // Size in points; the language as that of a BrowserEnvironment.
-    BrowserEditor(gfx::Size size, double scale, std::string_view language);
+    // Size in points.
+    BrowserEditor(gfx::Size size, double scale);
     ~BrowserEditor();
     BrowserEditor(const BrowserEditor&) = delete;
     BrowserEditor& operator=(const BrowserEditor&) = delete;

@@ -34,8 +34,9 @@ std::optional<std::string> readText(const Read& read) {
 
 }  // namespace
 
-BrowserEnvironment::BrowserEnvironment(std::string_view language)
-    : _isEnglish(prefersEnglishTexts(language)) {}
+void BrowserEnvironment::setLanguage(std::string_view language) {
+    _isEnglish = prefersEnglishTexts(language);
+}
 
 void BrowserEnvironment::setScreen(gfx::Size size, double scale) {
     _screen.scale = scale;

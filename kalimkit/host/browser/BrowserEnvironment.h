@@ -15,8 +15,8 @@ namespace kalim {
 // Chinese.
 class BrowserEnvironment : public ui::Environment {
 public:
-    // The language is one such as "en-GB".
-    explicit BrowserEnvironment(std::string_view language);
+    // Of the texts from now on, such as "en-GB".
+    void setLanguage(std::string_view language);
 
     gfx::Device& device() override { return _device; }
     ui::Screen screen() const override { return _screen; }
@@ -49,7 +49,7 @@ private:
     gfx::HtmlDevice _device;
     ui::Screen _screen;
     ui::RunLoop _loop;
-    bool _isEnglish;
+    bool _isEnglish = false;
     std::function<void(std::optional<gfx::ImageRef>)> _picked;
     std::shared_ptr<DownloadPhotoLibrary::Contents> _photos =
         std::make_shared<DownloadPhotoLibrary::Contents>();

@@ -30,7 +30,7 @@ export class Clipboard {
   }
 }
 
-// Imports of the module; strings are texts by the Chinese ones.
+// Imports of the module; strings() are texts by the Chinese ones.
 export function environment(heap, strings, clipboard) {
   const writeWhole = (text, out, room) => {
     const bytes = heap.encode(text);
@@ -41,7 +41,8 @@ export function environment(heap, strings, clipboard) {
     wall_clock: () => Date.now() / 1000,
     localized: (key, length, out, room) => {
       const name = heap.text(key, length);
-      return Object.hasOwn(strings, name) ? writeWhole(String(strings[name]), out, room) : -1;
+      const texts = strings();
+      return Object.hasOwn(texts, name) ? writeWhole(String(texts[name]), out, room) : -1;
     },
     clipboard_read: (out, room) => writeWhole(clipboard.text, out, room),
     clipboard_write: (at, length) => clipboard.write(heap.text(at, length)),

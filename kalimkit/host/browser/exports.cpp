@@ -68,10 +68,8 @@ KALIM_EXPORT("buffer") void* buffer(int bytes) {
 
 // ---- making, size, time
 
-// The buffer holds the language, such as "en-GB".
-KALIM_EXPORT("create") void create(double width, double height, double scale, int length) {
-    editor = std::make_unique<kalim::BrowserEditor>(kalim::gfx::Size{width, height}, scale,
-                                                    sharedText(length));
+KALIM_EXPORT("create") void create(double width, double height, double scale) {
+    editor = std::make_unique<kalim::BrowserEditor>(kalim::gfx::Size{width, height}, scale);
 }
 
 KALIM_EXPORT("destroy") void destroy() {
@@ -172,8 +170,10 @@ KALIM_EXPORT("release_key") void releaseKey(int length) {
 
 // ---- the picture
 
-// Opens an editor of a picture that the page has numbered.
-KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale) {
+// Opens an editor of a picture that the page has numbered. The buffer holds the language of its
+// texts, such as "en-GB".
+KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, int length) {
+    editor->environment().setLanguage(sharedText(length));
     editor->open(takePicture(picture), exportsAtPictureScale);
     editor->show();
 }

@@ -81,9 +81,14 @@ export class KalimEditor extends EventTarget {
 
   // Opens a new editor of a picture: a file, or anything else that createImageBitmap takes. Rejects
   // when the browser cannot read it, and nothing is lost then. Answers whether the picture is shown:
-  // not when another has been asked for meanwhile.
-  async open(picture) {
-    return this.#exchange.take(picture, (id) => this.#call('open', id, this.#options.exportsAtPictureScale));
+  // not when another has been asked for meanwhile. Options, but for wasm, are those of create(), for this
+  // picture and the next ones.
+  async open(picture, options = {}) {
+    return this.#exchange.take(picture, (id) => {
+      this.#options = { ...this.#options, ...options };
+      const { language, exportsAtPictureScale } = this.#options;
+      this.#call('open', id, exportsAtPictureScale, this.#module.put(language));
+    });
   }
 
   // Shows it in the editor that is open, which asks the user first when something was drawn, and
@@ -241,7 +246,7 @@ export class KalimEditor extends EventTarget {
       nextDue: () => this.#module.call('next_due'),
     });
     const { width, height, scale } = this.#screen.size;
-    this.#call('create', width, height, scale, this.#module.put(this.#options.language));
+    this.#call('create', width, height, scale);
     this.#pointers = new Pointers(this.#element, {
       fingers: (phase, fingers) => this.#touched(phase, fingers),
       pan: (phase, button, place, time) =>
@@ -259,7 +264,7 @@ export class KalimEditor extends EventTarget {
 
   #imports({ heap, drawing }) {
     return {
-      ...environment(heap, this.#options.strings, this.#clipboard),
+      ...environment(heap, () => this.#options.strings, this.#clipboard),
       present: (surface, ...box) => this.#screen.present(drawing.sourceOf(surface), ...box),
       text_focused: (at, length, begin, end, isComposing, x, y, height) =>
         this.#typing.focus({

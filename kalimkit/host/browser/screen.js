@@ -80,7 +80,8 @@ export class Screen {
     const isHidden = !(width > 0 && height > 0);
     if (isHidden && before.width) return false;
     if (isHidden) [width, height] = [innerWidth || 1, innerHeight || 1];
-    const scale = devicePixelRatio || 1;
+    // By the page's own `zoom`, too, where the browser tells it.
+    const scale = (devicePixelRatio || 1) * (this.#element.currentCSSZoom || 1);
     // What was told may be of another moment.
     const pixels = (length, told) =>
       Math.max(Math.abs(told - length * scale) <= 1 ? told : Math.round(length * scale), 1);
