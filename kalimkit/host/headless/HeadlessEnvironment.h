@@ -57,7 +57,12 @@ public:
     const std::map<std::string, bool>& userDefaults() const { return _defaults; }
     std::optional<bool> userDefault(const std::string& key) const override;
     void setUserDefault(const std::string& key, bool value) override { _defaults[key] = value; }
-    bool isPhotoLibraryAvailable() const override { return true; }
+    void setStatusBarHidden(bool hidden, bool /*animated*/) override { _hidesStatusBar = hidden; }
+    bool hidesStatusBar() const { return _hidesStatusBar; }
+    void setStatusBarStyle(int style) override { _statusBarStyle = style; }
+    int statusBarStyle() const { return _statusBarStyle; }
+    bool isPhotoLibraryAvailable() const override { return _hasPhotoLibrary; }
+    void setPhotoLibraryAvailable(bool available) { _hasPhotoLibrary = available; }
     // Waits for answerPick().
     void pickImage(const Picked& picked) override { _picked = picked; }
     // Each object is another, and all have the same contents.
@@ -84,6 +89,9 @@ private:
     bool _showsAlerts = false;
     std::string _clipboard;
     std::map<std::string, bool> _defaults;
+    bool _hidesStatusBar = false;
+    int _statusBarStyle = 0;
+    bool _hasPhotoLibrary = true;
     // Empty while nobody asks.
     Picked _picked;
     std::shared_ptr<MemoryPhotoLibrary::Contents> _photos =

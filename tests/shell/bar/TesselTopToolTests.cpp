@@ -97,6 +97,18 @@ TEST_F(TesselTopToolTest, ButtonsKeepTheirPlacesOnTheLineOfThePhone) {
     }
 }
 
+TEST_F(TesselTopToolTest, TitlesAreWhiteAndFadeWithTheState) {
+    EXPECT_EQ(bar->backgroundColor()->hex(), "#1D1D1DD9");
+    for (const auto& button :
+         {bar->closeButton(), std::shared_ptr<ui::Button>(bar->confirmButton()),
+          bar->doneButton()}) {
+        EXPECT_EQ(button->titleFont().size, 16);
+        EXPECT_EQ(button->titleColor(ui::ControlState::Normal)->hex(), "#FFFFFFFF");
+        EXPECT_EQ(button->titleColor(ui::ControlState::Highlighted)->hex(), "#FFFFFFCC");
+        EXPECT_EQ(button->titleColor(ui::ControlState::Disabled)->hex(), "#FFFFFF33");
+    }
+}
+
 TEST_F(TesselTopToolTest, EveryButtonTellsTheDelegateInOrder) {
     bar->setUndoEnableRedoEnable(true, true);
     EXPECT_EQ(heardAfterTap({31, 32}), "may? tool close ");

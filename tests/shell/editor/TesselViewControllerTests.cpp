@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/canvas/view/ToolType.h"
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/shell/config/HexColor.h"
 #include "kalimkit/shell/editor/EditorTables.h"
 #include "tests/shell/editor/EditorScreen.h"
 
@@ -42,6 +45,40 @@ TEST(TesselViewController, AppearsInTheOrderOfItsSetUp) {
     EXPECT_TRUE(host.editor->penView()->transform().isIdentity());
     host.window().setRootViewController(nullptr);
     EXPECT_EQ(host.logs.back(), "draw viewWillDisappear ");
+}
+
+TEST(TesselViewController, TellsItsSurroundingsWhatItNeeds) {
+    EditorScreen host;
+    const auto& editor = host.present().editor;
+    EXPECT_TRUE(host.environment().hidesStatusBar());
+    EXPECT_EQ(host.environment().statusBarStyle(), 1);
+    EXPECT_EQ(editor->isToolbarPlaceBottom(), true);
+    EXPECT_EQ(editor->toolbarHeight(), 0.0);
+    EXPECT_EQ(editor->confirmButton()->tag(), 100001);
+    host.draw();
+    host.use(editor->toolView()->closeButton());
+    ASSERT_TRUE(editor->actionSheet());
+    EXPECT_EQ(editor->actionSheet()->tag(), 0x636C6174);
+
+    host.logs.clear();
+    editor->setLogTranferBlock({});
+    host.window().setRootViewController(nullptr);
+    EXPECT_TRUE(host.logs.empty());
+    EXPECT_FALSE(host.environment().hidesStatusBar());
+}
+
+TEST(TesselViewController, WhiteAndYellowTextStandsOnBlack) {
+    EditorScreen host;
+    MDrawView& canvas = *host.present().editor->drawView();
+    const auto text = MDrawText::initWithStartPoint({0, 0});
+    for (const char* color : {"FFFFFF", "FFF700"}) {
+        text->setColor(colorWithHexString(color));
+        const auto backing = canvas.drawTextAskForMaskColor(*text);
+        ASSERT_TRUE(backing.has_value()) << color;
+        EXPECT_EQ((*backing)->hex(), "#000000FF") << color;
+    }
+    text->setColor(colorWithHexString("F63434"));
+    EXPECT_EQ(canvas.drawTextAskForMaskColor(*text), std::nullopt);
 }
 
 TEST(TesselViewController, TheFirstTapOnThePenButtonEndsTheRingHintForGood) {
@@ -350,12 +387,22 @@ TEST(TesselViewController, TwoFingersOnTheCanvasFadeTheButtons) {
     EditorScreen host;
     const auto& editor = host.present().editor;
     const test::TwoFingers apart{.center = {195, 400}, .radius = 60};
-    pinchRotate(host.window(), apart, {.center = {195, 400}, .radius = 120}, 4);
-    host.wait(0.3);
+    const auto fade = [&](const std::vector<std::shared_ptr<ui::View>>& faded) {
+        for (const auto& view : faded)
+            EXPECT_TRUE(isShown(*view));
+        pinchRotate(host.window(), apart, {.center = {195, 400}, .radius = 120}, 4);
+        host.wait(0.3);
+        for (const auto& view : faded)
+            EXPECT_EQ(view->alpha(), 0);
+        host.window().fingersCancelled({});
+        host.wait(1);
+        for (const auto& view : faded)
+            EXPECT_TRUE(isShown(*view));
+    };
+    fade({editor->penView()});
+    host.drawAndSelect();
+    fade({editor->configViewEdit(), editor->configViewDelete()});
     EXPECT_EQ(editor->penView()->alpha(), 0);
-    host.window().fingersCancelled({});
-    host.wait(1);
-    EXPECT_TRUE(isShown(*editor->penView()));
 }
 
 TEST(TesselViewController, ZoomsInFromAThumbnailAndOutAgain) {
@@ -419,6 +466,14 @@ TEST(TesselViewController, AnotherPictureIsPickedOrRefused) {
     ASSERT_EQ(alerts.size(), 1u);
     EXPECT_EQ(alerts[0].title + alerts[0].message + alerts[0].buttons.at(0),
               "无法载入图片载入此图片时出错好");
+}
+
+TEST(TesselViewController, AsksForNoPictureWhereThereAreNone) {
+    EditorScreen host;
+    host.environment().setPhotoLibraryAvailable(false);
+    host.present().editor->clickPickImage();
+    host.environment().answerPick(host.picture(200, 100));
+    EXPECT_EQ(host.editor->drawView()->bgImgRect().size, gfx::Size(300, 400));
 }
 
 TEST(TesselViewController, AThumbnailOfNoScaleGrowsFromNothing) {
