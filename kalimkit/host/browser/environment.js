@@ -53,3 +53,10 @@ export function environment(heap, strings, clipboard) {
     set_user_default: (key, length, value) => setSetting(heap.text(key, length), value !== 0),
   };
 }
+
+// Tells, now and after each change, whether the user wants as little motion as may be.
+export function watchMotion(signal, tell) {
+  const query = matchMedia('(prefers-reduced-motion: reduce)');
+  query.addEventListener('change', () => tell(query.matches), { signal });
+  tell(query.matches);
+}

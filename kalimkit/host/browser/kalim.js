@@ -2,7 +2,7 @@
 
 import { Choices, Pen, packedColor } from './choices.js';
 import { readDescription } from './description.js';
-import { Clipboard, environment } from './environment.js';
+import { Clipboard, environment, watchMotion } from './environment.js';
 import { Exchange } from './exchange.js';
 import { watchKeys } from './keys.js';
 import { Module } from './module.js';
@@ -254,7 +254,7 @@ export class KalimEditor extends EventTarget {
       zoom: (place, factor, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor),
     });
     this.#screen.watch();
-    this.#watchMotion();
+    watchMotion(this.#listening.signal, (isReduced) => this.#call('reduce_motion', isReduced));
     watchKeys(this.#element, this.#listening.signal, {
       press: (key, isRepeated) => this.#press(key, isRepeated),
       release: (key) => this.#module.call('release_key', this.#module.put(key)),
@@ -318,13 +318,6 @@ export class KalimEditor extends EventTarget {
     this.#schedule.plan();
     this.#worked?.();
     return result;
-  }
-
-  #watchMotion() {
-    const query = matchMedia('(prefers-reduced-motion: reduce)');
-    const tell = () => this.#call('reduce_motion', query.matches);
-    query.addEventListener('change', tell, { signal: this.#listening.signal });
-    tell();
   }
 
   // What changes nothing; 0 from a module that is no more.
