@@ -32,6 +32,7 @@ void MDrawArc::drawUp(gfx::Point p) {
 
 void MDrawArc::drawContent(gfx::Context& context) {
     // An unfinished arc shows what any tool shows that has no content of its own.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     if (!finalized()) return MDrawTool::drawContent(context);
     if (!hasAllVertices()) return;
     gfx::GraphicsStateGuard guard(context);

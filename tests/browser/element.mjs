@@ -149,10 +149,14 @@ test('of several pictures the last one is shown, and none that there is no room 
     document.body.append(element);
     answers.push(await element.open(picture(44)), await width());
     // Longer than a canvas may be.
-    await element.open(picture(40000));
+    answers.push(await element.open(picture(40000)).catch((error) => error.name));
     return answers;
   });
+  const isOpened = shown.pop();
   assert.deepEqual(shown, [[false, true], 50, [false, false], false, true, 44]);
+  // Firefox 140 cannot even read it.
+  if (browserName === 'firefox' && isOpened === 'InvalidStateError') return;
+  assert.equal(isOpened, true);
   const refusal = 'This browser has no room for a picture of 40000 x 10 pixels';
   assert.equal(await failure('exportImage'), `RangeError: ${refusal}`);
   await rest();

@@ -62,7 +62,7 @@ void sumRows(Rows pixels, const std::vector<Portion>& columns, RowSums& sums) {
     std::array<Floats, rowsTogether> sum{};
     std::size_t target = 0;
     for (const Portion& column : columns) {
-        std::array<Floats, rowsTogether> values;
+        std::array<Floats, rowsTogether> values{};
         for (std::size_t i = 0; i < rowsTogether; ++i) {
             values[i] = load(pixels[i]);
             pixels[i] += sizeof(Bytes);
@@ -112,7 +112,8 @@ Bitmap areaShrink(const Bitmap& source, PixelSize target) {
             pixels[static_cast<std::size_t>(i)] = source.row(first + std::min(i, count - 1));
         sumRows(pixels, columns, sums);
         for (int i = 0; i < count; ++i) {
-            const Portion& row = rows[static_cast<std::size_t>(first + i)];
+            const Portion& row =
+                rows[static_cast<std::size_t>(first) + static_cast<std::size_t>(i)];
             const std::vector<Floats>& sum = sums[static_cast<std::size_t>(i)];
             addScaled(total, sum, row.share);
             if (!row.isLast) continue;

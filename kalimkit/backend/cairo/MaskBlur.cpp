@@ -65,7 +65,7 @@ public:
           _blocksBetween(mask.columns, mask.rows),
           _line(static_cast<std::size_t>(mask.stride() + 2 * _reach)) {
         // Rows of zeros above and below, as far as the kernel may look.
-        const std::ptrdiff_t margin = mask.stride() * _reach;
+        const std::ptrdiff_t margin = std::ptrdiff_t{mask.stride()} * _reach;
         const std::size_t needed = mask.byteCount() + 2 * static_cast<std::size_t>(margin);
         if (scratch.size() < needed) scratch.resize(needed);
         _between = {scratch.data() + margin, mask.columns, mask.rows};
@@ -94,7 +94,7 @@ private:
             const int ahead = column + blocks;
             if (ahead < _mask.columns && source.isOccupied(ahead, y)) until = ahead + blocks;
             if (column < 0 || column > until) continue;
-            convolveBlock(line + column * kBlock, 1, _kernel.data(), _reach,
+            convolveBlock(line + std::ptrdiff_t{column} * kBlock, 1, _kernel.data(), _reach,
                           _between.block(column, y));
             _blocksBetween.occupy(column, y);
         }
@@ -158,6 +158,8 @@ void boxBlurRows(const std::uint8_t* source, int width, int height, int radius, 
         for (int x = 0; x < width; ++x, to += step) {
             if (x + radius < width) sum += source[x + radius];
             if (x - radius - 1 >= 0) sum -= source[x - radius - 1];
+            // Faster than lround, and the sum is never negative.
+            // NOLINTNEXTLINE(bugprone-incorrect-roundings)
             *to = static_cast<std::uint8_t>(static_cast<float>(sum) * factor + 0.5F);
         }
     }

@@ -36,7 +36,7 @@ private:
     // shadow.
     struct Group {
         Rect box;
-        bool castsShadow;
+        bool castsShadow = false;
     };
 
     AffineTransform toDevice() const;

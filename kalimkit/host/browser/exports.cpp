@@ -116,7 +116,8 @@ KALIM_EXPORT("next_due") double nextDue() {
 // four doubles in the buffer. All are shown together.
 
 KALIM_EXPORT("fingers") void fingers(int phase, int count) {
-    const auto numbers = std::vector<double>(shared.begin(), shared.begin() + 4 * count);
+    const auto numbers =
+        std::vector<double>(shared.begin(), shared.begin() + std::ptrdiff_t{4} * count);
     editor->window().perform([&] {
         for (auto given = numbers.begin(); given != numbers.end(); given += 4) {
             editor->runLoop().advanceTo(given[0]);

@@ -47,6 +47,7 @@ bool PictureChooser::start(const std::string& title) {
         "--file-filter=JPEG, PNG, WebP | *.jpg *.jpeg *.png *.webp *.JPG *.JPEG *.PNG *.WEBP",
         "--file-filter=* | *"};
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

@@ -37,10 +37,10 @@ struct Copy {
 
     void operator()(const SDL_Rect& rect) const {
         const std::uint8_t* const from =
-            pixels + static_cast<std::ptrdiff_t>(rect.y) * stride + rect.x * 4;
+            pixels + static_cast<std::ptrdiff_t>(rect.y) * stride + std::ptrdiff_t{rect.x} * 4;
         auto* const to = static_cast<std::uint8_t*>(screen->pixels) +
                          static_cast<std::ptrdiff_t>(rect.y) * screen->pitch +
-                         rect.x * screen->format->BytesPerPixel;
+                         std::ptrdiff_t{rect.x} * screen->format->BytesPerPixel;
         SDL_ConvertPixels(rect.w, rect.h, SDL_PIXELFORMAT_RGB888, from, stride,
                           screen->format->format, to, screen->pitch);
     }

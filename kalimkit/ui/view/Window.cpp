@@ -51,6 +51,8 @@ void Window::setSize(gfx::Size size) {
     addDamage({{}, _size});
 }
 
+// A copy, as the caller's may go while the controllers are told.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Window::setRootViewController(std::shared_ptr<ViewController> controller) {
     if (controller == _controller) return;
     const std::shared_ptr<ViewController> before = std::exchange(_controller, controller);

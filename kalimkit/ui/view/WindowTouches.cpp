@@ -249,8 +249,8 @@ std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, cons
     const Life life = _life;
     Touches taken;
     std::vector<std::shared_ptr<GestureRecognizer>> recognizers = view.gestureRecognizers();
-    std::ranges::stable_partition(recognizers,
-                                  [](const auto& recognizer) { return recognizer->isAwaited(); });
+    std::stable_partition(recognizers.begin(), recognizers.end(),
+                          [](const auto& recognizer) { return recognizer->isAwaited(); });
     for (const auto& recognizer : recognizers) {
         if (phase == TouchPhase::Began) recognizer->screen(touchesWithin(view, changed));
         const auto seenBy = [&](const Touches& touches) {

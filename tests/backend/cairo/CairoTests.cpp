@@ -56,6 +56,10 @@ bool castsShadowsOfOutlinedText() {
     return true;
 }
 
+bool keepsLongPictures() {
+    return true;
+}
+
 }  // namespace kalim::test
 
 namespace kalim::gfx {

@@ -18,6 +18,8 @@ double shadowTolerance(double sigma);
 // How far a blurred shadow may be off, in levels, where only a part of it is drawn.
 double clipTolerance();
 bool castsShadowsOfOutlinedText();
+// Whether there is room for pictures that are longer than any surface.
+bool keepsLongPictures();
 
 // A surface to draw on and to look at.
 class Canvas {

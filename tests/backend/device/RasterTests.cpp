@@ -189,6 +189,7 @@ TEST(DrawnRaster, OneLargerThanAnySurfaceIsDrawnReduced) {
     for (int x = 0; x < 40000; ++x)
         strip.setColorAt(x, 0, {0, x < 20000 ? 1.0 : 0.0, 0, 1});
     const ImageRef image = imageOf(std::move(strip));
+    if (!image && !test::keepsLongPictures()) return;
     Canvas canvas(10, 1);
     canvas.context().drawImage(*image, {0, 0, 10, 1});
     EXPECT_EQ("#00FF00FF", canvas.at(4, 0));

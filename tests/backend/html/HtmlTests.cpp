@@ -42,6 +42,11 @@ bool castsShadowsOfOutlinedText() {
     return current != Browser::WebKit;
 }
 
+// Firefox 140 does not, Firefox 153 does.
+bool keepsLongPictures() {
+    return current != Browser::Firefox;
+}
+
 }  // namespace kalim::test
 
 // The tests' results are printed as always.
