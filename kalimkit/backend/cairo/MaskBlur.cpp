@@ -63,9 +63,9 @@ public:
           _kernel(gaussianKernel(sigma)),
           _reach(static_cast<int>(_kernel.size()) - 1),
           _blocksBetween(mask.columns, mask.rows),
-          _line(static_cast<std::size_t>(mask.stride() + 2 * _reach)) {
+          _line(static_cast<std::size_t>(mask.stride()) + 2 * static_cast<std::size_t>(_reach)) {
         // Rows of zeros above and below, as far as the kernel may look.
-        const std::ptrdiff_t margin = std::ptrdiff_t{mask.stride()} * _reach;
+        const std::ptrdiff_t margin = mask.stride() * _reach;
         const std::size_t needed = mask.byteCount() + 2 * static_cast<std::size_t>(margin);
         if (scratch.size() < needed) scratch.resize(needed);
         _between = {scratch.data() + margin, mask.columns, mask.rows};
