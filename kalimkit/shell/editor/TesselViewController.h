@@ -15,7 +15,7 @@
 #include "kalimkit/shell/config/TesselConfig.h"
 #include "kalimkit/shell/editor/EditorLayout.h"
 #include "kalimkit/shell/editor/EditorState.h"
-#include "kalimkit/shell/editor/EditorViews.h"
+#include "kalimkit/shell/editor/EditorSubviews.h"
 #include "kalimkit/shell/editor/TesselViewControllerDelegate.h"
 #include "kalimkit/shell/picker/TesselPenViewDelegate.h"
 #include "kalimkit/shell/picker/TesselPopDelegate.h"
@@ -30,8 +30,8 @@ namespace kalim {
 // button, from which the panel with the pickers opens. A host makes one with a picture and a
 // delegate, shows it, and takes it away again when the delegate is told to.
 //
-// It owns all its views, see EditorViews. The panel goes from closed to opening, open, closing and
-// closed again; the edit and delete buttons stand in for the pen button while something is
+// It owns all its views, see EditorSubviews. The panel goes from closed to opening, open, closing
+// and closed again; the edit and delete buttons stand in for the pen button while something is
 // selected. Lengths are points, durations seconds.
 class KALIM_API TesselViewController : public ui::ViewController,
                                        public MDrawViewDelegate,
@@ -43,7 +43,7 @@ class KALIM_API TesselViewController : public ui::ViewController,
                                        public EditImageInitialViewDelegate,
                                        public ui::GestureDelegate,
                                        public EditorState,
-                                       public EditorViews {
+                                       public EditorSubviews {
 public:
     // ---- making. With needInitAnimate the canvas stays hidden behind a picture at fromRect (of
     // the controller's view) until the host calls startAnimateIn(). `scale` is a display scale for

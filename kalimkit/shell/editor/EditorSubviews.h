@@ -20,7 +20,7 @@ namespace kalim {
 
 // The views that make up the editor's screen, for whoever looks at it. The controller that owns
 // them is made of this and makes them.
-class KALIM_API EditorViews {
+class KALIM_API EditorSubviews {
 public:
     // ---- views; null until the controller's view is loaded
     const std::shared_ptr<MDrawView>& drawView() const { return _drawView; }
@@ -59,8 +59,8 @@ public:
     const Dots& pens() const { return _penViews; }
 
 protected:
-    EditorViews() = default;
-    ~EditorViews() = default;
+    EditorSubviews() = default;
+    ~EditorSubviews() = default;
 
     std::shared_ptr<MDrawView> _drawView;
     std::shared_ptr<TesselTopTool> _toolView;
