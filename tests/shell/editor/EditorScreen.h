@@ -79,4 +79,8 @@ public:
     std::vector<std::string> logs;
 };
 
+inline bool isShown(const ui::View& view) {
+    return !view.isHidden() && view.alpha() == 1;
+}
+
 }  // namespace kalim::test
