@@ -110,6 +110,7 @@ public:
         }
         _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
         _editor->setExportsAtPictureScale(!_options.isScreenSize);
+        _editor->setForgiving(true);
         _window.present(_editor);
         _window.update();
         if (image) {

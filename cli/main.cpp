@@ -43,6 +43,8 @@ public:
                 [this](const std::string& text) { return readScale(text, _play.screen.scale); });
         play.add_option("--picture", _play.picture, "The photo to draw on: JPEG, PNG or WebP")
             ->type_name("FILE");
+        play.add_flag("--forgiving", _play.screen.forgiving,
+                      "Mend what costs people work, as the window and the page do");
         addEditorOptions(play);
         addImage();
         addEdit();

@@ -67,6 +67,7 @@ struct Play {
 
 // Of the next play.
 std::optional<kalim::EditorSetup> editor;
+bool forgiving = false;
 std::unique_ptr<Play> current;
 std::vector<char> given;
 std::string problem;
@@ -106,6 +107,10 @@ KALIM_EXPORT("use_default") void useDefault(int length, bool value) {
     editor->userDefaults[std::string(givenText(length))] = value;
 }
 
+KALIM_EXPORT("use_forgiving") void useForgiving() {
+    forgiving = true;
+}
+
 // ---- the play
 
 // Points, and pixels per point; the given text is the name of a picture, if any. Answers with the
@@ -113,7 +118,10 @@ KALIM_EXPORT("use_default") void useDefault(int length, bool value) {
 KALIM_EXPORT("start") int start(double width, double height, double scale, int length) {
     current = nullptr;
     const std::string name(givenText(length));
-    kalim::ScenarioScreen screen{{width, height}, scale, std::exchange(editor, std::nullopt)};
+    kalim::ScenarioScreen screen{{width, height},
+                                 scale,
+                                 std::exchange(forgiving, false),
+                                 std::exchange(editor, std::nullopt)};
     if (screen.editor && !name.empty()) {
         auto loaded = files.loadPicture(name);
         if (!loaded.image) return tell(std::move(loaded.error));

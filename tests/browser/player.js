@@ -30,7 +30,7 @@ window.scenarios = {
   // lines: of the scenario; picture: the name of the first picture, or nothing; pictures: the URL of
   // each that it names; editor: nothing for the bare canvas, else { nativeHeight, entrance: its five
   // numbers, userDefaults: by their keys }. Returns { prints, exported: names, problem }.
-  async play({ width, height, scale, picture, pictures, editor, lines }) {
+  async play({ width, height, scale, forgiving, picture, pictures, editor, lines }) {
     const files = new Map();
     for (const [name, url] of Object.entries(pictures)) {
       // What cannot be read is the scenario's own affair.
@@ -54,6 +54,7 @@ window.scenarios = {
       return heap.writeText(text, exports.buffer(room), room);
     };
     const found = (length) => (length ? heap.text(exports.problem(), length) : null);
+    if (forgiving) exports.use_forgiving();
     if (editor) {
       exports.use_editor(editor.nativeHeight ?? 0);
       if (editor.entrance) exports.use_entrance(...editor.entrance);

@@ -31,6 +31,7 @@ async function readScenario(name) {
   return {
     words,
     screen: { width, height, scale: Number(option('--scale', 2)) },
+    forgiving: words.includes('--forgiving'),
     picture,
     pictures: Object.fromEntries([picture, ...named].filter(Boolean).map((at) => [at, `/${at}`])),
     editor: isEditor && {
@@ -85,6 +86,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
       playNatively(scenario, place),
       page.evaluate((given) => window.scenarios.play(given), {
         ...scenario.screen,
+        forgiving: scenario.forgiving,
         picture: scenario.picture,
         pictures: scenario.pictures,
         editor: scenario.editor,

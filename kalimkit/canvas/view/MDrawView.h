@@ -44,6 +44,10 @@ public:
     // ---- making
     static std::shared_ptr<MDrawView> initWithFrame(const gfx::Rect& frame);
     void setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate);
+    // Whether what costs people work or nerves is mended: every step has its record, what is drawn
+    // stays as it is. Off at first, and best switched on before the first touch.
+    bool forgiving() const { return _forgiving; }
+    void setForgiving(bool forgiving) { _forgiving = forgiving; }
     // The host's callback for log texts, for the whole process.
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
@@ -297,6 +301,7 @@ private:
     CanvasMosaic _mosaic;
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;
+    bool _forgiving = false;
     // A step beyond the area budget is being undone.
     bool _isTakingBack = false;
 

@@ -67,6 +67,7 @@ void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale)
     dismiss();
     _controller = TesselViewController::initWithSourceImageWithDelegate(image, _delegate);
     _controller->setExportsAtPictureScale(exportsAtPictureScale);
+    _controller->setForgiving(true);
     _window.setRootViewController(_controller);
     _keys = std::make_unique<EditorKeys>(_controller);
     _keys->setDelegate(_delegate);

@@ -23,7 +23,7 @@ JsonValue describeUserDefaults(const HeadlessEnvironment& environment) {
 
 }  // namespace
 
-void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup) {
+void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup, bool forgiving) {
     const gfx::Size size = _window.size();
     ui::Screen screen = _environment->screen();
     screen.isPhone = setup.nativeHeight.has_value();
@@ -35,6 +35,7 @@ void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup) {
     for (const auto& [key, value] : setup.userDefaults)
         _environment->setUserDefault(key, value);
     _host = EditorHost::make(setup, _window, *_environment);
+    _host->editor().setForgiving(forgiving);
     _canvas = _host->editor().drawView();
     _events = std::make_shared<CanvasEvents>(_host->sharedEditor());
     _canvas->setDrawViewdelegate(_events);

@@ -22,6 +22,8 @@ struct ScenarioScreen {
     gfx::Size canvas{390, 844};
     // Pixels per point.
     double scale = 2;
+    // See MDrawView::setForgiving and TesselViewController::setForgiving.
+    bool forgiving = false;
     // The whole editor instead of the bare canvas.
     std::optional<EditorSetup> editor = std::nullopt;
 };

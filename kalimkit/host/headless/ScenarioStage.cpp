@@ -35,11 +35,12 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
       _fingers(_window),
       _accessibility(_window) {
     if (screen.editor) {
-        presentEditor(*screen.editor);
+        presentEditor(*screen.editor, screen.forgiving);
     } else {
         _events = std::make_shared<CanvasEvents>();
         _canvas = MDrawView::initWithFrame({{}, screen.canvas});
         _canvas->setDrawViewdelegate(_events);
+        _canvas->setForgiving(screen.forgiving);
         _window.rootView()->addSubview(_canvas);
     }
     _environment->runLoop().setFrameHandler([this] { _window.display(); });

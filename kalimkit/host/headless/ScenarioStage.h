@@ -54,7 +54,7 @@ private:
     Problem showKeyboard(const JsonValue& step);
 
     // ---- with the editor's screen alone (ScenarioEditorSteps.cpp)
-    void presentEditor(const EditorSetup& setup);
+    void presentEditor(const EditorSetup& setup, bool forgiving);
     Problem tap(const JsonValue& step);
     Problem host(const JsonValue& step);
     Problem pick(const JsonValue& step);

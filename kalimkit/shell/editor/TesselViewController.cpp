@@ -74,6 +74,11 @@ void TesselViewController::setTopNavigationItemTitle(bool isCloseButton, const s
     _toolView->setNeedsLayout();
 }
 
+void TesselViewController::setForgiving(bool forgiving) {
+    _forgiving = forgiving;
+    if (_drawView) _drawView->setForgiving(forgiving);
+}
+
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
     _transBlock = std::move(block);
     doApplyTransBlockToCoreModel();
@@ -188,6 +193,7 @@ void TesselViewController::initSubviews() {
 
 void TesselViewController::makeCanvas() {
     _drawView = MDrawView::initWithFrame({});
+    _drawView->setForgiving(_forgiving);
     _drawView->setFScal(_fsacal);
     _drawView->setHidden(_needInitAnimate);
     doApplyTransBlockToCoreModel();

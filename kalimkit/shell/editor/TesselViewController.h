@@ -79,6 +79,10 @@ public:
     // screen's, and so does cropping to the canvas. Off at first.
     bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
     void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
+    // Mends what costs people work or nerves, on the canvas (see MDrawView::setForgiving) and in
+    // the editor around it. Off at first.
+    bool forgiving() const { return _forgiving; }
+    void setForgiving(bool forgiving);
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
 
@@ -242,6 +246,7 @@ private:
     double _fromScale = 0;
     float _fsacal = 0;
     bool _exportsAtPictureScale = false;
+    bool _forgiving = false;
 
     bool _hasAppeared = false;
     // The panel is open, or about to be, in the buttons' place.
