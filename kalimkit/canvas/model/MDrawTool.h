@@ -12,6 +12,7 @@
 #include "kalimkit/canvas/model/MeasurementLabel.h"
 #include "kalimkit/canvas/model/MoveDirection.h"
 #include "kalimkit/canvas/model/ToolClass.h"
+#include "kalimkit/canvas/model/ToolRules.h"
 #include "kalimkit/gfx/AffineTransform.h"
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Context.h"
@@ -154,6 +155,9 @@ public:
     bool finalized() const { return _finalized; }
     bool isNewBuild() const { return _isNewBuild; }
     void setIsNewBuild(bool isNewBuild) { _isNewBuild = isNewBuild; }
+    // As the canvas has handed them down.
+    const ToolRules& rules() const { return _rules; }
+    virtual void setRules(const ToolRules& rules) { _rules = rules; }
     // Drawn as a member of a group of several, so without handles of its own.
     bool isMutableTool() const { return _isMutableTool; }
     void setIsMutableTool(bool isMutable) { _isMutableTool = isMutable; }
@@ -225,6 +229,7 @@ private:
     bool _selected = false;
     bool _finalized = false;
     bool _isNewBuild = true;
+    ToolRules _rules;
     double _rotateAngle = 0;
     double _lastRotateAngle = 0;
     gfx::AffineTransform _transform;

@@ -57,6 +57,15 @@ void MDrawView::setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate) {
     _drawViewdelegate = std::move(delegate);
 }
 
+void MDrawView::setForgiving(bool forgiving) {
+    if (forgiving == this->forgiving()) return;
+    _newTools.rules.forgiving = forgiving;
+    if (_handingTools) _handingTools->setRules(_newTools.rules);
+    for (const ToolRef& tool : *_tools)
+        tool->setRules(_newTools.rules);
+    invalidateLayers();
+}
+
 void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
     MDrawLogUtil::sharedInstance().setLogTransferBlock(std::move(block));
 }
@@ -174,7 +183,7 @@ void MDrawView::setShowMeasurement(bool show) {
 
 void MDrawView::refreshCalibrations() {
     for (const ToolRef& tool : *_tools)
-        _newTools.applyMeasuring(*tool);
+        _newTools.applyShared(*tool);
     invalidateLayers();
 }
 
@@ -188,7 +197,7 @@ bool MDrawView::addTool(const ToolRef& tool) {
     }
     const auto alive = self();
     if (!tool->color()) tool->setColor(_newTools.color);
-    _newTools.applyMeasuring(*tool);
+    _newTools.applyShared(*tool);
     adoptText(tool);
     tool->setIsNewBuild(false);
     tool->setSelected(false);
@@ -267,7 +276,7 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     if (!step(*_undoManager)) return false;
     // A tool that comes back has missed what was set while it was away.
     for (const ToolRef& tool : *_tools)
-        _newTools.applyMeasuring(*tool);
+        _newTools.applyShared(*tool);
     refreshContextRect();
     redisplay();
     return true;

@@ -46,8 +46,8 @@ public:
     void setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate);
     // Whether what costs people work or nerves is mended: every step has its record, what is drawn
     // stays as it is. Off at first, and best switched on before the first touch.
-    bool forgiving() const { return _forgiving; }
-    void setForgiving(bool forgiving) { _forgiving = forgiving; }
+    bool forgiving() const { return _newTools.rules.forgiving; }
+    void setForgiving(bool forgiving);
     // The host's callback for log texts, for the whole process.
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
@@ -223,6 +223,7 @@ private:
 
     // ---- selection (MDrawViewSelection.cpp)
     bool isSelectionValid() const { return _handingTools && _handingTools->isValidTools(); }
+    std::shared_ptr<MDrawMutableSelect> makeSelection() const;
     void addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p);
     void removeToolFromSelectedTools(const ToolRef& tool);
     void clearSelection();
@@ -301,7 +302,6 @@ private:
     CanvasMosaic _mosaic;
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;
-    bool _forgiving = false;
     // A step beyond the area budget is being undone.
     bool _isTakingBack = false;
 

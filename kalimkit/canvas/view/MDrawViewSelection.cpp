@@ -10,7 +10,7 @@ void MDrawView::selectTools(const ToolList& tools) {
     const auto alive = self();
     // Letting go may end a rotation as a step, and a step may take tools off the canvas.
     dropSelection();
-    const auto group = MDrawMutableSelect::make();
+    const auto group = makeSelection();
     for (const ToolRef& tool : tools) {
         const bool isFree = isOnCanvas(tool) && !tool->isNewBuild() && !isMosaic(*tool);
         if (!isFree || group->containTool(tool)) continue;
@@ -22,6 +22,12 @@ void MDrawView::selectTools(const ToolList& tools) {
     }
     notifySelection();
     redisplay();
+}
+
+std::shared_ptr<MDrawMutableSelect> MDrawView::makeSelection() const {
+    const auto group = MDrawMutableSelect::make();
+    group->setRules(_newTools.rules);
+    return group;
 }
 
 void MDrawView::selectNone() {
@@ -38,7 +44,7 @@ void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
     }
     // The owner, told of it, may have taken the tool off the canvas.
     if (!isOnCanvas(tool)) return;
-    if (!_handingTools) _handingTools = MDrawMutableSelect::make();
+    if (!_handingTools) _handingTools = makeSelection();
     if (_handingTools->containTool(tool)) {
         removeToolFromSelectedTools(tool);
         return;

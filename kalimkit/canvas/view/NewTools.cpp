@@ -3,16 +3,17 @@
 namespace kalim {
 
 void NewTools::prepare(MDrawTool& tool) const {
+    applyShared(tool);
     tool.setSelected(false);
     tool.setColor(color);
     tool.setDrawType(drawType);
     tool.setLineWidth(lineWidth);
     tool.setIsNewBuild(true);
-    applyMeasuring(tool);
     tool.finalize();
 }
 
-void NewTools::applyMeasuring(MDrawTool& tool) const {
+void NewTools::applyShared(MDrawTool& tool) const {
+    tool.setRules(rules);
     tool.setCalibration(calibration);
     if (!unit.empty()) tool.setUnit(unit);
     tool.setShowMeasurement(showMeasurement);

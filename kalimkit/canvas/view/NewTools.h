@@ -13,7 +13,8 @@ namespace kalim {
 struct KALIM_API NewTools {
     // Readies a tool that a finger begins to draw.
     void prepare(MDrawTool& tool) const;
-    void applyMeasuring(MDrawTool& tool) const;
+    // What all tools of the canvas share: measuring and rules.
+    void applyShared(MDrawTool& tool) const;
 
     const ToolClass* toolClass = nullptr;
     std::uint64_t drawType = 0;
@@ -23,6 +24,7 @@ struct KALIM_API NewTools {
     // Empty until the host chooses one; tools then keep their own.
     std::string unit;
     bool showMeasurement = false;
+    ToolRules rules;
 };
 
 }  // namespace kalim
