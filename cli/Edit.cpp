@@ -7,9 +7,11 @@
 #include <cstdio>
 #include <future>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <utility>
 
+#include "cli/Complaint.h"
 #include "cli/EditOutput.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
@@ -24,7 +26,6 @@ namespace {
 
 constexpr int written = 0;
 constexpr int closed = 1;
-constexpr int failure = 2;
 
 // Points.
 constexpr gfx::Size leastSize{360, 520};
@@ -33,10 +34,6 @@ constexpr gfx::Size usualSize{480, 720};
 constexpr double chromeHeight = 90;
 // Of the desktop.
 constexpr double largestShare = 0.85;
-
-void complain(const std::string& sentence) {
-    std::fprintf(stderr, "kalimkit: %s\n", sentence.c_str());
-}
 
 struct SdlWindowDeleter {
     void operator()(::SDL_Window* window) const { SDL_DestroyWindow(window); }
@@ -102,18 +99,21 @@ public:
         _window.environment().device().lineMetrics({});
     }
 
+    // Why the result of this photo could not be written, so that nobody draws on it in vain.
+    std::optional<std::string> problemOf(const codec::DecodeResult& photo) const {
+        if (photo.error || _options.isScreenSize) return std::nullopt;
+        return _output.problemOf(photo.bitmap.size());
+    }
+
     int run(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
-        gfx::ImageRef image;
-        if (!photo.error) {
-            gfx::Device& device = _window.environment().device();
-            image = device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        bool isShown = false;
+        try {
+            isShown = show(std::move(photo), self);
+        } catch (const std::bad_alloc&) {
+            complain("there is not enough memory for the picture");
+            show({}, self);
         }
-        _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
-        _editor->setExportsAtPictureScale(!_options.isScreenSize);
-        _editor->setForgiving(true);
-        _window.present(_editor);
-        _window.update();
-        if (image) {
+        if (isShown) {
             chooseTools();
             playScenario();
         } else {
@@ -134,14 +134,28 @@ public:
             tell("无法保存图片", *problem, {});
             return;
         }
-        if (!_output.written().empty())
-            std::fprintf(stderr, "kalimkit: the picture is in %s\n", _output.written().c_str());
+        if (!_output.written().empty()) say("the picture is in " + _output.written());
         end(written);
     }
 
     void close() override { end(_status); }
 
 private:
+    // Presents the editor. Whether it has a picture.
+    bool show(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
+        gfx::Device& device = _window.environment().device();
+        const gfx::ImageRef image =
+            photo.bitmap.isEmpty()
+                ? nullptr
+                : device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
+        _editor->setExportsAtPictureScale(!_options.isScreenSize);
+        _editor->setForgiving(true);
+        _window.present(_editor);
+        _window.update();
+        return image != nullptr;
+    }
+
     void end(int status) {
         _status = status;
         _isOver = true;
@@ -212,18 +226,14 @@ private:
 
 int edit(const EditOptions& options) {
     codec::Bytes bytes;
-    const std::string path = options.photo == "-" ? "/dev/stdin" : options.photo;
-    const std::string name = options.photo == "-" ? "standard input" : options.photo;
-    if (const auto problem = codec::readFile(path, bytes)) {
-        complain(*problem);
-        return failure;
+    const bool isPiped = options.photo == "-";
+    const std::string name = isPiped ? "standard input" : options.photo;
+    if (const auto problem = codec::readPictureFile(isPiped ? "/dev/stdin" : name, bytes)) {
+        return complain(*problem);
     }
     std::string problem;
     std::optional<EditOutput> output = EditOutput::make(options, bytes, problem);
-    if (!output) {
-        complain(problem);
-        return failure;
-    }
+    if (!output) return complain(problem);
     // Large photos take longer than the connection to the screen and the window do.
     auto decoding = std::async(std::launch::async, [&] { return codec::decode(bytes, name); });
     const Video video;
@@ -238,9 +248,11 @@ int edit(const EditOptions& options) {
     codec::DecodeResult photo = decoding.get();
     if (photo.error) complain(*photo.error);
     bytes = {};
-    if (!session) {
-        complain(problem);
-        return failure;
+    if (!session) return complain(problem);
+    // Nobody sees an alert that waits at the end of a pipe.
+    if (photo.error && isPiped) return failure;
+    if (const auto unwritable = session->problemOf(photo)) {
+        return complain(name + ": " + *unwritable);
     }
     showWindow(window.get(), windowSize(photo, options.scale), options.scale);
     return session->run(std::move(photo), session);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -9,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 
 namespace kalim::cli {
@@ -79,13 +81,38 @@ std::string EditOutput::freeName() const {
     return name;
 }
 
+std::optional<std::string> EditOutput::problemOf(gfx::PixelSize size) const {
+    if (_format != PictureFormat::Webp) return std::nullopt;
+    if (std::max(size.width, size.height) <= codec::longestWebpSide) return std::nullopt;
+    return "a WebP picture has sides of at most " + std::to_string(codec::longestWebpSide) +
+           " pixels; choose another format with -f";
+}
+
+// Another editor may take the name that was free a moment ago.
+std::optional<std::string> EditOutput::writeUnderFreeName(const codec::Bytes& bytes,
+                                                          std::string& path) {
+    bool isTaken = true;
+    std::optional<std::string> problem;
+    while (isTaken) {
+        path = freeName();
+        problem = codec::writeNewFile(path, bytes, isTaken);
+    }
+    return problem;
+}
+
 std::optional<std::string> EditOutput::write(const gfx::Image& image) {
     const bool isStandard = _path.empty() && _stem.empty();
-    const std::string path = isStandard || !_path.empty() ? _path : freeName();
+    std::string path = isStandard || !_path.empty() ? _path : freeName();
     codec::Bytes bytes;
     auto problem = encode(image, _format, bytes);
     if (problem) return (isStandard ? "standard output" : path) + ": " + *problem;
-    problem = isStandard ? writeStandardOutput(bytes) : codec::writeFileAtomically(path, bytes);
+    if (isStandard) {
+        problem = writeStandardOutput(bytes);
+    } else if (_path.empty()) {
+        problem = writeUnderFreeName(bytes, path);
+    } else {
+        problem = codec::writeFileAtomically(path, bytes);
+    }
     if (!problem) _written = path;
     return problem;
 }

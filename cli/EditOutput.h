@@ -17,6 +17,8 @@ public:
     static std::optional<EditOutput> make(const EditOptions& options, codec::ByteSpan photo,
                                           std::string& problem);
 
+    // Why no picture of this size can be written; nothing where one can.
+    std::optional<std::string> problemOf(gfx::PixelSize size) const;
     // All of it or nothing. Nothing on success, else a sentence that says what went wrong; after
     // that it may be tried again.
     std::optional<std::string> write(const gfx::Image& image);
@@ -26,6 +28,7 @@ public:
 private:
     EditOutput() = default;
     std::string freeName() const;
+    std::optional<std::string> writeUnderFreeName(const codec::Bytes& bytes, std::string& path);
 
     PictureFormat _format = PictureFormat::Png;
     // Empty for standard output.

@@ -1,10 +1,10 @@
 #include "cli/Image.h"
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "cli/Complaint.h"
 #include "cli/PictureFiles.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
@@ -46,9 +46,7 @@ int image(const ImageOptions& options) {
         ui::Environment::install(std::make_shared<HeadlessEnvironment>(*device, 1.0));
     const std::optional<std::string> problem = convert(options, *device);
     ui::Environment::install(previous);
-    if (!problem) return 0;
-    std::fprintf(stderr, "kalimkit: %s\n", problem->c_str());
-    return 2;
+    return problem ? complain(*problem) : 0;
 }
 
 }  // namespace kalim::cli

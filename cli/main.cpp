@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Complaint.h"
 #include "cli/Edit.h"
 #include "cli/EditOptionValues.h"
 #include "cli/Image.h"
@@ -19,8 +20,6 @@
 namespace kalim::cli {
 
 namespace {
-
-constexpr int failure = 2;
 
 // The command line, read into what is to be done.
 class CommandLine {
@@ -194,7 +193,8 @@ private:
     }
 
     static int fail(const std::string& sentence) {
-        std::fprintf(stderr, "kalimkit: %s\nSee kalimkit --help.\n", sentence.c_str());
+        complain(sentence);
+        std::fputs("See kalimkit --help.\n", stderr);
         return failure;
     }
 
@@ -224,9 +224,7 @@ int main(int argc, char** argv) try {
     kalim::gfx::CairoDevice::releaseFontCaches();
     return status;
 } catch (const std::bad_alloc&) {
-    std::fputs("kalimkit: out of memory\n", stderr);
-    return kalim::cli::failure;
+    return kalim::cli::complain("out of memory");
 } catch (const std::exception& error) {
-    std::fprintf(stderr, "kalimkit: %s\n", error.what());
-    return kalim::cli::failure;
+    return kalim::cli::complain(error.what());
 }

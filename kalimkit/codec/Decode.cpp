@@ -71,10 +71,26 @@ std::string sizeText(std::uint32_t width, std::uint32_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
+enum class Format { Jpeg, Png, Webp, Other };
+
+Format formatOf(ByteSpan bytes) {
+    if (hasAt(bytes, 0, jpegStart)) return Format::Jpeg;
+    if (hasAt(bytes, 0, pngStart)) return Format::Png;
+    const bool isWebp = hasAt(bytes, 0, riffStart) && hasAt(bytes, 8, webpForm);
+    return isWebp ? Format::Webp : Format::Other;
+}
+
 DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
-    if (hasAt(bytes, 0, jpegStart)) return decodeJpeg(bytes, limits);
-    if (hasAt(bytes, 0, pngStart)) return decodePng(bytes, limits);
-    if (hasAt(bytes, 0, riffStart) && hasAt(bytes, 8, webpForm)) return decodeWebp(bytes, limits);
+    switch (formatOf(bytes)) {
+        case Format::Jpeg:
+            return decodeJpeg(bytes, limits);
+        case Format::Png:
+            return decodePng(bytes, limits);
+        case Format::Webp:
+            return decodeWebp(bytes, limits);
+        case Format::Other:
+            break;
+    }
     return refuse(bytes);
 }
 
@@ -114,9 +130,18 @@ DecodeResult decode(ByteSpan bytes, const std::string& name, const DecodeLimits&
     return result;
 }
 
+bool mayBePicture(ByteSpan start) {
+    return formatOf(start) != Format::Other;
+}
+
+std::optional<std::string> readPictureFile(const std::string& path, Bytes& bytes,
+                                           const DecodeLimits& limits) {
+    return readFileIf(path, bytes, limits.maxFileBytes, mayBePicture);
+}
+
 DecodeResult decodeFile(const std::string& path, const DecodeLimits& limits) {
     Bytes bytes;
-    if (const auto error = readFile(path, bytes, limits.maxFileBytes)) return failure(*error);
+    if (const auto error = readPictureFile(path, bytes, limits)) return failure(*error);
     return decode(bytes, path, limits);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "kalimkit/codec/Bytes.h"
@@ -14,7 +15,7 @@ struct DecodeLimits {
     // Pixels of the longer side.
     int maxSide = 32767;
     std::int64_t maxPixels = std::int64_t{1} << 28;
-    // Bytes of the file that decodeFile reads.
+    // Bytes of a file.
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
 };
 
@@ -23,6 +24,13 @@ struct DecodeLimits {
 // error. `name` stands at the front of every message, usually the path.
 KALIM_API DecodeResult decode(ByteSpan bytes, const std::string& name,
                               const DecodeLimits& limits = {});
+// Whether these first bytes, 16 of them, may be those of a picture that decode() reads.
+KALIM_API bool mayBePicture(ByteSpan start);
+// Fills `bytes` with a file for decode(). Of one that is no picture only the first bytes are read,
+// for which decode() says what is wrong. Answers with nothing, or with a message that names the
+// path and the reason.
+KALIM_API std::optional<std::string> readPictureFile(const std::string& path, Bytes& bytes,
+                                                     const DecodeLimits& limits = {});
 KALIM_API DecodeResult decodeFile(const std::string& path, const DecodeLimits& limits = {});
 
 }  // namespace kalim::codec

@@ -20,8 +20,10 @@ KALIM_API std::optional<std::string> encodePng(const gfx::Bitmap& bitmap, Bytes&
 KALIM_API std::optional<std::string> encodeJpeg(const gfx::Bitmap& bitmap, int quality,
                                                 Bytes& bytes);
 
-// Straight alpha where a pixel is not opaque. Quality 1 to 100, values beyond are clamped. Sides of
-// up to 16383 pixels; colours are kept at half resolution, as the format has it.
+// Pixels.
+constexpr int longestWebpSide = 16383;
+// Straight alpha where a pixel is not opaque. Quality 1 to 100, values beyond are clamped. No side
+// is longer than the above; colours are kept at half resolution, as the format has it.
 KALIM_API std::optional<std::string> encodeWebp(const gfx::Bitmap& bitmap, int quality,
                                                 Bytes& bytes);
 

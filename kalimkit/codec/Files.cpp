@@ -6,10 +6,11 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+
+#include "kalimkit/codec/NewFile.h"
 
 namespace kalim::codec {
 
@@ -77,25 +78,12 @@ std::optional<fs::path> resolveLinks(const std::string& path) {
     return std::nullopt;
 }
 
-// A name of its own in the target's folder, where a rename needs no copying. It is short, so that
-// it fits wherever the target's name does.
-std::string temporaryName(const fs::path& target) {
-    static std::atomic<unsigned> counter{0};
-    const std::string name =
-        ".kalim-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp";
-    return (target.parent_path() / name).string();
-}
-
-// Answers with 0 or an errno. `existing` tells owner and mode of the file to be replaced.
-int fillTemporary(OpenFile& file, ByteSpan bytes, const struct stat* existing) {
-    if (existing) {
-        // Only a privileged process may give a file away; for others it stays the writer's.
-        const bool sameOwner = ::fchown(file.descriptor(), existing->st_uid, existing->st_gid) == 0;
-        const mode_t kept = sameOwner ? 07777 : 0777;
-        if (::fchmod(file.descriptor(), existing->st_mode & kept) != 0) return errno;
-    }
-    if (!writeAll(file.descriptor(), bytes) || ::fsync(file.descriptor()) != 0) return errno;
-    return file.close() ? 0 : errno;
+// Gives the file owner and mode of the one that it replaces.
+int takeAfter(int descriptor, const struct stat& existing) {
+    // Only a privileged process may give a file away; for others it stays the writer's.
+    const bool sameOwner = ::fchown(descriptor, existing.st_uid, existing.st_gid) == 0;
+    const mode_t kept = sameOwner ? 07777 : 0777;
+    return ::fchmod(descriptor, existing.st_mode & kept) == 0 ? 0 : errno;
 }
 
 // The new name is on the disk only when its folder is. The file is complete without it, so a file
@@ -105,23 +93,17 @@ void syncFolder(const fs::path& folder) {
     if (opened.isOpen()) ::fsync(opened.descriptor());
 }
 
+// Answers with 0 or an errno.
 int replaceFile(const fs::path& target, ByteSpan bytes, const struct stat* existing) {
-    constexpr int maxAttempts = 100;
-    for (int attempt = 0; attempt < maxAttempts; ++attempt) {
-        const std::string temporary = temporaryName(target);
-        OpenFile file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
-        if (!file.isOpen() && errno == EEXIST) continue;
-        if (!file.isOpen()) return errno;
-        int error = fillTemporary(file, bytes, existing);
-        if (error == 0 && ::rename(temporary.c_str(), target.c_str()) != 0) error = errno;
-        if (error != 0) {
-            ::unlink(temporary.c_str());
-            return error;
-        }
-        syncFolder(target.parent_path());
-        return 0;
-    }
-    return EEXIST;
+    NewFile file(target);
+    int error = file.error();
+    if (error == 0 && existing) error = takeAfter(file.descriptor(), *existing);
+    if (error == 0) error = file.fill(bytes);
+    if (error == 0) error = file.replaceTarget();
+    if (error != 0) return error;
+    syncFolder(target.parent_path());
+    NewFile::removeLeftovers(target.parent_path());
+    return 0;
 }
 
 int writeInPlace(const std::string& path, ByteSpan bytes) {
@@ -144,6 +126,11 @@ int writeOrReplace(const std::string& path, ByteSpan bytes) {
 }  // namespace
 
 std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::uint64_t maxBytes) {
+    return readFileIf(path, bytes, maxBytes, [](ByteSpan) { return true; });
+}
+
+std::optional<std::string> readFileIf(const std::string& path, Bytes& bytes, std::uint64_t maxBytes,
+                                      const std::function<bool(ByteSpan start)>& goesOn) {
     bytes.clear();
     if (const auto problem = checkName(path)) return problem;
     const OpenFile file(path, O_RDONLY);
@@ -161,7 +148,11 @@ std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::
         if (error == 0 && count == 0) return std::nullopt;
         if (error == 0 && bytes.size() + static_cast<std::uint64_t>(count) <= maxBytes) {
             bytes.insert(bytes.end(), block.begin(), block.begin() + count);
-            continue;
+            const bool isStart = bytes.size() - static_cast<std::size_t>(count) < startLength;
+            if (!isStart || bytes.size() < startLength) continue;
+            if (goesOn(ByteSpan(bytes).first(startLength))) continue;
+            bytes.resize(startLength);
+            return std::nullopt;
         }
         bytes.clear();
         return error != 0
@@ -173,6 +164,21 @@ std::optional<std::string> readFile(const std::string& path, Bytes& bytes, std::
 std::optional<std::string> writeFileAtomically(const std::string& path, ByteSpan bytes) {
     if (const auto problem = checkName(path)) return problem;
     if (const int error = writeOrReplace(path, bytes)) return message(path, error);
+    return std::nullopt;
+}
+
+std::optional<std::string> writeNewFile(const std::string& path, ByteSpan bytes, bool& isTaken) {
+    isTaken = false;
+    if (const auto problem = checkName(path)) return problem;
+    NewFile file(path);
+    int error = file.error();
+    if (error == 0) error = file.fill(bytes);
+    if (error == 0) error = file.becomeTarget();
+    isTaken = error == EEXIST;
+    if (error != 0) return message(path, error);
+    const fs::path folder = fs::path(path).parent_path();
+    syncFolder(folder);
+    NewFile::removeLeftovers(folder);
     return std::nullopt;
 }
 

@@ -192,11 +192,14 @@ int JpegDecoder::countScans() const {
 }
 
 // A few bytes may not ask for gigabytes of pixels: a Huffman code is at least a bit long, and every
-// block of 64 pixels has one. Arithmetic coding knows no such bound.
+// block of 64 pixels has one. Arithmetic coding knows no such bound; a blank picture of it may be
+// small, but not as large as the limits allow.
 bool JpegDecoder::holdsEnoughData() const {
     constexpr std::uint64_t pixelsPerByte = std::uint64_t{64} * 8;
+    constexpr std::uint64_t blankPixels = std::uint64_t{1} << 24U;
     const std::uint64_t pixels = std::uint64_t{_info.image_width} * _info.image_height;
-    return _info.arith_code || pixels / pixelsPerByte <= _bytes.size();
+    if (_info.arith_code && pixels <= blankPixels) return true;
+    return pixels / pixelsPerByte <= _bytes.size();
 }
 
 bool JpegDecoder::chooseColors() {

@@ -118,7 +118,9 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
 
 void WebpDecoder::finishColors(gfx::Bitmap& bitmap) {
     const auto conversion = ColorConversion::make(profile(), ColorConversion::Samples::Bgra);
-    const bool hasAlpha = _config.input.has_alpha != 0;
+    // A lossless picture tells of its alpha by a hint alone, which may be wrong.
+    constexpr int lossless = 2;
+    const bool hasAlpha = _config.input.has_alpha != 0 || _config.input.format == lossless;
     if (!conversion && !hasAlpha) return;
     const auto pixelCount = static_cast<std::size_t>(bitmap.width());
     for (int y = 0; y < bitmap.height(); ++y) {

@@ -56,7 +56,7 @@ bool WebpEncoder::takePixels(const gfx::Bitmap& bitmap) {
     _picture.use_argb = 1;
     _picture.width = bitmap.width();
     _picture.height = bitmap.height();
-    if (std::max(bitmap.width(), bitmap.height()) > WEBP_MAX_DIMENSION) {
+    if (std::max(bitmap.width(), bitmap.height()) > longestWebpSide) {
         _picture.error_code = VP8_ENC_ERROR_BAD_DIMENSION;
         return false;
     }
@@ -77,7 +77,7 @@ bool WebpEncoder::takePixels(const gfx::Bitmap& bitmap) {
 std::string WebpEncoder::error() const {
     switch (_picture.error_code) {
         case VP8_ENC_ERROR_BAD_DIMENSION:
-            return "a side is longer than " + std::to_string(WEBP_MAX_DIMENSION) + " pixels";
+            return "a side is longer than " + std::to_string(longestWebpSide) + " pixels";
         case VP8_ENC_ERROR_OUT_OF_MEMORY:
         case VP8_ENC_ERROR_BITSTREAM_OUT_OF_MEMORY:
         case VP8_ENC_ERROR_BAD_WRITE:

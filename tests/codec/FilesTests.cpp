@@ -2,13 +2,19 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <set>
+
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/NewFile.h"
+#include "kalimkit/codec/TerminalText.h"
 
 namespace kalim::codec::test {
 
@@ -156,6 +162,68 @@ TEST_F(Files, ReadingNamesWhatIsMissingTooLongOrNoFile) {
     // A device has no length of its own.
     EXPECT_EQ(readFile("/dev/zero", bytes, 70'000),
               "/dev/zero: the file is longer than 70000 bytes");
+}
+
+TEST_F(Files, ANewFileNeverTakesThePlaceOfAnother) {
+    bool isTaken = true;
+    EXPECT_EQ(writeNewFile(path("new"), Bytes{1}, isTaken), std::nullopt);
+    EXPECT_FALSE(isTaken);
+    fs::create_symlink("nowhere", path("link"));
+    for (const std::string name : {"new", "link"}) {
+        EXPECT_EQ(writeNewFile(path(name), Bytes{2}, isTaken), path(name) + ": File exists");
+        EXPECT_TRUE(isTaken) << name;
+    }
+    EXPECT_EQ(read("new"), Bytes{1});
+    EXPECT_EQ(names(), (std::set<std::string>{"new", "link"}));
+}
+
+TEST_F(Files, WhatAKilledWriterLeftIsRemovedAndALivingOnesIsNot) {
+    {
+        NewFile written(path("target"));
+        ASSERT_EQ(written.fill(Bytes(100, 7)), 0);
+        NewFile::removeLeftovers(path("."));
+        ASSERT_EQ(written.replaceTarget(), 0);
+    }
+    EXPECT_EQ(read("target"), Bytes(100, 7));
+    for (const char* name : {".kalim-1-0.tmp", ".kalim-99999-12.tmp", ".kalim-mine.tmp", "x.tmp"})
+        std::ofstream(path(name)) << "half";
+    const int living = ::open(path(".kalim-1-0.tmp").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(living, LOCK_EX), 0);
+    write("other", {1});
+    EXPECT_EQ(names(), (std::set<std::string>{".kalim-1-0.tmp", ".kalim-mine.tmp", "x.tmp", "other",
+                                              "target"}));
+    ::close(living);
+}
+
+TEST_F(Files, WhatIsNoPictureIsReadNoFurtherThanItsStart) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const std::string text = "no picture, and it never ends";
+    ASSERT_EQ(::write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    Bytes bytes;
+    // It would wait for ever otherwise.
+    EXPECT_EQ(readPictureFile("/dev/fd/" + std::to_string(ends[0]), bytes), std::nullopt);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), text.substr(0, startLength));
+    EXPECT_EQ(decode(bytes, "it").error, "it: not a picture that can be read (JPEG, PNG or WebP)");
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(TerminalText, ShowsWhatATerminalWouldObey) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"photo 照片 é😀.png", "photo 照片 é😀.png"},
+        {"a\x1B[2Jb\n\t\x7F", "a\\x1B[2Jb\\x0A\\x09\\x7F"},
+        {"\xC2\x9B"
+         "2J",
+         "\\x9B2J"},
+        {"\x9B\xFF\xE4\xBD", "\\x9B\\xFF\\xE4\\xBD"},
+        {"\xC0\x80\xED\xA0\x80", "\\xC0\\x80\\xED\\xA0\\x80"},
+        {"gpj.\xE2\x80\xAE"
+         "exe",
+         "gpj.\\u202Eexe"},
+    };
+    for (const auto& [text, shown] : cases)
+        EXPECT_EQ(terminalText(text), shown);
 }
 
 TEST_F(Files, AZeroByteInANameIsNotTheEndOfIt) {

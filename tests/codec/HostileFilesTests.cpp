@@ -43,7 +43,7 @@ Bytes pngOfSize(std::uint32_t side) {
                         concatenated(makeChunk("IHDR", header), makeChunk("IDAT", Bytes(9, 1))));
 }
 
-Bytes jpegOfSize(std::uint32_t side) {
+Bytes jpegOfSize(std::uint32_t side, bool isArithmetic = false) {
     Bytes file = makeJpeg({.inputSpace = JCS_RGB, .fileSpace = JCS_YCbCr, .pixel = {1, 2, 3}});
     const Bytes frameMarker{0xFF, 0xC0};
     // Behind the marker: length (2), precision (1), height and width (2 each).
@@ -51,6 +51,7 @@ Bytes jpegOfSize(std::uint32_t side) {
         std::search(file.begin(), file.end(), frameMarker.begin(), frameMarker.end()) + 5;
     size[0] = size[2] = static_cast<std::uint8_t>(side >> 8);
     size[1] = size[3] = static_cast<std::uint8_t>(side);
+    if (isArithmetic) size[-4] = 0xC9;
     return file;
 }
 
@@ -89,7 +90,10 @@ TEST(HostileFiles, SizesBeyondTheLimitsCostNoMemory) {
               "(Maximum supported image dimension is 65500 pixels)");
     EXPECT_EQ(errorWithLittleMemory(jpegOfSize(20000)),
               "photo: 20000 x 20000 pixels are more than the 268 megapixels allowed");
-    EXPECT_EQ(errorWithLittleMemory(jpegOfSize(16000)), "photo: the JPEG data end too early");
+    for (const bool isArithmetic : {false, true}) {
+        EXPECT_EQ(errorWithLittleMemory(jpegOfSize(16000, isArithmetic)),
+                  "photo: the JPEG data end too early");
+    }
     const Bytes pixel = makeLosslessChunk(gfx::Bitmap(1, 1));
     Bytes webp = makeWebp(concatenated(makeCanvasChunk(noFlags, 65535, 65535), pixel));
     EXPECT_EQ(errorWithLittleMemory(webp), "photo: the WebP data are damaged");

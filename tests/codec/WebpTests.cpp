@@ -45,6 +45,13 @@ TEST(Webp, LosslessPixelsBecomePremultiplied) {
     EXPECT_EQ(result.bitmap.size(), straight.size());
     EXPECT_EQ(pixelAt(result.bitmap, 0, 0), (Bytes{10, 100, 200, 255}));
     EXPECT_EQ(pixelAt(result.bitmap, 2, 1), (Bytes{2, 20, 40, 51}));
+    // The hint that says whether there is alpha: behind two sizes of 14 bits, behind "VP8L", its
+    // length and a byte.
+    Bytes file = makeWebp(makeLosslessChunk(straight));
+    constexpr std::size_t hint = 12 + 8 + 1 + 3;
+    ASSERT_NE(file[hint] & 0x10U, 0U);
+    file[hint] &= 0xEFU;
+    EXPECT_EQ(pixelAt(decode(file, "photo").bitmap, 2, 1), (Bytes{2, 20, 40, 51}));
 }
 
 TEST(Webp, WhatIsWrittenComesBackWithItsAlphaAndSmallerForLowerQuality) {

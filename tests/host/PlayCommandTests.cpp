@@ -56,6 +56,8 @@ TEST_F(PlayCommand, RefusesWhatItCannotRead) {
     const Case cases[] = {
         {{"play", "lost.jsonl"}, "kalimkit: lost.jsonl: No such file or directory"},
         {{"play", "folder"}, "kalimkit: folder: Is a directory"},
+        {{"play", "/dev/zero"}, "kalimkit: /dev/zero:1: the line is longer than 64 MiB"},
+        {{"play", "a\x1B[2J.jsonl"}, "kalimkit: a\\x1B[2J.jsonl: No such file"},
         {{"play", "-", "--picture", "lost.png"}, "kalimkit: --picture: lost.png"},
         {{"play", "-", "--picture", "text.png"}, "kalimkit: --picture: text.png"},
         {{"play"}, "SCENARIO is required"},

@@ -7,10 +7,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <vector>
+
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/Files.h"
 
 extern char** environ;
 
@@ -53,8 +57,10 @@ public:
         return done == bytes.size();
     }
 
-    // All that it says; fewer after an error.
-    codec::Bytes readAll() {
+    // All that it says; fewer after an error, and nothing where it is no picture or a larger one
+    // than any file may be.
+    codec::Bytes readPicture() {
+        constexpr codec::DecodeLimits limits;
         codec::Bytes bytes;
         std::array<std::uint8_t, 65536> part{};
         while (isReady(POLLIN)) {
@@ -62,6 +68,13 @@ public:
             if (count < 0 && errno == EINTR) continue;
             if (count <= 0) break;
             bytes.insert(bytes.end(), part.data(), part.data() + count);
+            const auto start =
+                codec::ByteSpan(bytes).first(std::min(bytes.size(), codec::startLength));
+            const bool isRefused =
+                start.size() == codec::startLength && !codec::mayBePicture(start);
+            if (!isRefused && bytes.size() <= limits.maxFileBytes) continue;
+            ::kill(_process, SIGTERM);
+            return {};
         }
         return bytes;
     }
@@ -132,7 +145,7 @@ bool put(const codec::Bytes& png) {
 
 std::optional<codec::Bytes> get() {
     Xclip xclip(STDOUT_FILENO);
-    codec::Bytes png = xclip.readAll();
+    codec::Bytes png = xclip.readPicture();
     const int status = xclip.finish();
     if (status == noProgram) return std::nullopt;
     return status == 0 ? png : codec::Bytes();

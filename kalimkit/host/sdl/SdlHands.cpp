@@ -5,6 +5,7 @@
 
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
+#include "kalimkit/codec/TerminalText.h"
 #include "kalimkit/host/sdl/PictureClipboard.h"
 #include "kalimkit/shell/editor/EditorKeys.h"
 
@@ -36,7 +37,9 @@ bool SdlWindow::Hands::openFile(const std::string& path) {
 }
 
 bool SdlWindow::Hands::open(codec::DecodeResult decoded) {
-    if (decoded.error) std::fprintf(stderr, "%s\n", decoded.error->c_str());
+    if (decoded.error) {
+        std::fprintf(stderr, "%s\n", codec::terminalText(*decoded.error).c_str());
+    }
     gfx::Device& device = _window.environment().device();
     gfx::ImageRef image;
     if (!decoded.error) image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);

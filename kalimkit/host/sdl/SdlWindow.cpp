@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <string_view>
+#include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/sdl/SdlHands.h"
@@ -113,7 +115,7 @@ void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
 void SdlWindow::run(std::optional<double> seconds) {
     const double end = seconds ? _environment->runLoop().now() + *seconds : INFINITY;
     _isStopped = false;
-    update();
+    withinMemory([this] { update(); });
     while (!_isStopped && _environment->runLoop().now() < end) {
         int wait = waitTime();
         if (seconds) {
@@ -121,12 +123,28 @@ void SdlWindow::run(std::optional<double> seconds) {
             wait = wait < 0 ? static_cast<int>(left) : std::min(wait, static_cast<int>(left));
         }
         SDL_Event event;
-        if (SDL_WaitEventTimeout(&event, wait) == 1) {
-            handle(event);
-            while (!_isStopped && SDL_PollEvent(&event) == 1)
-                handle(event);
+        bool isThere = SDL_WaitEventTimeout(&event, wait) == 1;
+        while (isThere) {
+            withinMemory([&] { handle(event); });
+            isThere = !_isStopped && SDL_PollEvent(&event) == 1;
         }
-        update();
+        withinMemory([this] { update(); });
+    }
+}
+
+// What does not fit in memory is told to the user, who still has the work done so far.
+void SdlWindow::withinMemory(const std::function<void()>& work) {
+    try {
+        work();
+        _isShort = false;
+    } catch (const std::bad_alloc&) {
+        // Once, where every frame is too much.
+        if (!std::exchange(_isShort, true)) {
+            _environment->presentAlert({_environment->localizedString("内存不足"),
+                                        "",
+                                        {_environment->localizedString("好")},
+                                        {}});
+        }
     }
 }
 

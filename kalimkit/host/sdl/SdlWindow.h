@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -75,6 +76,7 @@ private:
     gfx::Point pointAt(double x, double y) const;
     std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(*_window); }
 
+    void withinMemory(const std::function<void()>& work);
     void takeSize();
     void followCaret();
     void present(const std::vector<gfx::Rect>& rects);
@@ -87,6 +89,8 @@ private:
     // SDL's clock when the run loop's began, milliseconds.
     std::uint64_t _start;
     bool _isStopped = false;
+    // The last piece of work did not fit in memory.
+    bool _isShort = false;
     // The mouse is a finger on the window.
     bool _isMouseDown = false;
     bool _isTyping = false;

@@ -27,6 +27,7 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"请安装 xclip 以复制和粘贴图片", "Install xclip to copy and paste pictures"},
     {"剪贴板中没有图片", "There Is No Picture on the Clipboard"},
     {"无法保存图片", "The Picture Cannot Be Saved"},
+    {"内存不足", "There Is Not Enough Memory"},
     {"工具栏", "Tool bar"},
     {"更多", "More"},
     {"撤销", "Undo"},

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <new>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/shell/editor/EditorKeys.h"
 #include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/control/AlertView.h"
 
 namespace kalim::test {
 
@@ -164,6 +166,16 @@ TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
     event.window.windowID += 1;
     window->handle(event);
     EXPECT_EQ(owner->closed, 1) << "another window";
+}
+
+TEST_F(SdlWindowTest, WhatDoesNotFitInMemoryIsAnAlertAndTheWorkGoesOn) {
+    touch(SDL_FINGERDOWN, 3, 100, 200);
+    touch(SDL_FINGERMOTION, 3, 150, 220);
+    touch(SDL_FINGERUP, 3, 200, 240);
+    window->environment().runLoop().async([] { throw std::bad_alloc(); });
+    window->run(0.05);
+    EXPECT_NE(ui::AlertView::topmostIn(window->window()), nullptr);
+    EXPECT_TRUE(canvas().hasDrawed());
 }
 
 }  // namespace kalim::test
