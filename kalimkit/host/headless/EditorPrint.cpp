@@ -142,8 +142,8 @@ JsonValue describeSheet(const TesselViewController& editor) {
     const auto& sheet = editor.actionSheet();
     if (!sheet) return {};
     JsonValue::Array titles;
-    for (const int tag : {1, 0})
-        titles.emplace_back(sheet->buttonWithTag(tag)->currentTitle());
+    for (const auto& button : sheet->buttons())
+        titles.emplace_back(button->currentTitle());
     return titles;
 }
 

@@ -64,7 +64,7 @@ void addCrop(const std::shared_ptr<EditImageIntialView>& crop, Collector& all) {
 // What lies above the editor's own views.
 void addQuestions(const TesselViewController& editor, Collector& all) {
     if (const auto& sheet = editor.actionSheet()) {
-        for (const int tag : {1, 0})
+        for (const int tag : {1, 2, 0})
             all.add("actionSheet." + std::to_string(tag), sheet->buttonWithTag(tag));
     }
     if (!editor.window()) return;

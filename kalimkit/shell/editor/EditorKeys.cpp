@@ -77,6 +77,7 @@ EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor) : _editor(std
 
 EditorKeys::~EditorKeys() {
     if (_zoomEnd) ui::Environment::current().runLoop().cancel(_zoomEnd);
+    _offer.end(false);
 }
 
 // ---- keys
@@ -97,16 +98,15 @@ void EditorKeys::release(std::string_view key) {
 
 // What stands above the editor takes all keys.
 bool EditorKeys::pressInDialog(std::string_view key, bool isRepeated) {
-    const bool refuses = key == "escape" && !isRepeated;
     if (const auto alert = ui::AlertView::topmostIn(*window())) {
-        const bool accepts = key == "enter" && !isRepeated;
-        if (refuses) alert->dismissWithButton(0);
-        if (accepts) alert->dismissWithButton(alert->buttons().size() - 1);
+        alert->handleKey(key, isRepeated);
         return true;
     }
-    const auto sheet = _editor.lock()->actionSheet();
-    if (sheet && refuses) sheet->animateOff();
-    return sheet || pressInCrop(key, isRepeated);
+    if (const auto sheet = _editor.lock()->actionSheet()) {
+        sheet->handleKey(key, isRepeated);
+        return true;
+    }
+    return pressInCrop(key, isRepeated);
 }
 
 // Its buttons answer only once it has opened, and so do the keys.
@@ -203,12 +203,31 @@ bool EditorKeys::takeColor() {
     return index < dots.size();
 }
 
-// From the size that the pen button shows, which is that of the selection where there is one.
-bool EditorKeys::stepSize(int step) {
-    const auto editor = _editor.lock();
-    const auto size = static_cast<int>(editor->penView()->size());
-    const auto wanted = static_cast<unsigned>(std::clamp(size + step, 0, int{largestSize}));
-    chooseLineWidth(*lineWidthForSize(wanted));
+// The width that there really is: that of the selection where there is one.
+double EditorKeys::lineWidth() const {
+    const auto canvas = _editor.lock()->drawView();
+    if (!canvas->hasSelectedTools()) return canvas->lineWidth();
+    return canvas->handingTools()->firstSelectedTool()->lineWidth();
+}
+
+// Past the last size nothing changes.
+bool EditorKeys::thinner() {
+    const double before = lineWidth();
+    for (unsigned size = largestSize + 1; size-- > 0;) {
+        if (*lineWidthForSize(size) >= before) continue;
+        chooseLineWidth(*lineWidthForSize(size));
+        break;
+    }
+    return true;
+}
+
+bool EditorKeys::thicker() {
+    const double before = lineWidth();
+    for (unsigned size = 0; size <= largestSize; ++size) {
+        if (*lineWidthForSize(size) <= before) continue;
+        chooseLineWidth(*lineWidthForSize(size));
+        break;
+    }
     return true;
 }
 
@@ -293,8 +312,12 @@ void EditorKeys::choosePen(unsigned pen) {
     const auto config = TesselConfig::create();
     config->setType(2);
     config->setPen(pen);
-    choose(*editor, editor->penViews(), *editor->penPopView(), config,
-           [pen](const TesselConfig& dot) { return dot.pen() == pen; });
+    if (pen == EditorPenCrop) {
+        choose(*editor, editor->penViews(), *editor->penPopView(), config,
+               [](const TesselConfig& dot) { return dot.pen() == EditorPenCrop; });
+    } else {
+        editor->clickDotWithConfig(config);
+    }
 }
 
 void EditorKeys::chooseColor(const gfx::ColorRef& color) {
@@ -325,32 +348,47 @@ void EditorKeys::chooseLineWidth(double width) {
 void EditorKeys::askToClose() {
     const auto editor = _editor.lock();
     if (!editor || !editor->toolView() || editor->actionSheet()) return;
-    // One question at a time: Enter would answer the covered one.
+    // One question at a time: the keys would answer the covered one.
     const bool isAsked = editor->window() && ui::AlertView::topmostIn(*editor->window());
-    if (!isAsked || !editor->drawView()->hasDrawed()) editor->toolView()->handleClose();
+    if (!isAsked || !editor->asksBeforeClosing()) editor->toolView()->handleClose();
 }
 
-void EditorKeys::openPicture(const gfx::ImageRef& image) {
+void EditorKeys::openPicture(const gfx::ImageRef& image, OpeningAnswer answer) {
+    const Offer offer{image, std::move(answer)};
     const auto editor = _editor.lock();
-    if (!editor || !editor->drawView() || editor->editImageInitialView()) return;
+    if (!editor || !editor->drawView() || editor->editImageInitialView()) return offer.end(false);
     if (!image) {
         editor->checkAndTipImageVaild(image);
-        return;
+        return offer.end(false);
     }
-    const auto open = [weakEditor = _editor, image] {
-        if (const auto editor = weakEditor.lock()) editor->drawView()->setSnipImage(image);
-    };
-    if (!editor->drawView()->hasDrawed()) {
-        open();
-        return;
-    }
+    // The question that is up is asked about the last one.
+    const Offer overtaken = std::exchange(_offer, offer);
+    if (overtaken.image) return overtaken.end(false);
+    if (editor->hasWork()) return askToOpen();
+    decideOffer(true);
+}
+
+void EditorKeys::Offer::end(bool isOpened) const {
+    if (answer) answer(isOpened);
+}
+
+void EditorKeys::decideOffer(bool isWanted) {
+    const Offer offer = std::exchange(_offer, {});
+    const auto editor = _editor.lock();
+    const bool isOpened = isWanted && editor && !editor->editImageInitialView();
+    if (isOpened) editor->openPicture(offer.image);
+    offer.end(isOpened);
+}
+
+void EditorKeys::askToOpen() {
     ui::Environment& environment = ui::Environment::current();
     environment.presentAlert(
         {environment.localizedString("打开新图片？"),
          environment.localizedString("当前的标注将会丢失"),
          {environment.localizedString("取消"), environment.localizedString("打开")},
-         [open](std::size_t button) {
-             if (button == 1) open();
+         [weakAlive = std::weak_ptr<EditorKeys*>(_self)](std::size_t button) {
+             const auto keys = weakAlive.lock();
+             if (keys) (*keys)->decideOffer(button == 1);
          }});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,8 @@ enum class PointerButton { Main, Middle, Other };
 //     delete, backspace                deletes the selection
 //     escape    ends the editing of a text, else deselects, else closes the panel, else asks to
 //               close; leaves the crop editor, and answers a question so that nothing is lost
+//     enter     also answers a question, so that nothing is lost as well; tab and the arrows choose
+//               another answer first
 //     enter, ctrl+s                    confirms, in the crop editor the crop
 //     ctrl+c, ctrl+v                   copies the result, opens the clipboard's picture
 //     p l a r e t m                    freehand, line, arrow, rectangle, ellipse, text, mosaic
@@ -58,9 +61,12 @@ public:
     void chooseLineWidth(double width);
     // As the close button does: asks first when something was drawn.
     void askToClose();
-    // Shows another picture, and asks first when something was drawn; ignored while the crop editor
-    // is open. Null is refused with an alert that says that it cannot be opened.
-    void openPicture(const gfx::ImageRef& image);
+    // Shows another picture, and asks first when that would lose work: something drawn, or a crop.
+    // Ignored while the crop editor is open; one that comes while the user is still asked takes the
+    // place of the one before. Null is refused with an alert that says that it cannot be opened.
+    // `answer` hears once whether the picture has been opened.
+    using OpeningAnswer = std::function<void(bool isOpened)>;
+    void openPicture(const gfx::ImageRef& image, OpeningAnswer answer = {});
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);
     }
@@ -87,10 +93,20 @@ private:
     bool takePen();
     template <unsigned index>
     bool takeColor();
-    bool stepSize(int step);
-    bool thinner() { return stepSize(-1); }
-    bool thicker() { return stepSize(1); }
+    bool thinner();
+    bool thicker();
 
+    // ---- another picture
+    struct Offer {
+        void end(bool isOpened) const;
+
+        gfx::ImageRef image;
+        OpeningAnswer answer;
+    };
+    void askToOpen();
+    void decideOffer(bool isWanted);
+
+    double lineWidth() const;
     bool isCanvasFree() const;
     gfx::Point inCanvas(gfx::Point place) const;
     void endZoom();
@@ -98,6 +114,10 @@ private:
     // Held by the host as long as it is shown; weak, because a message of its may end that.
     std::weak_ptr<TesselViewController> _editor;
     std::weak_ptr<EditorKeysDelegate> _delegate;
+    // The picture that the user is asked about; without one while nobody is.
+    Offer _offer;
+    // For a question that may outlive this object.
+    std::shared_ptr<EditorKeys*> _self = std::make_shared<EditorKeys*>(this);
     bool _isSpaceHeld = false;
     // The button that pans, where it went down, and where the pointer is now.
     std::optional<PointerButton> _panButton;

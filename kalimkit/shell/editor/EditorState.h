@@ -30,6 +30,10 @@ public:
     bool shouldBlinkPenview() const { return _shouldBlinkPenview; }
     // Once a crop has changed how many pixels the content has.
     bool isImageCroped() const { return _isImageCroped; }
+    // The picture is what a crop has left of the one that was opened.
+    bool hasCropped() const { return _hasCropped; }
+    // It is another than the one that the editor was made with.
+    bool hasOpenedPicture() const { return _hasOpenedPicture; }
     // Between the dots of an open picker, and how far a folded one is moved inwards.
     double padding() const { return _padding; }
     double offset() const { return _offset; }
@@ -53,6 +57,8 @@ protected:
     bool _isConfigViewWillOut = false;
     bool _shouldBlinkPenview = false;
     bool _isImageCroped = false;
+    bool _hasCropped = false;
+    bool _hasOpenedPicture = false;
     double _padding = 0;
     double _offset = 0;
 };

@@ -77,6 +77,9 @@ void TesselViewController::setTopNavigationItemTitle(bool isCloseButton, const s
 void TesselViewController::setForgiving(bool forgiving) {
     _forgiving = forgiving;
     if (_drawView) _drawView->setForgiving(forgiving);
+    if (!_penPopView) return;
+    for (const auto& picker : {_colorPopView, _sizePopView, _penPopView})
+        picker->setTakesTouchesWhileFolding(forgiving);
 }
 
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {

@@ -83,6 +83,13 @@ public:
     // the editor around it. Off at first.
     bool forgiving() const { return _forgiving; }
     void setForgiving(bool forgiving);
+    // Shows another picture; what was drawn, or left by a crop, is lost. Null is ignored.
+    void openPicture(const gfx::ImageRef& image);
+    // Whether another picture would replace work: something was drawn, or the picture cropped.
+    bool hasWork() const;
+    // Whether the close button asks: when something was drawn. Forgiving, it also does after a crop
+    // that was confirmed or has been begun, and after another picture was opened.
+    bool asksBeforeClosing() const;
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
 
@@ -192,6 +199,7 @@ private:
     void chooseSize(unsigned size);
     void choosePen(unsigned pen);
     void chooseShape(unsigned shape);
+    void showPenInRow(unsigned pen);
     void resetPopSelectIndexWithColorSizePen(const gfx::ColorRef& color, unsigned size,
                                              unsigned pen);
 
@@ -257,6 +265,9 @@ private:
     // been overtaken is ignored.
     unsigned _panelTurn = 0;
     unsigned _transitionTurn = 0;
+
+    // When the edit button was tapped last, by the run loop's clock.
+    double _editTapTime = 0;
 
     // How far the panel's bottom is below its place.
     double _panelShift = 0;

@@ -20,6 +20,9 @@ void TesselViewController::dropEditCutView() {
     if (const auto editor = std::exchange(_editImageInitialView, nullptr)) {
         editor->removeFromSuperview();
     }
+    if (!_forgiving) return;
+    _penView->setPen(_currentPen);
+    showPenInRow(_currentPen);
 }
 
 // ---- from the crop editor
@@ -40,6 +43,7 @@ void TesselViewController::onCropImageDone(const gfx::ImageRef& image) {
     const gfx::ImageRef content = exportedImage();
     // In points the two differ although nothing was cut: what was cut out has a scale of 1.
     if (content && image && content->pixelSize() != image->pixelSize()) _isImageCroped = true;
+    _hasCropped = true;
     _drawView->setSnipImage(image);
     dropEditCutView();
 }

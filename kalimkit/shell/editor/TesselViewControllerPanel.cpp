@@ -22,6 +22,8 @@ constexpr double slideDelay = 0.05;
 constexpr double settleDuration = 0.1;
 constexpr double fadeDuration = 0.2;
 constexpr double popDuration = 0.15;
+// The longest, slow as people may be.
+constexpr double doubleClickTime = 0.6;
 
 }  // namespace
 
@@ -59,6 +61,7 @@ std::shared_ptr<TesselPopView> TesselViewController::makePicker(const Dots& dots
     picker->setTag(tag);
     picker->setSelectIndex(selectIndex);
     picker->setDelegate(self());
+    picker->setTakesTouchesWhileFolding(_forgiving);
     _panelView->addSubview(picker);
     return picker;
 }
@@ -87,7 +90,8 @@ void TesselViewController::setFolded(bool color, bool size, bool isInset) {
     _colorPopView->setIsFold(color);
     _sizePopView->setIsFold(size);
     _arePickersInset = isInset;
-    ui::View::animate({.duration = foldDuration}, [this] { layout(); });
+    ui::View::animate({.duration = foldDuration, .allowsUserInteraction = _forgiving},
+                      [this] { layout(); });
 }
 
 void TesselViewController::clickAtPop(TesselPopView& picker) {
@@ -113,6 +117,9 @@ void TesselViewController::clickAtConfirm() {
 }
 
 void TesselViewController::clickAtMaskView() {
+    // Where the edit button was: the second half of a double click on it.
+    const double sinceEdit = ui::Environment::current().runLoop().now() - _editTapTime;
+    if (_forgiving && _isEditingSelection && sinceEdit < doubleClickTime) return;
     hidePop();
 }
 

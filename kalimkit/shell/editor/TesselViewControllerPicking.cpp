@@ -25,11 +25,23 @@ void TesselViewController::clickPickImage() {
 void TesselViewController::didPickImage(const gfx::ImageRef& image) {
     _penView->setAlpha(0);
     _shouldBlinkPenview = true;
-    _drawView->setSnipImage(image);
+    if (image) {
+        openPicture(image);
+    } else {
+        _drawView->setSnipImage(nullptr);
+    }
     if (!_snipImage) _snipImage = image;
     checkAndTipImageVaild(image);
     // Where the edit buttons are out or on their way, the pen button comes back with their going.
     if (!standInForPenView()) blinkPenview();
+}
+
+void TesselViewController::openPicture(const gfx::ImageRef& image) {
+    if (!image) return;
+    const auto alive = self();
+    _hasCropped = false;
+    _hasOpenedPicture = true;
+    _drawView->setSnipImage(image);
 }
 
 void TesselViewController::didCancelPicking() {

@@ -1,4 +1,5 @@
 #include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/motion/AnimationOptions.h"
 
 namespace kalim {
@@ -57,6 +58,7 @@ void TesselViewController::moveConfigViews(bool isOut) {
 void TesselViewController::clickConfigEdit() {
     const auto alive = self();
     _isEditingSelection = true;
+    _editTapTime = ui::Environment::current().runLoop().now();
     _penView->setHidden(true);
     // The second tap of two quick ones would deselect what is to be edited.
     _drawView->setUserInteractionEnabled(false);

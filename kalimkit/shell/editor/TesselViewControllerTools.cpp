@@ -14,6 +14,7 @@ namespace kalim {
 namespace {
 
 constexpr std::int64_t discardQuestionTag = 0x636C6174;
+constexpr int sendAnswer = 2;
 constexpr unsigned firstPen = EditorPenArrow;
 constexpr unsigned firstSize = 1;
 
@@ -34,14 +35,30 @@ void TesselViewController::clickTool() {
     resetOffset();
 }
 
+bool TesselViewController::hasWork() const {
+    return _drawView && (_drawView->hasDrawed() || _hasCropped);
+}
+
+bool TesselViewController::asksBeforeClosing() const {
+    if (!_drawView) return false;
+    if (!_forgiving) return _drawView->hasDrawed();
+    const bool isCropping = _editImageInitialView && _editImageInitialView->canRevert();
+    return hasWork() || _hasOpenedPicture || isCropping;
+}
+
 bool TesselViewController::canContinueClose() {
     const auto alive = self();
-    if (!_drawView->hasDrawed()) return true;
+    if (!asksBeforeClosing()) return true;
     if (_actionSheet) return false;
     const ui::Environment& environment = ui::Environment::current();
     _actionSheet = KLMActionsheetView::initActionSheetCancelButtonTitleDelegate(
         environment.localizedString("继续标注"), environment.localizedString("放弃修改"), self());
     _actionSheet->setTag(discardQuestionTag);
+    // Not while a crop is under way, which would not be in what is sent.
+    if (_forgiving && !_editImageInitialView) {
+        _actionSheet->addAnswer(_toolView->confirmButton()->title(ui::ControlState::Normal),
+                                sendAnswer);
+    }
     _actionSheet->showAlert(window() ? *window()->rootView() : *view());
     return false;
 }
@@ -49,7 +66,9 @@ bool TesselViewController::canContinueClose() {
 void TesselViewController::modalAlertPressedWithButtonIndex(KLMActionsheetView& sheet, int index) {
     const auto alive = self();
     if (_actionSheet.get() == &sheet) _actionSheet = nullptr;
-    if (index != 1 || sheet.tag() != discardQuestionTag) return;
+    if (sheet.tag() != discardQuestionTag) return;
+    if (index == sendAnswer) return _toolView->handleConfirm();
+    if (index != 1) return;
     clickTool();
     clickToolClose();
 }
@@ -115,6 +134,16 @@ void TesselViewController::resetPopSelectIndexWithColorSizePen(const gfx::ColorR
     }));
     _sizePopView->setSelectIndex(
         indexOf(_sizeViews, [size](const TesselConfig& config) { return config.size() == size; }));
+    showPenInRow(pen);
+}
+
+// The first dot stands in for a pen in use that has none of its own.
+void TesselViewController::showPenInRow(unsigned pen) {
+    if (!_penPopView) return;
+    const std::vector<unsigned>& pens = editorPens();
+    const bool hasDot = std::ranges::find(pens, pen) != pens.end();
+    const unsigned first = pen == _currentPen && !hasDot ? pen : pens.front();
+    if (_penViews.front()->config()->pen() != first) _penViews.front()->setPen(first);
     _penPopView->setSelectIndex(
         indexOf(_penViews, [pen](const TesselConfig& config) { return config.pen() == pen; }));
 }
@@ -155,6 +184,7 @@ void TesselViewController::choosePen(unsigned pen) {
     if (pen == EditorPenCrop) return initEditCutView();
     if (const auto type = toolTypeForPen(pen)) _drawView->beginDrawingForTypeWithDrawType(*type, 0);
     _currentPen = pen;
+    showPenInRow(pen);
 }
 
 void TesselViewController::chooseShape(unsigned shape) {

@@ -71,7 +71,8 @@ std::string dotIconName(const TesselConfig& config) {
 }
 
 std::string penIconName(unsigned pen, unsigned size) {
-    static constexpr std::array pens{"mosaic", "text", "", "rectangle", "line", "circle", "arrow"};
+    static constexpr std::array pens{"mosaic", "text",   "graffiti", "rectangle",
+                                     "line",   "circle", "arrow"};
     static constexpr std::array sizes{"xsmall", "small", "medium", "large", "xlarge"};
     const std::string word = wordIn(pens, pen);
     const std::string sizeWord = wordIn(sizes, size);

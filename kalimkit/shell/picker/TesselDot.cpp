@@ -154,12 +154,18 @@ void TesselDot::renderIcon() {
 void TesselDot::setSelect(bool select) {
     if (select == _select) return;
     _select = select;
-    setAccessibilityValue(select ? ui::Environment::current().localizedString("已选中") : "");
+    setSaidSelected(select);
     if (_config->type() == penType) {
         _ringLayer->setStrokeColor(select ? gfx::makeColor(white) : nullptr);
     }
     if (window()) animateRing(select);
     setNeedsDisplay();
+}
+
+void TesselDot::setSaidSelected(bool selected) {
+    _isSaidSelected = selected;
+    const ui::Environment& environment = ui::Environment::current();
+    setAccessibilityValue(selected ? environment.localizedString("已选中") : "");
 }
 
 // In: the ring grows towards the edge and becomes white. Out: it fades where it is.

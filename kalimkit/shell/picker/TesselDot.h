@@ -44,7 +44,9 @@ public:
     void setShape(unsigned shape);
     // What it is called, in the user's language.
     std::string accessibilityLabel() const override;
-    bool isAccessibilitySelected() const override { return _select; }
+    // What is said of it, at first as it is shown.
+    bool isAccessibilitySelected() const override { return _isSaidSelected; }
+    void setSaidSelected(bool selected);
 
     // ---- state
     // Selecting one that was not, and the reverse, is animated in a window.
@@ -86,6 +88,7 @@ private:
 
     std::shared_ptr<TesselConfig> _config;
     bool _select = false;
+    bool _isSaidSelected = false;
     bool _highLight = false;
     bool _responseConfig = true;
     int _tag = 0;

@@ -101,6 +101,7 @@ void TesselPenView::sendTap() {
 
 void TesselPenView::setPen(unsigned pen) {
     _pen = pen;
+    if (pen != cropPen) _penInUse = pen;
     renderIcon();
 }
 
@@ -126,7 +127,7 @@ void TesselPenView::renderIcon() {
 }
 
 std::string TesselPenView::accessibilityValue() const {
-    std::string value = penName(_pen);
+    std::string value = penName(_penInUse);
     for (const std::string& name : {colorName(_color), sizeName(_size)}) {
         if (!name.empty()) value += (value.empty() ? "" : " ") + name;
     }

@@ -40,7 +40,8 @@ public:
     void setColor(gfx::ColorRef color);
     // The picture of the three; null before there is one.
     const gfx::ImageRef& icon() const { return _icon; }
-    // Pen, colour and size in the user's language.
+    // Pen, colour and size in the user's language; of the pen in use, also when the crop editor has
+    // been opened since.
     std::string accessibilityValue() const override;
 
     // ---- ring hint
@@ -78,6 +79,7 @@ private:
     gfx::Point _startPoint;
     bool _isMove = false;
     unsigned _pen = 0;
+    unsigned _penInUse = 0;
     unsigned _size = 0;
     gfx::ColorRef _color = gfx::makeColor(1, 0, 0);
     gfx::ImageRef _icon;

@@ -9,6 +9,7 @@ namespace kalim {
 namespace {
 
 constexpr double disabledAlpha = 0.3;
+constexpr unsigned penType = 2;
 
 }  // namespace
 
@@ -78,6 +79,16 @@ void TesselPopView::setSelectIndex(int index) {
     selected->setHidden(false);
     selected->setAlpha(1);
     bringSubviewToFront(*selected);
+    sayWhatIsInUse();
+}
+
+// Nobody draws with the one that opens the crop editor.
+void TesselPopView::sayWhatIsInUse() {
+    const TesselConfig& selected = *_views.at(static_cast<std::size_t>(_selectIndex))->config();
+    if (selected.type() != penType || selected.pen() != cropPen) _indexInUse = _selectIndex;
+    int index = 0;
+    for (const auto& dot : _views)
+        dot->setSaidSelected(index++ == _indexInUse);
 }
 
 void TesselPopView::hideOthers(double alphaWhenFolded) {
@@ -96,7 +107,7 @@ void TesselPopView::setIsFold(bool fold) {
     _isAnimating = true;
     const std::uint64_t folding = ++_folding;
     View::animate(
-        {.duration = foldDuration},
+        {.duration = foldDuration, .allowsUserInteraction = _takesTouchesWhileFolding},
         [this] {
             setPadding(_isFold ? -TesselDot::side : _staticPadding);
             layoutIfNeeded();
@@ -142,7 +153,7 @@ void TesselPopView::layoutSubviews() {
 
 std::string TesselPopView::accessibilityValue() const {
     if (_views.empty()) return {};
-    return _views.at(static_cast<std::size_t>(_selectIndex))->accessibilityLabel();
+    return _views.at(static_cast<std::size_t>(_indexInUse))->accessibilityLabel();
 }
 
 void TesselPopView::setEnable(bool enable) {

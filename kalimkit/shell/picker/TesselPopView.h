@@ -33,7 +33,8 @@ public:
     // Nothing happens without a delegate.
     void clickDotWithConfigIndex(const std::shared_ptr<TesselConfig>& config, int index) override;
     // Of a folded row only the selected dot is touched. While the row folds or unfolds, it keeps
-    // what lands on it for itself: not even what is behind it is touched.
+    // what lands on it for itself, unless it takes touches then: not even what is behind it is
+    // touched.
     std::shared_ptr<ui::View> hitTest(gfx::Point p) override;
 
     // ---- properties
@@ -46,6 +47,9 @@ public:
     bool isFold() const { return _isFold; }
     // Animated.
     void setIsFold(bool fold);
+    // Whether it takes touches while it folds or unfolds, where the dots are to be. Off at first.
+    bool takesTouchesWhileFolding() const { return _takesTouchesWhileFolding; }
+    void setTakesTouchesWhileFolding(bool takes) { _takesTouchesWhileFolding = takes; }
     // Whether it takes touches; it is faded while it does not.
     bool enable() const { return isUserInteractionEnabled(); }
     void setEnable(bool enable);
@@ -56,7 +60,8 @@ public:
     void setStaticPadding(double padding);
     // Whether it is folding or unfolding.
     bool isAnimating() const { return _isAnimating; }
-    // What the selected dot is called.
+    // What the dot in use is called: the selected one, or where that opens the crop editor, the one
+    // before.
     std::string accessibilityValue() const override;
     bool isAccessibilityEnabled() const override { return enable(); }
     // What the dots take up.
@@ -76,10 +81,13 @@ private:
     void setPadding(double padding);
     // Of a dot that is not selected.
     void hideOthers(double alphaWhenFolded);
+    void sayWhatIsInUse();
 
     std::vector<std::shared_ptr<TesselDot>> _views;
     int _direction;
     int _selectIndex = 0;
+    int _indexInUse = 0;
+    bool _takesTouchesWhileFolding = false;
     bool _isFold = false;
     double _padding = 16;
     double _staticPadding = 16;

@@ -22,6 +22,7 @@ constexpr double homeIndicatorHeight = 34;
 constexpr gfx::Size unlaidPanelSize{320, 380};
 constexpr int cancelTag = 1;
 constexpr int actionTag = 0;
+constexpr unsigned chosenColor = 0xCCE3FF;
 
 gfx::ColorRef dimColor(double alpha) {
     return gfx::makeColor(0, 0, 0, alpha);
@@ -41,9 +42,13 @@ std::shared_ptr<KLMActionsheetView> KLMActionsheetView::initActionSheetCancelBut
     std::weak_ptr<KLMActionsheetViewDelegate> delegate) {
     const std::shared_ptr<KLMActionsheetView> sheet(new KLMActionsheetView(std::move(delegate)));
     sheet->init(screenBounds());
-    sheet->addButton(cancelTitle, cancelTag, colorWithHex2(0xD92D21));
-    sheet->addButton(actionTitle, actionTag, gfx::makeColor(0, 0, 0));
+    sheet->addButton(cancelTitle, cancelTag, colorWithHex2(0xD92D21), 0);
+    sheet->addButton(actionTitle, actionTag, gfx::makeColor(0, 0, 0), 1);
     return sheet;
+}
+
+void KLMActionsheetView::addAnswer(const std::string& title, int index) {
+    addButton(title, index, gfx::makeColor(0, 0, 0), _buttons.size() - 1);
 }
 
 KLMActionsheetView::KLMActionsheetView(std::weak_ptr<KLMActionsheetViewDelegate> delegate)
@@ -72,7 +77,8 @@ void KLMActionsheetView::addBackdrop() {
     addSubview(_backdrop);
 }
 
-void KLMActionsheetView::addButton(const std::string& title, int tag, const gfx::ColorRef& color) {
+void KLMActionsheetView::addButton(const std::string& title, int tag, const gfx::ColorRef& color,
+                                   std::size_t place) {
     const bool isLowest = tag == actionTag;
     const double room = isLowest && isiPhoneX() ? homeIndicatorHeight : 0;
     const std::shared_ptr<ui::Button> button = ui::Button::initWithFrame({});
@@ -82,14 +88,18 @@ void KLMActionsheetView::addButton(const std::string& title, int tag, const gfx:
     button->setTitleColor(colorWithHex2Alpha(0x437DBA, 0.5), ui::ControlState::Disabled);
     button->setBackgroundImage(imageWithColor2(gfx::makeColor(1, 1, 1)));
     button->setBackgroundImage(highlightBackgroundImage2(), ui::ControlState::Highlighted);
+    button->setBackgroundImage(imageWithColor2(colorWithHex2(chosenColor)),
+                               ui::ControlState::Selected);
     button->setContentEdgeInsets({buttonInset, 0, buttonInset + room, 0});
     button->addAction(
         ui::ControlEvent::TouchUpInside, [weak = weak_from_this(), tag](ui::Control&) {
             const auto sheet = std::static_pointer_cast<KLMActionsheetView>(weak.lock());
             if (sheet) sheet->press(tag);
         });
-    _sheetPanel->addSubview(button);
-    _buttons.push_back(button);
+    _sheetPanel->insertSubview(button, place);
+    _buttons.insert(_buttons.begin() + static_cast<std::ptrdiff_t>(place), button);
+    _tags.insert(_tags.begin() + static_cast<std::ptrdiff_t>(place), tag);
+    _choice.setButtons(_buttons, _buttons.size() - 1);
 }
 
 // ---- showing
@@ -148,7 +158,14 @@ void KLMActionsheetView::press(int tag) {
     animateOff();
 }
 
-// ---- touches
+// ---- keys and touches
+
+void KLMActionsheetView::handleKey(std::string_view key, bool isRepeated) {
+    if (_isGoing) return;
+    const auto alive = shared_from_this();
+    if (key == "escape" && !isRepeated) return animateOff();
+    _choice.handleKey(key, isRepeated);
+}
 
 std::shared_ptr<ui::View> KLMActionsheetView::hitTest(gfx::Point p) {
     const auto hit = View::hitTest(p);
@@ -177,8 +194,9 @@ void KLMActionsheetView::layoutSubviews() {
 // ---- properties
 
 std::shared_ptr<ui::Button> KLMActionsheetView::buttonWithTag(int tag) const {
-    if (tag != cancelTag && tag != actionTag) return nullptr;
-    return tag == cancelTag ? _buttons.front() : _buttons.back();
+    const auto found = std::ranges::find(_tags, tag);
+    if (found == _tags.end()) return nullptr;
+    return _buttons[static_cast<std::size_t>(found - _tags.begin())];
 }
 
 bool KLMActionsheetView::isiPhoneX() const {

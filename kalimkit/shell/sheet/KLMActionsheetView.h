@@ -1,13 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/shell/sheet/KLMActionsheetViewDelegate.h"
 #include "kalimkit/ui/control/Button.h"
+#include "kalimkit/ui/control/ButtonChoice.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {
@@ -24,6 +27,9 @@ public:
         const std::string& actionTitle, const std::string& cancelTitle,
         std::weak_ptr<KLMActionsheetViewDelegate> delegate);
 
+    // Another answer, between the two, with an index of its own; before the sheet is shown.
+    void addAnswer(const std::string& title, int index);
+
     // ---- showing
     // In the key window; ignored while there is none.
     void showAlert();
@@ -33,6 +39,10 @@ public:
     // slides is ignored.
     void animateOn();
     void animateOff();
+
+    // ---- keys. They choose among the buttons, see ui::ButtonChoice, beginning with the lowest,
+    // the action; escape is as a tap beside the panel.
+    void handleKey(std::string_view key, bool isRepeated = false);
 
     // ---- touches. It is modal from the moment it is shown until it has gone: what lands on it
     // while it slides goes nowhere.
@@ -44,9 +54,9 @@ public:
     bool admitsGesture(const ui::GestureRecognizer& recognizer) const override;
 
     // ---- properties
-    // From top to bottom: cancel, then action.
+    // From top to bottom: cancel, what was added, then action.
     const std::vector<std::shared_ptr<ui::Button>>& buttons() const { return _buttons; }
-    // Null for a tag other than 1, cancel, and 0, action.
+    // By index: 1 is cancel, 0 action. Null for one that there is not.
     std::shared_ptr<ui::Button> buttonWithTag(int tag) const;
     // The tag of the pressed button; 0 before one is.
     int buttonIndex() const { return _buttonIndex; }
@@ -64,7 +74,8 @@ protected:
 
 private:
     void addBackdrop();
-    void addButton(const std::string& title, int tag, const gfx::ColorRef& color);
+    void addButton(const std::string& title, int tag, const gfx::ColorRef& color,
+                   std::size_t place);
     void press(int tag);
     void finish();
 
@@ -73,6 +84,8 @@ private:
     std::shared_ptr<ui::View> _backdrop;
     std::shared_ptr<ui::View> _sheetPanel;
     std::vector<std::shared_ptr<ui::Button>> _buttons;
+    std::vector<int> _tags;
+    ui::ButtonChoice _choice;
     int _buttonIndex = 0;
     bool _isUp = false;
     bool _isGoing = false;

@@ -19,16 +19,19 @@ constexpr double buttonHeight = 44;
 constexpr double panelRadius = 13;
 // That a long message leaves free above and below the panel.
 constexpr double windowInset = 24;
+// The same beside a panel in a narrow window.
+constexpr double leastSideInset = 8;
 const gfx::Font titleFont{"", 17, true};
 const gfx::Font messageFont{"", 13};
 const gfx::Font buttonFont{"", 17};
 constexpr gfx::Color dimColor{0, 0, 0, 0.4};
 constexpr gfx::Color panelColor{0.97, 0.97, 0.97, 1};
 constexpr gfx::Color pressedColor{0.87, 0.87, 0.88, 1};
+constexpr gfx::Color chosenColor{0.8, 0.89, 1, 1};
 constexpr gfx::Color separatorColor{0.78, 0.78, 0.8, 1};
 constexpr gfx::Color tintColor{0, 0.478, 1, 1};
 
-// Shows a finger by its background.
+// Shows a finger, or that the keys have chosen it, by its background.
 class AlertButton : public Button {
 public:
     static std::shared_ptr<AlertButton> make() {
@@ -39,7 +42,9 @@ public:
 
 protected:
     void stateDidChange() override {
-        setBackgroundColor(isHighlighted() ? gfx::makeColor(pressedColor) : nullptr);
+        setBackgroundColor(isHighlighted() ? gfx::makeColor(pressedColor)
+                           : isSelected()  ? gfx::makeColor(chosenColor)
+                                           : nullptr);
         Button::stateDidChange();
     }
 
@@ -91,6 +96,7 @@ void AlertView::init(const gfx::Rect& frame) {
         _alert.buttons.push_back(Environment::current().localizedString("确定"));
     for (std::size_t i = 0; i < _alert.buttons.size(); ++i)
         addButton(i, _alert.buttons[i]);
+    _choice.setButtons(_buttons, 0);
     setAccessibilityRole(AccessibilityRole::Dialog);
     setAccessibilityModal(true);
     setAccessibilityLabel(_alert.title.empty() ? _alert.message : _alert.title);
@@ -134,6 +140,13 @@ void AlertView::dismissWithButton(std::size_t button) {
         [alive](bool /*finished*/) { alive->removeFromSuperview(); });
 }
 
+void AlertView::handleKey(std::string_view key, bool isRepeated) {
+    if (_isDismissed) return;
+    const auto alive = shared_from_this();
+    if (key == "escape" && !isRepeated) return dismissWithButton(0);
+    _choice.handleKey(key, isRepeated);
+}
+
 bool AlertView::admitsGesture(const GestureRecognizer& recognizer) const {
     return recognizer.view() && recognizer.view()->isDescendantOf(*this);
 }
@@ -141,7 +154,7 @@ bool AlertView::admitsGesture(const GestureRecognizer& recognizer) const {
 // ---- layout
 
 void AlertView::layoutSubviews() {
-    const double width = panelWidth - 2 * sideInset;
+    const double width = this->width() - 2 * sideInset;
     const double buttons = buttonHeight * (isRow() ? 1 : static_cast<double>(_buttons.size()));
     const double most = std::max(bounds().size.height - 2 * windowInset - buttons, 0.0);
     double y = verticalInset;
@@ -155,7 +168,7 @@ void AlertView::layoutSubviews() {
     }
     y += verticalInset;
     layoutButtons(y);
-    const gfx::Size size{panelWidth, y + buttons};
+    const gfx::Size size{this->width(), y + buttons};
     // On whole points, so that text and separators stay sharp.
     _panel->setFrame({std::floor(bounds().midX() - size.width / 2),
                       std::floor(bounds().midY() - size.height / 2), size.width, size.height});
@@ -164,15 +177,19 @@ void AlertView::layoutSubviews() {
 // Two that fit stand side by side.
 bool AlertView::isRow() const {
     if (_buttons.size() != 2) return _buttons.size() == 1;
-    return std::ranges::all_of(_buttons, [](const auto& button) {
-        return button->intrinsicContentSize().width <= panelWidth / 2;
+    return std::ranges::all_of(_buttons, [this](const auto& button) {
+        return button->intrinsicContentSize().width <= width() / 2;
     });
+}
+
+double AlertView::width() const {
+    return std::clamp(bounds().size.width - 2 * leastSideInset, 2 * sideInset, panelWidth);
 }
 
 void AlertView::layoutButtons(double top) {
     const double hairline = 1 / Environment::current().screen().scale;
     const bool sideBySide = isRow();
-    const double width = panelWidth / (sideBySide ? static_cast<double>(_buttons.size()) : 1);
+    const double width = this->width() / (sideBySide ? static_cast<double>(_buttons.size()) : 1);
     for (std::size_t i = 0; i < _buttons.size(); ++i) {
         const double x = sideBySide ? width * static_cast<double>(i) : 0;
         const double y = sideBySide ? top : top + buttonHeight * static_cast<double>(i);
@@ -180,7 +197,7 @@ void AlertView::layoutButtons(double top) {
         if (sideBySide && i > 0) {
             _separators[i]->setFrame({x, y, hairline, buttonHeight});
         } else {
-            _separators[i]->setFrame({0, y, panelWidth, hairline});
+            _separators[i]->setFrame({0, y, width, hairline});
         }
     }
 }

@@ -3,10 +3,12 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/control/Button.h"
+#include "kalimkit/ui/control/ButtonChoice.h"
 #include "kalimkit/ui/control/Label.h"
 #include "kalimkit/ui/loop/Alert.h"
 #include "kalimkit/ui/view/View.h"
@@ -20,7 +22,7 @@ class Window;
 // goes on top of it. For hosts without alerts of their own.
 class KALIM_API AlertView : public View {
 public:
-    // Points; seconds that it takes to appear and to go.
+    // Points, less in a window that is narrower; seconds that it takes to appear and to go.
     static constexpr double panelWidth = 270;
     static constexpr double fadeDuration = 0.2;
 
@@ -32,6 +34,9 @@ public:
     // Answers the alert as a tap on that button does, then goes. Ignored for a button that is not
     // there and for an alert that is answered already.
     void dismissWithButton(std::size_t button);
+    // Keys choose among the buttons, see ButtonChoice. It begins with the first, which by custom is
+    // the answer that loses nothing, and which is escape's.
+    void handleKey(std::string_view key, bool isRepeated = false);
     bool isDismissed() const { return _isDismissed; }
 
     const Alert& alert() const { return _alert; }
@@ -56,6 +61,7 @@ private:
     void addButton(std::size_t index, const std::string& title);
     void layoutButtons(double top);
     bool isRow() const;
+    double width() const;
 
     Alert _alert;
     bool _isDismissed = false;
@@ -64,6 +70,7 @@ private:
     std::shared_ptr<Label> _title;
     std::shared_ptr<Label> _message;
     std::vector<std::shared_ptr<Button>> _buttons;
+    ButtonChoice _choice;
     // One for each button: above it, or between it and the one before in a row.
     std::vector<std::shared_ptr<View>> _separators;
 };

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 #include "kalimkit/shell/editor/EditorTables.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
@@ -44,12 +47,18 @@ TEST_F(EditorKeysTest, LettersChooseThePensAndDeselect) {
         EXPECT_EQ(toolTypeForPen(c.pen), c.toolType) << c.key;
         EXPECT_EQ(screen.editor->penView()->pen(), c.pen) << c.key;
     }
-    // The picker has no dot for a line and keeps the one before.
-    keys.press("r");
-    EXPECT_EQ(screen.editor->penPopView()->selectIndex(), 2);
-    keys.press("l");
-    EXPECT_EQ(screen.editor->penPopView()->selectIndex(), 2);
-    keys.press("a");
+    // The row has no dot for a line or a stroke: the first stands in for them.
+    const TesselDot& first = *screen.editor->penViews()[0];
+    for (const auto& [key, index, pen] : {std::tuple{"r", 2, 6U},
+                                          {"l", 0, 4U},
+                                          {"p", 0, 2U},
+                                          {"e", 1, 6U},
+                                          {"p", 0, 2U},
+                                          {"a", 0, 6U}}) {
+        keys.press(key);
+        EXPECT_EQ(screen.editor->penPopView()->selectIndex(), index) << key;
+        EXPECT_EQ(first.config()->pen(), pen) << key;
+    }
     screen.drawAndSelect();
     keys.press("e");
     EXPECT_FALSE(canvas().hasSelectedTools());
@@ -65,8 +74,38 @@ TEST_F(EditorKeysTest, DigitsAndBracketsStyleWhatIsSelectedToo) {
     for (int i = 0; i < 6; ++i)
         keys.press("[", i > 0);
     EXPECT_EQ(canvas().lineWidth(), 2);
-    keys.chooseLineWidth(9.5);
-    EXPECT_EQ(canvas().lineWidth(), 9.5);
+}
+
+TEST_F(EditorKeysTest, BracketsStepFromTheRealWidth) {
+    struct Case {
+        double before;
+        double thicker;
+        double thinner;
+    };
+    for (const Case& c : {Case{9.5, 12, 7}, {18, 28, 12}, {7, 12, 2}, {1, 2, 1}, {40, 40, 28}}) {
+        for (const bool isSelected : {false, true}) {
+            screen.draw();
+            keys.chooseLineWidth(c.before);
+            EXPECT_EQ(canvas().lineWidth(), c.before);
+            if (isSelected) canvas().selectTools({canvas().tools().back()});
+            if (isSelected) keys.chooseLineWidth(c.before);
+            keys.press("]");
+            EXPECT_EQ(canvas().lineWidth(), c.thicker) << c.before;
+            keys.chooseLineWidth(c.before);
+            keys.press("[");
+            EXPECT_EQ(canvas().lineWidth(), c.thinner) << c.before;
+            canvas().selectNone();
+        }
+    }
+    // A selection's own width counts, not that of what is drawn next.
+    screen.drawAndSelect();
+    keys.chooseLineWidth(18);
+    canvas().selectNone();
+    keys.chooseLineWidth(2);
+    canvas().selectTools({canvas().tools().back()});
+    keys.press("]");
+    EXPECT_EQ(canvas().tools().back()->lineWidth(), 28);
+    EXPECT_EQ(screen.editor->penView()->size(), 4U);
 }
 
 TEST_F(EditorKeysTest, UndoesRedoesAndDeletes) {
@@ -196,14 +235,75 @@ TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) 
     keys.press("escape");
     screen.wait(1);
     EXPECT_EQ(toolCount(), 1U);
-    keys.openPicture(screen.picture(30, 20));
+    // Every picture has its answer; the last one wins, and Enter loses nothing.
+    std::string answers;
+    const auto offer = [&](int width) {
+        const std::string name = std::to_string(width);
+        keys.openPicture(screen.picture(width, 20), [&answers, name](bool isOpened) {
+            answers += name + (isOpened ? "+ " : "- ");
+        });
+    };
+    offer(30);
+    offer(31);
     keys.press("enter");
-    EXPECT_EQ(size(), (gfx::Size{30, 20}));
+    EXPECT_EQ(answers, "30- 31- ");
+    EXPECT_EQ(toolCount(), 1U);
+    screen.wait(1);
+    offer(32);
+    offer(33);
+    keys.press("tab");
+    keys.press("enter");
+    EXPECT_EQ(answers, "30- 31- 32- 33+ ");
+    EXPECT_EQ(size(), (gfx::Size{33, 20}));
     EXPECT_EQ(toolCount(), 0U);
     screen.wait(1);
     keys.openPicture(nullptr);
     ASSERT_TRUE(ui::AlertView::topmostIn(screen.window()));
     EXPECT_EQ(ui::AlertView::topmostIn(screen.window())->alert().title, "无法载入图片");
+}
+
+TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
+    screen.environment().setShowsAlerts(true);
+    const auto isAsking = [this] { return ui::AlertView::topmostIn(screen.window()) != nullptr; };
+    screen.editor->onCropImageDone(screen.picture(100, 80));
+    keys.openPicture(screen.picture(30, 20));
+    EXPECT_TRUE(isAsking());
+    keys.press("right");
+    keys.press("enter");
+    screen.wait(1);
+    EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{30, 20}));
+    keys.openPicture(screen.picture(31, 20));
+    EXPECT_FALSE(isAsking()) << "a picture that was only opened is no work";
+    EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{31, 20}));
+}
+
+// On the question before closing: what keys press before Enter, and what comes of it.
+TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
+    struct Case {
+        std::vector<const char*> keys;
+        int closed;
+        std::size_t sent;
+    };
+    const Case cases[] = {{{"enter"}, 0, 0},
+                          {{"up", "enter"}, 0, 1},
+                          {{"shift+tab", "space"}, 0, 1},
+                          {{"up", "up", "escape"}, 0, 0},
+                          {{"down", "up", "enter"}, 0, 0},
+                          {{"tab", "enter"}, 1, 0}};
+    screen.editor->setForgiving(true);
+    screen.draw();
+    for (const Case& c : cases) {
+        screen.owner->closed = 0;
+        screen.owner->images.clear();
+        keys.askToClose();
+        screen.wait(1);
+        for (const char* key : c.keys)
+            EXPECT_TRUE(keys.press(key));
+        screen.wait(1);
+        EXPECT_FALSE(screen.editor->actionSheet()) << c.keys[0];
+        EXPECT_EQ(screen.owner->closed, c.closed) << c.keys[0];
+        EXPECT_EQ(screen.owner->images.size(), c.sent) << c.keys[0];
+    }
 }
 
 }  // namespace kalim::test
