@@ -222,9 +222,9 @@ test('it starts anew with the picture that the user has taken last', async () =>
   assert.equal(await widthAnew(), 640);
   await rest();
   await draw();
-  for (const [answer, width] of [['Escape', 640], ['Enter', 600]]) {
+  for (const [answer, width] of [[['Escape'], 640], [['Enter'], 640], [['Tab', 'Enter'], 600]]) {
     await offer('/photos/coffee.png');
-    await page.press(answer);
+    for (const key of answer) await page.press(key);
     await rest();
     assert.equal(await page.evaluate(async () => (await window.embed.export()).width), width);
   }
@@ -328,7 +328,7 @@ test('the screen is told and used without being seen', needsChromium, async () =
   const asked = await screen();
   assert.equal(asked.find(([role]) => role === 'dialog')?.[0], 'dialog');
   assert.deepEqual(asked.filter(([role]) => role === 'button').map(([, name]) => name),
-    ['Discard Changes', 'Keep Editing']);
+    ['Discard Changes', 'Send', 'Keep Editing']);
   assert.equal(await focused(), asked.find(([role]) => role === 'dialog')[1]);
   assert.equal(await page.evaluate(() => window.watched.frames(10)), 0);
 });
