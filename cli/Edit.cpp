@@ -151,6 +151,7 @@ private:
         _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
         _editor->setExportsAtPictureScale(!_options.isScreenSize);
         _editor->setForgiving(true);
+        _editor->setClipsToPicture(!_options.grows);
         _window.present(_editor);
         _window.update();
         return image != nullptr;

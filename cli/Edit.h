@@ -25,6 +25,8 @@ struct EditOptions {
     gfx::ColorRef color;
     // The result has the pixels of the screen instead of those of the photo.
     bool isScreenSize = false;
+    // What is drawn beyond the photo enlarges the result instead of being cut at the photo's edge.
+    bool grows = false;
     // A scenario to play in the window; empty for none.
     std::string scenario;
 };

@@ -156,6 +156,8 @@ private:
         addEditOption(command, "--color", "#RRGGBB", "The colour at first", readColor, asked.color);
         command.add_flag("--screen-size", asked.isScreenSize,
                          "Write the picture as large as it is on the screen, not as the photo is");
+        command.add_flag("--grow", asked.grows,
+                         "Let what is drawn beyond the photo's edge enlarge the picture");
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");

@@ -13,7 +13,7 @@ const choices = {
 };
 // Properties that are their attributes' texts.
 const texts = { src: 'src', tool: 'tool', color: 'color', wasmUrl: 'wasm-url' };
-const properties = [...Object.keys(texts), 'lineWidth', 'type', 'quality', 'screenSize', 'strings'];
+const properties = [...Object.keys(texts), 'lineWidth', 'type', 'quality', 'screenSize', 'grow', 'strings'];
 
 function reflect(element, attribute, value) {
   if (value === null || value === undefined) element.removeAttribute(attribute);
@@ -177,6 +177,14 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.toggleAttribute('screen-size', Boolean(isScreenSize));
   }
 
+  get grow() {
+    return this.hasAttribute('grow');
+  }
+
+  set grow(isGrowing) {
+    this.toggleAttribute('grow', Boolean(isGrowing));
+  }
+
   // Texts by the Chinese ones, for the next picture.
   get strings() {
     return this.#strings;
@@ -272,6 +280,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       type: this.type,
       quality: this.quality,
       exportsAtPictureScale: !this.screenSize,
+      grow: this.grow,
     };
   }
 

@@ -52,6 +52,8 @@ export class KalimEditorElement extends HTMLElement {
   quality: number;
   /** Whether what is sent is as large as on the screen; from the next picture on. */
   screenSize: boolean;
+  /** Whether what is drawn beyond the picture's edge enlarges what is sent; from the next picture on. */
+  grow: boolean;
   /** Where the module is, if not beside the scripts; for pictures that are opened while none is. */
   wasmUrl: string | null;
   /** Texts of the editor by the Chinese ones; from the next picture on. */
@@ -113,6 +115,8 @@ export interface KalimEditorOptions {
   type?: KalimImageType;
   quality?: number;
   exportsAtPictureScale?: boolean;
+  /** Whether what is drawn beyond the picture's edge enlarges the result; false by default: it is cut there. */
+  grow?: boolean;
 }
 
 export type KalimScale = 'screen' | 'picture' | 'view';

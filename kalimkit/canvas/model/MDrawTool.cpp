@@ -91,11 +91,11 @@ gfx::Rect MDrawTool::frameIncludeLineWidth() const {
 }
 
 gfx::Point MDrawTool::invertPoint(gfx::Point p) const {
-    return isSupportGestureRotate() && isRotateByRotateCtx() ? _mInvertTransform.apply(p) : p;
+    return isTurnedByContext() ? _mInvertTransform.apply(p) : p;
 }
 
 gfx::Point MDrawTool::transformPoint(gfx::Point p) const {
-    return isSupportGestureRotate() && isRotateByRotateCtx() ? _transform.apply(p) : p;
+    return isTurnedByContext() ? _transform.apply(p) : p;
 }
 
 void MDrawTool::reCalcCenter() {

@@ -100,6 +100,10 @@ public:
     // the line's width included, for tools that grow point by point. Nothing where the whole extent
     // may have changed.
     virtual std::optional<gfx::Rect> takeAddedExtent() { return std::nullopt; }
+    // What of the content and the label may be seen, canvas points; all of it at first. Handles and
+    // the outline of a selected tool are drawn wherever they are.
+    const std::optional<gfx::Rect>& visibleRect() const { return _visibleRect; }
+    virtual void setVisibleRect(const std::optional<gfx::Rect>& rect) { _visibleRect = rect; }
     // Brings transform and mInvertTransform up to the present points and angle, as drawing does.
     void refreshTransform();
 
@@ -220,6 +224,8 @@ private:
     void initName();
     void updateHandleSize();
     void rotateAbout(gfx::Point center);
+    bool isTurnedByContext() const { return isSupportGestureRotate() && isRotateByRotateCtx(); }
+    void drawVisibleContent(gfx::Context& context);
     void drawSelectedState(gfx::Context& context);
 
     std::string _name;
@@ -245,6 +251,7 @@ private:
     std::string _unit;
     double _unitScale = 1;
     bool _showMeasurement = false;
+    std::optional<gfx::Rect> _visibleRect;
     std::unique_ptr<MeasurementLabel> _measurement;
     MToolUndoManager _undoMgr;
 };

@@ -22,11 +22,19 @@ void MDrawTool::draw(gfx::Context& context) {
     context.setStrokeColor(paint ? *paint : clear);
     context.setFillColor(paint ? *paint : clear);
     context.setLineWidth(lineWidth());
-    if (isSupportGestureRotate() && isRotateByRotateCtx()) {
-        drawRotateCenterPoint(context, QVMidPoint(_startPoint, _endPoint));
-    }
-    drawContent(context);
+    if (isTurnedByContext()) drawRotateCenterPoint(context, QVMidPoint(_startPoint, _endPoint));
+    drawVisibleContent(context);
     if (_selected) drawSelectedState(context);
+}
+
+void MDrawTool::drawVisibleContent(gfx::Context& context) {
+    if (!_visibleRect) return drawContent(context);
+    const gfx::GraphicsStateGuard guard(context);
+    // The rectangle lies on the canvas, whichever way the tool is turned.
+    if (isTurnedByContext()) context.concat(_mInvertTransform);
+    context.clipToRect(*_visibleRect);
+    if (isTurnedByContext()) context.concat(_transform);
+    drawContent(context);
 }
 
 void MDrawTool::drawSelectedState(gfx::Context& context) {
@@ -58,7 +66,7 @@ void MDrawTool::drawRotateCenterPoint(gfx::Context& context, gfx::Point center) 
 }
 
 void MDrawTool::refreshTransform() {
-    if (!isSupportGestureRotate() || !isRotateByRotateCtx()) return;
+    if (!isTurnedByContext()) return;
     rotateAbout(QVMidPoint(_startPoint, _endPoint));
 }
 
@@ -70,7 +78,11 @@ void MDrawTool::rotateAbout(gfx::Point center) {
 void MDrawTool::drawMeasurement(gfx::Context& context) {
     if (!_showMeasurement || !_finalized || _selected || measureText().empty()) return;
     if (!_measurement) _measurement = makeMeasurement();
-    if (_measurement) _measurement->drawContent(context);
+    if (!_measurement) return;
+    if (!_visibleRect) return _measurement->drawContent(context);
+    const gfx::GraphicsStateGuard guard(context);
+    context.clipToRect(*_visibleRect);
+    _measurement->drawContent(context);
 }
 
 }  // namespace kalim

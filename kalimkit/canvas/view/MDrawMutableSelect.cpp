@@ -253,6 +253,10 @@ void MDrawMutableSelect::drawMeasurement(gfx::Context& context) {
     forward([&](MDrawTool& member) { member.drawMeasurement(context); });
 }
 
+void MDrawMutableSelect::setVisibleRect(const std::optional<gfx::Rect>& rect) {
+    forward([&](MDrawTool& member) { member.setVisibleRect(rect); });
+}
+
 // ---- history
 
 bool MDrawMutableSelect::updatefeature() {

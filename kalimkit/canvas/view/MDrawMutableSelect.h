@@ -87,6 +87,7 @@ public:
     void draw(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;
     void drawMeasurement(gfx::Context& context) override;
+    void setVisibleRect(const std::optional<gfx::Rect>& rect) override;
 
     // ---- history, for the copies on the undo stacks
     bool updatefeature() override;

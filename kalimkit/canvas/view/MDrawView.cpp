@@ -125,6 +125,13 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     invalidateLayers();
 }
 
+void MDrawView::setClipsToPicture(bool clips) {
+    if (clips == _clipsToPicture) return;
+    _clipsToPicture = clips;
+    _ctxRect = contentRect();
+    invalidateLayers();
+}
+
 void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
     if (!color) return;
     _defualtBackgroundColor = std::move(color);

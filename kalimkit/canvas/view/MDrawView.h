@@ -69,6 +69,10 @@ public:
     // The picture seen through a Gaussian with a standard deviation of 100 pixels, larger by what
     // the blur adds. Null for null and where it would be too large.
     gfx::ImageRef filterImg(const gfx::ImageRef& image) const;
+    // Whether what goes beyond the picture is cut at its edge, so that the content is the picture
+    // and nothing grows; without a picture there is no edge. Off at first: the content grows then.
+    bool clipsToPicture() const { return _clipsToPicture; }
+    void setClipsToPicture(bool clips);
     bool isDirty() const { return _isDirty; }
     // Under the picture and where drawings reach beyond it; white at first.
     const gfx::ColorRef& defualtBackgroundColor() const { return _defualtBackgroundColor; }
@@ -247,6 +251,7 @@ private:
     gfx::Rect announcedFrame(MDrawTool& tool) const;
 
     // ---- content rectangle (MDrawViewContent.cpp)
+    bool cutsAtPicture() const { return _clipsToPicture && _picture.source(); }
     gfx::Rect contentRect() const;
     bool refreshContextRect();
 
@@ -265,6 +270,9 @@ private:
     // ---- rendering (MDrawViewRendering.cpp)
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
+    gfx::Rect shownPicture(const gfx::Context& context, const gfx::ImageRef& image) const;
+    std::optional<gfx::Rect> pictureEdge(const gfx::Context& context) const;
+    void drawUncounted(gfx::Context& context, MDrawTool& tool) const;
     void drawTool(gfx::Context& context, MDrawTool& tool);
     void drawNormalItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
@@ -302,6 +310,7 @@ private:
     CanvasMosaic _mosaic;
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;
+    bool _clipsToPicture = false;
     // A step beyond the area budget is being undone.
     bool _isTakingBack = false;
 

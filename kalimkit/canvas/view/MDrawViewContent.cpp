@@ -34,6 +34,7 @@ double areaLimit(const ui::Environment& environment) {
 
 gfx::Rect MDrawView::contentRect() const {
     gfx::Rect content = _picture.rect();
+    if (cutsAtPicture()) return content;
     for (const ToolRef& tool : *_tools) {
         // Patches show nothing beyond the picture.
         if (isMosaic(*tool)) continue;

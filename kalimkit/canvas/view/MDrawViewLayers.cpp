@@ -91,8 +91,7 @@ void MDrawView::updateLayers() {
         _layers.invalidate(CanvasLayers::Items, stale.onTopExtent);
     } else {
         _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
-            stale.onTop->draw(context);
-            stale.onTop->drawMeasurement(context);
+            drawUncounted(context, *stale.onTop);
             _count.addAhead();
         });
     }

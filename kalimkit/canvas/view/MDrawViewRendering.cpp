@@ -32,15 +32,22 @@ void drawSnipImage(gfx::Context& context, const gfx::ImageRef& image, const gfx:
     if (image) context.drawImage(*image, rect);
 }
 
-// Where a picture that lies on the canvas in this rectangle is shown.
-gfx::Rect shownRect(const gfx::Context& context, const gfx::ImageRef& image,
-                    const gfx::Rect& rect) {
-    if (!image) return rect;
-    return pixelAlignedRect(rect, context.transform(), ui::Environment::current().screen().scale,
-                            image->pixelSize());
+}  // namespace
+
+// Where a copy of the picture is shown on the canvas.
+gfx::Rect MDrawView::shownPicture(const gfx::Context& context, const gfx::ImageRef& image) const {
+    if (!image) return bgImgRect();
+    return pixelAlignedRect(bgImgRect(), context.transform(),
+                            ui::Environment::current().screen().scale, image->pixelSize());
 }
 
-}  // namespace
+// Where what is drawn is to be cut, as the copy that is shown has been aligned; nothing where it is
+// not to be.
+std::optional<gfx::Rect> MDrawView::pictureEdge(const gfx::Context& context) const {
+    if (!cutsAtPicture()) return std::nullopt;
+    const gfx::Rect shown = shownPicture(context, _picture.shown());
+    return shown != bgImgRect() ? shown : shownPicture(context, bgImg());
+}
 
 // ---- on screen
 
@@ -80,7 +87,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
 void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     context.setInterpolation(gfx::Interpolation::High);
     const gfx::ImageRef& shown = _picture.shown();
-    const gfx::Rect picture = shownRect(context, shown, bgImgRect());
+    const gfx::Rect picture = shownPicture(context, shown);
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale = ui::Environment::current().screen().scale * _zoom.shownScale();
     const double pixel = shown ? 1 / scale : 0;
@@ -98,9 +105,14 @@ void MDrawView::paintItems(gfx::Context& context, const gfx::Rect& rect) {
     }
 }
 
-void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
+void MDrawView::drawUncounted(gfx::Context& context, MDrawTool& tool) const {
+    tool.setVisibleRect(pictureEdge(context));
     tool.draw(context);
     tool.drawMeasurement(context);
+}
+
+void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
+    drawUncounted(context, tool);
     _count.add();
 }
 
@@ -119,7 +131,9 @@ void MDrawView::drawCreatedItems(gfx::Context& context) {
 
 void MDrawView::drawCreatedMosaics(gfx::Context& context) {
     if (createdTools().empty()) return;
-    drawMosiacTools(context, shownRect(context, _picture.shown(), bgImgRect()),
+    const gfx::GraphicsStateGuard guard(context);
+    if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
+    drawMosiacTools(context, shownPicture(context, _picture.shown()),
                     [](const MDrawTool& tool) { return tool.isNewBuild(); });
 }
 
@@ -129,8 +143,7 @@ void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
     if (!selection || !isOnCanvas(selection->firstSelectedTool())) return;
     selection->setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
     if (!needSelectedState) selection->setSelected(false);
-    selection->draw(context);
-    selection->drawMeasurement(context);
+    drawUncounted(context, *selection);
     if (!needSelectedState) selection->setSelected(true);
     _count.add(static_cast<int>(selection->subTools().size()));
 }
@@ -177,7 +190,7 @@ gfx::ImageRef MDrawView::exportImage() {
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
-    const gfx::Rect picture = shownRect(context, bgImg(), bgImgRect());
+    const gfx::Rect picture = shownPicture(context, bgImg());
     drawCanvas(context, *_defualtBackgroundColor, whole);
     drawSnipImage(context, bgImg(), picture);
     drawExportedTools(context, picture);

@@ -63,11 +63,12 @@ void BrowserEditor::setKeyboardHeight(double height) {
 
 // ---- the editor
 
-void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale) {
+void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale, bool grows) {
     dismiss();
     _controller = TesselViewController::initWithSourceImageWithDelegate(image, _delegate);
     _controller->setExportsAtPictureScale(exportsAtPictureScale);
     _controller->setForgiving(true);
+    _controller->setClipsToPicture(!grows);
     _window.setRootViewController(_controller);
     _keys = std::make_unique<EditorKeys>(_controller);
     _keys->setDelegate(_delegate);

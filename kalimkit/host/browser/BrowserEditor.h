@@ -38,8 +38,9 @@ public:
     void show();
 
     // ---- the editor. None of these is called from within a message of the editor's.
-    // Puts a new editor of the picture in the place of the one there is.
-    void open(const gfx::ImageRef& image, bool exportsAtPictureScale);
+    // Puts a new editor of the picture in the place of the one there is. What is drawn beyond the
+    // picture's edge enlarges the result with `grows`, and is cut there without it.
+    void open(const gfx::ImageRef& image, bool exportsAtPictureScale, bool grows);
     // Takes the editor off the window.
     void dismiss();
     // All are null without an editor.

@@ -173,9 +173,9 @@ KALIM_EXPORT("release_key") void releaseKey(int length) {
 
 // Opens an editor of a picture that the page has numbered. The buffer holds the language of its
 // texts, such as "en-GB".
-KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, int length) {
+KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, bool grows, int length) {
     editor->environment().setLanguage(sharedText(length));
-    editor->open(takePicture(picture), exportsAtPictureScale);
+    editor->open(takePicture(picture), exportsAtPictureScale, grows);
     editor->show();
 }
 

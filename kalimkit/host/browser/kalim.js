@@ -46,6 +46,8 @@ export class KalimEditor extends EventTarget {
   //   strings   other texts, by the Chinese ones
   //   type, quality           of the picture that is sent, as of HTMLCanvasElement.toBlob
   //   exportsAtPictureScale   false for a picture that is as large as it is on the screen
+  //   grow      true where what is drawn beyond the picture's edge enlarges the result, instead of
+  //             being cut there
   static async create(element, options = {}) {
     const editor = new KalimEditor(element, options);
     await editor.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url));
@@ -66,6 +68,7 @@ export class KalimEditor extends EventTarget {
       type: 'image/png',
       quality: 0.92,
       exportsAtPictureScale: true,
+      grow: false,
       ...options,
     };
   }
@@ -86,8 +89,8 @@ export class KalimEditor extends EventTarget {
   async open(picture, options = {}) {
     return this.#exchange.take(picture, (id) => {
       this.#options = { ...this.#options, ...options };
-      const { language, exportsAtPictureScale } = this.#options;
-      this.#call('open', id, exportsAtPictureScale, this.#module.put(language));
+      const { language, exportsAtPictureScale, grow } = this.#options;
+      this.#call('open', id, exportsAtPictureScale, grow, this.#module.put(language));
     });
   }
 

@@ -119,6 +119,8 @@ constexpr Operation operations[] = {
     // ---- the picture
     named<&MDrawView::bgImgRect>("bgImgRect"),
     named<&MDrawView::ctxRect>("ctxRect"),
+    named<&MDrawView::clipsToPicture>("clipsToPicture"),
+    named<&MDrawView::setClipsToPicture>("setClipsToPicture"),
     named<&MDrawView::isDirty>("isDirty"),
     named<&MDrawView::defualtBackgroundColor>("defualtBackgroundColor"),
     named<&MDrawView::setDefualtBackgroundColor>("setDefualtBackgroundColor"),

@@ -113,6 +113,13 @@ const EditorHost::Operation EditorHost::operations[] = {
          host._editor->setExportsAtPictureScale(exports);
          return Problem();
      }},
+    {"setClipsToPicture",
+     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+         bool clips = false;
+         if (Problem problem = readArguments(name, arguments, clips)) return problem;
+         host._editor->setClipsToPicture(clips);
+         return Problem();
+     }},
     {"resize",
      [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
          gfx::Size size;

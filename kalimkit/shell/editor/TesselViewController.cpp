@@ -82,6 +82,11 @@ void TesselViewController::setForgiving(bool forgiving) {
         picker->setTakesTouchesWhileFolding(forgiving);
 }
 
+void TesselViewController::setClipsToPicture(bool clips) {
+    _clipsToPicture = clips;
+    if (_drawView) _drawView->setClipsToPicture(clips);
+}
+
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
     _transBlock = std::move(block);
     doApplyTransBlockToCoreModel();
@@ -197,6 +202,7 @@ void TesselViewController::initSubviews() {
 void TesselViewController::makeCanvas() {
     _drawView = MDrawView::initWithFrame({});
     _drawView->setForgiving(_forgiving);
+    _drawView->setClipsToPicture(_clipsToPicture);
     _drawView->setFScal(_fsacal);
     _drawView->setHidden(_needInitAnimate);
     doApplyTransBlockToCoreModel();

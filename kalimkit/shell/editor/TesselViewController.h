@@ -90,6 +90,10 @@ public:
     // Whether the close button asks: when something was drawn. Forgiving, it also does after a crop
     // that was confirmed or has been begun, and after another picture was opened.
     bool asksBeforeClosing() const;
+    // What goes beyond the picture is cut at its edge, see MDrawView::setClipsToPicture. Off at
+    // first.
+    bool clipsToPicture() const { return _clipsToPicture; }
+    void setClipsToPicture(bool clips);
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
 
@@ -255,6 +259,7 @@ private:
     float _fsacal = 0;
     bool _exportsAtPictureScale = false;
     bool _forgiving = false;
+    bool _clipsToPicture = false;
 
     bool _hasAppeared = false;
     // The panel is open, or about to be, in the buttons' place.

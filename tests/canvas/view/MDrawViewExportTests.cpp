@@ -55,6 +55,36 @@ TEST(MDrawViewExport, AnUntouchedPictureOfTheScreensScaleComesBackByteForByte) {
     }
 }
 
+TEST(MDrawViewExport, AtThePicturesEdgeWhatGoesBeyondIsCutAndHandlesAreNot) {
+    CanvasHost host({.size = {200, 200}});
+    const auto shownAt = [&](int x, int y) {
+        return hexAt(host.canvas->exportImageForScale(), x, y);
+    };
+    // From 50 to 150, both ways.
+    host.canvas->setSnipImage(host.plainPicture(100, 100, blue));
+    host.canvas->setClipsToPicture(true);
+    host.canvas->setDrawColorIsTranslucent(gfx::makeColor(red), false);
+    host.canvas->setDrawLineWidth(12);
+    const gfx::Rect picture = host.canvas->bgImgRect();
+    const ToolRef line = host.draw(ToolType::Line, {100, 100}, {180, 100});
+    for (const bool isSelected : {false, true}) {
+        if (isSelected) host.canvas->selectTools({line});
+        EXPECT_EQ(shownAt(149, 103), red.hex());
+        EXPECT_EQ(shownAt(150, 103), "#00000000");
+        // A handle at the end, where the line itself is not seen.
+        EXPECT_EQ(shownAt(182, 100), isSelected ? "#24A9E9FF" : "#00000000");
+    }
+    EXPECT_EQ(host.canvas->ctxRect(), picture);
+    for (const auto& image :
+         {host.canvas->exportImage(), host.canvas->exportImageAtPictureScale()}) {
+        EXPECT_EQ(image->pixelSize(), (gfx::PixelSize{100, 100}));
+        EXPECT_EQ(hexAt(image, 99, 50), red.hex());
+    }
+    host.canvas->setClipsToPicture(false);
+    EXPECT_EQ(host.canvas->ctxRect().maxX(), 186);
+    EXPECT_EQ(shownAt(170, 103), red.hex());
+}
+
 TEST(MDrawViewExport, AQuarterTurnedPhotoIsUprightOnce) {
     CanvasHost host;
     gfx::Bitmap raster(40, 20);
