@@ -16,20 +16,21 @@ double ceiled(double length) {
     return static_cast<double>(std::ceil(static_cast<float>(length)));
 }
 
-// One direction of a frame, from `low` on.
-struct Extent {
-    double low = 0;
-    double length = 0;
-};
+// The length nearest to the wanted one, from one that is allowed on.
+template <typename IsAllowed>
+double reached(double from, double wanted, IsAllowed isAllowed) {
+    if (isAllowed(wanted)) return wanted;
+    // Halvings: any way is shorter than a billionth of a point after these.
+    for (int step = 0; step < 48; ++step) {
+        const double middle = (from + wanted) / 2;
+        (isAllowed(middle) ? from : wanted) = middle;
+    }
+    return from;
+}
 
-// Keeps an extent inside the content and no shorter than a frame may be. `fixedEnd` is where it
-// ends when its beginning is dragged.
-Extent limitedExtent(Extent extent, Extent content, const double* fixedEnd) {
-    const double contentEnd = content.low + content.length;
-    double low = std::min(std::max(extent.low, content.low), contentEnd - leastCropSide);
-    if (fixedEnd && *fixedEnd - low <= leastCropSide) low = *fixedEnd - leastCropSide;
-    const double length = std::max(std::min(extent.length, content.length), leastCropSide);
-    return {low, std::min(length, (fixedEnd ? *fixedEnd : contentEnd) - low)};
+// Where a length begins that keeps its middle as far as it stays between two ends.
+double centred(double middle, double length, double from, double to) {
+    return std::max(std::min(middle - length / 2, to - length), from);
 }
 
 }  // namespace
@@ -44,14 +45,16 @@ CropEdge cropEdgeForPoint(gfx::Point p, const gfx::Rect& frame) {
     const double x2 = frame.maxX();
     const double y1 = frame.minY();
     const double y2 = frame.maxY();
+    const gfx::Size size = frame.size;
     const auto isNearCorner = [&](double x, double y) {
-        return isNear({x, y, 0, 0}, cornerTolerance, cornerTolerance);
+        // The middle of a short side is left to the edge.
+        return isNear({x, y, 0, 0}, std::min(cornerTolerance, size.width / 3),
+                      std::min(cornerTolerance, size.height / 3));
     };
     if (isNearCorner(x1, y1)) return CropEdge::TopLeft;
     if (isNearCorner(x2, y1)) return CropEdge::TopRight;
     if (isNearCorner(x2, y2)) return CropEdge::BottomRight;
     if (isNearCorner(x1, y2)) return CropEdge::BottomLeft;
-    const gfx::Size size = frame.size;
     if (isNear({x2, y1, 0, size.height}, edgeTolerance, edgeTolerance)) return CropEdge::Right;
     if (isNear({x1, y2, size.width, 0}, edgeTolerance, edgeTolerance)) return CropEdge::Bottom;
     if (isNear({x1, y1, 0, size.height}, edgeTolerance, edgeTolerance)) return CropEdge::Left;
@@ -87,68 +90,94 @@ bool CropDrag::movesBottom() const {
 gfx::Rect CropDrag::frameAt(gfx::Point p, const gfx::Rect& frame) const {
     if (edge == CropEdge::None) return frame;
     const gfx::Point by{ceiled(p.x - touchPoint.x), ceiled(p.y - touchPoint.y)};
-    if (!isAspectRatioLocked) return limited(proposed(by, frame));
-    return squared(limited(proposedLocked(by, frame)));
+    return placed(isAspectRatioLocked ? allowedSquare(frame.size, proposedSide(by))
+                                      : allowed(frame.size, limited(proposed(by))));
 }
 
-gfx::Rect CropDrag::proposed(gfx::Point by, const gfx::Rect& frame) const {
-    gfx::Rect next = frame;
-    if (movesLeft()) {
-        next.origin.x = touchFrame.minX() + by.x;
-        next.size.width = touchFrame.maxX() - next.origin.x;
-    }
-    if (movesRight()) next.size.width = touchFrame.size.width + by.x;
-    if (movesTop()) {
-        next.origin.y = touchFrame.minY() + by.y;
-        next.size.height = touchFrame.maxY() - next.origin.y;
-    }
-    if (movesBottom()) next.size.height = touchFrame.size.height + by.y;
-    return next;
+gfx::Size CropDrag::proposed(gfx::Point by) const {
+    gfx::Size size = touchFrame.size;
+    if (movesAcross()) size.width += movesLeft() ? -by.x : by.x;
+    if (movesDown()) size.height += movesTop() ? -by.y : by.y;
+    return size;
 }
 
-gfx::Rect CropDrag::proposedLocked(gfx::Point by, const gfx::Rect& frame) const {
-    gfx::Rect next = proposed(by, frame);
-    const bool isHorizontal = movesLeft() || movesRight();
-    const bool isVertical = movesTop() || movesBottom();
-    if (isHorizontal && isVertical) {
-        const double horizontal = (movesLeft() ? -by.x : by.x) / touchFrame.size.width;
-        const double vertical = (movesTop() ? -by.y : by.y) / touchFrame.size.height;
-        const double factor = ((1 + horizontal) + (1 + vertical)) / 2;
-        next.size = {ceiled(factor * touchFrame.size.width),
-                     ceiled(factor * touchFrame.size.height)};
-        next.origin.x = movesLeft() ? touchFrame.maxX() - next.size.width : touchFrame.minX();
-        next.origin.y = movesTop() ? touchFrame.maxY() - next.size.height : touchFrame.minY();
-    } else if (isHorizontal) {
-        // The width that the frame has so far: a square follows the finger a step behind.
-        next.size.height = frame.size.width;
-        next.origin.y = std::min(touchFrame.midY() - next.size.height / 2,
-                                 contentFrame.maxY() - next.size.height);
+// Of a square. A corner changes it by the mean of what it changes either way.
+double CropDrag::proposedSide(gfx::Point by) const {
+    gfx::Size size = proposed(by);
+    if (movesAcross() && movesDown()) {
+        const double factor =
+            (size.width / touchFrame.size.width + size.height / touchFrame.size.height) / 2;
+        size = {ceiled(factor * touchFrame.size.width), ceiled(factor * touchFrame.size.height)};
+    } else if (movesAcross()) {
+        size.height = size.width;
     } else {
-        next.size.width = frame.size.height;
-        next.origin.x = std::min(touchFrame.midX() - next.size.width / 2,
-                                 contentFrame.maxX() - next.size.width);
+        size.width = size.height;
     }
-    return next;
+    const gfx::Size square = limited(size);
+    return std::min(square.width, square.height);
 }
 
-gfx::Rect CropDrag::limited(const gfx::Rect& proposed) const {
-    const double right = touchFrame.maxX();
-    const double bottom = touchFrame.maxY();
-    const Extent x = limitedExtent({proposed.minX(), proposed.size.width},
-                                   {contentFrame.minX(), contentFrame.size.width},
-                                   movesLeft() ? &right : nullptr);
-    const Extent y = limitedExtent({proposed.minY(), proposed.size.height},
-                                   {contentFrame.minY(), contentFrame.size.height},
-                                   movesTop() ? &bottom : nullptr);
-    return {x.low, y.low, x.length, y.length};
+// How large the frame may be inside the content; a square that is dragged at an edge grows both
+// ways in the other direction.
+gfx::Size CropDrag::room() const {
+    gfx::Size size = isAspectRatioLocked ? contentFrame.size : touchFrame.size;
+    if (movesLeft()) size.width = touchFrame.maxX() - contentFrame.minX();
+    if (movesRight()) size.width = contentFrame.maxX() - touchFrame.minX();
+    if (movesTop()) size.height = touchFrame.maxY() - contentFrame.minY();
+    if (movesBottom()) size.height = contentFrame.maxY() - touchFrame.minY();
+    return size;
 }
 
-gfx::Rect CropDrag::squared(gfx::Rect frame) const {
-    const double side = std::min(frame.size.width, frame.size.height);
-    frame.size = {side, side};
-    if (movesTop()) frame.origin.y = std::max(frame.origin.y, touchFrame.maxY() - side);
-    if (movesLeft()) frame.origin.x = std::max(frame.origin.x, touchFrame.maxX() - side);
-    return frame;
+gfx::Size CropDrag::limited(gfx::Size size) const {
+    const auto limit = [](double length, double own, double room) {
+        return std::min(std::max(length, std::min(own, leastCropSide)), room);
+    };
+    const gfx::Size space = room();
+    return {limit(size.width, touchFrame.size.width, space.width),
+            limit(size.height, touchFrame.size.height, space.height)};
+}
+
+bool CropDrag::allows(gfx::Size size) const {
+    return picture.size.isEmpty() || limits.allow(cropOutcome(picture, size, contentFrame.size));
+}
+
+// Both sides together as far as they go, so that many small steps lead where a large one does; then
+// each that is free goes on.
+gfx::Size CropDrag::allowed(gfx::Size from, gfx::Size wanted) const {
+    const auto between = [&](double share) {
+        return gfx::Size{from.width + (wanted.width - from.width) * share,
+                         from.height + (wanted.height - from.height) * share};
+    };
+    if (allows(wanted)) return wanted;
+    gfx::Size size = between(reached(0, 1, [&](double share) { return allows(between(share)); }));
+    for (double gfx::Size::*side : {&gfx::Size::width, &gfx::Size::height, &gfx::Size::width}) {
+        size.*side = reached(size.*side, wanted.*side, [&, tried = size](double length) mutable {
+            tried.*side = length;
+            return allows(tried);
+        });
+    }
+    return size;
+}
+
+// The frame so far, where not even a square of its shorter side is allowed.
+gfx::Size CropDrag::allowedSquare(gfx::Size from, double wanted) const {
+    const auto isAllowed = [this](double side) { return allows({side, side}); };
+    const double least = std::min(from.width, from.height);
+    if (!isAllowed(wanted) && !isAllowed(least)) return from;
+    const double side = reached(least, wanted, isAllowed);
+    return {side, side};
+}
+
+gfx::Rect CropDrag::placed(gfx::Size size) const {
+    const gfx::Rect& content = contentFrame;
+    gfx::Point origin = touchFrame.origin;
+    if (movesLeft()) origin.x = touchFrame.maxX() - size.width;
+    if (movesTop()) origin.y = touchFrame.maxY() - size.height;
+    if (isAspectRatioLocked && !movesAcross())
+        origin.x = centred(touchFrame.midX(), size.width, content.minX(), content.maxX());
+    if (isAspectRatioLocked && !movesDown())
+        origin.y = centred(touchFrame.midY(), size.height, content.minY(), content.maxY());
+    return {origin, size};
 }
 
 }  // namespace kalim

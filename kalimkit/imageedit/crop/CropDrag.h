@@ -3,14 +3,15 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/imageedit/crop/CropEdge.h"
+#include "kalimkit/imageedit/crop/CropLimits.h"
 
 namespace kalim {
 
-// The shortest side of a crop frame, points.
+// The shortest side of a crop frame, points, unless it begins with a shorter one.
 inline constexpr double leastCropSide = 60;
 
-// What a finger at a point takes hold of: corners within 70 points in either direction, the top
-// edge within 70, the other edges within 20.
+// What a finger at a point takes hold of: corners within 70 points in either direction, but no more
+// than a third of the side, the top edge within 70, the other edges within 20.
 KALIM_API CropEdge cropEdgeForPoint(gfx::Point p, const gfx::Rect& frame);
 
 // Whether a drag that begins there belongs to the frame: in the band of 20 points on either side of
@@ -30,16 +31,25 @@ struct KALIM_API CropDrag {
     gfx::Rect contentFrame;
     // The frame becomes, and stays, a square.
     bool isAspectRatioLocked = false;
+    // As it is zoomed by now, and how far the drag may go into it. An empty one limits nothing.
+    CropPicture picture;
+    CropLimits limits;
 
 private:
     bool movesLeft() const;
     bool movesTop() const;
     bool movesRight() const;
     bool movesBottom() const;
-    gfx::Rect proposed(gfx::Point by, const gfx::Rect& frame) const;
-    gfx::Rect proposedLocked(gfx::Point by, const gfx::Rect& frame) const;
-    gfx::Rect limited(const gfx::Rect& proposed) const;
-    gfx::Rect squared(gfx::Rect frame) const;
+    bool movesAcross() const { return movesLeft() || movesRight(); }
+    bool movesDown() const { return movesTop() || movesBottom(); }
+    gfx::Size proposed(gfx::Point by) const;
+    double proposedSide(gfx::Point by) const;
+    gfx::Size room() const;
+    gfx::Size limited(gfx::Size size) const;
+    bool allows(gfx::Size size) const;
+    gfx::Size allowed(gfx::Size from, gfx::Size wanted) const;
+    gfx::Size allowedSquare(gfx::Size from, double wanted) const;
+    gfx::Rect placed(gfx::Size size) const;
 };
 
 }  // namespace kalim

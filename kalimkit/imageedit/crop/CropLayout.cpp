@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/imageedit/crop/CropLimits.h"
+
 namespace kalim {
 
 namespace {
@@ -10,7 +12,6 @@ namespace {
 constexpr double leastNaturalRatio = 0.5;
 constexpr double zoomRange = 5;
 constexpr double largestPixel = 4;
-constexpr double largestZoom = 15;
 
 // Something is left even of a picture that is very long and thin.
 double flooredInSinglePrecision(double length) {
@@ -45,7 +46,7 @@ CropZoomLimits cropZoomLimits(gfx::Size image, gfx::Size frame, double pointsPer
     if (image.isEmpty() || frame.isEmpty() || !(pointsPerPixel > 0)) return {};
     const double minimum = std::max(frame.width / image.width, frame.height / image.height);
     const double maximum = std::max(zoomRange * minimum, largestPixel / pointsPerPixel);
-    return {minimum, std::max(std::min(maximum, largestZoom), minimum)};
+    return {minimum, std::max(std::min(maximum, largestCropZoom), minimum)};
 }
 
 CropRecentring recentredCropFrame(const gfx::Rect& frame, const gfx::Rect& content) {

@@ -41,8 +41,6 @@ void EditImageCropGridView::setup() {
             view = createLineView();
     };
     create(_borderGridLines);
-    for (const auto& line : _borderGridLines)
-        line->setShadow(gfx::Shadow{{0, 0}, 2, {0, 0, 0, 0.9}});
     create(_tlLineView);
     create(_trLineView);
     create(_brLineView);
@@ -54,6 +52,8 @@ void EditImageCropGridView::setup() {
 std::shared_ptr<ui::View> EditImageCropGridView::createLineView() {
     const std::shared_ptr<ui::View> line = ui::View::initWithFrame({});
     line->setBackgroundColor(gfx::makeColor(1, 1, 1));
+    // So that it is seen on white pictures, too.
+    line->setShadow(gfx::Shadow{{0, 0}, 2, {0, 0, 0, 0.9}});
     addSubview(line);
     return line;
 }

@@ -9,7 +9,7 @@
 namespace kalim {
 
 // The crop frame as it is seen: a border, markers around the corners and lines at the thirds, all
-// white. It takes no touches.
+// white with a dark shadow. It takes no touches.
 class KALIM_API EditImageCropGridView : public ui::View {
 public:
     static std::shared_ptr<EditImageCropGridView> initWithFrame(const gfx::Rect& frame);

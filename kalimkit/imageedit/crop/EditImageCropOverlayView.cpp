@@ -10,8 +10,9 @@ namespace kalim {
 
 namespace {
 
-// How far the darkness reaches beyond the overlay, and beyond where the hole would end, points.
+// How far the darkness reaches beyond the overlay, points.
 constexpr double margin = 2;
+// How far the hole reaches beyond the bright frame, points at a zoom of 1.
 constexpr double holeMargin = 1;
 
 std::optional<double> opacityOf(std::int32_t level) {
@@ -62,15 +63,22 @@ void EditImageCropOverlayView::setBrightFrame(const gfx::Rect& frame) {
     updateMask();
 }
 
+void EditImageCropOverlayView::setZoomScale(double scale) {
+    if (scale == _zoomScale || !(scale > 0)) return;
+    _zoomScale = scale;
+    updateMask();
+}
+
 // Four rectangles around the hole; where they overlap, they are as dark as elsewhere.
 void EditImageCropOverlayView::updateMask() {
     if (_brightFrame == frame() || _brightFrame == gfx::Rect{}) return setMaskPath({});
     const gfx::Rect layer = layerRect();
     const gfx::Rect hole = _brightFrame;
-    const double top = hole.minY() - holeMargin;
-    const double right = hole.maxX() + holeMargin;
-    const double bottom = hole.maxY() + holeMargin;
-    const double left = hole.minX() - holeMargin;
+    const double beyond = holeMargin / _zoomScale;
+    const double top = hole.minY() - beyond;
+    const double right = hole.maxX() + beyond;
+    const double bottom = hole.maxY() + beyond;
+    const double left = hole.minX() - beyond;
     gfx::Path dark;
     dark.addRect(gfx::Rect::spanning({0, 0}, {layer.maxX(), top}));
     dark.addRect(gfx::Rect::spanning({right, top}, {layer.maxX(), bottom}));

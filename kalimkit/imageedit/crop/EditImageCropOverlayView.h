@@ -18,6 +18,10 @@ public:
     // nor where the bright frame is the overlay's own frame.
     const gfx::Rect& brightFrame() const { return _brightFrame; }
     void setBrightFrame(const gfx::Rect& frame);
+    // How much larger the overlay is shown than it is: the point around the hole is one of what is
+    // seen. 1 at first; ignored unless positive.
+    double zoomScale() const { return _zoomScale; }
+    void setZoomScale(double scale);
     // 1 is opaque, 2 dims, 3 shows everything. Any other number is kept and changes nothing that is
     // seen. Animates within an animation.
     std::int32_t overlayLevel() const { return _overlayLevel; }
@@ -38,6 +42,7 @@ private:
 
     std::shared_ptr<ui::View> _blackLayer;
     gfx::Rect _brightFrame;
+    double _zoomScale = 1;
     std::int32_t _overlayLevel = 0;
 };
 

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Rect.h"
 
 namespace kalim {
 
@@ -23,6 +25,9 @@ public:
     virtual void getOriginalImage(const OriginalImageCallback& /*callback*/) {}
     // A picture to show until the one above is there; may be null.
     virtual void getDisplayImage(const DisplayImageCallback& /*callback*/) {}
+    // Where the picture to crop is seen when it is handed over, coordinates of the editor's
+    // superview: the opening begins there. Nothing where it is not seen.
+    virtual std::optional<gfx::Rect> originalImageFrame() { return std::nullopt; }
 
     // What was cut out: scale 1, upright. Sent before OnClickEditImageDoneBarButton.
     virtual void onCropImageDone(const gfx::ImageRef& /*image*/) {}

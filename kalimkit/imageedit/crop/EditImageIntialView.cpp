@@ -20,6 +20,7 @@ namespace {
 constexpr double contentMargin = 20;
 constexpr double bottomBars = 60 + 63;
 constexpr double leaveDuration = 0.3;
+constexpr double fadeDuration = 0.2;
 // What makes a zoom differ from the least one.
 constexpr double zoomTolerance = 0.01;
 const gfx::Rect wholePicture{0, 0, 1, 1};
@@ -119,6 +120,7 @@ gfx::Rect EditImageIntialView::cropShare() const {
 }
 
 void EditImageIntialView::place(const CropPlacement& placement) {
+    _oldStartImageFrameSize = placement.imageSize;
     _eIScrollView->placeImage(placement.imageSize, placement.zoomScale, placement.image.origin);
     setCropFrame(placement.frame);
 }
@@ -145,7 +147,6 @@ void EditImageIntialView::layoutContent() {
     const CropPlacement placement = CropPlacement::settled(
         {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, share,
         contentFrame());
-    _oldStartImageFrameSize = placement.imageSize;
     place(placement);
     // The end of what was moving, which sees to that, does not come.
     if (const auto overlay = overlayView(); overlay && isMoving)
@@ -159,9 +160,17 @@ CropEdge EditImageIntialView::cropEdgeForPoint(gfx::Point p) const {
 }
 
 void EditImageIntialView::updateCropLinesWithPoint(gfx::Point p) {
-    const CropDrag drag{_cropEdge, _cropTouchPoint, _cropTouchFrame, contentFrame(),
-                        _isAspectRatioLocked};
+    const CropDrag drag{_cropEdge,      _cropTouchPoint,      _cropTouchFrame,
+                        contentFrame(), _isAspectRatioLocked, cropPicture(),
+                        _cropLimits};
     setCropFrame(drag.frameAt(p, _cropFrame));
+}
+
+CropPicture EditImageIntialView::cropPicture() const {
+    gfx::PixelSize raster = _originalImage ? _originalImage->pixelSize() : gfx::PixelSize{};
+    if ((_currentRotationOrientation - _startRotationOrientation) % 2 != 0)
+        raster = {raster.height, raster.width};
+    return {_oldStartImageFrameSize, raster, _eIScrollView->zoomScale()};
 }
 
 void EditImageIntialView::setCropFrame(const gfx::Rect& frame) {
@@ -182,8 +191,9 @@ void EditImageIntialView::setCropFrame(const gfx::Rect& frame) {
 
 // A zoom above the largest one stays: the frame has taken it there.
 void EditImageIntialView::setScrollViewMaxMinZoomScale() {
-    const CropZoomLimits limits = _eIScrollView->zoomLimitsFor(_cropFrame.size);
-    const double zoom = _eIScrollView->zoomScale();
+    const auto [size, raster, zoom] = cropPicture();
+    const double pointsPerPixel = raster.isEmpty() ? 0 : size.width / raster.width;
+    const CropZoomLimits limits = cropZoomLimits(size, _cropFrame.size, pointsPerPixel);
     _eIScrollView->setMinimumZoomScale(limits.minimum);
     _eIScrollView->setMaximumZoomScale(std::max(limits.maximum, zoom));
     if (zoom >= limits.minimum) return;
@@ -197,6 +207,7 @@ void EditImageIntialView::setScrollViewMaxMinZoomScale() {
 void EditImageIntialView::matchOverlayViewToCropGridView() {
     const auto overlay = overlayView();
     if (!_cropToolBar || !_cropGridView || !overlay) return;
+    overlay->setZoomScale(_eIScrollView->zoomScale());
     overlay->setBrightFrame(_cropGridView->convertRectTo(_cropGridView->bounds(), overlay.get()));
 }
 
@@ -255,6 +266,7 @@ void EditImageIntialView::onCropToolBarDoneBtnClicked() {
     _isCropOver = true;
     clearOperation();
     saveProperties();
+    if (_leavesWhenUnchanged && keepsWholePicture()) return goBackToEditView();
     animate(leaveDuration, [this] { _eIScrollView->cropImage(_eIScrollView->lastCropFrame()); });
     const gfx::ImageRef image = cutImage();
     // Nothing to apply, where no memory is left for it.
@@ -263,12 +275,21 @@ void EditImageIntialView::onCropToolBarDoneBtnClicked() {
     onCropDone();
 }
 
-gfx::ImageRef EditImageIntialView::cutImage() const {
+// Pixels of the picture as it is turned.
+gfx::Rect EditImageIntialView::cutRect() const {
     const auto& picture = _eIScrollView->imageView();
-    const gfx::ImageRef& image = picture->image();
-    return MDrawImageUtil::imageFromImageInRect(
-        image, cropCutRect(_eIScrollView->lastCropFrame(), image->pixelSize(),
-                           picture->frame().size, _eIScrollView->zoomScale()));
+    return cropCutRect(_eIScrollView->lastCropFrame(), cropPicture().raster, picture->frame().size,
+                       _eIScrollView->zoomScale());
+}
+
+bool EditImageIntialView::keepsWholePicture() const {
+    if (_currentRotationOrientation != _startRotationOrientation) return false;
+    const gfx::PixelSize raster = _originalImage->pixelSize();
+    return cutRect().roundedOut().contains(gfx::Rect(0, 0, raster.width, raster.height));
+}
+
+gfx::ImageRef EditImageIntialView::cutImage() const {
+    return MDrawImageUtil::imageFromImageInRect(_eIScrollView->imageView()->image(), cutRect());
 }
 
 void EditImageIntialView::saveProperties() {
@@ -312,13 +333,25 @@ void EditImageIntialView::OnClickEditImageBackBarButton() {
     _eIScrollView->onClickCancelBtn();
     if (const auto delegate = _delegate.lock()) delegate->OnClickEditImageBackBarButton();
     setEditImageToolBarHiddenWithAnimationInBeganOrEndPhase(true);
-    _eIScrollView->removeFromSuperview();
+    // What fades out shows it to the end.
+    if (!_isFadingOut) _eIScrollView->removeFromSuperview();
     after(leaveDuration, &EditImageIntialView::endEditImageView);
 }
 
 void EditImageIntialView::OnClickEditImageDoneBarButton() {
     if (!_originalImage) return;
     if (const auto delegate = _delegate.lock()) delegate->OnClickEditImageDoneBarButton();
+}
+
+void EditImageIntialView::fadeOut() {
+    if (std::exchange(_isFadingOut, true)) return;
+    // Without a picture it is nothing but black.
+    if (!_eIScrollView->imageView()->image()) return removeFromSuperview();
+    setUserInteractionEnabled(false);
+    setAccessibilityModal(false);
+    setAccessibilityHidden(true);
+    animate(
+        fadeDuration, [this] { setAlpha(0); }, [this] { removeFromSuperview(); });
 }
 
 void EditImageIntialView::endEditImageView() {

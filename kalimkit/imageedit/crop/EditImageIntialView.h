@@ -8,6 +8,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/imageedit/crop/CropEdge.h"
+#include "kalimkit/imageedit/crop/CropLimits.h"
 #include "kalimkit/imageedit/crop/CropPlacement.h"
 #include "kalimkit/imageedit/crop/EditImageCropGridView.h"
 #include "kalimkit/imageedit/crop/EditImageCropToolBarDelegate.h"
@@ -50,7 +51,7 @@ public:
 
     // ---- the frame
     CropEdge cropEdgeForPoint(gfx::Point p) const;
-    // Drags the held edge or corner to a point.
+    // Drags the held edge or corner to a point, as far as CropLimits allow.
     void updateCropLinesWithPoint(gfx::Point p);
     // Moves grid, inset, zoom limits and bright frame along, and the picture as far as it must to
     // cover the frame.
@@ -81,6 +82,8 @@ public:
     void OnClickEditImageBackBarButton();
     // Ignored while no picture is displayed.
     void OnClickEditImageDoneBarButton();
+    // Leaves its superview; it fades out with what it shows and takes no touches meanwhile.
+    void fadeOut();
 
     // ---- parts; what crop mode needs is null before it begins for the first time
     const std::shared_ptr<EditImageScrollView>& eIScrollView() const { return _eIScrollView; }
@@ -138,6 +141,10 @@ public:
     // The frame becomes, and stays, a square.
     bool isAspectRatioLocked() const { return _isAspectRatioLocked; }
     void setIsAspectRatioLocked(bool locked) { _isAspectRatioLocked = locked; }
+    // Whether confirming a crop that keeps every pixel where it is leaves by the back button's
+    // path, so that nothing is replaced. Off at first.
+    bool leavesWhenUnchanged() const { return _leavesWhenUnchanged; }
+    void setLeavesWhenUnchanged(bool leaves) { _leavesWhenUnchanged = leaves; }
     // Keeps the rotate button in sight during drags.
     bool isInit() const { return _isInit; }
     void setIsInit(bool isInit) { _isInit = isInit; }
@@ -177,6 +184,7 @@ private:
 
     // ---- opening (EditImageIntialViewOpening.cpp)
     void didGetOriginalImage(const gfx::ImageRef& image);
+    gfx::Rect placeAtOpening(const gfx::ImageRef& image) const;
     void showImage(const gfx::ImageRef& image);
     void makeToolBar();
     void layoutToolBar();
@@ -194,6 +202,7 @@ private:
     gfx::Rect scrollFrame() const;
     gfx::Rect cropShare() const;
     CropPlacement startPlacement() const;
+    CropPicture cropPicture() const;
     void place(const CropPlacement& placement);
     void setScrollViewMaxMinZoomScale();
     void contentDidMove();
@@ -227,6 +236,8 @@ private:
     void letGoOfFingers();
 
     // ---- leaving
+    gfx::Rect cutRect() const;
+    bool keepsWholePicture() const;
     gfx::ImageRef cutImage() const;
     void saveProperties();
     void clearOperation();
@@ -251,6 +262,7 @@ private:
     gfx::Point _landingPoint;
     gfx::Point _cropTouchPoint;
     gfx::Rect _cropTouchFrame;
+    CropLimits _cropLimits;
     double _naturalTopLength = 0;
     gfx::Size _oldStartImageFrameSize;
     gfx::Point _originalScrollViewOffset;
@@ -274,6 +286,8 @@ private:
     bool _isRotationIconLocked = false;
     bool _isAspectRatioLocked = false;
     bool _isInit = false;
+    bool _leavesWhenUnchanged = false;
+    bool _isFadingOut = false;
 };
 
 }  // namespace kalim

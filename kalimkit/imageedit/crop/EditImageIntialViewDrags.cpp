@@ -52,6 +52,8 @@ void EditImageIntialView::gridPanGestureRecognized(ui::PanGestureRecognizer& pan
         croppingView();
         _cropTouchPoint = p;
         _cropTouchFrame = _cropFrame;
+        _cropLimits =
+            CropLimits::from(cropOutcome(cropPicture(), _cropTouchFrame.size, contentFrame().size));
         _cropEdge = cropEdgeForPoint(p);
         // A quick finger has left the edge before the drag begins.
         if (_cropEdge == CropEdge::None) _cropEdge = cropEdgeForPoint(_landingPoint);

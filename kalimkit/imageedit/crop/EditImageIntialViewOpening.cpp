@@ -41,9 +41,18 @@ void EditImageIntialView::didGetOriginalImage(const gfx::ImageRef& image) {
     onCropEditImage();
 }
 
-// Where the canvas shows it.
+// Where whoever opened the editor shows it; else where it fits.
+gfx::Rect EditImageIntialView::placeAtOpening(const gfx::ImageRef& image) const {
+    const auto delegate = _delegate.lock();
+    if (const auto seen = delegate ? delegate->originalImageFrame() : std::nullopt;
+        seen && !seen->isEmpty()) {
+        return toSuperview().inverted().apply(*seen);
+    }
+    return ui::imageRectIn(bounds(), image->size(), ui::ContentMode::AspectFit);
+}
+
 void EditImageIntialView::showImage(const gfx::ImageRef& image) {
-    const gfx::Rect place = ui::imageRectIn(bounds(), image->size(), ui::ContentMode::AspectFit);
+    const gfx::Rect place = placeAtOpening(image);
     _eIScrollView->imageView()->setImage(image);
     _eIScrollView->setFrame(bounds());
     _eIScrollView->placeImage(place.size, 1, place.origin);
@@ -97,7 +106,8 @@ void EditImageIntialView::startAnimateToCropFrame() {
     _eIScrollView->setFrame(scrollFrame());
     const CropPlacement placement = startPlacement();
     const double zoom = seen.size.width / placement.imageSize.width;
-    _eIScrollView->placeImage(placement.imageSize, zoom, seen.origin);
+    // The size is not in whole points as later, so that nothing is seen to jump.
+    _eIScrollView->placeImage(seen.size * (1 / zoom), zoom, seen.origin);
     animate(
         openingDuration,
         [&] {
@@ -148,9 +158,7 @@ void EditImageIntialView::makeGridPan() {
 }
 
 void EditImageIntialView::initContentImage() {
-    const CropPlacement placement = startPlacement();
-    _cropOriginalFrame = placement.frame;
-    _oldStartImageFrameSize = placement.imageSize;
+    _cropOriginalFrame = startPlacement().frame;
 }
 
 void EditImageIntialView::restoreLayoutContentImage() {

@@ -111,7 +111,6 @@ void EditImageIntialView::finishTurn(std::int32_t quarterTurns, const gfx::Rect&
     rotateImageDirectly(quarterTurns == 1);
     if (quarterTurns == 2) rotateImageDirectly(false);
     _isRotating = false;
-    _oldStartImageFrameSize = placement.imageSize;
     place(placement);
     layoutContent();
     _isRotationIconLocked = false;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -33,6 +34,9 @@ TEST(EditImageCropGridView, LinesLieInsideAndCornerMarkersOutsideOfTheFrame) {
     EXPECT_EQ(grid->horizontalGridLines()[1]->frame(), gfx::Rect(0, 160, 300, 0.5));
     EXPECT_EQ(grid->verticalGridLines()[0]->frame(), gfx::Rect(100, 0, 0.5, 240));
     EXPECT_EQ(host.window().rootView()->hitTest({100, 100}), host.window().rootView());
+    // It is seen on white, all of it.
+    EXPECT_TRUE(std::ranges::all_of(grid->subviews(),
+                                    [](const auto& line) { return line->shadow().has_value(); }));
 }
 
 TEST(EditImageCropOverlayView, DarkensWhatIsNotBrightByItsLevel) {
@@ -54,6 +58,10 @@ TEST(EditImageCropOverlayView, DarkensWhatIsNotBrightByItsLevel) {
         for (const auto& [x, y] : {std::pair{99, 199}, {250, 500}, {170, 350}})
             EXPECT_EQ(hexAt(host, x, y), "#FFFFFFFF") << level << " at " << x << ", " << y;
     }
+    // Zoomed out, the margin is as wide on the screen.
+    overlay->setOverlayLevel(1);
+    overlay->setZoomScale(0.25);
+    EXPECT_EQ(hexAt(host, 96, 300) + hexAt(host, 95, 300), "#FFFFFFFF#000000FF");
     const auto mask = overlay->blackLayer()->mask();
     overlay->setBrightFrame({100, 200, 150, 300});
     EXPECT_EQ(overlay->blackLayer()->mask(), mask);
