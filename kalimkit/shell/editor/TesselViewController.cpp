@@ -132,6 +132,8 @@ void TesselViewController::viewWillDisappear(bool /*animated*/) {
 void TesselViewController::viewDidDisappear(bool /*animated*/) {
     // A question that nobody can answer for the editor any more.
     if (const auto sheet = std::exchange(_actionSheet, nullptr)) sheet->removeFromSuperview();
+    // Hidden by the way out; whoever shows the editor again is to see it.
+    if (!_viewAnimateImageView) _drawView->setHidden(_needInitAnimate);
 }
 
 void TesselViewController::setUpAfterAppearance() {

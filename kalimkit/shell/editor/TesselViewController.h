@@ -68,9 +68,12 @@ public:
     // Zooms the picture from fromRect into its place on the canvas. The callback, if any, belongs
     // to the animation: what it changes is animated along.
     void startAnimateIn(const std::function<void()>& alongside = {});
-    // Zooms what was drawn to a rectangle of the controller's view. Ignored once a crop has changed
-    // the picture's size.
-    void startAnimateOut(const gfx::Rect& target);
+    // Zooms what was drawn to a rectangle of the controller's view, which it fills in the end. The
+    // completion is told true when it is there: shortly after, the canvas is back (see
+    // setForgiving). It is told false when something else has overtaken the way, and at once,
+    // without any, when a crop has changed the picture's size.
+    void startAnimateOut(const gfx::Rect& target,
+                         std::function<void(bool finished)> completion = {});
     // Has the user choose another picture; ignored where there is no photo library.
     void clickPickImage();
     // Tells the user when an image has no bitmap.
@@ -156,6 +159,8 @@ public:
     void getOriginalImage(const OriginalImageCallback& callback) override;
     // There is none, so the callback gets null.
     void getDisplayImage(const DisplayImageCallback& callback) override;
+    // Where the canvas shows the content.
+    std::optional<gfx::Rect> originalImageFrame() override;
     // The canvas takes the picture, and the crop editor goes.
     void onCropImageDone(const gfx::ImageRef& image) override;
     void OnClickEditImageDoneBarButton() override;
@@ -238,12 +243,14 @@ private:
     void makeTransitionView(const gfx::ImageRef& image);
     void dropTransitionView();
     void placeTransitionView(const gfx::Rect& rect, double scale);
-    void placeTransitionViewOnCanvas(const gfx::Rect& rect);
+    void placeTransitionViewInto(const gfx::Rect& seen, double scale);
+    gfx::Rect shownByCanvas(const gfx::Rect& rect) const;
     void insertTransitionView();
     void didAnimateIn();
     void didAnimateOut();
     void animateTransition(const std::function<void()>& changes,
-                           void (TesselViewController::*ended)());
+                           void (TesselViewController::*ended)(),
+                           std::function<void(bool finished)> completion = {});
     void cleanUpTransition(void (*finish)(TesselViewController& controller));
 
     // ---- other pictures (TesselViewControllerPicking.cpp)

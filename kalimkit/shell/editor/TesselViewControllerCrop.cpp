@@ -12,13 +12,14 @@ void TesselViewController::initEditCutView() {
     editor->setFillsSuperview(true);
     editor->setAccessibilityModal(true);
     editor->setDelegate(self());
+    editor->setLeavesWhenUnchanged(_forgiving);
     view()->addSubview(editor);
     editor->onEditImageWithEditEntrance(nullptr, 0);
 }
 
 void TesselViewController::dropEditCutView() {
     if (const auto editor = std::exchange(_editImageInitialView, nullptr)) {
-        editor->removeFromSuperview();
+        editor->fadeOut();
     }
     if (!_forgiving) return;
     _penView->setPen(_currentPen);
@@ -36,6 +37,10 @@ void TesselViewController::getDisplayImage(const DisplayImageCallback& callback)
     const auto alive = self();
     callback(nullptr, 0, 1);
     if (isPanelUp()) hidePop();
+}
+
+std::optional<gfx::Rect> TesselViewController::originalImageFrame() {
+    return shownByCanvas(_drawView->ctxRect());
 }
 
 void TesselViewController::onCropImageDone(const gfx::ImageRef& image) {

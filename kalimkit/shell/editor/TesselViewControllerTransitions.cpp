@@ -35,13 +35,15 @@ void TesselViewController::placeTransitionView(const gfx::Rect& rect, double sca
     _viewAnimateImageView->setTransform(gfx::AffineTransform::scaling(scale, scale));
 }
 
-// Where the canvas shows a rectangle of its own, with the scale of the canvas.
-void TesselViewController::placeTransitionViewOnCanvas(const gfx::Rect& rect) {
-    const gfx::Rect shown = _drawView->mViewTransform().apply(rect);
-    const double scale = _drawView->getScale();
-    const gfx::Size size = shown.size * (1 / scale);
-    placeTransitionView({shown.center() - gfx::Point{size.width / 2, size.height / 2}, size},
-                        scale);
+// Where the picture is seen in the end, at a scale.
+void TesselViewController::placeTransitionViewInto(const gfx::Rect& seen, double scale) {
+    const gfx::Size size = seen.size * (1 / scale);
+    placeTransitionView({seen.center() - gfx::Point{size.width / 2, size.height / 2}, size}, scale);
+}
+
+// Where the canvas shows a rectangle of its own, coordinates of the controller's view.
+gfx::Rect TesselViewController::shownByCanvas(const gfx::Rect& rect) const {
+    return _drawView->toSuperview().apply(_drawView->mViewTransform().apply(rect));
 }
 
 void TesselViewController::insertTransitionView() {
@@ -65,7 +67,7 @@ void TesselViewController::startAnimateIn(const std::function<void()>& alongside
         [this, &alongside] {
             if (alongside) alongside();
             _toolView->setAlpha(1);
-            placeTransitionViewOnCanvas(_drawView->bgImgRect());
+            placeTransitionViewInto(shownByCanvas(_drawView->bgImgRect()), _drawView->getScale());
         },
         &TesselViewController::didAnimateIn);
     _penView->setAlpha(0);
@@ -80,42 +82,52 @@ void TesselViewController::didAnimateIn() {
     });
 }
 
-void TesselViewController::startAnimateOut(const gfx::Rect& target) {
-    if (_isImageCroped) return;
+void TesselViewController::startAnimateOut(const gfx::Rect& target,
+                                           std::function<void(bool finished)> completion) {
     const auto alive = self();
+    if (_isImageCroped) {
+        if (completion) completion(false);
+        return;
+    }
     view()->layoutIfNeeded();
     _needInitAnimate = true;
     makeTransitionView(_drawView->exportImage());
     // The picture, and what was drawn beyond it.
-    placeTransitionViewOnCanvas(_drawView->ctxRect());
+    const double scale = _drawView->getScale();
+    placeTransitionViewInto(shownByCanvas(_drawView->ctxRect()), scale);
     insertTransitionView();
     _drawView->setHidden(true);
     log("###### startScaleAnimate out start", "startAnimateOut:");
     animateTransition(
-        [this, &target] {
+        [&] {
             _toolView->setAlpha(0);
             // It keeps its scale.
-            _viewAnimateImageView->setBounds({{}, target.size});
-            _viewAnimateImageView->setCenter(target.center());
+            placeTransitionViewInto(target, scale);
         },
-        &TesselViewController::didAnimateOut);
+        &TesselViewController::didAnimateOut, std::move(completion));
 }
 
 void TesselViewController::didAnimateOut() {
     cleanUpTransition([](TesselViewController& controller) {
+        // Until the host has taken the editor away, nothing comes back that has gone.
+        controller._drawView->setHidden(controller._forgiving && controller.window());
         controller._needInitAnimate = false;
         controller.log("###### startScaleAnimate out end", "startAnimateOut:");
     });
 }
 
 void TesselViewController::animateTransition(const std::function<void()>& changes,
-                                             void (TesselViewController::*ended)()) {
+                                             void (TesselViewController::*ended)(),
+                                             std::function<void(bool finished)> completion) {
     const unsigned turn = ++_transitionTurn;
     const std::weak_ptr<TesselViewController> weakSelf = self();
-    ui::View::animate({.duration = zoomDuration}, changes, [weakSelf, turn, ended](bool) {
-        const auto controller = weakSelf.lock();
-        if (controller && controller->_transitionTurn == turn) (controller.get()->*ended)();
-    });
+    ui::View::animate({.duration = zoomDuration}, changes,
+                      [weakSelf, turn, ended, completion = std::move(completion)](bool) {
+                          const auto controller = weakSelf.lock();
+                          const bool isLast = controller && controller->_transitionTurn == turn;
+                          if (isLast) (controller.get()->*ended)();
+                          if (completion) completion(isLast);
+                      });
 }
 
 // The canvas draws anew behind the picture before that goes.

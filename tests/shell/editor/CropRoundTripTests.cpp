@@ -155,6 +155,63 @@ TEST(CropRoundTrip, UnchangedItIsTheSamePictureAndNotCropped) {
     }
 }
 
+TEST(CropRoundTrip, OpensWhereTheCanvasShowsThePictureAndFadesOutOverIt) {
+    for (const bool isConfirmed : {false, true}) {
+        CropRoundTrip screen(200, 300);
+        const auto& editor = screen.editor;
+        test::pinchRotate(screen.window(), {{130, 260}, 40}, {{160, 240}, 100}, 8);
+        Finger(screen.window(), 1).up();
+        Finger(screen.window(), 2).up();
+        screen.wait(2);
+        screen.use(editor->penView());
+        const auto& canvas = *editor->drawView();
+        const gfx::Rect seen = canvas.mViewTransform().apply(canvas.ctxRect());
+        ASSERT_GT(seen.size.width, 350);
+        screen.tap(editor->penViews()[5]);
+        const auto crop = editor->editImageInitialView();
+        const gfx::Rect shown = crop->eIScrollView()->imageView()->shownRectInWindow();
+        EXPECT_NEAR(shown.minX(), seen.minX(), 1e-6);
+        EXPECT_NEAR(shown.minY(), seen.minY(), 1e-6);
+        EXPECT_NEAR(shown.maxX(), seen.maxX(), 1e-6);
+        EXPECT_NEAR(shown.maxY(), seen.maxY(), 1e-6);
+        screen.wait(1);
+        const auto& bar = *crop->cropToolBar();
+        screen.tap(isConfirmed ? bar.doneBtn() : bar.cancelBtn());
+        EXPECT_FALSE(editor->editImageInitialView());
+        screen.wait(0.1);
+        EXPECT_NEAR(crop->shownAlpha(), 0.5, 0.06);
+        EXPECT_EQ(crop->superview(), editor->view().get());
+        EXPECT_EQ(crop->eIScrollView()->superview(), crop.get());
+        // The canvas has the fingers already.
+        EXPECT_EQ(screen.window().rootView()->hitTest({130, 260}), editor->drawView());
+        screen.wait(0.12);
+        EXPECT_FALSE(crop->superview());
+    }
+}
+
+TEST(CropRoundTrip, ForgivingItKeepsTheDrawingsUnlessSomethingIsCutOrTurned) {
+    for (const bool isForgiving : {false, true}) {
+        CropRoundTrip screen;
+        screen.editor->setForgiving(isForgiving);
+        screen.drag({100, 220}, {220, 320});
+        screen.wait(1);
+        const auto& canvas = *screen.editor->drawView();
+        ASSERT_EQ(canvas.tools().size(), 1U);
+        auto& crop = screen.open();
+        screen.dragEdge(crop.cropFrame().origin + gfx::Point{1, 1}, {60, 35});
+        screen.use(crop.cropToolBar()->revertBtn());
+        for (int turn = 0; turn < 4; ++turn)
+            screen.rotate();
+        screen.confirm();
+        EXPECT_EQ(canvas.tools().size(), isForgiving ? 1U : 0U);
+        EXPECT_EQ(canvas.canUndo(), isForgiving);
+        screen.open();
+        screen.rotate();
+        screen.confirm();
+        EXPECT_TRUE(canvas.tools().empty() && !canvas.canUndo());
+    }
+}
+
 // The host lets go of the editor as soon as it hears a log text of the crop editor.
 TEST(CropRoundTrip, TheHostMayDropTheEditorWhileItTurnsAPicture) {
     CropRoundTrip screen;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tests/shell/editor/EditorScreen.h"
 
 namespace kalim {
@@ -39,6 +41,44 @@ TEST(TesselViewController, ZoomsInFromAThumbnailAndOutAgain) {
     EXPECT_EQ(host.shown(picture()), gfx::Rect(300, 700, 60, 80));
     host.wait(0.1);
     EXPECT_FALSE(picture() || editor->drawView()->isHidden() || editor->needInitAnimate());
+}
+
+// Enlarges the canvas.
+void zoomCanvas(EditorScreen& host) {
+    test::pinchRotate(host.window(), {{195, 422}, 50}, {{195, 422}, 150}, 8);
+    test::Finger(host.window(), 1).up();
+    test::Finger(host.window(), 2).up();
+    host.wait(2);
+}
+
+TEST(TesselViewController, TheWayOutEndsOnItsTargetAtEveryScaleAndTellsTheHost) {
+    for (const bool isForgiving : {false, true}) {
+        EditorScreen host;
+        const auto& editor = host.present().editor;
+        editor->setForgiving(isForgiving);
+        zoomCanvas(host);
+        ASSERT_GT(editor->drawView()->getScale(), 1.5);
+        const gfx::Rect target(300, 700, 60, 80);
+        std::string told;
+        const auto tell = [&](bool finished) { told += finished ? "there " : "not "; };
+        editor->startAnimateOut({0, 0, 5, 5}, tell);
+        editor->startAnimateOut(target, tell);
+        host.wait(0.29);
+        EXPECT_EQ(told, "");
+        host.wait(0.03);
+        EXPECT_EQ(told, "not there ");
+        const gfx::Rect seen = editor->viewAnimateImageView()->shownRectInWindow();
+        EXPECT_TRUE(target.inset(-1e-9, -1e-9).contains(seen));
+        EXPECT_TRUE(seen.inset(-1e-9, -1e-9).contains(target));
+        host.wait(0.2);
+        EXPECT_EQ(editor->drawView()->isHidden(), isForgiving);
+        // It is there when the editor is shown again.
+        host.window().setRootViewController(nullptr);
+        EXPECT_FALSE(host.present().editor->drawView()->isHidden());
+        editor->onCropImageDone(host.picture(10, 10));
+        editor->startAnimateOut(target, tell);
+        EXPECT_EQ(told, "not there not ");
+    }
 }
 
 TEST(TesselViewController, AThumbnailOfNoScaleGrowsFromNothing) {
