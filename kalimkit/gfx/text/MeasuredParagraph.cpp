@@ -27,6 +27,9 @@ MeasuredParagraph::MeasuredParagraph(Device& device, std::string_view text, cons
 void MeasuredParagraph::measure(Device& device, std::string_view text, const Font& font) {
     const std::vector<std::size_t> edges = device.boundaries(text, TextBoundary::Grapheme);
     const std::vector<std::size_t> breaks = device.boundaries(text, TextBoundary::Line);
+    if (hasRightToLeft(text)) {
+        _levels = directionLevels(text, std::span(edges).first(edges.size() - 1));
+    }
     _graphemes.reserve(edges.size());
     auto nextBreak = breaks.begin();
     for (std::size_t i = 0; i + 1 < edges.size(); ++i) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "kalimkit/gfx/Device.h"
+#include "kalimkit/gfx/text/Directions.h"
 
 namespace kalim::gfx {
 
@@ -31,6 +32,8 @@ public:
     MeasuredParagraph(Device& device, std::string_view text, const Font& font);
 
     const std::vector<Grapheme>& graphemes() const { return _graphemes; }
+    // Without any for graphemes where nothing runs from right to left.
+    const Levels& levels() const { return _levels; }
     // The offset of a grapheme; the paragraph's length for their number.
     std::size_t offsetOf(std::size_t grapheme) const;
     // The grapheme that holds a byte; their number from the paragraph's length on.
@@ -49,6 +52,7 @@ private:
     double widthOf(std::size_t first, std::size_t last, double widthLimit) const;
 
     std::vector<Grapheme> _graphemes;
+    Levels _levels;
     std::size_t _length;
     double _tabInterval;
 };

@@ -149,6 +149,7 @@ void TextLayout::drawLine(Context& context, Point topLeft, std::size_t line) con
     const MeasuredParagraph& measured = measuredOf(row);
     const std::string_view text = textOf(_paragraphs[row.paragraph]);
     const Point baseline = topLeft + _lines[line].origin;
+    if (isMixed(line)) return drawMixedLine(context, baseline, line);
     std::size_t last = row.last;
     while (last > row.first && measured.graphemes()[last - 1].isSpace)
         --last;

@@ -16,9 +16,12 @@
 
 namespace kalim::gfx {
 
+class LineOrder;
 class MeasuredParagraph;
 
-// A UTF-8 text in one font, broken into lines from left to right, from the measures of a device.
+// A UTF-8 text in one font, broken into lines from the measures of a device. The first letter of a
+// paragraph says in which direction it runs; lines begin at the left all the same, and within them
+// letters and numbers stand in the order in which they are read (see Directions.h).
 //
 // Line feeds (and CR, and CR LF) end a paragraph. A paragraph is broken greedily where the device
 // lets lines be broken; spaces hang beyond the limit; a word wider than the limit is broken between
@@ -55,13 +58,14 @@ public:
     // as the end.
     // An index into lines(), which must not be empty.
     std::size_t lineOf(TextPosition position) const;
-    // Without a width; as high as its line without the leading.
+    // Without a width; as high as its line without the leading. Where two directions meet it is at
+    // the start of what follows the offset, or upstream at the end of what comes before.
     Rect caretRect(TextPosition position) const;
     // The grapheme edge nearest to a point; a point above the first line or below the last counts
     // as in it.
     TextPosition positionAt(Point p) const;
-    // One rectangle a line; where the selection goes on with the next paragraph, the line feed
-    // shows as a narrow strip.
+    // One rectangle a line, or several where directions meet; where the selection goes on with the
+    // next paragraph, the line feed shows as a narrow strip.
     std::vector<Rect> selectionRects(TextRange range) const;
 
     // ---- moves
@@ -99,6 +103,9 @@ private:
         std::size_t last = 0;
     };
 
+    // Of a selected line feed, in line heights.
+    static constexpr double lineFeedWidth = 0.25;
+
     static std::vector<Paragraph> split(std::string_view text);
     std::string_view textOf(const Paragraph& paragraph) const;
     void measure();
@@ -107,6 +114,13 @@ private:
     const MeasuredParagraph& measuredOf(const Row& row) const;
     double hung(std::size_t line, double x) const;
     double xOf(std::size_t line, std::size_t grapheme) const;
+    bool isMixed(std::size_t line) const;
+    LineOrder orderOf(std::size_t line) const;
+    double shown(std::size_t line, double x) const;
+    double caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const;
+    TextPosition positionInMixed(std::size_t line, double x) const;
+    void addSelectionInMixed(std::size_t line, TextRange range, std::vector<Rect>& rects) const;
+    void drawMixedLine(Context& context, Point baseline, std::size_t line) const;
     TextPosition positionInLine(std::size_t line, double x) const;
     bool isBrokenByWidth(std::size_t line) const;
     bool holdsWord(TextRange range) const;

@@ -8,13 +8,6 @@
 
 namespace kalim::gfx {
 
-namespace {
-
-// Of a selected line feed, in line heights.
-constexpr double lineFeedWidth = 0.25;
-
-}  // namespace
-
 std::size_t TextLayout::paragraphAt(std::size_t offset) const {
     const auto after = std::ranges::upper_bound(_paragraphs, offset, {}, &Paragraph::begin);
     return static_cast<std::size_t>(after - _paragraphs.begin()) - 1;
@@ -59,7 +52,9 @@ Rect TextLayout::caretRect(TextPosition position) const {
     const Paragraph& paragraph = _paragraphs[_rows[index].paragraph];
     const std::size_t offset =
         std::clamp(position.offset, paragraph.begin, paragraph.end) - paragraph.begin;
-    const double x = xOf(index, paragraph.measured->graphemeAt(offset));
+    const std::size_t grapheme = paragraph.measured->graphemeAt(offset);
+    const double x =
+        isMixed(index) ? caretXInMixed(index, grapheme, position.isUpstream) : xOf(index, grapheme);
     return {x, line.top(), 0, line.ascent + line.descent};
 }
 
@@ -71,6 +66,7 @@ TextPosition TextLayout::positionAt(Point p) const {
 }
 
 TextPosition TextLayout::positionInLine(std::size_t line, double x) const {
+    if (isMixed(line)) return positionInMixed(line, x);
     const Row& row = _rows[line];
     const MeasuredParagraph& measured = measuredOf(row);
     const std::size_t begin = _paragraphs[row.paragraph].begin;
@@ -90,6 +86,10 @@ std::vector<Rect> TextLayout::selectionRects(TextRange range) const {
     const std::size_t last = lineOf({range.end, true});
     for (std::size_t i = lineOf({range.begin, false}); i <= last; ++i) {
         const TextLine& line = _lines[i];
+        if (isMixed(i)) {
+            addSelectionInMixed(i, range, rects);
+            continue;
+        }
         const double left = range.begin > line.begin ? caretRect({range.begin, false}).minX() : 0;
         double right = xOf(i, _rows[i].last);
         if (range.end < line.end) right = caretRect({range.end, true}).minX();

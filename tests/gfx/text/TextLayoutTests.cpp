@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "kalimkit/gfx/text/Directions.h"
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
 #include "tests/support/RecordingDevice.h"
@@ -184,7 +185,8 @@ TEST_F(TextLayoutTest, DrawsARunForEachLineThatShows) {
 // and each caret is found again where it stands.
 TEST_F(TextLayoutTest, StaysInOrderOnAnyBytes) {
     test::TestHost cairo;
-    constexpr std::string_view alphabet = "ab \t\n\r\xcc\x81\xe5\xad\x97\xf0\x9f\x98\x80\xff";
+    constexpr std::string_view alphabet =
+        "ab \t\n\r\xcc\x81\xe5\xad\x97\xf0\x9f\x98\x80\xff\xd7\x90\xd7\x91";
     unsigned noise = 7;
     for (int round = 0; round < 60; ++round) {
         std::string text;
@@ -213,6 +215,49 @@ TEST_F(TextLayoutTest, StaysInOrderOnAnyBytes) {
         }
         EXPECT_EQ(forwards.back(), text.size());
     }
+}
+
+// א, ב and ג are three letters from right to left.
+TEST(Directions, LettersAndNumbersAreSeenInTheirOrder) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc 12", "abc 12"},       {"ab אבג c", "ab גבא c"},   {"אבג ab", "ab גבא"},
+        {"אב 12.5 ג", "ג 12.5 בא"}, {"אב 50% a!", "!a 50% בא"}, {"(אב) a", "a )בא("},
+        {"12 אב", "בא 12"},         {"a 12 ב 34", "a 12 34 ב"}, {"ا٣٤", "٣٤ا"},
+    };
+    test::RecordingDevice device;
+    for (const auto& [text, seen] : cases) {
+        const std::string_view whole = text;
+        std::vector<std::size_t> edges = device.boundaries(whole, TextBoundary::Grapheme);
+        const Levels levels = directionLevels(whole, std::span(edges).first(edges.size() - 1));
+        std::string order;
+        for (const std::size_t i : visualOrder(levels.ofGraphemes))
+            order += whole.substr(edges[i], edges[i + 1] - edges[i]);
+        EXPECT_EQ(order, seen) << text;
+    }
+}
+
+TEST_F(TextLayoutTest, CaretAndSelectionLieWhereTheLettersAre) {
+    const TextLayout mixed = layoutOf("ab אבג c\nאב 12  ", 99);
+    struct Case {
+        TextPosition position;
+        double x;
+    };
+    const Case cases[] = {{{0}, 0},        {{3}, 30},  {{3, true}, 15}, {{5}, 25},
+                          {{9, true}, 15}, {{9}, 30},  {{11}, 40},      {{12}, 35},
+                          {{14}, 30},      {{17}, 10}, {{19}, 10},      {{21}, 0}};
+    for (const auto& [position, x] : cases)
+        EXPECT_EQ(mixed.caretRect(position).minX(), x) << position.offset;
+    EXPECT_EQ(mixed.positionAt({16, 5}), (TextPosition{9, true}));
+    EXPECT_EQ(mixed.positionAt({29, 5}), (TextPosition{3, false}));
+    EXPECT_EQ(mixed.positionAt({90, 15}), (TextPosition{12, false}));
+    const std::vector<Rect> selected{{0, 0, 15, 11}, {25, 0, 5, 11}};
+    EXPECT_EQ(mixed.selectionRects({0, 5}), selected);
+    // Each piece is drawn in its own direction, and where the layout has it.
+    test::RecordingContext context;
+    layoutOf("ab אב").draw(context, {});
+    EXPECT_EQ(context.takeLines(),
+              (Strings{"text \"\u202Dab \u202C\" at=(0,8) size=10 #000000FF",
+                       "text \"\u202Eאב\u202C\" at=(15,8) size=10 #000000FF"}));
 }
 
 TEST(Graphemes, AreCountedAsAReaderDoes) {

@@ -1,0 +1,107 @@
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "kalimkit/gfx/text/LineOrder.h"
+#include "kalimkit/gfx/text/MeasuredParagraph.h"
+#include "kalimkit/gfx/text/TextLayout.h"
+
+// Lines of which some runs from right to left.
+
+namespace kalim::gfx {
+
+namespace {
+
+// A backend draws what stands between one of these and the last in that direction and no other.
+constexpr const char* rightToLeftOverride = "\u202E";
+constexpr const char* leftToRightOverride = "\u202D";
+constexpr const char* endOfOverride = "\u202C";
+
+}  // namespace
+
+bool TextLayout::isMixed(std::size_t line) const {
+    const Row& row = _rows[line];
+    return row.first < row.last && !measuredOf(row).levels().ofGraphemes.empty();
+}
+
+LineOrder TextLayout::orderOf(std::size_t line) const {
+    const Row& row = _rows[line];
+    return {measuredOf(row), row.first, row.last, _lines[line].width};
+}
+
+// Spaces that hang are all at the end that they hang over.
+double TextLayout::shown(std::size_t line, double x) const {
+    return std::max(hung(line, x), 0.0);
+}
+
+double TextLayout::caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const {
+    const Row& row = _rows[line];
+    const LineOrder order = orderOf(line);
+    const bool isBehind = grapheme >= row.last || (isUpstream && grapheme > row.first);
+    const double x = isBehind ? order.spanOf(std::min(grapheme, row.last) - 1).trailing()
+                              : order.spanOf(std::max(grapheme, row.first)).leading();
+    return shown(line, x);
+}
+
+TextPosition TextLayout::positionInMixed(std::size_t line, double x) const {
+    const Row& row = _rows[line];
+    const LineOrder order = orderOf(line);
+    const auto nearest = std::ranges::min_element(order.seen(), {}, [&](std::size_t grapheme) {
+        const LineOrder::Span& span = order.spanOf(grapheme);
+        return std::max({shown(line, span.left) - x, x - shown(line, span.right), 0.0});
+    });
+    const LineOrder::Span& span = order.spanOf(*nearest);
+    const bool isBehind =
+        std::abs(x - shown(line, span.trailing())) < std::abs(x - shown(line, span.leading()));
+    const std::size_t begin = _paragraphs[row.paragraph].begin;
+    const std::size_t grapheme = *nearest + (isBehind ? 1 : 0);
+    const bool isShared = isBehind && (grapheme < row.last || isBrokenByWidth(line));
+    return {begin + measuredOf(row).offsetOf(grapheme), isShared};
+}
+
+void TextLayout::addSelectionInMixed(std::size_t line, TextRange range,
+                                     std::vector<Rect>& rects) const {
+    const Row& row = _rows[line];
+    const TextLine& place = _lines[line];
+    const LineOrder order = orderOf(line);
+    const std::size_t begin = _paragraphs[row.paragraph].begin;
+    const std::size_t firstOfLine = rects.size();
+    const auto add = [&](double left, double right) {
+        if (right <= left) return;
+        const bool goesOn = rects.size() > firstOfLine && rects.back().maxX() >= left;
+        if (goesOn) left = rects.back().minX();
+        if (goesOn) rects.pop_back();
+        rects.push_back({left, place.top(), right - left, lineHeight()});
+    };
+    const double strip = lineHeight() * lineFeedWidth;
+    const bool hasLineFeed = range.end > place.end && !isBrokenByWidth(line);
+    const bool endsLeft = measuredOf(row).levels().baseLevel % 2 != 0;
+    if (hasLineFeed && endsLeft) add(-strip, 0);
+    double right = 0;
+    for (const std::size_t grapheme : order.seen()) {
+        const LineOrder::Span& span = order.spanOf(grapheme);
+        right = std::max(right, hung(line, span.right));
+        const std::size_t offset = begin + measuredOf(row).offsetOf(grapheme);
+        if (offset < range.begin || offset >= range.end) continue;
+        add(shown(line, span.left), shown(line, span.right));
+    }
+    if (hasLineFeed && !endsLeft) add(right, right + strip);
+}
+
+// One piece for each direction; tabs are left out, as where everything runs from left to right.
+void TextLayout::drawMixedLine(Context& context, Point baseline, std::size_t line) const {
+    const Row& row = _rows[line];
+    const MeasuredParagraph& measured = measuredOf(row);
+    const std::string_view text = textOf(_paragraphs[row.paragraph]);
+    for (const LineOrder::Run& run : orderOf(line).runs()) {
+        const std::string_view drawn =
+            text.substr(measured.offsetOf(run.first),
+                        measured.offsetOf(run.last) - measured.offsetOf(run.first));
+        if (drawn.find_first_not_of(" \t") == std::string_view::npos) continue;
+        context.drawText((run.isRightToLeft ? rightToLeftOverride : leftToRightOverride) +
+                             std::string(drawn) + endOfOverride,
+                         baseline + Point{run.left, 0}, _font);
+    }
+}
+
+}  // namespace kalim::gfx
