@@ -26,6 +26,8 @@ namespace {
 
 constexpr int written = 0;
 constexpr int closed = 1;
+// Pixels of the screen for one of the photo.
+constexpr double largestMagnification = 8;
 
 // Points.
 constexpr gfx::Size leastSize{360, 520};
@@ -152,6 +154,7 @@ private:
         _editor->setExportsAtPictureScale(!_options.isScreenSize);
         _editor->setForgiving(true);
         _editor->setClipsToPicture(!_options.grows);
+        _editor->setLargestMagnification(largestMagnification);
         _window.present(_editor);
         _window.update();
         return image != nullptr;

@@ -29,6 +29,7 @@ gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
 void CanvasPicture::take(const gfx::ImageRef& image, const gfx::Rect& bounds) {
     *this = {};
     _source = _first = _fitted = _shown = MDrawImageUtil::fixOrientation(image);
+    _reductions.take(_source);
     if (_source) _rect = centredRect(_source->size(), bounds);
     if (!bounds.isEmpty()) settle(bounds);
 }
@@ -63,6 +64,27 @@ bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const
 
 bool CanvasPicture::fillsView() const {
     return _source && kalim::fillsView(_rect.size * _fittingScale, _bounds.size);
+}
+
+gfx::ImageRef CanvasPicture::shownAt(double pixelsPerPoint, PictureReductions::Making making) {
+    constexpr double tolerance = 0.5;
+    const double wanted = pixelsPerPoint * _rect.size.width;
+    if (!_shown || wanted <= _shown->pixelSize().width + tolerance) {
+        // A view that rests so has no use for more.
+        if (making == PictureReductions::Making::Any) releaseCopies();
+        return _lastShown = _shown;
+    }
+    const gfx::ImageRef copy = _reductions.atLeast(wanted - tolerance, making);
+    return _lastShown = copy ? copy : _shown;
+}
+
+void CanvasPicture::releaseCopies() {
+    _lastShown = nullptr;
+    _reductions.release();
+}
+
+double CanvasPicture::pixelsPerPoint() const {
+    return _source && !_rect.isEmpty() ? _source->pixelSize().width / _rect.size.width : 0;
 }
 
 // What the picture would measure if it came to a view of this size, but for the fractions of a

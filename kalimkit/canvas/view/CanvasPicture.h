@@ -3,6 +3,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/imageedit/image/PictureReductions.h"
 
 namespace kalim {
 
@@ -39,6 +40,15 @@ public:
     const gfx::ImageRef& fitted() const { return _fitted; }
     // As large as the view shows it.
     const gfx::ImageRef& shown() const { return _shown; }
+    // What to draw where a canvas point comes to this many pixels of the screen: shown() as long as
+    // that has the pixels, else a copy with more of the picture's own.
+    gfx::ImageRef shownAt(double pixelsPerPoint, PictureReductions::Making making);
+    // What that answered last; null before.
+    const gfx::ImageRef& lastShown() const { return _lastShown; }
+    // Pixels of the picture per canvas point; 0 without one.
+    double pixelsPerPoint() const;
+    // Gives the memory of the copies for shownAt() back.
+    void releaseCopies();
 
 private:
     void settle(const gfx::Rect& bounds);
@@ -55,6 +65,8 @@ private:
     gfx::ImageRef _first;
     gfx::ImageRef _fitted;
     gfx::ImageRef _shown;
+    gfx::ImageRef _lastShown;
+    PictureReductions _reductions;
 };
 
 }  // namespace kalim

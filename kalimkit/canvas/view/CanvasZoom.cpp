@@ -10,8 +10,9 @@ namespace kalim {
 
 namespace {
 
-constexpr double largestScale = 2.0;
 constexpr double ordinaryMinScale = 0.5;
+// So close to a zoom of 1 the canvas counts as not zoomed.
+constexpr double unzoomedTolerance = 0.0001;
 // View points of the content that a pan leaves in sight, in either direction.
 constexpr double leftInSight = 44;
 
@@ -53,7 +54,7 @@ void CanvasZoom::update() {
 
 double CanvasZoom::scale() const {
     const double scale = _contextScale * _tmpContextScale;
-    if (std::abs(1 - scale) >= 0.0001) return scale;
+    if (std::abs(1 - scale) >= unzoomedTolerance) return scale;
     if (_imposedScale > 0.01F) return _imposedScale;
     return _place.isScreenShot ? 0.86 : scale;
 }
@@ -72,7 +73,7 @@ bool CanvasZoom::isLargerThanView(const gfx::Rect& content) const {
 }
 
 void CanvasZoom::clamp() {
-    _contextScale = std::max(std::min(_contextScale, largestScale), _defaultMinScale);
+    _contextScale = std::max(std::min(_contextScale, _place.largestScale), _defaultMinScale);
     update();
 }
 
@@ -93,6 +94,30 @@ void CanvasZoom::fit(const gfx::Rect& content) {
 
 void CanvasZoom::allowOrdinaryZoom() {
     _defaultMinScale = ordinaryMinScale;
+}
+
+void CanvasZoom::showWhole(const gfx::Rect& content) {
+    _contextScale = 1;
+    _move = {};
+    update();
+    fit(content);
+}
+
+void CanvasZoom::zoomTo(double scale, const gfx::Rect& content) {
+    zoomAbout(_place.bounds.center(), [&] {
+        // At a zoom of 1 another scale may be shown in its place; the next one is what is meant.
+        const bool isUnzoomed = std::abs(1 - scale) < unzoomedTolerance;
+        _contextScale = isUnzoomed ? 1 + 1.01 * unzoomedTolerance : scale;
+        clamp();
+    });
+    isSmallerThanView(content) ? centre(content) : keepInReach(content);
+}
+
+// In either direction.
+bool CanvasZoom::isSmallerThanView(const gfx::Rect& content) const {
+    const gfx::Size shown = content.size * shownScale();
+    const gfx::Size room = _place.bounds.size;
+    return shown.width < room.width || shown.height < room.height;
 }
 
 void CanvasZoom::centre(const gfx::Rect& content) {
@@ -134,9 +159,7 @@ void CanvasZoom::endPinch(gfx::Point focus, const gfx::Rect& content) {
         _tmpContextScale = 1;
         clamp();
     });
-    const gfx::Size shown = content.size * shownScale();
-    const gfx::Size room = _place.bounds.size;
-    _isPictureShrinked = shown.width < room.width || shown.height < room.height;
+    _isPictureShrinked = isSmallerThanView(content);
 }
 
 void CanvasZoom::beginPan() {

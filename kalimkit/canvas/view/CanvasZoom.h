@@ -22,6 +22,8 @@ public:
         double fittingScale = 1;
         // The picture fills the view.
         bool isScreenShot = false;
+        // Of the zoom, over the fitting scale.
+        double largestScale = 2;
     };
     void setPlace(const Place& place);
     // Back to nothing zoomed, moved or turned, and no fingers on it.
@@ -35,8 +37,9 @@ public:
     // View points per canvas point.
     double shownScale() const { return scale() * _place.fittingScale; }
     double contextScale() const { return _contextScale; }
-    // The smallest zoom.
+    // The smallest zoom and the largest.
     double defaultMinScale() const { return _defaultMinScale; }
+    double largestScale() const { return _place.largestScale; }
     double rotateDegree() const { return _curRotateDegree; }
     // Stands in for a zoom of 1; 0 for none. Values that are not finite are ignored.
     void setImposedScale(float scale);
@@ -48,6 +51,10 @@ public:
     // Zooms out until the content fits, and centres it.
     void fit(const gfx::Rect& content);
     void allowOrdinaryZoom();
+    // Shows all of the content, zoomed out only where it is larger than the view.
+    void showWhole(const gfx::Rect& content);
+    // Zooms to a scale over the fitting one, within the bounds, about the middle of the view.
+    void zoomTo(double scale, const gfx::Rect& content);
 
     // ---- two fingers; they may pinch and pan at once
     bool isHeld() const { return _isPinching || _isPanning; }
@@ -70,6 +77,7 @@ private:
     void zoomAbout(gfx::Point focus, const std::function<void()>& change);
     void centre(const gfx::Rect& content);
     void keepInReach(const gfx::Rect& content);
+    bool isSmallerThanView(const gfx::Rect& content) const;
 
     Place _place;
     gfx::AffineTransform _toView;

@@ -268,6 +268,13 @@ private:
     bool refreshLayers();
 
     // ---- rendering (MDrawViewRendering.cpp)
+    // The picture as it is drawn: which copy, and where on the canvas.
+    struct ShownPicture {
+        gfx::ImageRef image;
+        gfx::Rect rect;
+        gfx::Interpolation interpolation = gfx::Interpolation::High;
+    };
+    ShownPicture pictureToShow(const gfx::Context& context);
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     gfx::Rect shownPicture(const gfx::Context& context, const gfx::ImageRef& image) const;

@@ -37,7 +37,9 @@ void MDrawView::invalidateLayers() {
 }
 
 void MDrawView::didMoveToWindow() {
-    if (!window()) _layers.release();
+    if (window()) return;
+    _layers.release();
+    _picture.releaseCopies();
 }
 
 void MDrawView::mark(const gfx::Rect& canvasRect) {

@@ -45,8 +45,11 @@ gfx::Rect MDrawView::shownPicture(const gfx::Context& context, const gfx::ImageR
 // not to be.
 std::optional<gfx::Rect> MDrawView::pictureEdge(const gfx::Context& context) const {
     if (!cutsAtPicture()) return std::nullopt;
-    const gfx::Rect shown = shownPicture(context, _picture.shown());
-    return shown != bgImgRect() ? shown : shownPicture(context, bgImg());
+    for (const gfx::ImageRef& image : {_picture.shown(), _picture.lastShown()}) {
+        const gfx::Rect shown = shownPicture(context, image);
+        if (shown != bgImgRect()) return shown;
+    }
+    return shownPicture(context, bgImg());
 }
 
 // ---- on screen
@@ -84,17 +87,32 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     });
 }
 
+// A copy that has to be made waits until the view rests, unless it is made in no time. Beyond the
+// ordinary zoom pixels that have become large are shown as the squares that they are.
+MDrawView::ShownPicture MDrawView::pictureToShow(const gfx::Context& context) {
+    constexpr double ordinaryLargestScale = 2;
+    constexpr double squareSide = 4;
+    using enum PictureReductions::Making;
+    const double pixelsPerPoint =
+        context.transform().largestStretch() * ui::Environment::current().screen().scale;
+    const gfx::ImageRef image = _picture.shownAt(pixelsPerPoint, isViewMoving() ? Cheap : Any);
+    const bool isMagnified = image && _zoom.scale() > ordinaryLargestScale &&
+                             pixelsPerPoint >= squareSide * _picture.pixelsPerPoint();
+    return {image, shownPicture(context, image),
+            isMagnified ? gfx::Interpolation::None : gfx::Interpolation::High};
+}
+
 void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
-    context.setInterpolation(gfx::Interpolation::High);
-    const gfx::ImageRef& shown = _picture.shown();
-    const gfx::Rect picture = shownPicture(context, shown);
+    const ShownPicture picture = pictureToShow(context);
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale = ui::Environment::current().screen().scale * _zoom.shownScale();
-    const double pixel = shown ? 1 / scale : 0;
+    const double pixel = picture.image ? 1 / scale : 0;
     drawCanvas(context, *_defualtBackgroundColor,
-               alongPicture(_ctxRect, bgImgRect(), picture.inset(pixel, pixel)));
-    drawSnipImage(context, shown, picture);
-    drawMosiacTools(context, picture, [&](const MDrawTool& tool) {
+               alongPicture(_ctxRect, bgImgRect(), picture.rect.inset(pixel, pixel)));
+    context.setInterpolation(picture.interpolation);
+    drawSnipImage(context, picture.image, picture.rect);
+    context.setInterpolation(gfx::Interpolation::High);
+    drawMosiacTools(context, picture.rect, [&](const MDrawTool& tool) {
         return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
     });
 }
@@ -133,7 +151,7 @@ void MDrawView::drawCreatedMosaics(gfx::Context& context) {
     if (createdTools().empty()) return;
     const gfx::GraphicsStateGuard guard(context);
     if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
-    drawMosiacTools(context, shownPicture(context, _picture.shown()),
+    drawMosiacTools(context, pictureToShow(context).rect,
                     [](const MDrawTool& tool) { return tool.isNewBuild(); });
 }
 

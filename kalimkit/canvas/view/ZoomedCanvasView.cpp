@@ -1,5 +1,6 @@
 #include "kalimkit/canvas/view/ZoomedCanvasView.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -7,6 +8,12 @@
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
+
+namespace {
+
+constexpr double ordinaryLargestScale = 2.0;
+
+}  // namespace
 
 ZoomedCanvasView::ZoomedCanvasView() = default;
 
@@ -43,12 +50,55 @@ void ZoomedCanvasView::autoScaleWhenCtxEnlarged() {
     settleView(before);
 }
 
+void ZoomedCanvasView::setLargestMagnification(double pixels) {
+    if (!(pixels >= 0) || std::isinf(pixels)) return;
+    _largestMagnification = pixels;
+    placeCanvas();
+}
+
+// The zoom at which so many pixels of the screen come to one of the picture; 0 without a picture.
+double ZoomedCanvasView::scaleForMagnification(double pixels) const {
+    const double shown = _picture.fittingScale() * ui::Environment::current().screen().scale;
+    return pixels * _picture.pixelsPerPoint() / shown;
+}
+
+// Has the view go to how the change leaves it.
+template <typename Change>
+bool ZoomedCanvasView::glide(Change change) {
+    if (_zoom.isHeld() || !mayMoveView()) return false;
+    const gfx::AffineTransform before = shownTransform();
+    _viewAnimation = nullptr;
+    changeView(change);
+    settleView(before);
+    // Where nothing glides, the view has come to rest already.
+    setNeedsLayout();
+    setNeedsDisplay();
+    return true;
+}
+
+bool ZoomedCanvasView::zoomToFit() {
+    return glide([this] { _zoom.showWhole(_ctxRect); });
+}
+
+bool ZoomedCanvasView::zoomToPixels() {
+    const double scale = scaleForMagnification(1);
+    return scale > 0 && glide([&] { _zoom.zoomTo(scale, _ctxRect); });
+}
+
+bool ZoomedCanvasView::zoomBy(double factor) {
+    if (!(factor > 0) || std::isinf(factor)) return false;
+    return glide([&] { _zoom.zoomTo(_zoom.scale() * factor, _ctxRect); });
+}
+
 // ---- the view's size
 
 void ZoomedCanvasView::placeCanvas() {
     changeView([&] {
         const gfx::Rect& canvas = _picture.isSettled() ? _picture.canvas() : bounds();
-        _zoom.setPlace({canvas.center(), bounds(), _picture.fittingScale(), _picture.fillsView()});
+        const double largest =
+            std::max(ordinaryLargestScale, scaleForMagnification(_largestMagnification));
+        _zoom.setPlace(
+            {canvas.center(), bounds(), _picture.fittingScale(), _picture.fillsView(), largest});
     });
 }
 

@@ -38,12 +38,25 @@ public:
     // The factor at which the canvas is shown, over the one that fits it into the view.
     double getScale() const { return _zoom.scale(); }
     double contextScale() const { return _zoom.contextScale(); }
-    // The smallest zoom; the largest is 2.
+    // The smallest zoom.
     double defaultMinScale() const { return _zoom.defaultMinScale(); }
+    // The largest zoom: 2, or as much more as the magnification allows.
+    double largestScale() const { return _zoom.largestScale(); }
+    // How many pixels of the screen may come to one of the picture. 0, the default, leaves it at a
+    // zoom of 2, which is always allowed. Values that are not finite or below zero are ignored.
+    void setLargestMagnification(double pixels);
+    double largestMagnification() const { return _largestMagnification; }
     // Brings the zoom within its bounds.
     void checkAndUpdateCTXScale();
     // Zooms out until the content fits the view, and centres it.
     void autoScaleWhenCtxEnlarged();
+    // Three ways to zoom without fingers, about the middle of the view; it glides there. Answers
+    // whether it may move now. All of the content, unzoomed where that is possible;
+    bool zoomToFit();
+    // one pixel of the screen for one of the picture; the zoom that is shown times a factor.
+    // Ignored without a picture, and for factors that are not above zero and finite.
+    bool zoomToPixels();
+    bool zoomBy(double factor);
     // Canvas point to view point: the zoom and move in force, whatever is still being animated.
     const gfx::AffineTransform& mViewTransform() const { return _zoom.toView(); }
     // A scale for display while the canvas is not zoomed; 0 for none.
@@ -92,11 +105,15 @@ protected:
 private:
     template <typename Change>
     void changeView(Change change);
+    template <typename Change>
+    bool glide(Change change);
+    double scaleForMagnification(double pixels) const;
     void settleView(const gfx::AffineTransform& from);
     void beginViewGesture();
     void endViewGesture();
 
     bool _enableGesture = true;
+    double _largestMagnification = 0;
     std::shared_ptr<ui::PinchGestureRecognizer> _pinchGesture;
     std::shared_ptr<ui::PanGestureRecognizer> _panGesture;
     // On the way from an earlier zoom and move to those in force; none while the view rests.

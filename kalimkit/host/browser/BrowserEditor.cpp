@@ -10,6 +10,9 @@ namespace kalim {
 
 namespace {
 
+// Pixels of the screen for one of the picture.
+constexpr double largestMagnification = 8;
+
 std::shared_ptr<BrowserEnvironment> makeEnvironment(gfx::Size size, double scale) {
     auto environment = std::make_shared<BrowserEnvironment>();
     environment->setScreen(size, scale);
@@ -69,6 +72,7 @@ void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale,
     _controller->setExportsAtPictureScale(exportsAtPictureScale);
     _controller->setForgiving(true);
     _controller->setClipsToPicture(!grows);
+    _controller->setLargestMagnification(largestMagnification);
     _window.setRootViewController(_controller);
     _keys = std::make_unique<EditorKeys>(_controller);
     _keys->setDelegate(_delegate);

@@ -13,13 +13,14 @@ const names = {
   Tab: 'tab',
   Escape: 'escape',
   ' ': 'space',
+  '+': 'plus',
 };
 
 // What the key types, or where that is no letter of the Latin alphabet, what it types on a US keyboard.
 function characterOf({ key, code }) {
-  if (/^[a-z0-9[\]]$/i.test(key)) return key.toLowerCase();
+  if (/^[a-z0-9[\]=-]$/i.test(key)) return key.toLowerCase();
   if (/^[\x20-\x7e]$/.test(key)) return null;
-  const [, character] = /^(?:Key|Digit)([A-Z1-9])$/.exec(code) ?? [];
+  const [, character] = /^(?:Key|Digit)([A-Z0-9])$/.exec(code) ?? [];
   return character?.toLowerCase() ?? { BracketLeft: '[', BracketRight: ']' }[code] ?? null;
 }
 

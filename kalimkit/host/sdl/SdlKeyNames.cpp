@@ -9,11 +9,26 @@ namespace kalim {
 namespace {
 
 constexpr std::pair<SDL_Keycode, std::string_view> names[] = {
-    {SDLK_LEFT, "left"},           {SDLK_RIGHT, "right"},   {SDLK_UP, "up"},
-    {SDLK_DOWN, "down"},           {SDLK_HOME, "home"},     {SDLK_END, "end"},
-    {SDLK_BACKSPACE, "backspace"}, {SDLK_DELETE, "delete"}, {SDLK_RETURN, "enter"},
-    {SDLK_KP_ENTER, "enter"},      {SDLK_TAB, "tab"},       {SDLK_ESCAPE, "escape"},
-    {SDLK_SPACE, "space"},         {SDLK_LEFTBRACKET, "["}, {SDLK_RIGHTBRACKET, "]"},
+    {SDLK_LEFT, "left"},
+    {SDLK_RIGHT, "right"},
+    {SDLK_UP, "up"},
+    {SDLK_DOWN, "down"},
+    {SDLK_HOME, "home"},
+    {SDLK_END, "end"},
+    {SDLK_BACKSPACE, "backspace"},
+    {SDLK_DELETE, "delete"},
+    {SDLK_RETURN, "enter"},
+    {SDLK_KP_ENTER, "enter"},
+    {SDLK_TAB, "tab"},
+    {SDLK_ESCAPE, "escape"},
+    {SDLK_SPACE, "space"},
+    {SDLK_LEFTBRACKET, "["},
+    {SDLK_RIGHTBRACKET, "]"},
+    {SDLK_PLUS, "plus"},
+    {SDLK_KP_PLUS, "plus"},
+    {SDLK_EQUALS, "="},
+    {SDLK_MINUS, "-"},
+    {SDLK_KP_MINUS, "-"},
 };
 
 std::string nameOfSymbol(SDL_Keycode symbol) {
@@ -31,6 +46,7 @@ SDL_Keycode usualSymbol(SDL_Scancode place) {
         return SDLK_a + (place - SDL_SCANCODE_A);
     if (place >= SDL_SCANCODE_1 && place <= SDL_SCANCODE_9)
         return SDLK_1 + (place - SDL_SCANCODE_1);
+    if (place == SDL_SCANCODE_0) return SDLK_0;
     if (place == SDL_SCANCODE_LEFTBRACKET) return SDLK_LEFTBRACKET;
     return place == SDL_SCANCODE_RIGHTBRACKET ? SDLK_RIGHTBRACKET : SDLK_UNKNOWN;
 }

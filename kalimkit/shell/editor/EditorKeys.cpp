@@ -14,7 +14,8 @@ namespace kalim {
 
 namespace {
 
-constexpr double largestScale = 2;
+// Of a key that zooms in.
+constexpr double zoomStep = 1.25;
 // Seconds without a notch after which a zoom has come to its end.
 constexpr double zoomPause = 0.2;
 constexpr unsigned largestSize = 4;
@@ -23,7 +24,16 @@ constexpr unsigned largestSize = 4;
 bool isTyping(std::string_view key) {
     const std::string_view last = key.substr(key.rfind('+') + 1);
     const bool isPlain = last.size() == key.size() || key == "shift+" + std::string(last);
-    return isPlain && (last.size() == 1 || last == "space");
+    return isPlain && (last.size() == 1 || last == "space" || last == "plus");
+}
+
+// Where plus and minus lie, and whether they need another key, differs between keyboards.
+std::string_view commandName(std::string_view key) {
+    for (const std::string_view plus :
+         {"=", "shift+plus", "shift+=", "ctrl+plus", "ctrl+=", "ctrl+shift+plus", "ctrl+shift+="}) {
+        if (key == plus) return "plus";
+    }
+    return key == "ctrl+-" ? "-" : key;
 }
 
 // Chooses as a tap on a dot does; the picker shows the dot that is like it, if it has one.
@@ -71,6 +81,10 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"5", &EditorKeys::takeColor<4>},
     {"[", &EditorKeys::thinner, true},
     {"]", &EditorKeys::thicker, true},
+    {"ctrl+0", &EditorKeys::zoomToFit},
+    {"ctrl+1", &EditorKeys::zoomToPixels},
+    {"plus", &EditorKeys::zoomIn, true},
+    {"-", &EditorKeys::zoomOut, true},
 };
 
 EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor) : _editor(std::move(editor)) {}
@@ -87,7 +101,7 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     // Until it has appeared there is nothing to choose from.
     if (!editor || !editor->penPopView() || !editor->window()) return false;
     if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
-    const auto* const command = std::ranges::find(commands, key, &Command::key);
+    const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
     if (command == std::end(commands)) return false;
     return (!isRepeated || command->repeats) && (this->*command->run)();
 }
@@ -190,6 +204,33 @@ bool EditorKeys::holdSpace() {
     return true;
 }
 
+// The canvas when keys may zoom it now; null otherwise.
+MDrawView* EditorKeys::canvasToZoom() {
+    if (_panButton || !isCanvasFree()) return nullptr;
+    endZoom();
+    return _editor.lock()->drawView().get();
+}
+
+bool EditorKeys::zoomToFit() {
+    MDrawView* const canvas = canvasToZoom();
+    return canvas && canvas->zoomToFit();
+}
+
+bool EditorKeys::zoomToPixels() {
+    MDrawView* const canvas = canvasToZoom();
+    return canvas && canvas->zoomToPixels();
+}
+
+bool EditorKeys::zoomIn() {
+    MDrawView* const canvas = canvasToZoom();
+    return canvas && canvas->zoomBy(zoomStep);
+}
+
+bool EditorKeys::zoomOut() {
+    MDrawView* const canvas = canvasToZoom();
+    return canvas && canvas->zoomBy(1 / zoomStep);
+}
+
 template <unsigned pen>
 bool EditorKeys::takePen() {
     choosePen(pen);
@@ -278,7 +319,7 @@ void EditorKeys::pointerZoomed(gfx::Point place, double factor) {
     _zoomPlace = place;
     // A wheel has no end that would spring back by itself, so it stops at the bounds.
     _zoom = std::clamp(_zoom * factor, canvas->defaultMinScale() / _scaleBeforeZoom,
-                       std::max(1.0, largestScale / _scaleBeforeZoom));
+                       std::max(1.0, canvas->largestScale() / _scaleBeforeZoom));
     canvas->handlePinchGesture(ui::GestureState::Changed, _zoom, inCanvas(place));
     _zoomEnd = loop.after(zoomPause, [this] { endZoom(); });
 }

@@ -21,8 +21,8 @@ enum class PointerButton { Main, Middle, Other };
 // What the keys, the wheel and the buttons of a desktop do in the editor, the same under every
 // host. Points are the window's.
 //
-// Keys bear names such as "ctrl+shift+z", "escape", "enter", "space", "delete", "p", "1" or "[".
-// While a text is edited it gets every key first, and letters and digits are its alone.
+// Keys bear names such as "ctrl+shift+z", "escape", "enter", "space", "delete", "p", "1", "[" or
+// "plus". While a text is edited it gets every key first, and letters and digits are its alone.
 //
 //     ctrl+z, ctrl+shift+z, ctrl+y     undo, redo
 //     delete, backspace                deletes the selection
@@ -34,6 +34,8 @@ enum class PointerButton { Main, Middle, Other };
 //     ctrl+c, ctrl+v                   copies the result, opens the clipboard's picture
 //     p l a r e t m                    freehand, line, arrow, rectangle, ellipse, text, mosaic
 //     1 to 5, [ and ]                  the colours; thinner, thicker
+//     ctrl+0, ctrl+1                   shows the whole picture; a pixel of it on one of the screen
+//     plus, =, -                       zooms in and out, with ctrl as well
 //     space                            while held, the main button pans as the middle one does
 class KALIM_API EditorKeys {
 public:
@@ -89,6 +91,10 @@ private:
     bool copy();
     bool paste();
     bool holdSpace();
+    bool zoomToFit();
+    bool zoomToPixels();
+    bool zoomIn();
+    bool zoomOut();
     template <unsigned pen>
     bool takePen();
     template <unsigned index>
@@ -107,6 +113,7 @@ private:
     void decideOffer(bool isWanted);
 
     double lineWidth() const;
+    MDrawView* canvasToZoom();
     bool isCanvasFree() const;
     gfx::Point inCanvas(gfx::Point place) const;
     void endZoom();

@@ -87,6 +87,11 @@ void TesselViewController::setClipsToPicture(bool clips) {
     if (_drawView) _drawView->setClipsToPicture(clips);
 }
 
+void TesselViewController::setLargestMagnification(double pixels) {
+    _largestMagnification = pixels;
+    if (_drawView) _drawView->setLargestMagnification(pixels);
+}
+
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
     _transBlock = std::move(block);
     doApplyTransBlockToCoreModel();
@@ -203,6 +208,7 @@ void TesselViewController::initSubviews() {
 
 void TesselViewController::makeCanvas() {
     _drawView = MDrawView::initWithFrame({});
+    _drawView->setLargestMagnification(_largestMagnification);
     _drawView->setForgiving(_forgiving);
     _drawView->setClipsToPicture(_clipsToPicture);
     _drawView->setFScal(_fsacal);

@@ -82,6 +82,9 @@ public:
     // screen's, and so does cropping to the canvas. Off at first.
     bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
     void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
+    // How far the canvas may be zoomed, see ZoomedCanvasView::setLargestMagnification. 0 at first.
+    double largestMagnification() const { return _largestMagnification; }
+    void setLargestMagnification(double pixels);
     // Mends what costs people work or nerves, on the canvas (see MDrawView::setForgiving) and in
     // the editor around it. Off at first.
     bool forgiving() const { return _forgiving; }
@@ -267,6 +270,7 @@ private:
     bool _exportsAtPictureScale = false;
     bool _forgiving = false;
     bool _clipsToPicture = false;
+    double _largestMagnification = 0;
 
     bool _hasAppeared = false;
     // The panel is open, or about to be, in the buttons' place.

@@ -72,6 +72,69 @@ TEST(MDrawViewZoom, TheZoomStaysWithinItsBounds) {
     EXPECT_EQ(host.canvas->contextScale(), 1.0);
 }
 
+TEST(MDrawViewZoom, AHostMayAllowSoManyPixelsOfTheScreenForOneOfThePicture) {
+    CanvasHost host({.scale = 2});
+    // Four pixels of the picture on one of the screen, and one on two.
+    for (const auto& [width, unzoomed] : {std::pair(3120, 0.25), std::pair(195, 2.0)}) {
+        host.canvas->setLargestMagnification(0);
+        host.canvas->setSnipImage(host.plainPicture(width, width / 10, {0, 0, 1, 1}));
+        host.window().display();
+        EXPECT_EQ(host.canvas->largestScale(), 2);
+        host.canvas->setLargestMagnification(8);
+        EXPECT_DOUBLE_EQ(host.canvas->largestScale(), 8 / unzoomed);
+        host.canvas->setLargestMagnification(unzoomed);
+        EXPECT_EQ(host.canvas->largestScale(), 2);
+        for (const double nonsense : {-1.0, static_cast<double>(NAN), HUGE_VAL}) {
+            host.canvas->setLargestMagnification(nonsense);
+            EXPECT_EQ(host.canvas->largestMagnification(), unzoomed);
+        }
+        host.canvas->setLargestMagnification(8);
+        EXPECT_TRUE(host.canvas->zoomToPixels());
+        EXPECT_NEAR(host.canvas->contextScale(), 1 / unzoomed, 1e-9);
+        EXPECT_TRUE(host.canvas->zoomBy(1000));
+        EXPECT_NEAR(host.canvas->contextScale(), 8 / unzoomed, 1e-9);
+        EXPECT_TRUE(host.canvas->zoomToFit());
+        EXPECT_EQ(host.canvas->contextScale(), 1);
+    }
+    host.canvas->setEnableGesture(false);
+    EXPECT_FALSE(host.canvas->zoomBy(2));
+}
+
+// Columns of a pixel, black and white in turn: grey where they are averaged or blurred.
+TEST(MDrawViewZoom, ZoomedInThePhotosOwnPixelsAreShown) {
+    CanvasHost host;
+    gfx::Bitmap columns(1560, 300);
+    for (int y = 0; y < 300; ++y) {
+        for (int x = 0; x < 1560; ++x)
+            columns.setColorAt(x, y, x % 2 ? gfx::Color{1, 1, 1, 1} : gfx::Color{0, 0, 0, 1});
+    }
+    gfx::Device& device = host.environment().device();
+    host.canvas->setSnipImage(device.makeImage(std::move(columns), 1, gfx::ImageOrientation::Up));
+    host.canvas->setLargestMagnification(8);
+    const auto shownColumns = [&] {
+        host.window().display();
+        const auto pixels = host.window().surface()->makeImage()->pixels();
+        std::string shown;
+        for (int x = 100; x < 132; ++x) {
+            const std::string color = pixels->colorAt(x, 422).hex();
+            shown += color == "#000000FF" ? 'b' : color == "#FFFFFFFF" ? 'w' : '-';
+        }
+        // Which column comes first depends on where the view stands.
+        return shown[0] == 'b' || shown[0] == '-' ? shown : shown.substr(shown.find('b'));
+    };
+    EXPECT_EQ(shownColumns(), std::string(32, '-'));
+    host.canvas->zoomToPixels();
+    host.wait(0.3);
+    EXPECT_EQ(shownColumns().substr(0, 30), "bwbwbwbwbwbwbwbwbwbwbwbwbwbwbw");
+    // Squares, eight pixels wide.
+    host.canvas->handlePinchGesture(GestureState::Began, 1, {195, 422});
+    host.canvas->handlePinchGesture(GestureState::Changed, 8, {195, 422});
+    EXPECT_NE(shownColumns().find("wwwwwwwwbbbbbbbb"), std::string::npos);
+    host.canvas->handlePinchGesture(GestureState::Ended, 8, {195, 422});
+    host.wait(0.3);
+    EXPECT_NE(shownColumns().find("wwwwwwwwbbbbbbbb"), std::string::npos);
+}
+
 TEST(MDrawViewZoom, APanMovesTheViewAndLeavesTheContentInReach) {
     ZoomHost host;
     host.pan({30, -20});

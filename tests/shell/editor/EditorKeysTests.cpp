@@ -203,6 +203,38 @@ TEST_F(EditorKeysTest, TheWheelZoomsAboutThePointerAndStopsAtTheBounds) {
     EXPECT_NEAR(canvas().contextScale(), canvas().defaultMinScale(), 1e-9);
 }
 
+TEST_F(EditorKeysTest, KeysZoomInStepsToThePhotosPixelsAndBack) {
+    screen.editor->setLargestMagnification(8);
+    const double fitting = canvas().getScale();
+    const double pixels = canvas().sourceImage()->pixelSize().width /
+                          (canvas().bgImgRect().size.width * screen.environment().screen().scale);
+    struct Case {
+        const char* key;
+        double scale;
+    };
+    for (const Case& c : {Case{"ctrl+1", pixels},
+                          {"plus", pixels * 1.25},
+                          {"ctrl+shift+=", pixels * 1.25 * 1.25},
+                          {"ctrl+-", pixels * 1.25},
+                          {"-", pixels},
+                          {"ctrl+0", fitting}}) {
+        EXPECT_TRUE(keys.press(c.key)) << c.key;
+        EXPECT_NEAR(canvas().getScale(), c.scale, 1e-3) << c.key;
+        screen.wait(0.1);
+    }
+    for (int i = 0; i < 40; ++i)
+        keys.press("plus", true);
+    EXPECT_NEAR(canvas().getScale(), pixels * 8, 1e-6);
+    // A text that is typed gets them, and fingers have the canvas for themselves.
+    keys.press("t");
+    Finger(screen.window()).tap({195, 422});
+    ASSERT_TRUE(canvas().curEdittingTextTool());
+    for (const char* const key : {"plus", "shift+plus", "-", "ctrl+0"})
+        keys.press(key);
+    EXPECT_NEAR(canvas().getScale(), pixels * 8, 1e-6);
+    EXPECT_TRUE(canvas().curEdittingTextTool());
+}
+
 TEST_F(EditorKeysTest, TheMiddleButtonAndTheSpaceBarPan) {
     keys.pointerZoomed({195, 422}, 2);
     screen.wait(1);
