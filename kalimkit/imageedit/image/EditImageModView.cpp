@@ -2,20 +2,13 @@
 
 namespace kalim {
 
-namespace {
-
-// Every view turns and scales about its middle.
-constexpr gfx::Point middle{0.5, 0.5};
-
-}  // namespace
-
 EditImageModView EditImageModView::initWithCurrentView(const std::shared_ptr<ui::View>& view) {
     EditImageModView record = initWithNewView(view);
     if (!view) return record;
     record.pFrame = view->frame();
     record.pTransform = view->transform();
     record.pCenter = view->center();
-    record.pAnchorPoint = middle;
+    record.pAnchorPoint = view->anchorPoint();
     record.hide = view->isHidden();
     return record;
 }
@@ -49,7 +42,8 @@ bool EditImageModView::isChanged() const {
     if (covers(Transform) && pTransform != transform) return true;
     if (covers(Frame) && pFrame != (view ? view->frame() : gfx::Rect{})) return true;
     if (covers(Center) && pCenter != (view ? view->center() : gfx::Point{})) return true;
-    if (covers(AnchorPoint) && pAnchorPoint != (view ? middle : gfx::Point{})) return true;
+    if (covers(AnchorPoint) && pAnchorPoint != (view ? view->anchorPoint() : gfx::Point{}))
+        return true;
     return covers(Hidden) && hide != (view && view->isHidden());
 }
 

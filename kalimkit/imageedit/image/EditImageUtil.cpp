@@ -19,4 +19,12 @@ float EditImageUtil::getNearByInt(float v) {
     return std::nearbyint(v * scale) / scale;
 }
 
+void EditImageUtil::setAnchorPointForView(gfx::Point anchorPoint,
+                                          const std::shared_ptr<ui::View>& view) {
+    if (!view) return;
+    const gfx::Point origin = view->frame().origin;
+    view->setAnchorPoint(anchorPoint);
+    view->setCenter(view->center() - (view->frame().origin - origin));
+}
+
 }  // namespace kalim

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/ui/view/View.h"
 
 namespace kalim {
 
@@ -29,6 +31,10 @@ public:
     // The nearest device pixel of the screen, points; halves go to the even pixel. Single
     // precision, deliberately.
     static float getNearByInt(float v);
+    // Makes it the point about which the view turns and scales, in terms of its sides; the view
+    // stays where it is. Null is ignored.
+    static void setAnchorPointForView(gfx::Point anchorPoint,
+                                      const std::shared_ptr<ui::View>& view);
 };
 
 }  // namespace kalim

@@ -159,7 +159,7 @@ void View::collect(std::vector<std::shared_ptr<View>>& subtree) {
 
 void View::setFrame(const gfx::Rect& frame) {
     const gfx::Rect next = standardized(frame);
-    setPlace(next.center(), {bounds().origin, next.size});
+    setPlace(_look.place.anchorIn(next), {bounds().origin, next.size});
 }
 
 void View::setBounds(const gfx::Rect& bounds) {
@@ -198,6 +198,11 @@ void View::setPlace(gfx::Point center, const gfx::Rect& bounds) {
 void View::setFillsSuperview(bool fills) {
     _fillsSuperview = fills;
     if (fills && _superview) setFrame(_superview->bounds());
+}
+
+void View::setAnchorPoint(gfx::Point anchorPoint) {
+    if (!isFinite(anchorPoint) || anchorPoint == _look.place.anchorPoint) return;
+    change({}, [&] { _look.place.anchorPoint = anchorPoint; });
 }
 
 void View::setTransform(const gfx::AffineTransform& transform) {

@@ -35,9 +35,9 @@ enum class ViewProperty;
 // one is on top. Lengths are points.
 //
 // The frame (superview coordinates) follows from bounds (own coordinates), centre and transform:
-// the transform is applied about the centre. Setting the frame is meant for views whose transform
-// is the identity. Every change that shows marks the old and the new place as damaged. Geometry
-// that is not finite is ignored.
+// the transform is applied about the anchor point, which is what lies at the centre. Setting the
+// frame is meant for views whose transform is the identity. Every change that shows marks the old
+// and the new place as damaged. Geometry that is not finite is ignored.
 //
 // What a property is set to counts at once, for touches and conversions as well; while it is
 // animated, only what is drawn is still on the way there.
@@ -75,6 +75,11 @@ public:
     void setCenter(gfx::Point center);
     const gfx::AffineTransform& transform() const { return _look.place.transform; }
     void setTransform(const gfx::AffineTransform& transform);
+    // The point of the view, in terms of its sides, that lies at the centre and that the transform
+    // keeps in place: its middle, {0.5, 0.5}, at first. Setting it moves the view, and does not
+    // animate.
+    gfx::Point anchorPoint() const { return _look.place.anchorPoint; }
+    void setAnchorPoint(gfx::Point anchorPoint);
     // Whether it takes the superview's bounds as its frame whenever these change their size. Off at
     // first.
     bool fillsSuperview() const { return _fillsSuperview; }

@@ -3,10 +3,10 @@
 namespace kalim::ui {
 
 gfx::AffineTransform ViewPlace::toSuperview() const {
-    const gfx::Point middle = bounds.center();
+    const gfx::Point anchor = anchorIn(bounds);
     // Without a transform nothing but the two points is added, so that frames come out exact.
-    if (transform.isIdentity()) return gfx::AffineTransform::translation(center - middle);
-    return gfx::AffineTransform::translation(-middle).concat(transform).concat(
+    if (transform.isIdentity()) return gfx::AffineTransform::translation(center - anchor);
+    return gfx::AffineTransform::translation(-anchor).concat(transform).concat(
         gfx::AffineTransform::translation(center));
 }
 

@@ -73,6 +73,7 @@ void ViewMotion::moveProperties(const ViewLook& finals) {
         mixed(ViewProperty::Center, _from.place.center, place.center),
         mixed(ViewProperty::Bounds, _from.place.bounds, place.bounds),
         mixed(ViewProperty::Transform, _from.place.transform, place.transform),
+        place.anchorPoint,
     };
     _between.alpha = std::clamp(mixed(ViewProperty::Alpha, _from.alpha, finals.alpha), 0.0, 1.0);
     _between.backgroundColor =

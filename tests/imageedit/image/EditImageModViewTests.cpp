@@ -39,6 +39,15 @@ TEST(EditImageModView, AChangeIsToldOnlyOfWhatTheRecordCovers) {
             afterTurn)
             << property;
         EXPECT_EQ(changedBy([](View& view) { view.setHidden(true); }), afterHiding) << property;
+        // The place is kept, but for what the record calls the centre.
+        EXPECT_EQ(changedBy([](View& view) {
+                      EditImageUtil::setAnchorPointForView({1, 0.25}, view.shared_from_this());
+                      EXPECT_EQ(view.frame(), gfx::Rect(10, 20, 100, 50));
+                      EXPECT_EQ(view.center(), (gfx::Point{110, 32.5}));
+                  }),
+                  (property & (EditImageModView::AnchorPoint | EditImageModView::Center)) != 0 ||
+                      property == 0)
+            << property;
     }
 }
 
@@ -48,6 +57,17 @@ TEST(EditImageModView, AViewThatIsNotThereHasOnlyZeros) {
     EXPECT_FALSE(record.isChanged());
     record.modProperty = EditImageModView::Transform;
     EXPECT_TRUE(record.isChanged());
+}
+
+TEST(EditImageUtil, AViewStaysWhereItIsWithANewAnchorPointAndScalesAboutIt) {
+    const auto view = View::initWithFrame({10, 20, 100, 50});
+    EditImageUtil::setAnchorPointForView({0, 1}, view);
+    view->setTransform(gfx::AffineTransform::scaling(2, 2));
+    EXPECT_EQ(view->frame(), gfx::Rect(10, -30, 200, 100));
+    view->setTransform({});
+    view->setFrame({0, 0, 10, 10});
+    EXPECT_EQ(view->frame(), gfx::Rect(0, 0, 10, 10));
+    EXPECT_EQ(view->center(), (gfx::Point{0, 10}));
 }
 
 TEST(EditImageUtil, PlacesSnapToTheNearestPixelHalvesToTheEvenOne) {
