@@ -1,10 +1,21 @@
 #include "kalimkit/canvas/model/MDrawLogUtil.h"
 
+#include <utility>
+
 namespace kalim {
 
 MDrawLogUtil& MDrawLogUtil::sharedInstance() {
     static MDrawLogUtil instance;
     return instance;
+}
+
+void MDrawLogUtil::setLogTransferBlock(LogTransferBlock block, const void* setter) {
+    _transfBlock = std::move(block);
+    _setter = setter;
+}
+
+void MDrawLogUtil::clearLogTransferBlock(const void* setter) {
+    if (_setter == setter) setLogTransferBlock({});
 }
 
 void MDrawLogUtil::logInfoMethodName(const std::string& message, const std::string&) const {

@@ -17,8 +17,10 @@ public:
     MDrawLogUtil(const MDrawLogUtil&) = delete;
     MDrawLogUtil& operator=(const MDrawLogUtil&) = delete;
 
-    // An empty one takes the callback away.
-    void setLogTransferBlock(LogTransferBlock block) { _transfBlock = std::move(block); }
+    // An empty one takes the callback away. The setter is only compared.
+    void setLogTransferBlock(LogTransferBlock block, const void* setter = nullptr);
+    // Takes the callback away if that setter has set it.
+    void clearLogTransferBlock(const void* setter);
     // The callback deliberately gets the bare message; the method's name goes nowhere.
     void logInfoMethodName(const std::string& message, const std::string& method) const;
 
@@ -26,6 +28,7 @@ private:
     MDrawLogUtil() = default;
 
     LogTransferBlock _transfBlock;
+    const void* _setter = nullptr;
 };
 
 }  // namespace kalim

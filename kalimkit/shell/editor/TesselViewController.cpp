@@ -47,6 +47,10 @@ std::shared_ptr<TesselViewController> TesselViewController::initWithSourceImageW
                                                                   std::move(delegate));
 }
 
+TesselViewController::~TesselViewController() {
+    MDrawLogUtil::sharedInstance().clearLogTransferBlock(this);
+}
+
 std::shared_ptr<TesselViewController> TesselViewController::self() {
     return std::static_pointer_cast<TesselViewController>(shared_from_this());
 }
@@ -98,15 +102,18 @@ void TesselViewController::setLogTranferBlock(std::function<void(const std::stri
 }
 
 void TesselViewController::doApplyTransBlockToCoreModel() {
-    if (!_transBlock) return MDrawView::setLogTransferToBlock({});
+    MDrawLogUtil& relay = MDrawLogUtil::sharedInstance();
+    // Not what another editor, or the application, has set.
+    if (!_transBlock) return relay.clearLogTransferBlock(this);
     const std::weak_ptr<TesselViewController> weakSelf = self();
-    MDrawView::setLogTransferToBlock([weakSelf](const std::string& text) {
+    const auto forward = [weakSelf](const std::string& text) {
         const auto controller = weakSelf.lock();
         if (!controller) return;
         // The host may replace the callback while it runs.
         const auto block = controller->_transBlock;
         if (block) block(text);
-    });
+    };
+    relay.setLogTransferBlock(forward, this);
 }
 
 void TesselViewController::setDelegate(std::weak_ptr<TesselViewControllerDelegate> delegate) {

@@ -60,10 +60,13 @@ public:
     static std::shared_ptr<TesselViewController> initWithSourceImageWithDelegate(
         gfx::ImageRef image, std::weak_ptr<TesselViewControllerDelegate> delegate);
 
+    ~TesselViewController() override;
+
     // ---- for the host
     // The title of the close button, or of the send button.
     void setTopNavigationItemTitle(bool isCloseButton, const std::string& title);
-    // Gets every log text from now on; an empty one takes it away. One for the whole process.
+    // Gets every log text from now on; an empty one takes it away. One for the whole process: the
+    // last one that was set counts, and only who has set it can take it away.
     void setLogTranferBlock(std::function<void(const std::string& text)> block);
     // Zooms the picture from fromRect into its place on the canvas. The callback, if any, belongs
     // to the animation: what it changes is animated along.

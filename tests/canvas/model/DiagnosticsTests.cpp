@@ -22,9 +22,20 @@ TEST(MDrawLogUtil, HandsTheBareMessageToTheHostsCallback) {
     std::vector<std::string> texts;
     MDrawView::setLogTransferToBlock([&](const std::string& text) { texts.push_back(text); });
     relay.logInfoMethodName("drawn", "draw");
+    // Taken away only by who has set it.
+    const int setter = 0;
+    relay.clearLogTransferBlock(&setter);
+    relay.logInfoMethodName("kept", "");
+    EXPECT_EQ(texts.back(), "kept");
+    relay.setLogTransferBlock([&](const std::string& text) { texts.push_back(text); }, &setter);
+    relay.clearLogTransferBlock(&relay);
+    relay.logInfoMethodName("kept, too", "");
+    relay.clearLogTransferBlock(&setter);
+    relay.logInfoMethodName("dropped", "");
+    EXPECT_EQ(texts.back(), "kept, too");
     MDrawView::setLogTransferToBlock({});
     relay.logInfoMethodName("nobody listens", "draw");
-    EXPECT_EQ(texts, std::vector<std::string>{"drawn"});
+    EXPECT_EQ(texts, (std::vector<std::string>{"drawn", "kept", "kept, too"}));
 }
 
 TEST(QNTAutoDebugPerformanceInfo, CollectsTimeAndMemoryBetweenCheckpoints) {

@@ -53,6 +53,10 @@ TEST(TesselViewController, TellsItsSurroundingsWhatItNeeds) {
     EXPECT_EQ(editor->actionSheet()->tag(), 0x636C6174);
 
     host.logs.clear();
+    // An editor without a callback comes and goes, and leaves the other's alone.
+    TesselViewController::initWithSourceImageWithDelegate(nullptr, host.owner)->view();
+    MDrawLogUtil::sharedInstance().logInfoMethodName("heard", "");
+    EXPECT_EQ(std::exchange(host.logs, {}), std::vector<std::string>{"heard"});
     editor->setLogTranferBlock({});
     host.window().setRootViewController(nullptr);
     EXPECT_TRUE(host.logs.empty());
