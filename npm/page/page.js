@@ -8,22 +8,35 @@ const $ = (id) => document.getElementById(id);
 const editor = $('editor');
 const result = $('result');
 
+// Types that a picture keeps on its way through, with their endings; others become PNG.
+const endings = { 'image/png': 'png', 'image/jpeg': 'jpg', 'image/webp': 'webp' };
+const title = document.title;
+
 let pictureName = 'picture';
 let sent = null;
 
 const imageOf = (files) => [...files].find(({ type }) => type.startsWith('image/')) ?? files[0];
-const fileOf = (blob) => new File([blob], `${pictureName}-annotated.png`, { type: blob.type });
+const fileOf = (blob) =>
+  new File([blob], `${pictureName}-annotated.${endings[blob.type] ?? 'png'}`, { type: blob.type });
 
 async function open(file) {
   if (!file || result.open) return;
   try {
     await editor.offer(file);
+    editor.focus();
   } catch (error) {
     $('hint').textContent = error.message;
-    return;
   }
-  pictureName = file.name.replace(/\.[^.]*$/, '');
-  editor.focus();
+}
+
+// What the clipboard of a browser takes.
+async function pngOf(blob) {
+  if (blob.type === 'image/png') return blob;
+  const bitmap = await createImageBitmap(blob);
+  const canvas = new OffscreenCanvas(bitmap.width, bitmap.height);
+  canvas.getContext('2d').drawImage(bitmap, 0, 0);
+  bitmap.close();
+  return canvas.convertToBlob();
 }
 
 function show(blob) {
@@ -64,12 +77,20 @@ editor.addEventListener('kalim-finish', (event) => {
   event.preventDefault();
   show(event.detail.blob);
 });
+editor.addEventListener('kalim-open', ({ detail: { name, type } }) => {
+  pictureName = name.replace(/\.[^.]*$/, '') || 'picture';
+  document.title = name ? `${name} – ${title}` : title;
+  editor.type = type in endings ? type : 'image/png';
+});
 editor.addEventListener('kalim-close', () => {
   $('hint').textContent = say.hint;
+  document.title = title;
 });
-editor.addEventListener('kalim-error', ({ detail: { error } }) => {
-  if (editor.isOpen) alert(error.message);
-  else $('hint').textContent = error.message;
+editor.addEventListener('kalim-error', (event) => {
+  const { message } = event.detail.error;
+  event.preventDefault();
+  if (editor.isOpen) alert(message);
+  else $('hint').textContent = message;
 });
 
 result.addEventListener('close', () => {
@@ -81,7 +102,7 @@ result.addEventListener('close', () => {
 });
 $('download').addEventListener('click', download);
 $('copy').addEventListener('click', () => tell(
-  () => navigator.clipboard.write([new ClipboardItem({ [sent.type]: sent })]), say.copied));
+  () => navigator.clipboard.write([new ClipboardItem({ 'image/png': pngOf(sent) })]), say.copied));
 $('share').addEventListener('click', () => tell(() => navigator.share({ files: [fileOf(sent)] }), ''));
 $('keep').addEventListener('click', () => result.close());
 $('another').addEventListener('click', () => {

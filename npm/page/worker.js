@@ -1,7 +1,8 @@
 // Keeps all files of the page, so that it also opens without a network. The version and the files are
 // put in when the page is gathered.
 
-const prefix = 'kalimkit-';
+// Of the pages below one address: a site may have several, which do not touch each other's.
+const prefix = `kalimkit ${new URL('./', location).pathname} `;
 const kept = prefix + 'VERSION';
 const files = [];
 

@@ -2,8 +2,10 @@
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
 import { penOf, rgbOf, widthOf } from './choices.js';
+import { fetchPicture, moduleError, titleOf } from './loading.js';
 import { sheetOf } from './look.js';
 import { Mirror } from './mirror.js';
+import { Sign } from './sign.js';
 
 // What takes an attribute's value to the editor; throws for a value that is none.
 const choices = {
@@ -12,13 +14,20 @@ const choices = {
   'line-width': (editor, value) => editor.chooseLineWidth(widthOf(value)),
 };
 // Properties that are their attributes' texts.
-const texts = { src: 'src', tool: 'tool', color: 'color', wasmUrl: 'wasm-url' };
-const properties = [...Object.keys(texts), 'lineWidth', 'type', 'quality', 'screenSize', 'grow', 'strings'];
+const texts = { src: 'src', wasmUrl: 'wasm-url', wheel: 'wheel', unsent: 'unsent' };
+const properties = [
+  ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'screenSize', 'grow', 'strings',
+];
+// What kalim-change tells of an element without a picture.
+const closed = { canUndo: false, canRedo: false, count: 0, dirty: false };
 
 function reflect(element, attribute, value) {
   if (value === null || value === undefined) element.removeAttribute(attribute);
   else element.setAttribute(attribute, value);
 }
+
+// An attribute that is there, but for one that says no.
+const isSet = (element, attribute) => (element.getAttribute(attribute) ?? 'false') !== 'false';
 
 // Of the nearest element around this one that says its language; of the user otherwise.
 function languageAround(element) {
@@ -29,16 +38,18 @@ function languageAround(element) {
   return navigator.language;
 }
 
-async function fetchPicture(url, signal) {
-  const response = await fetch(url, { signal });
-  if (!response.ok) throw new Error(`${response.url}: ${response.status} ${response.statusText}`);
-  // Named for whoever cannot read it.
-  return new File([await response.blob()], response.url);
+// Empty boxes of no size: where they are seen, turned and in perspective as may be, are the corners.
+function makeCorners() {
+  return ['left top', 'right top', 'right bottom', 'left bottom'].map((sides) => {
+    const corner = document.createElement('div');
+    corner.className = `corner ${sides}`;
+    return corner;
+  });
 }
 
 // A server has no elements, and defines none.
 export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
-  static observedAttributes = ['src', 'type', 'quality', ...Object.keys(choices)];
+  static observedAttributes = ['src', 'type', 'quality', 'wheel', ...Object.keys(choices)];
 
   #stage;
   #idle;
@@ -47,6 +58,13 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #picture = null;
   // Of the opening under way, or of the last one. Aborted once its picture is not wanted any more.
   #opening = null;
+  // Of the loading of what is offered.
+  #offering = null;
+  #sign;
+  // Attributes become what the user has chosen.
+  #isFollowing = false;
+  // What kalim-change has told last.
+  #told = closed;
   // { canvas, editor, mirror, ready }: the editor and its mirror are null until the promise is kept.
   #session = null;
   // The task that ends the session of an element that has left its document.
@@ -59,6 +77,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#stage.id = 'stage';
     this.#idle = document.createElement('slot');
     shadow.append(this.#idle, this.#stage);
+    this.#sign = new Sign(this.#stage);
   }
 
   // ---- pictures
@@ -82,8 +101,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   async offer(picture) {
     if (!this.isOpen) return this.open(picture);
-    await this.#editor.offer(this.#sourceOf(picture));
-    return true;
+    this.#offering?.abort();
+    this.#offering = new AbortController();
+    return this.#editor.offer(this.#sourceOf(picture, this.#offering.signal));
   }
 
   close() {
@@ -127,6 +147,10 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     return this.isOpen ? this.#editor.toolCount : 0;
   }
 
+  get dirty() {
+    return this.isOpen && this.#editor.isUnsent;
+  }
+
   setTool(name) {
     penOf(name);
     this.tool = name;
@@ -144,8 +168,26 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   // ---- attributes as properties
 
+  // What was said here or chosen by the user; else what the editor draws with by itself.
+  get tool() {
+    return this.getAttribute('tool') ?? this.#pen?.tool ?? null;
+  }
+
+  set tool(name) {
+    reflect(this, 'tool', name);
+  }
+
+  get color() {
+    return this.getAttribute('color') ?? this.#pen?.color ?? null;
+  }
+
+  set color(color) {
+    reflect(this, 'color', color);
+  }
+
   get lineWidth() {
-    return this.hasAttribute('line-width') ? Number(this.getAttribute('line-width')) : null;
+    if (this.hasAttribute('line-width')) return Number(this.getAttribute('line-width'));
+    return this.#pen?.lineWidth ?? null;
   }
 
   set lineWidth(points) {
@@ -170,19 +212,19 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   get screenSize() {
-    return this.hasAttribute('screen-size');
+    return isSet(this, 'screen-size');
   }
 
   set screenSize(isScreenSize) {
-    this.toggleAttribute('screen-size', Boolean(isScreenSize));
+    reflect(this, 'screen-size', isScreenSize ? '' : null);
   }
 
   get grow() {
-    return this.hasAttribute('grow');
+    return isSet(this, 'grow');
   }
 
   set grow(isGrowing) {
-    this.toggleAttribute('grow', Boolean(isGrowing));
+    reflect(this, 'grow', isGrowing ? '' : null);
   }
 
   // Texts by the Chinese ones, for the next picture.
@@ -210,11 +252,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#leaving = setTimeout(() => this.#end());
   }
 
-  // Nothing that was made in one document is of use in another. Of the end of a frame's document its
-  // elements hear nothing.
+  // Nothing that was made in one document is of use in another.
   adoptedCallback() {
     this.#end();
-    this.ownerDocument.defaultView?.addEventListener('pagehide', () => this.#end(), { once: true });
   }
 
   attributeChangedCallback(name, before, value) {
@@ -222,7 +262,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       if (value === null) this.close();
       else this.#openUnasked(value);
     } else if (name in choices) {
-      if (value !== null) this.#choose(name, value);
+      if (value !== null && !this.#isFollowing) this.#choose(name, value);
+    } else if (name === 'wheel') {
+      this.#editor?.setWheel(value);
     } else {
       this.#editor?.setSending(this.type, this.quality);
     }
@@ -253,23 +295,53 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   async #show(picture) {
     this.#opening?.abort();
+    this.#offering?.abort();
     const opening = new AbortController();
     const { signal } = opening;
     this.#opening = opening;
+    this.#showFailure(null);
+    this.#showWorking(true);
     try {
       const session = this.#begin();
-      const [source] = await Promise.all([this.#sourceOf(picture, signal), session.ready]);
+      // It is waited for only once the editor is there.
+      const source = this.#sourceOf(picture, signal);
+      source.catch(() => {});
+      await session.ready;
       if (signal.aborted || !(await session.editor.open(source, this.#settings())) || signal.aborted) return false;
       // The user may have taken another one meanwhile.
       this.#picture = picture;
-      session.canvas.classList.add('open');
-      this.#idle.hidden = true;
       return true;
     } catch (error) {
       if (signal.aborted) return false;
       if (!this.isOpen) this.#end();
       throw error;
+    } finally {
+      if (!signal.aborted) this.#showWorking(false);
     }
+  }
+
+  // The editor shows a picture, asked for or taken by the user.
+  #shown({ picture, width, height, isOffered }) {
+    const { canvas } = this.#session;
+    const { activeElement } = this.getRootNode();
+    canvas.classList.add('open');
+    // What the element contains goes, and the focus with it.
+    if (activeElement !== this && this.contains(activeElement)) canvas.focus({ preventScroll: true });
+    this.#idle.hidden = true;
+    this.#showFailure(null);
+    if (isOffered) this.#picture = picture;
+    else this.#chooseAll();
+    this.#tell('kalim-open', { ...titleOf(picture), width, height });
+  }
+
+  #showWorking(isWorking) {
+    this.#stage.ariaBusy = String(isWorking);
+    this.#sign.showWorking(isWorking, languageAround(this), this.strings);
+  }
+
+  #showFailure(error) {
+    this.#sign.showFailure(error, languageAround(this), this.strings);
+    this.shadowRoot.getElementById('failure').classList.toggle('beside', this.childElementCount > 0);
   }
 
   // Of the next picture.
@@ -281,6 +353,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       quality: this.quality,
       exportsAtPictureScale: !this.screenSize,
       grow: this.grow,
+      wheel: this.wheel,
     };
   }
 
@@ -294,22 +367,41 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     return this.#session?.editor;
   }
 
+  get #pen() {
+    return this.isOpen ? this.#editor.pen : null;
+  }
+
   #begin() {
     if (!this.#session) {
-      const session = { canvas: document.createElement('canvas'), editor: null, mirror: null };
-      this.#stage.append(session.canvas);
+      const canvas = document.createElement('canvas');
+      const session = { canvas, corners: makeCorners(), editor: null, mirror: null, watching: new AbortController() };
+      this.#stage.append(canvas, ...session.corners);
       this.#session = session;
+      this.#watchPage(session.watching.signal);
       session.ready = this.#make(session);
     }
     return this.#session;
+  }
+
+  // Of the end of a frame's document its elements hear nothing.
+  #watchPage(signal) {
+    const page = this.ownerDocument.defaultView;
+    if (page !== globalThis) page.addEventListener('pagehide', () => this.#end(), { signal });
+    page.addEventListener('beforeunload', (event) => {
+      if (this.dirty && this.unsent !== 'lose') event.preventDefault();
+    }, { signal });
   }
 
   async #make(session) {
     // By then a script has set all the attributes.
     await null;
     const wasm = this.getAttribute('wasm-url');
-    const editor = await KalimEditor.create(session.canvas,
-      wasm === null ? {} : { wasm: new URL(wasm, this.baseURI) });
+    const corners = () => session.corners.map((corner) => corner.getBoundingClientRect());
+    const options = { corners, wheel: this.wheel };
+    if (wasm !== null) options.wasm = new URL(wasm, this.baseURI);
+    const editor = await KalimEditor.create(session.canvas, options).catch((error) => {
+      throw moduleError(error);
+    });
     if (session !== this.#session) {
       editor.destroy();
       throw new DOMException('The element has left its document', 'AbortError');
@@ -317,9 +409,24 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     session.editor = editor;
     session.mirror = new Mirror(this.#stage, session.canvas, editor);
     this.#listen(editor);
+  }
+
+  // Of a new picture, what was said or chosen for those before.
+  #chooseAll() {
     for (const name of Object.keys(choices)) {
       if (this.hasAttribute(name)) this.#choose(name, this.getAttribute(name));
     }
+  }
+
+  // The attributes become what the user has chosen.
+  #follow({ tool, color, lineWidth }) {
+    this.#isFollowing = true;
+    const isColor = this.getAttribute('color')?.toUpperCase() === color;
+    const chosen = { tool, color: isColor ? this.color : color, 'line-width': String(lineWidth) };
+    for (const [name, value] of Object.entries(chosen)) {
+      if (this.getAttribute(name) !== value) this.setAttribute(name, value);
+    }
+    this.#isFollowing = false;
   }
 
   #listen(editor) {
@@ -331,12 +438,13 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       else this.#failed(new Error('The picture could not be made'));
     });
     on('close', () => this.#leaveAfter('kalim-close', null));
-    on('change', () => {
-      const { canUndo, canRedo, toolCount: count } = this;
-      this.#tell('kalim-change', { canUndo, canRedo, count });
-    });
-    on('picture', ({ detail }) => {
-      this.#picture = detail.picture;
+    on('open', ({ detail }) => this.#shown(detail));
+    on('change', () => this.#tellChange());
+    on('busy', () => this.#showWorking(editor.isBusy));
+    on('select', ({ detail }) => this.#tell('kalim-select', detail));
+    on('tool', ({ detail }) => {
+      this.#follow(detail);
+      this.#tell('kalim-tool', detail);
     });
     on('error', ({ detail }) => {
       this.#failed(detail.error);
@@ -351,8 +459,19 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     if (this.#tell(type, detail, true) && opening === this.#opening) this.close();
   }
 
+  // The page's author finds it in the console, the user in the picture's place, unless a listener sees
+  // to it.
   #failed(error) {
-    this.#tell('kalim-error', { error });
+    const remedy = error.remedy ?? '';
+    if (!this.#tell('kalim-error', { error, remedy }, true)) return;
+    console.error(['<kalim-editor>', error, remedy].filter(Boolean).join(' '));
+    if (!this.isOpen) this.#showFailure(error);
+  }
+
+  #tellChange() {
+    const { canUndo, canRedo, toolCount: count, dirty } = this;
+    this.#told = { canUndo, canRedo, count, dirty };
+    this.#tell('kalim-change', this.#told);
   }
 
   #tell(type, detail, cancelable = false) {
@@ -363,12 +482,19 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   // Gives everything back; the picture is kept for the next time in a document.
   #end() {
     this.#opening?.abort();
+    this.#offering?.abort();
     this.#opening = null;
+    this.#session?.watching.abort();
     this.#session?.mirror?.stop();
+    const wasOpen = this.isOpen;
     this.#editor?.destroy();
     this.#session = null;
     this.#stage.replaceChildren();
     this.#idle.hidden = false;
+    this.#showWorking(false);
+    this.#showFailure(null);
+    const isOther = Object.keys(closed).some((name) => this.#told[name] !== closed[name]);
+    if (wasOpen || isOther) this.#tellChange();
   }
 }
 

@@ -16,7 +16,27 @@ canvas.open { visibility: visible; pointer-events: auto; }
   font-size: 12px; pointer-events: none;
 }
 #mirror :focus-visible { outline: 2px solid #0a84ff; outline-offset: -2px; box-shadow: inset 0 0 0 4px #fff; }
-slot[hidden] { display: none; }
+slot[hidden], [hidden] { display: none; }
+.corner { position: absolute; width: 0; height: 0; }
+.corner.right { right: 0; }
+.corner.bottom { bottom: 0; }
+#working, #failure {
+  position: absolute; inset: 0; margin: auto; width: fit-content; max-width: calc(100% - 32px); height: fit-content;
+  box-sizing: border-box; padding: 12px 20px; border-radius: 12px; font: 15px/1.4 system-ui, sans-serif;
+  text-align: center; overflow-wrap: anywhere;
+}
+#working[hidden], #failure[hidden] { display: none; }
+#working { pointer-events: none; background: #000c; color: #fff; animation: appear 0.1s 0.2s both; }
+#working::before {
+  content: ''; display: block; width: 24px; height: 24px; margin: 0 auto 8px; border-radius: 50%;
+  border: 3px solid #fff6; border-top-color: #fff; box-sizing: border-box; animation: turn 1s linear infinite;
+}
+#failure { background: Canvas; color: CanvasText; border: 1px solid; }
+#failure.beside { top: auto; bottom: 16px; margin: 0 auto; }
+#failure strong { display: block; }
+@keyframes appear { from { opacity: 0; } }
+@keyframes turn { to { transform: rotate(1turn); } }
+@media (prefers-reduced-motion: reduce) { #working::before { animation: none; } }
 `;
 const sheets = new WeakMap();
 

@@ -15,20 +15,20 @@ before(async () => {
 after(() => page.close());
 
 // What the page gets of a drag or of the clipboard.
-const give = (kind, name) => page.evaluate(async (type, given) => {
+const give = (kind, name, format = 'image/png') => page.evaluate(async (type, given, mime) => {
   const pixels = new OffscreenCanvas(60, 40).getContext('2d');
   pixels.fillRect(0, 0, 60, 40);
   const data = new DataTransfer();
-  data.items.add(new File([await pixels.canvas.convertToBlob()], given, { type: 'image/png' }));
+  data.items.add(new File([await pixels.canvas.convertToBlob({ type: mime })], given, { type: mime }));
   document.dispatchEvent(type === 'drop' ? new DragEvent(type, { dataTransfer: data, cancelable: true }) :
     new ClipboardEvent(type, { clipboardData: data, cancelable: true }));
-}, kind, name);
+}, kind, name, format);
+
+// Until it has appeared.
+const rest = () => page.evaluate(() => window.watched.frames(40));
 
 async function send() {
-  // Until it has appeared.
-  await page.evaluate(async () => {
-    for (let i = 0; i < 40; ++i) await new Promise(requestAnimationFrame);
-  });
+  await rest();
   await page.touch([[365, 32]]);
   await page.waitFor(() => document.getElementById('result').open);
 }
@@ -59,6 +59,34 @@ test('a dropped and a pasted picture are opened, and what is sent can be shared 
   assert.deepEqual(await page.complaints(), []);
 });
 
+test('what is taken gives its name, format and title, what is refused gives nothing', async () => {
+  await page.evaluate(() => {
+    window.given = [];
+    window.kalimEditor.close();
+  });
+  await give('drop', 'first.one.jpeg', 'image/jpeg');
+  await page.waitFor(() => window.kalimEditor.isOpen);
+  await rest();
+  // After the button of the page that opened it.
+  await page.press('r');
+  await page.touch([[100, 400]], [[150, 450]], [[250, 550]]);
+  await give('paste', 'second.webp', 'image/webp');
+  await rest();
+  await page.press('Escape');
+  await rest();
+  assert.equal(await page.evaluate(() => window.kalimEditor.tool), 'rectangle');
+  assert.equal(await page.evaluate(() => document.title), 'first.one.jpeg – KalimKit');
+  await send();
+  await page.evaluate(() => {
+    for (const id of ['share', 'copy']) document.getElementById(id).click();
+  });
+  await page.waitFor(() => window.given.length === 2);
+  assert.deepEqual(await page.evaluate(() => window.given),
+    [['first.one-annotated.jpg', 'image/jpeg'], ['image/png']]);
+  await page.evaluate(() => document.getElementById('keep').click());
+  assert.deepEqual(await page.complaints(), []);
+});
+
 test('it can be installed', async () => {
   const icons = await page.evaluate(async () => {
     const { href } = document.querySelector('link[rel=manifest]');
@@ -75,6 +103,23 @@ test('it can be installed', async () => {
 test('it opens and works without a network', async () => {
   await page.evaluate(() => navigator.serviceWorker.ready);
   await page.waitFor(() => navigator.serviceWorker.controller);
+  // A newer one removes what older ones have kept, and nothing of other pages of the site.
+  const kept = await page.evaluate(async () => {
+    for (const name of ['kalimkit / old', 'kalimkit /other/ old', 'another']) await caches.open(name);
+    const registration = await navigator.serviceWorker.register('worker.js?newer');
+    const worker = registration.installing ?? registration.waiting;
+    await new Promise((done) => {
+      const look = () => {
+        if (worker.state === 'installed') worker.postMessage('take over');
+        if (worker.state === 'activated') done();
+      };
+      worker.addEventListener('statechange', look);
+      look();
+    });
+    return caches.keys();
+  });
+  assert.equal(kept.filter((name) => name.startsWith('kalimkit / ')).length, 1);
+  assert.deepEqual(kept.filter((name) => !name.startsWith('kalimkit / ')).toSorted(), ['another', 'kalimkit /other/ old']);
   page.stopServer();
   await page.goto('/');
   await page.waitFor(() => window.kalimEditor);

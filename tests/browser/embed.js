@@ -2,21 +2,48 @@
 
 const events = [];
 const first = () => document.getElementById('first');
-const types = ['kalim-finish', 'kalim-close', 'kalim-change', 'kalim-error'];
+const types = ['kalim-open', 'kalim-finish', 'kalim-close', 'kalim-change', 'kalim-tool', 'kalim-select',
+  'kalim-error'];
 
 // Bubbling out of every element to the page.
 for (const type of types) {
-  document.addEventListener(type, ({ detail, target }) => events.push({
-    type,
-    id: target.id,
-    ...(type === 'kalim-change' ? detail : {}),
-    ...(detail?.error ? { message: detail.error.message } : {}),
-    ...(detail?.blob ? { blob: detail.blob.type } : {}),
-  }));
+  document.addEventListener(type, (event) => {
+    const { error, blob, ...detail } = event.detail ?? {};
+    events.push({
+      ...detail,
+      ...(type === 'kalim-open' ? { format: detail.type } : {}),
+      type,
+      id: event.target.id,
+      ...(error ? { message: error.message } : {}),
+      ...(blob ? { blob: blob.type } : {}),
+    });
+    // It would go to the console.
+    if (error && !window.embed.logsErrors) event.preventDefault();
+  });
 }
 
 window.embed = {
+  logsErrors: false,
+
   take: () => events.splice(0),
+
+  // One finger through places of the page; how many changes each step tells.
+  async drag(places) {
+    const canvas = first().shadowRoot.querySelector('canvas');
+    const changes = [];
+    const before = () => events.filter(({ type }) => type === 'kalim-change').length;
+    const point = async (phase, [clientX, clientY]) => {
+      const count = before();
+      canvas.dispatchEvent(new PointerEvent(`pointer${phase}`,
+        { pointerId: 7, clientX, clientY, pointerType: 'touch', bubbles: true }));
+      await new Promise((done) => setTimeout(done));
+      changes.push(before() - count);
+    };
+    await point('down', places[0]);
+    for (const place of places.slice(1)) await point('move', place);
+    await point('up', places.at(-1));
+    return changes;
+  },
 
   add(id) {
     const element = document.createElement('kalim-editor');
@@ -25,18 +52,20 @@ window.embed = {
     document.body.append(element);
   },
 
-  // Its type, its size, and whether it has a green pixel.
+  // Its type, its size, whether it has a green pixel, and the box of those: left, top, right, bottom.
   async look(blob) {
     const bitmap = await createImageBitmap(blob);
     const { width, height } = bitmap;
     const pixels = new OffscreenCanvas(width, height).getContext('2d');
     pixels.drawImage(bitmap, 0, 0);
     const { data } = pixels.getImageData(0, 0, width, height);
-    let hasGreen = false;
+    const box = [width, height, -1, -1];
     for (let i = 0; i < data.length; i += 4) {
-      hasGreen ||= data[i] < 60 && data[i + 1] > 200 && data[i + 2] < 60;
+      if (data[i] >= 60 || data[i + 1] <= 200 || data[i + 2] >= 60) continue;
+      const [x, y] = [(i / 4) % width, Math.floor(i / 4 / width)];
+      box.splice(0, 4, Math.min(box[0], x), Math.min(box[1], y), Math.max(box[2], x), Math.max(box[3], y));
     }
-    return { type: blob.type, width, height, hasGreen };
+    return { type: blob.type, width, height, hasGreen: box[2] >= 0, box };
   },
 
   export: async (options) => window.embed.look(await first().exportImage(options)),

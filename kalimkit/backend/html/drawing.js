@@ -68,6 +68,13 @@ export class Drawing {
     return refused;
   }
 
+  // Whether a surface of this size can be had now.
+  hasRoom(width, height) {
+    const context = this.#contextOf(width, height);
+    if (context) release(context.canvas);
+    return context !== null;
+  }
+
   // Gives back what is kept only to be quicker.
   dropLayers() {
     this.#pool.drop();
@@ -199,9 +206,12 @@ export class Drawing {
 
   // ---- surfaces and pictures
 
+  #contextOf(width, height) {
+    return width <= largestSide && height <= largestSide ? makeContext(width, height) : null;
+  }
+
   #makeSurface(width, height, opaque) {
-    const isPossible = width <= largestSide && height <= largestSide;
-    const context = isPossible ? makeContext(width, height) : null;
+    const context = this.#contextOf(width, height);
     if (!context) return this.#refuse(width, height);
     if (opaque) context.fillRect(0, 0, width, height);
     return this.#add({ context, opaque, width, height, layers: [{ context, x: 0, y: 0 }] });

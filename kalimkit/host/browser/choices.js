@@ -18,6 +18,16 @@ export function packedColor(color) {
   return parseInt(color.slice(1).padEnd(8, 'f'), 16);
 }
 
+// The name of a pen by its number.
+export function penName(number) {
+  return Object.keys(Pen).find((name) => Pen[name] === number);
+}
+
+// "#RRGGBB" of a number as packedColor() answers with.
+export function colorText(packed) {
+  return `#${(packed >>> 8).toString(16).padStart(6, '0').toUpperCase()}`;
+}
+
 // They wait for the editor to appear, as it has nothing to choose from before.
 export class Choices {
   // Values by the module's operations that take them.

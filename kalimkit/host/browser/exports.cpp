@@ -195,11 +195,6 @@ KALIM_EXPORT("is_open") bool isOpen() {
     return editor->controller() != nullptr;
 }
 
-// The number of the picture on the canvas; 0 for none.
-KALIM_EXPORT("picture") int picture() {
-    return editor->picture();
-}
-
 // Has the user choose another picture.
 KALIM_EXPORT("click_pick_image") void clickPickImage() {
     if (editor->controller()) editor->controller()->clickPickImage();
@@ -294,18 +289,6 @@ KALIM_EXPORT("redo") bool redo() {
     const bool happened = editor->canvas() && editor->canvas()->redo();
     editor->show();
     return happened;
-}
-
-// How many tools there are, times four; and 1 where there is something to undo, 2 to redo.
-KALIM_EXPORT("history") int history() {
-    const kalim::MDrawView* const canvas = editor->canvas();
-    if (!canvas) return 0;
-    return 4 * static_cast<int>(canvas->tools().size()) + (canvas->canUndo() ? 1 : 0) +
-           (canvas->canRedo() ? 2 : 0);
-}
-
-KALIM_EXPORT("tool_count") int toolCount() {
-    return editor->canvas() ? static_cast<int>(editor->canvas()->tools().size()) : 0;
 }
 
 // ---- text, in the buffer; offsets are bytes. False while no text has the focus.

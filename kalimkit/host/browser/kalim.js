@@ -6,6 +6,7 @@ import { Clipboard, environment, watchMotion } from './environment.js';
 import { Exchange } from './exchange.js';
 import { watchKeys } from './keys.js';
 import { Module } from './module.js';
+import { News, closedState, readState } from './news.js';
 import { Pointers } from './pointers.js';
 import { Schedule } from './schedule.js';
 import { Screen } from './screen.js';
@@ -13,12 +14,27 @@ import { Typing } from './typing.js';
 
 export { Pen };
 
+const defaults = {
+  strings: {},
+  type: 'image/png',
+  quality: 0.92,
+  exportsAtPictureScale: true,
+  grow: false,
+  wheel: 'always',
+};
+// Options that are left out, or null, change nothing.
+const said = (options) => Object.fromEntries(
+  Object.entries(options).filter(([, value]) => value !== null && value !== undefined));
 const exportScales = { screen: 0, picture: 1, view: 2 };
 
 // Tells its listeners
 //   confirm  the user sent the picture: detail.blob is it with all that was drawn, null for nothing
 //   close    the user closed the editor; nothing is to be kept
-//   change   canUndo, canRedo or toolCount has become another
+//   open     a picture is shown: detail.picture, as it was given, detail.width and detail.height
+//   change   a step has come to its end, was undone or sent: canUndo, canRedo, toolCount, isUnsent
+//   tool     what is drawn with is another one: detail.tool, detail.color, detail.lineWidth
+//   select   the selection is another one: detail.count
+//   busy     a picture comes in or goes out, or no more: isBusy; fingers and keys wait meanwhile
 //   picture  the user has taken another picture, offered, pasted or picked: detail.picture
 //   error    detail.error: the picture to be sent could not be made, or the editor has stopped, and
 //            every call but destroy() throws from now on
@@ -34,8 +50,8 @@ export class KalimEditor extends EventTarget {
   #exchange;
   #isDestroyed = false;
   #choices = new Choices();
-  #history = 0;
-  #shown = 0;
+  #news;
+  #held = 0;
   #worked = null;
   #clipboard = new Clipboard();
   #listening = new AbortController();
@@ -48,6 +64,9 @@ export class KalimEditor extends EventTarget {
   //   exportsAtPictureScale   false for a picture that is as large as it is on the screen
   //   grow      true where what is drawn beyond the picture's edge enlarges the result, instead of
   //             being cut there
+  //   wheel     'ctrl' leaves a wheel without that key to the page
+  //   corners   answers where in the page the content's corners are, [{ x, y }, ...] from the left upper one
+  //             clockwise; for a canvas that is turned or seen in perspective
   static async create(element, options = {}) {
     const editor = new KalimEditor(element, options);
     await editor.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url));
@@ -61,16 +80,19 @@ export class KalimEditor extends EventTarget {
       module: () => this.#module,
       call: (name, ...values) => this.#call(name, ...values),
       dispatch: (type, detail) => this.#dispatch(type, detail),
+      hold: (isHeld) => this.#hold(isHeld),
+      sending: () => this.#sending(),
+      sent: (isDone) => this.#news.sent(isDone),
+      needsRoom: () => this.#options.exportsAtPictureScale,
     });
-    this.#options = {
-      language: navigator.language,
-      strings: {},
-      type: 'image/png',
-      quality: 0.92,
-      exportsAtPictureScale: true,
-      grow: false,
-      ...options,
-    };
+    this.#news = new News({
+      tell: (type, detail) => {
+        this.#tell(type, detail);
+        if (detail?.isOffered) this.#tell('picture', { picture: detail.picture });
+      },
+      givenAs: (id) => this.#exchange.givenAs(id),
+    });
+    this.#options = { ...defaults, language: navigator.language, ...said(options) };
   }
 
   // Gives everything back; the editor is not used any more. A second time does nothing.
@@ -82,26 +104,31 @@ export class KalimEditor extends EventTarget {
 
   // ---- the picture
 
-  // Opens a new editor of a picture: a file, or anything else that createImageBitmap takes. Rejects
-  // when the browser cannot read it, and nothing is lost then. Answers whether the picture is shown:
+  // Opens a new editor of a picture: a file, or anything else that createImageBitmap takes, or a promise
+  // of one. Rejects when the browser cannot read it, or could not send it, and nothing is lost then. Answers whether the picture is shown:
   // not when another has been asked for meanwhile. Options, but for wasm, are those of create(), for this
   // picture and the next ones.
   async open(picture, options = {}) {
-    return this.#exchange.take(picture, (id) => {
-      this.#options = { ...this.#options, ...options };
+    const settings = { ...this.#options, ...said(options) };
+    // Null is no texts.
+    if (options.strings === null) settings.strings = {};
+    return this.#exchange.take(picture, settings.exportsAtPictureScale, (id) => {
+      this.#options = settings;
       const { language, exportsAtPictureScale, grow } = this.#options;
       this.#call('open', id, exportsAtPictureScale, grow, this.#module.put(language));
     });
   }
 
   // Shows it in the editor that is open, which asks the user first when something was drawn, and
-  // says when the browser cannot read it. A promise of a picture will do.
+  // says when the browser cannot read it. A promise of a picture will do. Answers whether the user has
+  // taken it, once that is known; another one that is offered meanwhile takes its place.
   async offer(picture) {
     try {
-      await this.#exchange.offer(picture, (id) => this.#call('offer', id));
+      return await this.#exchange.offer(picture);
     } catch (error) {
       if (!this.#module.isAlive) throw error;
       this.#call('offer', 0);
+      return false;
     }
   }
 
@@ -114,6 +141,11 @@ export class KalimEditor extends EventTarget {
   // Of the picture that is sent from now on.
   setSending(type, quality) {
     this.#options = { ...this.#options, type, quality };
+  }
+
+  // 'ctrl' or 'always', as of create().
+  setWheel(wheel) {
+    this.#options.wheel = wheel;
   }
 
   // Of fingers whose end nobody will hear of, as the canvas is moved in the page.
@@ -191,16 +223,31 @@ export class KalimEditor extends EventTarget {
   }
 
   get canUndo() {
-    return (this.#ask('history') & 1) !== 0;
+    return this.#state.canUndo;
   }
 
   get canRedo() {
-    return (this.#ask('history') & 2) !== 0;
+    return this.#state.canRedo;
   }
 
   // How many things are drawn.
   get toolCount() {
-    return this.#ask('tool_count');
+    return this.#state.toolCount;
+  }
+
+  // Whether something was drawn or cropped that was not sent.
+  get isUnsent() {
+    return this.isOpen && this.#news.isUnsent;
+  }
+
+  // Whether a picture comes in or goes out.
+  get isBusy() {
+    return this.#held > 0;
+  }
+
+  // What is drawn with: { tool, color, lineWidth }; null until the editor has appeared.
+  get pen() {
+    return this.#state.tool;
   }
 
   // ---- for those who do not see the canvas
@@ -219,7 +266,7 @@ export class KalimEditor extends EventTarget {
 
   // Does what a tap on the node with this number does; whether there was something to do.
   activate(id) {
-    return this.#call('accessibility_activate', id) !== 0;
+    return !this.isBusy && this.#call('accessibility_activate', id) !== 0;
   }
 
   // ---- the module
@@ -255,6 +302,9 @@ export class KalimEditor extends EventTarget {
       pan: (phase, button, place, time) =>
         this.#at(time, 'pan', phase, button, ...this.#pointOf(place)) !== 0,
       zoom: (place, factor, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor),
+      isHeld: () => this.isBusy,
+      leavesWheel: () => this.#options.wheel === 'ctrl',
+      corners: this.#options.corners,
     });
     this.#screen.watch();
     watchMotion(this.#listening.signal, (isReduced) => this.#call('reduce_motion', isReduced));
@@ -316,8 +366,8 @@ export class KalimEditor extends EventTarget {
     const result = this.#module.call(name, ...values);
     if (!this.#module.isAlive) return result;
     this.#choices.make(this.#module);
-    this.#watchHistory();
-    this.#watchPicture();
+    this.#news.look(this.#state);
+    this.#exchange.look(this.#news.state);
     this.#schedule.plan();
     this.#worked?.();
     return result;
@@ -333,19 +383,24 @@ export class KalimEditor extends EventTarget {
     this.#call('show');
   }
 
-  #watchHistory() {
-    const history = this.#module.call('history');
-    if (history === this.#history) return;
-    this.#history = history;
-    this.#tell('change');
+  get #state() {
+    if (!this.#module.isAlive) return closedState;
+    return readState(this.#module.heap.doubles, this.#module.call('state'));
   }
 
-  #watchPicture() {
-    const id = this.#module.call('picture');
-    if (id === this.#shown) return;
-    this.#shown = id;
-    const picture = this.#exchange.offeredAs(id);
-    if (picture) this.#tell('picture', { picture });
+  // Counts what is under way.
+  #hold(isHeld) {
+    const wasBusy = this.isBusy;
+    this.#held += isHeld ? 1 : -1;
+    if (this.isBusy !== wasBusy) this.#tell('busy');
+  }
+
+  // The module is in the middle of a call.
+  #sending() {
+    this.#news.sending();
+    queueMicrotask(() => {
+      if (this.#module.isAlive) this.cancelTouches();
+    });
   }
 
   // ---- touches
@@ -375,7 +430,9 @@ export class KalimEditor extends EventTarget {
     return [begin, begin + this.#module.heap.encode(lost).length];
   }
 
+  // A key that waits is not the browser's either, or ctrl+s would save the page.
   #press(key, isRepeated) {
+    if (this.isBusy) return key !== 'tab';
     return this.#call('press_key', this.#module.put(key), isRepeated) !== 0;
   }
 

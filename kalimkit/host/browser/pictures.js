@@ -80,6 +80,10 @@ export function askForFile(element, answer) {
   picker.accept = 'image/*';
   picker.hidden = true;
   element.after(picker);
+  // They would reach listeners of the page.
+  for (const type of ['click', 'input', 'change', 'cancel']) {
+    picker.addEventListener(type, (event) => event.stopPropagation());
+  }
   const end = (file) => {
     picker.remove();
     answer(file);

@@ -1,13 +1,15 @@
 // Pointer events of an element as fingers: each pointer that goes down on it is a finger until it
 // lifts, wherever it goes. A mouse is one while its main button is down, unless the editor pans with it.
 
-import { contentBox } from './box.js';
+import { contentBox, placeBetween } from './box.js';
 
 export const Phase = { began: 0, moved: 1, ended: 2, cancelled: 3 };
 
 // A wheel's pixels and lines that are a notch, and how much a notch enlarges.
 const notches = { 0: 100, 1: 3, 2: 1 };
 const notchFactor = 1.15;
+// The least part of a notch that a wheel turns at once.
+const smallestNotch = 0.4;
 // What PointerEvent.buttons holds for a button: main, middle, another.
 const buttonBits = [1, 4, 2];
 
@@ -23,7 +25,9 @@ export class Pointers {
   // target: fingers(phase, [{ time, id, x, y }]), in the order of what happened, pan(phase, button,
   // place, time), which answers whether the editor pans with the mouse, and zoom(place, factor, time).
   // x and y go from 0 to 1 over the element's content; buttons are 0 main, 1 middle, 2 another;
-  // milliseconds as performance.now().
+  // milliseconds as performance.now(). isHeld() tells whether fingers wait: none goes down then;
+  // leavesWheel() whether a wheel without the control key is the page's; corners(), if there is one,
+  // where the content's corners are.
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
@@ -73,6 +77,7 @@ export class Pointers {
   // One that goes down twice has lifted where nobody heard of it.
   #began(event) {
     if (this.#down.has(event.pointerId)) this.#lifted(event, Phase.cancelled);
+    if (this.#target.isHeld()) return;
     if (event.pointerType === 'mouse') {
       this.#button = Math.min(event.button, 2);
       this.#isPanning =
@@ -107,10 +112,14 @@ export class Pointers {
   }
 
   #turned(event) {
+    const hasKey = event.ctrlKey || event.metaKey;
+    if (this.#target.leavesWheel() && !hasKey) return;
     event.preventDefault();
+    if (this.#target.isHeld()) return;
     const turned = event.deltaY / notches[event.deltaMode];
-    // A touchpad's pinch arrives as a wheel with the control key.
-    const factor = event.ctrlKey ? Math.exp(-turned) : notchFactor ** -turned;
+    // A touchpad's pinch arrives as a wheel with the control key, in small steps.
+    const isPinch = event.ctrlKey && Math.abs(turned) < smallestNotch;
+    const factor = isPinch ? Math.exp(-turned) : notchFactor ** -turned;
     this.#target.zoom(this.#placeOf(event), factor, event.timeStamp);
   }
 
@@ -126,6 +135,9 @@ export class Pointers {
   }
 
   #placeOf(event) {
+    const corners = this.#target.corners?.();
+    const between = corners && placeBetween(corners, { x: event.clientX, y: event.clientY });
+    if (between) return between;
     const box = contentBox(this.#element);
     return {
       x: (event.clientX - box.left) / box.shownWidth,
