@@ -21,6 +21,16 @@ export interface KalimHistory {
   canRedo: boolean;
   /** How many things are drawn. */
   count: number;
+  /** Whether something was drawn or cropped that was not sent. */
+  dirty: boolean;
+}
+
+export interface KalimPen {
+  tool: KalimTool;
+  /** As `#RRGGBB`. */
+  color: string;
+  /** Points. */
+  lineWidth: number;
 }
 
 export interface KalimEditorElementEventMap {
@@ -28,9 +38,19 @@ export interface KalimEditorElementEventMap {
   'kalim-finish': CustomEvent<{ blob: Blob }>;
   /** The user closed the editor. The element shows nothing more unless a listener prevents it. */
   'kalim-close': CustomEvent<null>;
+  /** A picture is shown; a name or type that nobody has said is empty. */
+  'kalim-open': CustomEvent<{ name: string; type: string; width: number; height: number }>;
+  /** At the end of every step, after an undo, and when a picture was sent, opened or closed. */
   'kalim-change': CustomEvent<KalimHistory>;
-  /** What went wrong without anybody waiting for it, as the loading of `src`. */
-  'kalim-error': CustomEvent<{ error: Error }>;
+  /** The user draws with something else. */
+  'kalim-tool': CustomEvent<KalimPen>;
+  /** How many things are selected now. */
+  'kalim-select': CustomEvent<{ count: number }>;
+  /**
+   * What went wrong without anybody waiting for it, as the loading of `src`, and what the page's author can do.
+   * Both go to the console, and a picture's failure into its place, unless a listener prevents it.
+   */
+  'kalim-error': CustomEvent<{ error: Error; remedy: string }>;
 }
 
 /**
@@ -40,7 +60,7 @@ export interface KalimEditorElementEventMap {
 export class KalimEditorElement extends HTMLElement {
   /** The picture's address. Another one opens another picture, none closes the editor. */
   src: string | null;
-  /** What the user draws with, from now on and in every picture; the user may choose another. */
+  /** What the user draws with, from now on and in every picture; follows the user, who may choose another. */
   tool: KalimTool | null;
   /** The same, as `#RRGGBB`. */
   color: string | null;
@@ -56,8 +76,13 @@ export class KalimEditorElement extends HTMLElement {
   grow: boolean;
   /** Where the module is, if not beside the scripts; for pictures that are opened while none is. */
   wasmUrl: string | null;
+  /** `ctrl` leaves a wheel without that key to the page. */
+  wheel: 'ctrl' | null;
+  /** `lose` keeps the browser from asking before the user leaves unsent work. */
+  unsent: 'lose' | null;
   /** Texts of the editor by the Chinese ones; from the next picture on. */
-  strings: Record<string, string>;
+  get strings(): Record<string, string>;
+  set strings(strings: Record<string, string> | null);
 
   /**
    * Opens a picture in a new editor. Answers whether it is shown: not when another was asked for or
@@ -65,8 +90,10 @@ export class KalimEditorElement extends HTMLElement {
    * picture cannot be had; what was open still is.
    */
   open(picture: KalimPicture): Promise<boolean>;
-  /** As `open`, but an editor that is open asks the user first when something was drawn, and says
-   * itself when the picture cannot be read. */
+  /**
+   * As `open`, but an editor that is open asks the user first when something would be lost, and says itself
+   * when the picture cannot be read. Answers once the user has; another one that is offered takes its place.
+   */
   offer(picture: Blob | string | URL): Promise<boolean>;
   /** Has the user choose another picture for the editor that is open; in answer to what the user did. */
   pickPicture(): void;
@@ -83,6 +110,8 @@ export class KalimEditorElement extends HTMLElement {
   readonly canUndo: boolean;
   readonly canRedo: boolean;
   readonly toolCount: number;
+  /** Whether something was drawn or cropped that was not sent. */
+  readonly dirty: boolean;
 
   /** These throw a RangeError for a value that is none, and set the properties. */
   setTool(tool: KalimTool): void;
@@ -117,6 +146,10 @@ export interface KalimEditorOptions {
   exportsAtPictureScale?: boolean;
   /** Whether what is drawn beyond the picture's edge enlarges the result; false by default: it is cut there. */
   grow?: boolean;
+  /** `ctrl` leaves a wheel without that key to the page. */
+  wheel?: 'always' | 'ctrl';
+  /** Where in the page the content's corners are, clockwise from the left upper one; for a turned canvas. */
+  corners?: () => { x: number; y: number }[];
 }
 
 export type KalimScale = 'screen' | 'picture' | 'view';
@@ -142,15 +175,16 @@ export interface KalimScreenNode {
 
 /**
  * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
- * `detail.blob`, `close`, `change`, `picture`, with `detail.picture` that the user has taken instead, and
+ * `detail.blob`, `close`, `open`, with `detail.picture`, `width` and `height`, `change`, `tool`, with a `KalimPen`,
+ * `select`, with `detail.count`, `busy`, `picture`, with `detail.picture` that the user has taken instead, and
  * `error`, with `detail.error`.
  */
 export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
   private constructor();
   destroy(): void;
-  open(picture: ImageBitmapSource, options?: Omit<KalimEditorOptions, 'wasm'>): Promise<boolean>;
-  offer(picture: ImageBitmapSource | Promise<ImageBitmapSource>): Promise<void>;
+  open(picture: ImageBitmapSource | Promise<ImageBitmapSource>, options?: Omit<KalimEditorOptions, 'wasm'>): Promise<boolean>;
+  offer(picture: ImageBitmapSource | Promise<ImageBitmapSource>): Promise<boolean>;
   dismiss(): void;
   readonly isOpen: boolean;
   clickPickImage(): void;
@@ -167,6 +201,11 @@ export class KalimEditor extends EventTarget {
   askToClose(): void;
   /** Of the picture that is sent from now on. */
   setSending(type: KalimImageType, quality: number): void;
+  setWheel(wheel: 'always' | 'ctrl' | null): void;
+  readonly isUnsent: boolean;
+  /** A picture comes in or goes out; fingers and keys wait. */
+  readonly isBusy: boolean;
+  readonly pen: KalimPen | null;
   /** For a canvas that is moved in the page. */
   cancelTouches(): void;
   /** Calls the listener whenever the screen may have become different. */

@@ -33,10 +33,12 @@ export class Exchange {
 
   // The same of a picture that the user may refuse; answers when the user has.
   async offer(picture) {
-    this.forget();
+    ++this.#asked;
     const bitmap = await this.#come(picture, this.#target.needsRoom(), true);
     if (!bitmap) return false;
     const id = this.#target.module().drawing.addPicture(bitmap);
+    // The question that is up is about this one from now on.
+    if (this.#pending) this.#answer(false);
     return new Promise((answer) => {
       this.#pending = { id, answer };
       this.#target.call('offer', id);

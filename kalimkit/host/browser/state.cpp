@@ -88,7 +88,7 @@ KALIM_EXPORT("state") const double* state() {
     return numbers.data();
 }
 
-// Answers every question so that nothing is lost, as another one is coming.
+// Answers every question so that nothing is lost, where its picture is not wanted any more.
 KALIM_EXPORT("withdraw_questions") void withdrawQuestions() {
     kalim::BrowserEditor& editor = *kalim::pageEditor();
     while (const auto alert = kalim::ui::AlertView::topmostIn(editor.window()))
