@@ -25,7 +25,9 @@ const give = (kind, name, format = 'image/png') => page.evaluate(async (type, gi
 }, kind, name, format);
 
 // Until it has appeared.
-const rest = () => page.evaluate(() => window.watched.frames(40));
+const rest = () => page.evaluate(async () => {
+  for (let i = 0; i < 40; ++i) await new Promise(requestAnimationFrame);
+});
 
 async function send() {
   await rest();

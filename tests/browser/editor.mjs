@@ -99,11 +99,11 @@ function together(paths, steps = 20) {
 }
 
 // The file that the send button gives, decoded in the page for the questions below.
-async function send(expected = picture) {
+async function send(expected = picture, name = 'stripes-annotated.png') {
   await page.touch([places['toolView.confirmButton']]);
   await page.waitFor(() => document.getElementById('result').open);
   await click('download');
-  const bytes = await page.download('stripes-annotated.png');
+  const bytes = await page.download(name);
   await click('keep');
   const size = await page.evaluate((text) => window.looking.decode(text), bytes.toString('base64'));
   if (expected) assert.deepEqual(size, expected);
@@ -321,7 +321,7 @@ test('a picture that cannot be read is refused with an alert, another one can be
   const picker = () => window.kalimEditor.shadowRoot.querySelector('input[hidden]');
   await page.chooseFile(picker, await stripesFile('other.png', other));
   await page.waitFor(() => !window.kalimEditor.shadowRoot.querySelector('input[hidden]'));
-  await send(other);
+  await send(other, 'other-annotated.png');
 });
 
 test('the export has the pixels of the picture, or those of the screen', async () => {

@@ -21,7 +21,7 @@ const cropSteps = [...opening, { tap: 'penViews.5' }, { wait: 2 }, { print: 'edi
 // What the native player's prints hold of the views, in an editor of this size, points.
 async function play(lines, { width, height }, ...options) {
   const run = promisify(execFile)(command,
-    ['play', '-', '--editor', '--canvas', `${width}x${height}`, ...options]);
+    ['play', '-', '--editor', '--forgiving', '--canvas', `${width}x${height}`, ...options]);
   run.child.stdin.end(lines.map((step) => JSON.stringify(step)).join('\n'));
   return (await run).stdout.trim().split('\n').map((line) => JSON.parse(line).views);
 }
