@@ -55,7 +55,12 @@ void MDrawFreeline::addNewPoint(gfx::Point p) {
 }
 
 bool MDrawFreeline::isDrawVaild() const {
-    return _strokes.pointCount() > minimumPoints;
+    return _strokes.pointCount() > (rules().forgiving ? 0 : minimumPoints);
+}
+
+// For hit tests and scaling.
+bool MDrawFreeline::hasEnoughPoints() const {
+    return _strokes.pointCount() >= (rules().forgiving ? 1 : minimumPoints);
 }
 
 gfx::Rect MDrawFreeline::frame() const {
@@ -83,9 +88,7 @@ void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>&
 bool MDrawFreeline::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
     const double reach = freehandHitReach(lineWidth());
-    if (_strokes.pointCount() < minimumPoints || !frame().inset(-reach, -reach).contains(own)) {
-        return false;
-    }
+    if (!hasEnoughPoints() || !frame().inset(-reach, -reach).contains(own)) return false;
     for (const std::vector<gfx::Point>& line : linePoints()) {
         for (std::size_t i = 1; i < line.size(); ++i) {
             if (hitsFreehandSegment(own, line[i - 1], line[i], lineWidth())) return true;
@@ -95,7 +98,11 @@ bool MDrawFreeline::hitTest(gfx::Point p) {
 }
 
 MoveDirection MDrawFreeline::handleAt(gfx::Point p) {
-    if (isPointOnHandle(invertPoint(p), farCorner())) return MoveDirection::BottomRight;
+    const gfx::Rect box = frame();
+    // A dot has no size to scale.
+    const bool isDot = rules().forgiving && box.size == gfx::Size{};
+    if (!isDot && isOnCorner(invertPoint(p), MoveDirection::BottomRight, box))
+        return MoveDirection::BottomRight;
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
 }
 
@@ -108,7 +115,7 @@ void MDrawFreeline::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
 void MDrawFreeline::scaleTo(gfx::Point finger) {
     setPreScalePoint(farCorner());
     const gfx::Point center = centerPoint();
-    if (_strokes.pointCount() < minimumPoints || finger == preScalePoint()) return;
+    if (!hasEnoughPoints() || finger == preScalePoint()) return;
     if (finger.x < center.x || finger.y < center.y) return;
     // Single precision on purpose.
     const float from = static_cast<float>(QVPointDistance(preScalePoint(), center));
@@ -164,6 +171,12 @@ void MDrawFreeline::setFeature(const FeatureRef& feature) {
         _recordedLines = lines;
     }
     MDrawRect::setFeature(feature);
+}
+
+void MDrawFreeline::setRules(const ToolRules& rules) {
+    MDrawRect::setRules(rules);
+    _strokes.setShowsTails(rules.forgiving);
+    _isChangedAllOver = true;
 }
 
 void MDrawFreeline::setColor(gfx::ColorRef color) {

@@ -28,7 +28,7 @@ public:
     // True: the next point starts a stroke.
     bool needNewLine() const { return _needNewLine; }
     void setNeedNewLine(bool needNewLine) { _needNewLine = needNewLine; }
-    // More than 5 points in all.
+    // More than 5 points in all. Under forgiving rules every point is ink: one will do.
     bool isDrawVaild() const override;
 
     // The bounding box of the points, without the line's width.
@@ -54,6 +54,8 @@ public:
     Feature getFeature() const override;
     void setFeature(const FeatureRef& feature) override;
 
+    // Under forgiving rules strokes are drawn up to their last point.
+    void setRules(const ToolRules& rules) override;
     // Always an outline.
     void setDrawType(std::uint64_t) override { _drawType = 0; }
     // Also sets the mask's alpha back to Freeline_default_alpha.
@@ -71,6 +73,7 @@ protected:
     MoveDirection handleAt(gfx::Point p) override;
 
 private:
+    bool hasEnoughPoints() const;
     gfx::Point farCorner() const;
     void scaleTo(gfx::Point finger);
     void strokesChanged();

@@ -1,5 +1,6 @@
 #include "kalimkit/shapes/MDrawLine.h"
 
+#include "kalimkit/canvas/model/HandleReach.h"
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 #include "kalimkit/shapes/MeasureText.h"
@@ -66,9 +67,14 @@ bool MDrawLine::hitTest(gfx::Point p) {
 
 MoveDirection MDrawLine::handleAt(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
-    if (isPointOnHandle(own, _startPoint)) return MoveDirection::Start;
-    if (isPointOnHandle(own, _endPoint)) return MoveDirection::End;
+    if (isOnEnd(own, _startPoint, _endPoint)) return MoveDirection::Start;
+    if (isOnEnd(own, _endPoint, _startPoint)) return MoveDirection::End;
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+}
+
+bool MDrawLine::isOnEnd(gfx::Point own, gfx::Point handle, gfx::Point other) const {
+    return isPointOnHandle(own, handle) &&
+           (!rules().forgiving || isWithinThirdOfSegment(own, handle, other));
 }
 
 bool MDrawLine::hitOnHandle(gfx::Point p) {

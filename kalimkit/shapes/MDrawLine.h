@@ -47,6 +47,9 @@ protected:
     virtual MoveDirection handleAt(gfx::Point p);
     // Start to end, single precision.
     double length() const;
+
+private:
+    bool isOnEnd(gfx::Point own, gfx::Point handle, gfx::Point other) const;
 };
 
 }  // namespace kalim

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/canvas/model/HandleReach.h"
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 #include "kalimkit/shapes/MeasureText.h"
@@ -69,10 +70,13 @@ bool MDrawPolyline::testHitOnHandle(gfx::Point p) {
 
 std::int32_t MDrawPolyline::handleIndexAt(gfx::Point p) const {
     if (_points.empty()) return NoVertex;
-    const auto vertex = std::ranges::find_if(
-        _points, [&](gfx::Point handle) { return isPointOnHandle(p, handle); });
+    const gfx::Rect box = frame();
+    const auto vertex = std::ranges::find_if(_points, [&](gfx::Point handle) {
+        return isPointOnHandle(p, handle) &&
+               (!rules().forgiving || isWithinThirdsOfVertex(p, handle, box));
+    });
     if (vertex != _points.end()) return static_cast<std::int32_t>(vertex - _points.begin());
-    return frame().contains(p) ? AllVertices : NoVertex;
+    return box.contains(p) ? AllVertices : NoVertex;
 }
 
 void MDrawPolyline::moveByOffsetEndPoint(gfx::Point offset, gfx::Point) {

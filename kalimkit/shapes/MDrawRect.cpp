@@ -4,6 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "kalimkit/canvas/model/HandleReach.h"
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/BoxOutline.h"
@@ -75,11 +76,19 @@ MoveDirection MDrawRect::handleAt(gfx::Point p) {
     const gfx::Rect box = frame();
     _startPoint = box.origin;
     _endPoint = {box.maxX(), box.maxY()};
-    if (isPointOnHandle(own, _startPoint)) return MoveDirection::TopLeft;
-    if (isPointOnHandle(own, {_endPoint.x, _startPoint.y})) return MoveDirection::TopRight;
-    if (isPointOnHandle(own, _endPoint)) return MoveDirection::BottomRight;
-    if (isPointOnHandle(own, {_startPoint.x, _endPoint.y})) return MoveDirection::BottomLeft;
-    return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+    using enum MoveDirection;
+    for (const MoveDirection corner : {TopLeft, TopRight, BottomRight, BottomLeft}) {
+        if (isOnCorner(own, corner, box)) return corner;
+    }
+    return hitTest(p) ? Body : None;
+}
+
+bool MDrawRect::isOnCorner(gfx::Point own, MoveDirection corner, const gfx::Rect& box) const {
+    using enum MoveDirection;
+    const gfx::Point handle{corner == TopLeft || corner == BottomLeft ? box.minX() : box.maxX(),
+                            corner == TopLeft || corner == TopRight ? box.minY() : box.maxY()};
+    return isPointOnHandle(own, handle) &&
+           (!rules().forgiving || isWithinThirdsOfCorner(own, corner, box));
 }
 
 void MDrawRect::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {

@@ -48,6 +48,8 @@ protected:
     void init() override;
     // Each handle test first normalises the points to the top-left and bottom-right corners.
     MoveDirection handleAt(gfx::Point p) override;
+    // Whether a point of the unrotated frame is on the handle at that corner of the box.
+    bool isOnCorner(gfx::Point own, MoveDirection corner, const gfx::Rect& box) const;
     // Strokes and fills the current path as drawType says. After style 2's stroke the fill finds no
     // path any more; deliberate.
     void paintByDrawType(gfx::Context& context) const;

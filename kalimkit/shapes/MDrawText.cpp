@@ -79,7 +79,8 @@ void MDrawText::drawUp(gfx::Point p) {
 }
 
 bool MDrawText::isDrawVaild() const {
-    return _isEdittingText || !text().empty();
+    if (_isEdittingText) return true;
+    return rules().forgiving ? !gfx::isBlank(_text) : !_text.empty();
 }
 
 void MDrawText::finalize() {
@@ -96,7 +97,7 @@ bool MDrawText::hitTest(gfx::Point p) {
 
 MoveDirection MDrawText::handleAt(gfx::Point p) {
     const gfx::Rect box = frame();
-    if (isPointOnHandle(invertPoint(p), {box.maxX(), box.maxY()}))
+    if (isOnCorner(invertPoint(p), MoveDirection::BottomRight, box))
         return MoveDirection::BottomRight;
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
 }
@@ -124,6 +125,12 @@ void MDrawText::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
         default:
             return;
     }
+}
+
+gfx::Point MDrawText::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
+    const gfx::Point corner = _endPoint;
+    const gfx::Point taken = MDrawRect::tryMovePointEndPoint(p1, p2);
+    return _moveDirection == MoveDirection::BottomRight ? p1 + (_endPoint - corner) : taken;
 }
 
 // ---- drawing

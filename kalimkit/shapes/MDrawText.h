@@ -37,6 +37,7 @@ public:
     // ---- creation. A text without text is edited at the first touch.
     void drawMove(gfx::Point p) override;
     void drawUp(gfx::Point p) override;
+    // Has a text, or is edited. Under forgiving rules blanks are none.
     bool isDrawVaild() const override;
     using MDrawRect::finalize;
     void finalize() override;
@@ -53,6 +54,9 @@ public:
     // The text view of the next edit is put into this view, which is not owned.
     void setSuperView(std::weak_ptr<ui::View> view) { _superView = std::move(view); }
     bool isEdittingText() const { return _isEdittingText; }
+    // The look of the text, also of the field while it is edited; ending the edit records it.
+    void takeColor(gfx::ColorRef color);
+    void takeLineWidth(double width);
     // Whether the text differs from what it was when editing began last.
     bool hasTextChanged() const { return text() != _preText; }
     void textViewDidChange(ui::TextView& view) override;
@@ -70,6 +74,8 @@ public:
     gfx::Point invertRotatePoint(gfx::Point p) const { return p; }
     // The bottom-right handle fits the font size to the box.
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    // Where the box is as small as it may be, the drag has come as far as its corner.
+    gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
     bool isSupportGestureRotate() const override { return false; }
 
     // ---- drawing
@@ -137,6 +143,7 @@ private:
     std::shared_ptr<MDrawText> self();
     bool canEditAt(gfx::Point viewPoint) const;
     void prepareTextView();
+    void styleTextView();
     gfx::Rect textViewFrame() const;
     gfx::Size mostSize() const;
     void updateTextViewSuitableFrame();
@@ -162,6 +169,8 @@ private:
     std::shared_ptr<MDrawTextView> _textView;
     double _curKeyboardHeight = 0;
     bool _isEdittingText = false;
+    // Its look has changed since editing began last.
+    bool _isRestyled = false;
     // From each side of the box to the lines: as on the screen when it was edited last.
     double _inset = 5;
     std::weak_ptr<MDrawTextDelegate> _delegate;

@@ -75,7 +75,8 @@ void MDrawText::stopEdittingText() {
     // A size that went to the view and back would be off by the last bits.
     const double viewSize = _textView->font().size;
     if (viewSize != scale * _fontSize) _fontSize = viewSize / scale;
-    if (hasTextChanged() && isDrawVaild()) tell(&MDrawTextDelegate::drawTextAskForSaveState);
+    if ((hasTextChanged() || _isRestyled) && isDrawVaild())
+        tell(&MDrawTextDelegate::drawTextAskForSaveState);
 }
 
 bool MDrawText::canEditAt(gfx::Point viewPoint) const {
@@ -85,7 +86,6 @@ bool MDrawText::canEditAt(gfx::Point viewPoint) const {
 }
 
 void MDrawText::prepareTextView() {
-    const double scale = getCurrentCtxScale();
     if (!_textView) {
         _textView = MDrawTextView::initWithFrame({});
         _textView->setDelegate(std::shared_ptr<ui::TextViewDelegate>(self()));
@@ -96,7 +96,14 @@ void MDrawText::prepareTextView() {
         _textView->setScrollEnabled(false);
     }
     _preText = _text;
+    _isRestyled = false;
     _textView->setText(_text);
+    styleTextView();
+    _textView->setFrame(textViewFrame());
+}
+
+void MDrawText::styleTextView() {
+    const double scale = getCurrentCtxScale();
     _textView->setFontSize(scale * _fontSize);
     _textView->setTextColor(color());
     _textView->setDrawLineColor(color());
@@ -106,7 +113,23 @@ void MDrawText::prepareTextView() {
     gfx::Font font = getTextFont();
     font.size = scale * _fontSize;
     _textView->setFont(font);
+}
+
+void MDrawText::takeColor(gfx::ColorRef color) {
+    setColor(std::move(color));
+    _isRestyled = true;
+    if (_isEdittingText) styleTextView();
+}
+
+void MDrawText::takeLineWidth(double width) {
+    const auto alive = self();
+    if (_isEdittingText) _text = _textView->text();
+    setLineWidth(width);
+    _isRestyled = true;
+    if (!_isEdittingText) return;
+    styleTextView();
     _textView->setFrame(textViewFrame());
+    updateTextViewSuitableFrame();
 }
 
 gfx::Rect MDrawText::textViewFrame() const {

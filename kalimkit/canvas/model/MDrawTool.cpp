@@ -133,7 +133,7 @@ bool MDrawTool::isPointOnHandle(gfx::Point p, gfx::Point handle) const {
         .contains(p);
 }
 
-void MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
+gfx::Point MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
     const gfx::Point from = invertPoint(p1);
     const gfx::Point to = invertPoint(p2);
     const gfx::Point delta = to - from;
@@ -150,9 +150,9 @@ void MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
             // The body, too, steps back by the unrotated delta: deliberately not what moved it.
             moveByOffsetEndPoint(-delta, to - delta);
         }
-        return;
+        return p1;
     }
-    if (isBody) return;
+    if (isBody) return p2;
     const double change =
         QVPointDistance(_startPoint, _endPoint) - QVPointDistance(oldStart, oldEnd);
     if (std::abs(change) > 0.01) {
@@ -162,6 +162,7 @@ void MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
         _startPoint += drift;
         _endPoint += drift;
     }
+    return p2;
 }
 
 void MDrawTool::moveByOffsetEndPoint(gfx::Point, gfx::Point end) {

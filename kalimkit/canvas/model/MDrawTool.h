@@ -79,8 +79,8 @@ public:
 
     // ---- editing
     // One step of a drag from p1 to p2, canvas points. A step that would make the tool invalid is
-    // taken back.
-    virtual void tryMovePointEndPoint(gfx::Point p1, gfx::Point p2);
+    // taken back. Answers how far the drag has come: p2, or p1 where the step was taken back.
+    virtual gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2);
     virtual void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end);
     // Radians since the gesture began.
     virtual void rotateChangedWithAngle(double angle);

@@ -128,12 +128,14 @@ bool MDrawMutableSelect::hitTest(gfx::Point p) {
 
 MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {
     const gfx::Rect box = frame();
-    if (isPointOnHandle(invertPoint(p), {box.maxX(), box.maxY()})) return MoveDirection::Scale;
+    if (isOnCorner(invertPoint(p), MoveDirection::BottomRight, box)) return MoveDirection::Scale;
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
 }
 
 bool MDrawMutableSelect::hitOnHandle(gfx::Point p) {
     if (_subTools.size() == 1) return _subTools.front()->hitOnHandle(p);
+    // The group may have moved since its members came together.
+    if (rules().forgiving) reCalcCenter();
     return MDrawRect::hitOnHandle(p);
 }
 
@@ -149,23 +151,23 @@ bool MDrawMutableSelect::isSupportGestureRotate() const {
 
 // ---- editing
 
-void MDrawMutableSelect::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
-    if (_subTools.empty()) return;
+gfx::Point MDrawMutableSelect::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
+    if (_subTools.empty()) return p1;
     if (_subTools.size() == 1) {
         _subTools.front()->setIsMutableTool(false);
-        _subTools.front()->tryMovePointEndPoint(p1, p2);
-        return;
+        return _subTools.front()->tryMovePointEndPoint(p1, p2);
     }
     float factor = 1.0F;
     if (_moveDirection == MoveDirection::Scale) {
         const double before = distance(preScalePoint(), centerPoint());
-        if (preScalePoint() == p2 || !(before > 0)) return;
+        if (preScalePoint() == p2 || !(before > 0)) return p1;
         // Only the quotient is narrowed, on purpose.
         factor = static_cast<float>(distance(p2, centerPoint()) / before);
     }
     for (const ToolRef& member : _subTools)
         moveMember(*member, factor, p1, p2);
     setPreScalePoint(HandlePoint());
+    return p2;
 }
 
 void MDrawMutableSelect::moveMember(MDrawTool& member, float factor, gfx::Point p1,

@@ -68,7 +68,7 @@ public:
 
     // ---- editing
     // Lines in a group of several do not move with its body; deliberate.
-    void tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
+    gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
 
     // ---- forwarded to the members
     void setLineWidth(double width) override;

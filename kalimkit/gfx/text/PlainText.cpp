@@ -11,6 +11,12 @@ bool isControl(char32_t value) {
     return value < 0x20 || (value >= 0x7F && value < 0xA0);
 }
 
+bool isInvisible(char32_t value) {
+    return value <= 0x20 || (value >= 0x7F && value <= 0xA0) || value == 0x1680 ||
+           (value >= 0x2000 && value <= 0x200F) || (value >= 0x2028 && value <= 0x202F) ||
+           (value >= 0x205F && value <= 0x2064) || value == 0x3000 || value == 0xFEFF;
+}
+
 }  // namespace
 
 std::string plainText(std::string_view typed) {
@@ -30,6 +36,15 @@ std::string plainText(std::string_view typed) {
         }
     }
     return result;
+}
+
+bool isBlank(std::string_view text) {
+    for (std::size_t offset = 0; offset < text.size();) {
+        const CodePoint next = decodeUtf8(text, offset);
+        if (!isInvisible(next.value)) return false;
+        offset += next.byteCount;
+    }
+    return true;
 }
 
 }  // namespace kalim::gfx

@@ -12,4 +12,7 @@ namespace kalim::gfx {
 // only tabs.
 KALIM_API std::string plainText(std::string_view typed);
 
+// Whether a text is empty or shows nothing: white space and characters without a width.
+KALIM_API bool isBlank(std::string_view text);
+
 }  // namespace kalim::gfx

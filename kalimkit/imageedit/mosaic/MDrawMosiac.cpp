@@ -10,6 +10,8 @@ namespace kalim {
 
 namespace {
 
+constexpr double hitMargin = 5;
+
 // Whether there is anything to paint with.
 bool setFill(gfx::Context& context, const gfx::Paint& fill) {
     if (const auto* const color = std::get_if<gfx::Color>(&fill)) {
@@ -67,10 +69,31 @@ void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,
     }
 }
 
+bool MDrawMosiac::hitTest(gfx::Point p) {
+    return rules().forgiving && frame().inset(-hitMargin, -hitMargin).contains(p);
+}
+
+bool MDrawMosiac::hitOnHandle(gfx::Point p) {
+    return rules().forgiving && MDrawRect::hitOnHandle(p);
+}
+
+bool MDrawMosiac::testHitOnHandle(gfx::Point p) {
+    return rules().forgiving && MDrawRect::testHitOnHandle(p);
+}
+
+void MDrawMosiac::drawSlectedStateContent(gfx::Context& context) {
+    if (rules().forgiving) MDrawRect::drawSlectedStateContent(context);
+}
+
 void MDrawMosiac::setColor(gfx::ColorRef color) {
+    if (keepsItsLook()) return;
     MDrawRect::setColor(std::move(color));
     setMaskColor(gfx::makeColor(0, 0, 0, 0.3));
     _maskBorderColor = gfx::makeColor(0, 1, 1);
+}
+
+void MDrawMosiac::setLineWidth(double width) {
+    if (!keepsItsLook()) MDrawRect::setLineWidth(width);
 }
 
 }  // namespace kalim

@@ -11,7 +11,9 @@ namespace kalim {
 
 // A patch that hides a rectangle of the picture. The canvas supplies the pixelated picture as a
 // fill and paints patches in a pass of their own; in all else a finished patch is inert: no finger
-// hits it, and it draws nothing among the other tools.
+// hits it, and it draws nothing among the other tools. Under forgiving rules it is picked, moved
+// and resized as a box is, but never turned, and keeps the colour and the width that it was made
+// with: nothing of them is seen.
 class KALIM_API MDrawMosiac : public MDrawRect {
 public:
     static std::shared_ptr<MDrawMosiac> initWithStartPoint(gfx::Point start);
@@ -21,12 +23,14 @@ public:
     // From then on the patch shows the fill, no longer the preview.
     void drawUp(gfx::Point p) override;
 
-    bool hitTest(gfx::Point) override { return false; }
-    bool hitOnHandle(gfx::Point) override { return false; }
-    bool testHitOnHandle(gfx::Point) override { return false; }
+    // Under forgiving rules anywhere on the patch, and up to five points beside it.
+    bool hitTest(gfx::Point p) override;
+    bool hitOnHandle(gfx::Point p) override;
+    bool testHitOnHandle(gfx::Point p) override;
+    bool isSupportGestureRotate() const override { return !rules().forgiving; }
 
     void drawContent(gfx::Context&) override {}
-    void drawSlectedStateContent(gfx::Context&) override {}
+    void drawSlectedStateContent(gfx::Context& context) override;
     // While it is dragged, a translucent box. Then the masciImage, or else the fill, over what of
     // the frame lies on the background (canvas points), grown to whole device pixels so that no
     // pixel at the rim lets something of the hidden picture through: it reaches beyond frame and
@@ -37,6 +41,7 @@ public:
 
     // Keeps the look of the preview, whatever the colour.
     void setColor(gfx::ColorRef color) override;
+    void setLineWidth(double width) override;
     // A ready piece of pixelated picture, drawn instead of the fill; null for none.
     const gfx::ImageRef& masciImage() const { return _masciImage; }
     void setMasciImage(gfx::ImageRef image) { _masciImage = std::move(image); }
@@ -46,6 +51,8 @@ protected:
     void init() override;
 
 private:
+    bool keepsItsLook() const { return rules().forgiving && _mIsDrawUp; }
+
     bool _mIsDrawUp = false;
     // Set for the preview, which is never stroked; deliberate.
     gfx::ColorRef _maskBorderColor;

@@ -16,7 +16,22 @@ bool meet(const gfx::Rect& a, const gfx::Rect& b) {
            b.minY() <= a.maxY();
 }
 
+void include(std::optional<gfx::Rect>& box, const std::optional<SmoothedCurve>& curve) {
+    if (curve) box = box ? box->unionWith(curve->box()) : curve->box();
+}
+
+void addTo(gfx::Context& context, const SmoothedCurve& curve) {
+    context.moveTo(curve.start);
+    context.cubicTo(curve.control1, curve.control2, curve.end);
+}
+
 }  // namespace
+
+void FreehandStrokes::setShowsTails(bool shows) {
+    if (shows == _showsTails) return;
+    _showsTails = shows;
+    deriveAll();
+}
 
 void FreehandStrokes::setLines(Lines lines) {
     _lines = std::move(lines);
@@ -24,14 +39,18 @@ void FreehandStrokes::setLines(Lines lines) {
 }
 
 void FreehandStrokes::beginLine() {
+    endLine();
     _lines.emplace_back();
-    _smoothing.restart();
 }
 
 std::optional<gfx::Rect> FreehandStrokes::addPoint(gfx::Point p) {
     if (_lines.empty()) beginLine();
     _lines.back().push_back(p);
-    return derive(p);
+    std::optional<gfx::Rect> changed;
+    include(changed, shownTail());
+    include(changed, derive(p));
+    include(changed, shownTail());
+    return changed;
 }
 
 void FreehandStrokes::mapPoints(const std::function<gfx::Point(gfx::Point)>& mapping) {
@@ -55,10 +74,11 @@ void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
         for (std::size_t i = first; i < end; ++i) {
             const SmoothedCurve& curve = _curves[i];
             if (!meet(curve.box(), sight)) continue;
-            context.moveTo(curve.start);
-            context.cubicTo(curve.control1, curve.control2, curve.end);
+            addTo(context, curve);
         }
     }
+    const std::optional<SmoothedCurve> tail = shownTail();
+    if (tail && meet(tail->box(), sight)) addTo(context, *tail);
 }
 
 gfx::Rect FreehandStrokes::frame() const {
@@ -68,20 +88,33 @@ gfx::Rect FreehandStrokes::frame() const {
     return {_low.x, _low.y, width, height};
 }
 
-std::optional<gfx::Rect> FreehandStrokes::derive(gfx::Point p) {
+std::optional<SmoothedCurve> FreehandStrokes::derive(gfx::Point p) {
     if (_pointCount++ == 0) _low = _high = p;
     _low = {std::min(_low.x, p.x), std::min(_low.y, p.y)};
     _high = {std::max(_high.x, p.x), std::max(_high.y, p.y)};
     const std::optional<SmoothedCurve> curve = _smoothing.add(p);
-    if (!curve) return std::nullopt;
-    const gfx::Rect box = curve->box();
+    if (curve) keep(*curve);
+    return curve;
+}
+
+void FreehandStrokes::keep(const SmoothedCurve& curve) {
+    const gfx::Rect box = curve.box();
     if (_curves.size() % curvesPerChunk == 0) {
         _chunkBoxes.push_back(box);
     } else {
         _chunkBoxes.back() = _chunkBoxes.back().unionWith(box);
     }
-    _curves.push_back(*curve);
-    return box;
+    _curves.push_back(curve);
+}
+
+// The tail of a stroke that goes on no more is one of its curves.
+void FreehandStrokes::endLine() {
+    if (const std::optional<SmoothedCurve> tail = shownTail()) keep(*tail);
+    _smoothing.restart();
+}
+
+std::optional<SmoothedCurve> FreehandStrokes::shownTail() const {
+    return _showsTails ? _smoothing.tail() : std::nullopt;
 }
 
 void FreehandStrokes::deriveAll() {
@@ -89,8 +122,9 @@ void FreehandStrokes::deriveAll() {
     _low = _high = {};
     _curves.clear();
     _chunkBoxes.clear();
+    _smoothing.restart();
     for (const std::vector<gfx::Point>& line : _lines) {
-        _smoothing.restart();
+        endLine();
         for (const gfx::Point point : line)
             derive(point);
     }

@@ -20,11 +20,15 @@ class KALIM_API FreehandStrokes {
 public:
     using Lines = std::vector<std::vector<gfx::Point>>;
 
+    // Whether the points that no smoothed curve takes in yet are shown, too: the end of each
+    // stroke, and all of a short one. Off at first.
+    void setShowsTails(bool shows);
     void setLines(Lines lines);
     // The next point starts a stroke.
     void beginLine();
-    // Adds to the last stroke, to a first one where there is none. Answers the box of the curve
-    // that the point has completed, without the width of the pen.
+    // Adds to the last stroke, to a first one where there is none. Answers the box of what the
+    // point has changed, without the width of the pen: of the curve that it has completed, and of
+    // the tails before and after where they are shown.
     std::optional<gfx::Rect> addPoint(gfx::Point p);
     // Replaces every point, in order.
     void mapPoints(const std::function<gfx::Point(gfx::Point)>& mapping);
@@ -39,10 +43,14 @@ public:
     gfx::Rect frame() const;
 
 private:
-    std::optional<gfx::Rect> derive(gfx::Point p);
+    std::optional<SmoothedCurve> derive(gfx::Point p);
     void deriveAll();
+    void keep(const SmoothedCurve& curve);
+    void endLine();
+    std::optional<SmoothedCurve> shownTail() const;
 
     Lines _lines;
+    bool _showsTails = false;
     std::size_t _pointCount = 0;
     gfx::Point _low;
     gfx::Point _high;

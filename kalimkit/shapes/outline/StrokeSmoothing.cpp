@@ -1,5 +1,8 @@
 #include "kalimkit/shapes/outline/StrokeSmoothing.h"
 
+#include <algorithm>
+#include <span>
+
 #include "kalimkit/canvas/model/QVGeometry.h"
 
 namespace kalim {
@@ -17,6 +20,24 @@ std::optional<SmoothedCurve> StrokeSmoothing::add(gfx::Point p) {
     _buffer[1] = _buffer[4];
     _count = 2;
     return curve;
+}
+
+std::optional<SmoothedCurve> StrokeSmoothing::tail() const {
+    if (_count == 0) return std::nullopt;
+    const gfx::Point from = _buffer[0];
+    const gfx::Point to = _buffer[_count - 1];
+    const auto others = std::span(_buffer).first(_count);
+    if (std::ranges::all_of(others, [from](gfx::Point p) { return p == from; })) {
+        // Backends draw nothing for a curve without any length.
+        constexpr gfx::Point speck{0.01, 0};
+        return SmoothedCurve{from, from, from + speck, from + speck};
+    }
+    // A straight line, a quadratic curve written as a cubic, or a cubic.
+    if (_count == 2) return SmoothedCurve{from, from, to, to};
+    if (_count == 4) return SmoothedCurve{from, _buffer[1], _buffer[2], to};
+    const gfx::Point control = _buffer[1];
+    return SmoothedCurve{from, from + (control - from) * (2.0 / 3), to + (control - to) * (2.0 / 3),
+                         to};
 }
 
 }  // namespace kalim
