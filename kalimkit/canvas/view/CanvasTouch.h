@@ -25,6 +25,12 @@ struct KALIM_API CanvasTouch {
     ToolRef LastSeletedTestSrcPoint;
     gfx::Point lastMouseDownPoint;
     gfx::Point lastMouseMovePoint;
+    // Where a drag goes on from: how far the selection has followed the finger.
+    gfx::Point lastTakenPoint;
+    // Where the finger landed, view points.
+    gfx::Point downPlace;
+    // This touch ends the editing of a text.
+    bool endsTyping = false;
     // Bit 0 stays set while a gesture has had a single finger throughout.
     unsigned drawState = 0;
 };

@@ -141,7 +141,10 @@ void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
 // ---- what new tools are
 
 void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
-    _newTools.toolClass = getClassForToolType(type);
+    const auto alive = self();
+    const ToolClass* toolClass = getClassForToolType(type);
+    if (toolClass != _newTools.toolClass) endWaitingDrawing();
+    _newTools.toolClass = toolClass;
     if (!_newTools.toolClass) stopDrawing();
     const ToolClass* creating = _handingTool ? &_handingTool->toolClass() : nullptr;
     if (_newTools.toolClass != creating) _newTools.drawType = drawType;
@@ -157,7 +160,13 @@ void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {
 
 void MDrawView::setDrawColorIsTranslucent(gfx::ColorRef color, bool /*isTranslucent*/) {
     if (!color) return;
+    const auto alive = self();
+    if (!gfx::equalColors(color, _newTools.color)) endWaitingDrawing();
     _newTools.color = std::move(color);
+    if (const auto text = restyledText(); text && !gfx::equalColors(text->color(), this->color())) {
+        text->takeColor(this->color());
+        return redisplay();
+    }
     if (!isSelectionValid() || gfx::equalColors(_handingTools->color(), _newTools.color)) return;
     _handingTools->setColor(_newTools.color);
     recordSelectionChange();
@@ -165,7 +174,13 @@ void MDrawView::setDrawColorIsTranslucent(gfx::ColorRef color, bool /*isTransluc
 
 void MDrawView::setDrawLineWidth(double width) {
     if (!(width >= 0) || std::isinf(width)) return;
+    const auto alive = self();
+    if (width != _newTools.lineWidth) endWaitingDrawing();
     _newTools.lineWidth = width;
+    if (const auto text = restyledText(); text && text->lineWidth() != width) {
+        text->takeLineWidth(width);
+        return redisplay();
+    }
     if (!isSelectionValid() || _handingTools->lineWidth() == width) return;
     _handingTools->setLineWidth(width);
     recordSelectionChange();
@@ -292,7 +307,8 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
 void MDrawView::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
     const auto alive = self();
     if (const auto delegate = _drawViewdelegate.lock()) {
-        delegate->canUndoStateChangedCanRedo(canUndo, canRedo);
+        const bool waits = hasWaitingDrawing();
+        delegate->canUndoStateChangedCanRedo(canUndo || waits, canRedo && !waits);
     }
 }
 

@@ -45,7 +45,9 @@ public:
     static std::shared_ptr<MDrawView> initWithFrame(const gfx::Rect& frame);
     void setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate);
     // Whether what costs people work or nerves is mended: every step has its record, what is drawn
-    // stays as it is. Off at first, and best switched on before the first touch.
+    // stays as it is. A drag draws, over other tools as well, taps select, and the selection is
+    // dragged; patches, too. All freehand ink is kept. Off at first, and best switched on before
+    // the first touch.
     bool forgiving() const { return _newTools.rules.forgiving; }
     void setForgiving(bool forgiving);
     // The host's callback for log texts, for the whole process.
@@ -86,10 +88,12 @@ public:
     // Also restyles selected tools that are exactly of the type's class.
     void setDrawTypeForType(std::uint64_t drawType, std::int64_t type);
     std::uint64_t drawType() const { return _newTools.drawType; }
-    // Also recolours the selection. Null is ignored.
+    // Also recolours the selection, or on a forgiving canvas the text that is being typed. Null is
+    // ignored.
     void setDrawColorIsTranslucent(gfx::ColorRef color, bool isTranslucent);
     const gfx::ColorRef& color() const { return _newTools.color; }
-    // Also applies to the selection. Widths that are not finite or below zero are ignored.
+    // Also applies to the selection, or on a forgiving canvas to the text that is being typed.
+    // Widths that are not finite or below zero are ignored.
     void setDrawLineWidth(double width);
     double lineWidth() const { return _newTools.lineWidth; }
     // The colours that outline texts, by the texts' colours. Texts in other colours are outlined in
@@ -139,8 +143,9 @@ public:
     // Whether anything happened. Both drop the selection first.
     bool undo();
     bool redo();
-    bool canUndo() const { return _undoManager->canUndo(); }
-    bool canRedo() const { return _undoManager->canRedo(); }
+    // A forgiving canvas counts a freehand drawing that still waits for more strokes as a step.
+    bool canUndo() const { return hasWaitingDrawing() || _undoManager->canUndo(); }
+    bool canRedo() const { return !hasWaitingDrawing() && _undoManager->canRedo(); }
     MUndoManager& undoManager() { return *_undoManager; }
 
     // ---- gestures
@@ -208,11 +213,20 @@ private:
     void addGestures();
 
     // ---- touches (MDrawViewTouches.cpp)
+    gfx::Point lastMovePoint() const;
+    bool isTapping(const ui::Touch& touch) const;
     void drawDown(gfx::Point p);
+    bool endTypingByTouch();
     void drawMoveFromPointToPoint(gfx::Point from, gfx::Point to);
     void drawUp(gfx::Point p);
     bool finishCreation(gfx::Point p);
+    bool hasWaitingDrawing() const;
     void endFreehand();
+    void endWaitingDrawing();
+    void endDrawingOfOtherPen();
+    void tellHistory();
+    bool makesDot() const;
+    void makeDot(gfx::Point p);
     void stopDrawing();
     void finishDrag();
     void finishTap(gfx::Point p);
@@ -227,6 +241,7 @@ private:
 
     // ---- selection (MDrawViewSelection.cpp)
     bool isSelectionValid() const { return _handingTools && _handingTools->isValidTools(); }
+    bool isPickable(const MDrawTool& tool) const;
     std::shared_ptr<MDrawMutableSelect> makeSelection() const;
     void addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p);
     void removeToolFromSelectedTools(const ToolRef& tool);
@@ -242,6 +257,7 @@ private:
     bool checkAndEndTextToolEdittingText();
     void editText(const std::shared_ptr<MDrawText>& text);
     void adoptText(const ToolRef& tool);
+    std::shared_ptr<MDrawText> restyledText() const;
     void keepAboveKeyboard(const MDrawText& text);
 
     bool stepHistory(bool (*step)(MUndoManager&));
@@ -283,7 +299,7 @@ private:
     void drawTool(gfx::Context& context, MDrawTool& tool);
     void drawNormalItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
-    void drawCreatedMosaics(gfx::Context& context);
+    void drawLiveMosaics(gfx::Context& context);
     void drawMosiacTools(gfx::Context& context, const gfx::Rect& shownPicture,
                          const std::function<bool(const MDrawTool&)>& isWanted);
     void settleForExport();

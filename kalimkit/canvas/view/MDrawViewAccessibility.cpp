@@ -34,8 +34,7 @@ std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
              .label = describeTool(*tool, content),
              .value = {},
              .frame = announcedFrame(*tool),
-             // Patches cannot be picked.
-             .isEnabled = !isMosaic(*tool),
+             .isEnabled = isPickable(*tool),
              .isSelected = tool->selected()});
     }
     return elements;
@@ -47,7 +46,7 @@ bool MDrawView::activateAccessibilityElement(std::uint64_t key) {
         *_tools, [&](const ToolRef& tool) { return _toolKeys.keyOf(tool) == key; });
     if (found == _tools->end() || isBeingCreated()) return false;
     const ToolRef tool = *found;
-    if (!isAnnounced(*tool) || isMosaic(*tool)) return false;
+    if (!isAnnounced(*tool) || !isPickable(*tool)) return false;
     if (const auto delegate = _drawViewdelegate.lock()) delegate->didDrawStarted();
     checkAndEndTextToolEdittingText();
     if (!isOnCanvas(tool)) return false;

@@ -75,7 +75,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     } else {
         inCanvas([&] { paintGround(context, shown.inverted().apply(bounds())); });
     }
-    inCanvas([&] { drawCreatedMosaics(context); });
+    inCanvas([&] { drawLiveMosaics(context); });
     if (hasLayers) {
         _layers.show(CanvasLayers::Items, context, further);
     } else {
@@ -147,12 +147,13 @@ void MDrawView::drawCreatedItems(gfx::Context& context) {
     }
 }
 
-void MDrawView::drawCreatedMosaics(gfx::Context& context) {
-    if (createdTools().empty()) return;
+// Those that rest in no layer: being created, or selected.
+void MDrawView::drawLiveMosaics(gfx::Context& context) {
+    if (createdTools().empty() && !_handingTools) return;
     const gfx::GraphicsStateGuard guard(context);
     if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
     drawMosiacTools(context, pictureToShow(context).rect,
-                    [](const MDrawTool& tool) { return tool.isNewBuild(); });
+                    [](const MDrawTool& tool) { return tool.isNewBuild() || tool.selected(); });
 }
 
 void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,

@@ -12,7 +12,7 @@ void MDrawView::selectTools(const ToolList& tools) {
     dropSelection();
     const auto group = makeSelection();
     for (const ToolRef& tool : tools) {
-        const bool isFree = isOnCanvas(tool) && !tool->isNewBuild() && !isMosaic(*tool);
+        const bool isFree = isOnCanvas(tool) && !tool->isNewBuild() && isPickable(*tool);
         if (!isFree || group->containTool(tool)) continue;
         group->addSubTool(tool);
     }
@@ -22,6 +22,10 @@ void MDrawView::selectTools(const ToolList& tools) {
     }
     notifySelection();
     redisplay();
+}
+
+bool MDrawView::isPickable(const MDrawTool& tool) const {
+    return forgiving() || !isMosaic(tool);
 }
 
 std::shared_ptr<MDrawMutableSelect> MDrawView::makeSelection() const {

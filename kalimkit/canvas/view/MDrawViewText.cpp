@@ -54,6 +54,11 @@ void MDrawView::adoptText(const ToolRef& tool) {
     text.setDelegate(self());
 }
 
+// The text that a choice of colour or width goes to; null for none.
+std::shared_ptr<MDrawText> MDrawView::restyledText() const {
+    return forgiving() ? _curEdittingTextTool : nullptr;
+}
+
 // ---- two taps on a text
 
 void MDrawView::handleDoubleTapGesture(gfx::Point place) {
@@ -93,7 +98,11 @@ void MDrawView::drawTextDidEndEditText(MDrawText& text) {
     const bool isNew = tool->isNewBuild();
     if (tool->isDrawVaild()) {
         tool->setIsNewBuild(false);
-        if (isOnCanvas(tool)) addToolToSelectedToolsPoint(tool, tool->frame().center());
+        // The tap that ends the typing lets go of it.
+        const bool isLetGo = forgiving() && _touch.endsTyping;
+        if (isOnCanvas(tool) && !isLetGo) {
+            addToolToSelectedToolsPoint(tool, tool->frame().center());
+        }
     } else if (isNew) {
         discard(tool);
     } else if (isOnCanvas(tool)) {
@@ -173,18 +182,6 @@ std::optional<gfx::ColorRef> MDrawView::drawTextAskForMaskColor(const MDrawText&
     });
     if (found == _textMaskColorPars.end()) return std::nullopt;
     return found->second;
-}
-
-// ---- freehand
-
-void MDrawView::drawFreelineComplate(const std::shared_ptr<MDrawFreeline>& freeline) {
-    const auto alive = self();
-    _undoManager->addToolSuccess(freeline);
-    redisplay();
-}
-
-void MDrawView::drawFreelinePropertyChanged(const std::shared_ptr<MDrawFreeline>&) {
-    redisplay();
 }
 
 }  // namespace kalim

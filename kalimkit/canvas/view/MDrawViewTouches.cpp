@@ -4,16 +4,12 @@
 
 #include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/canvas/view/TouchMeaning.h"
 #include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/loop/FlagScope.h"
 
 namespace kalim {
-
-namespace {
-
-// While something else is selected, a finger that has moved less than this is still tapping.
-constexpr double tapSlop = 3.0;
-
-}  // namespace
 
 // ---- touch messages
 
@@ -26,12 +22,12 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     if (!window() || event.touches.front()->phase() == ui::TouchPhase::Cancelled) return;
     _touch.updateDrawStateTouches(TOUCH_PHASE_BEGAN, event.allTouches.size());
     if (_touch.isSingleFinger()) {
-        drawDown(invertViewPoint(event.touches.front()->locationIn(this)));
+        _touch.downPlace = event.touches.front()->locationIn(this);
+        drawDown(invertViewPoint(_touch.downPlace));
     } else if (isSelectionValid() || drawsClass(MDrawText::Class())) {
         deleteCurrentHandlingTool();
     } else if (isBeingCreated()) {
-        // The stored point is a canvas point already; it is deliberately converted once more.
-        drawUp(invertViewPoint(_touch.lastMouseMovePoint));
+        drawUp(lastMovePoint());
     }
     View::touchesBegan(event);
 }
@@ -40,14 +36,13 @@ void MDrawView::touchesMoved(const ui::TouchEvent& event) {
     const auto alive = self();
     _touch.updateDrawStateTouches(TOUCH_PHASE_MOVED, event.allTouches.size());
     const ui::Touch& touch = *event.touches.front();
-    const gfx::Point from = invertViewPoint(touch.previousLocationIn(this));
-    const gfx::Point to = invertViewPoint(touch.locationIn(this));
-    const bool isStillTapping = isSelectionValid() && !_touch.inHandleLastSeletedTools &&
-                                QVPointDistance(_touch.lastMouseDownPoint, to) < tapSlop;
     if (!_touch.isSingleFinger()) {
         deleteCurrentHandlingTool();
-    } else if (!isStillTapping) {
-        drawMoveFromPointToPoint(from, to);
+    } else if (!isTapping(touch)) {
+        // Steps that were not taken count once the drag goes on.
+        const gfx::Point from =
+            forgiving() ? _touch.lastTakenPoint : invertViewPoint(touch.previousLocationIn(this));
+        drawMoveFromPointToPoint(from, invertViewPoint(touch.locationIn(this)));
     }
     View::touchesMoved(event);
 }
@@ -66,13 +61,30 @@ void MDrawView::touchesEnded(const ui::TouchEvent& event) {
 void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
     const auto alive = self();
     _touch.updateDrawStateTouches(TOUCH_PHASE_CANCELED, event.allTouches.size());
-    if (_touch.isSingleFinger()) {
-        // Converted once more, as when a second finger ends a creation.
-        drawUp(invertViewPoint(_touch.lastMouseMovePoint));
+    const bool isDone = forgiving() && !_touch.isMoved;
+    if (_touch.isSingleFinger() && !isDone) {
+        drawUp(lastMovePoint());
     } else {
         deleteCurrentHandlingTool();
     }
     View::touchesCancelled(event);
+}
+
+// Where a second finger or a cancel ends a creation. The stored point is a canvas point already; by
+// itself the canvas deliberately converts it once more.
+gfx::Point MDrawView::lastMovePoint() const {
+    return forgiving() ? _touch.lastMouseMovePoint : invertViewPoint(_touch.lastMouseMovePoint);
+}
+
+bool MDrawView::isTapping(const ui::Touch& touch) const {
+    const gfx::Point place = touch.locationIn(this);
+    return isStillTapping(
+        {.forgiving = forgiving(),
+         .isMoved = _touch.isMoved,
+         .hasSelection = isSelectionValid(),
+         .isOnSelection = _touch.inHandleLastSeletedTools,
+         .canvasDistance = QVPointDistance(_touch.lastMouseDownPoint, invertViewPoint(place)),
+         .viewDistance = QVPointDistance(_touch.downPlace, place)});
 }
 
 // ---- one finger, canvas points
@@ -88,30 +100,38 @@ bool MDrawView::drawsClass(const ToolClass& toolClass) const {
 
 void MDrawView::drawDown(gfx::Point p) {
     if (isBeingCreated()) return;
-    _touch.abortTouch = false;
-    if (checkAndEndTextToolEdittingText()) {
-        _touch.abortTouch = true;
-        redisplay();
-        return;
-    }
+    _touch.abortTouch = endTypingByTouch();
+    if (_touch.abortTouch) return redisplay();
     _touch.isMoved = false;
-    _touch.drawing = false;
     _touch.lastMouseDownPoint = p;
+    _touch.lastTakenPoint = p;
     _touch.lastMouseMovePoint = {};
-    _touch.LastSeletedTestSrcPoint = nullptr;
-    _touch.inHandleLastSeletedTools = _handingTools && _handingTools->testHitOnHandle(p);
-    if (_touch.inHandleLastSeletedTools) {
+    const bool isOnSelection = _handingTools && _handingTools->testHitOnHandle(p);
+    const ToolRef found = isOnSelection ? nullptr : testHitTestSelectTool(p);
+    const ToolClass* toolClass = _newTools.toolClass;
+    const TouchMeaning meaning =
+        meaningOf({.forgiving = forgiving(),
+                   .isOnSelection = isOnSelection,
+                   .isOnTool = found != nullptr,
+                   .hasSelection = isSelectionValid(),
+                   .hasClass = toolClass != nullptr,
+                   .makesText = toolClass && toolClass->isKindOf(MDrawText::Class())});
+    _touch.LastSeletedTestSrcPoint = found;
+    _touch.inHandleLastSeletedTools = meaning.dragsSelection;
+    _touch.drawing = meaning.draws;
+    if (forgiving() && (isOnSelection || found)) endWaitingDrawing();
+    if (isOnSelection) {
         _handingTools->hitOnHandle(p);
-        return;
-    }
-    _touch.LastSeletedTestSrcPoint = testHitTestSelectTool(p);
-    _touch.drawing = !_touch.LastSeletedTestSrcPoint;
-    const bool isForText = _newTools.toolClass && _newTools.toolClass->isKindOf(MDrawText::Class());
-    if (_touch.drawing && !isSelectionValid() && isForText) {
+    } else if (meaning.createsAtOnce) {
         clearSelection();
         creatMDrawToolInPoint(p);
         redisplay();
     }
+}
+
+bool MDrawView::endTypingByTouch() {
+    const ui::FlagScope ending(_touch.endsTyping);
+    return checkAndEndTextToolEdittingText();
 }
 
 void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
@@ -135,7 +155,9 @@ void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
             _touch.inHandleLastSeletedTools = true;
         }
     }
-    if (isSelectionValid()) _handingTools->tryMovePointEndPoint(from, to);
+    if (isSelectionValid()) {
+        _touch.lastTakenPoint = _handingTools->tryMovePointEndPoint(from, to);
+    }
 }
 
 void MDrawView::drawUp(gfx::Point p) {
@@ -169,6 +191,8 @@ bool MDrawView::finishCreation(gfx::Point p) {
     }
     if (isFreehand) _drawFreeLineHelper->drawPause();
     _handingTool = nullptr;
+    // Every further stroke finds the owner told already.
+    if (_drawFreeLineHelper->firstFreelinPart() && hasWaitingDrawing()) tellHistory();
     return true;
 }
 
@@ -177,13 +201,6 @@ void MDrawView::discard(const ToolRef& tool) {
     const ToolRef kept = tool;
     _undoManager->removeToolFromAllSystem(kept);
     kept->setIsNewBuild(false);
-}
-
-// A drawing that still waits for more strokes stays as a step of its own, or nothing could undo it.
-void MDrawView::endFreehand() {
-    const ToolRef waiting = _drawFreeLineHelper->freeline();
-    _drawFreeLineHelper->reset();
-    _undoManager->addToolSuccess(waiting);
 }
 
 void MDrawView::stopDrawing() {
@@ -209,7 +226,9 @@ void MDrawView::finishDrag() {
 
 void MDrawView::finishTap(gfx::Point p) {
     const ToolRef tool = testHitTestSelectTool(p);
-    if (!tool) {
+    if (!tool && makesDot()) {
+        makeDot(p);
+    } else if (!tool) {
         clearSelection();
     } else if (_handingTools && _handingTools->testHitOnHandle(p) &&
                _handingTools->containTool(tool)) {
@@ -228,6 +247,7 @@ void MDrawView::finishTap(gfx::Point p) {
 
 void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
     if (!_newTools.toolClass) return;
+    if (forgiving()) endDrawingOfOtherPen();
     const ToolRef tool = makeTool(p);
     _newTools.prepare(*tool);
     _handingTool = tool;
@@ -236,6 +256,8 @@ void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
         _createdTools.push_back(tool);
     }
     _drawn.markListChanged();
+    // The ink begins where the finger came down.
+    if (forgiving() && drawsClass(MDrawFreeline::Class())) tool->drawMove(p);
 }
 
 ToolRef MDrawView::makeTool(gfx::Point p) {
@@ -266,11 +288,15 @@ void MDrawView::deleteCurrentHandlingTool() {
     redisplay();
 }
 
+// Patches lie below everything else, whenever they were made.
 ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
+    ToolRef patch;
     for (auto tool = _tools->rbegin(); tool != _tools->rend(); ++tool) {
-        if (!(*tool)->isNewBuild() && (*tool)->hitTest(p)) return *tool;
+        if ((*tool)->isNewBuild() || !(*tool)->hitTest(p)) continue;
+        if (!isMosaic(**tool)) return *tool;
+        if (!patch) patch = *tool;
     }
-    return nullptr;
+    return patch;
 }
 
 // ---- two fingers

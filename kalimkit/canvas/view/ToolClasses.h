@@ -21,7 +21,7 @@ KALIM_API const ToolClass* getClassForToolType(std::int64_t type);
 // The number of the tool's exact class; -1 for null, toolTypeNotFound for a class that has none.
 KALIM_API std::int64_t getToolTypeForClass(const MDrawTool* tool);
 
-// Whether the tool is a patch, which is drawn in a pass of its own and cannot be picked.
+// Whether the tool is a patch, which is drawn in a pass of its own.
 KALIM_API bool isMosaic(const MDrawTool& tool);
 
 // Every class that a caller can make by its name, with or without a tool-type number.
