@@ -56,8 +56,15 @@ BrowserEditor::~BrowserEditor() {
 }
 
 void BrowserEditor::setSize(gfx::Size size, double scale) {
-    _environment->setScreen(size, scale);
+    _environment->setScreen(size, scale, _safeArea);
     _window.setSize(size);
+}
+
+void BrowserEditor::setSafeArea(const ui::EdgeInsets& insets) {
+    if (insets == _safeArea) return;
+    _safeArea = insets;
+    _environment->setScreen(_window.size(), _environment->screen().scale, insets);
+    if (_controller) _controller->safeAreaDidChange();
 }
 
 void BrowserEditor::setKeyboardHeight(double height) {

@@ -30,6 +30,8 @@ public:
     ui::AccessibilityTree& accessibility() { return _accessibility; }
     ui::RunLoop& runLoop() { return _environment->runLoop(); }
     void setSize(gfx::Size size, double scale);
+    // What notches and the like cover at the window's edges, points; none at first.
+    void setSafeArea(const ui::EdgeInsets& insets);
     // The on-screen keyboard covers that much of the window, points.
     void setKeyboardHeight(double height);
     // Has everything drawn anew, where the page has lost it.
@@ -71,6 +73,7 @@ private:
 
     std::shared_ptr<BrowserEnvironment> _environment;
     std::shared_ptr<ui::Environment> _previousEnvironment;
+    ui::EdgeInsets _safeArea;
     ui::Window _window;
     ui::AccessibilityTree _accessibility{_window};
     std::shared_ptr<Delegate> _delegate;

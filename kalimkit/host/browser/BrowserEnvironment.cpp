@@ -38,7 +38,8 @@ void BrowserEnvironment::setLanguage(std::string_view language) {
     _isEnglish = prefersEnglishTexts(language);
 }
 
-void BrowserEnvironment::setScreen(gfx::Size size, double scale) {
+void BrowserEnvironment::setScreen(gfx::Size size, double scale, const ui::EdgeInsets& safeArea) {
+    _screen.safeAreaInsets = safeArea;
     _screen.scale = scale;
     _screen.nativeSize = {static_cast<int>(std::lround(size.width * scale)),
                           static_cast<int>(std::lround(size.height * scale))};

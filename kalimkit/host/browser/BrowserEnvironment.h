@@ -20,9 +20,9 @@ public:
 
     gfx::Device& device() override { return _device; }
     ui::Screen screen() const override { return _screen; }
-    // The window's size in points. Windows keep the scale that they have until they get another
-    // size.
-    void setScreen(gfx::Size size, double scale);
+    // The window's size, and what of it is not safe to put controls into, in points. Windows keep
+    // the scale that they have until they get another size.
+    void setScreen(gfx::Size size, double scale, const ui::EdgeInsets& safeArea = {});
     ui::RunLoop& runLoop() override { return _loop; }
     double wallClock() const override;
     // Four times the screen, and no less than 2560 x 1440 pixels.

@@ -82,6 +82,12 @@ KALIM_EXPORT("resize") void resize(double width, double height, double scale) {
 }
 
 // Whether things are to be where they go at once.
+KALIM_EXPORT("safe_area")
+void safeArea(double top, double left, double bottom, double right) {
+    editor->setSafeArea({top, left, bottom, right});
+    editor->show();
+}
+
 KALIM_EXPORT("reduce_motion") void reduceMotion(bool isReduced) {
     editor->environment().setPrefersReducedMotion(isReduced);
 }

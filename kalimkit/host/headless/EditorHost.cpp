@@ -120,6 +120,19 @@ const EditorHost::Operation EditorHost::operations[] = {
          host._editor->setClipsToPicture(clips);
          return Problem();
      }},
+    {"setSafeArea",
+     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+         ui::EdgeInsets insets;
+         if (Problem problem = readArguments(name, arguments, insets.top, insets.left,
+                                             insets.bottom, insets.right)) {
+             return problem;
+         }
+         ui::Screen screen = host._environment.screen();
+         screen.safeAreaInsets = insets;
+         host._environment.setScreen(screen);
+         host._editor->safeAreaDidChange();
+         return Problem();
+     }},
     {"resize",
      [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
          gfx::Size size;

@@ -4,6 +4,7 @@
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/shell/config/FrameworkImages.h"
+#include "kalimkit/shell/config/SafeArea.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -79,10 +80,13 @@ void EditImageCropToolBarView::layoutSubviews() {
     const double below = superview() ? superview()->bounds().maxY() - frame().maxY() : 0;
     _bottomBackgroundView->setFrame({0, 0, width, height + std::max(below, 0.0)});
     _topRule->setFrame({0, 0, width, ruleHeight});
-    _cancelBtn->setFrame({sideMargin, 0, buttonWidth, height});
-    _revertBtn->setFrame({(width - revertWidth) / 2, 0, revertWidth, height});
-    _doneBtn->setFrame({width - sideMargin - buttonWidth, 0, buttonWidth, height});
-    _rotateBtn->setFrame({sideMargin, -height, buttonWidth, height});
+    const ui::EdgeInsets safe = safeAreaInsets();
+    const double left = safe.left + sideMargin;
+    const double right = width - safe.right - sideMargin;
+    _cancelBtn->setFrame({left, 0, buttonWidth, height});
+    _revertBtn->setFrame({(left + right - revertWidth) / 2, 0, revertWidth, height});
+    _doneBtn->setFrame({right - buttonWidth, 0, buttonWidth, height});
+    _rotateBtn->setFrame({left, -height, buttonWidth, height});
 }
 
 // ---- what the owner says

@@ -9,6 +9,7 @@
 #include "kalimkit/imageedit/crop/CropDrag.h"
 #include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
+#include "kalimkit/shell/config/SafeArea.h"
 #include "kalimkit/shell/config/TallPhone.h"
 #include "kalimkit/ui/loop/Environment.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 // Around the content; below it the bar with the rotate button above it.
 constexpr double contentMargin = 20;
+constexpr double barsInSafeArea = 14;
 constexpr double bottomBars = 60 + 63;
 constexpr double leaveDuration = 0.3;
 constexpr double fadeDuration = 0.2;
@@ -87,12 +89,29 @@ bool EditImageIntialView::isiPhoneX() {
     return isTallPhone(ui::Environment::current().screen());
 }
 
+double EditImageIntialView::safeAreaTop() const {
+    return safeAreaInsets().top;
+}
+
+double EditImageIntialView::safeAreaBottom() const {
+    return std::max(safeAreaInsets().bottom - barsInSafeArea, 0.0);
+}
+
+void EditImageIntialView::safeAreaDidChange() {
+    // Laid out for another one.
+    _laidOutSize = {};
+    setNeedsLayout();
+    if (_cropToolBar) _cropToolBar->setNeedsLayout();
+}
+
 // Whole points, so that what fits it touches its sides.
 gfx::Rect EditImageIntialView::contentFrame() const {
     const gfx::Size size = bounds().size;
     const double top = safeAreaTop() + contentMargin;
     const double bottom = safeAreaBottom() + bottomBars + contentMargin;
-    return {contentMargin, top, std::max(std::floor(size.width - 2 * contentMargin), leastCropSide),
+    const ui::EdgeInsets safe = safeAreaInsets();
+    const double width = std::floor(size.width - safe.horizontal() - 2 * contentMargin);
+    return {safe.left + contentMargin, top, std::max(width, leastCropSide),
             std::max(std::floor(size.height - top - bottom), leastCropSide)};
 }
 

@@ -103,6 +103,9 @@ public:
         return _eIScrollView->panGestureRecognizer();
     }
 
+    // The screen's safe area is another now.
+    void safeAreaDidChange();
+
     // ---- accessibility
     // The crop frame, with the pixels across and down that it cuts out; none before crop mode.
     std::vector<ui::AccessibilityElement> accessibilityElements() override;
@@ -119,8 +122,9 @@ public:
     // Of the picture at a zoom of 1, as it is turned at present.
     gfx::Size oldStartImageFrameSize() const { return _oldStartImageFrameSize; }
     gfx::Point originalScrollViewOffset() const { return _originalScrollViewOffset; }
-    double safeAreaTop() const { return isiPhoneX() ? 44 : 0; }
-    double safeAreaBottom() const { return isiPhoneX() ? 20 : 0; }
+    // What the screen's safe area keeps free; the bars need 14 points less at the bottom.
+    double safeAreaTop() const;
+    double safeAreaBottom() const;
     static bool isiPhoneX();
 
     // ---- states

@@ -4,7 +4,7 @@
 
 #include "kalimkit/shell/config/FrameworkImages.h"
 #include "kalimkit/shell/config/HexColor.h"
-#include "kalimkit/shell/config/TallPhone.h"
+#include "kalimkit/shell/config/SafeArea.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
@@ -17,8 +17,29 @@ constexpr double moreGap = 10;
 constexpr double stepSide = 38;
 constexpr double stepGap = 10;
 constexpr double titleGap = 8;
-// Below the middle of the bar, clear of the status area of a tall phone.
-constexpr double tallPhoneShift = 12;
+// What a bar without a status area above its buttons has room for.
+constexpr double plainInset = 20;
+constexpr double leastTouchSide = 44;
+
+// Takes touches on what a finger can meet, whatever its title's size.
+class RoomyButton : public ui::Button {
+public:
+    static std::shared_ptr<RoomyButton> make() {
+        const std::shared_ptr<RoomyButton> button(new RoomyButton);
+        button->init({});
+        return button;
+    }
+    bool pointInside(gfx::Point p) const override {
+        const gfx::Size size = bounds().size;
+        return bounds()
+            .inset(std::min((size.width - leastTouchSide) / 2, 0.0),
+                   std::min((size.height - leastTouchSide) / 2, 0.0))
+            .contains(p);
+    }
+
+private:
+    RoomyButton() = default;
+};
 
 std::string localized(const std::string& text) {
     return ui::Environment::current().localizedString(text);
@@ -45,9 +66,9 @@ void TesselTopTool::init(const gfx::Rect& frame) {
 }
 
 void TesselTopTool::initSubviews() {
-    _closeButton = ui::Button::initWithFrame({});
+    _closeButton = RoomyButton::make();
     _confirmButton = TesselButton::initWithFrame({});
-    _doneButton = ui::Button::initWithFrame({});
+    _doneButton = RoomyButton::make();
     _moreButton = ui::Button::initWithFrame({});
     _undoButton = ui::Button::initWithFrame({});
     _redoButton = ui::Button::initWithFrame({});
@@ -95,27 +116,30 @@ void TesselTopTool::preparePictured(ui::Button& button, const std::string& label
 // ---- layout
 
 void TesselTopTool::layoutSubviews() {
-    const bool isTall = isTallPhone(ui::Environment::current().screen());
-    const double line = bounds().midY() + (isTall ? tallPhoneShift : 0);
+    const ui::EdgeInsets safe = safeAreaInsets();
+    // Below the middle of the bar where that has grown with the inset, clear of it.
+    const double line = bounds().midY() + std::max(safe.top - plainInset, 0.0) / 2;
     const auto placeAt = [line](ui::View& view, double left, gfx::Size size) {
         view.setFrame({left, line - size.height / 2, size.width, size.height});
     };
-    const double right = bounds().maxX() - sideMargin;
+    const double left = bounds().minX() + safe.left + sideMargin;
+    const double right = bounds().maxX() - safe.right - sideMargin;
+    const double middle = (left + right) / 2;
     const double steps = 2 * stepSide + stepGap;
     // A long title ends before undo and redo do begin.
-    const double room = std::max(0.0, (bounds().size.width - steps) / 2 - sideMargin - titleGap);
+    const double room = std::max(0.0, (right - left - steps) / 2 - titleGap);
     const auto sizeOf = [room](const ui::Button& button) {
         const gfx::Size size = button.intrinsicContentSize();
         return gfx::Size{std::min(size.width, room), size.height};
     };
     const gfx::Size confirmSize = sizeOf(*_confirmButton);
     const gfx::Size doneSize = sizeOf(*_doneButton);
-    placeAt(*_closeButton, bounds().minX() + sideMargin, sizeOf(*_closeButton));
+    placeAt(*_closeButton, left, sizeOf(*_closeButton));
     placeAt(*_confirmButton, right - confirmSize.width, confirmSize);
     placeAt(*_doneButton, right - doneSize.width, doneSize);
     placeAt(*_moreButton, _confirmButton->frame().minX() - moreGap - moreSide,
             {moreSide, moreSide});
-    placeAt(*_wrapView, bounds().midX() - steps / 2, {steps, stepSide});
+    placeAt(*_wrapView, middle - steps / 2, {steps, stepSide});
     _undoButton->setFrame({0, 0, stepSide, stepSide});
     _redoButton->setFrame({stepSide + stepGap, 0, stepSide, stepSide});
 }

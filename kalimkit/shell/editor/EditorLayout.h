@@ -3,7 +3,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/view/EdgeInsets.h"
 
 namespace kalim {
 
@@ -12,8 +12,7 @@ struct EditorMeasures {
     gfx::Size view;
     // Of the main screen, which the canvas is as high as.
     double screenHeight = 0;
-    // The screen keeps room at its top and bottom edges.
-    bool isTallPhone = false;
+    ui::EdgeInsets safeArea;
     // The panel's bottom is this far below its place.
     double panelShift = 0;
     // The colour and size pickers are this far inside the ends of the pen picker.
@@ -26,8 +25,9 @@ struct EditorMeasures {
     double sizePickerWidth = 0;
 };
 
-// Where the views go. The pickers are in the panel's coordinates, all others in those of the
-// controller's view.
+// Where the views go: between the insets, except for the canvas. Where the height is too small for
+// all of it, below 280 points without insets, the rows of the panel move closer. The pickers are in
+// the panel's coordinates, all others in those of the controller's view.
 struct EditorLayout {
     gfx::Rect drawView;
     gfx::Rect toolView;

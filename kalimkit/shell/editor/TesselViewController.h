@@ -103,6 +103,8 @@ public:
     // first.
     bool clipsToPicture() const { return _clipsToPicture; }
     void setClipsToPicture(bool clips);
+    // The host tells it when it has changed the screen's safe area and not the window's size.
+    void safeAreaDidChange();
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
 

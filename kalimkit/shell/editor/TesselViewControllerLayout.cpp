@@ -1,6 +1,5 @@
-#include "kalimkit/shell/config/TallPhone.h"
+#include "kalimkit/shell/config/SafeArea.h"
 #include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/view/Window.h"
 
 namespace kalim {
@@ -22,7 +21,8 @@ void TesselViewController::viewDidLayoutSubviews() {
 
 void TesselViewController::spacePickers() {
     if (!_penPopView) return;
-    const PickerSpacing spacing = pickerSpacing(view()->bounds().size.width);
+    const PickerSpacing spacing =
+        pickerSpacing(view()->bounds().size.width - safeAreaInsets().horizontal());
     if (spacing.padding == _padding && spacing.offset == _offset) return;
     _padding = spacing.padding;
     _offset = spacing.offset;
@@ -35,7 +35,7 @@ EditorMeasures TesselViewController::measures() const {
     measures.view = _drawView->superview()->bounds().size;
     // A window that the editor is shown in stands for the whole screen.
     measures.screenHeight = window() ? window()->size().height : measures.view.height;
-    measures.isTallPhone = isTallPhone(ui::Environment::current().screen());
+    measures.safeArea = safeAreaInsets();
     measures.panelShift = _panelShift;
     measures.pickerInset = _arePickersInset ? _offset : 0;
     measures.configShift = _configShift;
@@ -61,6 +61,14 @@ void TesselViewController::placeViews() {
     place(*_sizePopView, layout.sizePicker);
     place(*_configViewEdit, layout.editButton);
     place(*_configViewDelete, layout.deleteButton);
+}
+
+void TesselViewController::safeAreaDidChange() {
+    if (!_drawView) return;
+    view()->setNeedsLayout();
+    _toolView->setNeedsLayout();
+    if (_actionSheet) _actionSheet->setNeedsLayout();
+    if (_editImageInitialView) _editImageInitialView->safeAreaDidChange();
 }
 
 void TesselViewController::layout() {

@@ -5,6 +5,7 @@
 
 #include "kalimkit/shell/config/ColorImages.h"
 #include "kalimkit/shell/config/HexColor.h"
+#include "kalimkit/shell/config/SafeArea.h"
 #include "kalimkit/shell/config/TallPhone.h"
 #include "kalimkit/ui/loop/Environment.h"
 #include "kalimkit/ui/touch/TapGestureRecognizer.h"
@@ -17,8 +18,6 @@ namespace {
 constexpr double buttonHeight = 52;
 constexpr double buttonGap = 7;
 constexpr double buttonInset = 14;
-// Below the lower button on a tall phone.
-constexpr double homeIndicatorHeight = 34;
 constexpr gfx::Size unlaidPanelSize{320, 380};
 constexpr int cancelTag = 1;
 constexpr int actionTag = 0;
@@ -79,8 +78,6 @@ void KLMActionsheetView::addBackdrop() {
 
 void KLMActionsheetView::addButton(const std::string& title, int tag, const gfx::ColorRef& color,
                                    std::size_t place) {
-    const bool isLowest = tag == actionTag;
-    const double room = isLowest && isiPhoneX() ? homeIndicatorHeight : 0;
     const std::shared_ptr<ui::Button> button = ui::Button::initWithFrame({});
     button->setTitle(title);
     button->setTitleFont({"", 18});
@@ -90,7 +87,7 @@ void KLMActionsheetView::addButton(const std::string& title, int tag, const gfx:
     button->setBackgroundImage(highlightBackgroundImage2(), ui::ControlState::Highlighted);
     button->setBackgroundImage(imageWithColor2(colorWithHex2(chosenColor)),
                                ui::ControlState::Selected);
-    button->setContentEdgeInsets({buttonInset, 0, buttonInset + room, 0});
+    button->setContentEdgeInsets({buttonInset, 0, buttonInset, 0});
     button->addAction(
         ui::ControlEvent::TouchUpInside, [weak = weak_from_this(), tag](ui::Control&) {
             const auto sheet = std::static_pointer_cast<KLMActionsheetView>(weak.lock());
@@ -182,7 +179,8 @@ void KLMActionsheetView::layoutSubviews() {
     _backdrop->setFrame(bounds());
     double top = 0;
     for (const auto& button : _buttons) {
-        const double room = button->contentEdgeInsets().bottom - buttonInset;
+        const double room = button == _buttons.back() ? safeAreaInsets().bottom : 0;
+        button->setContentEdgeInsets({buttonInset, 0, buttonInset + room, 0});
         button->setFrame({0, top, bounds().size.width, buttonHeight + room});
         top = button->frame().maxY() + buttonGap;
     }

@@ -61,7 +61,7 @@ public:
     // The tag of the pressed button; 0 before one is.
     int buttonIndex() const { return _buttonIndex; }
     const std::shared_ptr<ui::View>& sheetPanel() const { return _sheetPanel; }
-    // Whether the screen asks for room below the lower button.
+    // Whether the screen is a tall phone's. The room below the lowest button is the safe area's.
     bool isiPhoneX() const;
     // For whoever shows it, to tell sheets apart.
     std::int64_t tag() const { return _tag; }

@@ -14,6 +14,7 @@
 #include "kalimkit/ui/loop/Alert.h"
 #include "kalimkit/ui/loop/Keyboard.h"
 #include "kalimkit/ui/loop/RunLoop.h"
+#include "kalimkit/ui/view/EdgeInsets.h"
 
 namespace kalim::ui {
 
@@ -29,6 +30,9 @@ struct Screen {
     // The whole screen in device pixels, portrait, whatever the application covers of it.
     gfx::PixelSize nativeSize;
     bool isPhone = false;
+    // What a notch, round corners and a home indicator take up of the application's window, points.
+    // Nothing stands for what the shell knows of the screen, see safeAreaInsets().
+    std::optional<EdgeInsets> safeAreaInsets = std::nullopt;
 };
 
 // What a host plugs in once, before the first view. One is current at a time; tests install their

@@ -8,7 +8,7 @@ namespace {
 TEST(EditorLayout, TallPhonesKeepRoomAtTheirEdges) {
     const EditorLayout places = editorLayout({.view = {390, 844},
                                               .screenHeight = 844,
-                                              .isTallPhone = true,
+                                              .safeArea = {44, 0, 34, 0},
                                               .panelShift = 100,
                                               .configShift = 50});
     EXPECT_EQ(places.toolView, gfx::Rect(0, 0, 390, 88));
@@ -30,7 +30,7 @@ TEST(EditorLayout, PickersShareTheEndsOfThePenPicker) {
         const PickerSpacing spacing = pickerSpacing(c.width);
         EXPECT_NEAR(spacing.padding, c.padding, 1e-9) << c.width;
         EXPECT_NEAR(spacing.offset, c.offset, 1e-9) << c.width;
-        EditorMeasures measures{.view = {c.width, 390}, .screenHeight = 390};
+        EditorMeasures measures{.view = {c.width, 390}, .screenHeight = 390, .safeArea = {}};
         measures.pickerInset = spacing.offset;
         measures.penPickerWidth = 228 + 5 * spacing.padding;
         measures.colorPickerWidth = measures.sizePickerWidth = 38;
