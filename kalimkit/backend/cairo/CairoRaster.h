@@ -9,7 +9,7 @@ namespace kalim::gfx {
 // A raster in memory that Cairo reads in place.
 class CairoRaster : public Raster {
 public:
-    // `isOpaque` promises that every pixel's alpha is 255.
+    // `isOpaque` promises that every pixel's alpha is 255; a small picture is looked at as well.
     explicit CairoRaster(BitmapRef pixels, bool isOpaque = false);
     // The raster of an image, wrapped when another device made it.
     static std::shared_ptr<const CairoRaster> of(const Image& image);

@@ -20,6 +20,15 @@ gfx::Size sizeOf(const gfx::ImageRef& image) {
     return {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
 }
 
+// An upright raster as it is seen after turns to the left.
+gfx::ImageRef turned(const gfx::ImageRef& image, std::int32_t quarterTurns) {
+    using gfx::ImageOrientation;
+    constexpr ImageOrientation orientations[] = {ImageOrientation::Up, ImageOrientation::Left,
+                                                 ImageOrientation::Down, ImageOrientation::Right};
+    return std::make_shared<gfx::Image>(image->raster(), image->scale(),
+                                        orientations[quarterTurns]);
+}
+
 }  // namespace
 
 // ---- from the tool bar
@@ -134,16 +143,19 @@ CropPlacement EditImageIntialView::placementAfter(std::int32_t quarterTurns,
 // The turned picture has its pixels turned, so that frame, zoom and cut need not know of turns.
 void EditImageIntialView::rotateImageDirectly(bool isBackwards) {
     _currentRotationOrientation = (_currentRotationOrientation + (isBackwards ? 3 : 1)) % 4;
-    _eIScrollView->imageView()->setImage(imageAtOrientation(_currentRotationOrientation));
+    const auto& picture = _eIScrollView->imageView();
+    picture->setImage(imageAtOrientation(_currentRotationOrientation));
+    const gfx::ImageRef& reduced = picture->reducedImage();
+    if (reduced)
+        picture->setReducedImage(turned(reduced, turnsSinceStart(_currentRotationOrientation)));
+}
+
+std::int32_t EditImageIntialView::turnsSinceStart(std::int32_t orientation) const {
+    return (orientation - _startRotationOrientation + 4) % 4;
 }
 
 gfx::ImageRef EditImageIntialView::imageAtOrientation(std::int32_t orientation) const {
-    using gfx::ImageOrientation;
-    constexpr ImageOrientation turned[] = {ImageOrientation::Up, ImageOrientation::Left,
-                                           ImageOrientation::Down, ImageOrientation::Right};
-    const std::int32_t turns = (orientation - _startRotationOrientation + 4) % 4;
-    return MDrawImageUtil::fixOrientation(std::make_shared<gfx::Image>(
-        _originalImage->raster(), _originalImage->scale(), turned[turns]));
+    return MDrawImageUtil::fixOrientation(turned(_originalImage, turnsSinceStart(orientation)));
 }
 
 // ---- keeping and taking back

@@ -26,6 +26,13 @@ void EditImageView::layoutSubviews() {
     _overlayView->setFrame(bounds());
 }
 
+void EditImageView::drawRect(gfx::Context& context, const gfx::Rect& dirty) {
+    if (!_reducedImage || context.transform().isScaleAndTranslation())
+        return ImageView::drawRect(context, dirty);
+    const gfx::Rect rect = imageRect();
+    if (!rect.isEmpty()) context.drawImage(*_reducedImage, rect);
+}
+
 void EditImageView::onClickCancelBtn() {
     _imageTool = noTool;
     _overlayView->setOverlayLevel(levelThatShowsEverything);

@@ -20,6 +20,10 @@ public:
     // The number of the tool that fingers use; -1 for none.
     std::int32_t imageTool() const { return _imageTool; }
     void useImageTool(std::int32_t tool) { _imageTool = tool; }
+    // The same picture with fewer pixels, drawn in its place while the view is being turned, when
+    // each frame samples all that is seen of it anew. Null for none.
+    const gfx::ImageRef& reducedImage() const { return _reducedImage; }
+    void setReducedImage(gfx::ImageRef image) { _reducedImage = std::move(image); }
     // Puts the tool down and shows the whole picture without any dimming.
     void onClickCancelBtn();
     // The tool has begun to draw on the picture, or is done with it.
@@ -38,9 +42,11 @@ protected:
     EditImageView() = default;
     void init(const gfx::Rect& frame) override;
     void layoutSubviews() override;
+    void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
     std::int32_t _imageTool = -1;
+    gfx::ImageRef _reducedImage;
     std::shared_ptr<EditImageCropOverlayView> _overlayView;
     std::weak_ptr<EditImageOperationDelegate> _delegate;
 };

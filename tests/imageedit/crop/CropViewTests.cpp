@@ -7,6 +7,7 @@
 #include "kalimkit/imageedit/crop/EditImageCropGridView.h"
 #include "kalimkit/imageedit/crop/EditImageCropOverlayView.h"
 #include "kalimkit/imageedit/crop/EditImageCropToolBarView.h"
+#include "kalimkit/imageedit/crop/EditImageView.h"
 #include "tests/support/TestHost.h"
 
 namespace kalim {
@@ -109,6 +110,29 @@ TEST(EditImageCropToolBarView, ReportsItsButtonsAndTheOneAboveItOnlyWhileThatIsS
     EXPECT_EQ(tap({40, 750}), "");
     host.wait(0.2);
     EXPECT_EQ(tap({40, 750}), "rotate ");
+}
+
+TEST(EditImageView, ShowsThePictureWithFewerPixelsOnlyWhileItIsTurned) {
+    TestHost host;
+    const auto plain = [&](gfx::Color color) {
+        gfx::Bitmap bitmap(1, 1);
+        bitmap.setColorAt(0, 0, color);
+        return host.environment().device().makeImage(std::move(bitmap), 1,
+                                                     gfx::ImageOrientation::Up);
+    };
+    const auto view = EditImageView::initWithFrame({100, 100, 200, 200});
+    view->overlayView()->setHidden(true);
+    view->setImage(plain({1, 0, 0, 1}));
+    host.window().rootView()->addSubview(view);
+    // As long as there is none, the picture itself is turned.
+    for (const char* const turned : {"#FF0000FF", "#0000FFFF"}) {
+        EXPECT_EQ(hexAt(host, 200, 200), "#FF0000FF");
+        view->setTransform(gfx::AffineTransform::rotation(0.5));
+        EXPECT_EQ(hexAt(host, 200, 200), turned);
+        view->setTransform({});
+        view->setReducedImage(plain({0, 0, 1, 1}));
+    }
+    EXPECT_EQ(hexAt(host, 200, 200), "#FF0000FF");
 }
 
 }  // namespace
