@@ -153,6 +153,8 @@ private:
         _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
         _editor->setExportsAtPictureScale(!_options.isScreenSize);
         _editor->setForgiving(true);
+        _editor->setCanvasBasis(MDrawView::usualBasis);
+        _editor->setLaysPictureBetweenBars(true);
         _editor->setClipsToPicture(!_options.grows);
         _editor->setLargestMagnification(largestMagnification);
         _window.present(_editor);

@@ -60,7 +60,9 @@ void MDrawArrow::limitValidFeatrue() {
 }
 
 bool MDrawArrow::hitTest(gfx::Point p) {
-    return _hitRect.contains(_transform.inverted().apply(invertPoint(p)));
+    // The rectangle is two points larger than the arrow; for a finger, two of the screen.
+    const double margin = viewScale() > 0 ? 2 - onCanvas(2) : 0;
+    return _hitRect.inset(0, margin).contains(_transform.inverted().apply(invertPoint(p)));
 }
 
 void MDrawArrow::rotateChangedWithAngle(double angle) {
@@ -102,7 +104,7 @@ void MDrawArrow::drawContent(gfx::Context& context) {
 }
 
 void MDrawArrow::drawSlectedStateContent(gfx::Context& context) {
-    context.setLineWidth(2.0);
+    context.setLineWidth(onCanvas(2));
     if (_startPoint == _endPoint) return;
     gfx::GraphicsStateGuard guard(context);
     context.concat(localFrame());

@@ -25,8 +25,11 @@ void MDrawEllipse::drawMove(gfx::Point p) {
 bool MDrawEllipse::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
     const gfx::Rect box = frame();
-    if (box.size.height <= 12 || box.size.width <= 12) return box.inset(-2, -2).contains(own);
-    if (!box.inset(-6, -6).contains(own)) return false;
+    const double small = onCanvas(12);
+    const double margin = onCanvas(6);
+    if (box.size.height <= small || box.size.width <= small)
+        return box.inset(-onCanvas(2), -onCanvas(2)).contains(own);
+    if (!box.inset(-margin, -margin).contains(own)) return false;
     return drawType() != 0 ||
            !box.inset(box.size.width * 0.25, box.size.height * 0.25).contains(own);
 }

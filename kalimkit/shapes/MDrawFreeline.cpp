@@ -11,6 +11,8 @@ namespace kalim {
 namespace {
 
 constexpr std::size_t minimumPoints = 5;
+// Points of the screen.
+constexpr double hitMargin = 8;
 
 }  // namespace
 
@@ -87,11 +89,12 @@ void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>&
 
 bool MDrawFreeline::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
-    const double reach = freehandHitReach(lineWidth());
+    const double margin = onCanvas(hitMargin);
+    const double reach = freehandHitReach(lineWidth(), margin);
     if (!hasEnoughPoints() || !frame().inset(-reach, -reach).contains(own)) return false;
     for (const std::vector<gfx::Point>& line : linePoints()) {
         for (std::size_t i = 1; i < line.size(); ++i) {
-            if (hitsFreehandSegment(own, line[i - 1], line[i], lineWidth())) return true;
+            if (hitsFreehandSegment(own, line[i - 1], line[i], lineWidth(), margin)) return true;
         }
     }
     return false;

@@ -60,8 +60,9 @@ void MDrawLine::limitValidFeatrue() {
 
 bool MDrawLine::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
-    const double reach = length() + hitMargin;
-    return distanceFromLine(own, _startPoint, _endPoint) <= lineWidth() * 0.5 + hitMargin &&
+    const double margin = onCanvas(hitMargin);
+    const double reach = length() + margin;
+    return distanceFromLine(own, _startPoint, _endPoint) <= lineWidth() * 0.5 + margin &&
            QVPointDistance(own, _startPoint) <= reach && QVPointDistance(own, _endPoint) <= reach;
 }
 

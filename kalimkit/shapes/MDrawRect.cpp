@@ -64,10 +64,10 @@ void MDrawRect::limitValidFeatrue() {
 bool MDrawRect::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
     // The margin is deliberately truncated to whole points.
-    const double margin = std::trunc(lineWidth() + 5.0);
+    const double margin = viewScale() > 0 ? lineWidth() + onCanvas(5) : std::trunc(lineWidth() + 5);
     const gfx::Rect box = frame();
     if (!box.inset(-margin, -margin).contains(own)) return false;
-    const bool isSmall = box.size.height < margin + 5 || box.size.width < margin + 5;
+    const bool isSmall = std::min(box.size.height, box.size.width) < margin + onCanvas(5);
     return isSmall || drawType() != 0 || !box.inset(margin, margin).contains(own);
 }
 

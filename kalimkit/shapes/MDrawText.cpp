@@ -92,7 +92,8 @@ void MDrawText::finalize() {
 // ---- hit testing and dragging
 
 bool MDrawText::hitTest(gfx::Point p) {
-    return frame().inset(-hitMargin, -hitMargin).contains(invertRotatePoint(p));
+    const double margin = onCanvas(hitMargin);
+    return frame().inset(-margin, -margin).contains(invertRotatePoint(p));
 }
 
 MoveDirection MDrawText::handleAt(gfx::Point p) {
@@ -143,7 +144,7 @@ void MDrawText::drawContent(gfx::Context& context) {
 
 void MDrawText::drawSlectedStateContent(gfx::Context& context) {
     if (_isEdittingText) return;
-    context.setLineWidth(selectedLineWidth);
+    context.setLineWidth(onCanvas(selectedLineWidth));
     MDrawRect::drawSlectedStateContent(context);
 }
 

@@ -64,7 +64,7 @@ export class KalimEditorElement extends HTMLElement {
   tool: KalimTool | null;
   /** The same, as `#RRGGBB`. */
   color: string | null;
-  /** The same, in points, from 1 to 100. */
+  /** The same, in thousandths of the picture's longer side, from 1 to 100. */
   lineWidth: number | null;
   /** Of the picture that is sent; `image/png` by default. */
   type: KalimImageType;
@@ -116,7 +116,7 @@ export class KalimEditorElement extends HTMLElement {
   /** These throw a RangeError for a value that is none, and set the properties. */
   setTool(tool: KalimTool): void;
   setColor(color: string): void;
-  setLineWidth(points: number): void;
+  setLineWidth(width: number): void;
 
   addEventListener<K extends keyof KalimEditorElementEventMap>(
     type: K, listener: (this: KalimEditorElement, event: KalimEditorElementEventMap[K]) => unknown,
@@ -196,7 +196,7 @@ export class KalimEditor extends EventTarget {
   saveToAlbum(name: string): boolean;
   choosePen(pen: number): void;
   chooseColor(color: string): void;
-  chooseLineWidth(points: number): void;
+  chooseLineWidth(width: number): void;
   setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
   askToClose(): void;
   /** Of the picture that is sent from now on. */

@@ -50,10 +50,12 @@ async function openPage() {
   await page.waitFor(() => window.kalimEditor.isOpen);
   const { width, height } = await page.evaluate(() => window.kalimEditor.getBoundingClientRect());
   places ??= await editorPlaces({ width, height });
-  const scale = Math.min(width / picture.width, height / picture.height);
+  // Between the tool bar and the pen button.
+  const [top, bottom] = [64, height - 83];
+  const scale = Math.min(width / picture.width, (bottom - top) / picture.height);
   toPage = ([x, y]) => [
     width / 2 + (x - picture.width / 2) * scale,
-    height / 2 + (y - picture.height / 2) * scale,
+    (top + bottom) / 2 + (y - picture.height / 2) * scale,
   ];
   // Until it has appeared, nothing can be chosen.
   await page.evaluate(() => window.watched.frames(40));

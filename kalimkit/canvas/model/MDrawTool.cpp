@@ -123,6 +123,7 @@ bool MDrawTool::testHitOnHandle(gfx::Point) {
 }
 
 bool MDrawTool::isPointOnHandle(gfx::Point p, gfx::Point handle) const {
+    if (_viewScale > 0) return isPointOnScreenHandle(p, handle);
     const double width = lineWidth();
     const double reach = (width < _handleSize ? _handleSize : width) + 14;
     const double extension = reach / _handleViewScale;
@@ -131,6 +132,19 @@ bool MDrawTool::isPointOnHandle(gfx::Point p, gfx::Point handle) const {
     return gfx::Rect(handle.x - half - extension * 0.5, handle.y - half - extension * 0.5, side,
                      side)
         .contains(p);
+}
+
+// Points of the screen.
+double MDrawTool::handleSizeOnScreen() const {
+    return _lineWidth > 30 ? 16 : 14;
+}
+
+// As large on the screen as on a canvas whose points are those of the view.
+bool MDrawTool::isPointOnScreenHandle(gfx::Point p, gfx::Point handle) const {
+    const double size = handleSizeOnScreen();
+    const double width = std::clamp(lineWidth() * _viewScale, size, 2 * size);
+    const double half = onCanvas((width + 14 + size) / 2);
+    return gfx::Rect(handle.x - half, handle.y - half, 2 * half, 2 * half).contains(p);
 }
 
 gfx::Point MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {

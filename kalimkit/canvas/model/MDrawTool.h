@@ -185,6 +185,11 @@ public:
     int handleLineWidthSize() const { return _handleLineWidthSize; }
     double handleViewScale() const { return _handleViewScale; }
     virtual void setHandleViewScale(double scale);
+    // View points per canvas point, for what belongs to the screen and keeps its size there
+    // whatever the canvas's points are: handles, the outline of the selection, a finger's reach. 0,
+    // as at first, where canvas points stand for it.
+    double viewScale() const { return _viewScale; }
+    virtual void setViewScale(double scale) { _viewScale = scale; }
     const gfx::ColorRef& handleFillColor() const { return _handleFillColor; }
 
     // ---- measurement
@@ -202,6 +207,8 @@ public:
 
 protected:
     MDrawTool() = default;
+    // How many canvas points are so many points of the screen.
+    double onCanvas(double points) const { return _viewScale > 0 ? points / _viewScale : points; }
     // Runs once after construction, base first.
     virtual void init();
     // Constructs a tool and initialises it at a point.
@@ -223,6 +230,8 @@ protected:
 private:
     void initName();
     void updateHandleSize();
+    double handleSizeOnScreen() const;
+    bool isPointOnScreenHandle(gfx::Point p, gfx::Point handle) const;
     void rotateAbout(gfx::Point center);
     bool isTurnedByContext() const { return isSupportGestureRotate() && isRotateByRotateCtx(); }
     void drawVisibleContent(gfx::Context& context);
@@ -247,6 +256,7 @@ private:
     int _handleLineWidthSize = 0;
     gfx::ColorRef _handleFillColor;
     double _handleViewScale = 1;
+    double _viewScale = 0;
     double _calibration = 0;
     std::string _unit;
     double _unitScale = 1;

@@ -40,7 +40,7 @@ void MDrawTool::drawVisibleContent(gfx::Context& context) {
 void MDrawTool::drawSelectedState(gfx::Context& context) {
     {
         gfx::GraphicsStateGuard guard(context);
-        context.setLineWidth(selectionLineWidth);
+        context.setLineWidth(onCanvas(selectionLineWidth));
         context.setStrokeColor(*_handleFillColor);
         drawSlectedStateContent(context);
     }
@@ -51,11 +51,13 @@ void MDrawTool::drawSelectedState(gfx::Context& context) {
 }
 
 void MDrawTool::drawHandleAtPoint(gfx::Context& context, gfx::Point handle) const {
-    const int half = _handleSize / 2;
-    const double side = _handleSize;
+    const bool isOfScreen = _viewScale > 0;
+    const double side = isOfScreen ? onCanvas(handleSizeOnScreen()) : _handleSize;
+    // Whole points, deliberately, where the size is one of the canvas.
+    const double half = isOfScreen ? side / 2 : _handleSize / 2;
     const gfx::Rect box(handle.x - half, handle.y - half, side, side);
     context.setFillColor(handleColor);
-    context.setLineWidth(_handleLineWidthSize);
+    context.setLineWidth(isOfScreen ? onCanvas(2) : _handleLineWidthSize);
     context.fillEllipse(box);
     context.strokeEllipse(box);
 }

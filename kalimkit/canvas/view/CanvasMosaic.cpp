@@ -1,12 +1,14 @@
 #include "kalimkit/canvas/view/CanvasMosaic.h"
 
+#include <utility>
+
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
 namespace {
 
-// Of the blocks, raster pixels of the fitted picture.
+// Of the blocks, raster pixels of what they are made of.
 constexpr std::int32_t mosaicLevel = 20;
 // Seconds from a new picture until its blocks are computed.
 constexpr double mosaicDelay = 0.001;
@@ -16,7 +18,7 @@ constexpr double mosaicDelay = 0.001;
 void CanvasMosaic::take(const CanvasPicture& picture) {
     _work = nullptr;
     if (!picture.source() || !picture.isSettled()) return;
-    _work = std::make_shared<Work>(Work{picture.first(), {}});
+    _work = std::make_shared<Work>(Work{picture, {}});
     ui::Environment::current().runLoop().after(mosaicDelay,
                                                [weakWork = std::weak_ptr<Work>(_work)] {
                                                    if (const auto work = weakWork.lock())
@@ -26,7 +28,8 @@ void CanvasMosaic::take(const CanvasPicture& picture) {
 
 const MosaicBlocks& CanvasMosaic::Work::blocks() {
     if (!computed) {
-        computed.emplace(ui::Environment::current().device(), *picture->pixels(), mosaicLevel);
+        const gfx::ImageRef source = std::exchange(picture, {}).blockSource();
+        computed.emplace(ui::Environment::current().device(), *source->pixels(), mosaicLevel);
     }
     return *computed;
 }

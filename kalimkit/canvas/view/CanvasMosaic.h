@@ -23,7 +23,8 @@ private:
     struct Work {
         const MosaicBlocks& blocks();
 
-        gfx::ImageRef picture;
+        // Let go once the blocks are there.
+        CanvasPicture picture;
         std::optional<MosaicBlocks> computed;
     };
 

@@ -26,12 +26,25 @@ gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
 
 }  // namespace
 
-void CanvasPicture::take(const gfx::ImageRef& image, const gfx::Rect& bounds) {
+void CanvasPicture::take(const gfx::ImageRef& image, const gfx::Rect& bounds, double basis) {
     *this = {};
     _source = _first = _fitted = _shown = MDrawImageUtil::fixOrientation(image);
     _reductions.take(_source);
+    if (_source && basis > 0) {
+        _basis = basis;
+        settleByBasis();
+        return showIn(bounds, ui::Environment::current().screen().scale);
+    }
     if (_source) _rect = centredRect(_source->size(), bounds);
     if (!bounds.isEmpty()) settle(bounds);
+}
+
+// A side that comes out below a point is given one, as where a view settles the canvas.
+void CanvasPicture::settleByBasis() {
+    const gfx::PixelSize raster = _source->pixelSize();
+    const double points = _basis / std::max({raster.width, raster.height, 1});
+    _canvas =
+        _rect = {0, 0, std::max(raster.width * points, 1.0), std::max(raster.height * points, 1.0)};
 }
 
 void CanvasPicture::settle(const gfx::Rect& bounds) {
@@ -50,12 +63,16 @@ void CanvasPicture::showIn(const gfx::Rect& bounds, double screenScale) {
     _screenScale = screenScale;
     _fittingScale = 1;
     if (!_source) return;
-    if (bounds.size != _canvas.size) {
+    if (hasBasis() || bounds.size != _canvas.size) {
         const gfx::Size size = sizeIn(bounds.size);
         _fittingScale = std::min(size.width / _rect.size.width, size.height / _rect.size.height);
     }
-    _fitted = copy(1, screenScale);
-    _shown = copy(_fittingScale, screenScale);
+    if (hasBasis()) {
+        _fitted = _shown = redrawn(_fittingScale, screenScale);
+    } else {
+        _fitted = copy(1, screenScale);
+        _shown = copy(_fittingScale, screenScale);
+    }
 }
 
 bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const {
@@ -92,15 +109,30 @@ double CanvasPicture::pixelsPerPoint() const {
 gfx::Size CanvasPicture::sizeIn(gfx::Size box) const {
     const gfx::PixelSize raster = _source->pixelSize();
     const bool isSmaller = raster.width < box.width && raster.height < box.height;
+    // Lines that are as wide as the picture is large want it to be seen large.
+    if (isSmaller && hasBasis()) {
+        const double largest = std::min(box.width / raster.width, box.height / raster.height);
+        return gfx::Size(raster.width, raster.height) * std::floor(largest);
+    }
     if (isSmaller || _source->size() == box) return _source->size();
     const double factor = std::min(box.width / raster.width, box.height / raster.height);
     return {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)};
 }
 
-// The picture as many times as large as it lies on the canvas, in whole pixels of the screen. Where
-// no surface can be had, a copy of another size serves.
+gfx::ImageRef CanvasPicture::blockSource() const {
+    if (!hasBasis()) return _first;
+    const gfx::PixelSize raster = _source->pixelSize();
+    return std::max(raster.width, raster.height) > _basis ? redrawn(1, 1) : _source;
+}
+
 gfx::ImageRef CanvasPicture::copy(double factor, double screenScale) const {
     if (factor == 1 && (screenScale == _firstScale || _first == _source)) return _first;
+    return redrawn(factor, screenScale);
+}
+
+// The picture as many times as large as it lies on the canvas, in whole pixels of the screen. Where
+// no surface can be had, a copy of another size serves.
+gfx::ImageRef CanvasPicture::redrawn(double factor, double screenScale) const {
     const double pixels = factor * screenScale;
     const gfx::Size size{std::max(std::round(_rect.size.width * pixels), 1.0) / screenScale,
                          std::max(std::round(_rect.size.height * pixels), 1.0) / screenScale};

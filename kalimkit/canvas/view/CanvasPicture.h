@@ -10,12 +10,14 @@ namespace kalim {
 // The picture under the drawings: where it lies on the canvas, and copies of it at the sizes that
 // are asked for. The first view with a size settles the canvas: its points become canvas points,
 // and the picture is fitted into it. Views of other sizes that follow show the same canvas smaller
-// or larger, from a copy made for them. Without a picture only the canvas is settled.
+// or larger, from a copy made for them. Without a picture only the canvas is settled. With a basis
+// the picture itself settles the canvas, which is the same in every view.
 class KALIM_API CanvasPicture {
 public:
     // Takes a picture, turned upright, for a view with these bounds, and forgets the old one and
     // its canvas. Null for none. Bounds without an area leave the canvas unsettled until showIn().
-    void take(const gfx::ImageRef& image, const gfx::Rect& bounds);
+    // `basis` is how many canvas points the picture's longer side is to have; 0 for none.
+    void take(const gfx::ImageRef& image, const gfx::Rect& bounds, double basis = 0);
     // The view has these bounds from now on, on a screen with this many pixels per point. Ignored
     // for bounds without an area.
     void showIn(const gfx::Rect& bounds, double screenScale);
@@ -23,7 +25,9 @@ public:
     bool isShownIn(const gfx::Rect& bounds, double screenScale) const;
 
     bool isSettled() const { return !_canvas.isEmpty(); }
-    // The bounds of the view that settled the canvas.
+    // Whether canvas points are the picture's, whatever view shows it.
+    bool hasBasis() const { return _basis > 0; }
+    // The bounds of the view that settled the canvas, or of the picture that did.
     const gfx::Rect& canvas() const { return _canvas; }
     // Where the picture lies, canvas points; empty without one.
     const gfx::Rect& rect() const { return _rect; }
@@ -34,9 +38,13 @@ public:
 
     // All null without a picture. As it was handed in, upright.
     const gfx::ImageRef& source() const { return _source; }
-    // Fitted into the canvas, at the scale of the screen on which that was done.
-    const gfx::ImageRef& first() const { return _first; }
-    // The same at the scale of the present screen.
+    // What mosaic blocks are made of, so that they never change with the view: the picture as it
+    // was fitted into the canvas, at the scale of the screen on which that was done, or with a
+    // basis a pixel for each canvas point, unless the picture has fewer. Made anew for each who
+    // asks.
+    gfx::ImageRef blockSource() const;
+    // Fitted into the canvas at the scale of the present screen; with a basis as large as the view
+    // shows it when nothing is zoomed.
     const gfx::ImageRef& fitted() const { return _fitted; }
     // As large as the view shows it.
     const gfx::ImageRef& shown() const { return _shown; }
@@ -52,9 +60,12 @@ public:
 
 private:
     void settle(const gfx::Rect& bounds);
+    void settleByBasis();
     gfx::Size sizeIn(gfx::Size box) const;
     gfx::ImageRef copy(double factor, double screenScale) const;
+    gfx::ImageRef redrawn(double factor, double screenScale) const;
 
+    double _basis = 0;
     gfx::Rect _canvas;
     gfx::Rect _rect;
     double _fittingScale = 1;

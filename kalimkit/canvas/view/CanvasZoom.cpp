@@ -68,8 +68,11 @@ void CanvasZoom::setImposedScale(float scale) {
 // ---- bringing the content into the view
 
 bool CanvasZoom::isLargerThanView(const gfx::Rect& content) const {
+    // What fits exactly may come out too large by the last bits.
+    constexpr double tolerance = 1e-9;
     const gfx::Size shown = content.size * shownScale();
-    return shown.width > _place.bounds.size.width || shown.height > _place.bounds.size.height;
+    return shown.width > _place.bounds.size.width + tolerance ||
+           shown.height > _place.bounds.size.height + tolerance;
 }
 
 void CanvasZoom::clamp() {
@@ -120,8 +123,13 @@ bool CanvasZoom::isSmallerThanView(const gfx::Rect& content) const {
     return shown.width < room.width || shown.height < room.height;
 }
 
+// Where the content is seen, from the bounds' corner on.
+gfx::Rect CanvasZoom::placeInBounds(const gfx::Rect& content) const {
+    return _toView.apply(content).offset(gfx::Point{} - _place.bounds.origin);
+}
+
 void CanvasZoom::centre(const gfx::Rect& content) {
-    const gfx::Rect shown = _toView.apply(content);
+    const gfx::Rect shown = placeInBounds(content);
     const gfx::Size room = _place.bounds.size;
     _move = _move + gfx::Point{moveToCentre(shown.minX(), shown.maxX(), room.width),
                                moveToCentre(shown.minY(), shown.maxY(), room.height)};
@@ -129,7 +137,7 @@ void CanvasZoom::centre(const gfx::Rect& content) {
 }
 
 void CanvasZoom::keepInReach(const gfx::Rect& content) {
-    const gfx::Rect shown = _toView.apply(content);
+    const gfx::Rect shown = placeInBounds(content);
     const gfx::Size room = _place.bounds.size;
     _move = _move + gfx::Point{moveIntoReach(shown.minX(), shown.maxX(), room.width),
                                moveIntoReach(shown.minY(), shown.maxY(), room.height)};

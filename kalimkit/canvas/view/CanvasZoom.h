@@ -14,9 +14,10 @@ namespace kalim {
 // once, whoever shows them may glide there. `content` is what the canvas holds, canvas points.
 class KALIM_API CanvasZoom {
 public:
-    // The view, and the canvas in it when nothing is zoomed.
+    // The canvas, and the part of the view in whose middle it lies when nothing is zoomed.
     struct Place {
         gfx::Point canvasCenter;
+        // View points.
         gfx::Rect bounds;
         // View points per canvas point.
         double fittingScale = 1;
@@ -75,6 +76,7 @@ public:
 private:
     void update();
     void zoomAbout(gfx::Point focus, const std::function<void()>& change);
+    gfx::Rect placeInBounds(const gfx::Rect& content) const;
     void centre(const gfx::Rect& content);
     void keepInReach(const gfx::Rect& content);
     bool isSmallerThanView(const gfx::Rect& content) const;

@@ -232,6 +232,12 @@ void MDrawMutableSelect::setHandleViewScale(double scale) {
     forward([&](MDrawTool& member) { member.setHandleViewScale(scale); });
 }
 
+// The handle of several is the group's own.
+void MDrawMutableSelect::setViewScale(double scale) {
+    MDrawRect::setViewScale(scale);
+    forward([&](MDrawTool& member) { member.setViewScale(scale); });
+}
+
 // ---- drawing
 
 void MDrawMutableSelect::draw(gfx::Context& context) {

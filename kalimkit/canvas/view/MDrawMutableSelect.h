@@ -82,6 +82,7 @@ public:
     gfx::Point invertPoint(gfx::Point p) const override;
     void stopMoveHandle() override;
     void setHandleViewScale(double scale) override;
+    void setViewScale(double scale) override;
 
     // ---- drawing
     void draw(gfx::Context& context) override;

@@ -31,7 +31,7 @@ void MDrawView::init(const gfx::Rect& frame) {
     _drawFreeLineHelper = MDrawFreeLineHelper::init();
     _drawFreeLineHelper->setDelegate(self());
     addGestures();
-    _picture.take(nullptr, bounds());
+    _picture.take(nullptr, room());
     placeCanvas();
 }
 
@@ -73,6 +73,7 @@ void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
 void MDrawView::layoutSubviews() {
     fitIntoView();
     placeCanvas();
+    placeTypingView();
     updateLayers();
 }
 
@@ -117,12 +118,21 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     _drawFreeLineHelper->reset();
     clearSelection();
     resetView();
-    _picture.take(image, bounds());
+    _picture.take(image, room(), _canvasBasis);
     _ctxRect = bgImgRect();
     _mosaic.take(_picture);
     placeCanvas();
     clearTools();
     invalidateLayers();
+}
+
+void MDrawView::setCanvasBasis(double points) {
+    constexpr double largest = 10000;
+    if (points != 0 && !(points >= 1 && points <= largest)) return;
+    if (points == _canvasBasis) return;
+    _canvasBasis = points;
+    const gfx::ImageRef picture = sourceImage();
+    if (!hasTools() && !canUndo() && !canRedo()) setSnipImage(picture);
 }
 
 void MDrawView::setClipsToPicture(bool clips) {

@@ -22,6 +22,7 @@
 #include "kalimkit/canvas/view/TapMemory.h"
 #include "kalimkit/canvas/view/ToolKeys.h"
 #include "kalimkit/canvas/view/ToolType.h"
+#include "kalimkit/canvas/view/TypingView.h"
 #include "kalimkit/canvas/view/ZoomedCanvasView.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
@@ -58,7 +59,8 @@ public:
     // step. Null leaves the canvas without a picture. The blocks that mosaic patches show are
     // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
-    // The content at the screen's scale, without selection or handles, on an opaque bitmap. Ends
+    // The content at the screen's scale, with a canvas basis as large as the view shows it when
+    // nothing is zoomed, without selection or handles, on an opaque bitmap. Ends
     // the editing of a text. Null when there is no content or no surface of its size can be had.
     gfx::ImageRef exportImage();
     // The same content at the scale of the picture as it was handed in: one pixel of the picture is
@@ -71,6 +73,16 @@ public:
     // The picture seen through a Gaussian with a standard deviation of 100 pixels, larger by what
     // the blur adds. Null for null and where it would be too large.
     gfx::ImageRef filterImg(const gfx::ImageRef& image) const;
+    // What canvas points are. 0, as at first: those of the view that settles the canvas. Else they
+    // belong to the picture, whose longer side has so many of them, from 1 to 10000; the view shows
+    // it fitted, larger than it is only in whole multiples. Widths, texts and mosaic blocks are
+    // then the same parts of the picture in every view, and what belongs to the screen, such as
+    // handles, keeps its size there. Other values are ignored. In force at once while nothing is
+    // drawn, else from the next picture on.
+    double canvasBasis() const { return _canvasBasis; }
+    void setCanvasBasis(double points);
+    // What the hosts of the editor choose.
+    static constexpr double usualBasis = 1000;
     // Whether what goes beyond the picture is cut at its edge, so that the content is the picture
     // and nothing grows; without a picture there is no edge. Off at first: the content grows then.
     bool clipsToPicture() const { return _clipsToPicture; }
@@ -215,6 +227,9 @@ private:
     // ---- touches (MDrawViewTouches.cpp)
     gfx::Point lastMovePoint() const;
     bool isTapping(const ui::Touch& touch) const;
+    void tellDrawnOver();
+    double touchScale() const;
+    void scaleForScreen(MDrawTool& tool) const;
     void drawDown(gfx::Point p);
     bool endTypingByTouch();
     void drawMoveFromPointToPoint(gfx::Point from, gfx::Point to);
@@ -258,6 +273,9 @@ private:
     void editText(const std::shared_ptr<MDrawText>& text);
     void adoptText(const ToolRef& tool);
     std::shared_ptr<MDrawText> restyledText() const;
+    std::shared_ptr<ui::View> typingHost();
+    gfx::AffineTransform toTyping(const gfx::AffineTransform& toView) const;
+    void placeTypingView();
     void keepAboveKeyboard(const MDrawText& text);
 
     bool stepHistory(bool (*step)(MUndoManager&));
@@ -327,6 +345,8 @@ private:
     ToolKeys _toolKeys;
     std::shared_ptr<MDrawText> _curEdittingTextTool;
     ColorPairs _textMaskColorPars;
+    // What fields lie in where canvas points are the picture's; null until it is needed.
+    std::shared_ptr<TypingView> _typingView;
     // Where the view belongs while a keyboard moves it; nothing while none does.
     std::optional<gfx::Rect> _selfOriginalRect;
 
@@ -334,6 +354,9 @@ private:
     gfx::ColorRef _defualtBackgroundColor;
     bool _isDirty = false;
     bool _clipsToPicture = false;
+    double _canvasBasis = 0;
+    // The owner has been told that something is drawn, and not yet that it is not any more.
+    bool _isDrawingOver = false;
     // A step beyond the area budget is being undone.
     bool _isTakingBack = false;
 

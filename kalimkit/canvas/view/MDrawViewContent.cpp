@@ -13,6 +13,8 @@ namespace {
 // Far beyond every budget and every surface, yet finite, so that unions stay finite, too.
 constexpr double farthest = 1e12;
 
+constexpr gfx::Size budgetOfBasis{2560, 1440};
+
 double withinReach(double coordinate) {
     return std::isnan(coordinate) ? farthest : std::clamp(coordinate, -farthest, farthest);
 }
@@ -23,9 +25,11 @@ gfx::Rect withinReach(const gfx::Rect& rect) {
 }
 
 // The budget in square points of the current screen; infinite without one.
-double areaLimit(const ui::Environment& environment) {
+double areaLimit(const ui::Environment& environment, bool hasBasis) {
     const std::optional<gfx::Size> budget = environment.areaBudget();
     if (!budget) return INFINITY;
+    // What may be drawn must not depend on the screen then: canvas points.
+    if (hasBasis) return budgetOfBasis.width * budgetOfBasis.height;
     const double scale = environment.screen().scale;
     return (budget->width / scale) * (budget->height / scale);
 }
@@ -51,7 +55,8 @@ bool MDrawView::refreshContextRect() {
     const gfx::Rect old = _ctxRect;
     _ctxRect = contentRect();
     ui::Environment& environment = ui::Environment::current();
-    if (_ctxRect.area() > old.area() && _ctxRect.area() > areaLimit(environment)) {
+    if (_ctxRect.area() > old.area() &&
+        _ctxRect.area() > areaLimit(environment, _picture.hasBasis())) {
         _ctxRect = old;
         environment.presentAlert({"",
                                   environment.localizedString("面积不能超过2K"),

@@ -5,6 +5,7 @@
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
 
 namespace kalim {
 
@@ -23,6 +24,9 @@ public:
     virtual void currentSelectedToolsPropertyChangedColorLineWidth(std::int64_t /*type*/,
                                                                    const gfx::ColorRef& /*color*/,
                                                                    double /*lineWidth*/) {}
+    // While a finger draws or drags something, what that covers of the canvas's view, view points;
+    // nothing once the finger is done with it.
+    virtual void didDrawOver(const std::optional<gfx::Rect>& /*viewRect*/) {}
     virtual void canUndoStateChangedCanRedo(bool /*canUndo*/, bool /*canRedo*/) {}
     // A text begins or ends to be typed.
     virtual void textToolEditing(bool /*isEditing*/) {}

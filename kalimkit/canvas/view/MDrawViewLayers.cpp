@@ -76,8 +76,7 @@ void MDrawView::updateLayers() {
     if (!isViewMoving()) {
         _layers.setView(bounds().size, ui::Environment::current().screen().scale, mViewTransform());
     }
-    if (_handingTools)
-        _handingTools->setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
+    if (_handingTools) scaleForScreen(*_handingTools);
     const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());
     for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
         for (const gfx::Rect& rect : stale.layers[layer]) {

@@ -160,7 +160,7 @@ void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
                                                      bool needSelectedState) {
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
     if (!selection || !isOnCanvas(selection->firstSelectedTool())) return;
-    selection->setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
+    scaleForScreen(*selection);
     if (!needSelectedState) selection->setSelected(false);
     drawUncounted(context, *selection);
     if (!needSelectedState) selection->setSelected(true);
@@ -202,15 +202,19 @@ gfx::ImageRef MDrawView::exportImage() {
     settleForExport();
     ui::Environment& environment = ui::Environment::current();
     const double scale = environment.screen().scale;
+    // Points of the screen for one of the canvas.
+    const double points = _picture.hasBasis() ? _picture.fittingScale() : 1;
     // Letting go of the selection may have changed its geometry, so that ctxRect() is not asked.
-    const gfx::Rect whole = grownToPixels(contentRect(), scale);
+    const gfx::Rect content = gfx::AffineTransform::scaling(points, points).apply(contentRect());
+    const gfx::Rect whole = grownToPixels(content, scale);
     const auto surface = environment.device().makeSurface(whole.size, scale, true);
     if (!surface) return nullptr;
     gfx::Context& context = surface->context();
     context.setInterpolation(gfx::Interpolation::High);
     context.translate(-whole.minX(), -whole.minY());
-    const gfx::Rect picture = shownPicture(context, bgImg());
     drawCanvas(context, *_defualtBackgroundColor, whole);
+    context.scale(points, points);
+    const gfx::Rect picture = shownPicture(context, bgImg());
     drawSnipImage(context, bgImg(), picture);
     drawExportedTools(context, picture);
     _isDirty = false;

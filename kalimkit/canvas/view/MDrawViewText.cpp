@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "kalimkit/canvas/view/DrawnExtent.h"
@@ -50,7 +51,7 @@ void MDrawView::editText(const std::shared_ptr<MDrawText>& text) {
 void MDrawView::adoptText(const ToolRef& tool) {
     if (!isText(tool)) return;
     auto& text = static_cast<MDrawText&>(*tool);
-    text.setSuperView(self());
+    text.setSuperView(typingHost());
     text.setDelegate(self());
 }
 
@@ -121,6 +122,38 @@ void MDrawView::drawTextAskForSaveState(MDrawText& text) {
     redisplay();
 }
 
+// ---- where fields lie
+
+// What a text's field is put into. Where canvas points are the picture's, fields are laid out in
+// those and shown as large as the canvas is: lines break in every view where they do in any other.
+std::shared_ptr<ui::View> MDrawView::typingHost() {
+    if (!_picture.hasBasis()) return self();
+    if (!_typingView) {
+        _typingView = TypingView::initWithFrame(bounds());
+        addSubview(_typingView);
+    }
+    placeTypingView();
+    return _typingView;
+}
+
+// Canvas points to those of a text's field: the view's, or canvas points from the view's corner on.
+// It is a whole point, so that nothing is lost on the way there and back.
+gfx::AffineTransform MDrawView::toTyping(const gfx::AffineTransform& toView) const {
+    if (!_picture.hasBasis()) return toView;
+    const gfx::Point corner = toView.inverted().apply(gfx::Point{});
+    return gfx::AffineTransform::translation({-std::floor(corner.x), -std::floor(corner.y)});
+}
+
+void MDrawView::placeTypingView() {
+    if (!_typingView || !_picture.hasBasis()) return;
+    const double scale = _zoom.shownScale();
+    const gfx::Rect visible({}, bounds().size * (1 / scale));
+    const auto toView = toTyping(mViewTransform()).inverted().concat(mViewTransform());
+    _typingView->setBounds(visible);
+    _typingView->setCenter(toView.apply(visible.center()));
+    _typingView->setTransform(gfx::AffineTransform::scaling(scale, scale));
+}
+
 // ---- the keyboard
 
 void MDrawView::drawTextDidChangeTextViewHeight(MDrawText& text) {
@@ -149,7 +182,8 @@ void MDrawView::keepAboveKeyboard(const MDrawText& text) {
 // The view has another size: what it showed at its points is seen elsewhere.
 void MDrawView::followView(const gfx::AffineTransform& before) {
     const std::shared_ptr<MDrawText> text = _curEdittingTextTool;
-    if (text) text->moveTextView(before.inverted().concat(mViewTransform()));
+    placeTypingView();
+    if (text) text->moveTextView(toTyping(before).inverted().concat(toTyping(mViewTransform())));
     if (!_selfOriginalRect) return;
     // Whoever sized the view has placed it, too.
     _selfOriginalRect = frame();
@@ -160,15 +194,15 @@ void MDrawView::followView(const gfx::AffineTransform& before) {
 
 // Where there is no picture, there is no edge either.
 std::optional<gfx::Rect> MDrawView::drawTextAskForCurrentCtxRect(const MDrawText&) {
-    return _picture.source() ? mViewTransform().apply(_ctxRect) : bounds();
+    return _picture.source() ? toTyping(mViewTransform()).apply(_ctxRect) : bounds();
 }
 
 std::optional<double> MDrawView::drawTextAskForCurrentCtxScale(const MDrawText&) {
-    return _zoom.shownScale();
+    return _picture.hasBasis() ? 1 : _zoom.shownScale();
 }
 
 std::optional<gfx::AffineTransform> MDrawView::drawTextAskForCurrentCtxTransform(const MDrawText&) {
-    return mViewTransform();
+    return toTyping(mViewTransform());
 }
 
 std::optional<double> MDrawView::drawTextAskForCurrentCtxRotateAngle(const MDrawText&) {

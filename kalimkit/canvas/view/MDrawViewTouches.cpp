@@ -29,6 +29,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     } else if (isBeingCreated()) {
         drawUp(lastMovePoint());
     }
+    tellDrawnOver();
     View::touchesBegan(event);
 }
 
@@ -44,6 +45,7 @@ void MDrawView::touchesMoved(const ui::TouchEvent& event) {
             forgiving() ? _touch.lastTakenPoint : invertViewPoint(touch.previousLocationIn(this));
         drawMoveFromPointToPoint(from, invertViewPoint(touch.locationIn(this)));
     }
+    tellDrawnOver();
     View::touchesMoved(event);
 }
 
@@ -55,6 +57,7 @@ void MDrawView::touchesEnded(const ui::TouchEvent& event) {
     } else {
         deleteCurrentHandlingTool();
     }
+    tellDrawnOver();
     View::touchesEnded(event);
 }
 
@@ -67,6 +70,7 @@ void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
     } else {
         deleteCurrentHandlingTool();
     }
+    tellDrawnOver();
     View::touchesCancelled(event);
 }
 
@@ -83,11 +87,42 @@ bool MDrawView::isTapping(const ui::Touch& touch) const {
          .isMoved = _touch.isMoved,
          .hasSelection = isSelectionValid(),
          .isOnSelection = _touch.inHandleLastSeletedTools,
-         .canvasDistance = QVPointDistance(_touch.lastMouseDownPoint, invertViewPoint(place)),
+         .canvasDistance =
+             QVPointDistance(_touch.lastMouseDownPoint, invertViewPoint(place)) * touchScale(),
          .viewDistance = QVPointDistance(_touch.downPlace, place)});
 }
 
+// What a finger draws or drags may lie under a part of the owner's screen.
+void MDrawView::tellDrawnOver() {
+    const bool isDragging = _touch.isMoved && _touch.inHandleLastSeletedTools;
+    ToolRef live;
+    if (_touch.isSingleFinger() && isBeingCreated()) {
+        live = _handingTool;
+    } else if (_touch.isSingleFinger() && isDragging) {
+        live = _handingTools;
+    }
+    if (!live && !_isDrawingOver) return;
+    _isDrawingOver = live != nullptr;
+    const auto delegate = _drawViewdelegate.lock();
+    if (!delegate) return;
+    if (!live) return delegate->didDrawOver(std::nullopt);
+    // Turned or not: as good as exact for what it is asked for, and the same effort at every move.
+    const double reach = -live->lineWidth() / 2;
+    delegate->didDrawOver(mViewTransform().apply(live->frame().inset(reach, reach)));
+}
+
 // ---- one finger, canvas points
+
+// View points per canvas point for what keeps its size on the screen; 1 where canvas points stand
+// for it.
+double MDrawView::touchScale() const {
+    return _picture.hasBasis() ? _zoom.shownScale() : 1;
+}
+
+void MDrawView::scaleForScreen(MDrawTool& tool) const {
+    tool.setHandleViewScale(_zoom.contextScale() * _picture.fittingScale());
+    tool.setViewScale(_picture.hasBasis() ? touchScale() : 0);
+}
 
 bool MDrawView::isBeingCreated() const {
     return _handingTool && _handingTool->isNewBuild();
@@ -106,6 +141,7 @@ void MDrawView::drawDown(gfx::Point p) {
     _touch.lastMouseDownPoint = p;
     _touch.lastTakenPoint = p;
     _touch.lastMouseMovePoint = {};
+    if (_handingTools) scaleForScreen(*_handingTools);
     const bool isOnSelection = _handingTools && _handingTools->testHitOnHandle(p);
     const ToolRef found = isOnSelection ? nullptr : testHitTestSelectTool(p);
     const ToolClass* toolClass = _newTools.toolClass;
@@ -262,7 +298,7 @@ void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
 
 ToolRef MDrawView::makeTool(gfx::Point p) {
     if (_newTools.toolClass->isKindOf(MDrawText::Class())) {
-        const auto text = MDrawText::initWithViewStartPoint(self(), p);
+        const auto text = MDrawText::initWithViewStartPoint(typingHost(), p);
         text->setDelegate(self());
         return text;
     }
@@ -292,7 +328,9 @@ void MDrawView::deleteCurrentHandlingTool() {
 ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
     ToolRef patch;
     for (auto tool = _tools->rbegin(); tool != _tools->rend(); ++tool) {
-        if ((*tool)->isNewBuild() || !(*tool)->hitTest(p)) continue;
+        if ((*tool)->isNewBuild()) continue;
+        (*tool)->setViewScale(_picture.hasBasis() ? touchScale() : 0);
+        if (!(*tool)->hitTest(p)) continue;
         if (!isMosaic(**tool)) return *tool;
         if (!patch) patch = *tool;
     }

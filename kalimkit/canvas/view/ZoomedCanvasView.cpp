@@ -90,21 +90,45 @@ bool ZoomedCanvasView::zoomBy(double factor) {
     return glide([&] { _zoom.zoomTo(_zoom.scale() * factor, _ctxRect); });
 }
 
+gfx::Point ZoomedCanvasView::invertViewPoint(gfx::Point p) const {
+    constexpr double fractions = 256;
+    const gfx::Point point = _zoom.toCanvas().apply(p);
+    if (!_picture.hasBasis()) return point;
+    return {std::round(point.x * fractions) / fractions,
+            std::round(point.y * fractions) / fractions};
+}
+
 // ---- the view's size
+
+void ZoomedCanvasView::setLayoutMargin(const ui::EdgeInsets& margin) {
+    const auto isAmount = [](double amount) { return amount >= 0 && std::isfinite(amount); };
+    const bool isMargin = isAmount(margin.top) && isAmount(margin.left) &&
+                          isAmount(margin.bottom) && isAmount(margin.right);
+    if (!isMargin || margin == _layoutMargin) return;
+    _layoutMargin = margin;
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+gfx::Rect ZoomedCanvasView::room() const {
+    const gfx::Rect room = _layoutMargin.apply(bounds());
+    return room.isEmpty() ? bounds() : room;
+}
 
 void ZoomedCanvasView::placeCanvas() {
     changeView([&] {
-        const gfx::Rect& canvas = _picture.isSettled() ? _picture.canvas() : bounds();
+        const gfx::Rect canvas = _picture.isSettled() ? _picture.canvas() : room();
+        // A margin sets the picture apart from the screen's edges already.
+        const bool isScreenShot = _picture.fillsView() && _layoutMargin == ui::EdgeInsets{};
         const double largest =
             std::max(ordinaryLargestScale, scaleForMagnification(_largestMagnification));
-        _zoom.setPlace(
-            {canvas.center(), bounds(), _picture.fittingScale(), _picture.fillsView(), largest});
+        _zoom.setPlace({canvas.center(), room(), _picture.fittingScale(), isScreenShot, largest});
     });
 }
 
 ZoomedCanvasView::Fitting ZoomedCanvasView::fitPicture(bool isUnused) {
     const double screenScale = ui::Environment::current().screen().scale;
-    const gfx::Rect room = bounds();
+    const gfx::Rect room = this->room();
     if (room.isEmpty() || _picture.isShownIn(room, screenScale)) return Fitting::Nothing;
     const bool isResized = !_picture.isShownIn(room, _picture.screenScale());
     const bool isUnsettled = isUnused || !_picture.isSettled();
@@ -119,7 +143,7 @@ ZoomedCanvasView::Fitting ZoomedCanvasView::fitPicture(bool isUnused) {
 
 void ZoomedCanvasView::fitResized() {
     resetView();
-    const bool isAsFirstShown = !_picture.source() && bounds().size == _picture.canvas().size;
+    const bool isAsFirstShown = !_picture.source() && room().size == _picture.canvas().size;
     if (!_ctxRect.isEmpty() && (!isAsFirstShown || _zoom.isLargerThanView(_ctxRect))) {
         changeView([&] { _zoom.fit(_ctxRect); });
     }

@@ -8,6 +8,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/touch/PanGestureRecognizer.h"
 #include "kalimkit/ui/touch/PinchGestureRecognizer.h"
+#include "kalimkit/ui/view/EdgeInsets.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {
@@ -33,8 +34,9 @@ public:
     const gfx::Rect& ctxRect() const { return _ctxRect; }
 
     // ---- zoom
-    // View point to canvas point.
-    gfx::Point invertViewPoint(gfx::Point p) const { return _zoom.toCanvas().apply(p); }
+    // View point to canvas point. Where canvas points are the picture's, to 1/256 of one, so that
+    // the same place of the picture is the same point in views of every size.
+    gfx::Point invertViewPoint(gfx::Point p) const;
     // The factor at which the canvas is shown, over the one that fits it into the view.
     double getScale() const { return _zoom.scale(); }
     double contextScale() const { return _zoom.contextScale(); }
@@ -62,6 +64,14 @@ public:
     // A scale for display while the canvas is not zoomed; 0 for none.
     void setFScal(float scale);
 
+    // ---- the room in the view
+    // How far the picture keeps from the view's edges, points, when it is fitted and centred, such
+    // as for bars that lie over the view; none at first. What is zoomed in, and what is drawn
+    // beyond the picture, reaches under them. Amounts that are not finite or below 0 are ignored,
+    // and a margin that leaves no room counts for nothing.
+    const ui::EdgeInsets& layoutMargin() const { return _layoutMargin; }
+    void setLayoutMargin(const ui::EdgeInsets& margin);
+
     // ---- gestures
     bool enableGesture() const { return _enableGesture; }
     // Two-finger gestures.
@@ -84,6 +94,8 @@ protected:
     virtual void viewGestureDidBegin() {}
     virtual void viewGestureDidEnd() {}
 
+    // The part of the view that the picture is fitted into.
+    gfx::Rect room() const;
     // Tells the zoom where canvas and view are.
     void placeCanvas();
     // Brings what is shown up to date with the view's size and the screen's scale. `isUnused`:
@@ -112,6 +124,7 @@ private:
     void beginViewGesture();
     void endViewGesture();
 
+    ui::EdgeInsets _layoutMargin;
     bool _enableGesture = true;
     double _largestMagnification = 0;
     std::shared_ptr<ui::PinchGestureRecognizer> _pinchGesture;

@@ -78,6 +78,8 @@ void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale,
     _controller = TesselViewController::initWithSourceImageWithDelegate(image, _delegate);
     _controller->setExportsAtPictureScale(exportsAtPictureScale);
     _controller->setForgiving(true);
+    _controller->setCanvasBasis(MDrawView::usualBasis);
+    _controller->setLaysPictureBetweenBars(true);
     _controller->setClipsToPicture(!grows);
     _controller->setLargestMagnification(largestMagnification);
     _window.setRootViewController(_controller);

@@ -119,6 +119,10 @@ constexpr Operation operations[] = {
     // ---- the picture
     named<&MDrawView::bgImgRect>("bgImgRect"),
     named<&MDrawView::ctxRect>("ctxRect"),
+    named<&MDrawView::canvasBasis>("canvasBasis"),
+    named<&MDrawView::setCanvasBasis>("setCanvasBasis"),
+    named<&MDrawView::layoutMargin>("layoutMargin"),
+    named<&MDrawView::setLayoutMargin>("setLayoutMargin"),
     named<&MDrawView::clipsToPicture>("clipsToPicture"),
     named<&MDrawView::setClipsToPicture>("setClipsToPicture"),
     named<&MDrawView::isDirty>("isDirty"),

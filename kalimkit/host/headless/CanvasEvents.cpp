@@ -43,6 +43,10 @@ void CanvasEvents::textToolEditing(bool isEditing) {
           [=](MDrawViewDelegate& receiver) { receiver.textToolEditing(isEditing); });
 }
 
+void CanvasEvents::didDrawOver(const std::optional<gfx::Rect>& viewRect) {
+    if (const auto receiver = _receiver.lock()) receiver->didDrawOver(viewRect);
+}
+
 void CanvasEvents::didCanvasScaleAndPanStart() {
     relay({"didCanvasScaleAndPanStart"},
           [](MDrawViewDelegate& receiver) { receiver.didCanvasScaleAndPanStart(); });

@@ -113,6 +113,20 @@ const EditorHost::Operation EditorHost::operations[] = {
          host._editor->setExportsAtPictureScale(exports);
          return Problem();
      }},
+    {"setCanvasBasis",
+     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+         double points = 0;
+         if (Problem problem = readArguments(name, arguments, points)) return problem;
+         host._editor->setCanvasBasis(points);
+         return Problem();
+     }},
+    {"setLaysPictureBetweenBars",
+     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+         bool lays = false;
+         if (Problem problem = readArguments(name, arguments, lays)) return problem;
+         host._editor->setLaysPictureBetweenBars(lays);
+         return Problem();
+     }},
     {"setClipsToPicture",
      [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
          bool clips = false;

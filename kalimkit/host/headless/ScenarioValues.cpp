@@ -51,6 +51,17 @@ std::string_view nearestName(std::string_view typed, const std::vector<std::stri
     return nearest;
 }
 
+bool readFour(const JsonValue& value, double (&out)[4]) {
+    const JsonValue::Array* numbers = value.array();
+    if (!numbers || numbers->size() != 4) return false;
+    for (std::size_t index = 0; index < 4; ++index) {
+        const double* number = (*numbers)[index].number();
+        if (!number || std::abs(*number) > largestCoordinate) return false;
+        out[index] = *number;
+    }
+    return true;
+}
+
 }  // namespace
 
 // ---- reading
@@ -109,14 +120,16 @@ bool readValue(const JsonValue& value, gfx::Point& out) {
 }
 
 bool readValue(const JsonValue& value, gfx::Rect& out) {
-    const JsonValue::Array* sides = value.array();
-    if (!sides || sides->size() != 4) return false;
     double numbers[4] = {};
-    for (std::size_t index = 0; index < 4; ++index) {
-        const double* number = (*sides)[index].number();
-        if (!number || std::abs(*number) > largestCoordinate) return false;
-        numbers[index] = *number;
-    }
+    if (!readFour(value, numbers)) return false;
+    out = {numbers[0], numbers[1], numbers[2], numbers[3]};
+    return true;
+}
+
+bool readValue(const JsonValue& value, ui::EdgeInsets& out) {
+    double numbers[4] = {};
+    if (!readFour(value, numbers)) return false;
+    if (std::ranges::any_of(numbers, [](double number) { return number < 0; })) return false;
     out = {numbers[0], numbers[1], numbers[2], numbers[3]};
     return true;
 }
@@ -148,6 +161,10 @@ JsonValue toJson(gfx::Point point) {
 
 JsonValue toJson(const gfx::Rect& rect) {
     return JsonValue::Array{rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
+}
+
+JsonValue toJson(const ui::EdgeInsets& insets) {
+    return JsonValue::Array{insets.top, insets.left, insets.bottom, insets.right};
 }
 
 JsonValue toJson(const gfx::ColorRef& color) {

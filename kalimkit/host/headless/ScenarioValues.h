@@ -10,6 +10,7 @@
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/ui/view/EdgeInsets.h"
 
 namespace kalim {
 
@@ -29,6 +30,7 @@ bool readValue(const JsonValue& value, std::uint64_t& out);
 bool readValue(const JsonValue& value, std::string& out);
 bool readValue(const JsonValue& value, gfx::Point& out);
 bool readValue(const JsonValue& value, gfx::Rect& out);
+bool readValue(const JsonValue& value, ui::EdgeInsets& out);
 // Makes a new colour object.
 bool readValue(const JsonValue& value, gfx::ColorRef& out);
 
@@ -53,6 +55,9 @@ inline constexpr std::string_view kindName<gfx::Point> =
 template <>
 inline constexpr std::string_view kindName<gfx::Rect> =
     "a rectangle [x,y,w,h] with numbers up to 1000000";
+template <>
+inline constexpr std::string_view kindName<ui::EdgeInsets> =
+    "margins [top,left,bottom,right] with numbers from 0 to 1000000";
 template <>
 inline constexpr std::string_view kindName<gfx::ColorRef> = "a colour \"#RRGGBB\" or \"#RRGGBBAA\"";
 
@@ -94,6 +99,8 @@ Problem readList(const JsonValue& value, const std::string& what, const std::str
 JsonValue toJson(gfx::Point point);
 // [x,y,w,h]
 JsonValue toJson(const gfx::Rect& rect);
+// [top,left,bottom,right]
+JsonValue toJson(const ui::EdgeInsets& insets);
 // "#RRGGBBAA", or null for none.
 JsonValue toJson(const gfx::ColorRef& color);
 

@@ -10,11 +10,10 @@ namespace kalim {
 
 namespace {
 
-constexpr double hitMargin = 8;
 constexpr double minimumSide = 4;
 
-double tolerance(double lineWidth) {
-    return lineWidth * 0.5 + hitMargin;
+double tolerance(double lineWidth, double margin) {
+    return lineWidth * 0.5 + margin;
 }
 
 // Where both ends have the same coordinate, they move apart by half the reach.
@@ -27,11 +26,12 @@ void spread(double& from, double& to, double reach) {
 
 }  // namespace
 
-bool hitsFreehandSegment(gfx::Point p, gfx::Point from, gfx::Point to, double lineWidth) {
+bool hitsFreehandSegment(gfx::Point p, gfx::Point from, gfx::Point to, double lineWidth,
+                         double margin) {
     // Two equal points yield NaN and so always go on.
-    if (tolerance(lineWidth) < distanceFromLine(p, from, to)) return false;
+    if (tolerance(lineWidth, margin) < distanceFromLine(p, from, to)) return false;
     // Deliberately truncated to whole points.
-    const double reach = std::trunc(tolerance(lineWidth));
+    const double reach = std::trunc(tolerance(lineWidth, margin));
     spread(from.x, to.x, reach);
     spread(from.y, to.y, reach);
     const auto side = [reach](double length) { return length < minimumSide ? reach : length; };
@@ -39,8 +39,8 @@ bool hitsFreehandSegment(gfx::Point p, gfx::Point from, gfx::Point to, double li
            QVPointDistance(p, from) <= reach || QVPointDistance(p, to) <= reach;
 }
 
-double freehandHitReach(double lineWidth) {
-    return tolerance(lineWidth) * 2;
+double freehandHitReach(double lineWidth, double margin) {
+    return tolerance(lineWidth, margin) * 2;
 }
 
 }  // namespace kalim

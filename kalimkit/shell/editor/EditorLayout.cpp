@@ -15,6 +15,8 @@ constexpr double leastPenMargin = 25;
 // Between the pen button and the inset at the bottom.
 constexpr double penGap = 2;
 constexpr double widestPanel = 480;
+// From the picture to the pen button below it.
+constexpr double pictureGap = 8;
 
 gfx::Rect centred(gfx::Point center, double side) {
     return {center.x - side / 2, center.y - side / 2, side, side};
@@ -69,6 +71,11 @@ EditorLayout editorLayout(const EditorMeasures& measures) {
     const double maskTop = std::max(panelRest - rowGap, 0.0);
     layout.maskView = {0, maskTop, width, height - maskTop};
     return layout;
+}
+
+ui::EdgeInsets EditorLayout::canvasMargin() const {
+    return {std::max(toolView.maxY() - drawView.minY(), 0.0), 0,
+            std::max(drawView.maxY() - penView.minY() + pictureGap, 0.0), 0};
 }
 
 PickerSpacing pickerSpacing(double viewWidth) {

@@ -28,7 +28,7 @@ struct EditorMeasures {
 // Where the views go: between the insets, except for the canvas. Where the height is too small for
 // all of it, below 280 points without insets, the rows of the panel move closer. The pickers are in
 // the panel's coordinates, all others in those of the controller's view.
-struct EditorLayout {
+struct KALIM_API EditorLayout {
     gfx::Rect drawView;
     gfx::Rect toolView;
     gfx::Rect maskView;
@@ -41,6 +41,9 @@ struct EditorLayout {
     gfx::Rect sizePicker;
     gfx::Rect editButton;
     gfx::Rect deleteButton;
+
+    // What the tool bar and the pen button cover of the canvas, with a gap beside the button.
+    ui::EdgeInsets canvasMargin() const;
 };
 
 KALIM_API EditorLayout editorLayout(const EditorMeasures& measures);

@@ -86,6 +86,16 @@ void TesselViewController::setForgiving(bool forgiving) {
         picker->setTakesTouchesWhileFolding(forgiving);
 }
 
+void TesselViewController::setCanvasBasis(double points) {
+    _canvasBasis = points;
+    if (_drawView) _drawView->setCanvasBasis(points);
+}
+
+void TesselViewController::setLaysPictureBetweenBars(bool lays) {
+    _laysPictureBetweenBars = lays;
+    if (_drawView) view()->setNeedsLayout();
+}
+
 void TesselViewController::setClipsToPicture(bool clips) {
     _clipsToPicture = clips;
     if (_drawView) _drawView->setClipsToPicture(clips);
@@ -218,6 +228,7 @@ void TesselViewController::makeCanvas() {
     _drawView->setLargestMagnification(_largestMagnification);
     _drawView->setForgiving(_forgiving);
     _drawView->setClipsToPicture(_clipsToPicture);
+    _drawView->setCanvasBasis(_canvasBasis);
     _drawView->setFScal(_fsacal);
     _drawView->setHidden(_needInitAnimate);
     doApplyTransBlockToCoreModel();

@@ -99,6 +99,14 @@ public:
     // Whether the close button asks: when something was drawn. Forgiving, it also does after a crop
     // that was confirmed or has been begun, and after another picture was opened.
     bool asksBeforeClosing() const;
+    // What canvas points are, see MDrawView::setCanvasBasis. 0 at first.
+    double canvasBasis() const { return _canvasBasis; }
+    void setCanvasBasis(double points);
+    // The picture lies between the tool bar and the pen button in every size of the view, and the
+    // button fades while something is drawn under it. Off at first: the picture is fitted into the
+    // whole view.
+    bool laysPictureBetweenBars() const { return _laysPictureBetweenBars; }
+    void setLaysPictureBetweenBars(bool lays);
     // What goes beyond the picture is cut at its edge, see MDrawView::setClipsToPicture. Off at
     // first.
     bool clipsToPicture() const { return _clipsToPicture; }
@@ -126,6 +134,7 @@ public:
                                                            double lineWidth) override;
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
     void textToolEditing(bool isEditing) override;
+    void didDrawOver(const std::optional<gfx::Rect>& viewRect) override;
     void didCanvasScaleAndPanStart() override { hideTool(); }
     void didCanvasScaleAndPanEnd() override { showTool(); }
     std::optional<bool> isToolbarPlaceBottom() override { return true; }
@@ -276,6 +285,10 @@ private:
     bool _forgiving = false;
     bool _clipsToPicture = false;
     double _largestMagnification = 0;
+    double _canvasBasis = 0;
+    bool _laysPictureBetweenBars = false;
+    // The pen button, or what stands in for it, has faded for what is drawn under it.
+    bool _isDrawnUnderPen = false;
 
     bool _hasAppeared = false;
     // The panel is open, or about to be, in the buttons' place.

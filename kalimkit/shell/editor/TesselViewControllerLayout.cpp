@@ -49,6 +49,7 @@ EditorMeasures TesselViewController::measures() const {
 void TesselViewController::placeViews() {
     const EditorLayout layout = editorLayout(measures());
     place(*_drawView, layout.drawView);
+    _drawView->setLayoutMargin(_laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{});
     place(*_toolView, layout.toolView);
     place(*_maskView, layout.maskView);
     place(*_nibView, layout.nibView);

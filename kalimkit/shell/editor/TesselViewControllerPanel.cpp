@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 #include "kalimkit/shell/config/FrameworkImages.h"
 #include "kalimkit/shell/config/HexColor.h"
@@ -22,6 +23,8 @@ constexpr double slideDelay = 0.05;
 constexpr double settleDuration = 0.1;
 constexpr double fadeDuration = 0.2;
 constexpr double popDuration = 0.15;
+// Of the pen button while something is drawn under it.
+constexpr double fadedAlpha = 0.2;
 // The longest, slow as people may be.
 constexpr double doubleClickTime = 0.6;
 
@@ -250,6 +253,17 @@ void TesselViewController::showPenview() {
             ui::View::animate({.duration = settleDuration, .allowsUserInteraction = true},
                               [&controller] { controller->_penView->setTransform({}); });
         });
+}
+
+void TesselViewController::didDrawOver(const std::optional<gfx::Rect>& viewRect) {
+    if (!_laysPictureBetweenBars) return;
+    gfx::Rect buttons = _penView->frame();
+    if (standInForPenView())
+        buttons = _configViewEdit->frame().unionWith(_configViewDelete->frame());
+    const bool isUnder =
+        viewRect && _drawView->convertRectTo(*viewRect, view().get()).intersects(buttons);
+    if (std::exchange(_isDrawnUnderPen, isUnder) == isUnder) return;
+    fadeTool(isUnder ? fadedAlpha : 1);
 }
 
 void TesselViewController::fadeTool(double alpha) {
