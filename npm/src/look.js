@@ -26,7 +26,7 @@ slot[hidden], [hidden] { display: none; }
   text-align: center; overflow-wrap: anywhere;
 }
 #working[hidden], #failure[hidden] { display: none; }
-#working { pointer-events: none; background: #000c; color: #fff; animation: appear 0.1s 0.2s both; }
+#working { pointer-events: none; background: #1c1c1e; color: #fff; animation: appear 0.1s 0.2s both; }
 #working::before {
   content: ''; display: block; width: 24px; height: 24px; margin: 0 auto 8px; border-radius: 50%;
   border: 3px solid #fff6; border-top-color: #fff; box-sizing: border-box; animation: turn 1s linear infinite;

@@ -70,6 +70,11 @@ export class Page {
     await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: true });
   }
 
+  // Points by side that a phone's camera and corners take up, in pages that are opened from now on.
+  setSafeArea(insets) {
+    return this.#sendToChromium('Emulation.setSafeAreaInsetsOverride', { insets });
+  }
+
   goto(path) {
     return this.#browser.send('Navigate', { url: this.#server.url + path });
   }

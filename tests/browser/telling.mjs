@@ -3,7 +3,7 @@
 import assert from 'node:assert/strict';
 import { after, afterEach, before, beforeEach, test } from 'node:test';
 
-import { Page } from './page.mjs';
+import { Page, browserName } from './page.mjs';
 
 let page;
 
@@ -296,4 +296,23 @@ test('the keys work once a picture was opened from what it contains', async () =
   });
   await page.press('e');
   assert.equal(await page.evaluate(() => window.first.tool), 'ellipse');
+});
+
+test('the bars keep out of the camera and the corners of a screen', { skip: browserName !== 'chromium' }, async () => {
+  const topOf = async (margin) => {
+    await page.goto('/tests/embed.html');
+    await page.evaluate((given) => {
+      window.kept = document.getElementById('first');
+      window.kept.style.marginTop = `${given}px`;
+    }, margin);
+    await page.waitFor(() => window.kept.shadowRoot.querySelector('#mirror [aria-label=Close]'));
+    return page.evaluate(() => parseFloat(window.kept.shadowRoot.querySelector('#mirror [aria-label=Close]').style.top));
+  };
+  const plain = await topOf(0);
+  await page.setSafeArea({ top: 60, left: 0, bottom: 30, right: 0 });
+  const tops = [await topOf(0), await topOf(35), await topOf(200)];
+  await page.setSafeArea({});
+  await page.evaluate(() => import('/tests/embed.js'));
+  // The bar's buttons begin at 20 points anyway.
+  assert.deepEqual(tops.map((top) => top - plain), [40, 5, 0]);
 });

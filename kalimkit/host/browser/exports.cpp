@@ -81,13 +81,14 @@ KALIM_EXPORT("resize") void resize(double width, double height, double scale) {
     editor->show();
 }
 
-// Whether things are to be where they go at once.
+// What notches and round corners cover at the window's edges, points.
 KALIM_EXPORT("safe_area")
 void safeArea(double top, double left, double bottom, double right) {
     editor->setSafeArea({top, left, bottom, right});
     editor->show();
 }
 
+// Whether things are to be where they go at once.
 KALIM_EXPORT("reduce_motion") void reduceMotion(bool isReduced) {
     editor->environment().setPrefersReducedMotion(isReduced);
 }

@@ -297,6 +297,7 @@ export class KalimEditor extends EventTarget {
     });
     const { width, height, scale } = this.#screen.size;
     this.#call('create', width, height, scale);
+    this.#call('safe_area', ...this.#screen.insets);
     this.#pointers = new Pointers(this.#element, {
       fingers: (phase, fingers) => this.#touched(phase, fingers),
       pan: (phase, button, place, time) =>
@@ -441,6 +442,7 @@ export class KalimEditor extends EventTarget {
   #resized() {
     const { width, height, scale } = this.#screen.size;
     this.#module.drawing.dropLayers();
+    this.#call('safe_area', ...this.#screen.insets);
     this.#call('resize', width, height, scale);
   }
 

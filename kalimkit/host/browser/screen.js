@@ -2,11 +2,22 @@
 
 import { contentBox } from './box.js';
 
+const sides = ['top', 'left', 'bottom', 'right'];
+
+// How far a screen's corners, camera and gestures reach into the window, pixels of the page by side. What an
+// element is told of it is a property of its own that the browser computes.
+function safeAreaOf(element) {
+  const style = getComputedStyle(element);
+  return sides.map((side) => parseFloat(style.getPropertyValue(`--kalim-safe-${side}`)) || 0);
+}
+
 export class Screen {
   #element;
   #target;
   #context;
   #size = { width: 0, height: 0, scale: 0 };
+  // Points by side.
+  #insets = [0, 0, 0, 0];
   // Pixels of the screen, as the browser has told; null where it does not.
   #told = null;
   #listening = new AbortController();
@@ -18,12 +29,21 @@ export class Screen {
     this.#target = target;
     this.#context = element.getContext('2d');
     if (!this.#context) throw new TypeError('The canvas has a context that is not 2d');
+    for (const side of sides) {
+      element.style.setProperty(`--kalim-safe-${side}`, `env(safe-area-inset-${side}, 0px)`);
+    }
     this.#measure();
+    this.#measureInsets();
   }
 
   // Points, and pixels for each.
   get size() {
     return this.#size;
+  }
+
+  // Of the size, what is to be left free at the top, left, bottom and right, points.
+  get insets() {
+    return this.#insets;
   }
 
   watch() {
@@ -45,6 +65,10 @@ export class Screen {
         .addEventListener('change', watchScale, { once: true, signal });
     };
     watchScale();
+    // The insets are of the window, so they also change with the place in it.
+    for (const type of ['resize', 'scroll']) {
+      window.addEventListener(type, () => this.#resized(), { signal, passive: true });
+    }
     for (const type of ['resize', 'scroll']) {
       window.visualViewport?.addEventListener(type, () => this.#target.keyboardMoved(), { signal });
     }
@@ -95,7 +119,19 @@ export class Screen {
     return true;
   }
 
+  // Whether they have changed.
+  #measureInsets() {
+    const before = this.#insets;
+    const box = this.#element.getBoundingClientRect();
+    const free = [box.top, box.left, innerHeight - box.bottom, innerWidth - box.right];
+    const isShown = box.width > 0 && box.height > 0;
+    this.#insets = safeAreaOf(this.#element).map((inset, i) =>
+      (isShown ? Math.min(Math.max(inset - free[i], 0), inset) : before[i]));
+    return this.#insets.some((inset, i) => Math.abs(inset - before[i]) > 0.5);
+  }
+
   #resized() {
-    if (this.#measure()) this.#target.resized();
+    const isResized = this.#measure();
+    if (this.#measureInsets() || isResized) this.#target.resized();
   }
 }
