@@ -18,6 +18,7 @@
 #include "kalimkit/canvas/view/MDrawMutableSelect.h"
 #include "kalimkit/canvas/view/MDrawViewDelegate.h"
 #include "kalimkit/canvas/view/NewTools.h"
+#include "kalimkit/canvas/view/PatchRim.h"
 #include "kalimkit/canvas/view/RotationUnderWay.h"
 #include "kalimkit/canvas/view/TapMemory.h"
 #include "kalimkit/canvas/view/ToolKeys.h"
@@ -60,15 +61,20 @@ public:
     // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
     // The content at the screen's scale, with a canvas basis as large as the view shows it when
-    // nothing is zoomed, without selection or handles, on an opaque bitmap. Ends
-    // the editing of a text. Null when there is no content or no surface of its size can be had.
+    // nothing is zoomed, without selection or handles, on an opaque bitmap: a picture larger than
+    // the view comes out at the size at which the view shows it; exportImageAtPictureScale() keeps
+    // its pixels. Like every export it first ends what is under way: a shape that a finger is
+    // drawing is finished as it is by then, a drawing that waits for more strokes gets its step,
+    // and so does a text. Null when there is no content or no surface of its size can be had.
     gfx::ImageRef exportImage();
     // The same content at the scale of the picture as it was handed in: one pixel of the picture is
-    // one pixel of the result, and what nothing covers is the picture's own. Drawings and patches
-    // are scaled with it. Without a picture as exportImage(). Null as there.
+    // one pixel of the result, and what nothing covers is the picture's own, where it is
+    // transparent as well. Drawings and patches are scaled with it. Without a picture as
+    // exportImage(). Null as there.
     gfx::ImageRef exportImageAtPictureScale();
-    // What the view shows at present, at the screen's scale, selection and all. Null for a view
-    // without a size.
+    // What the view shows at present, at the screen's scale, selection and open text field and all.
+    // No patch is shown as the preview that hides nothing: what is being drawn is finished first.
+    // Null for a view without a size.
     gfx::ImageRef exportImageForScale();
     // The picture seen through a Gaussian with a standard deviation of 100 pixels, larger by what
     // the blur adds. Null for null and where it would be too large.
@@ -243,6 +249,7 @@ private:
     bool makesDot() const;
     void makeDot(gfx::Point p);
     void stopDrawing();
+    void endCreation();
     void finishDrag();
     void finishTap(gfx::Point p);
     bool isBeingCreated() const;
@@ -318,10 +325,12 @@ private:
     void drawNormalItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
     void drawLiveMosaics(gfx::Context& context);
-    void drawMosiacTools(gfx::Context& context, const gfx::Rect& shownPicture,
+    DrawnPicture drawnPicture(const ShownPicture& picture, const gfx::Rect& ground) const;
+    double shownRim() const;
+    void drawMosiacTools(gfx::Context& context, const DrawnPicture& picture,
                          const std::function<bool(const MDrawTool&)>& isWanted);
     void settleForExport();
-    void drawExportedTools(gfx::Context& context, const gfx::Rect& picture);
+    void drawExportedTools(gfx::Context& context, const DrawnPicture& picture);
     void drawAllSelectedItemsNeedSelectedSate(gfx::Context& context, bool needSelectedState);
 
     std::shared_ptr<MDrawView> self();
@@ -366,6 +375,8 @@ private:
     // Those made by a finger and not finished yet; brought up to date when asked for.
     ToolList _createdTools;
     FrameCount _count;
+    // A patch is selected, as of the last update of what is on the screen.
+    bool _hasLivePatch = false;
 };
 
 }  // namespace kalim

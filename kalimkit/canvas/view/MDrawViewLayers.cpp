@@ -78,14 +78,21 @@ void MDrawView::updateLayers() {
     }
     if (_handingTools) scaleForScreen(*_handingTools);
     const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());
+    const double rim = shownRim();
     for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
+        // Patches also change what is seen beside them.
+        const double reach = layer == CanvasLayers::Ground ? rim : 0;
         for (const gfx::Rect& rect : stale.layers[layer]) {
-            _layers.invalidate(layer, rect);
-            mark(rect);
+            _layers.invalidate(layer, rect.inset(-reach, -reach));
+            mark(rect.inset(-reach, -reach));
         }
     }
+    const bool hasLivePatch =
+        _handingTools && std::ranges::any_of(_handingTools->subTools(),
+                                             [](const ToolRef& tool) { return isMosaic(*tool); });
+    const double liveReach = std::exchange(_hasLivePatch, hasLivePatch) || hasLivePatch ? rim : 0;
     for (const gfx::Rect& rect : stale.live)
-        mark(rect);
+        mark(rect.inset(-liveReach, -liveReach));
     if (!stale.onTop) return;
     mark(stale.onTopExtent);
     if (_layers.isStale(CanvasLayers::Items)) {

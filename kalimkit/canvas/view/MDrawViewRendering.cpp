@@ -107,13 +107,14 @@ void MDrawView::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale = ui::Environment::current().screen().scale * _zoom.shownScale();
     const double pixel = picture.image ? 1 / scale : 0;
-    drawCanvas(context, *_defualtBackgroundColor,
-               alongPicture(_ctxRect, bgImgRect(), picture.rect.inset(pixel, pixel)));
+    const gfx::Rect ground = alongPicture(_ctxRect, bgImgRect(), picture.rect.inset(pixel, pixel));
+    drawCanvas(context, *_defualtBackgroundColor, ground);
     context.setInterpolation(picture.interpolation);
     drawSnipImage(context, picture.image, picture.rect);
     context.setInterpolation(gfx::Interpolation::High);
-    drawMosiacTools(context, picture.rect, [&](const MDrawTool& tool) {
-        return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect);
+    const double rim = shownRim();
+    drawMosiacTools(context, drawnPicture(picture, ground), [&](const MDrawTool& tool) {
+        return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect.inset(-rim, -rim));
     });
 }
 
@@ -152,7 +153,8 @@ void MDrawView::drawLiveMosaics(gfx::Context& context) {
     if (createdTools().empty() && !_handingTools) return;
     const gfx::GraphicsStateGuard guard(context);
     if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
-    drawMosiacTools(context, pictureToShow(context).rect,
+    const ShownPicture picture = pictureToShow(context);
+    drawMosiacTools(context, drawnPicture(picture, picture.rect),
                     [](const MDrawTool& tool) { return tool.isNewBuild() || tool.selected(); });
 }
 
@@ -167,19 +169,45 @@ void MDrawView::drawAllSelectedItemsNeedSelectedSate(gfx::Context& context,
     _count.add(static_cast<int>(selection->subTools().size()));
 }
 
-void MDrawView::drawMosiacTools(gfx::Context& context, const gfx::Rect& shownPicture,
+DrawnPicture MDrawView::drawnPicture(const ShownPicture& picture, const gfx::Rect& ground) const {
+    return {_picture.source(),        picture.image,        picture.rect, ground,
+            *_defualtBackgroundColor, picture.interpolation};
+}
+
+// How far the patches change what is seen of the picture beside them at most, canvas points: no
+// copy that is shown is coarser than this one.
+double MDrawView::shownRim() const {
+    const double scale = ui::Environment::current().screen().scale;
+    return rimWidth(drawnPicture({_picture.shown(), bgImgRect()}, {}),
+                    mViewTransform().concat(gfx::AffineTransform::scaling(scale, scale)));
+}
+
+void MDrawView::drawMosiacTools(gfx::Context& context, const DrawnPicture& picture,
                                 const std::function<bool(const MDrawTool&)>& isWanted) {
+    const auto draw = [&](gfx::Context& target, const auto& isDrawn) {
+        for (const ToolRef& tool : *_tools) {
+            if (!isMosaic(*tool)) continue;
+            auto& patch = static_cast<MDrawMosiac&>(*tool);
+            if (!isDrawn(patch)) continue;
+            patch.drawMosiacContentWithFilledColorInRect(target, _mosaic.fill(picture.rect),
+                                                         picture.rect);
+        }
+    };
+    const double width = rimWidth(picture, toDevicePixels(context));
     for (const ToolRef& tool : *_tools) {
-        if (!isMosaic(*tool) || !isWanted(*tool)) continue;
-        static_cast<MDrawMosiac&>(*tool).drawMosiacContentWithFilledColorInRect(
-            context, _mosaic.fill(shownPicture), shownPicture);
+        if (!(width > 0) || !isMosaic(*tool) || !isWanted(*tool)) continue;
+        if (!static_cast<MDrawMosiac&>(*tool).isHiding()) continue;
+        drawRim(context, picture, tool->frame(), width, [&](gfx::Context& pixels) {
+            draw(pixels, [](const MDrawMosiac& patch) { return patch.isHiding(); });
+        });
     }
+    draw(context, isWanted);
 }
 
 // ---- export
 
 // What lies over the picture, which has been drawn over the rectangle.
-void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& picture) {
+void MDrawView::drawExportedTools(gfx::Context& context, const DrawnPicture& picture) {
     const FrameCount drawnOnScreen = _count;
     context.setInterpolation(gfx::Interpolation::High);
     drawMosiacTools(context, picture, [](const MDrawTool&) { return true; });
@@ -189,9 +217,10 @@ void MDrawView::drawExportedTools(gfx::Context& context, const gfx::Rect& pictur
     _count = drawnOnScreen;
 }
 
-// A text that is being typed belongs to the picture, too.
+// What is being drawn and typed belongs to the picture, too, and nothing leaves as a preview.
 void MDrawView::settleForExport() {
     fitIntoView();
+    endCreation();
     finishEditText();
     selectNone();
     removeInvaildTools();
@@ -216,7 +245,8 @@ gfx::ImageRef MDrawView::exportImage() {
     context.scale(points, points);
     const gfx::Rect picture = shownPicture(context, bgImg());
     drawSnipImage(context, bgImg(), picture);
-    drawExportedTools(context, picture);
+    const gfx::Rect ground = gfx::AffineTransform::scaling(1 / points, 1 / points).apply(whole);
+    drawExportedTools(context, drawnPicture({bgImg(), picture}, ground));
     _isDirty = false;
     return surface->makeImage();
 }
@@ -234,22 +264,29 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     constexpr double tolerance = 1e-6;
     const gfx::Rect whole =
         toPixels.apply(contentRect()).inset(tolerance, tolerance).roundedOut().unionWith(picture);
-    const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, true);
+    const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);
     if (!surface) return nullptr;
     gfx::Context& context = surface->context();
     context.translate(-whole.minX(), -whole.minY());
-    drawCanvas(context, *_defualtBackgroundColor, whole);
+    // Where the picture lets something through it goes on doing so; beside it there is background.
+    if (whole != picture) {
+        drawCanvas(context, *_defualtBackgroundColor, whole);
+        context.setBlendMode(gfx::BlendMode::Clear);
+        context.fillRect(picture);
+        context.setBlendMode(gfx::BlendMode::Normal);
+    }
     // Pixel for pixel.
     context.setInterpolation(gfx::Interpolation::None);
     context.drawImage(*_picture.source(), picture);
     context.concat(toPixels);
-    drawExportedTools(context, bgImgRect());
+    drawExportedTools(context, drawnPicture({_picture.source(), bgImgRect()}, bgImgRect()));
     _isDirty = false;
     return surface->makeImage();
 }
 
 gfx::ImageRef MDrawView::exportImageForScale() {
     const auto alive = self();
+    endCreation();
     ui::Environment& environment = ui::Environment::current();
     const auto surface =
         environment.device().makeSurface(bounds().size, environment.screen().scale, false);

@@ -213,8 +213,9 @@ bool MDrawView::finishCreation(gfx::Point p) {
     const bool isText = drawsClass(MDrawText::Class());
     if (!_touch.drawing || !isBeingCreated() || !(_touch.isMoved || isText)) return false;
     const bool isFreehand = drawsClass(MDrawFreeline::Class());
-    const ToolRef tool = _handingTool;
-    tool->drawUp(p);
+    _handingTool->drawUp(p);
+    // No longer under way when the owner is told of the step: it may ask for the picture then.
+    const ToolRef tool = std::exchange(_handingTool, nullptr);
     if (!tool->isDrawVaild()) {
         discard(tool);
         endFreehand();
@@ -226,7 +227,6 @@ bool MDrawView::finishCreation(gfx::Point p) {
         tool->setIsNewBuild(false);
     }
     if (isFreehand) _drawFreeLineHelper->drawPause();
-    _handingTool = nullptr;
     // Every further stroke finds the owner told already.
     if (_drawFreeLineHelper->firstFreelinPart() && hasWaitingDrawing()) tellHistory();
     return true;
@@ -247,6 +247,17 @@ void MDrawView::stopDrawing() {
         finishCreation(_touch.lastMouseMovePoint);
     }
     _touch.drawing = false;
+}
+
+// What is being drawn is finished as it is by now, with its step, and so is a drawing that waits
+// for more strokes. A text that nobody has typed yet shows nothing and may go on.
+void MDrawView::endCreation() {
+    if (isBeingCreated() && !drawsClass(MDrawText::Class())) {
+        stopDrawing();
+        // The finger that is still down has done its work.
+        _touch.abortTouch = true;
+    }
+    endFreehand();
 }
 
 void MDrawView::finishDrag() {

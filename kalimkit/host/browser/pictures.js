@@ -37,15 +37,21 @@ export function tooLarge({ width, height }) {
   return new RangeError(`This browser has no room for a picture of ${width} x ${height} pixels`);
 }
 
-// What drawImage takes, as a Blob. It is read before this returns.
+// What drawImage takes, as a Blob; what is transparent shows white in a JPEG. It is read before this
+// returns.
 export function encode(source, type, quality) {
   const { width, height } = source;
   let canvas = source;
-  if (!canvas.toBlob) {
+  if (!canvas.toBlob || type === 'image/jpeg') {
     canvas = document.createElement('canvas');
     canvas.width = width;
     canvas.height = height;
-    canvas.getContext('2d').drawImage(source, 0, 0);
+    const context = canvas.getContext('2d');
+    if (type === 'image/jpeg') {
+      context.fillStyle = '#fff';
+      context.fillRect(0, 0, width, height);
+    }
+    context.drawImage(source, 0, 0);
   }
   return new Promise((resolve, reject) => {
     // Chromium encodes while it is idle, which it may be only after a frame.

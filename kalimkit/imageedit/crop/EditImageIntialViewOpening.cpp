@@ -67,6 +67,8 @@ void EditImageIntialView::showImage(const gfx::ImageRef& image) {
     const gfx::Rect place = placeAtOpening(image);
     _eIScrollView->imageView()->setImage(image);
     _eIScrollView->imageView()->setReducedImage(reducedForTurns(image));
+    // What is transparent is seen as on the canvas.
+    _eIScrollView->imageView()->setBackgroundColor(gfx::makeColor(1, 1, 1));
     _eIScrollView->setFrame(bounds());
     _eIScrollView->placeImage(place.size, 1, place.origin);
     _eIScrollView->setInitialFrame(place);

@@ -50,7 +50,7 @@ void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,
                                                          const gfx::Paint& fill,
                                                          const gfx::Rect& background) {
     gfx::GraphicsStateGuard guard(context);
-    if (!_masciImage && !_mIsDrawUp) {
+    if (!isHiding()) {
         context.setFillColor(*maskColor());
         context.setStrokeColor(*_maskBorderColor);
         context.fillRect(frame().inset(1, 1));

@@ -23,6 +23,9 @@ public:
     // From then on the patch shows the fill, no longer the preview.
     void drawUp(gfx::Point p) override;
 
+    // Whether it shows what hides the picture, no longer the preview.
+    bool isHiding() const { return _mIsDrawUp || _masciImage; }
+
     // Under forgiving rules anywhere on the patch, and up to five points beside it.
     bool hitTest(gfx::Point p) override;
     bool hitOnHandle(gfx::Point p) override;

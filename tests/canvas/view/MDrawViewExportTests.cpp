@@ -201,6 +201,55 @@ TEST(MDrawViewExport, AtThePicturesScaleWhatNothingCoversIsThePicturesOwn) {
     EXPECT_TRUE(std::equal(noise.row(0), noise.row(0) + 800, larger->row(top)));
 }
 
+TEST(MDrawViewExport, NothingThatAPatchHidesIsMixedIntoWhatIsSeenBesideIt) {
+    // Two secrets with the same blocks, a checkerboard and its negative, under a patch of 100 x 50
+    // points whose corner is 20 points right of and below the picture's.
+    const struct {
+        gfx::PixelSize picture;
+        int pixelsPerPoint;
+        double screenScale;
+        float zoom;
+    } cases[] = {{{200, 150}, 1, 1, 1},    {{200, 150}, 1, 2, 1},  {{200, 150}, 1, 3, 0.86F},
+                 {{200, 150}, 1, 1, 1.7F}, {{1560, 300}, 4, 2, 1}, {{1560, 300}, 4, 2, 0.86F},
+                 {{1560, 300}, 4, 2, 1.7F}};
+    for (const auto& [size, pixels, screenScale, zoom] : cases) {
+        std::vector<gfx::Bitmap> seen[2];
+        for (const bool isNegative : {false, true}) {
+            gfx::Bitmap secret(size.width, size.height);
+            for (int y = 0; y < size.height; ++y) {
+                for (int x = 0; x < size.width; ++x) {
+                    const bool isHidden =
+                        x >= 20 * pixels && x < 120 * pixels && y >= 20 * pixels && y < 70 * pixels;
+                    const bool isWhite = ((x / pixels + y / pixels) % 2 == 0) != isNegative;
+                    secret.setColorAt(x, y, !isHidden ? blue : isWhite ? white : green);
+                }
+            }
+            CanvasHost host({.scale = screenScale});
+            host.canvas->setSnipImage(host.environment().device().makeImage(
+                std::move(secret), 1, gfx::ImageOrientation::Up));
+            const gfx::Point corner = host.canvas->bgImgRect().origin + gfx::Point{20, 20};
+            host.window().display();
+            host.draw(ToolType::Mosaic, corner, corner + gfx::Point{100, 50});
+            if (zoom != 1) host.canvas->setFScal(zoom);
+            ASSERT_EQ(host.canvas->tools().size(), 1U);
+            host.window().display();
+            seen[isNegative] = {*host.window().surface()->makeImage()->pixels(),
+                                *host.canvas->exportImageForScale()->pixels(),
+                                *host.canvas->exportImage()->pixels(),
+                                *host.canvas->exportImageAtPictureScale()->pixels()};
+        }
+        for (std::size_t i = 0; i < seen[0].size(); ++i) {
+            int difference = 0;
+            for (std::size_t byte = 0; byte < seen[0][i].byteCount(); ++byte) {
+                difference = std::max(difference,
+                                      std::abs(seen[0][i].data()[byte] - seen[1][i].data()[byte]));
+            }
+            EXPECT_LE(difference, 1) << size.width << " pixels, scale " << screenScale << ", zoom "
+                                     << zoom << ", picture " << i;
+        }
+    }
+}
+
 TEST(MDrawViewExport, OfTheViewShowsWhatTheScreenShows) {
     CanvasHost host;
     host.canvas->setSnipImage(host.plainPicture(390, 400, white));
