@@ -72,16 +72,18 @@ gfx::Size windowSize(const codec::DecodeResult& photo, double scale) {
             std::max(std::round(size.height * fitting) + chrome, leastSize.height * scale)};
 }
 
+std::string titleOf(const std::string& photo) {
+    return photo.substr(photo.find_last_of('/') + 1) + " - KalimKit";
+}
+
 // Hidden, for the photo's size is not known yet. The connection to the input method and much else
 // that takes time comes with the window.
 SdlWindowHandle openWindow(const EditOptions& options) {
-    const std::size_t slash = options.photo.find_last_of('/');
-    const std::string name = options.photo == "-" ? "" : options.photo.substr(slash + 1) + " - ";
+    const std::string title = options.photo == "-" ? "KalimKit" : titleOf(options.photo);
     const gfx::Size size = usualSize * options.scale;
-    return SdlWindowHandle(SDL_CreateWindow((name + "KalimKit").c_str(), SDL_WINDOWPOS_CENTERED,
-                                            SDL_WINDOWPOS_CENTERED, static_cast<int>(size.width),
-                                            static_cast<int>(size.height),
-                                            SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN));
+    return SdlWindowHandle(SDL_CreateWindow(
+        title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, static_cast<int>(size.width),
+        static_cast<int>(size.height), SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN));
 }
 
 void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
@@ -99,6 +101,10 @@ public:
         : _options(options), _output(std::move(output)), _window(sdl, options.scale) {
         // The search for the fonts takes longer than the first frame, which would wait for it.
         _window.environment().device().lineMetrics({});
+        _window.setPictureTaken([this, sdl](const std::string& path) {
+            _output.follow(_options, path);
+            SDL_SetWindowTitle(sdl, titleOf(path.empty() ? "clipboard" : path).c_str());
+        });
     }
 
     // Why the result of this photo could not be written, so that nobody draws on it in vain.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -63,13 +64,31 @@ std::optional<EditOutput> EditOutput::make(const EditOptions& options, codec::By
     if (isNamed) {
         output._path = options.output;
     } else {
-        const fs::path path(options.photo);
-        output._stem = (path.parent_path() / path.stem()).string();
-        const bool isSame = pictureFormatOfPath(options.photo) == output._format;
-        output._ending = isSame ? path.extension().string() : endingOf(output._format);
+        output.nameAfter(options.photo);
     }
     problem = pathProblem(isNamed ? output._path : output.freeName());
     return problem.empty() ? std::optional(output) : std::nullopt;
+}
+
+void EditOutput::nameAfter(const std::string& photo) {
+    const fs::path path(photo);
+    _stem = (path.parent_path() / path.stem()).string();
+    const bool isSame = pictureFormatOfPath(photo) == _format;
+    _ending = isSame ? path.extension().string() : endingOf(_format);
+}
+
+void EditOutput::follow(const EditOptions& options, const std::string& path) {
+    if (!_path.empty()) return;
+    codec::Bytes start;
+    const auto isEnough = [](codec::ByteSpan) { return false; };
+    if (!path.empty()) codec::readFileIf(path, start, UINT64_MAX, isEnough);
+    _format = options.format.value_or(pictureFormatOfBytes(start).value_or(PictureFormat::Png));
+    if (_stem.empty()) return;
+    const fs::path first = fs::path(options.photo).parent_path();
+    const fs::path name = path.empty() ? "clipboard.png" : fs::path(path).filename();
+    nameAfter(path.empty() ? (first / name).string() : path);
+    // A result that cannot lie beside its picture lies beside the first one.
+    if (!pathProblem(freeName()).empty()) nameAfter((first / name).string());
 }
 
 // "photo-marked.jpg", "photo-marked-2.jpg"

@@ -19,6 +19,10 @@ public:
 
     // Why no picture of this size can be written; nothing where one can.
     std::optional<std::string> problemOf(gfx::PixelSize size) const;
+    // The picture that is edited is another one by now, of this file or, for an empty path, of the
+    // clipboard. The result takes its name and format, where the options have fixed none.
+    void follow(const EditOptions& options, const std::string& path);
+
     // All of it or nothing. Nothing on success, else a sentence that says what went wrong; after
     // that it may be tried again.
     std::optional<std::string> write(const gfx::Image& image);
@@ -27,6 +31,7 @@ public:
 
 private:
     EditOutput() = default;
+    void nameAfter(const std::string& photo);
     std::string freeName() const;
     std::optional<std::string> writeUnderFreeName(const codec::Bytes& bytes, std::string& path);
 

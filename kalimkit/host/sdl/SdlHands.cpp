@@ -28,22 +28,27 @@ void SdlWindow::Hands::editorKeysPastePicture() {
     } else if (png->empty()) {
         tell("剪贴板中没有图片", "");
     } else {
-        open(codec::decode(*png, "the clipboard"));
+        open(codec::decode(*png, "the clipboard"), "");
     }
 }
 
 bool SdlWindow::Hands::openFile(const std::string& path) {
-    return open(codec::decodeFile(path));
+    return open(codec::decodeFile(path), path);
 }
 
-bool SdlWindow::Hands::open(codec::DecodeResult decoded) {
+bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path) {
     if (decoded.error) {
         std::fprintf(stderr, "%s\n", codec::terminalText(*decoded.error).c_str());
     }
     gfx::Device& device = _window.environment().device();
     gfx::ImageRef image;
     if (!decoded.error) image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
-    _window.keys()->openPicture(image);
+    // The user may be asked first, and the window may be closed meanwhile.
+    const auto tellHost = [weakHands = std::weak_ptr(_window._hands), path](bool isTaken) {
+        const auto hands = weakHands.lock();
+        if (isTaken && hands && hands->_window._pictureTaken) hands->_window._pictureTaken(path);
+    };
+    _window.keys()->openPicture(image, tellHost);
     return image != nullptr;
 }
 

@@ -21,7 +21,8 @@ public:
     bool openFile(const std::string& path);
 
 private:
-    bool open(codec::DecodeResult decoded);
+    // The path is empty for the clipboard's.
+    bool open(codec::DecodeResult decoded, const std::string& path);
     void tell(const char* title, const char* message);
 
     SdlWindow& _window;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
@@ -44,6 +45,11 @@ public:
     // and dropped files with it. Null takes it away. The host does not do so from within a message
     // of the editor's; stop() may be called from there.
     void present(std::shared_ptr<TesselViewController> editor);
+    // Told when a picture that the user has pasted or dropped has taken the place of the one that
+    // was there: its file's path, empty for the clipboard's.
+    void setPictureTaken(std::function<void(const std::string& path)> pictureTaken) {
+        _pictureTaken = std::move(pictureTaken);
+    }
     // Null without an editor.
     EditorKeys* keys() { return _keys.get(); }
 
@@ -96,6 +102,7 @@ private:
     bool _isTyping = false;
     // Where SDL has been told that it is, window points.
     gfx::Rect _caret;
+    std::function<void(const std::string& path)> _pictureTaken;
     std::shared_ptr<Hands> _hands;
     std::shared_ptr<TesselViewController> _editor;
     std::unique_ptr<EditorKeys> _keys;
