@@ -29,8 +29,9 @@ int main(int argc, char** argv) {
     window.fingersMoved({{1, {200, 420}}});
     window.fingersEnded({{1, {200, 420}}});
 
+    // With every pixel of the photo; exportImage() is as large as the canvas shows it.
     codec::Bytes file;
-    auto problem = codec::encodePng(*canvas->exportImage()->pixels(), file);
+    auto problem = codec::encodePng(*canvas->exportImageAtPictureScale()->pixels(), file);
     if (!problem) problem = codec::writeFileAtomically(argv[2], file);
     if (problem) std::fprintf(stderr, "%s\n", problem->c_str());
     ui::Environment::install(nullptr);

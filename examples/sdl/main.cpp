@@ -41,9 +41,12 @@ int main(int argc, char** argv) {
     {
         SdlWindow window(own, 1.0);
         const auto host = std::make_shared<Host>(window, argv[2]);
-        window.present(TesselViewController::initWithSourceImageWithDelegate(
+        const auto editor = TesselViewController::initWithSourceImageWithDelegate(
             window.environment().device().makeImage(std::move(photo.bitmap), 1, photo.orientation),
-            host));
+            host);
+        // What is sent has every pixel of the photo, not only those that the window shows.
+        editor->setExportsAtPictureScale(true);
+        window.present(editor);
         window.run();
         problem = host->problem;
     }

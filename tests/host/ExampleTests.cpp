@@ -14,9 +14,9 @@ TEST(SmallestHost, WritesThePhotoWithItsArrow) {
     ASSERT_EQ(run.status, 0) << run.errors;
     const codec::DecodeResult out = codec::decodeFile(folder.path() / "out.png");
     ASSERT_FALSE(out.error) << *out.error;
-    EXPECT_EQ(out.bitmap.size(), (gfx::PixelSize{780, 520}));
-    // Near the tip at (200, 420) in a photo that lies at y 292 to 552, at two pixels a point.
-    EXPECT_EQ(out.bitmap.colorAt(420, 236).hex(), "#00FF00FF");
+    EXPECT_EQ(out.bitmap.size(), (gfx::PixelSize{600, 400}));
+    // Near the tip at (200, 420) in a photo that lies at y 292 to 552, at 20 pixels for 13 points.
+    EXPECT_EQ(out.bitmap.colorAt(323, 181).hex(), "#00FF00FF");
 
     const ProgramRun lost = runProgram(KALIM_EXAMPLE, {"lost.png", "out.png"}, folder.path());
     EXPECT_EQ(lost.status, 2);
