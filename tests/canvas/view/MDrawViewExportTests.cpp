@@ -201,6 +201,26 @@ TEST(MDrawViewExport, AtThePicturesScaleWhatNothingCoversIsThePicturesOwn) {
     EXPECT_TRUE(std::equal(noise.row(0), noise.row(0) + 800, larger->row(top)));
 }
 
+TEST(MDrawViewExport, WhatIsTransparentStaysSoAtThePicturesScaleAlone) {
+    CanvasHost host;
+    gfx::Bitmap glass(100, 100);
+    for (int y = 0; y < 100; ++y) {
+        for (int x = 0; x < 50; ++x)
+            glass.setColorAt(x, y, {0, 0, 1, 0.5});
+    }
+    host.canvas->setSnipImage(
+        host.environment().device().makeImage(glass, 1, gfx::ImageOrientation::Up));
+    EXPECT_EQ(*host.canvas->exportImageAtPictureScale()->pixels(), glass);
+    EXPECT_EQ(hexAt(host.canvas->exportImage(), 80, 50), "#FFFFFFFF");
+    // The picture lies at 145..245 x 372..472; beyond it there is background.
+    host.draw(ToolType::Line, {195, 422}, {300.5, 422});
+    const auto larger = host.canvas->exportImageAtPictureScale();
+    EXPECT_EQ(larger->pixels()->colorAt(10, 10), glass.colorAt(10, 10));
+    EXPECT_EQ(hexAt(larger, 80, 10), "#00000000");
+    EXPECT_EQ(hexAt(larger, 120, 10), "#FFFFFFFF");
+    EXPECT_EQ(hexAt(larger, 80, 50), "#00FF00FF");
+}
+
 TEST(MDrawViewExport, NothingThatAPatchHidesIsMixedIntoWhatIsSeenBesideIt) {
     // Two secrets with the same blocks, a checkerboard and its negative, under a patch of 100 x 50
     // points whose corner is 20 points right of and below the picture's.
