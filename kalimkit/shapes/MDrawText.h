@@ -144,7 +144,7 @@ private:
     bool canEditAt(gfx::Point viewPoint) const;
     void prepareTextView();
     void styleTextView();
-    gfx::Rect textViewFrame() const;
+    void placeTextView();
     gfx::Size mostSize() const;
     void updateTextViewSuitableFrame();
     double getMinTextViewHeight() const { return _textView->fontSize(); }

@@ -71,12 +71,13 @@ void MDrawText::stopEdittingText() {
     tell(&MDrawTextDelegate::drawTextDidEndEditText);
     _textView->removeFromSuperview();
     unregistKeyboardNotification();
+    // Only looked at: the box stays as it was.
+    if (!hasTextChanged() && !_isRestyled) return;
     reCalcStartAndEndPoint();
     // A size that went to the view and back would be off by the last bits.
     const double viewSize = _textView->font().size;
     if (viewSize != scale * _fontSize) _fontSize = viewSize / scale;
-    if ((hasTextChanged() || _isRestyled) && isDrawVaild())
-        tell(&MDrawTextDelegate::drawTextAskForSaveState);
+    if (isDrawVaild()) tell(&MDrawTextDelegate::drawTextAskForSaveState);
 }
 
 bool MDrawText::canEditAt(gfx::Point viewPoint) const {
@@ -99,7 +100,7 @@ void MDrawText::prepareTextView() {
     _isRestyled = false;
     _textView->setText(_text);
     styleTextView();
-    _textView->setFrame(textViewFrame());
+    placeTextView();
 }
 
 void MDrawText::styleTextView() {
@@ -128,26 +129,33 @@ void MDrawText::takeLineWidth(double width) {
     _isRestyled = true;
     if (!_isEdittingText) return;
     styleTextView();
-    _textView->setFrame(textViewFrame());
+    placeTextView();
     updateTextViewSuitableFrame();
 }
 
-gfx::Rect MDrawText::textViewFrame() const {
+void MDrawText::placeTextView() {
     const gfx::Point origin = convertPointToCoordinate(_startPoint, Coordinate::View);
     const double scale = getCurrentCtxScale();
     if (_text.empty()) {
+        _textView->setInset(ui::TextView::textInset);
         // The width is deliberately not scaled a second time.
         const double shrink = std::min(scale, 1.0);
-        return {origin, {shrink * emptySize.width, scale * shrink * emptySize.height}};
+        _textView->setFrame(
+            {origin, {shrink * emptySize.width, scale * shrink * emptySize.height}});
+        return;
     }
-    // Large enough to show every line, broken where it is broken now, also without a keyboard
-    // whose coming would make it so.
+    // As large as the box, with its lines broken where they are broken now: the inset gives way.
+    // Only a text that has no room in its box gets more.
+    gfx::Size inset{_inset * scale, 0};
+    _textView->setInset(inset);
     gfx::Size size = convertSizeToCoordinate(frame().size, Coordinate::View);
     const double lines = measureCoreTextSize(_text).width * scale;
-    size.width = std::max(size.width, lines + 2 * ui::TextView::textInset.width);
-    const gfx::Size fitted = _textView->sizeThatFits({size.width, mostSize().height});
-    size.height = std::max(size.height, fitted.height);
-    return {origin, size};
+    size.width = std::max(size.width, lines + 2 * inset.width);
+    const double height = _textView->sizeThatFits({size.width, mostSize().height}).height;
+    size.height = std::max(size.height, height);
+    inset.height = std::min((size.height - height) / 2, ui::TextView::textInset.height);
+    _textView->setInset(inset);
+    _textView->setFrame({origin, size});
 }
 
 // View points that text may use of the canvas.
@@ -173,7 +181,7 @@ void MDrawText::updateEndPoint() {
     const gfx::Size view = tidyFrame(*_textView).size;
     const gfx::Size size{view.width / scale, view.height / scale};
     // Lines are measured as they were broken in the view.
-    _inset = ui::TextView::textInset.width / scale;
+    _inset = _textView->inset().width / scale;
     _endPoint = _startPoint + gfx::Point{size.width, size.height};
     const gfx::Size measured = measureCoreTextSize(_text);
     if (view.width <= emptySize.width) {

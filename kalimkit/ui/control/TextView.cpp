@@ -49,7 +49,7 @@ std::shared_ptr<TextView> TextView::focusedIn(const Window& window) {
 
 // Asked for before the editor is: the width may have changed without a word.
 void TextView::fitWidth() const {
-    _editor->setWidth(std::max(bounds().size.width - 2 * textInset.width, 0.0));
+    _editor->setWidth(std::max(bounds().size.width - 2 * _inset.width, 0.0));
 }
 
 template <typename Change>
@@ -193,10 +193,10 @@ gfx::Rect TextView::caretRect() const {
 
 gfx::Size TextView::sizeThatFits(gfx::Size size) const {
     gfx::TextLayout layout = _editor->layout();
-    layout.setLimit({std::max(size.width - 2 * textInset.width, 0.0), gfx::TextLayout::unlimited});
+    layout.setLimit({std::max(size.width - 2 * _inset.width, 0.0), gfx::TextLayout::unlimited});
     const gfx::Size text = layout.size();
-    return {std::min(std::ceil(text.width + 2 * textInset.width), size.width),
-            std::min(std::ceil(text.height + 2 * textInset.height), size.height)};
+    return {std::min(std::ceil(text.width + 2 * _inset.width), size.width),
+            std::min(std::ceil(text.height + 2 * _inset.height), size.height)};
 }
 
 void TextView::setFont(const gfx::Font& font) {
@@ -205,6 +205,12 @@ void TextView::setFont(const gfx::Font& font) {
     setNeedsDisplay();
     scrollToCaret();
     tellHost();
+}
+
+void TextView::setInset(gfx::Size inset) {
+    if (inset == _inset) return;
+    _inset = inset;
+    setNeedsDisplay();
 }
 
 void TextView::setTextColor(gfx::ColorRef color) {

@@ -27,7 +27,8 @@ enum class KeyboardAppearance { Default = 0, Dark = 1 };
 // The caret blinks while the view has the focus and nothing is selected. Lengths are points.
 class KALIM_API TextView : public View {
 public:
-    // Between the view's edges and its text: left and right, top and bottom.
+    // Between the view's edges and its text where nothing else is said: left and right, top and
+    // bottom.
     static constexpr gfx::Size textInset{5, 8};
     static constexpr double caretWidth = 2;
     // Seconds that the caret is shown, and then that it is not.
@@ -72,6 +73,9 @@ public:
     // ---- looks
     const gfx::Font& font() const { return _editor->layout().font(); }
     void setFont(const gfx::Font& font);
+    gfx::Size inset() const { return _inset; }
+    // Not negative.
+    void setInset(gfx::Size inset);
     // Null is clear: the text is not drawn. Black at first.
     const gfx::ColorRef& textColor() const { return _textColor; }
     void setTextColor(gfx::ColorRef color);
@@ -134,7 +138,7 @@ private:
     bool isDoubleTap(gfx::Point place, Time time) const;
 
     // ---- showing (TextViewDrawing.cpp)
-    gfx::Point textOrigin() const { return {textInset.width, textInset.height}; }
+    gfx::Point textOrigin() const { return {_inset.width, _inset.height}; }
     std::vector<gfx::Rect> rectsOf(gfx::TextRange range) const;
     Shown shown() const;
     void damageDifference(const Shown& before, const Shown& now);
@@ -145,6 +149,7 @@ private:
     void drawUnderlines(gfx::Context& context, const gfx::Rect& dirty) const;
 
     std::unique_ptr<TextEditor> _editor;
+    gfx::Size _inset = textInset;
     gfx::ColorRef _textColor = gfx::makeColor(0, 0, 0);
     bool _scrollEnabled = true;
     KeyboardAppearance _keyboardAppearance = KeyboardAppearance::Default;

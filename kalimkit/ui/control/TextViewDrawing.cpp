@@ -74,9 +74,9 @@ void TextView::damageLine(std::size_t line) {
 
 // Moves no farther than it must, and never beyond the content.
 void TextView::scrollToCaret() {
-    const gfx::Rect caret = caretRect().inset(0, -textInset.height);
+    const gfx::Rect caret = caretRect().inset(0, -_inset.height);
     const double height = bounds().size.height;
-    const double content = _editor->layout().size().height + 2 * textInset.height;
+    const double content = _editor->layout().size().height + 2 * _inset.height;
     double y = std::min(bounds().minY(), caret.minY());
     y = std::max(y, caret.maxY() - height);
     y = _scrollEnabled ? std::clamp(y, 0.0, std::max(content - height, 0.0)) : 0;
