@@ -13,6 +13,8 @@ namespace {
 constexpr std::size_t minimumPoints = 5;
 // Points of the screen.
 constexpr double hitMargin = 8;
+// Boxes are kept in single precision; middles that differ by less are the same.
+constexpr double pivotTolerance = 0.01;
 
 }  // namespace
 
@@ -70,6 +72,13 @@ gfx::Rect MDrawFreeline::frame() const {
 }
 
 void MDrawFreeline::rebuildBoundBox() {
+    const gfx::Point pivot = QVMidPoint(_startPoint, _endPoint);
+    const gfx::Point middle = frame().center();
+    if (rotateAngle() != 0 && QVPointDistance(pivot, middle) > pivotTolerance) {
+        const gfx::Point drift =
+            gfx::AffineTransform::rotation(rotateAngle(), pivot).apply(middle) - middle;
+        allPointsHandle([drift](gfx::Point p) { return p + drift; });
+    }
     _startPoint = frame().origin;
     _endPoint = farCorner();
 }
@@ -87,6 +96,10 @@ void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>&
     strokesChanged();
 }
 
+void MDrawFreeline::limitValidFeatrue() {
+    if (rotateAngle() == 0) MDrawRect::limitValidFeatrue();
+}
+
 bool MDrawFreeline::hitTest(gfx::Point p) {
     const gfx::Point own = invertPoint(p);
     const double margin = onCanvas(hitMargin);
@@ -98,6 +111,12 @@ bool MDrawFreeline::hitTest(gfx::Point p) {
         }
     }
     return false;
+}
+
+bool MDrawFreeline::hitOnHandle(gfx::Point p) {
+    // An undone step has put the strokes elsewhere without a word.
+    reCalcCenter();
+    return MDrawRect::hitOnHandle(p);
 }
 
 MoveDirection MDrawFreeline::handleAt(gfx::Point p) {
@@ -112,6 +131,8 @@ MoveDirection MDrawFreeline::handleAt(gfx::Point p) {
 void MDrawFreeline::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
     if (_moveDirection != MoveDirection::Body) return scaleTo(end);
     allPointsHandle([offset](gfx::Point p) { return p + offset; });
+    _startPoint += offset;
+    _endPoint += offset;
     rebuildBoundBox();
 }
 

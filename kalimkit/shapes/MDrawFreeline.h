@@ -33,6 +33,8 @@ public:
 
     // The bounding box of the points, without the line's width.
     gfx::Rect frame() const override;
+    // Puts the two points at the box's corners. A turned drawing stays where it is seen, although
+    // it is turned about another middle from now on.
     void rebuildBoundBox();
     // The points of all strokes, one list.
     std::vector<gfx::Point> allPoints() const;
@@ -40,7 +42,12 @@ public:
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
     const PointLines& linePoints() const { return _strokes.lines(); }
 
+    // A turned drawing has no smallest size: its box is what it is turned about.
+    void limitValidFeatrue() override;
+
     bool hitTest(gfx::Point p) override;
+    // Also finds the centre to scale about.
+    bool hitOnHandle(gfx::Point p) override;
     // The body moves every point; whatever else is grabbed scales them about centerPoint.
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     void stopMoveHandle() override;
