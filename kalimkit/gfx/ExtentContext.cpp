@@ -58,7 +58,7 @@ void ExtentContext::onEndGroup() {
 
 void ExtentContext::paint(const Rect& bounds) {
     include(bounds);
-    if (!state().castsShadow()) return;
+    if (_shadows == Shadows::LeftOut || !state().castsShadow()) return;
     const double reach = state().shadow->blur / 2 * shadowDeviations + shadowRounding;
     include(bounds.offset(state().shadow->offset).inset(-reach, -reach));
 }

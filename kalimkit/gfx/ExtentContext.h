@@ -13,8 +13,11 @@ namespace kalim::gfx {
 // corners and text, and because clips are not heeded.
 class KALIM_API ExtentContext : public Context {
 public:
+    enum class Shadows { Counted, LeftOut };
+
     // The device measures text. It must outlive the context.
-    explicit ExtentContext(Device& device) : _device(device) {}
+    explicit ExtentContext(Device& device, Shadows shadows = Shadows::Counted)
+        : _device(device), _shadows(shadows) {}
 
     // In the surface's points; empty while nothing has been drawn.
     const Rect& extent() const { return _extent; }
@@ -39,6 +42,7 @@ private:
     double penReach() const;
 
     Device& _device;
+    Shadows _shadows;
     Rect _extent;
     // What had been drawn when each open group began.
     std::vector<Rect> _outside;

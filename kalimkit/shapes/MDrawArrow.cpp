@@ -47,8 +47,7 @@ bool MDrawArrow::isDrawVaild() const {
 void MDrawArrow::limitValidFeatrue() {
     MDrawLine::limitValidFeatrue();
     if (isNewBuild() && _startPoint == _endPoint) return;
-    // Deliberately larger than what isDrawVaild() asks for.
-    const double minimum = 2 * getArrowBottomHalfWidth() + 30;
+    const double minimum = keptLength();
     const double current = length();
     if (!(current > 0) || minimum <= current) return;
     const gfx::Point stretched = (_endPoint - _startPoint) * (minimum / current);
@@ -57,6 +56,16 @@ void MDrawArrow::limitValidFeatrue() {
     } else if (_moveDirection == MoveDirection::Start) {
         _startPoint = _endPoint - stretched;
     }
+}
+
+void MDrawArrow::growToLineWidth() {
+    if (isDrawVaild() || _startPoint == _endPoint) return;
+    _endPoint = _startPoint + (_endPoint - _startPoint) * (keptLength() / length());
+}
+
+// Deliberately larger than what isDrawVaild() asks for.
+double MDrawArrow::keptLength() const {
+    return 2 * getArrowBottomHalfWidth() + 30;
 }
 
 bool MDrawArrow::hitTest(gfx::Point p) {

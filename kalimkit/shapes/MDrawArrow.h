@@ -16,6 +16,9 @@ public:
     bool isDrawVaild() const override;
     // Also stretches an arrow whose end was dragged too close, away from the end that stays.
     void limitValidFeatrue() override;
+    // An arrow that is too short for its width is stretched about its tail, as if its tip had been
+    // let go there.
+    void growToLineWidth() override;
     gfx::Rect frameIncludeLineWidth() const override { return frame(); }
     // Empty until the arrow has been drawn once.
     bool hitTest(gfx::Point p) override;
@@ -37,6 +40,7 @@ protected:
     MDrawArrow() = default;
 
 private:
+    double keptLength() const;
     gfx::AffineTransform localFrame() const;
     gfx::Path outline() const;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 #include "kalimkit/canvas/model/HandleReach.h"
 #include "kalimkit/canvas/model/QVGeometry.h"
@@ -14,6 +15,7 @@ namespace kalim {
 namespace {
 
 constexpr gfx::Color clear{0, 0, 0, 0};
+constexpr std::string_view pointsKey = "MDrawPolyline-points";
 
 }  // namespace
 
@@ -110,6 +112,21 @@ void MDrawPolyline::drawContent(gfx::Context& context) {
     if (finalized() && !selected()) return;
     for (const gfx::Point point : _points)
         drawHandleAtPoint(context, point);
+}
+
+Feature MDrawPolyline::getFeature() const {
+    Feature feature = MDrawTool::getFeature();
+    if (rules().forgiving) {
+        feature.set(pointsKey, std::make_shared<const PointLines>(PointLines{_points}));
+    }
+    return feature;
+}
+
+void MDrawPolyline::setFeature(const FeatureRef& feature) {
+    if (!feature) return;
+    const auto* const recorded = feature->get<PointLinesRef>(pointsKey);
+    if (recorded && *recorded) _points = (*recorded)->front();
+    MDrawTool::setFeature(feature);
 }
 
 std::string MDrawPolyline::measureText() const {

@@ -13,7 +13,7 @@ namespace kalim {
 
 // A polygon made vertex by vertex: every touch-up adds one, until one on the first vertex closes
 // and finishes it. The base of the shapes made of vertices. It is never turned, and its vertices
-// are in no snapshot.
+// are in its snapshots under forgiving rules alone.
 class KALIM_API MDrawPolyline : public MDrawTool {
 public:
     // The point becomes the first vertex.
@@ -36,6 +36,9 @@ public:
 
     // Vertices show their handles unless the shape is finished and not selected.
     void drawContent(gfx::Context& context) override;
+
+    Feature getFeature() const override;
+    void setFeature(const FeatureRef& feature) override;
 
     const std::vector<gfx::Point>& points() const { return _points; }
     // The length leaves the closing edge out; the area is truncated to a whole number.

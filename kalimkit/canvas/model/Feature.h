@@ -35,6 +35,9 @@ public:
     }
     const FeatureValue* find(std::string_view key) const;
     std::size_t count() const { return _entries.size(); }
+    // Whether a tool would be the same after reading either: numbers in single precision, as they
+    // are read back, colours by value.
+    bool isEqual(const Feature& other) const;
 
 private:
     std::vector<std::pair<std::string, FeatureValue>> _entries;

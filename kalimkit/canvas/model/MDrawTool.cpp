@@ -276,6 +276,11 @@ bool MDrawTool::updatefeature() {
     return true;
 }
 
+bool MDrawTool::hasUnrecordedChange() const {
+    const FeatureRef recorded = _undoMgr.feature();
+    return !recorded || !recorded->isEqual(getFeature());
+}
+
 bool MDrawTool::undo() {
     if (!_undoMgr.undo()) return false;
     setFeature(_undoMgr.feature());

@@ -86,6 +86,8 @@ public:
     virtual void rotateChangedWithAngle(double angle);
     virtual void rotateEndedWithAngle(double angle);
     virtual void stopMoveHandle();
+    // Brings a finished tool whose width has changed within the bounds of that width.
+    virtual void growToLineWidth() { limitValidFeatrue(); }
 
     // ---- drawing; the context is in canvas coordinates
     virtual void draw(gfx::Context& context);
@@ -133,6 +135,8 @@ public:
     virtual void setFeature(const FeatureRef& feature);
     // Records a snapshot of a valid tool; whether it did.
     virtual bool updatefeature();
+    // Whether a snapshot taken now would differ from the one in force.
+    virtual bool hasUnrecordedChange() const;
     bool undo();
     bool redo();
     void revertLastValidfeature();
@@ -168,7 +172,9 @@ public:
     // Radians.
     double rotateAngle() const { return _rotateAngle; }
     void setRotateAngle(double angle) { _rotateAngle = angle; }
+    // Where the next rotation gesture begins.
     double lastRotateAngle() const { return _lastRotateAngle; }
+    void setLastRotateAngle(double angle) { _lastRotateAngle = angle; }
     // The rotation about the centre as last applied, and its inverse.
     const gfx::AffineTransform& transform() const { return _transform; }
     const gfx::AffineTransform& mInvertTransform() const { return _mInvertTransform; }

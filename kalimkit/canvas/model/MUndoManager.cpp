@@ -13,6 +13,13 @@ ToolRef entryFor(const ToolRef& tool) {
     return tool->mutabaleToolObjType() ? tool->copyOfGroup() : tool;
 }
 
+ToolList membersOf(const ToolRef& entry) {
+    if (!entry->mutabaleToolObjType()) return {entry};
+    ToolList members;
+    entry->addSubToolToArray(members);
+    return members;
+}
+
 }  // namespace
 
 void MUndoManager::addTool(const ToolRef& tool) {
@@ -23,6 +30,7 @@ void MUndoManager::addToolSuccess(const ToolRef& tool) {
     if (!tool) return;
     const bool isGroup = tool->mutabaleToolObjType();
     if (!isGroup && (!isOnCanvas(tool) || !tool->isDrawVaild())) return;
+    if (_rules.forgiving && !tool->hasUnrecordedChange()) return;
     const ToolRef entry = entryFor(tool);
     // The histories are cut before the new snapshot is recorded: recording appends at the end.
     cutRedo();
@@ -42,11 +50,8 @@ void MUndoManager::cutRedo() {
 void MUndoManager::removeTool(const ToolRef& tool) {
     if (!tool) return;
     const ToolRef entry = entryFor(tool);
-    if (entry->mutabaleToolObjType()) {
-        entry->removeSubToolFromArray(*_tools);
-    } else {
-        std::erase(*_tools, entry);
-    }
+    if (_rules.forgiving) cutRedo();
+    cross({membersOf(entry), {}});
     _undoTools.push_back(entry);
     report(entry, State::Removed);
 }
@@ -84,11 +89,13 @@ bool MUndoManager::undo() {
     if (_undoTools.empty()) return false;
     const ToolRef entry = _undoTools.back();
     _undoTools.pop_back();
+    Crossing crossing;
     if (entry->mutabaleToolObjType()) {
-        entry->undo([this](const ToolRef& tool) { return undoTool(tool); });
+        entry->undo([&](const ToolRef& tool) { return undoTool(tool, crossing); });
     } else {
-        undoTool(entry);
+        undoTool(entry, crossing);
     }
+    cross(crossing);
     _redoTools.push_back(entry);
     report(entry, State::UndoneOrRedone);
     return true;
@@ -98,35 +105,47 @@ bool MUndoManager::redo() {
     if (_redoTools.empty()) return false;
     const ToolRef entry = _redoTools.back();
     _redoTools.pop_back();
+    Crossing crossing;
     if (entry->mutabaleToolObjType()) {
-        entry->redo([this](const ToolRef& tool) { return redoTool(tool); });
+        entry->redo([&](const ToolRef& tool) { return redoTool(tool, crossing); });
     } else {
-        redoTool(entry);
+        redoTool(entry, crossing);
     }
+    cross(crossing);
     _undoTools.push_back(entry);
     report(entry, State::UndoneOrRedone);
     return true;
 }
 
-bool MUndoManager::undoTool(const ToolRef& tool) {
+bool MUndoManager::undoTool(const ToolRef& tool, Crossing& crossing) const {
     if (!isOnCanvas(tool)) {
         tool->revertLastValidfeature();
-        _tools->push_back(tool);
+        crossing.returning.push_back(tool);
     } else if (!tool->undo()) {
-        std::erase(*_tools, tool);
+        crossing.leaving.push_back(tool);
     }
     return true;
 }
 
-bool MUndoManager::redoTool(const ToolRef& tool) {
+bool MUndoManager::redoTool(const ToolRef& tool, Crossing& crossing) const {
     if (!isOnCanvas(tool)) {
         tool->revertLastValidfeature();
-        _tools->push_back(tool);
+        crossing.returning.push_back(tool);
     } else if (!tool->redo()) {
         tool->revertLastValidfeature();
-        std::erase(*_tools, tool);
+        crossing.leaving.push_back(tool);
     }
     return true;
+}
+
+void MUndoManager::cross(const Crossing& crossing) {
+    _places.takeOut(*_tools, crossing.leaving);
+    if (_rules.forgiving) {
+        _places.putBack(*_tools, crossing.returning);
+    } else {
+        // On top, deliberately.
+        _tools->insert(_tools->end(), crossing.returning.begin(), crossing.returning.end());
+    }
 }
 
 void MUndoManager::reset() {
@@ -134,6 +153,7 @@ void MUndoManager::reset() {
         tool->reset();
     _undoTools.clear();
     _redoTools.clear();
+    _places = {};
     report(nullptr, State::Removed);
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "kalimkit/canvas/model/MDrawTool.h"
+#include "kalimkit/canvas/model/ToolPlaces.h"
 #include "kalimkit/gfx/Export.h"
 
 namespace kalim {
@@ -34,13 +35,17 @@ public:
     bool canUndo() const { return !_undoTools.empty(); }
     bool canRedo() const { return !_redoTools.empty(); }
 
+    // Under forgiving rules a change that changed nothing has no record, a deletion empties the
+    // redo stack, and what comes back lies where it lay in the order.
+    void setRules(const ToolRules& rules) { _rules = rules; }
+
     // Puts a tool on the canvas without a record, when its creation starts.
     void addTool(const ToolRef& tool);
     // Records an addition or a change; a group is recorded as a copy of itself. Tools that are not
     // on the canvas, or not valid, are ignored. Empties the redo stack.
     void addToolSuccess(const ToolRef& tool);
     // Takes a tool, or a group's members, off the canvas and records it. The redo stack
-    // deliberately stays.
+    // deliberately stays, except under forgiving rules.
     void removeTool(const ToolRef& tool);
     // Forgets a tool everywhere without a record.
     void removeToolFromAllSystem(const ToolRef& tool);
@@ -60,8 +65,14 @@ public:
     }
 
 private:
-    bool undoTool(const ToolRef& tool);
-    bool redoTool(const ToolRef& tool);
+    // What a step takes off the canvas and puts back.
+    struct Crossing {
+        ToolList leaving;
+        ToolList returning;
+    };
+    bool undoTool(const ToolRef& tool, Crossing& crossing) const;
+    bool redoTool(const ToolRef& tool, Crossing& crossing) const;
+    void cross(const Crossing& crossing);
     bool isOnCanvas(const ToolRef& tool) const;
     void cutRedo();
     void report(const ToolRef& tool, State state);
@@ -69,6 +80,8 @@ private:
     std::shared_ptr<ToolList> _tools;
     ToolList _undoTools;
     ToolList _redoTools;
+    ToolRules _rules;
+    ToolPlaces _places;
     std::weak_ptr<MUndoManagerDelegate> _delegate;
 };
 

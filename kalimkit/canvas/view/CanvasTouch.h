@@ -23,6 +23,8 @@ struct KALIM_API CanvasTouch {
     bool inHandleLastSeletedTools = false;
     // The unselected tool that was under the finger at touch-down.
     ToolRef LastSeletedTestSrcPoint;
+    // The selection that the finger has dragged so far; null when it drags none.
+    ToolRef dragged;
     gfx::Point lastMouseDownPoint;
     gfx::Point lastMouseMovePoint;
     // Where a drag goes on from: how far the selection has followed the finger.

@@ -54,7 +54,7 @@ void CanvasZoom::update() {
 
 double CanvasZoom::scale() const {
     const double scale = _contextScale * _tmpContextScale;
-    if (std::abs(1 - scale) >= unzoomedTolerance) return scale;
+    if (_isChosen || std::abs(1 - scale) >= unzoomedTolerance) return scale;
     if (_imposedScale > 0.01F) return _imposedScale;
     return _place.isScreenShot ? 0.86 : scale;
 }
@@ -101,6 +101,7 @@ void CanvasZoom::allowOrdinaryZoom() {
 
 void CanvasZoom::showWhole(const gfx::Rect& content) {
     _contextScale = 1;
+    _isChosen = false;
     _move = {};
     update();
     fit(content);
@@ -108,9 +109,8 @@ void CanvasZoom::showWhole(const gfx::Rect& content) {
 
 void CanvasZoom::zoomTo(double scale, const gfx::Rect& content) {
     zoomAbout(_place.bounds.center(), [&] {
-        // At a zoom of 1 another scale may be shown in its place; the next one is what is meant.
-        const bool isUnzoomed = std::abs(1 - scale) < unzoomedTolerance;
-        _contextScale = isUnzoomed ? 1 + 1.01 * unzoomedTolerance : scale;
+        _contextScale = scale;
+        _isChosen = true;
         clamp();
     });
     isSmallerThanView(content) ? centre(content) : keepInReach(content);
@@ -153,6 +153,14 @@ void CanvasZoom::zoomAbout(gfx::Point focus, const std::function<void()>& change
     update();
     _move = _move + (focus - _toView.apply(fixed));
     update();
+}
+
+void CanvasZoom::beginPinch() {
+    _contextScale = scale() / _tmpContextScale;
+    _isChosen = true;
+    _isPinching = true;
+    // The fingers can go back to where they began.
+    _defaultMinScale = std::min(_defaultMinScale, _contextScale);
 }
 
 void CanvasZoom::pinch(double factor, gfx::Point focus) {

@@ -61,7 +61,8 @@ public:
     bool isHeld() const { return _isPinching || _isPanning; }
     bool isPinching() const { return _isPinching; }
     bool isPanning() const { return _isPanning; }
-    void beginPinch() { _isPinching = true; }
+    // From the scale that is shown, which from now on is the zoom: none stands in for it any more.
+    void beginPinch();
     // By this much since the pinch began; the view point stays in place.
     void pinch(double factor, gfx::Point focus);
     void endPinch(gfx::Point focus, const gfx::Rect& content);
@@ -92,6 +93,8 @@ private:
     // Radians, in spite of its name.
     double _curRotateDegree = 0;
     float _imposedScale = 0;
+    // Somebody has chosen the zoom, so that nothing stands in for a zoom of 1.
+    bool _isChosen = false;
     bool _isPinching = false;
     bool _isPanning = false;
     // The pinch has left the content smaller than the view.

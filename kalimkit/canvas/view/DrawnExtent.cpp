@@ -2,17 +2,32 @@
 
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/gfx/ExtentContext.h"
+#include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
-gfx::Rect drawnExtent(MDrawTool& tool) {
-    // Patches are painted by the canvas.
-    if (isMosaic(tool)) return tool.frame();
-    gfx::ExtentContext context(ui::Environment::current().device());
+namespace {
+
+gfx::Rect extentWith(MDrawTool& tool, gfx::ExtentContext::Shadows shadows) {
+    gfx::ExtentContext context(ui::Environment::current().device(), shadows);
     tool.draw(context);
     tool.drawMeasurement(context);
     return context.extent();
+}
+
+}  // namespace
+
+gfx::Rect drawnExtent(MDrawTool& tool) {
+    // Patches are painted by the canvas.
+    if (isMosaic(tool)) return tool.frame();
+    return extentWith(tool, gfx::ExtentContext::Shadows::Counted);
+}
+
+gfx::Rect shapeExtent(MDrawTool& tool) {
+    const bool isText = tool.toolClass().isKindOf(MDrawText::Class());
+    if (isMosaic(tool) || isText) return tool.frame();
+    return extentWith(tool, gfx::ExtentContext::Shadows::LeftOut);
 }
 
 }  // namespace kalim

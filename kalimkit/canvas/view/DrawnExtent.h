@@ -10,4 +10,8 @@ namespace kalim {
 // drawing it to nowhere. Drawing settles the tool, too: its transform, and the size of its text.
 KALIM_API gfx::Rect drawnExtent(MDrawTool& tool);
 
+// The same without the shadow, for a tool that is not selected. A text counts as its box, which its
+// letters keep to.
+KALIM_API gfx::Rect shapeExtent(MDrawTool& tool);
+
 }  // namespace kalim

@@ -128,7 +128,8 @@ bool MDrawMutableSelect::hitTest(gfx::Point p) {
 
 MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {
     const gfx::Rect box = frame();
-    if (isOnCorner(invertPoint(p), MoveDirection::BottomRight, box)) return MoveDirection::Scale;
+    // The handle is the group's, whichever way a member is turned.
+    if (isOnCorner(p, MoveDirection::BottomRight, box)) return MoveDirection::Scale;
     return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
 }
 
@@ -228,6 +229,18 @@ void MDrawMutableSelect::stopMoveHandle() {
     forward([](MDrawTool& member) { member.stopMoveHandle(); });
 }
 
+void MDrawMutableSelect::growToLineWidth() {
+    forward([](MDrawTool& member) { member.growToLineWidth(); });
+}
+
+void MDrawMutableSelect::releaseHandles() {
+    forward([](MDrawTool& member) { member.setMoveDirection(MoveDirection::None); });
+}
+
+void MDrawMutableSelect::beginRotation() {
+    forward([](MDrawTool& member) { member.setLastRotateAngle(member.rotateAngle()); });
+}
+
 void MDrawMutableSelect::setHandleViewScale(double scale) {
     forward([&](MDrawTool& member) { member.setHandleViewScale(scale); });
 }
@@ -272,6 +285,11 @@ bool MDrawMutableSelect::updatefeature() {
     for (const ToolRef& member : _subTools)
         member->updatefeature();
     return true;
+}
+
+bool MDrawMutableSelect::hasUnrecordedChange() const {
+    return std::ranges::any_of(_subTools,
+                               [](const ToolRef& tool) { return tool->hasUnrecordedChange(); });
 }
 
 bool MDrawMutableSelect::undo(const ToolStep& step) {

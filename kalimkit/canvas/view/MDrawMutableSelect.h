@@ -81,8 +81,13 @@ public:
     // The answer of the last member.
     gfx::Point invertPoint(gfx::Point p) const override;
     void stopMoveHandle() override;
+    void growToLineWidth() override;
     void setHandleViewScale(double scale) override;
     void setViewScale(double scale) override;
+    // No finger has hold of a member any more.
+    void releaseHandles();
+    // The next turn begins from the members' present angles.
+    void beginRotation();
 
     // ---- drawing
     void draw(gfx::Context& context) override;
@@ -92,6 +97,7 @@ public:
 
     // ---- history, for the copies on the undo stacks
     bool updatefeature() override;
+    bool hasUnrecordedChange() const override;
     bool undo(const ToolStep& step) override;
     bool redo(const ToolStep& step) override;
     void resetRedo() override;

@@ -60,6 +60,7 @@ void MDrawView::setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate) {
 void MDrawView::setForgiving(bool forgiving) {
     if (forgiving == this->forgiving()) return;
     _newTools.rules.forgiving = forgiving;
+    _undoManager->setRules(_newTools.rules);
     if (_handingTools) _handingTools->setRules(_newTools.rules);
     for (const ToolRef& tool : *_tools)
         tool->setRules(_newTools.rules);
@@ -193,6 +194,7 @@ void MDrawView::setDrawLineWidth(double width) {
     }
     if (!isSelectionValid() || _handingTools->lineWidth() == width) return;
     _handingTools->setLineWidth(width);
+    if (forgiving()) _handingTools->growToLineWidth();
     recordSelectionChange();
 }
 
@@ -247,6 +249,9 @@ bool MDrawView::isOnCanvas(const ToolRef& tool) const {
 void MDrawView::deleteSelectedTools() {
     if (!_handingTools) return;
     const auto alive = self();
+    // What fingers are still doing is a step of its own, and may have been the selection's last.
+    if (forgiving()) endStepUnderWay();
+    if (!_handingTools) return;
     _undoManager->removeTool(_handingTools);
     clearSelection();
     refreshContextRect();

@@ -224,6 +224,7 @@ protected:
     void layoutSubviews() override;
     void didMoveToWindow() override;
     bool mayMoveView() const override;
+    bool mayZoomView() const override { return mayMoveView() && !_rotation.holdsFingers; }
     void viewGestureDidBegin() override;
     void viewGestureDidEnd() override;
 
@@ -269,6 +270,8 @@ private:
     void removeToolFromSelectedTools(const ToolRef& tool);
     void clearSelection();
     void dropSelection();
+    void endStepUnderWay();
+    void endDragUnderWay();
     void endRotationUnderWay();
     void dropAbsentFromSelection();
     void notifySelection();
@@ -294,6 +297,7 @@ private:
     // ---- content rectangle (MDrawViewContent.cpp)
     bool cutsAtPicture() const { return _clipsToPicture && _picture.source(); }
     gfx::Rect contentRect() const;
+    gfx::Rect exportedRect() const;
     bool refreshContextRect();
 
     bool fitIntoView();

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/canvas/view/DrawnExtent.h"
 #include "kalimkit/canvas/view/MDrawView.h"
 #include "kalimkit/canvas/view/ToolClasses.h"
 #include "kalimkit/ui/loop/Environment.h"
@@ -12,6 +13,8 @@ namespace {
 
 // Far beyond every budget and every surface, yet finite, so that unions stay finite, too.
 constexpr double farthest = 1e12;
+// Of extents, points.
+constexpr double roundingError = 1e-6;
 
 constexpr gfx::Size budgetOfBasis{2560, 1440};
 
@@ -50,6 +53,20 @@ gfx::Rect MDrawView::contentRect() const {
     return content;
 }
 
+// Under forgiving rules shapes that reach beyond the content are not cut there: the heads of arrows
+// are wider than what counts for them. A shadow alone makes nothing grow.
+gfx::Rect MDrawView::exportedRect() const {
+    const gfx::Rect content = contentRect();
+    if (!forgiving() || cutsAtPicture()) return content;
+    gfx::Rect whole = content;
+    for (const ToolRef& tool : *_tools) {
+        const gfx::Rect shape = shapeExtent(*tool).inset(roundingError, roundingError);
+        if (isMosaic(*tool) || shape.isEmpty() || content.contains(shape)) continue;
+        whole = whole.unionWith(withinReach(drawnExtent(*tool)));
+    }
+    return whole;
+}
+
 bool MDrawView::refreshContextRect() {
     if (_isTakingBack) return false;
     const gfx::Rect old = _ctxRect;
@@ -62,7 +79,7 @@ bool MDrawView::refreshContextRect() {
                                   environment.localizedString("面积不能超过2K"),
                                   {environment.localizedString("我知道了")},
                                   {}});
-        // Once: what is undone may leave the content as large, for vertices are in no snapshot.
+        // Once: what is undone may leave the content as large, where vertices are in no snapshot.
         const ui::FlagScope takingBack(_isTakingBack);
         _undoManager->undo();
         return false;

@@ -234,7 +234,7 @@ gfx::ImageRef MDrawView::exportImage() {
     // Points of the screen for one of the canvas.
     const double points = _picture.hasBasis() ? _picture.fittingScale() : 1;
     // Letting go of the selection may have changed its geometry, so that ctxRect() is not asked.
-    const gfx::Rect content = gfx::AffineTransform::scaling(points, points).apply(contentRect());
+    const gfx::Rect content = gfx::AffineTransform::scaling(points, points).apply(exportedRect());
     const gfx::Rect whole = grownToPixels(content, scale);
     const auto surface = environment.device().makeSurface(whole.size, scale, true);
     if (!surface) return nullptr;
@@ -263,7 +263,7 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     const gfx::Rect picture(0, 0, pixels.width, pixels.height);
     constexpr double tolerance = 1e-6;
     const gfx::Rect whole =
-        toPixels.apply(contentRect()).inset(tolerance, tolerance).roundedOut().unionWith(picture);
+        toPixels.apply(exportedRect()).inset(tolerance, tolerance).roundedOut().unionWith(picture);
     const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);
     if (!surface) return nullptr;
     gfx::Context& context = surface->context();

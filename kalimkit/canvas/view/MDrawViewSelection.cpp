@@ -56,14 +56,18 @@ void MDrawView::addToolToSelectedToolsPoint(const ToolRef& tool, gfx::Point p) {
     _handingTools->addSubTool(tool);
     tool->hitOnHandle(p);
     tool->setSelected(true);
+    // Only a finger that has moved has hold of it.
+    if (forgiving() && !_touch.isMoved) tool->setMoveDirection(MoveDirection::None);
     notifySelection();
 }
 
 void MDrawView::removeToolFromSelectedTools(const ToolRef& tool) {
     if (!_handingTools || !_handingTools->containTool(tool)) return;
     const ToolRef kept = tool;  // The caller's reference may be an element of the group's list.
-    endRotationUnderWay();
+    endStepUnderWay();
     if (!_handingTools || !_handingTools->containTool(kept)) return;
+    // What is let go stays as it was drawn.
+    if (forgiving()) kept->setMoveDirection(MoveDirection::None);
     _handingTools->removeSubTool(kept);
     kept->setSelected(false);
     kept->finalize();
@@ -76,6 +80,18 @@ void MDrawView::clearSelection() {
     dropSelection();
     notifySelection();
     redisplay();
+}
+
+void MDrawView::endStepUnderWay() {
+    endDragUnderWay();
+    endRotationUnderWay();
+}
+
+// Whatever breaks a drag off, it has its record; the finger has nothing in hand from then on.
+void MDrawView::endDragUnderWay() {
+    if (!forgiving() || !_handingTools || _touch.dragged != _handingTools) return;
+    _touch.abortTouch = true;
+    finishDrag();
 }
 
 // Ends as a step of its own what the fingers may not go on turning.
@@ -92,6 +108,7 @@ void MDrawView::dropAbsentFromSelection() {
     for (const ToolRef& tool : _handingTools->subTools()) {
         if (!isOnCanvas(tool)) absent.push_back(tool);
     }
+    if (!absent.empty()) _touch.dragged = nullptr;
     if (!absent.empty() && absent.size() == _handingTools->subTools().size()) {
         // Nothing of it is left to be turned.
         if (_rotation.tools == _handingTools) _rotation.isOver = true;
@@ -105,9 +122,10 @@ void MDrawView::dropAbsentFromSelection() {
 
 // Lets go without a word.
 void MDrawView::dropSelection() {
-    endRotationUnderWay();
+    endStepUnderWay();
     const auto dropped = std::exchange(_handingTools, nullptr);
     if (!dropped) return;
+    if (forgiving()) dropped->releaseHandles();
     dropped->setSelected(false);
     dropped->finalize();
 }

@@ -25,6 +25,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
         _touch.downPlace = event.touches.front()->locationIn(this);
         drawDown(invertViewPoint(_touch.downPlace));
     } else if (isSelectionValid() || drawsClass(MDrawText::Class())) {
+        endDragUnderWay();
         deleteCurrentHandlingTool();
     } else if (isBeingCreated()) {
         drawUp(lastMovePoint());
@@ -138,6 +139,7 @@ void MDrawView::drawDown(gfx::Point p) {
     _touch.abortTouch = endTypingByTouch();
     if (_touch.abortTouch) return redisplay();
     _touch.isMoved = false;
+    _touch.dragged = nullptr;
     _touch.lastMouseDownPoint = p;
     _touch.lastTakenPoint = p;
     _touch.lastMouseMovePoint = {};
@@ -191,9 +193,9 @@ void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
             _touch.inHandleLastSeletedTools = true;
         }
     }
-    if (isSelectionValid()) {
-        _touch.lastTakenPoint = _handingTools->tryMovePointEndPoint(from, to);
-    }
+    if (!isSelectionValid()) return;
+    _touch.dragged = _handingTools;
+    _touch.lastTakenPoint = _handingTools->tryMovePointEndPoint(from, to);
 }
 
 void MDrawView::drawUp(gfx::Point p) {
@@ -261,6 +263,7 @@ void MDrawView::endCreation() {
 }
 
 void MDrawView::finishDrag() {
+    _touch.dragged = nullptr;
     if (!_handingTools) return;
     const std::shared_ptr<MDrawMutableSelect> selection = _handingTools;
     selection->stopMoveHandle();
@@ -272,6 +275,7 @@ void MDrawView::finishDrag() {
 }
 
 void MDrawView::finishTap(gfx::Point p) {
+    if (forgiving() && _handingTools) _handingTools->releaseHandles();
     const ToolRef tool = testHitTestSelectTool(p);
     if (!tool && makesDot()) {
         makeDot(p);
@@ -354,12 +358,15 @@ void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
     const auto alive = self();
     const bool isEnding = state == ui::GestureState::Ended ||
                           state == ui::GestureState::Cancelled || state == ui::GestureState::Failed;
-    const bool isOver = state == ui::GestureState::Began ? false : _rotation.isOver;
+    // The first of turn and pinch that is recognised keeps the fingers.
+    const bool isOver = (state != ui::GestureState::Began && _rotation.isOver) ||
+                        (_zoom.isPinching() && !_rotation.holdsFingers);
+    const bool mayTurn = !isOver && std::isfinite(rotation) && enableGesture() &&
+                         isSelectionValid() && _handingTools->isSupportGestureRotate();
     _rotation.isOver = isOver && !isEnding;
-    if (isOver || !std::isfinite(rotation) || !enableGesture() || !isSelectionValid() ||
-        !_handingTools->isSupportGestureRotate()) {
-        return;
-    }
+    _rotation.holdsFingers = mayTurn && !isEnding;
+    if (!mayTurn) return;
+    if (forgiving() && _rotation.tools != _handingTools) _handingTools->beginRotation();
     if (isEnding) {
         endRotation(rotation);
     } else if (state == ui::GestureState::Changed) {

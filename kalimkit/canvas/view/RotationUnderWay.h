@@ -12,8 +12,10 @@ struct RotationUnderWay {
     std::shared_ptr<MDrawMutableSelect> tools;
     // So far, radians.
     double angle = 0;
-    // The gesture goes on, but what it turned has been let go.
+    // The gesture goes on, but what it turned has been let go, or the fingers pinch instead.
     bool isOver = false;
+    // The fingers turn the selection, and so do not pinch.
+    bool holdsFingers = false;
 };
 
 }  // namespace kalim

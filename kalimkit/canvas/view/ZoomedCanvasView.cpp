@@ -215,7 +215,7 @@ void ZoomedCanvasView::addViewGestures() {
 void ZoomedCanvasView::handlePinchGesture(ui::GestureState state, double scale, gfx::Point focus) {
     if (!std::isfinite(scale) || !(scale > 0)) return;
     const auto alive = shared_from_this();
-    if (state == ui::GestureState::Began && mayMoveView()) {
+    if (state == ui::GestureState::Began && mayZoomView()) {
         beginViewGesture();
         _zoom.beginPinch();
     }

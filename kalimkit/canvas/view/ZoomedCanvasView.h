@@ -91,6 +91,7 @@ protected:
                std::function<void(ui::GestureState)> handle);
     void addViewGestures();
     virtual bool mayMoveView() const { return _enableGesture; }
+    virtual bool mayZoomView() const { return mayMoveView(); }
     virtual void viewGestureDidBegin() {}
     virtual void viewGestureDidEnd() {}
 
