@@ -298,6 +298,51 @@ test('the keys work once a picture was opened from what it contains', async () =
   assert.equal(await page.evaluate(() => window.first.tool), 'ellipse');
 });
 
+test('no way out of the editor shows what is being hidden', async () => {
+  const exits = ['interface', 'screen', 'Enter', 'ctrl+s', 'ctrl+c', 'finger'];
+  const contrasts = await page.evaluate(async (names) => {
+    const picture = new ImageData(390, 400);
+    picture.data.forEach((_, i) => {
+      picture.data[i] = i % 4 === 3 || (i >> 2) % 4 < 2 ? 255 : 0;
+    });
+    const element = window.first;
+    element.addEventListener('kalim-finish', (event) => event.preventDefault());
+    const finished = () => new Promise((done) =>
+      element.addEventListener('kalim-finish', ({ detail }) => done(detail.blob), { once: true }));
+    const copied = () => new Promise((done) => {
+      navigator.clipboard.write = async ([item]) => done(await item.getType('image/png'));
+    });
+    const exit = {
+      interface: () => element.exportImage(),
+      screen: () => element.exportImage({ screenSize: true }),
+      Enter: (press) => [finished(), press({ key: 'Enter' })][0],
+      'ctrl+s': (press) => [finished(), press({ key: 's', ctrlKey: true })][0],
+      'ctrl+c': (press) => [copied(), press({ key: 'c', ctrlKey: true })][0],
+      finger: (press, point) => [finished(), point('down', 8, 365, 32), point('up', 8, 365, 32)][0],
+    };
+    const found = {};
+    for (const name of names) {
+      await element.open(picture);
+      element.setTool('mosaic');
+      await window.watched.frames(40);
+      const canvas = element.shadowRoot.querySelector('canvas');
+      const press = (keys) => canvas.dispatchEvent(new KeyboardEvent('keydown', { ...keys, cancelable: true }));
+      const point = (phase, pointerId, clientX, clientY) => canvas.dispatchEvent(new PointerEvent(`pointer${phase}`,
+        { pointerId, clientX, clientY, pointerType: 'touch', bubbles: true }));
+      point('down', 7, 100, 200);
+      for (let x = 110; x <= 300; x += 10) point('move', 7, x, 200);
+      const bitmap = await createImageBitmap(await exit[name](press, point));
+      point('up', 7, 300, 200);
+      const pixels = new OffscreenCanvas(390, 1).getContext('2d');
+      pixels.drawImage(bitmap, 0, bitmap.height / 2, bitmap.width, 1, 0, 0, 390, 1);
+      const levels = [...pixels.getImageData(150, 0, 90, 1).data].filter((_, i) => i % 4 === 0);
+      found[name] = Math.max(...levels) - Math.min(...levels);
+    }
+    return found;
+  }, exits);
+  for (const name of exits) assert.ok(contrasts[name] < 60, `${name}: ${contrasts[name]} levels`);
+});
+
 test('the bars keep out of the camera and the corners of a screen', { skip: browserName !== 'chromium' }, async () => {
   const topOf = async (margin) => {
     await page.goto('/tests/embed.html');
