@@ -32,11 +32,20 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
 EOF
 }
 
+# Runs a command of a stage, for so many seconds at most. Then, or when the tests are interrupted, it is
+# ended with all that it has started.
+patience=${KALIM_STAGE_PATIENCE-2700}
+within() (
+    timeout --kill-after=30 "$patience" "$@" &
+    trap 'kill -TERM $! 2> /dev/null' INT TERM
+    wait $!
+)
+
 # check NAME COMMAND...: one check; its output is shown when it fails.
 check() {
     local name=$1 output
     shift
-    if output=$("$@" 2>&1); then
+    if output=$(within "$@" 2>&1); then
         passed=$((passed + 1))
         echo "ok: $name${output:+ - ${output##*$'\n'}}"
     else
@@ -71,7 +80,7 @@ stage_scripts() {
 build_status=
 build_ci() {
     if [[ -z $build_status ]]; then
-        tools/compile ci
+        within tools/compile ci
         build_status=$?
     fi
     return "$build_status"
@@ -106,7 +115,7 @@ stage_unit() {
         echo 'FAILED: there is no test program'
         return
     fi
-    tools/run-tests build/ci/results "${programs[@]}" > "$results"
+    within tools/run-tests build/ci/results "${programs[@]}" > "$results"
     sed '$d' "$results"
     read -r -a counts < <(tail -n 1 "$results")
     passed=$((passed + counts[0]))
@@ -116,7 +125,7 @@ stage_unit() {
 # count_of SCRIPT [ARGUMENT...]: runs a script of tests and takes over the counts of its last line.
 count_of() {
     local output counts
-    output=$("$@")
+    output=$(within "$@")
     [[ $output != *$'\n'* ]] || printf '%s\n' "${output%$'\n'*}"
     read -r -a counts <<< "${output##*$'\n'}"
     if [[ ${counts[*]} == *passed,*failed ]]; then
@@ -137,20 +146,19 @@ stage_install() {
     count_of tests/install/run
 }
 
-compile_and_draw() {
-    tools/compile wasm && tests/seam/run
-}
-
 stage_seam() {
-    check 'the core compiles for WebAssembly and draws a tool' compile_and_draw
+    check 'the core compiles for WebAssembly' tools/compile wasm
+    check 'it draws a tool there' tests/seam/run
 }
 
 compile_for_browser() {
-    tools/compile ci kalimkit && tools/compile wasm && tools/web-size build/wasm/page 350
+    check 'the native player compiles' tools/compile ci kalimkit
+    check 'the page compiles' tools/compile wasm
+    check 'the page is small' tools/web-size build/wasm/page 350
 }
 
 stage_browser() {
-    check 'the page and the native player compile' compile_for_browser
+    compile_for_browser
     count_of tests/browser/run chromium
 }
 
@@ -160,7 +168,7 @@ stage_npm() {
 }
 
 stage_browsers() {
-    check 'the page and the native player compile' compile_for_browser
+    compile_for_browser
     count_of tests/browser/run firefox webkit
 }
 
@@ -184,6 +192,7 @@ groups_of() {
 }
 
 main() {
+    trap 'exit 130' INT TERM
     local stage begun stages=("$@") known=" ${default_stages[*]} ${more_stages[*]} "
     case ${1-} in
         -h | --help) help && return ;;

@@ -158,7 +158,7 @@ test('a picture that the page must not read is refused, and the open one stays',
   await open();
   const answer = await page.evaluate(async () => {
     const picture = new Image();
-    picture.src = `http://localhost:${location.port}/photos/rocket.jpg`;
+    picture.src = `${location.origin.replace('127.0.0.1', '127.0.0.2')}/photos/rocket.jpg`;
     await picture.decode();
     const refusal = await window.editor.open(picture).catch(({ name }) => name);
     return [refusal, (await window.editor.exportImage()).type];

@@ -51,9 +51,14 @@ async function answer(request, response) {
   }
 }
 
-// Of this machine alone. Ends with close().
+// Of this machine alone, at every address that it has for itself, so that a page can meet another origin.
+// Ends with close().
 export async function serve() {
-  const server = createServer(answer).listen(0, '127.0.0.1');
+  const server = createServer(answer);
+  server.on('connection', (socket) => {
+    if (!socket.localAddress.startsWith('127.')) socket.destroy();
+  });
+  server.listen(0, '0.0.0.0');
   await once(server, 'listening');
   return {
     url: `http://127.0.0.1:${server.address().port}`,

@@ -191,7 +191,7 @@ test('what could not be opened is said in its place and in the console, with wha
   assert.match(complaint, /^<kalim-editor> Error: .*none\.png: 404/);
   const remedies = await page.evaluate(async () => {
     const { fetchPicture, moduleError } = await import('/npm/src/loading.js');
-    const [here, other] = ['/photos/coffee.png', 'https://localhost:1/a.png'].map((url) => new URL(url, location));
+    const [here, other] = ['/photos/coffee.png', 'https://127.0.0.1:1/a.png'].map((url) => new URL(url, location));
     const fetched = window.fetch;
     window.fetch = () => Promise.reject(new TypeError('Failed to fetch'));
     const failures = await Promise.all([here, other].map((url) => fetchPicture(url).catch((error) => error)));

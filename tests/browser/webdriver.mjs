@@ -3,6 +3,7 @@
 
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
+import { closeSync, openSync } from 'node:fs';
 import { mkdir, readFile, writeFile } from 'node:fs/promises';
 import { createServer, connect } from 'node:net';
 import { join } from 'node:path';
@@ -10,6 +11,8 @@ import { env } from 'node:process';
 import { setTimeout as pause } from 'node:timers/promises';
 
 const patience = 30000;
+// Of a browser's start, milliseconds.
+const startPatience = 90000;
 const signals = ['SIGINT', 'SIGTERM'];
 const leave = () => process.exit(1);
 
@@ -152,7 +155,7 @@ const browsers = {
       const lines = Object.entries(settings).map((setting) =>
         `user_pref(${setting.map((part) => JSON.stringify(part)).join()});\n`);
       const profile = join(folder, 'profile');
-      await mkdir(profile);
+      await mkdir(profile, { recursive: true });
       await writeFile(join(profile, 'user.js'), lines.join(''));
       start(['firefox-esr', '--headless', '--marionette', '--remote-allow-system-access',
         '--no-remote', '--profile', profile]);
@@ -182,10 +185,22 @@ const browsers = {
   },
 };
 
-// Returns send(command, parameters), and end(). Fonts are those of a fontconfig file.
-export async function launch(kind, { folder, fonts }) {
+async function within(milliseconds, promise, what) {
+  const inTime = new AbortController();
+  const late = pause(milliseconds, null, { signal: inTime.signal }).then(() => {
+    throw new Error(`${what} took more than ${milliseconds / 1000} s`);
+  });
+  try {
+    return await Promise.race([promise, late]);
+  } finally {
+    inTime.abort();
+    late.catch(() => {});
+  }
+}
+
+// Starts one, and answers with what launch() does.
+async function launchOnce(kind, folder, fonts) {
   const { connect: connectTo, options } = browsers[kind];
-  await mkdir(join(folder, 'downloads'));
   const environment = {
     ...env,
     FONTCONFIG_FILE: fonts,
@@ -193,31 +208,51 @@ export async function launch(kind, { folder, fonts }) {
     // Where WebKit's browser looks for settings and for a place for downloads.
     HOME: folder,
   };
+  const words = join(folder, 'driver-log');
+  const log = openSync(words, 'w');
   let program;
   const kill = () => {
     // All that it has started, too.
     try {
-      process.kill(-program.pid);
+      if (program) process.kill(-program.pid);
     } catch (error) {
       if (error.code !== 'ESRCH') throw error;
     }
   };
-  const start = ([name, ...words]) => {
-    program = spawn(name, words, { env: environment, stdio: 'ignore', detached: true });
+  const start = ([name, ...parameters]) => {
+    program = spawn(name, parameters, { env: environment, stdio: ['ignore', log, log], detached: true });
     process.once('exit', kill);
     for (const signal of signals) process.once(signal, leave);
   };
-  const connection = await connectTo(start, folder);
-  await connection.send('NewSession', {
-    capabilities: { alwaysMatch: { timeouts: { script: 300000 }, ...options(folder) } },
-  });
-  return {
-    send: (command, parameters) => connection.send(command, parameters),
-    async end() {
-      await connection.quit();
-      kill();
-      process.off('exit', kill);
-      for (const signal of signals) process.off(signal, leave);
-    },
+  const forget = () => {
+    kill();
+    process.off('exit', kill);
+    for (const signal of signals) process.off(signal, leave);
   };
+  try {
+    const connection = await within(startPatience, connectTo(start, folder), `The start of ${kind}`);
+    await within(startPatience, connection.send('NewSession', {
+      capabilities: { alwaysMatch: { timeouts: { script: 300000 }, ...options(folder) } },
+    }), `A session with ${kind}`);
+    return {
+      send: (command, parameters) => connection.send(command, parameters),
+      async end() {
+        await connection.quit();
+        forget();
+      },
+    };
+  } catch (error) {
+    forget();
+    const said = (await readFile(words, 'utf8')).split('\n').slice(-20).join('\n');
+    throw new Error(`${error.message}; the driver said:\n${said}`, { cause: error });
+  } finally {
+    closeSync(log);
+  }
+}
+
+// Returns send(command, parameters), and end(). Fonts are those of a fontconfig file. A start that
+// fails is tried once more.
+export async function launch(kind, { folder, fonts }) {
+  await mkdir(join(folder, 'downloads'));
+  return launchOnce(kind, folder, fonts).catch(() => launchOnce(kind, folder, fonts));
 }
