@@ -56,7 +56,7 @@ test('each finished step is told at its end, and nothing before', async () => {
     assert.deepEqual(changes.map(({ count, dirty: isDirty }) => [count, isDirty]), [[1, true]], what);
   }
   await page.evaluate(() => window.first.setTool('text'));
-  await drag([80, 320]);
+  await drag([80, 270]);
   await page.type('note');
   assert.deepEqual(await told('kalim-change'), []);
   await page.press('Escape');
@@ -329,10 +329,10 @@ test('no way out of the editor shows what is being hidden', async () => {
       const press = (keys) => canvas.dispatchEvent(new KeyboardEvent('keydown', { ...keys, cancelable: true }));
       const point = (phase, pointerId, clientX, clientY) => canvas.dispatchEvent(new PointerEvent(`pointer${phase}`,
         { pointerId, clientX, clientY, pointerType: 'touch', bubbles: true }));
-      point('down', 7, 100, 200);
-      for (let x = 110; x <= 300; x += 10) point('move', 7, x, 200);
+      point('down', 7, 100, 150);
+      for (let x = 110; x <= 300; x += 10) point('move', 7, x, 100 + x / 2);
       const bitmap = await createImageBitmap(await exit[name](press, point));
-      point('up', 7, 300, 200);
+      point('up', 7, 300, 250);
       const pixels = new OffscreenCanvas(390, 1).getContext('2d');
       pixels.drawImage(bitmap, 0, bitmap.height / 2, bitmap.width, 1, 0, 0, 390, 1);
       const levels = [...pixels.getImageData(150, 0, 90, 1).data].filter((_, i) => i % 4 === 0);
@@ -351,6 +351,7 @@ test('the bars keep out of the camera and the corners of a screen', { skip: brow
       window.kept.style.marginTop = `${given}px`;
     }, margin);
     await page.waitFor(() => window.kept.shadowRoot.querySelector('#mirror [aria-label=Close]'));
+    await rest();
     return page.evaluate(() => parseFloat(window.kept.shadowRoot.querySelector('#mirror [aria-label=Close]').style.top));
   };
   const plain = await topOf(0);

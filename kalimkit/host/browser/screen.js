@@ -22,6 +22,7 @@ export class Screen {
   #told = null;
   #listening = new AbortController();
   #observer;
+  #pageObserver = new ResizeObserver(() => this.#resized());
 
   // target: resized(), keyboardMoved(), and restored() when everything has to be drawn again.
   constructor(element, target) {
@@ -65,9 +66,11 @@ export class Screen {
         .addEventListener('change', watchScale, { once: true, signal });
     };
     watchScale();
-    // The insets are of the window, so they also change with the place in it.
+    // The insets are of the window, so they also change with the place in it: what pushes the element
+    // through the page scrolls something, or makes the page longer or shorter.
+    this.#pageObserver.observe(document.documentElement);
     for (const type of ['resize', 'scroll']) {
-      window.addEventListener(type, () => this.#resized(), { signal, passive: true });
+      window.addEventListener(type, () => this.#resized(), { signal, passive: true, capture: true });
     }
     for (const type of ['resize', 'scroll']) {
       window.visualViewport?.addEventListener(type, () => this.#target.keyboardMoved(), { signal });
@@ -79,6 +82,7 @@ export class Screen {
   stop() {
     this.#listening.abort();
     this.#observer?.disconnect();
+    this.#pageObserver.disconnect();
   }
 
   // Brings a rectangle of a surface, pixels, to the screen.
