@@ -9,25 +9,27 @@ namespace kalim {
 
 namespace {
 
-gfx::Rect extentWith(MDrawTool& tool, gfx::ExtentContext::Shadows shadows) {
+gfx::Rect extentWith(MDrawTool& tool, double scale, gfx::ExtentContext::Shadows shadows) {
     gfx::ExtentContext context(ui::Environment::current().device(), shadows);
+    const auto toSurface = gfx::AffineTransform::scaling(scale, scale);
+    context.concat(toSurface);
     tool.draw(context);
     tool.drawMeasurement(context);
-    return context.extent();
+    return toSurface.inverted().apply(context.extent());
 }
 
 }  // namespace
 
-gfx::Rect drawnExtent(MDrawTool& tool) {
+gfx::Rect drawnExtent(MDrawTool& tool, double scale) {
     // Patches are painted by the canvas.
     if (isMosaic(tool)) return tool.frame();
-    return extentWith(tool, gfx::ExtentContext::Shadows::Counted);
+    return extentWith(tool, scale, gfx::ExtentContext::Shadows::Counted);
 }
 
 gfx::Rect shapeExtent(MDrawTool& tool) {
     const bool isText = tool.toolClass().isKindOf(MDrawText::Class());
     if (isMosaic(tool) || isText) return tool.frame();
-    return extentWith(tool, gfx::ExtentContext::Shadows::LeftOut);
+    return extentWith(tool, 1, gfx::ExtentContext::Shadows::LeftOut);
 }
 
 }  // namespace kalim

@@ -15,9 +15,24 @@ CanvasLayers::Layer layerOf(const MDrawTool& tool) {
     return isMosaic(tool) ? CanvasLayers::Ground : CanvasLayers::Items;
 }
 
+// View points per canvas point; 1 while nothing can be seen.
+double layerScale(const CanvasLayers& layers) {
+    const double scale = layers.toView().largestStretch();
+    return scale > 0 ? scale : 1;
+}
+
+// Whether the layers show the canvas at another scale than before.
+bool rescale(CanvasLayers& layers, gfx::Size size, const gfx::AffineTransform& toView) {
+    const double before = layerScale(layers);
+    layers.setView(size, ui::Environment::current().screen().scale, toView);
+    return layerScale(layers) != before;
+}
+
 }  // namespace
 
-MDrawView::MDrawView() : _drawn({drawnExtent, layerOf}) {}
+MDrawView::MDrawView()
+    : _drawn(
+          {[this](MDrawTool& tool) { return drawnExtent(tool, layerScale(_layers)); }, layerOf}) {}
 
 MDrawView::~MDrawView() = default;
 
@@ -73,8 +88,10 @@ const ToolList& MDrawView::createdTools() {
 // Finds out what has to be drawn again, in the layers and on the screen.
 void MDrawView::updateLayers() {
     sweepChangedTools();
-    if (!isViewMoving()) {
-        _layers.setView(bounds().size, ui::Environment::current().screen().scale, mViewTransform());
+    // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
+    if (!isViewMoving() && rescale(_layers, bounds().size, mViewTransform())) {
+        _drawn.forget();
+        setNeedsDisplay();
     }
     if (_handingTools) scaleForScreen(*_handingTools);
     const DrawnTools::Stale stale = _drawn.update(*_tools, selectionOnCanvas(), createdTools());

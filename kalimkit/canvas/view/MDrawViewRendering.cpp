@@ -193,13 +193,18 @@ void MDrawView::drawMosiacTools(gfx::Context& context, const DrawnPicture& pictu
                                                          picture.rect);
         }
     };
+    // Rims that rest in the ground know nothing of live patches, which have theirs over it and may
+    // be dragged away at any time.
+    const auto isLaid = [&](const MDrawMosiac& patch) {
+        return patch.isHiding() &&
+               (isWanted(patch) || _drawn.isDrawnIn(patch, CanvasLayers::Ground, patch.frame()));
+    };
     const double width = rimWidth(picture, toDevicePixels(context));
     for (const ToolRef& tool : *_tools) {
         if (!(width > 0) || !isMosaic(*tool) || !isWanted(*tool)) continue;
         if (!static_cast<MDrawMosiac&>(*tool).isHiding()) continue;
-        drawRim(context, picture, tool->frame(), width, [&](gfx::Context& pixels) {
-            draw(pixels, [](const MDrawMosiac& patch) { return patch.isHiding(); });
-        });
+        drawRim(context, picture, tool->frame(), width,
+                [&](gfx::Context& pixels) { draw(pixels, isLaid); });
     }
     draw(context, isWanted);
 }
