@@ -1,10 +1,9 @@
 #include "tests/random/CanvasWatch.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
-#include "kalimkit/canvas/view/ToolClasses.h"
-#include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/ui/view/Window.h"
 
@@ -30,9 +29,9 @@ std::vector<Entry> entriesOf(const ToolList& stack) {
     return entries;
 }
 
-// Drawing fits a text's box and font to each other, after the record and the content's measuring.
-bool isText(const MDrawTool& tool) {
-    return tool.toolClass().isKindOf(MDrawText::Class());
+std::array<const ToolList*, 2> stacksOf(MDrawView& canvas) {
+    const MUndoManager& manager = canvas.undoManager();
+    return {&manager.undoTools(), &manager.redoTools()};
 }
 
 std::string namesOf(const ToolList& tools) {
@@ -49,16 +48,13 @@ std::string namesOf(const std::vector<Entry>& entries) {
     return names.empty() ? "nothing" : names;
 }
 
-bool isUnderWay(const ui::GestureRecognizer& recognizer) {
-    return recognizer.state() == ui::GestureState::Began ||
-           recognizer.state() == ui::GestureState::Changed;
-}
-
 }  // namespace
 
 void CanvasWatch::willPlay() {
     _before = {};
     _before.tools = _canvas.tools();
+    for (const ToolList* stack : stacksOf(_canvas))
+        _before.entries.insert(stack->begin(), stack->end());
     for (const ToolRef& tool : _before.tools) {
         if (tool->isNewBuild()) {
             _before.created.insert(tool);
@@ -76,22 +72,19 @@ void CanvasWatch::willPlay() {
     _before.isFingerDown = !_canvas.window()->activeTouches().empty();
 }
 
-std::optional<std::string> CanvasWatch::didPlay(const JsonValue& step) {
-    auto& environment = static_cast<HeadlessEnvironment&>(ui::Environment::current());
-    _alerts = environment.takeAlerts().size();
+CanvasWatch::Fault CanvasWatch::didPlay(const JsonValue& step) {
+    _alerts = takeAlerts();
     _hasTakenBack = _hasTakenBack || _alerts > 0;
     noteUnrecorded(step);
     noteLetGo();
     Fault fault;
     follow(step, fault);
-    const JsonValue* seconds = step.find("wait");
-    _quietTime = seconds && isQuiet() ? _quietTime + *seconds->number() : 0;
+    countQuietTime(step);
     return fault ? fault : check();
 }
 
-bool CanvasWatch::isQuiet() const {
-    return _canvas.window()->activeTouches().empty() && !_canvas.curEdittingTextTool() &&
-           !isUnderWay(_canvas.rotationGesture());
+bool CanvasWatch::comesBack(const ToolRef& tool) const {
+    return !_model.hasDeletedAfterUndo && !_hasTakenBack && !_unrecorded.contains(tool);
 }
 
 // A second finger, a call in the middle of a drag and a rotation that is refused or broken off
@@ -123,6 +116,7 @@ void CanvasWatch::noteLetGo() {
 
 void CanvasWatch::follow(const JsonValue& step, Fault& fault) {
     const JsonValue* call = step.find("call");
+    _stepsHistory = false;
     if (step.find("picture")) {
         _model.reset();
         _unrecorded.clear();
@@ -133,14 +127,15 @@ void CanvasWatch::follow(const JsonValue& step, Fault& fault) {
 
 // Whether the call is one whose effect is known beforehand.
 bool CanvasWatch::followCall(const std::string& name, const JsonValue& step) {
-    if (name == "undo" || name == "redo") {
+    _stepsHistory = name == "undo" || name == "redo";
+    if (_stepsHistory) {
         followHistory(name == "undo");
     } else if (name == "clearTools") {
         _model.reset();
         _unrecorded.clear();
     } else if (name == "deleteSelectedTools") {
         if (_before.selection) _model.remove(*_before.selection);
-        followEndOfRotation(0);
+        followEndOfRotation(1);
     } else if (name.starts_with("setDraw")) {
         // The canvas still has what it had: the call's own values are compared with the members'.
         if (changesSelection(name, *step.find("args")->array())) record(*_before.selection);
@@ -155,9 +150,7 @@ void CanvasWatch::followHistory(bool isUndo) {
     for (const ToolRef& tool : _before.invalid)
         _model.forget(tool);
     followUnfinished();
-    const bool canStep = isUndo ? !_model.undoStack.empty() : !_model.redoStack.empty();
-    const int change = canStep ? (isUndo ? -1 : 1) : 0;
-    followEndOfRotation(static_cast<std::size_t>(change));
+    followEndOfRotation(0);
     if (!(isUndo ? _model.undo() : _model.redo())) return;
     for (const ToolRef& tool : (isUndo ? _model.redoStack : _model.undoStack).back().members)
         _unrecorded.erase(tool);
@@ -186,11 +179,12 @@ void CanvasWatch::followUnfinished() {
 
 // A selection that is dropped while it is being turned is recorded first.
 void CanvasWatch::followEndOfRotation(std::size_t recordsToCome) {
-    const std::size_t expected = _model.undoStack.size() + recordsToCome;
-    const bool isRecorded = _canvas.undoManager().undoTools().size() == expected + 1;
-    if (isRecorded && _before.selection && isUnderWay(_canvas.rotationGesture())) {
-        record(*_before.selection);
-    }
+    if (!_before.selection || !isTurning()) return;
+    std::size_t records = 0;
+    for (const ToolList* stack : stacksOf(_canvas))
+        records += static_cast<std::size_t>(std::ranges::count_if(
+            *stack, [this](const ToolRef& entry) { return !_before.entries.contains(entry); }));
+    if (records > recordsToCome) record(*_before.selection);
 }
 
 bool CanvasWatch::changesSelection(const std::string& name,
@@ -218,10 +212,10 @@ bool CanvasWatch::changesSelection(const std::string& name,
 }
 
 void CanvasWatch::record(const Entry& entry) {
-    const bool isTakenBack = _alerts > 0;
-    _model.record(entry, [isTakenBack](MDrawTool& tool) -> std::optional<Feature> {
+    const bool isStepped = _alerts > 0 || _stepsHistory;
+    _model.record(entry, [isStepped](MDrawTool& tool) -> std::optional<Feature> {
         if (!tool.isDrawVaild()) return std::nullopt;
-        const bool hasChangedSince = isTakenBack || isText(tool);
+        const bool hasChangedSince = isStepped || isText(tool);
         return hasChangedSince ? *tool.undoMgr().featureList().back() : tool.getFeature();
     });
     for (const ToolRef& tool : entry.members)
@@ -287,13 +281,11 @@ CanvasWatch::Fault CanvasWatch::check() const {
     if (Fault fault = checkStacks()) return fault;
     for (const ToolRef& tool : _canvas.tools()) {
         if (Fault fault = checkHistory(tool)) return fault;
-        if (!isQuiet()) continue;
+        if (!isQuiet() || tool->isNewBuild()) continue;
         if (Fault fault = checkResting(tool)) return fault;
     }
-    if (isAtRest() && _canvas.handingTool()) {
-        return "the canvas still holds " + _canvas.handingTool()->name() + " as being made";
-    }
-    return isQuiet() ? checkContent() : std::nullopt;
+    if (Fault fault = checkNothingIsMade()) return fault;
+    return isQuiet() ? checkContent(_unrecorded) : std::nullopt;
 }
 
 CanvasWatch::Fault CanvasWatch::checkStacks() const {
@@ -330,10 +322,6 @@ CanvasWatch::Fault CanvasWatch::checkHistory(const ToolRef& tool) const {
 }
 
 CanvasWatch::Fault CanvasWatch::checkResting(const ToolRef& tool) const {
-    if (tool->isNewBuild()) {
-        if (isAtRest()) return tool->name() + " is still being made";
-        return std::nullopt;
-    }
     if (_unrecorded.contains(tool)) return std::nullopt;
     const Feature* expected = _model.current(tool);
     if (!expected) return tool->name() + " is on the canvas without a record";
@@ -341,19 +329,6 @@ CanvasWatch::Fault CanvasWatch::checkResting(const ToolRef& tool) const {
     const bool isFitted = isText(*tool) && (key == "box" || key == "MDrawText-fontSize");
     if (key && !isFitted) {
         return tool->name() + " has another " + *key + " than its record";
-    }
-    return std::nullopt;
-}
-
-// Rotations are kept in single precision, so an extent may lie a little beyond.
-CanvasWatch::Fault CanvasWatch::checkContent() const {
-    const gfx::Rect room = _canvas.ctxRect().inset(-0.001, -0.001);
-    for (const ToolRef& tool : _canvas.tools()) {
-        if (tool->isNewBuild() || isMosaic(*tool) || isText(*tool)) continue;
-        if (_unrecorded.contains(tool)) continue;
-        if (!room.contains(tool->frameIncludeLineWidth())) {
-            return tool->name() + " reaches beyond ctxRect";
-        }
     }
     return std::nullopt;
 }

@@ -4,39 +4,29 @@
 #include <set>
 #include <string>
 
-#include "kalimkit/canvas/view/MDrawView.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "tests/random/StepWatch.h"
 #include "tests/random/UndoModel.h"
 
 namespace kalim::test {
 
-// Follows the steps of a scenario and tells what the canvas got wrong. What calls do it works out
+// Follows the steps of a scenario on a canvas that is not forgiving. What calls do it works out
 // beforehand; of fingers, keys and time it lets the canvas say which tool came, went or was
 // recorded, and holds all that must follow from that against the model of the undo.
-class CanvasWatch {
+class CanvasWatch : public StepWatch {
 public:
-    // The canvas must be new, and outlive the watch.
-    explicit CanvasWatch(MDrawView& canvas) : _canvas(canvas) {}
+    explicit CanvasWatch(MDrawView& canvas) : StepWatch(canvas) {}
 
-    // Around every step. The answer is what is wrong, one sentence.
-    void willPlay();
-    std::optional<std::string> didPlay(const JsonValue& step);
-
-    const UndoModel& model() const { return _model; }
-    // Moved by a gesture that broke off without a record; they may differ from their history.
-    const std::set<ToolRef>& unrecorded() const { return _unrecorded; }
-    // Fingers, texts and freehand drawings have had the time to come to rest.
-    bool isAtRest() const { return isQuiet() && _quietTime >= 3; }
-    // Content was taken back because it grew too large.
-    bool hasTakenBack() const { return _hasTakenBack; }
+    void willPlay() override;
+    Fault didPlay(const JsonValue& step) override;
+    bool comesBack(const ToolRef& tool) const override;
 
 private:
-    using Fault = std::optional<std::string>;
-
     // What the canvas had before the step.
     struct Before {
         ToolList tools;
         ToolList invalid;
+        // Of both stacks.
+        std::set<ToolRef> entries;
         std::set<ToolRef> created;
         std::optional<UndoModel::Entry> selection;
         // What the selected tools look like, in that order.
@@ -61,18 +51,17 @@ private:
     Fault checkStacks() const;
     Fault checkHistory(const ToolRef& tool) const;
     Fault checkResting(const ToolRef& tool) const;
-    Fault checkContent() const;
-    bool isQuiet() const;
     void noteUnrecorded(const JsonValue& step);
     void noteLetGo();
 
-    MDrawView& _canvas;
     UndoModel _model;
     Before _before;
     std::size_t _alerts = 0;
+    // An undo or redo: what it recorded before it stepped may look otherwise by now.
+    bool _stepsHistory = false;
+    // Content was taken back because it grew too large.
     bool _hasTakenBack = false;
-    // Seconds.
-    double _quietTime = 0;
+    // Moved by a gesture that broke off without a record; they may differ from their history.
     std::set<ToolRef> _unrecorded;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
@@ -22,11 +23,22 @@ std::string ScenarioDriver::nextLine() {
         {10, &ScenarioDriver::tapTool},       {8, &ScenarioDriver::twoFingers},
         {4, &ScenarioDriver::rotate},         {8, &ScenarioDriver::wait},
         {27, &ScenarioDriver::callSomething}, {2, &ScenarioDriver::startAnew}};
+    if (!std::exchange(_hasBegun, true)) choosePoints();
     const bool interrupts = !_lines.empty() && happens(4);
     if (interrupts) {
         std::deque<JsonValue::Object> later;
         later.swap(_lines);
-        happens(50) ? wait() : callSomething();
+        switch (below(5)) {
+            case 0:
+                exportPicture();
+                break;
+            case 1:
+            case 2:
+                wait();
+                break;
+            default:
+                callSomething();
+        }
         _lines.insert(_lines.end(), later.begin(), later.end());
     } else if (_lines.empty() && _canvas.curEdittingTextTool() && happens(60)) {
         typeText();
@@ -41,6 +53,12 @@ std::string ScenarioDriver::nextLine() {
     const std::string line = dumpJson(_lines.front());
     _lines.pop_front();
     return line;
+}
+
+// Some canvases have the picture's points, and some end with it.
+void ScenarioDriver::choosePoints() {
+    if (happens(20)) call("setCanvasBasis", {MDrawView::usualBasis});
+    if (happens(20)) call("setClipsToPicture", {true});
 }
 
 // ---- fingers
@@ -205,16 +223,38 @@ void ScenarioDriver::changeSettings() {
         case 4:
             return call("setDefualtBackgroundColor", {anyColor()});
         default:
-            return add({{"export", "composite.png"}});
+            return exportPicture();
     }
 }
 
+// Kinds that no finger makes.
+void ScenarioDriver::make() {
+    const std::vector<const char*> kinds{"MDrawPolyline", "MDrawAngle",    "MDrawArc",
+                                         "MDrawComment",  "MDrawFatArrow", "MDrawRoundedRect"};
+    JsonValue::Array places;
+    for (std::uint32_t left = 2 + below(3); left > 0; --left)
+        places.push_back(toJson(anywhere()));
+    add({{"make", oneOf(kinds)}, {"points", std::move(places)}});
+}
+
+void ScenarioDriver::exportPicture() {
+    JsonValue::Object line{{"export", "composite.png"}};
+    if (happens(30)) line.emplace_back("at", "picture");
+    add(std::move(line));
+}
+
 void ScenarioDriver::startAnew() {
-    switch (below(4)) {
+    switch (below(8)) {
         case 0:
-            return add({{"picture", "picture.png"}});
         case 1:
+            return add({{"picture", "picture.png"}});
+        case 2:
+        case 3:
             return call("clearTools");
+        case 4:
+        case 5:
+        case 6:
+            return make();
         default:
             return call("removeInvaildTools");
     }

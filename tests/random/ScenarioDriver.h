@@ -36,6 +36,9 @@ private:
     void changeTools();
     void changeSettings();
     void startAnew();
+    void make();
+    void choosePoints();
+    void exportPicture();
 
     // ---- lines
     void touch(const char* phase, const Points& points);
@@ -59,6 +62,7 @@ private:
     MDrawView& _canvas;
     std::mt19937 _random;
     std::deque<JsonValue::Object> _lines;
+    bool _hasBegun = false;
 };
 
 }  // namespace kalim::test

@@ -8,7 +8,7 @@
 
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
-#include "tests/random/CanvasWatch.h"
+#include "tests/random/StepWatch.h"
 
 namespace kalim::test {
 
@@ -22,7 +22,7 @@ struct Setting {
     // what is wrong, so that faults that build up show only without it.
     bool comparesOften = true;
 
-    static Setting ofSeed(std::uint32_t seed);
+    static Setting ofSeed(std::uint32_t seed, bool isForgiving);
 };
 
 // One scenario on a canvas of its own, checked step by step.
@@ -51,7 +51,7 @@ private:
     std::shared_ptr<gfx::Device> _device;
     std::unique_ptr<ScenarioFiles> _files;
     std::unique_ptr<ScenarioPlayer> _player;
-    std::unique_ptr<CanvasWatch> _watch;
+    std::unique_ptr<StepWatch> _watch;
     std::optional<std::string> _fault;
     Lines _played;
 };

@@ -2,8 +2,11 @@
 // should and that the screen shows what a full redraw shows. What fails is shrunk and left as a
 // scenario.
 //
-//     tests-random [--seeds N] [--steps N] [--first SEED]
+//     tests-random [--seeds N] [--steps N] [--first SEED] [--forgiving yes|no]
 //     tests-random --replay FILE --first SEED     a scenario, on what that seed is played on
+//
+// Every seed is played on a canvas that is not forgiving and on one that is; --forgiving says on
+// which alone.
 
 #include <gtest/gtest.h>
 
@@ -27,10 +30,15 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Options {
-    std::uint32_t seeds = 40;
+    std::uint32_t seeds = 20;
     std::uint32_t steps = 200;
     std::uint32_t first = 1;
     std::string replay;
+    std::string forgiving;
+
+    bool wants(bool isForgiving) const {
+        return forgiving.empty() || isForgiving == (forgiving == "yes");
+    }
 };
 
 Options options;
@@ -39,8 +47,23 @@ Options options;
 // played, so that a crash leaves it, too.
 class RandomSteps : public testing::Test {
 protected:
-    void playSeed(std::uint32_t seed) {
-        const Setting setting = Setting::ofSeed(seed);
+    void play(bool isForgiving) {
+        if (!options.wants(isForgiving)) GTEST_SKIP();
+        if (!options.replay.empty()) return replay(Setting::ofSeed(options.first, isForgiving));
+        for (std::uint32_t seed = options.first; seed < options.first + options.seeds; ++seed)
+            playSeed(seed, Setting::ofSeed(seed, isForgiving));
+    }
+
+    static void replay(const Setting& setting) {
+        ScenarioRun run(setting);
+        std::istringstream lines(readText(options.replay));
+        for (std::string line; std::getline(lines, line) && !run.fault();)
+            EXPECT_TRUE(run.play(line)) << line;
+        run.finish();
+        EXPECT_FALSE(run.fault()) << *run.fault();
+    }
+
+    void playSeed(std::uint32_t seed, const Setting& setting) {
         const fs::path file = _folder.path() / ("seed-" + std::to_string(seed) + ".jsonl");
         Lines lines;
         std::string fault;
@@ -72,10 +95,12 @@ protected:
         screen << " --canvas " << setting.screen.canvas.width << "x" << setting.screen.canvas.height
                << " --scale " << setting.screen.scale;
         if (setting.hasPicture) screen << " --picture picture.png";
+        if (setting.screen.forgiving) screen << " --forgiving";
         ADD_FAILURE() << "seed " << seed << ": " << shrunk.fault << "\n"
                       << text << "cd " << _folder.path().string() << " && kalimkit play "
                       << file.filename().string() << screen.str() << "\ntests-random --replay "
-                      << file.string() << " --first " << seed;
+                      << file.string() << " --first " << seed << " --forgiving "
+                      << (setting.screen.forgiving ? "yes" : "no");
     }
 
     void writePicture() const {
@@ -91,23 +116,21 @@ protected:
 };
 
 TEST_F(RandomSteps, LeaveTheCanvasAndItsUndoInOrder) {
-    if (!options.replay.empty()) {
-        ScenarioRun run(Setting::ofSeed(options.first));
-        std::istringstream lines(readText(options.replay));
-        for (std::string line; std::getline(lines, line) && !run.fault();)
-            EXPECT_TRUE(run.play(line)) << line;
-        run.finish();
-        EXPECT_FALSE(run.fault()) << *run.fault();
-        return;
-    }
-    for (std::uint32_t seed = options.first; seed < options.first + options.seeds; ++seed)
-        playSeed(seed);
+    play(false);
+}
+
+TEST_F(RandomSteps, LeaveAForgivingCanvasAndItsUndoInOrder) {
+    play(true);
 }
 
 bool readOption(const std::string& name, const std::string& value) {
     if (name == "--replay") {
         options.replay = value;
         return true;
+    }
+    if (name == "--forgiving") {
+        options.forgiving = value;
+        return value == "yes" || value == "no";
     }
     std::uint32_t* const number = name == "--seeds"   ? &options.seeds
                                   : name == "--steps" ? &options.steps
