@@ -30,6 +30,30 @@ void prepare(cairo_t* context, const GraphicsState& state, cairo_operator_t blen
     cairo_set_antialias(context, state.antialias ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
 }
 
+// Whether Cairo, which goes along the rows of the target, reads a raster of the size without
+// leaving the processor's cache for each pixel.
+bool isReadAlongRows(const AffineTransform& toDevice, PixelSize size) {
+    constexpr std::int64_t pixelsInCache = 128 * 1024;
+    return toDevice.isScaleAndTranslation() ||
+           std::int64_t{size.width} * size.height <= pixelsInCache;
+}
+
+// Draws the box by pieces.
+template <typename Drawing>
+void inTiles(cairo_t* context, const DeviceBox& box, Drawing draw) {
+    constexpr int side = 128;
+    for (int top = box.top; top < box.bottom; top += side) {
+        for (int left = box.left; left < box.right; left += side) {
+            cairo_save(context);
+            cairo_rectangle(context, left, top, std::min(side, box.right - left),
+                            std::min(side, box.bottom - top));
+            cairo_clip(context);
+            draw();
+            cairo_restore(context);
+        }
+    }
+}
+
 // How far a stroke may reach from its path, in the units that `stretch` leads to.
 double penReach(const GraphicsState& state, double stretch) {
     const double corner = state.lineJoin == LineJoin::Miter ? kMiterLimit : std::numbers::sqrt2;
@@ -112,8 +136,13 @@ void CairoContext::onDrawRaster(const Image& image, const Rect& rect) {
                             CAIRO_EXTEND_PAD)) {
             return;
         }
-        tracePath(context, edge, 1);
-        fillSource(context, state().alpha);
+        const auto fill = [&] {
+            tracePath(context, edge, 1);
+            fillSource(context, state().alpha);
+        };
+        if (isReadAlongRows(rasterToDevice, size)) return fill();
+        inTiles(context, DeviceBox::around(pointBounds(edge, 1)).intersection(clipBox(context)),
+                fill);
     });
 }
 

@@ -156,17 +156,14 @@ void EditImageIntialView::layoutContent() {
     _laidOutSize = bounds().size;
     const gfx::Rect share = cropShare();
     // Not as it is laid out, in whole points: what is not cropped is to stay so.
-    const gfx::PixelSize pixels = _eIScrollView->imageView()->image()->pixelSize();
+    const gfx::Size pixels = _eIScrollView->imageView()->pixelsSeen();
     const bool isMoving = _isAnimating;
     stopContent();
     letGoOfFingers();
     _naturalTopLength = cropNaturalTopLength(startPlacement().imageSize, bounds().size);
     _eIScrollView->setFrame(scrollFrame());
     _cropOriginalFrame = startPlacement().frame;
-    const CropPlacement placement = CropPlacement::settled(
-        {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, share,
-        contentFrame());
-    place(placement);
+    place(CropPlacement::settled(pixels, share, contentFrame()));
     // The end of what was moving, which sees to that, does not come.
     if (const auto overlay = overlayView(); overlay && isMoving)
         overlay->setOverlayLevel(overlayLevelAtRest);
@@ -308,7 +305,9 @@ bool EditImageIntialView::keepsWholePicture() const {
 }
 
 gfx::ImageRef EditImageIntialView::cutImage() const {
-    return MDrawImageUtil::imageFromImageInRect(_eIScrollView->imageView()->image(), cutRect());
+    const gfx::ImageRef turned =
+        MDrawImageUtil::fixOrientation(_eIScrollView->imageView()->image());
+    return MDrawImageUtil::imageFromImageInRect(turned, cutRect());
 }
 
 void EditImageIntialView::saveProperties() {
@@ -376,7 +375,7 @@ void EditImageIntialView::fadeOut() {
 void EditImageIntialView::endEditImageView() {
     _isCropping = false;
     _originalImage = nullptr;
-    _eIScrollView->imageView()->setImage(nullptr);
+    _eIScrollView->imageView()->showPicture(nullptr, 0);
 }
 
 }  // namespace kalim

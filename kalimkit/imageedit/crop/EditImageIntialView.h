@@ -188,7 +188,6 @@ private:
 
     // ---- opening (EditImageIntialViewOpening.cpp)
     void didGetOriginalImage(const gfx::ImageRef& image);
-    gfx::ImageRef reducedForTurns(const gfx::ImageRef& image) const;
     gfx::Rect placeAtOpening(const gfx::ImageRef& image) const;
     void showImage(const gfx::ImageRef& image);
     void makeToolBar();
@@ -226,8 +225,6 @@ private:
     void stopContent();
 
     // ---- turns (EditImageIntialViewTurns.cpp)
-    gfx::ImageRef imageAtOrientation(std::int32_t orientation) const;
-    std::int32_t turnsSinceStart(std::int32_t orientation) const;
     void turnTo(std::int32_t quarterTurns, const gfx::Rect& share, bool animated,
                 Completion completion);
     CropPlacement placementAfter(std::int32_t quarterTurns, const gfx::Rect& share) const;

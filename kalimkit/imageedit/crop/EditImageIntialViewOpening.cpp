@@ -2,8 +2,6 @@
 #include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/crop/EditImageIntialView.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
-#include "kalimkit/imageedit/image/PictureReductions.h"
-#include "kalimkit/ui/loop/Environment.h"
 
 namespace kalim {
 
@@ -32,7 +30,8 @@ void EditImageIntialView::onEditImageWithEditEntrance(const gfx::ImageRef& /*ima
     });
     delegate->getDisplayImage([weakSelf](const gfx::ImageRef& shown, std::int32_t, std::int32_t) {
         const auto view = weakSelf.lock();
-        if (view && shown && !view->_originalImage) view->showImage(shown);
+        if (view && shown && !view->_originalImage)
+            view->showImage(MDrawImageUtil::fixOrientation(shown));
     });
 }
 
@@ -53,20 +52,9 @@ gfx::Rect EditImageIntialView::placeAtOpening(const gfx::ImageRef& image) const 
     return ui::imageRectIn(bounds(), image->size(), ui::ContentMode::AspectFit);
 }
 
-// About as many pixels as the screen has for it. That a turn is a little less sharp is not seen.
-gfx::ImageRef EditImageIntialView::reducedForTurns(const gfx::ImageRef& image) const {
-    constexpr double sharpness = 0.67;
-    const gfx::Rect fitted = ui::imageRectIn(bounds(), image->size(), ui::ContentMode::AspectFit);
-    const double pixels = fitted.size.width * ui::Environment::current().screen().scale;
-    PictureReductions reductions;
-    reductions.take(image);
-    return reductions.atLeast(pixels * sharpness, PictureReductions::Making::Any);
-}
-
 void EditImageIntialView::showImage(const gfx::ImageRef& image) {
     const gfx::Rect place = placeAtOpening(image);
-    _eIScrollView->imageView()->setImage(image);
-    _eIScrollView->imageView()->setReducedImage(reducedForTurns(image));
+    _eIScrollView->imageView()->showPicture(image, 0);
     // What is transparent is seen as on the canvas.
     _eIScrollView->imageView()->setBackgroundColor(gfx::makeColor(1, 1, 1));
     _eIScrollView->setFrame(bounds());

@@ -5,7 +5,6 @@
 #include "kalimkit/canvas/model/MDrawLogUtil.h"
 #include "kalimkit/imageedit/crop/CropRest.h"
 #include "kalimkit/imageedit/crop/EditImageIntialView.h"
-#include "kalimkit/imageedit/image/MDrawImageUtil.h"
 
 namespace kalim {
 
@@ -14,20 +13,6 @@ namespace {
 constexpr double turnDuration = 0.4;
 constexpr double turnVelocity = 0.8;
 constexpr double gridFadeDuration = 0.2;
-
-gfx::Size sizeOf(const gfx::ImageRef& image) {
-    const gfx::PixelSize pixels = image->pixelSize();
-    return {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-}
-
-// An upright raster as it is seen after turns to the left.
-gfx::ImageRef turned(const gfx::ImageRef& image, std::int32_t quarterTurns) {
-    using gfx::ImageOrientation;
-    constexpr ImageOrientation orientations[] = {ImageOrientation::Up, ImageOrientation::Left,
-                                                 ImageOrientation::Down, ImageOrientation::Right};
-    return std::make_shared<gfx::Image>(image->raster(), image->scale(),
-                                        orientations[quarterTurns]);
-}
 
 }  // namespace
 
@@ -135,27 +120,17 @@ void EditImageIntialView::finishTurn(std::int32_t quarterTurns, const gfx::Rect&
 
 CropPlacement EditImageIntialView::placementAfter(std::int32_t quarterTurns,
                                                   const gfx::Rect& share) const {
-    gfx::Size image = sizeOf(_eIScrollView->imageView()->image());
+    gfx::Size image = _eIScrollView->imageView()->pixelsSeen();
     if (quarterTurns != 2) std::swap(image.width, image.height);
     return CropPlacement::settled(image, share, contentFrame());
 }
 
-// The turned picture has its pixels turned, so that frame, zoom and cut need not know of turns.
+// The picture is seen turned from then on, so that frame, zoom and cut need not know of turns; its
+// pixels are turned when they are cut.
 void EditImageIntialView::rotateImageDirectly(bool isBackwards) {
     _currentRotationOrientation = (_currentRotationOrientation + (isBackwards ? 3 : 1)) % 4;
-    const auto& picture = _eIScrollView->imageView();
-    picture->setImage(imageAtOrientation(_currentRotationOrientation));
-    const gfx::ImageRef& reduced = picture->reducedImage();
-    if (reduced)
-        picture->setReducedImage(turned(reduced, turnsSinceStart(_currentRotationOrientation)));
-}
-
-std::int32_t EditImageIntialView::turnsSinceStart(std::int32_t orientation) const {
-    return (orientation - _startRotationOrientation + 4) % 4;
-}
-
-gfx::ImageRef EditImageIntialView::imageAtOrientation(std::int32_t orientation) const {
-    return MDrawImageUtil::fixOrientation(turned(_originalImage, turnsSinceStart(orientation)));
+    _eIScrollView->imageView()->showPicture(
+        _originalImage, (_currentRotationOrientation - _startRotationOrientation + 4) % 4);
 }
 
 // ---- keeping and taking back

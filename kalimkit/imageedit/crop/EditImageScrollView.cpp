@@ -62,10 +62,9 @@ void EditImageScrollView::placeImage(gfx::Size size, double zoomScale, gfx::Poin
 }
 
 CropZoomLimits EditImageScrollView::zoomLimitsFor(gfx::Size frame) const {
-    const gfx::ImageRef& image = _imageView->image();
+    const double pixels = _imageView->pixelsSeen().width;
     const gfx::Size size = _imageView->bounds().size;
-    if (!image || image->pixelSize().width <= 0) return {};
-    return cropZoomLimits(size, frame, size.width / image->pixelSize().width);
+    return pixels > 0 ? cropZoomLimits(size, frame, size.width / pixels) : CropZoomLimits{};
 }
 
 gfx::Point EditImageScrollView::coveringOffset(gfx::Point offset) const {

@@ -7,6 +7,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/imageedit/crop/EditImageCropOverlayView.h"
 #include "kalimkit/imageedit/crop/EditImageOperationDelegate.h"
+#include "kalimkit/imageedit/image/PictureReductions.h"
 #include "kalimkit/ui/control/ImageView.h"
 
 namespace kalim {
@@ -20,10 +21,11 @@ public:
     // The number of the tool that fingers use; -1 for none.
     std::int32_t imageTool() const { return _imageTool; }
     void useImageTool(std::int32_t tool) { _imageTool = tool; }
-    // The same picture with fewer pixels, drawn in its place while the view is being turned, when
-    // each frame samples all that is seen of it anew. Null for none.
-    const gfx::ImageRef& reducedImage() const { return _reducedImage; }
-    void setReducedImage(gfx::ImageRef image) { _reducedImage = std::move(image); }
+    // Shows an upright picture after quarter turns to the left, 0 to 3, as an image of the same
+    // raster in another orientation: its pixels stay where they are. Null for none.
+    void showPicture(const gfx::ImageRef& upright, std::int32_t quarterTurns);
+    // Of the picture as it is seen; empty without one.
+    gfx::Size pixelsSeen() const;
     // Puts the tool down and shows the whole picture without any dimming.
     void onClickCancelBtn();
     // The tool has begun to draw on the picture, or is done with it.
@@ -45,8 +47,15 @@ protected:
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
+    gfx::ImageRef copyFor(const gfx::Context& context, const gfx::Rect& rect);
+    gfx::ImageRef turnedCopy(const gfx::ImageRef& copy);
+
     std::int32_t _imageTool = -1;
-    gfx::ImageRef _reducedImage;
+    // Of the picture before it is turned.
+    PictureReductions _reductions;
+    // The copy that was turned last, and what came of it.
+    gfx::ImageRef _copy;
+    gfx::ImageRef _turnedCopy;
     std::shared_ptr<EditImageCropOverlayView> _overlayView;
     std::weak_ptr<EditImageOperationDelegate> _delegate;
 };

@@ -1,5 +1,7 @@
 #include "kalimkit/imageedit/image/UprightBitmap.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -41,6 +43,30 @@ Walk walkFor(gfx::PixelSize raster, gfx::ImageOrientation orientation) {
     return {};
 }
 
+// What is read and written together stays in the processor's cache, whatever way the walk goes.
+constexpr int tileSide = 32;
+
+struct Corner {
+    int x;
+    int y;
+};
+
+void fillTile(gfx::Bitmap& upright, const gfx::Bitmap& raster, const Walk& walk, Corner corner) {
+    const int right = std::min(corner.x + tileSide, upright.width());
+    const int bottom = std::min(corner.y + tileSide, upright.height());
+    const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(raster.stride());
+    const std::ptrdiff_t step = walk.rightX * std::ptrdiff_t{4} + walk.rightY * stride;
+    for (int y = corner.y; y < bottom; ++y) {
+        const int sourceX = walk.x + corner.x * walk.rightX + y * walk.downX;
+        const int sourceY = walk.y + corner.x * walk.rightY + y * walk.downY;
+        const std::uint8_t* const source =
+            raster.row(sourceY) + static_cast<std::ptrdiff_t>(sourceX) * 4;
+        std::uint8_t* const target = upright.row(y) + static_cast<std::ptrdiff_t>(corner.x) * 4;
+        for (std::ptrdiff_t i = 0; i < right - corner.x; ++i)
+            std::memcpy(target + i * 4, source + i * step, 4);
+    }
+}
+
 }  // namespace
 
 gfx::Bitmap uprightBitmap(const gfx::Bitmap& raster, gfx::ImageOrientation orientation) {
@@ -48,15 +74,9 @@ gfx::Bitmap uprightBitmap(const gfx::Bitmap& raster, gfx::ImageOrientation orien
     const bool exchanged = gfx::exchangesSides(orientation);
     auto upright = gfx::Bitmap::unwritten(exchanged ? raster.height() : raster.width(),
                                           exchanged ? raster.width() : raster.height());
-    for (int y = 0; y < upright.height(); ++y) {
-        std::uint8_t* target = upright.row(y);
-        int sourceX = walk.x + y * walk.downX;
-        int sourceY = walk.y + y * walk.downY;
-        for (int x = 0; x < upright.width(); ++x, target += 4) {
-            std::memcpy(target, raster.row(sourceY) + static_cast<std::ptrdiff_t>(sourceX) * 4, 4);
-            sourceX += walk.rightX;
-            sourceY += walk.rightY;
-        }
+    for (int y = 0; y < upright.height(); y += tileSide) {
+        for (int x = 0; x < upright.width(); x += tileSide)
+            fillTile(upright, raster, walk, {x, y});
     }
     return upright;
 }

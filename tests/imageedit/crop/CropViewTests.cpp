@@ -112,27 +112,40 @@ TEST(EditImageCropToolBarView, ReportsItsButtonsAndTheOneAboveItOnlyWhileThatIsS
     EXPECT_EQ(tap({40, 750}), "rotate ");
 }
 
-TEST(EditImageView, ShowsThePictureWithFewerPixelsOnlyWhileItIsTurned) {
+TEST(EditImageView, ShowsFewerPixelsWhileItIsOnItsWayAndThePixelsThemselvesAtRest) {
+    constexpr int side = 400;
     TestHost host;
-    const auto plain = [&](gfx::Color color) {
-        gfx::Bitmap bitmap(1, 1);
-        bitmap.setColorAt(0, 0, color);
-        return host.environment().device().makeImage(std::move(bitmap), 1,
-                                                     gfx::ImageOrientation::Up);
-    };
-    const auto view = EditImageView::initWithFrame({100, 100, 200, 200});
-    view->overlayView()->setHidden(true);
-    view->setImage(plain({1, 0, 0, 1}));
-    host.window().rootView()->addSubview(view);
-    // As long as there is none, the picture itself is turned.
-    for (const char* const turned : {"#FF0000FF", "#0000FFFF"}) {
-        EXPECT_EQ(hexAt(host, 200, 200), "#FF0000FF");
-        view->setTransform(gfx::AffineTransform::rotation(0.5));
-        EXPECT_EQ(hexAt(host, 200, 200), turned);
-        view->setTransform({});
-        view->setReducedImage(plain({0, 0, 1, 1}));
+    gfx::Bitmap stripes(side, side);
+    for (int i = 0; i < side * side; ++i) {
+        const double shade = i % side % 2;
+        stripes.setColorAt(i % side, i / side, {shade, shade, shade, 1});
     }
-    EXPECT_EQ(hexAt(host, 200, 200), "#FF0000FF");
+    const auto view = EditImageView::initWithFrame({50, 100, 290, 290});
+    view->overlayView()->setHidden(true);
+    view->showPicture(
+        host.environment().device().makeImage(std::move(stripes), 1, gfx::ImageOrientation::Up), 0);
+    host.window().rootView()->addSubview(view);
+    // How much neighbours differ in the middle, where halves of both are averaged to one grey.
+    const auto contrast = [&] {
+        host.window().display();
+        const gfx::BitmapRef seen = host.window().surface()->makeImage()->pixels();
+        double least = 1;
+        double most = 0;
+        for (int x = 180; x < 200; ++x) {
+            for (int y = 230; y < 250; ++y) {
+                least = std::min(least, seen->colorAt(x, y).red);
+                most = std::max(most, seen->colorAt(x, y).red);
+            }
+        }
+        return most - least;
+    };
+    for (int turns = 0; turns < 4; ++turns) {
+        if (turns > 0) view->showPicture(view->image(), turns);
+        EXPECT_GT(contrast(), 0.5) << turns;
+        view->setTransform(gfx::AffineTransform::rotation(0.5));
+        EXPECT_LT(contrast(), 0.02) << turns;
+        view->setTransform({});
+    }
 }
 
 }  // namespace
