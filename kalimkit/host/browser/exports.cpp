@@ -193,6 +193,13 @@ KALIM_EXPORT("offer") void offer(int picture) {
     editor->show();
 }
 
+// Tells why one that was offered cannot be shown; the reason is in the buffer.
+KALIM_EXPORT("refuse") void refuse(int length) {
+    const std::string reason(sharedText(length));
+    if (kalim::EditorKeys* const keys = editor->keys()) keys->refusePicture(reason);
+    editor->show();
+}
+
 KALIM_EXPORT("dismiss") void dismiss() {
     editor->dismiss();
     editor->show();

@@ -127,7 +127,7 @@ export class KalimEditor extends EventTarget {
       return await this.#exchange.offer(picture);
     } catch (error) {
       if (!this.#module.isAlive) throw error;
-      this.#call('offer', 0);
+      this.#call('refuse', this.#module.put(error.message));
       return false;
     }
   }

@@ -38,11 +38,13 @@ bool SdlWindow::Hands::openFile(const std::string& path) {
 
 bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path) {
     if (decoded.error) {
-        std::fprintf(stderr, "%s\n", codec::terminalText(*decoded.error).c_str());
+        const std::string reason = codec::terminalText(*decoded.error);
+        std::fprintf(stderr, "%s\n", reason.c_str());
+        _window.keys()->refusePicture(reason);
+        return false;
     }
     gfx::Device& device = _window.environment().device();
-    gfx::ImageRef image;
-    if (!decoded.error) image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
+    const gfx::ImageRef image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
     // The user may be asked first, and the window may be closed meanwhile.
     const auto tellHost = [weakHands = std::weak_ptr(_window._hands), path](bool isTaken) {
         const auto hands = weakHands.lock();

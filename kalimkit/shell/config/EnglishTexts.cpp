@@ -23,6 +23,8 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"打开新图片？", "Open Another Picture?"},
     {"当前的标注将会丢失", "What has been drawn will be lost"},
     {"打开", "Open"},
+    {"请先完成裁剪", "Finish Cropping First"},
+    {"离开裁剪后才能打开新图片", "Another picture can be opened after that"},
     {"剪贴板不可用", "The Clipboard Is Not Available"},
     {"请安装 xclip 以复制和粘贴图片", "Install xclip to copy and paste pictures"},
     {"剪贴板中没有图片", "There Is No Picture on the Clipboard"},

@@ -129,6 +129,7 @@ bool EditorKeys::pressInCrop(std::string_view key, bool isRepeated) {
     if (!crop || !crop->cropToolBar() || isRepeated) return crop != nullptr;
     if (key == "escape") crop->onCropToolBarCancelBtnClicked();
     if (key == "enter" || key == "ctrl+s") crop->onCropToolBarDoneBtnClicked();
+    if (key == "ctrl+v") _editor.lock()->tellThatCropIsOpen();
     return true;
 }
 
@@ -397,9 +398,9 @@ void EditorKeys::askToClose() {
 void EditorKeys::openPicture(const gfx::ImageRef& image, OpeningAnswer answer) {
     const Offer offer{image, std::move(answer)};
     const auto editor = _editor.lock();
-    if (!editor || !editor->drawView() || editor->editImageInitialView()) return offer.end(false);
-    if (!image) {
-        editor->checkAndTipImageVaild(image);
+    if (!editor || !editor->drawView()) return offer.end(false);
+    if (!image || editor->editImageInitialView()) {
+        image ? editor->tellThatCropIsOpen() : editor->checkAndTipImageVaild(image);
         return offer.end(false);
     }
     // The question that is up is asked about the last one.
@@ -407,6 +408,15 @@ void EditorKeys::openPicture(const gfx::ImageRef& image, OpeningAnswer answer) {
     if (overtaken.image) return overtaken.end(false);
     if (editor->hasWork()) return askToOpen();
     decideOffer(true);
+}
+
+void EditorKeys::refusePicture(const std::string& reason) {
+    if (_editor.expired()) return;
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert({environment.localizedString("无法载入图片"),
+                              reason,
+                              {environment.localizedString("好")},
+                              {}});
 }
 
 void EditorKeys::Offer::end(bool isOpened) const {
@@ -422,15 +432,9 @@ void EditorKeys::decideOffer(bool isWanted) {
 }
 
 void EditorKeys::askToOpen() {
-    ui::Environment& environment = ui::Environment::current();
-    environment.presentAlert(
-        {environment.localizedString("打开新图片？"),
-         environment.localizedString("当前的标注将会丢失"),
-         {environment.localizedString("取消"), environment.localizedString("打开")},
-         [weakAlive = std::weak_ptr<EditorKeys*>(_self)](std::size_t button) {
-             const auto keys = weakAlive.lock();
-             if (keys) (*keys)->decideOffer(button == 1);
-         }});
+    _editor.lock()->askToReplaceWork([weakAlive = std::weak_ptr(_self)](bool isWanted) {
+        if (const auto keys = weakAlive.lock()) (*keys)->decideOffer(isWanted);
+    });
 }
 
 }  // namespace kalim

@@ -64,11 +64,14 @@ public:
     // As the close button does: asks first when something was drawn.
     void askToClose();
     // Shows another picture, and asks first when that would lose work: something drawn, or a crop.
-    // Ignored while the crop editor is open; one that comes while the user is still asked takes the
-    // place of the one before. Null is refused with an alert that says that it cannot be opened.
+    // While the crop editor is open it is refused with an alert that says so; one that comes while
+    // the user is still asked takes the place of the one before. Null is refused with an alert that
+    // says that it cannot be opened.
     // `answer` hears once whether the picture has been opened.
     using OpeningAnswer = std::function<void(bool isOpened)>;
     void openPicture(const gfx::ImageRef& image, OpeningAnswer answer = {});
+    // Tells the user why a picture cannot be opened.
+    void refusePicture(const std::string& reason);
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);
     }

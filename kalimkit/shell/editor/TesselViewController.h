@@ -77,7 +77,8 @@ public:
     // without any, when a crop has changed the picture's size.
     void startAnimateOut(const gfx::Rect& target,
                          std::function<void(bool finished)> completion = {});
-    // Has the user choose another picture; ignored where there is no photo library.
+    // Has the user choose another picture; ignored where there is no photo library. Forgiving, it
+    // asks before the picture replaces work, and one that cannot be opened replaces nothing.
     void clickPickImage();
     // Tells the user when an image has no bitmap.
     void checkAndTipImageVaild(const gfx::ImageRef& image);
@@ -96,6 +97,10 @@ public:
     void openPicture(const gfx::ImageRef& image);
     // Whether another picture would replace work: something was drawn, or the picture cropped.
     bool hasWork() const;
+    // Asks the user whether another picture may replace that work.
+    void askToReplaceWork(std::function<void(bool isWanted)> answer);
+    // Tells the user that no other picture is opened while the crop editor is.
+    void tellThatCropIsOpen();
     // Whether the close button asks: when something was drawn. Forgiving, it also does after a crop
     // that was confirmed or has been begun, and after another picture was opened.
     bool asksBeforeClosing() const;
@@ -271,6 +276,7 @@ private:
     void cleanUpTransition(void (*finish)(TesselViewController& controller));
 
     // ---- other pictures (TesselViewControllerPicking.cpp)
+    void takePickedImage(const gfx::ImageRef& image);
     void didPickImage(const gfx::ImageRef& image);
     void didCancelPicking();
 

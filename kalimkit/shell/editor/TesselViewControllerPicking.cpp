@@ -1,4 +1,6 @@
+#include <cstddef>
 #include <optional>
+#include <utility>
 
 #include "kalimkit/shell/editor/TesselViewController.h"
 #include "kalimkit/ui/loop/Environment.h"
@@ -15,7 +17,25 @@ void TesselViewController::clickPickImage() {
         const auto controller = weakSelf.lock();
         if (!controller) return;
         if (image) {
-            controller->didPickImage(*image);
+            controller->takePickedImage(*image);
+        } else {
+            controller->didCancelPicking();
+        }
+    });
+}
+
+void TesselViewController::takePickedImage(const gfx::ImageRef& image) {
+    if (!_forgiving) return didPickImage(image);
+    if (!image || _editImageInitialView) {
+        didCancelPicking();
+        return image ? tellThatCropIsOpen() : checkAndTipImageVaild(image);
+    }
+    if (!hasWork()) return didPickImage(image);
+    askToReplaceWork([weakSelf = std::weak_ptr(self()), image](bool isWanted) {
+        const auto controller = weakSelf.lock();
+        if (!controller) return;
+        if (isWanted && !controller->_editImageInitialView) {
+            controller->didPickImage(image);
         } else {
             controller->didCancelPicking();
         }
@@ -42,6 +62,23 @@ void TesselViewController::openPicture(const gfx::ImageRef& image) {
     _hasCropped = false;
     _hasOpenedPicture = true;
     _drawView->setSnipImage(image);
+}
+
+void TesselViewController::askToReplaceWork(std::function<void(bool isWanted)> answer) {
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert(
+        {environment.localizedString("打开新图片？"),
+         environment.localizedString("当前的标注将会丢失"),
+         {environment.localizedString("取消"), environment.localizedString("打开")},
+         [answer = std::move(answer)](std::size_t button) { answer(button == 1); }});
+}
+
+void TesselViewController::tellThatCropIsOpen() {
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert({environment.localizedString("请先完成裁剪"),
+                              environment.localizedString("离开裁剪后才能打开新图片"),
+                              {environment.localizedString("好")},
+                              {}});
 }
 
 void TesselViewController::didCancelPicking() {

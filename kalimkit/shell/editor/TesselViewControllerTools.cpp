@@ -56,7 +56,9 @@ bool TesselViewController::canContinueClose() {
     _actionSheet->setTag(discardQuestionTag);
     // Not while a crop is under way, which would not be in what is sent.
     if (_forgiving && !_editImageInitialView) {
-        _actionSheet->addAnswer(_toolView->confirmButton()->title(ui::ControlState::Normal),
+        // A host may have emptied the button; an answer without a word is none.
+        const std::string title = _toolView->confirmButton()->title(ui::ControlState::Normal);
+        _actionSheet->addAnswer(title.empty() ? environment.localizedString("发送") : title,
                                 sendAnswer);
     }
     _actionSheet->showAlert(window() ? *window()->rootView() : *view());

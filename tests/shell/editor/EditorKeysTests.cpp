@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -309,6 +311,30 @@ TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
     EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{31, 20}));
 }
 
+TEST_F(EditorKeysTest, APictureThatIsNotOpenedSaysWhy) {
+    screen.environment().setShowsAlerts(true);
+    screen.draw();
+    keys.choosePen(EditorPenCrop);
+    screen.wait(1);
+    const auto titleOnceAnswered = [this] {
+        const auto alert = ui::AlertView::topmostIn(screen.window());
+        const std::string title = alert ? alert->alert().title + alert->alert().message : "";
+        keys.press("enter");
+        screen.wait(1);
+        return title;
+    };
+    std::optional<bool> answer;
+    keys.openPicture(screen.picture(30, 20), [&](bool isOpened) { answer = isOpened; });
+    EXPECT_EQ(answer, false);
+    EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
+    keys.press("ctrl+v");
+    EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
+    EXPECT_TRUE(screen.editor->editImageInitialView()) << "enter answered the alerts only";
+    keys.refusePicture("photo.gif: no picture");
+    EXPECT_EQ(titleOnceAnswered(), "无法载入图片photo.gif: no picture");
+    EXPECT_EQ(toolCount(), 1U);
+}
+
 // On the question before closing: what keys press before Enter, and what comes of it.
 TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
     struct Case {
@@ -335,6 +361,15 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
         EXPECT_FALSE(screen.editor->actionSheet()) << c.keys[0];
         EXPECT_EQ(screen.owner->closed, c.closed) << c.keys[0];
         EXPECT_EQ(screen.owner->images.size(), c.sent) << c.keys[0];
+    }
+    // A host may have emptied the button that sends.
+    for (const char* title : {"完成了", ""}) {
+        screen.editor->setTopNavigationItemTitle(false, title);
+        keys.askToClose();
+        const auto send = screen.editor->actionSheet()->buttonWithTag(2);
+        EXPECT_EQ(send->title(ui::ControlState::Normal), *title ? title : "发送");
+        keys.press("escape");
+        screen.wait(1);
     }
 }
 

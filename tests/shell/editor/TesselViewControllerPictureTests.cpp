@@ -4,6 +4,9 @@
 
 #include <string>
 
+#include "kalimkit/shell/editor/EditorKeys.h"
+#include "kalimkit/shell/editor/EditorTables.h"
+#include "kalimkit/ui/control/AlertView.h"
 #include "tests/shell/editor/EditorScreen.h"
 
 namespace kalim {
@@ -128,6 +131,42 @@ TEST(TesselViewController, AnotherPictureIsPickedOrRefused) {
     ASSERT_EQ(alerts.size(), 1u);
     EXPECT_EQ(alerts[0].title + alerts[0].message + alerts[0].buttons.at(0),
               "无法载入图片载入此图片时出错好");
+}
+
+TEST(TesselViewController, APickedPictureAsksBeforeItReplacesWorkWhereItIsForgiving) {
+    EditorScreen host;
+    host.environment().setShowsAlerts(true);
+    const auto& editor = host.present().editor;
+    editor->setForgiving(true);
+    host.draw();
+    struct Case {
+        gfx::ImageRef picture;
+        bool isCropping;
+        std::size_t button;
+        const char* title;
+        gfx::Size size;
+    };
+    const gfx::ImageRef picture = host.picture(200, 100);
+    const Case cases[] = {{nullptr, false, 0, "无法载入图片", {300, 400}},
+                          {picture, true, 0, "请先完成裁剪", {300, 400}},
+                          {picture, false, 0, "打开新图片？", {300, 400}},
+                          {picture, false, 1, "打开新图片？", {200, 100}}};
+    for (const Case& c : cases) {
+        if (c.isCropping) EditorKeys(editor).choosePen(EditorPenCrop);
+        editor->clickPickImage();
+        host.environment().answerPick(c.picture);
+        const auto alert = ui::AlertView::topmostIn(host.window());
+        ASSERT_TRUE(alert) << c.title;
+        EXPECT_EQ(alert->alert().title, c.title);
+        EXPECT_EQ(editor->drawView()->hasDrawed(), true) << c.title;
+        alert->dismissWithButton(c.button);
+        host.wait(1);
+        EXPECT_EQ(editor->drawView()->bgImg()->size(), c.size) << c.title;
+        EXPECT_TRUE(isShown(*editor->penView())) << c.title;
+        if (c.isCropping) editor->editImageInitialView()->onCropToolBarCancelBtnClicked();
+        host.wait(1);
+    }
+    EXPECT_FALSE(editor->drawView()->hasDrawed());
 }
 
 TEST(TesselViewController, AsksForNoPictureWhereThereAreNone) {
