@@ -151,8 +151,9 @@ private:
         addEditOption(command, "--initial-tool", "TOOL",
                       "freehand, line, arrow, rectangle, ellipse, text or mosaic", readPen,
                       asked.pen);
-        addEditOption(command, "--width", "POINTS", "The width of lines at first", readLineWidth,
-                      asked.lineWidth);
+        addEditOption(command, "--width", "WIDTH",
+                      "The width of lines at first, in thousandths of the photo's longer side",
+                      readLineWidth, asked.lineWidth);
         addEditOption(command, "--color", "#RRGGBB", "The colour at first", readColor, asked.color);
         command.add_flag("--screen-size", asked.isScreenSize,
                          "Write the picture as large as it is on the screen, not as the photo is");

@@ -17,10 +17,10 @@ export function rgbOf(color) {
 }
 
 // Points.
-export function widthOf(points) {
-  const width = Number(points);
+export function widthOf(value) {
+  const width = Number(value);
   if (!(width >= 1 && width <= widest)) {
-    throw new RangeError(`A line width is a number of points from 1 to ${widest}, not "${points}"`);
+    throw new RangeError(`A line width is a number from 1 to ${widest}, not "${value}"`);
   }
   return width;
 }

@@ -29,7 +29,7 @@ export interface KalimPen {
   tool: KalimTool;
   /** As `#RRGGBB`. */
   color: string;
-  /** Points. */
+  /** Thousandths of the picture's longer side. */
   lineWidth: number;
 }
 
