@@ -236,6 +236,9 @@ bool MDrawView::addTool(const ToolRef& tool) {
     tool->setIsNewBuild(false);
     tool->setSelected(false);
     if (!tool->finalized()) tool->finalize();
+    // A patch that nobody has let go of would show what it is to hide.
+    if (isMosaic(*tool) && !static_cast<MDrawMosiac&>(*tool).isHiding())
+        tool->drawUp(tool->endPoint());
     _undoManager->addTool(tool);
     _undoManager->addToolSuccess(tool);
     redisplay();

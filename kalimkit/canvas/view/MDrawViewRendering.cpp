@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "kalimkit/canvas/view/MDrawView.h"
@@ -30,6 +31,15 @@ void drawCanvas(gfx::Context& context, const gfx::Color& color, const gfx::Rect&
 
 void drawSnipImage(gfx::Context& context, const gfx::ImageRef& image, const gfx::Rect& rect) {
     if (image) context.drawImage(*image, rect);
+}
+
+// Carries one rectangle onto another; nothing moves where one of them is empty.
+gfx::AffineTransform carrying(const gfx::Rect& from, const gfx::Rect& to) {
+    if (from == to || from.isEmpty() || to.isEmpty()) return {};
+    return gfx::AffineTransform::translation({-from.minX(), -from.minY()})
+        .concat(gfx::AffineTransform::scaling(to.size.width / from.size.width,
+                                              to.size.height / from.size.height))
+        .concat(gfx::AffineTransform::translation({to.minX(), to.minY()}));
 }
 
 }  // namespace
@@ -175,22 +185,34 @@ DrawnPicture MDrawView::drawnPicture(const ShownPicture& picture, const gfx::Rec
 }
 
 // How far the patches change what is seen of the picture beside them at most, canvas points: no
-// copy that is shown is coarser than this one.
+// copy that is shown is coarser than this one. Where the copy is aligned they are seen a part of a
+// pixel from where they are.
 double MDrawView::shownRim() const {
+    const gfx::ImageRef& shown = _picture.shown();
+    if (!shown) return 0;
     const double scale = ui::Environment::current().screen().scale;
-    return rimWidth(drawnPicture({_picture.shown(), bgImgRect()}, {}),
-                    mViewTransform().concat(gfx::AffineTransform::scaling(scale, scale)));
+    const gfx::Rect aligned =
+        pixelAlignedRect(bgImgRect(), mViewTransform(), scale, shown->pixelSize());
+    const double pixel = aligned == bgImgRect() ? 0 : 1 / (scale * _zoom.shownScale());
+    return std::max(pixel,
+                    rimWidth(drawnPicture({shown, bgImgRect()}, {}),
+                             mViewTransform().concat(gfx::AffineTransform::scaling(scale, scale))));
 }
 
+// Patches go along with the copy that is drawn, which has been aligned: they cover on every screen
+// exactly those of the picture's pixels that they hide in the picture itself.
 void MDrawView::drawMosiacTools(gfx::Context& context, const DrawnPicture& picture,
                                 const std::function<bool(const MDrawTool&)>& isWanted) {
+    const gfx::AffineTransform along = carrying(bgImgRect(), picture.rect);
     const auto draw = [&](gfx::Context& target, const auto& isDrawn) {
         for (const ToolRef& tool : *_tools) {
             if (!isMosaic(*tool)) continue;
             auto& patch = static_cast<MDrawMosiac&>(*tool);
             if (!isDrawn(patch)) continue;
-            patch.drawMosiacContentWithFilledColorInRect(target, _mosaic.fill(picture.rect),
-                                                         picture.rect);
+            const gfx::GraphicsStateGuard guard(target);
+            if (patch.isHiding()) target.concat(along);
+            patch.drawMosiacContentWithFilledColorInRect(target, _mosaic.fill(bgImgRect()),
+                                                         bgImgRect());
         }
     };
     // Rims that rest in the ground know nothing of live patches, which have theirs over it and may
@@ -203,7 +225,7 @@ void MDrawView::drawMosiacTools(gfx::Context& context, const DrawnPicture& pictu
     for (const ToolRef& tool : *_tools) {
         if (!(width > 0) || !isMosaic(*tool) || !isWanted(*tool)) continue;
         if (!static_cast<MDrawMosiac&>(*tool).isHiding()) continue;
-        drawRim(context, picture, tool->frame(), width,
+        drawRim(context, picture, along.apply(tool->frame()), width,
                 [&](gfx::Context& pixels) { draw(pixels, isLaid); });
     }
     draw(context, isWanted);

@@ -222,17 +222,25 @@ TEST(MDrawViewExport, WhatIsTransparentStaysSoAtThePicturesScaleAlone) {
 }
 
 TEST(MDrawViewExport, NothingThatAPatchHidesIsMixedIntoWhatIsSeenBesideIt) {
-    // Two secrets with the same blocks, a checkerboard and its negative, under a patch of 100 x 50
-    // points whose corner is 20 points right of and below the picture's.
+    // Two secrets with the same blocks, rows of two colours and their negative, under a patch of
+    // 100 x 50 of these whose corner is 20 right of and below the picture's.
     const struct {
         gfx::PixelSize picture;
-        int pixelsPerPoint;
+        int pixelsPerRow;
         double screenScale;
         float zoom;
-    } cases[] = {{{200, 150}, 1, 1, 1},    {{200, 150}, 1, 2, 1},  {{200, 150}, 1, 3, 0.86F},
-                 {{200, 150}, 1, 1, 1.7F}, {{1560, 300}, 4, 2, 1}, {{1560, 300}, 4, 2, 0.86F},
-                 {{1560, 300}, 4, 2, 1.7F}};
-    for (const auto& [size, pixels, screenScale, zoom] : cases) {
+        gfx::Size view = {390, 844};
+        double basis = 0;
+    } cases[] = {{{200, 150}, 1, 1, 1},
+                 {{200, 150}, 1, 2, 1},
+                 {{200, 150}, 1, 3, 0.86F},
+                 {{200, 150}, 1, 1, 1.7F},
+                 {{1560, 300}, 4, 2, 1},
+                 {{1560, 300}, 4, 2, 0.86F},
+                 {{1560, 300}, 4, 2, 1.7F},
+                 // From 36.45 points down, and so aligned with the pixels of the screen.
+                 {{301, 211}, 1, 1, 1, {100, 143}, 1000}};
+    for (const auto& [size, pixels, screenScale, zoom, view, basis] : cases) {
         std::vector<gfx::Bitmap> seen[2];
         for (const bool isNegative : {false, true}) {
             gfx::Bitmap secret(size.width, size.height);
@@ -240,18 +248,23 @@ TEST(MDrawViewExport, NothingThatAPatchHidesIsMixedIntoWhatIsSeenBesideIt) {
                 for (int x = 0; x < size.width; ++x) {
                     const bool isHidden =
                         x >= 20 * pixels && x < 120 * pixels && y >= 20 * pixels && y < 70 * pixels;
-                    const bool isWhite = ((x / pixels + y / pixels) % 2 == 0) != isNegative;
+                    const bool isWhite = (y / pixels % 2 == 0) != isNegative;
                     secret.setColorAt(x, y, !isHidden ? blue : isWhite ? white : green);
                 }
             }
-            CanvasHost host({.scale = screenScale});
+            CanvasHost host({.scale = screenScale, .size = view});
+            host.canvas->setCanvasBasis(basis);
             host.canvas->setSnipImage(host.environment().device().makeImage(
                 std::move(secret), 1, gfx::ImageOrientation::Up));
-            const gfx::Point corner = host.canvas->bgImgRect().origin + gfx::Point{20, 20};
             host.window().display();
-            host.draw(ToolType::Mosaic, corner, corner + gfx::Point{100, 50});
+            const gfx::Rect shown = host.canvas->bgImgRect();
+            const double points = pixels * shown.size.width / size.width;
+            const gfx::Point corner = shown.origin + gfx::Point{20, 20} * points;
+            // Nobody lets go of it.
+            const auto patch = MDrawMosiac::initWithStartPoint(corner);
+            patch->drawMove(corner + gfx::Point{100, 50} * points);
+            ASSERT_TRUE(host.canvas->addTool(patch));
             if (zoom != 1) host.canvas->setFScal(zoom);
-            ASSERT_EQ(host.canvas->tools().size(), 1U);
             host.window().display();
             seen[isNegative] = {*host.window().surface()->makeImage()->pixels(),
                                 *host.canvas->exportImageForScale()->pixels(),
