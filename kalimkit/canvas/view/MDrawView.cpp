@@ -308,6 +308,8 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     const auto alive = self();
     // What is being typed or fades in is the step that is meant.
     finishEditText();
+    // A finger that is still drawing has done its work with that.
+    if (forgiving() && drawsClass(MDrawFreeline::Class())) endCreation();
     endFreehand();
     removeInvaildTools();
     clearSelection();

@@ -199,8 +199,7 @@ void MDrawView::drawMoveFromPointToPoint(gfx::Point from, gfx::Point to) {
 }
 
 void MDrawView::drawUp(gfx::Point p) {
-    if (_touch.abortTouch) return redisplay();
-    if (!finishCreation(p)) {
+    if (!_touch.abortTouch && !finishCreation(p)) {
         if (_touch.isMoved) {
             finishDrag();
         } else {
