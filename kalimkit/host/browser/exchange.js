@@ -59,9 +59,16 @@ export class Exchange {
   // Null when another one has been asked for meanwhile.
   async #come(picture, needsRoom, isOffered) {
     const order = this.#asked;
-    this.#target.hold(true);
+    let isHeld = false;
+    const hold = (isNow) => {
+      if (isHeld !== isNow) this.#target.hold(isNow);
+      isHeld = isNow;
+    };
+    // The user goes on working until an offer has come, which may take for ever.
+    hold(!isOffered);
     try {
       const given = await picture;
+      hold(true);
       const bitmap = await decode(given);
       if (order !== this.#asked) {
         bitmap.close();
@@ -72,7 +79,7 @@ export class Exchange {
       if (order !== this.#asked) return null;
       throw error;
     } finally {
-      this.#target.hold(false);
+      hold(false);
     }
   }
 
