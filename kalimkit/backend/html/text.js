@@ -12,6 +12,10 @@ const neverBefore = /^[!%),.:;?\]}¢°·’”†‡›℃∶、。〃〆〕〗�
 const neverAfter = /^[$(£¥‘“〈《「『【〔〖〝﹗﹙﹛＄（．［｛￡￥[{]/u;
 const joins = /^[\u00a0\u2060\u202f\ufeff]/u;
 const letter = /^[\p{L}\p{N}]/u;
+// Letters that a letter before them may be joined to, which then has another shape; and what joins as
+// they do and has the same width everywhere.
+const joined = /^(?![\u0621\u0674\u08ad])(?=\p{L})[\p{Script=Arabic}\p{Script=Syriac}]/u;
+const joiner = '\u0640';
 
 const boundaryKinds = ['grapheme', 'word', 'line'];
 
@@ -91,22 +95,27 @@ export class TextMeasures {
   }
 
   // Most pieces are as wide as their graphemes by themselves; in others some are kerned or joined,
-  // and there an advance is what a grapheme adds to those before it.
+  // and there an advance is what a grapheme adds to those before it, all of them in the shapes that
+  // they have in the whole.
   #addPiece(graphemes, advances) {
     const alone = graphemes.map((grapheme) => this.#width(grapheme));
     const sum = alone.reduce((total, width) => total + width, 0);
-    if (graphemes.length < 2 || Math.abs(this.#measure(graphemes.join('')) - sum) < 1e-3) {
+    const whole = graphemes.length < 2 ? sum : this.#measure(graphemes.join(''));
+    if (Math.abs(whole - sum) < 1e-3) {
       advances.push(...alone);
       return;
     }
     let prefix = '';
     let before = 0;
-    for (const grapheme of graphemes) {
+    graphemes.forEach((grapheme, i) => {
       prefix += grapheme;
-      const width = this.#measure(prefix);
-      advances.push(Math.max(width - before, 0));
-      before = Math.max(width, before);
-    }
+      const next = graphemes[i + 1];
+      const width = next && joined.test(next) ?
+        this.#measure(prefix + joiner) - this.#width(joiner) : this.#measure(prefix);
+      const after = Math.min(Math.max(width, before), whole);
+      advances.push(after - before);
+      before = after;
+    });
   }
 
   // Ascent, descent and the gap between lines; browsers count that gap to neither and do not tell it.

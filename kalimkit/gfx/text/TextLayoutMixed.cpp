@@ -88,19 +88,25 @@ void TextLayout::addSelectionInMixed(std::size_t line, TextRange range,
     if (hasLineFeed && !endsLeft) add(right, right + strip);
 }
 
-// One piece for each direction; tabs are left out, as where everything runs from left to right.
+// One piece for each direction; tabs are left out, as where everything runs from left to right. So
+// are the spaces that end a piece: a backend may take them for the end of a line, and set them on
+// the other side of what runs from right to left.
 void TextLayout::drawMixedLine(Context& context, Point baseline, std::size_t line) const {
     const Row& row = _rows[line];
     const MeasuredParagraph& measured = measuredOf(row);
     const std::string_view text = textOf(_paragraphs[row.paragraph]);
-    for (const LineOrder::Run& run : orderOf(line).runs()) {
-        const std::string_view drawn =
-            text.substr(measured.offsetOf(run.first),
-                        measured.offsetOf(run.last) - measured.offsetOf(run.first));
-        if (drawn.find_first_not_of(" \t") == std::string_view::npos) continue;
-        context.drawText((run.isRightToLeft ? rightToLeftOverride : leftToRightOverride) +
-                             std::string(drawn) + endOfOverride,
-                         baseline + Point{run.left, 0}, _font);
+    const LineOrder order = orderOf(line);
+    for (const LineOrder::Run& run : order.runs()) {
+        std::size_t last = run.last;
+        while (last > run.first && measured.graphemes()[last - 1].isSpace)
+            --last;
+        if (last == run.first) continue;
+        const std::size_t begin = measured.offsetOf(run.first);
+        const std::string drawn(text.substr(begin, measured.offsetOf(last) - begin));
+        const double left = run.isRightToLeft ? order.spanOf(last - 1).left : run.left;
+        context.drawText(
+            (run.isRightToLeft ? rightToLeftOverride : leftToRightOverride) + drawn + endOfOverride,
+            baseline + Point{left, 0}, _font);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 #include <numeric>
+#include <string>
 
 #include "tests/backend/device/Canvas.h"
 
@@ -63,6 +64,19 @@ TEST(DrawnText, DrawnRunIsAsWideAsItsAdvances) {
             EXPECT_NEAR(inkBox(*last.pixels()).maxX(), inkBox(*whole.pixels()).maxX(), 1);
         }
     }
+}
+
+// Arabic, of which a letter's shape depends on its neighbours.
+TEST(DrawnText, JoinedLettersAreAsWideAsTheyAreDrawn) {
+    const Font font = systemFont(40, true);
+    const std::string word = "مرحبا";
+    for (const double advance : testDevice().advances(word, font))
+        EXPECT_GT(advance, 4);
+    Canvas whole(300, 60);
+    whole.context().drawText("\u202EH" + word + "\u202C", {0, 45}, font);
+    Canvas last(300, 60);
+    last.context().drawText("H", {width(word, font), 45}, font);
+    EXPECT_NEAR(inkBox(*last.pixels()).maxX(), inkBox(*whole.pixels()).maxX(), 1);
 }
 
 TEST(DrawnText, StandsOnItsBaseline) {

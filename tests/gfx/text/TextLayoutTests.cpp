@@ -254,10 +254,11 @@ TEST_F(TextLayoutTest, CaretAndSelectionLieWhereTheLettersAre) {
     EXPECT_EQ(mixed.selectionRects({0, 5}), selected);
     // Each piece is drawn in its own direction, and where the layout has it.
     test::RecordingContext context;
-    layoutOf("ab אב").draw(context, {});
+    layoutOf("ab אב 12").draw(context, {});
     EXPECT_EQ(context.takeLines(),
-              (Strings{"text \"\u202Dab \u202C\" at=(0,8) size=10 #000000FF",
-                       "text \"\u202Eאב\u202C\" at=(15,8) size=10 #000000FF"}));
+              (Strings{"text \"\u202Dab\u202C\" at=(0,8) size=10 #000000FF",
+                       "text \"\u202D12\u202C\" at=(15,8) size=10 #000000FF",
+                       "text \"\u202Eאב\u202C\" at=(30,8) size=10 #000000FF"}));
 }
 
 TEST(Graphemes, AreCountedAsAReaderDoes) {
