@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "kalimkit/gfx/GraphicsState.h"
 #include "kalimkit/imageedit/image/MDrawImageUtil.h"
 #include "kalimkit/ui/loop/Environment.h"
 
@@ -66,23 +67,50 @@ gfx::Size EditImageView::pixelsSeen() const {
 
 void EditImageView::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const gfx::Rect rect = imageRect();
-    if (!rect.isEmpty()) context.drawImage(*copyFor(context, rect), rect);
+    if (rect.isEmpty()) return;
+    const double scale = ui::Environment::current().screen().scale;
+    const gfx::ImageOrientation orientation = image()->orientation();
+    if (!context.transform().isScaleAndTranslation()) {
+        const bool isCoarse = scale > 1 && isLarge(*image());
+        const double sharpness = isCoarse ? 0.5 : 0.67;
+        const gfx::ImageRef copy = turned(*copyFor(context, rect, scale * sharpness), orientation);
+        if (isCoarse && drawCoarsely(context, *copy, rect, scale * sharpness)) return;
+        return context.drawImage(*copy, rect);
+    }
+    const gfx::ImageRef copy = copyFor(context, rect, scale);
+    context.drawImage(isLarge(*copy) ? *turned(*copy, orientation) : *turnedCopy(copy), rect);
 }
 
-// With about as many pixels as the screen has for it, so that a frame reads no more of it. On its
-// way from one turn to another all that is seen is sampled anew in each frame, and that it is a
-// little less sharp then is not seen.
-gfx::ImageRef EditImageView::copyFor(const gfx::Context& context, const gfx::Rect& rect) {
-    constexpr double sharpnessOnTheWay = 0.67;
-    const gfx::ImageOrientation orientation = image()->orientation();
-    const bool isOnTheWay = !context.transform().isScaleAndTranslation();
-    const double across = gfx::exchangesSides(orientation) ? rect.size.height : rect.size.width;
-    const double pixels = across * context.transform().largestStretch() *
-                          ui::Environment::current().screen().scale *
-                          (isOnTheWay ? sharpnessOnTheWay : 1);
-    const gfx::ImageRef copy = _reductions.atLeast(pixels, PictureReductions::Making::Any);
-    if (!copy) return image();
-    return isOnTheWay || isLarge(*copy) ? turned(*copy, orientation) : turnedCopy(copy);
+// On the way from one turn to another all that is seen is sampled anew in each frame. That fewer
+// pixels are drawn then, and stretched, is not seen. False where no surface can be had.
+bool EditImageView::drawCoarsely(gfx::Context& context, const gfx::Image& copy,
+                                 const gfx::Rect& rect, double scale) {
+    const gfx::AffineTransform toWindow = context.transform();
+    const gfx::Rect seen =
+        toWindow.apply(rect).intersection(toWindow.apply(context.clipBounds())).roundedOut();
+    const auto surface = ui::Environment::current().device().makeSurface(seen.size, scale, false);
+    if (!surface) return false;
+    surface->context().translate(-seen.minX(), -seen.minY());
+    surface->context().concat(toWindow);
+    surface->context().drawImage(copy, rect);
+    const gfx::GraphicsStateGuard guard(context);
+    context.concat(toWindow.inverted());
+    context.drawSurface(
+        *surface, {seen.origin, gfx::Size(surface->pixelSize().width, surface->pixelSize().height) *
+                                    (1 / scale)});
+    return true;
+}
+
+// Of the picture before it is turned, with about as many pixels as are drawn for it, so that a
+// frame reads no more of it.
+gfx::ImageRef EditImageView::copyFor(const gfx::Context& context, const gfx::Rect& rect,
+                                     double pixelsPerPoint) {
+    const bool isAcross = gfx::exchangesSides(image()->orientation());
+    const double points = isAcross ? rect.size.height : rect.size.width;
+    const gfx::ImageRef copy =
+        _reductions.atLeast(points * context.transform().largestStretch() * pixelsPerPoint,
+                            PictureReductions::Making::Any);
+    return copy ? copy : image();
 }
 
 // Pixels in the order in which they are seen are drawn faster than others.

@@ -47,7 +47,10 @@ protected:
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
-    gfx::ImageRef copyFor(const gfx::Context& context, const gfx::Rect& rect);
+    static bool drawCoarsely(gfx::Context& context, const gfx::Image& copy, const gfx::Rect& rect,
+                             double scale);
+    gfx::ImageRef copyFor(const gfx::Context& context, const gfx::Rect& rect,
+                          double pixelsPerPoint);
     gfx::ImageRef turnedCopy(const gfx::ImageRef& copy);
 
     std::int32_t _imageTool = -1;

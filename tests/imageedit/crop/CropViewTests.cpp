@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -145,6 +146,31 @@ TEST(EditImageView, ShowsFewerPixelsWhileItIsOnItsWayAndThePixelsThemselvesAtRes
         view->setTransform(gfx::AffineTransform::rotation(0.5));
         EXPECT_LT(contrast(), 0.02) << turns;
         view->setTransform({});
+    }
+}
+
+TEST(EditImageView, ShowsALargePictureOnItsWayWhereItIs) {
+    TestHost host({3});
+    gfx::Bitmap halves(2000, 2100);
+    for (int y = 0; y < halves.height(); ++y) {
+        for (int x = 0; x < halves.width(); ++x)
+            halves.setColorAt(x, y, x < 1000 ? gfx::Color{1, 0, 0, 1} : gfx::Color{0, 0, 1, 1});
+    }
+    const auto view = EditImageView::initWithFrame({100, 100, 200, 210});
+    view->overlayView()->setHidden(true);
+    view->showPicture(
+        host.environment().device().makeImage(std::move(halves), 1, gfx::ImageOrientation::Up), 1);
+    host.window().rootView()->addSubview(view);
+    // Turned by a quarter to the left, red is below; a turn to the right moves it leftwards.
+    for (const double angle : {0., 0.4}) {
+        view->setTransform(gfx::AffineTransform::rotation(angle));
+        for (const double distance : {3., 90.}) {
+            const gfx::Point down{-distance * std::sin(angle), distance * std::cos(angle)};
+            const gfx::Point red = (view->center() + down) * 3;
+            const gfx::Point blue = (view->center() - down) * 3;
+            EXPECT_EQ(hexAt(host, red.x, red.y), "#FF0000FF") << angle << " " << distance;
+            EXPECT_EQ(hexAt(host, blue.x, blue.y), "#0000FFFF") << angle << " " << distance;
+        }
     }
 }
 
