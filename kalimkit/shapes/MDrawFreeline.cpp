@@ -97,7 +97,7 @@ void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>&
 }
 
 void MDrawFreeline::limitValidFeatrue() {
-    if (rotateAngle() == 0) MDrawRect::limitValidFeatrue();
+    if (rotateAngle() == 0 && !rules().forgiving) MDrawRect::limitValidFeatrue();
 }
 
 bool MDrawFreeline::hitTest(gfx::Point p) {

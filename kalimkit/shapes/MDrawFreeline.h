@@ -42,7 +42,8 @@ public:
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
     const PointLines& linePoints() const { return _strokes.lines(); }
 
-    // A turned drawing has no smallest size: its box is what it is turned about.
+    // A turned drawing has no smallest size: its box is what it is turned about. Under forgiving
+    // rules none has: letting go of a flat drawing would change it without a record.
     void limitValidFeatrue() override;
 
     bool hitTest(gfx::Point p) override;

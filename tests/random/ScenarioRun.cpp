@@ -132,7 +132,8 @@ void ScenarioRun::undoAndRedoAll(std::size_t own) {
     std::erase_if(before, mayDiffer);
     if (_fault) return;
     auto difference = differenceOf(before, looksOf(canvas()));
-    if (!difference && _setting.screen.forgiving) {
+    // Null while there is nothing.
+    if (!difference && _setting.screen.forgiving && shown) {
         difference = differenceOfPictures(*shown->pixels(), *canvas().exportImage()->pixels());
     }
     if (!difference) return;

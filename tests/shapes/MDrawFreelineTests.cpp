@@ -203,5 +203,14 @@ TEST(MDrawFreeline, DrawsOnlyTheCurvesWithinTheClip) {
     EXPECT_EQ(curvesIn({6100, 104, 100, 100}), 0);
 }
 
+TEST(MDrawFreeline, AFlatOneKeepsItsBoxUnderForgivingRules) {
+    const auto line = freelineOf({level(6)});
+    line->setRules({.forgiving = true});
+    line->updatefeature();
+    line->finalize();
+    EXPECT_EQ(line->endPoint(), (gfx::Point{50, 100}));
+    EXPECT_FALSE(line->hasUnrecordedChange());
+}
+
 }  // namespace
 }  // namespace kalim

@@ -93,6 +93,8 @@ void MDrawView::drawTextDidEndEditText(MDrawText& text) {
     const auto alive = self();
     const std::shared_ptr<MDrawText> tool = shared(text);
     if (_curEdittingTextTool == tool) _curEdittingTextTool = nullptr;
+    // The finger that was making it, and may still be down, has nothing in hand.
+    if (_handingTool == tool) _handingTool = nullptr;
     if (_selfOriginalRect) setFrame(*std::exchange(_selfOriginalRect, std::nullopt));
     _drawn.markChanged(tool);
     redisplay();

@@ -82,9 +82,12 @@ double rimWidth(const DrawnPicture& picture, const gfx::AffineTransform& toPixel
 
 void drawRim(gfx::Context& context, const DrawnPicture& picture, const gfx::Rect& patch,
              double width, const std::function<void(gfx::Context&)>& layPatches) {
+    const gfx::Rect covered = patch.intersection(picture.rect);
+    // Beside the picture a patch hides nothing.
+    if (covered.isEmpty()) return;
     const gfx::AffineTransform toPixels = toDevicePixels(context);
     const gfx::Rect visible = context.clipBounds();
-    for (const gfx::Rect& side : sides(patch.intersection(picture.rect), width)) {
+    for (const gfx::Rect& side : sides(covered, width)) {
         const gfx::Rect seen = side.intersection(picture.rect);
         if (seen.isEmpty() || !seen.intersects(visible)) continue;
         // As far again, so that nothing beyond the strip is missed where it is mixed.

@@ -57,6 +57,9 @@ const Case cases[] = {
          host.down({5, 166});
          host.move({44, 186});
      }},
+    // A patch beside the picture.
+    {{.scale = 1, .size = {160, 240}},
+     [](CanvasHost& host) { host.draw(ToolType::Mosaic, {4, 2}, {60, 10}); }},
 };
 
 }  // namespace

@@ -229,5 +229,15 @@ TEST(MDrawViewContent, AStepBeyondTheAreaBudgetIsTakenBackButCanBeRedone) {
     EXPECT_EQ(host.canvas->tools().front()->startPoint(), (gfx::Point{10, 10}));
 }
 
+TEST(MDrawView, HoldsNoTextThatAnUndoEndsUnderTheFinger) {
+    CanvasHost host;
+    host.pick(ToolType::Text);
+    host.down({100, 100});
+    host.move({220, 180});
+    ASSERT_TRUE(host.canvas->curEdittingTextTool());
+    host.canvas->undo();
+    EXPECT_FALSE(host.canvas->handingTool());
+}
+
 }  // namespace
 }  // namespace kalim
