@@ -101,6 +101,13 @@ public:
         : _options(options), _output(std::move(output)), _window(sdl, options.scale) {
         // The search for the fonts takes longer than the first frame, which would wait for it.
         _window.environment().device().lineMetrics({});
+        // Without either the format follows the picture.
+        const bool isFormatGiven =
+            options.format || (!options.output.empty() && options.output != "-");
+        _window.setPictureRefusal([this, isFormatGiven](gfx::PixelSize size) {
+            const bool isFree = _options.isScreenSize || !isFormatGiven;
+            return isFree ? std::nullopt : _output.problemOf(size);
+        });
         _window.setPictureTaken([this, sdl](const std::string& path) {
             _output.follow(_options, path);
             SDL_SetWindowTitle(sdl, titleOf(path.empty() ? "clipboard" : path).c_str());

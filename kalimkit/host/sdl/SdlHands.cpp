@@ -37,6 +37,9 @@ bool SdlWindow::Hands::openFile(const std::string& path) {
 }
 
 bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path) {
+    if (!decoded.error && _window._pictureRefusal) {
+        decoded.error = _window._pictureRefusal(decoded.bitmap.size());
+    }
     if (decoded.error) {
         const std::string reason = codec::terminalText(*decoded.error);
         std::fprintf(stderr, "%s\n", reason.c_str());

@@ -50,6 +50,10 @@ public:
     void setPictureTaken(std::function<void(const std::string& path)> pictureTaken) {
         _pictureTaken = std::move(pictureTaken);
     }
+    // Asked before such a picture is offered to the user: why the host could not do with one of
+    // this size, which is told in an alert instead; nothing where it can.
+    using PictureRefusal = std::function<std::optional<std::string>(gfx::PixelSize size)>;
+    void setPictureRefusal(PictureRefusal refusal) { _pictureRefusal = std::move(refusal); }
     // Null without an editor.
     EditorKeys* keys() { return _keys.get(); }
 
@@ -103,6 +107,7 @@ private:
     // Where SDL has been told that it is, window points.
     gfx::Rect _caret;
     std::function<void(const std::string& path)> _pictureTaken;
+    PictureRefusal _pictureRefusal;
     std::shared_ptr<Hands> _hands;
     std::shared_ptr<TesselViewController> _editor;
     std::unique_ptr<EditorKeys> _keys;

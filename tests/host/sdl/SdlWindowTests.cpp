@@ -7,6 +7,8 @@
 #include <new>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/codec/Encode.h"
+#include "kalimkit/codec/Files.h"
 #include "kalimkit/shell/editor/EditorKeys.h"
 #include "kalimkit/shell/editor/TesselViewController.h"
 #include "kalimkit/ui/control/AlertView.h"
@@ -166,6 +168,30 @@ TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
     event.window.windowID += 1;
     window->handle(event);
     EXPECT_EQ(owner->closed, 1) << "another window";
+}
+
+TEST_F(SdlWindowTest, ADroppedPictureThatTheHostRefusesLeavesTheOneThatIsThere) {
+    codec::Bytes png;
+    ASSERT_EQ(codec::encodePng(gfx::Bitmap(30, 20), png), std::nullopt);
+    ASSERT_EQ(codec::writeFileAtomically("dropped.png", png), std::nullopt);
+    const auto drop = [&] {
+        SDL_Event event{};
+        event.type = SDL_DROPFILE;
+        event.drop.file = SDL_strdup("dropped.png");
+        window->handle(event);
+        return canvas().sourceImage()->pixelSize().width;
+    };
+    window->setPictureRefusal([](gfx::PixelSize size) {
+        return std::optional(std::to_string(size.width) + " are too many");
+    });
+    EXPECT_EQ(drop(), 300);
+    EXPECT_NE(ui::AlertView::topmostIn(window->window()), nullptr);
+    window->setPictureRefusal({});
+    window->run(0.01);
+    EXPECT_EQ(drop(), 300) << "not before the alert is answered";
+    press(SDLK_RETURN, SDL_SCANCODE_RETURN);
+    window->run(0.5);
+    EXPECT_EQ(drop(), 30);
 }
 
 TEST_F(SdlWindowTest, WhatDoesNotFitInMemoryIsAnAlertAndTheWorkGoesOn) {
