@@ -194,6 +194,12 @@ bool CanvasWatch::changesSelection(const std::string& name,
     return std::ranges::any_of(members, [&](const ToolRef& tool) {
         const Feature* last = _model.current(tool);
         if (!last) return true;
+        // A text's width is that of the pen for its type; no snapshot has it.
+        if (name == "setDrawLineWidth" && isText(*tool)) {
+            const double size = static_cast<const MDrawText&>(*tool).fontSize();
+            return *last->get<double>("MDrawText-fontSize") != size ||
+                   tool->lineWidth() != *arguments[0].number();
+        }
         if (name == "setDrawLineWidth") {
             return *last->get<double>("MDrawTool-lineWidth") != *arguments[0].number();
         }

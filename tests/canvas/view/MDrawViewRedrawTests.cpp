@@ -59,7 +59,9 @@ const Case cases[] = {
      }},
     // A patch beside the picture.
     {{.scale = 1, .size = {160, 240}},
-     [](CanvasHost& host) { host.draw(ToolType::Mosaic, {4, 2}, {60, 10}); }},
+     [](CanvasHost& host) {
+         host.draw(ToolType::Mosaic, {4, 2}, {60, 10});
+     }},
 };
 
 }  // namespace
