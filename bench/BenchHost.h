@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 
 namespace kalim::bench {

@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "bench/BenchHost.h"
-#include "kalimkit/canvas/model/MUndoManager.h"
 #include "kalimkit/shapes/MDrawArrow.h"
 #include "kalimkit/shapes/MDrawRect.h"
 #include "kalimkit/shapes/outline/ArrowOutline.h"
+#include "kalimkit/tool/MUndoManager.h"
 
 namespace kalim {
 namespace {

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "bench/BenchHost.h"
-#include "kalimkit/canvas/view/MDrawView.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::bench {
 

@@ -9,9 +9,9 @@
 
 #include "bench/BenchHost.h"
 #include "bench/Photo.h"
-#include "kalimkit/canvas/view/MDrawView.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 namespace {

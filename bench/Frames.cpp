@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "bench/CanvasStage.h"
-#include "kalimkit/canvas/view/ToolType.h"
+#include "kalimkit/canvas/ToolType.h"
 
 namespace kalim {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "bench/BenchHost.h"
 #include "bench/Photo.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 namespace {

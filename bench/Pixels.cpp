@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/imageedit/image/GaussianBlur.h"
-#include "kalimkit/imageedit/image/MosaicBlocks.h"
-#include "kalimkit/imageedit/image/Pixelation.h"
+#include "kalimkit/image/GaussianBlur.h"
+#include "kalimkit/image/MosaicBlocks.h"
+#include "kalimkit/image/Pixelation.h"
 
 namespace kalim {
 namespace {

@@ -15,10 +15,10 @@
 #include "cli/EditOutput.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/headless/LiveScenario.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
 
 namespace kalim::cli {
 

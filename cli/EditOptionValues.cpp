@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "cli/OptionValues.h"
-#include "kalimkit/shell/config/HexColor.h"
-#include "kalimkit/shell/editor/EditorTables.h"
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/theme/HexColor.h"
 
 namespace kalim::cli {
 

@@ -8,7 +8,7 @@
 #include "cli/PictureFiles.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/imageedit/image/MDrawImageUtil.h"
+#include "kalimkit/image/MDrawImageUtil.h"
 
 namespace kalim::cli {
 

@@ -1,4 +1,4 @@
-# Writes the pictures `icons`, SVG files, as data for kalimkit/shell/config/IconTable.h into `output`.
+# Writes the pictures `icons`, SVG files, as data for kalimkit/theme/IconTable.h into `output`.
 #
 # The files keep to a small part of SVG, and anything else in them is an error that names it: <svg>
 # with whole width and height; <path> of absolute M, L, C and Z, each with its letter; <rect>,
@@ -156,7 +156,7 @@ foreach(file IN LISTS icons)
 endforeach()
 
 file(WRITE ${output} "// Written by cmake/icons.cmake from kalimkit/resources.
-#include \"kalimkit/shell/config/IconTable.h\"
+#include \"kalimkit/theme/IconTable.h\"
 
 namespace kalim {
 

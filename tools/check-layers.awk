@@ -1,29 +1,11 @@
-# The rules behind tools/check-layers. Reads the names of the files, one a line, from standard input.
+# The rules behind tools/check-layers. Reads the names of the files, one a line, from standard input and
+# the rooms from the file `floors`.
 
 BEGIN {
-    # Room and floor. Rooms on floor 10 are programs, which may include everything.
-    floors = "gfx 0  codec 1  backend/cairo 1  backend/html 1  ui 2  canvas/model 3 " \
-        "imageedit/image 3  shell/config 3  shapes 4  imageedit/mosaic 5  canvas/view 6 " \
-        "imageedit/crop 6  imageedit/album 6  shell/bar 7  shell/picker 7  shell/sheet 7 " \
-        "shell/editor 8  host/headless 9  host/sdl 9  host/browser 9"
-    count = split(floors, word, " ")
-    for (i = 1; i < count; i += 2) floorOf[word[i]] = word[i + 1]
-    programFloor = 10
-
-    # Rooms that may name a backend or the codec, and rooms that run only where there is a system:
-    # these alone may use its headers. All others must also build for the web.
-    namesBackends["host/sdl"] = namesBackends["host/browser"] = 1
-    native["codec"] = native["backend/cairo"] = native["host/sdl"] = 1
-
-    # Which rooms may use which other library, by the beginning of the header's name.
+    while ((getline line < floors) > 0) readRoom(line)
+    close(floors)
     count = split("cairo pango fontconfig ft2build jpeglib jerror png zlib webp lcms SDL nlohmann " \
         "CLI fmt gtest gmock benchmark emmintrin", library, " ")
-    libraries["backend/cairo"] = "cairo pango fontconfig ft2build"
-    libraries["codec"] = "jpeglib jerror png zlib webp lcms"
-    libraries["host/sdl"] = "SDL"
-    libraries["host/headless"] = "nlohmann"
-    # The compiler's own, for processors that have what it names.
-    libraries["imageedit/image"] = "emmintrin"
 
     # Standard headers that cost the web build dearly or that need a system under them.
     count2 = split("iostream fstream sstream filesystem format regex thread mutex shared_mutex " \
@@ -32,6 +14,16 @@ BEGIN {
 }
 
 { check($0) }
+
+# A line of the list of floors.
+function readRoom(line,   word, n, i) {
+    sub(/#.*/, "", line)
+    n = split(line, word, " ")
+    if (n < 3) return
+    floorOf[word[2]] = word[1]
+    if (word[3] == "program") isProgram[word[2]] = 1
+    for (i = 4; i <= n; i++) mayUse[word[2], word[i]] = 1
+}
 
 END {
     for (i = 1; i <= publicCount; i++) {
@@ -48,15 +40,17 @@ function complain(file, line, message) {
 }
 
 # The room of a file named from the root; empty for none.
-function roomOf(path,   parts, n) {
-    n = split(path, parts, "/")
-    if (parts[1] != "kalimkit") return n > 1 && parts[1] ~ /^(cli|tests|bench|examples)$/ ? parts[1] : ""
-    if (n > 2 && (parts[2] in floorOf)) return parts[2]
-    if (n > 3 && ((parts[2] "/" parts[3]) in floorOf)) return parts[2] "/" parts[3]
+function roomOf(path,   folder) {
+    folder = path
+    if (!sub(/^kalimkit\//, "", folder)) {
+        sub(/\/.*/, "", folder)
+        return folder != path && (folder in isProgram) ? folder : ""
+    }
+    while (sub(/\/[^\/]*$/, "", folder)) {
+        if ((folder in floorOf) && !(folder in isProgram)) return folder
+    }
     return ""
 }
-
-function floorAt(room) { return (room in floorOf) ? floorOf[room] : programFloor }
 
 # The library that a header belongs to; empty for the standard library's and the system's.
 function libraryOf(header,   k) {
@@ -94,23 +88,23 @@ function checkOwn(file, number, room, name,   other) {
     other = roomOf(name)
     if (name ~ /^kalimkit\// && other == "") {
         complain(file, number, name " lies in no room")
-    } else if (other == "" || (name !~ /^kalimkit\// && floorAt(room) < programFloor)) {
+    } else if (other == "" || (name !~ /^kalimkit\// && !(room in isProgram))) {
         complain(file, number, "\"" name "\" is not named from the root of the library")
-    } else if (room != other && floorAt(room) < programFloor) {
-        if (floorAt(other) >= floorAt(room)) {
-            complain(file, number, room " (floor " floorAt(room) ") must not include " other \
-                " (floor " floorAt(other) ")")
-        } else if (floorAt(other) == 1 && !(room in namesBackends)) {
+    } else if (room != other && !(room in isProgram)) {
+        if (floorOf[other] + 0 >= floorOf[room] + 0) {
+            complain(file, number, room " (floor " floorOf[room] ") must not include " other \
+                " (floor " floorOf[other] ")")
+        } else if (floorOf[other] == 1 && !((room, "backends") in mayUse)) {
             complain(file, number, "only programs and window hosts may include " other)
         }
     }
 }
 
 function checkAngle(file, number, room, name,   owner, allowed) {
-    if (floorAt(room) >= programFloor) return
+    if (room in isProgram) return
     owner = libraryOf(name)
-    if (owner != "") allowed = (" " libraries[room] " ") ~ (" " owner " ")
-    else if (room in native) allowed = 1
+    if (owner != "") allowed = (room, owner) in mayUse
+    else if ((room, "system") in mayUse) allowed = 1
     else allowed = name !~ /[.\/]/ && !(name in heavy)
     if (!allowed) complain(file, number, "<" name "> is not for " room)
 }

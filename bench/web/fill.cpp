@@ -1,14 +1,14 @@
 #include <cmath>
 #include <memory>
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/shapes/MDrawArrow.h"
 #include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawLine.h"
 #include "kalimkit/shapes/MDrawRect.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/loop/Environment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
 
 // What the benchmark asks of the module beside what a page asks.
 

@@ -2,12 +2,12 @@
 #include <cstdio>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 using namespace kalim;
 

@@ -7,8 +7,8 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
 
 using namespace kalim;
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/VertexMeasure.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

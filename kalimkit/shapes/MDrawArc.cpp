@@ -1,8 +1,8 @@
 #include "kalimkit/shapes/MDrawArc.h"
 
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/VertexMeasure.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/outline/ArrowOutline.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

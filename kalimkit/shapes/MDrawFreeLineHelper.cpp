@@ -1,7 +1,7 @@
 #include "kalimkit/shapes/MDrawFreeLineHelper.h"
 
-#include "kalimkit/canvas/model/QVGeometry.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/tool/QVGeometry.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

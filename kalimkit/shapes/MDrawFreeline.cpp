@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/SegmentHit.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

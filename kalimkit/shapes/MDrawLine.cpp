@@ -1,10 +1,10 @@
 #include "kalimkit/shapes/MDrawLine.h"
 
-#include "kalimkit/canvas/model/HandleReach.h"
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/LineDistance.h"
+#include "kalimkit/tool/HandleReach.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kalimkit/canvas/model/MDrawTool.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/tool/MDrawTool.h"
 
 namespace kalim {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "kalimkit/gfx/Raise.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

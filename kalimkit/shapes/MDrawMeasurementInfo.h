@@ -5,11 +5,11 @@
 #include <string>
 #include <utility>
 
-#include "kalimkit/canvas/model/MDrawTool.h"
-#include "kalimkit/canvas/model/MeasurementLabel.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/text/TextLayout.h"
+#include "kalimkit/tool/MDrawTool.h"
+#include "kalimkit/tool/MeasurementLabel.h"
 
 namespace kalim {
 

@@ -4,11 +4,11 @@
 #include <cmath>
 #include <string_view>
 
-#include "kalimkit/canvas/model/HandleReach.h"
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/VertexMeasure.h"
+#include "kalimkit/tool/HandleReach.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/canvas/model/MDrawTool.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/tool/MDrawTool.h"
 
 namespace kalim {
 

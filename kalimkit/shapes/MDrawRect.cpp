@@ -4,10 +4,10 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "kalimkit/canvas/model/HandleReach.h"
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/BoxOutline.h"
+#include "kalimkit/tool/HandleReach.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

@@ -6,7 +6,7 @@
 
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

@@ -11,7 +11,7 @@
 #include "kalimkit/shapes/MDrawTextDelegate.h"
 #include "kalimkit/shapes/MDrawTextView.h"
 #include "kalimkit/ui/control/TextViewDelegate.h"
-#include "kalimkit/ui/loop/KeyboardObserver.h"
+#include "kalimkit/ui/environment/KeyboardObserver.h"
 
 namespace kalim {
 

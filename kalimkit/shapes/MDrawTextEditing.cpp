@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "kalimkit/shapes/MDrawText.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 // Typing: the text view over the canvas, what of it becomes the tool's box, and the keyboard.
 

@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "kalimkit/shapes/MDrawText.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 // How the text is broken in its box, measured, shrunk to fit, and drawn. Measuring and drawing look
 // at one layout.

@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "kalimkit/canvas/model/FixedText.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/tool/FixedText.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/canvas/model/MDrawTool.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/tool/MDrawTool.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "tests/support/RecordingDevice.h"
 
 namespace kalim::test {

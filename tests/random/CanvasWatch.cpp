@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

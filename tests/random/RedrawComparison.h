@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 
 namespace kalim::test {
 

@@ -7,7 +7,7 @@
 #include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/JsonValue.h"
 
 namespace kalim::test {

@@ -1,8 +1,8 @@
 #include "tests/random/StepWatch.h"
 
-#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

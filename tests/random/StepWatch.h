@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/JsonValue.h"
 
 namespace kalim::test {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/canvas/model/MDrawTool.h"
+#include "kalimkit/tool/MDrawTool.h"
 
 namespace kalim::test {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "kalimkit/canvas/model/FixedText.h"
+#include "kalimkit/tool/FixedText.h"
 #include "tests/support/TestHost.h"
 
 namespace kalim {

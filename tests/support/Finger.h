@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 

@@ -3,12 +3,12 @@
 #include <memory>
 #include <string_view>
 
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/browser/BrowserEnvironment.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
 #include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/view/AccessibilityTree.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/AccessibilityTree.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 

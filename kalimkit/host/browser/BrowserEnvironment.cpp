@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "kalimkit/host/browser/BrowserImports.h"
-#include "kalimkit/shell/config/EnglishTexts.h"
+#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 

@@ -6,7 +6,7 @@
 
 #include "kalimkit/backend/html/HtmlDevice.h"
 #include "kalimkit/host/browser/DownloadPhotoLibrary.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

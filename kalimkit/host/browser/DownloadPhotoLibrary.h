@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "kalimkit/ui/loop/PhotoLibrary.h"
+#include "kalimkit/ui/environment/PhotoLibrary.h"
 
 namespace kalim {
 

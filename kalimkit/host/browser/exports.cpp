@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "kalimkit/album/KVAlbumManager.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/host/browser/PageEditor.h"
-#include "kalimkit/imageedit/album/KVAlbumManager.h"
 
 // What the page calls. A module holds one editor; a page with several has as many modules. What is
 // longer than a number lies in the module's buffer. What asks for an editor does nothing while no

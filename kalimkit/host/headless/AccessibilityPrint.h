@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "kalimkit/host/headless/JsonValue.h"
-#include "kalimkit/ui/view/AccessibilityNode.h"
+#include "kalimkit/ui/window/AccessibilityNode.h"
 
 namespace kalim {
 

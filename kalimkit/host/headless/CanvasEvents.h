@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "kalimkit/canvas/view/MDrawViewDelegate.h"
+#include "kalimkit/canvas/MDrawViewDelegate.h"
 #include "kalimkit/host/headless/JsonValue.h"
 
 namespace kalim {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/canvas/view/ToolClasses.h"
+#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/shapes/MDrawPolyline.h"
 #include "kalimkit/shapes/MDrawText.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 

@@ -3,13 +3,13 @@
 #include <memory>
 #include <string>
 
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/host/headless/EditorSetup.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 

@@ -5,7 +5,7 @@
 
 #include "kalimkit/host/headless/EditorViews.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/shell/config/FrameworkImages.h"
+#include "kalimkit/theme/FrameworkImages.h"
 
 namespace kalim {
 

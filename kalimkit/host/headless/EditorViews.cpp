@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "kalimkit/ui/control/AlertView.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 

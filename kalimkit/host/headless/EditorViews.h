@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {

@@ -10,7 +10,7 @@
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/headless/MemoryPhotoLibrary.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/ui/loop/PhotoLibrary.h"
+#include "kalimkit/ui/environment/PhotoLibrary.h"
 
 namespace kalim {
 

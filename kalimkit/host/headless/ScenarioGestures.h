@@ -2,9 +2,9 @@
 
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/ui/touch/PanGestureRecognizer.h"
-#include "kalimkit/ui/touch/PinchGestureRecognizer.h"
-#include "kalimkit/ui/touch/RotationGestureRecognizer.h"
+#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
+#include "kalimkit/ui/gesture/PinchGestureRecognizer.h"
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {

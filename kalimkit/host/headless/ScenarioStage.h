@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "kalimkit/canvas/view/MDrawView.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/CanvasEvents.h"
 #include "kalimkit/host/headless/EditorHost.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
@@ -12,8 +12,8 @@
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/view/AccessibilityTree.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/AccessibilityTree.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 

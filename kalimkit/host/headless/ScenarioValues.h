@@ -10,7 +10,7 @@
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/host/headless/JsonValue.h"
-#include "kalimkit/ui/view/EdgeInsets.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
 
 namespace kalim {
 

@@ -16,8 +16,8 @@
 
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
-#include "kalimkit/imageedit/image/MDrawImageUtil.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

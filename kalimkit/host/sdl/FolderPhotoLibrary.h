@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/ui/loop/PhotoLibrary.h"
+#include "kalimkit/ui/environment/PhotoLibrary.h"
 
 namespace kalim {
 

@@ -11,7 +11,7 @@
 #include "kalimkit/host/sdl/FolderPhotoLibrary.h"
 #include "kalimkit/host/sdl/PictureChooser.h"
 #include "kalimkit/host/sdl/UserDefaults.h"
-#include "kalimkit/shell/config/EnglishTexts.h"
+#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 
 namespace kalim {

@@ -8,7 +8,7 @@
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 

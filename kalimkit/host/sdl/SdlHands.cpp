@@ -6,8 +6,8 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/TerminalText.h"
+#include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/host/sdl/PictureClipboard.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
 
 namespace kalim {
 

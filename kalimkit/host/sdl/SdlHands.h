@@ -3,8 +3,8 @@
 #include <string>
 
 #include "kalimkit/codec/DecodeResult.h"
+#include "kalimkit/editor/screen/EditorKeysDelegate.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
-#include "kalimkit/shell/editor/EditorKeysDelegate.h"
 
 namespace kalim {
 

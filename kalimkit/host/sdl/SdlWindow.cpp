@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/sdl/SdlHands.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
 
 namespace kalim {
 

@@ -11,7 +11,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/sdl/SdlEnvironment.h"
 #include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 struct SDL_Window;
 union SDL_Event;

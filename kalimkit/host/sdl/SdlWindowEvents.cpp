@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 #include "kalimkit/host/sdl/SdlKeyNames.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
 
 namespace kalim {
 

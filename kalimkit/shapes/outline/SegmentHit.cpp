@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/shapes/outline/LineDistance.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

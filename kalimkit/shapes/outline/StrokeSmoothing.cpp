@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

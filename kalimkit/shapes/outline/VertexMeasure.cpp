@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <numbers>
 
-#include "kalimkit/canvas/model/QVGeometry.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 

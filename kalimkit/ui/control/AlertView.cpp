@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string>
 
-#include "kalimkit/ui/loop/Environment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 

@@ -10,7 +10,7 @@
 #include "kalimkit/ui/control/Button.h"
 #include "kalimkit/ui/control/ButtonChoice.h"
 #include "kalimkit/ui/control/Label.h"
-#include "kalimkit/ui/loop/Alert.h"
+#include "kalimkit/ui/environment/Alert.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "kalimkit/gfx/text/TextLayout.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim::ui {
 

@@ -10,7 +10,7 @@
 #include "kalimkit/gfx/Font.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/ui/control/Control.h"
-#include "kalimkit/ui/view/EdgeInsets.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
 
 namespace kalim::ui {
 

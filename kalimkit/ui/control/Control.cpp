@@ -1,6 +1,6 @@
 #include "kalimkit/ui/control/Control.h"
 
-#include "kalimkit/ui/touch/TapGestureRecognizer.h"
+#include "kalimkit/ui/gesture/TapGestureRecognizer.h"
 
 namespace kalim::ui {
 

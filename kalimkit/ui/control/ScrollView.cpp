@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim::ui {
 

@@ -8,10 +8,10 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/control/ScrollMotion.h"
 #include "kalimkit/ui/control/ScrollViewDelegate.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
+#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
+#include "kalimkit/ui/gesture/PinchGestureRecognizer.h"
 #include "kalimkit/ui/loop/DisplayLink.h"
-#include "kalimkit/ui/touch/PanGestureRecognizer.h"
-#include "kalimkit/ui/touch/PinchGestureRecognizer.h"
-#include "kalimkit/ui/view/EdgeInsets.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {

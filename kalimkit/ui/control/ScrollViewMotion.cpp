@@ -2,7 +2,7 @@
 #include <limits>
 
 #include "kalimkit/ui/control/ScrollView.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/motion/TimingCurve.h"
 
 namespace kalim::ui {

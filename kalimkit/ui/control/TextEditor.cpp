@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "kalimkit/gfx/text/PlainText.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim::ui {
 

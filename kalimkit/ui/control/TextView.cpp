@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kalimkit/ui/loop/Environment.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 

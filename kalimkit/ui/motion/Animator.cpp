@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/motion/AnimationRun.h"
 #include "kalimkit/ui/view/View.h"
 

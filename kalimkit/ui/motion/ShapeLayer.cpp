@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "kalimkit/gfx/PathTrim.h"
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {

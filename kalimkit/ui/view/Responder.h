@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/ui/touch/Touch.h"
+#include "kalimkit/ui/view/Touch.h"
 
 namespace kalim::ui {
 

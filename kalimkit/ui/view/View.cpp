@@ -6,7 +6,7 @@
 
 #include "kalimkit/ui/view/ViewDecoration.h"
 #include "kalimkit/ui/view/ViewMotion.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 

@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "kalimkit/ui/loop/Environment.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/motion/Animator.h"
 #include "kalimkit/ui/motion/ShapeLayer.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewDecoration.h"
 #include "kalimkit/ui/view/ViewMotion.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 

@@ -2,7 +2,7 @@
 #include "kalimkit/gfx/RoundedRect.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewDecoration.h"
-#include "kalimkit/ui/view/Window.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 

@@ -8,9 +8,9 @@
 #include <optional>
 #include <string>
 
+#include "kalimkit/album/KVAlbumManager.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/host/sdl/PictureChooser.h"
-#include "kalimkit/imageedit/album/KVAlbumManager.h"
 #include "tests/support/ProgramRun.h"
 #include "tests/support/TestHost.h"
 

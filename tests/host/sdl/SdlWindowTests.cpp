@@ -9,8 +9,8 @@
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
-#include "kalimkit/shell/editor/EditorKeys.h"
-#include "kalimkit/shell/editor/TesselViewController.h"
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/control/AlertView.h"
 
 namespace kalim::test {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "kalimkit/shell/config/EnglishTexts.h"
+#include "kalimkit/theme/EnglishTexts.h"
 #include "tests/support/ProgramRun.h"
 
 namespace kalim::test {

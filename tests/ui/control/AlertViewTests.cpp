@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "kalimkit/ui/loop/Environment.h"
-#include "kalimkit/ui/touch/TapGestureRecognizer.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/gesture/TapGestureRecognizer.h"
 #include "tests/support/Finger.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/ui/touch/PanGestureRecognizer.h"
-#include "kalimkit/ui/touch/TapGestureRecognizer.h"
+#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
+#include "kalimkit/ui/gesture/TapGestureRecognizer.h"
 #include "tests/support/Finger.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"

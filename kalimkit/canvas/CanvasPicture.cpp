@@ -1,0 +1,146 @@
+#include "kalimkit/canvas/CanvasPicture.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kalimkit/canvas/PictureLayout.h"
+#include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// A side that comes out below a point is given one: a very flat picture is squeezed rather than
+// lost. Where there is no room at all, the picture stays as it is.
+gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
+    const gfx::ImageRef fitted =
+        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false);
+    if (fitted || box.isEmpty()) return fitted ? fitted : image;
+    const gfx::PixelSize raster = image->pixelSize();
+    const double factor = std::min(box.width / raster.width, box.height / raster.height);
+    const gfx::ImageRef squeezed = MDrawImageUtil::resizedImageToSize(
+        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)});
+    return squeezed ? squeezed : image;
+}
+
+}  // namespace
+
+void CanvasPicture::take(const gfx::ImageRef& image, const gfx::Rect& bounds, double basis) {
+    *this = {};
+    _source = _first = _fitted = _shown = MDrawImageUtil::fixOrientation(image);
+    _reductions.take(_source);
+    if (_source && basis > 0) {
+        _basis = basis;
+        settleByBasis();
+        return showIn(bounds, ui::Environment::current().screen().scale);
+    }
+    if (_source) _rect = centredRect(_source->size(), bounds);
+    if (!bounds.isEmpty()) settle(bounds);
+}
+
+// A side that comes out below a point is given one, as where a view settles the canvas.
+void CanvasPicture::settleByBasis() {
+    const gfx::PixelSize raster = _source->pixelSize();
+    const double points = _basis / std::max({raster.width, raster.height, 1});
+    _canvas =
+        _rect = {0, 0, std::max(raster.width * points, 1.0), std::max(raster.height * points, 1.0)};
+}
+
+void CanvasPicture::settle(const gfx::Rect& bounds) {
+    _canvas = _bounds = bounds;
+    _screenScale = _firstScale = ui::Environment::current().screen().scale;
+    if (!_source) return;
+    if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source);
+    _fitted = _shown = _first;
+    _rect = centredRect(_first->size(), bounds);
+}
+
+void CanvasPicture::showIn(const gfx::Rect& bounds, double screenScale) {
+    if (bounds.isEmpty() || isShownIn(bounds, screenScale)) return;
+    if (!isSettled()) return settle(bounds);
+    _bounds = bounds;
+    _screenScale = screenScale;
+    _fittingScale = 1;
+    if (!_source) return;
+    if (hasBasis() || bounds.size != _canvas.size) {
+        const gfx::Size size = sizeIn(bounds.size);
+        _fittingScale = std::min(size.width / _rect.size.width, size.height / _rect.size.height);
+    }
+    if (hasBasis()) {
+        _fitted = _shown = redrawn(_fittingScale, screenScale);
+    } else {
+        _fitted = copy(1, screenScale);
+        _shown = copy(_fittingScale, screenScale);
+    }
+}
+
+bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const {
+    return bounds == _bounds && screenScale == _screenScale;
+}
+
+bool CanvasPicture::fillsView() const {
+    return _source && kalim::fillsView(_rect.size * _fittingScale, _bounds.size);
+}
+
+gfx::ImageRef CanvasPicture::shownAt(double pixelsPerPoint, PictureReductions::Making making) {
+    constexpr double tolerance = 0.5;
+    const double wanted = pixelsPerPoint * _rect.size.width;
+    if (!_shown || wanted <= _shown->pixelSize().width + tolerance) {
+        // A view that rests so has no use for more.
+        if (making == PictureReductions::Making::Any) releaseCopies();
+        return _lastShown = _shown;
+    }
+    const gfx::ImageRef copy = _reductions.atLeast(wanted - tolerance, making);
+    return _lastShown = copy ? copy : _shown;
+}
+
+void CanvasPicture::releaseCopies() {
+    _lastShown = nullptr;
+    _reductions.release();
+}
+
+double CanvasPicture::pixelsPerPoint() const {
+    return _source && !_rect.isEmpty() ? _source->pixelSize().width / _rect.size.width : 0;
+}
+
+// What the picture would measure if it came to a view of this size, but for the fractions of a
+// point that a picture loses there.
+gfx::Size CanvasPicture::sizeIn(gfx::Size box) const {
+    const gfx::PixelSize raster = _source->pixelSize();
+    const bool isSmaller = raster.width < box.width && raster.height < box.height;
+    // Lines that are as wide as the picture is large want it to be seen large.
+    if (isSmaller && hasBasis()) {
+        const double largest = std::min(box.width / raster.width, box.height / raster.height);
+        return gfx::Size(raster.width, raster.height) * std::floor(largest);
+    }
+    if (isSmaller || _source->size() == box) return _source->size();
+    const double factor = std::min(box.width / raster.width, box.height / raster.height);
+    return {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)};
+}
+
+gfx::ImageRef CanvasPicture::blockSource() const {
+    if (!hasBasis()) return _first;
+    const gfx::PixelSize raster = _source->pixelSize();
+    return std::max(raster.width, raster.height) > _basis ? redrawn(1, 1) : _source;
+}
+
+gfx::ImageRef CanvasPicture::copy(double factor, double screenScale) const {
+    if (factor == 1 && (screenScale == _firstScale || _first == _source)) return _first;
+    return redrawn(factor, screenScale);
+}
+
+// The picture as many times as large as it lies on the canvas, in whole pixels of the screen. Where
+// no surface can be had, a copy of another size serves.
+gfx::ImageRef CanvasPicture::redrawn(double factor, double screenScale) const {
+    const double pixels = factor * screenScale;
+    const gfx::Size size{std::max(std::round(_rect.size.width * pixels), 1.0) / screenScale,
+                         std::max(std::round(_rect.size.height * pixels), 1.0) / screenScale};
+    const auto surface = ui::Environment::current().device().makeSurface(size, screenScale, false);
+    if (!surface) return _first;
+    surface->context().setInterpolation(gfx::Interpolation::High);
+    surface->context().drawImage(*_source, {{}, size});
+    return surface->makeImage();
+}
+
+}  // namespace kalim

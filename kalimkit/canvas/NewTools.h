@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/tool/MDrawTool.h"
+
+namespace kalim {
+
+// What tools get that are made from now on.
+struct KALIM_API NewTools {
+    // Readies a tool that a finger begins to draw.
+    void prepare(MDrawTool& tool) const;
+    // What all tools of the canvas share: measuring and rules.
+    void applyShared(MDrawTool& tool) const;
+
+    const ToolClass* toolClass = nullptr;
+    std::uint64_t drawType = 0;
+    gfx::ColorRef color;
+    double lineWidth = 7.0;
+    double calibration = 0;
+    // Empty until the host chooses one; tools then keep their own.
+    std::string unit;
+    bool showMeasurement = false;
+    ToolRules rules;
+};
+
+}  // namespace kalim

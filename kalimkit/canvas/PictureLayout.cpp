@@ -1,0 +1,49 @@
+#include "kalimkit/canvas/PictureLayout.h"
+
+#include <cmath>
+
+namespace kalim {
+
+gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box) {
+    return {{box.midX() - size.width * 0.5, box.midY() - size.height * 0.5}, size};
+}
+
+gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
+                                  double angle) {
+    return gfx::AffineTransform::translation(seenAt)
+        .rotated(angle)
+        .scaled(scale, scale)
+        .translated(-center.x, -center.y);
+}
+
+gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
+                           double scale, gfx::PixelSize raster) {
+    if (!toSurface.isScaleAndTranslation()) return rect;
+    const gfx::Rect shown = toSurface.apply(rect);
+    const gfx::Size pixels = shown.size * scale;
+    if (std::abs(pixels.width - raster.width) > 0.5 ||
+        std::abs(pixels.height - raster.height) > 0.5) {
+        return rect;
+    }
+    const gfx::Rect aligned(std::round(shown.minX() * scale) / scale,
+                            std::round(shown.minY() * scale) / scale, raster.width / scale,
+                            raster.height / scale);
+    return toSurface.inverted().apply(aligned);
+}
+
+gfx::Rect alongPicture(const gfx::Rect& content, const gfx::Rect& picture,
+                       const gfx::Rect& shownPicture) {
+    const auto moved = [](double edge, double from, double to) { return edge == from ? to : edge; };
+    return gfx::Rect::spanning({moved(content.minX(), picture.minX(), shownPicture.minX()),
+                                moved(content.minY(), picture.minY(), shownPicture.minY())},
+                               {moved(content.maxX(), picture.maxX(), shownPicture.maxX()),
+                                moved(content.maxY(), picture.maxY(), shownPicture.maxY())});
+}
+
+bool fillsView(gfx::Size picture, gfx::Size view) {
+    // Differences are deliberately truncated to whole points.
+    return std::abs(std::trunc(picture.width - view.width)) < 4 &&
+           std::abs(std::trunc(picture.height - view.height)) < 6;
+}
+
+}  // namespace kalim

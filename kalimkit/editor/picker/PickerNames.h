@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "kalimkit/theme/TesselConfig.h"
+
+namespace kalim {
+
+// The pen whose picture on the pen button is the same in every size and colour.
+inline constexpr unsigned mosaicPen = 0;
+// The one that is no pen in use but opens the crop editor.
+inline constexpr unsigned cropPen = 8;
+
+// What the choices of the pickers are called in the user's language, for those who do not see them.
+// Empty for a choice that there is no name for.
+std::string penName(unsigned pen);
+std::string sizeName(unsigned size);
+// Of what a dot stands for, by its type.
+std::string choiceName(const TesselConfig& config);
+// Of a row of such dots.
+std::string kindName(unsigned type);
+
+// Of the picture on a pen or shape dot, and of that on the pen button. Empty where there is none.
+std::string dotIconName(const TesselConfig& config);
+std::string penIconName(unsigned pen, unsigned size);
+
+}  // namespace kalim

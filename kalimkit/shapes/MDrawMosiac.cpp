@@ -1,0 +1,99 @@
+#include "kalimkit/shapes/MDrawMosiac.h"
+
+#include <utility>
+#include <variant>
+
+#include "kalimkit/gfx/Context.h"
+#include "kalimkit/shapes/WholePixels.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double hitMargin = 5;
+
+// Whether there is anything to paint with.
+bool setFill(gfx::Context& context, const gfx::Paint& fill) {
+    if (const auto* const color = std::get_if<gfx::Color>(&fill)) {
+        context.setFillColor(*color);
+        return true;
+    }
+    const auto& pattern = std::get<gfx::Pattern>(fill);
+    context.setFillPattern(pattern);
+    return pattern.image != nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<MDrawMosiac> MDrawMosiac::initWithStartPoint(gfx::Point start) {
+    return makeAt<MDrawMosiac>(start);
+}
+
+const ToolClass& MDrawMosiac::Class() {
+    static const ToolClass toolClass{"MDrawMosiac", &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawMosiac>};
+    return toolClass;
+}
+
+void MDrawMosiac::init() {
+    MDrawRect::init();
+    _mIsDrawUp = false;
+    setColor(gfx::makeColor(0, 0, 0, 0));
+}
+
+void MDrawMosiac::drawUp(gfx::Point p) {
+    _mIsDrawUp = true;
+    MDrawRect::drawUp(p);
+}
+
+void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,
+                                                         const gfx::Paint& fill,
+                                                         const gfx::Rect& background) {
+    gfx::GraphicsStateGuard guard(context);
+    if (!isHiding()) {
+        context.setFillColor(*maskColor());
+        context.setStrokeColor(*_maskBorderColor);
+        context.fillRect(frame().inset(1, 1));
+        return;
+    }
+    const gfx::Rect hidden = frame().intersection(background);
+    if (hidden.isEmpty()) return;
+    const double scale = context.deviceScale();
+    const gfx::Rect patch = wholePixels(
+        hidden, context.transform().concat(gfx::AffineTransform::scaling(scale, scale)));
+    context.setAntialias(false);
+    if (_masciImage) {
+        context.drawImage(*_masciImage, patch);
+    } else if (setFill(context, fill)) {
+        context.fillRect(patch);
+    }
+}
+
+bool MDrawMosiac::hitTest(gfx::Point p) {
+    return rules().forgiving && frame().inset(-hitMargin, -hitMargin).contains(p);
+}
+
+bool MDrawMosiac::hitOnHandle(gfx::Point p) {
+    return rules().forgiving && MDrawRect::hitOnHandle(p);
+}
+
+bool MDrawMosiac::testHitOnHandle(gfx::Point p) {
+    return rules().forgiving && MDrawRect::testHitOnHandle(p);
+}
+
+void MDrawMosiac::drawSlectedStateContent(gfx::Context& context) {
+    if (rules().forgiving) MDrawRect::drawSlectedStateContent(context);
+}
+
+void MDrawMosiac::setColor(gfx::ColorRef color) {
+    if (keepsItsLook()) return;
+    MDrawRect::setColor(std::move(color));
+    setMaskColor(gfx::makeColor(0, 0, 0, 0.3));
+    _maskBorderColor = gfx::makeColor(0, 1, 1);
+}
+
+void MDrawMosiac::setLineWidth(double width) {
+    if (!keepsItsLook()) MDrawRect::setLineWidth(width);
+}
+
+}  // namespace kalim

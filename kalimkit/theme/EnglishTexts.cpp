@@ -1,0 +1,114 @@
+#include "kalimkit/theme/EnglishTexts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kalim {
+
+namespace {
+
+constexpr std::pair<std::string_view, std::string_view> texts[] = {
+    {"关闭", "Close"},
+    {"发送", "Send"},
+    {"完成", "Done"},
+    {"取消", "Cancel"},
+    {"还原", "Reset"},
+    {"继续标注", "Keep Editing"},
+    {"放弃修改", "Discard Changes"},
+    {"好", "OK"},
+    {"我知道了", "Got It"},
+    {"面积不能超过2K", "The drawing may not be larger than 2K"},
+    {"无法载入图片", "The Picture Cannot Be Opened"},
+    {"载入此图片时出错", "Something went wrong when opening this picture"},
+    {"打开新图片？", "Open Another Picture?"},
+    {"当前的标注将会丢失", "What has been drawn will be lost"},
+    {"打开", "Open"},
+    {"请先完成裁剪", "Finish Cropping First"},
+    {"离开裁剪后才能打开新图片", "Another picture can be opened after that"},
+    {"剪贴板不可用", "The Clipboard Is Not Available"},
+    {"请安装 xclip 以复制和粘贴图片", "Install xclip to copy and paste pictures"},
+    {"剪贴板中没有图片", "There Is No Picture on the Clipboard"},
+    {"无法保存图片", "The Picture Cannot Be Saved"},
+    {"内存不足", "There Is Not Enough Memory"},
+    {"工具栏", "Tool bar"},
+    {"更多", "More"},
+    {"撤销", "Undo"},
+    {"重做", "Redo"},
+    {"编辑", "Edit"},
+    {"删除", "Delete"},
+    {"画布", "Canvas"},
+    {"确定", "OK"},
+    {"颜色", "Colour"},
+    {"粗细", "Line width"},
+    {"画笔", "Pen"},
+    {"形状", "Shape"},
+    {"马赛克", "Mosaic"},
+    {"文字", "Text"},
+    {"涂鸦", "Freehand"},
+    {"矩形", "Rectangle"},
+    {"直线", "Line"},
+    {"圆形", "Ellipse"},
+    {"箭头", "Arrow"},
+    {"裁剪", "Crop"},
+    {"裁剪工具栏", "Crop tool bar"},
+    {"裁剪框", "Crop frame"},
+    {"旋转", "Rotate"},
+    {"红色", "Red"},
+    {"橙色", "Orange"},
+    {"黄色", "Yellow"},
+    {"绿色", "Green"},
+    {"蓝色", "Blue"},
+    {"紫色", "Purple"},
+    {"粉色", "Pink"},
+    {"白色", "White"},
+    {"灰色", "Grey"},
+    {"黑色", "Black"},
+    {"极细", "Finest"},
+    {"细", "Fine"},
+    {"中等", "Medium"},
+    {"粗", "Thick"},
+    {"极粗", "Thickest"},
+    {"已选中", "Selected"},
+    {"{}矩形", "{} rectangle"},
+    {"{}圆角矩形", "{} rounded rectangle"},
+    {"{}圆形", "{} ellipse"},
+    {"{}文字", "{} text"},
+    {"{}涂鸦", "{} freehand drawing"},
+    {"{}直线", "{} line"},
+    {"{}箭头", "{} arrow"},
+    {"{}多边形", "{} polygon"},
+    {"{}角", "{} angle"},
+    {"{}弧线", "{} arc"},
+    {"{}批注", "{} comment"},
+    {"{}图形", "{} shape"},
+    {"：", ": "},
+    {"{}，左上", "{}, top left"},
+    {"{}，上方", "{}, top"},
+    {"{}，右上", "{}, top right"},
+    {"{}，左侧", "{}, left"},
+    {"{}，中间", "{}, middle"},
+    {"{}，右侧", "{}, right"},
+    {"{}，左下", "{}, bottom left"},
+    {"{}，下方", "{}, bottom"},
+    {"{}，右下", "{}, bottom right"},
+};
+
+// Of a locale such as "zh_CN.UTF-8".
+std::string_view languageOf(std::string_view locale) {
+    return locale.substr(0, locale.find_first_of("_-.@"));
+}
+
+}  // namespace
+
+std::string englishText(const std::string& text) {
+    const auto* const found = std::ranges::find(texts, std::string_view(text),
+                                                [](const auto& pair) { return pair.first; });
+    return found == std::end(texts) ? text : std::string(found->second);
+}
+
+bool prefersEnglishTexts(std::string_view locale) {
+    const std::string_view language = languageOf(locale);
+    return !language.empty() && language != "C" && language != "POSIX" && language != "zh";
+}
+
+}  // namespace kalim

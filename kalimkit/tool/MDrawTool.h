@@ -1,0 +1,286 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/gfx/Context.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
+#include "kalimkit/tool/Feature.h"
+#include "kalimkit/tool/MToolUndoManager.h"
+#include "kalimkit/tool/MeasurementLabel.h"
+#include "kalimkit/tool/MoveDirection.h"
+#include "kalimkit/tool/ToolClass.h"
+#include "kalimkit/tool/ToolRules.h"
+
+namespace kalim {
+
+class MDrawTool;
+using ToolRef = std::shared_ptr<MDrawTool>;
+using ToolList = std::vector<ToolRef>;
+
+// Everything that can lie on the canvas: two defining points, a colour and a width, a rotation
+// about the middle of the points, grab handles, a measurement and a history of its own. Points are
+// canvas points; the defining points are those of the unrotated tool. Shapes override the hooks;
+// the canvas talks to tools through this class alone.
+class KALIM_API MDrawTool : public std::enable_shared_from_this<MDrawTool> {
+public:
+    // ---- making and identity
+    static ToolRef initWithStartPoint(gfx::Point start);
+    virtual ~MDrawTool();
+    static const ToolClass& Class();
+    virtual const ToolClass& toolClass() const { return Class(); }
+    // "Class:Index:n", n counting the tools of that class in this process.
+    const std::string& name() const { return _name; }
+    void setName(std::string name) { _name = std::move(name); }
+    // Forgets the counters behind the names, for tests.
+    static void resetNames();
+
+    // ---- creation by a gesture; canvas points
+    virtual void drawDown(gfx::Point) {}
+    virtual void drawMove(gfx::Point) {}
+    virtual void drawUp(gfx::Point) {}
+    // False while the tool is degenerate; the canvas discards it then.
+    virtual bool isDrawVaild() const { return true; }
+    // Marks the tool as finished and clamps its geometry.
+    virtual void finalize();
+    // Sets the end point only.
+    virtual void finalize(gfx::Point end);
+    // Clamps the geometry to valid bounds.
+    virtual void limitValidFeatrue() {}
+
+    // ---- geometry
+    // The unrotated box of the defining points.
+    virtual gfx::Rect frame() const;
+    // The frame grown by half the width, then turned: its bounding box.
+    virtual gfx::Rect frameIncludeLineWidth() const;
+    // Canvas point to the tool's unrotated frame, and back. Both are the identity for tools that
+    // are not turned by their drawing context.
+    virtual gfx::Point invertPoint(gfx::Point p) const;
+    gfx::Point transformPoint(gfx::Point p) const;
+    // centerPoint becomes the frame's centre, preScalePoint its far corner.
+    void reCalcCenter();
+    // Points to units, with isSquare square points to square units; unchanged while uncalibrated.
+    double unitConvertIsSquare(double value, bool isSquare) const;
+
+    // ---- hit testing; canvas points, except where said. Tests may normalise the defining points.
+    virtual bool hitTest(gfx::Point p);
+    // Records in moveDirection what was hit.
+    virtual bool hitOnHandle(gfx::Point p);
+    virtual bool testHitOnHandle(gfx::Point p);
+    // Both points in the tool's unrotated frame: the caller has inverted p already.
+    bool isPointOnHandle(gfx::Point p, gfx::Point handle) const;
+
+    // ---- editing
+    // One step of a drag from p1 to p2, canvas points. A step that would make the tool invalid is
+    // taken back. Answers how far the drag has come: p2, or p1 where the step was taken back.
+    virtual gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2);
+    virtual void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end);
+    // Radians since the gesture began.
+    virtual void rotateChangedWithAngle(double angle);
+    virtual void rotateEndedWithAngle(double angle);
+    virtual void stopMoveHandle();
+    // Brings a finished tool whose width has changed within the bounds of that width.
+    virtual void growToLineWidth() { limitValidFeatrue(); }
+
+    // ---- drawing; the context is in canvas coordinates
+    virtual void draw(gfx::Context& context);
+    virtual void drawContent(gfx::Context&) {}
+    virtual void drawSlectedStateContent(gfx::Context& context) { drawContent(context); }
+    virtual void drawContentHandle(gfx::Context&) {}
+    void drawHandleAtPoint(gfx::Context& context, gfx::Point handle) const;
+    void drawRotateCenterPoint(gfx::Context& context, gfx::Point center);
+    // The label, for a finished tool that is not selected and has a text to show.
+    virtual void drawMeasurement(gfx::Context& context);
+    // Where the tool's picture has changed by drawMove since this was asked last, canvas points,
+    // the line's width included, for tools that grow point by point. Nothing where the whole extent
+    // may have changed.
+    virtual std::optional<gfx::Rect> takeAddedExtent() { return std::nullopt; }
+    // What of the content and the label may be seen, canvas points; all of it at first. Handles and
+    // the outline of a selected tool are drawn wherever they are.
+    const std::optional<gfx::Rect>& visibleRect() const { return _visibleRect; }
+    virtual void setVisibleRect(const std::optional<gfx::Rect>& rect) { _visibleRect = rect; }
+    // Brings transform and mInvertTransform up to the present points and angle, as drawing does.
+    void refreshTransform();
+
+    // ---- capabilities
+    virtual bool isSupportGestureRotate() const { return false; }
+    // Whether rotation is applied by turning the drawing context; others turn their own points.
+    virtual bool isRotateByRotateCtx() const { return true; }
+
+    // ---- group operations; a single tool is no group
+    virtual bool mutabaleToolObjType() const { return false; }
+    virtual bool containTool(const ToolRef&) const { return false; }
+    virtual void addSubTool(const ToolRef&) {}
+    virtual void removeSubTool(const ToolRef&) {}
+    virtual void addSubToolToArray(ToolList&) const {}
+    virtual void removeSubToolFromArray(ToolList&) const {}
+    // For groups: the callback for each member. A single tool answers false.
+    using ToolStep = std::function<bool(const ToolRef&)>;
+    virtual bool undo(const ToolStep&) { return false; }
+    virtual bool redo(const ToolStep&) { return false; }
+    // A group of the same members; null for a single tool.
+    virtual ToolRef copyOfGroup() const { return nullptr; }
+
+    // ---- history
+    virtual Feature getFeature() const;
+    // Null is ignored; a missing colour becomes none, other missing keys leave their property
+    // alone. lastRotateAngle is deliberately not restored.
+    virtual void setFeature(const FeatureRef& feature);
+    // Records a snapshot of a valid tool; whether it did.
+    virtual bool updatefeature();
+    // Whether a snapshot taken now would differ from the one in force.
+    virtual bool hasUnrecordedChange() const;
+    bool undo();
+    bool redo();
+    void revertLastValidfeature();
+    virtual void resetRedo();
+    virtual void reset();
+    MToolUndoManager& undoMgr() { return _undoMgr; }
+
+    // ---- properties
+    gfx::Point startPoint() const { return _startPoint; }
+    void setStartPoint(gfx::Point p) { _startPoint = p; }
+    gfx::Point endPoint() const { return _endPoint; }
+    void setEndPoint(gfx::Point p) { _endPoint = p; }
+    // The style within the class; classes with one style store 0 whatever is passed.
+    virtual std::uint64_t drawType() const { return _drawType; }
+    virtual void setDrawType(std::uint64_t drawType);
+    virtual gfx::ColorRef color() const { return _color; }
+    virtual void setColor(gfx::ColorRef color) { _color = std::move(color); }
+    const gfx::ColorRef& fillColor() const { return _fillColor; }
+    void setFillColor(gfx::ColorRef color) { _fillColor = std::move(color); }
+    virtual double lineWidth() const { return _lineWidth; }
+    virtual void setLineWidth(double width);
+    bool selected() const { return _selected; }
+    virtual void setSelected(bool selected) { _selected = selected; }
+    bool finalized() const { return _finalized; }
+    bool isNewBuild() const { return _isNewBuild; }
+    void setIsNewBuild(bool isNewBuild) { _isNewBuild = isNewBuild; }
+    // As the canvas has handed them down.
+    const ToolRules& rules() const { return _rules; }
+    virtual void setRules(const ToolRules& rules) { _rules = rules; }
+    // Drawn as a member of a group of several, so without handles of its own.
+    bool isMutableTool() const { return _isMutableTool; }
+    void setIsMutableTool(bool isMutable) { _isMutableTool = isMutable; }
+    // Radians.
+    double rotateAngle() const { return _rotateAngle; }
+    void setRotateAngle(double angle) { _rotateAngle = angle; }
+    // Where the next rotation gesture begins.
+    double lastRotateAngle() const { return _lastRotateAngle; }
+    void setLastRotateAngle(double angle) { _lastRotateAngle = angle; }
+    // The rotation about the centre as last applied, and its inverse.
+    const gfx::AffineTransform& transform() const { return _transform; }
+    const gfx::AffineTransform& mInvertTransform() const { return _mInvertTransform; }
+    MoveDirection moveDirection() const { return _moveDirection; }
+    void setMoveDirection(MoveDirection direction) { _moveDirection = direction; }
+    gfx::Point centerPoint() const { return _centerPoint; }
+    void setCenterPoint(gfx::Point p) { _centerPoint = p; }
+    gfx::Point preScalePoint() const { return _preScalePoint; }
+    void setPreScalePoint(gfx::Point p) { _preScalePoint = p; }
+    double zoomScale() const { return _zoomScale; }
+    void setZoomScale(double scale) { _zoomScale = scale; }
+    // Diameter and outline width of a handle, canvas points.
+    int handleSize() const { return _handleSize; }
+    int handleLineWidthSize() const { return _handleLineWidthSize; }
+    double handleViewScale() const { return _handleViewScale; }
+    virtual void setHandleViewScale(double scale);
+    // View points per canvas point, for what belongs to the screen and keeps its size there
+    // whatever the canvas's points are: handles, the outline of the selection, a finger's reach. 0,
+    // as at first, where canvas points stand for it.
+    double viewScale() const { return _viewScale; }
+    virtual void setViewScale(double scale) { _viewScale = scale; }
+    const gfx::ColorRef& handleFillColor() const { return _handleFillColor; }
+
+    // ---- measurement
+    // Units per point; 0 means uncalibrated.
+    double calibration() const { return _calibration; }
+    void setCalibration(double calibration) { _calibration = calibration; }
+    const std::string& unit() const { return _unit; }
+    // Also sets unitScale: um 1, mm 0.001, cm 0.000001 (deliberately so), any other 1.
+    void setUnit(std::string unit);
+    double unitScale() const { return _unitScale; }
+    bool showMeasurement() const { return _showMeasurement; }
+    void setShowMeasurement(bool show) { _showMeasurement = show; }
+    // Empty when the shape has nothing to say.
+    virtual std::string measureText() const { return {}; }
+
+protected:
+    MDrawTool() = default;
+    // How many canvas points are so many points of the screen.
+    double onCanvas(double points) const { return _viewScale > 0 ? points / _viewScale : points; }
+    // Runs once after construction, base first.
+    virtual void init();
+    // Constructs a tool and initialises it at a point.
+    template <typename Tool>
+    static std::shared_ptr<Tool> makeAt(gfx::Point start);
+    template <typename Tool>
+    static ToolRef makeToolAt(gfx::Point start) {
+        return makeAt<Tool>(start);
+    }
+    // The label object, made on first use; none in the base.
+    virtual std::unique_ptr<MeasurementLabel> makeMeasurement() { return nullptr; }
+
+    gfx::Point _startPoint;
+    gfx::Point _endPoint;
+    MoveDirection _moveDirection = MoveDirection::None;
+    std::uint64_t _drawType = 0;
+    bool _isMutableTool = false;
+
+private:
+    void initName();
+    void updateHandleSize();
+    double handleSizeOnScreen() const;
+    bool isPointOnScreenHandle(gfx::Point p, gfx::Point handle) const;
+    void rotateAbout(gfx::Point center);
+    bool isTurnedByContext() const { return isSupportGestureRotate() && isRotateByRotateCtx(); }
+    void drawVisibleContent(gfx::Context& context);
+    void drawSelectedState(gfx::Context& context);
+
+    std::string _name;
+    gfx::ColorRef _color;
+    gfx::ColorRef _fillColor;
+    double _lineWidth = 0;
+    bool _selected = false;
+    bool _finalized = false;
+    bool _isNewBuild = true;
+    ToolRules _rules;
+    double _rotateAngle = 0;
+    double _lastRotateAngle = 0;
+    gfx::AffineTransform _transform;
+    gfx::AffineTransform _mInvertTransform;
+    gfx::Point _centerPoint;
+    gfx::Point _preScalePoint;
+    double _zoomScale = 0;
+    int _handleSize = 0;
+    int _handleLineWidthSize = 0;
+    gfx::ColorRef _handleFillColor;
+    double _handleViewScale = 1;
+    double _viewScale = 0;
+    double _calibration = 0;
+    std::string _unit;
+    double _unitScale = 1;
+    bool _showMeasurement = false;
+    std::optional<gfx::Rect> _visibleRect;
+    std::unique_ptr<MeasurementLabel> _measurement;
+    MToolUndoManager _undoMgr;
+};
+
+template <typename Tool>
+std::shared_ptr<Tool> MDrawTool::makeAt(gfx::Point start) {
+    // The constructors are protected, so that nobody gets a tool whose init() has not run.
+    struct Constructible : Tool {};
+    const std::shared_ptr<Tool> tool = std::make_shared<Constructible>();
+    static_cast<MDrawTool&>(*tool).init();
+    tool->setStartPoint(start);
+    tool->setEndPoint(start);
+    return tool;
+}
+
+}  // namespace kalim

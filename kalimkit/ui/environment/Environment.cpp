@@ -1,0 +1,61 @@
+#include "kalimkit/ui/environment/Environment.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "kalimkit/gfx/Raise.h"
+#include "kalimkit/ui/motion/Animator.h"
+
+namespace kalim::ui {
+
+namespace {
+
+std::shared_ptr<Environment>& installed() {
+    static std::shared_ptr<Environment> environment;
+    return environment;
+}
+
+}  // namespace
+
+Environment::~Environment() = default;
+
+Environment& Environment::current() {
+    if (!installed()) {
+        raise("EnvironmentException", "An environment must be installed before the first view.");
+        std::abort();
+    }
+    return *installed();
+}
+
+bool Environment::hasCurrent() {
+    return installed() != nullptr;
+}
+
+std::shared_ptr<Environment> Environment::install(std::shared_ptr<Environment> environment) {
+    return std::exchange(installed(), std::move(environment));
+}
+
+void Environment::presentAlert(const Alert& alert) {
+    // Copied: the answer may drop whoever holds the alert.
+    if (const auto completion = alert.completion) completion(0);
+}
+
+std::optional<bool> Environment::userDefault(const std::string& key) const {
+    const auto found = _userDefaults.find(key);
+    return found == _userDefaults.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Environment::setUserDefault(const std::string& key, bool value) {
+    _userDefaults[key] = value;
+}
+
+void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
+    if (picked) picked(std::nullopt);
+}
+
+Animator& Environment::animator() {
+    if (!_animator) _animator = std::make_shared<Animator>(*this);
+    return *_animator;
+}
+
+}  // namespace kalim::ui

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kalimkit/gfx/Device.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Size.h"
+#include "kalimkit/ui/environment/Alert.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
+#include "kalimkit/ui/environment/Keyboard.h"
+#include "kalimkit/ui/loop/RunLoop.h"
+
+namespace kalim::ui {
+
+class Animator;
+class PhotoLibrary;
+class TextView;
+class Window;
+
+// Facts of the main screen.
+struct Screen {
+    // Device pixels per point.
+    double scale = 1;
+    // The whole screen in device pixels, portrait, whatever the application covers of it.
+    gfx::PixelSize nativeSize;
+    bool isPhone = false;
+    // What a notch, round corners and a home indicator take up of the application's window, points.
+    // Nothing stands for what the shell knows of the screen, see safeAreaInsets().
+    std::optional<EdgeInsets> safeAreaInsets = std::nullopt;
+};
+
+// What a host plugs in once, before the first view. One is current at a time; tests install their
+// own. Everything optional has a harmless default, so that a small host implements little.
+class KALIM_API Environment {
+public:
+    virtual ~Environment();
+
+    // The one in force. Asking while none is installed is a programming error that is raised as
+    // "EnvironmentException"; nothing could go on without one, so the process ends where the
+    // handler returns.
+    static Environment& current();
+    static bool hasCurrent();
+    // Installs one, or none with null; returns the one it replaces.
+    static std::shared_ptr<Environment> install(std::shared_ptr<Environment> environment);
+
+    virtual gfx::Device& device() = 0;
+    virtual Screen screen() const = 0;
+    virtual RunLoop& runLoop() = 0;
+    // Seconds since 1970 by the wall clock.
+    virtual double wallClock() const = 0;
+
+    // The largest area, in device pixels, that drawn content may grow to; nothing for no limit.
+    virtual std::optional<gfx::Size> areaBudget() const { return std::nullopt; }
+    // Resident memory of the process and free memory of the machine, bytes; nothing where the host
+    // cannot tell.
+    virtual std::optional<double> usedMemory() const { return std::nullopt; }
+    virtual std::optional<double> availableMemory() const { return std::nullopt; }
+    // The host's text for a key; the key itself where the host has none.
+    virtual std::string localizedString(const std::string& key) const { return key; }
+    // Shows a modal alert. The default tells the alert at once that its first button was tapped.
+    virtual void presentAlert(const Alert& alert);
+
+    // ---- what the user chose. The defaults keep it in memory.
+    // Nothing for what was never set.
+    virtual std::optional<bool> userDefault(const std::string& key) const;
+    virtual void setUserDefault(const std::string& key, bool value);
+
+    // Whether the user wants things to be where they go, instead of watching them go there.
+    // Animations then end as they begin, and their completions run at the run loop's next turn. Off
+    // at first; the host tells it.
+    bool prefersReducedMotion() const { return _prefersReducedMotion; }
+    void setPrefersReducedMotion(bool prefers) { _prefersReducedMotion = prefers; }
+
+    // ---- around the application's windows
+    // The first window that was made and still exists; null for none.
+    Window* keyWindow() const { return _windows->empty() ? nullptr : _windows->front(); }
+    // Those that exist, in the order they were made. Windows enter and leave by themselves; the
+    // list outlives the environment for them.
+    const std::shared_ptr<std::vector<Window*>>& windows() const { return _windows; }
+    virtual void setStatusBarHidden(bool /*hidden*/, bool /*animated*/) {}
+    // 0 is dark on light, 1 light on dark.
+    virtual void setStatusBarStyle(int /*style*/) {}
+    // Whether the user can be asked for a picture of his own.
+    virtual bool isPhotoLibraryAvailable() const { return false; }
+    // Asks for one; nothing once the user has cancelled that. The default has none to offer and
+    // answers at once.
+    virtual void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked);
+    // The library that pictures are saved in; each call may answer with another object. Null where
+    // the host has none.
+    virtual std::shared_ptr<PhotoLibrary> makePhotoLibrary() { return nullptr; }
+
+    // ---- text input
+    // The text on the clipboard, empty where there is none; the default has no clipboard.
+    virtual std::string clipboardText() { return {}; }
+    virtual void setClipboardText(const std::string& /*text*/) {}
+    // The text view that has the focus now, null for none: called when the focus, the text or the
+    // caret's place has changed, so that a host can show its keyboard and place an input method's
+    // window.
+    virtual void textInputChanged(TextView* /*focused*/) {}
+    // The host tells it the on-screen keyboard's height.
+    Keyboard& keyboard() { return _keyboard; }
+
+    // What moves the views that animate.
+    Animator& animator();
+
+    // Null at first. The configuration of the editor's shell keeps there what it has made with the
+    // device, so that it lives exactly as long as the environment.
+    std::shared_ptr<void>& keptPictures() { return _keptPictures; }
+
+private:
+    Keyboard _keyboard;
+    bool _prefersReducedMotion = false;
+    // Made when the first view animates, since the run loop is the derived class's.
+    std::shared_ptr<Animator> _animator;
+    std::map<std::string, bool> _userDefaults;
+    std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
+    std::shared_ptr<void> _keptPictures;
+};
+
+}  // namespace kalim::ui

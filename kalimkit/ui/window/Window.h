@@ -1,0 +1,153 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Surface.h"
+#include "kalimkit/ui/view/Damage.h"
+#include "kalimkit/ui/view/Touch.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim::ui {
+
+class ViewController;
+
+// A finger as the host reports it.
+struct Finger {
+    std::int64_t id = 0;
+    // Window points.
+    gfx::Point location;
+};
+
+// What one frame cost.
+struct FrameCost {
+    // Device pixels inside the damaged rectangles.
+    std::int64_t pixels = 0;
+    // How many views drew; one that several rectangles meet counts for each.
+    int views = 0;
+};
+
+// The root of a view tree: turns what a host reports into touches, and damaged views into pixels.
+// The host draws surface() to its screen after display(), and has the run loop's frame handler call
+// display(). Whoever handles a touch may destroy the window; nothing that it calls otherwise may.
+class KALIM_API Window : public Responder {
+public:
+    // Size in points; the scale is that of the current environment's screen.
+    explicit Window(gfx::Size size);
+    ~Window() override;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    const std::shared_ptr<View>& rootView() const { return _root; }
+    gfx::Size size() const { return _size; }
+    // Whose view fills the window, under what else is in the root view; null, as at first, for
+    // none. The one before disappears and the new one appears; each is told before and after. The
+    // window holds it until another comes or the window goes.
+    const std::shared_ptr<ViewController>& rootViewController() const { return _controller; }
+    void setRootViewController(std::shared_ptr<ViewController> controller);
+    // Resizes the root view, takes the screen's scale anew and damages everything.
+    void setSize(gfx::Size size);
+
+    // ---- touches. Locations in window points; a finger must have begun to move or end. One that
+    // lands on no view, or on a place that is not finite, is ignored until it lands again; it lifts
+    // where it was last when it ends on such a place. The work of the main queue is done and marked
+    // views are displayed before each returns.
+    void fingersBegan(const std::vector<Finger>& fingers);
+    // Fingers that are not listed, or have not moved, stay where they are.
+    void fingersMoved(const std::vector<Finger>& fingers);
+    void fingersEnded(const std::vector<Finger>& fingers);
+    // The ids alone count; an empty list cancels every finger.
+    void fingersCancelled(const std::vector<Finger>& fingers);
+    // Those that are down, in the order of landing.
+    const std::vector<TouchRef>& activeTouches() const { return _touches; }
+    // Views call it when they go.
+    void cancelTouchesIn(const View& subtree);
+    // A finger lands in the middle of the view, whatever lies over it, and lifts at once. False,
+    // and nothing happens, for a view of no or another window and for one that a finger is on.
+    bool tap(View& view);
+    // Does work that comes from the host in another way than by fingers, and ends it as theirs.
+    // Fingers that it reports are one event together: marked views are displayed when all have
+    // been.
+    void perform(const std::function<void()>& work);
+    // A gesture has begun apart from any event: the views in there are told that their touches are
+    // cancelled, and those fingers are kept from them.
+    void takeTouches(const View& subtree);
+
+    // ---- focus
+    // The view that gets what is typed; null for none. Views take and give it up.
+    std::shared_ptr<View> firstResponder() const { return _firstResponder.lock(); }
+    // Views call it when they go or are hidden.
+    void endFocusIn(const View& subtree);
+
+    // ---- display
+    // Rounded out to whole device pixels and cut at the window.
+    void addDamage(const gfx::Rect& windowRect);
+    const Damage& damage() const { return _damage; }
+    bool needsDisplay() const { return !_damage.isEmpty() || _needsLayout; }
+    // Lays out and draws what is marked; nothing to do leaves the surface alone. What drawing
+    // itself marks waits for the next display.
+    void display();
+    // Null until the first display, or when the device has no surface of this size. Transparent
+    // where no view draws.
+    const std::shared_ptr<gfx::Surface>& surface() const { return _surface; }
+    // The device rectangles, in pixels, that the last frame drew, and what it cost. A display that
+    // had nothing to do is no frame.
+    const std::vector<gfx::Rect>& lastDamage() const { return _lastDamage; }
+    FrameCost lastCost() const { return _lastCost; }
+    // Counts the frames, the one being drawn included.
+    std::uint64_t frames() const { return _frames; }
+    // All that was drawn since this was asked last, in pixels: what the host has to bring to its
+    // screen.
+    std::vector<gfx::Rect> takeDrawn();
+
+private:
+    friend class View;
+    using Touches = std::vector<TouchRef>;
+    using Life = std::weak_ptr<Window*>;
+
+    // ---- touches (WindowTouches.cpp)
+    TouchRef touchWithId(std::int64_t id) const;
+    TouchRef land(const Finger& finger);
+    void rest();
+    void lift(const Touches& lifted, TouchPhase phase);
+    void deliver(TouchPhase phase, const Touches& changed, const Touches& all);
+    Touches feedRecognizers(View& view, TouchPhase phase, const Touches& changed,
+                            const Touches& all);
+    static Touches withhold(const Touches& touches);
+    void sendCancelled(const Touches& cancelled, const Touches& all);
+    void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
+    static void finishEvent(const Life& life);
+
+    void setFirstResponder(const std::shared_ptr<View>& view);
+    void requestLayout();
+    void layout();
+    bool prepareSurface();
+    void draw(const gfx::Rect& rect);
+
+    // Goes with the window.
+    std::shared_ptr<Window*> _life = std::make_shared<Window*>(this);
+    gfx::Size _size;
+    double _scale;
+    std::shared_ptr<View> _root;
+    std::shared_ptr<ViewController> _controller;
+    // The environment's list of windows, this one among them.
+    std::shared_ptr<std::vector<Window*>> _windows;
+    Touches _touches;
+    std::weak_ptr<View> _firstResponder;
+    Damage _damage;
+    bool _needsLayout = true;
+    bool _isDisplaying = false;
+    // How much of perform() is under way.
+    int _performing = 0;
+    std::shared_ptr<gfx::Surface> _surface;
+    std::vector<gfx::Rect> _lastDamage;
+    FrameCost _lastCost;
+    std::uint64_t _frames = 0;
+    // In pixels, not yet taken by the host.
+    Damage _drawn;
+};
+
+}  // namespace kalim::ui

@@ -1,0 +1,407 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <numbers>
+#include <utility>
+
+#include "tests/canvas/CanvasHost.h"
+
+namespace kalim {
+namespace {
+
+using test::CanvasHost;
+
+TEST(MDrawViewTouches, ATapLeavesNoDotAndADragDrawsWithTheCurrentSettings) {
+    CanvasHost host;
+    host.pick(ToolType::Rectangle, 1);
+    host.canvas->setDrawLineWidth(12);
+    const auto blue = gfx::makeColor(0, 0, 1);
+    host.canvas->setDrawColorIsTranslucent(blue, false);
+    host.tap({100, 100});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    host.down({100, 100});
+    host.move({150, 140});
+    const ToolRef box = host.canvas->tools().front();
+    EXPECT_TRUE(box->isNewBuild());
+    EXPECT_FALSE(host.canvas->canUndo());
+    host.up({200, 180});
+    EXPECT_EQ(box->startPoint(), (gfx::Point{100, 100}));
+    EXPECT_EQ(box->endPoint(), (gfx::Point{200, 180}));
+    EXPECT_EQ(box->color(), blue);
+    EXPECT_EQ(box->lineWidth(), 12);
+    EXPECT_EQ(box->drawType(), 1u);
+    EXPECT_FALSE(box->isNewBuild());
+    EXPECT_TRUE(host.canvas->canUndo());
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+}
+
+TEST(MDrawViewTouches, ALineEndsAtItsLastMoveAndABoxWhereTheFingerLeaves) {
+    CanvasHost host;
+    host.pick(ToolType::Line);
+    host.down({10, 10});
+    host.move({50, 10});
+    host.up({60, 10});
+    EXPECT_EQ(host.canvas->tools().back()->endPoint(), (gfx::Point{50, 10}));
+    host.pick(ToolType::Rectangle);
+    host.down({10, 100});
+    host.move({50, 150});
+    host.up({60, 160});
+    EXPECT_EQ(host.canvas->tools().back()->endPoint(), (gfx::Point{60, 160}));
+}
+
+TEST(MDrawViewTouches, ATooSmallToolIsDroppedWithoutARecord) {
+    CanvasHost host;
+    EXPECT_FALSE(host.draw(ToolType::Line, {10, 10}, {13, 14}));
+    EXPECT_FALSE(host.draw(ToolType::Rectangle, {10, 10}, {15, 15}));
+    EXPECT_FALSE(host.canvas->canUndo());
+    EXPECT_FALSE(host.canvas->handingTool());
+    EXPECT_TRUE(host.draw(ToolType::Line, {10, 10}, {40, 40}));
+}
+
+TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
+    CanvasHost host;
+    for (const std::int64_t type : {8, -1}) {
+        host.canvas->beginDrawingForTypeWithDrawType(type, 0);
+        host.drag({10, 10}, {100, 100});
+        EXPECT_TRUE(host.canvas->tools().empty()) << type;
+    }
+}
+
+TEST(MDrawViewTouches, ATapSelectsTheTopmostToolAndASecondTapLetsGo) {
+    CanvasHost host;
+    const ToolRef lower = host.draw(ToolType::Line, {50, 100}, {250, 100});
+    // Begun beside the lower line, so that it is drawn rather than the other one dragged.
+    const ToolRef upper = host.draw(ToolType::Line, {150, 50}, {150, 200});
+    host.events->take();
+    host.tap({150, 100});
+    EXPECT_TRUE(host.isSelected(upper));
+    EXPECT_TRUE(upper->selected());
+    const std::vector<std::string> selected{"started", "selected", "type 6 #00FF00FF 2"};
+    EXPECT_EQ(host.events->take(), selected);
+    host.tap({80, 100});
+    EXPECT_TRUE(host.isSelected(lower));
+    EXPECT_FALSE(host.isSelected(upper) || upper->selected());
+    host.tap({80, 100});
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    host.tap({80, 100});
+    host.events->take();
+    host.tap({300, 400});
+    const std::vector<std::string> unselected{"started", "unselected", "type -1 none 0"};
+    EXPECT_EQ(host.events->take(), unselected);
+}
+
+TEST(MDrawViewTouches, DraggingAnUnselectedToolSelectsAndMovesItInOneStep) {
+    CanvasHost host;
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
+    host.drag({150, 100}, {160, 130});
+    EXPECT_TRUE(host.isSelected(box));
+    EXPECT_EQ(box->frame(), gfx::Rect(110, 130, 100, 100));
+    EXPECT_EQ(host.canvas->tools().size(), 1u);
+    EXPECT_TRUE(host.canvas->undo());
+    EXPECT_EQ(box->frame(), gfx::Rect(100, 100, 100, 100));
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    EXPECT_TRUE(host.canvas->undo());
+    EXPECT_FALSE(host.canvas->canUndo());
+}
+
+TEST(MDrawViewTouches, ASelectedBoxIsResizedByItsCornersPastTheOppositeOnes) {
+    CanvasHost host;
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
+    host.tap({150, 100});
+    host.drag({200, 200}, {60, 50});
+    EXPECT_EQ(box->frame(), gfx::Rect(60, 50, 40, 50));
+    host.drag({60, 50}, {50, 40});
+    EXPECT_EQ(box->frame(), gfx::Rect(50, 40, 50, 60));
+}
+
+TEST(MDrawViewTouches, WhileSomethingIsSelectedAFingerElsewhereMayTrembleWithoutDrawing) {
+    CanvasHost host;
+    const ToolRef line = host.draw(ToolType::Line, {50, 100}, {250, 100});
+    host.tap({150, 100});
+    host.down({150, 300});
+    host.move({152, 302});
+    EXPECT_TRUE(host.isSelected(line));
+    host.move({153, 300});
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+    EXPECT_EQ(host.canvas->tools().size(), 2u);
+    EXPECT_EQ(host.canvas->tools().back()->startPoint(), (gfx::Point{150, 300}));
+    host.up();
+    EXPECT_EQ(host.canvas->tools().size(), 1u);
+}
+
+TEST(MDrawViewTouches, ASecondFingerKeepsAValidToolAndDropsAHalfDrawnOne) {
+    CanvasHost host;
+    // Else the two fingers would move the view.
+    host.canvas->setEnableGesture(false);
+    const auto drawUntilSecondFinger = [&](gfx::Point to) {
+        host.pick(ToolType::Rectangle);
+        host.down({50, 50});
+        host.move(to);
+        host.window().fingersBegan({{2, {300, 300}}});
+        EXPECT_FALSE(host.canvas->handingTool());
+        host.window().fingersMoved({{1, {10, 10}}, {2, {320, 320}}});
+        host.window().fingersEnded({{1, {10, 10}}, {2, {320, 320}}});
+    };
+    drawUntilSecondFinger({60, 60});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_FALSE(host.canvas->canUndo());
+    drawUntilSecondFinger({150, 150});
+    ASSERT_EQ(host.canvas->tools().size(), 1u);
+    EXPECT_EQ(host.canvas->tools().front()->frame(), gfx::Rect(50, 50, 100, 100));
+    EXPECT_TRUE(host.canvas->canUndo());
+}
+
+TEST(MDrawViewTouches, TwoFingersAtOnceLeaveNoInkEvenWhenOneStays) {
+    CanvasHost host;
+    host.pick(ToolType::Line);
+    host.window().fingersBegan({{1, {50, 50}}, {2, {200, 200}}});
+    host.window().fingersMoved({{1, {80, 50}}, {2, {230, 200}}});
+    host.window().fingersEnded({{2, {230, 200}}});
+    host.window().fingersMoved({{1, {150, 150}}});
+    host.window().fingersEnded({{1, {150, 150}}});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_TRUE(host.draw(ToolType::Line, {50, 50}, {100, 100}));
+}
+
+TEST(MDrawViewTouches, ACancelledDragKeepsWhatWasDrawnSoFar) {
+    CanvasHost host;
+    host.pick(ToolType::Rectangle);
+    host.down({50, 50});
+    host.move({150, 150});
+    host.window().fingersCancelled({});
+    ASSERT_EQ(host.canvas->tools().size(), 1u);
+    EXPECT_EQ(host.canvas->tools().front()->frame(), gfx::Rect(50, 50, 100, 100));
+    EXPECT_TRUE(host.canvas->canUndo());
+}
+
+TEST(MDrawViewTouches, TwoFingersTurnTheSelectionAsOneStep) {
+    CanvasHost host;
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 160});
+    host.tap({150, 100});
+    host.window().fingersBegan({{1, {100, 400}}, {2, {200, 400}}});
+    // Half of the quarter turn lets the gesture begin, and it measures from there.
+    for (const gfx::Point p : {gfx::Point{200, 500}, {150, 500}, {100, 500}}) {
+        host.window().fingersMoved({{1, {100, 400}}, {2, p}});
+    }
+    host.window().fingersEnded({{1, {100, 400}}, {2, {100, 500}}});
+    EXPECT_NEAR(box->rotateAngle(), std::numbers::pi / 4, 1e-9);
+    EXPECT_EQ(box->lastRotateAngle(), box->rotateAngle());
+    host.canvas->undo();
+    EXPECT_EQ(box->rotateAngle(), 0);
+    EXPECT_TRUE(host.canvas->canUndo());
+    host.canvas->undo();
+    EXPECT_FALSE(host.canvas->canUndo());
+}
+
+TEST(MDrawViewTouches, RotationNeedsASingleSelectedToolAndGesturesSwitchedOn) {
+    CanvasHost host;
+    const ToolRef first = host.draw(ToolType::Rectangle, {100, 100}, {200, 160});
+    const ToolRef second = host.draw(ToolType::Rectangle, {100, 300}, {200, 360});
+    const auto turn = [&] {
+        auto& gesture = host.canvas->rotationGesture();
+        gesture.drive(ui::GestureState::Began, 0);
+        gesture.drive(ui::GestureState::Changed, 0.5);
+        gesture.drive(ui::GestureState::Ended, 0.5);
+    };
+    host.canvas->selectTools({first, second});
+    turn();
+    EXPECT_EQ(first->rotateAngle(), 0);
+    host.canvas->selectTools({first});
+    host.canvas->setEnableGesture(false);
+    turn();
+    EXPECT_EQ(first->rotateAngle(), 0);
+    host.canvas->setEnableGesture(true);
+    turn();
+    EXPECT_EQ(first->rotateAngle(), 0.5);
+    turn();
+    EXPECT_EQ(first->rotateAngle(), 1.0);
+}
+
+TEST(MDrawViewTouches, TouchesReachTheCanvasThroughTheZoom) {
+    CanvasHost host;
+    // A picture that fills the view is shown at 0.86 about the centre of the 390 x 844 view.
+    host.canvas->setSnipImage(host.plainPicture(390, 844, {1, 1, 1, 1}));
+    EXPECT_EQ(host.canvas->getScale(), 0.86);
+    const gfx::Point canvasPoint = host.canvas->invertViewPoint({195 + 86, 422 - 86});
+    EXPECT_NEAR(canvasPoint.x, 295, 1e-9);
+    EXPECT_NEAR(canvasPoint.y, 322, 1e-9);
+    const ToolRef line = host.draw(ToolType::Line, {195, 422}, {281, 336});
+    EXPECT_NEAR(line->endPoint().x, 295, 1e-9);
+    host.canvas->setFScal(0.5F);
+    EXPECT_EQ(host.canvas->getScale(), 0.5);
+}
+
+TEST(MDrawViewTouches, ClearingDuringAGestureDoesNotLockTheCanvas) {
+    CanvasHost host;
+    host.pick(ToolType::Line);
+    host.down({50, 50});
+    host.move({150, 150});
+    host.canvas->clearTools();
+    host.move({160, 160});
+    host.up();
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_TRUE(host.draw(ToolType::Line, {50, 50}, {100, 100}));
+}
+
+TEST(MDrawViewTouches, StoppingADrawingHalfWayKeepsWhatIsValidAndLeavesTheCanvasFree) {
+    CanvasHost host;
+    const std::function<void()> stops[] = {
+        [&] { host.canvas->beginDrawingForTypeWithDrawType(-1, 0); },
+        [&] { host.canvas->finalizeCurrentDrawing(); }};
+    for (const auto& stop : stops) {
+        for (const double length : {100.0, 3.0}) {
+            host.canvas->clearTools();
+            host.pick(ToolType::Line);
+            host.down({50, 50});
+            host.move({50 + length, 50});
+            stop();
+            host.move({200, 200});
+            host.up();
+            EXPECT_EQ(host.canvas->tools().size(), length > 5 ? 1u : 0u);
+            EXPECT_EQ(host.canvas->canUndo(), length > 5);
+            EXPECT_FALSE(host.canvas->handingTool());
+            EXPECT_TRUE(host.draw(ToolType::Line, {50, 300}, {100, 300}));
+        }
+    }
+}
+
+TEST(MDrawViewTouches, AToolThatAnUndoTookAwayUnderTheFingerStaysAway) {
+    CanvasHost host;
+    host.draw(ToolType::Line, {50, 100}, {250, 100});
+    host.down({150, 100});
+    host.canvas->undo();
+    host.move({150, 150});
+    host.up();
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_FALSE(host.canvas->hasSelectedTools() || host.canvas->canUndo());
+    EXPECT_TRUE(host.canvas->canRedo());
+}
+
+TEST(MDrawViewTouches, ASelectionLetGoDuringARotationKeepsItAsAStep) {
+    CanvasHost host;
+    const ToolRef arrow = host.draw(ToolType::Arrow, {100, 100}, {200, 100});
+    host.canvas->selectTools({arrow});
+    auto& gesture = host.canvas->rotationGesture();
+    gesture.drive(ui::GestureState::Began, 0);
+    gesture.drive(ui::GestureState::Changed, std::numbers::pi / 2);
+    host.canvas->selectNone();
+    gesture.drive(ui::GestureState::Changed, 3);
+    host.canvas->selectTools({arrow});
+    gesture.drive(ui::GestureState::Ended, 3);
+    EXPECT_NEAR(arrow->startPoint().y, 50, 1e-9);
+    EXPECT_NEAR(arrow->rotateAngle(), std::numbers::pi / 2, 1e-9);
+    host.canvas->handleRotationGesture(ui::GestureState::Changed, NAN);
+    EXPECT_NEAR(arrow->startPoint().y, 50, 1e-9);
+    gesture.drive(ui::GestureState::Changed, 0);
+    gesture.drive(ui::GestureState::Ended, 0);
+    EXPECT_NEAR(arrow->startPoint().y, 50, 1e-9);
+    host.canvas->undo();
+    host.canvas->undo();
+    EXPECT_NEAR(arrow->startPoint().y, 100, 1e-9);
+}
+
+TEST(MDrawViewTouches, AnInterruptedCreationEndsAtItsLastPointConvertedTwice) {
+    CanvasHost host;
+    host.canvas->setSnipImage(host.plainPicture(390, 844, {1, 1, 1, 1}));
+    const std::function<void()> interruptions[] = {
+        [&] {
+            host.window().fingersBegan({{2, {300, 700}}});
+        },
+        [&] { host.window().fingersCancelled({}); }};
+    for (const auto& interrupt : interruptions) {
+        host.pick(ToolType::Rectangle);
+        host.down({195, 422});
+        host.move({281, 508});
+        interrupt();
+        // Shown at 0.86: 86 points are 100 on the canvas, and 100 divided by 0.86 once more.
+        EXPECT_NEAR(host.canvas->tools().back()->endPoint().x, 195 + 100 / 0.86, 1e-9);
+        host.window().fingersCancelled({});
+    }
+}
+
+TEST(MDrawViewTouches, LettingGoFinalizesAndAThirdFingerDrawsNothing) {
+    CanvasHost host;
+    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
+    host.tap({150, 100});
+    // Too thin for its line now; letting go mends it.
+    box->setEndPoint({200, 101});
+    host.tap({300, 400});
+    EXPECT_EQ(box->frame(), gfx::Rect(100, 100, 100, 6));
+    host.window().fingersBegan({{1, {50, 300}}, {2, {100, 300}}, {3, {150, 300}}});
+    host.window().fingersMoved({{1, {50, 400}}, {2, {100, 400}}, {3, {150, 400}}});
+    host.window().fingersEnded({{1, {50, 400}}, {2, {100, 400}}, {3, {150, 400}}});
+    EXPECT_EQ(host.canvas->tools().size(), 1u);
+}
+
+// A host that answers the first message about a lost selection in its own way.
+class Answering : public MDrawViewDelegate {
+public:
+    explicit Answering(std::function<void()> answer) : _answer(std::move(answer)) {}
+    void seletedToolsStateChanged(bool hasSelection) override {
+        if (!hasSelection && _answer) std::exchange(_answer, nullptr)();
+    }
+
+private:
+    std::function<void()> _answer;
+};
+
+TEST(MDrawViewTouches, ADelegateMayClearTheCanvasWhileItsSelectionChanges) {
+    CanvasHost host;
+    const ToolRef first = host.draw(ToolType::Line, {50, 100}, {250, 100});
+    const ToolRef second = host.draw(ToolType::Line, {50, 200}, {250, 200});
+    const auto clearing = std::make_shared<Answering>([&] { host.canvas->clearTools(); });
+    host.canvas->setDrawViewdelegate(clearing);
+    host.tap({150, 100});
+    host.tap({150, 200});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_FALSE(host.canvas->hasSelectedTools());
+
+    const ToolRef third = host.draw(ToolType::Line, {50, 100}, {250, 100});
+    host.tap({150, 100});
+    const auto again = std::make_shared<Answering>([&] { host.canvas->clearTools(); });
+    host.canvas->setDrawViewdelegate(again);
+    host.drag({100, 400}, {200, 400});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_TRUE(host.draw(ToolType::Line, {50, 300}, {100, 300}));
+}
+
+TEST(MDrawViewTouches, ADelegateMayDropTheCanvasWhenAnInvalidToolIsSweptAway) {
+    CanvasHost host;
+    host.draw(ToolType::Arrow, {100, 100}, {150, 100});
+    host.tap({120, 100});
+    const auto dropping = std::make_shared<Answering>([&] {
+        host.canvas->removeFromSuperview();
+        host.canvas = nullptr;
+    });
+    host.canvas->setDrawViewdelegate(dropping);
+    host.canvas->setDrawLineWidth(28);
+    MDrawView* const canvas = host.canvas.get();
+    canvas->removeInvaildTools();
+    EXPECT_FALSE(host.canvas);
+}
+
+// A host that lets go of its canvas in the middle of a message.
+class LettingGo : public MDrawViewDelegate {
+public:
+    explicit LettingGo(std::shared_ptr<MDrawView>& view) : _view(view) {}
+    void canUndoStateChangedCanRedo(bool, bool) override {
+        _view->removeFromSuperview();
+        _view = nullptr;
+    }
+
+private:
+    std::shared_ptr<MDrawView>& _view;
+};
+
+TEST(MDrawViewTouches, ADelegateMayDropTheCanvasFromWithinAMessage) {
+    CanvasHost host;
+    const auto delegate = std::make_shared<LettingGo>(host.canvas);
+    host.canvas->setDrawViewdelegate(delegate);
+    host.pick(ToolType::Line);
+    host.drag({50, 50}, {100, 100});
+    EXPECT_FALSE(host.canvas);
+}
+
+}  // namespace
+}  // namespace kalim

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "kalimkit/theme/EnglishTexts.h"
+#include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/window/AccessibilityTree.h"
+#include "tests/editor/screen/EditorScreen.h"
+
+namespace kalim {
+namespace {
+
+using test::EditorScreen;
+
+struct EditorAccessibilityTest : testing::Test {
+    // Null for none.
+    const ui::AccessibilityNode* node(const std::string& label) {
+        tree.update();
+        for (const ui::AccessibilityNode& node : tree.nodes()) {
+            if (node.label == label) return &node;
+        }
+        return nullptr;
+    }
+    void activate(const std::string& label) {
+        const ui::AccessibilityNode* found = node(label);
+        ASSERT_TRUE(found) << label;
+        EXPECT_TRUE(tree.activate(found->id)) << label;
+        host.wait(1);
+    }
+    // Everything announced has a name in English, and so has each control that is to be seen.
+    void expectNamed(const char* state, std::size_t controls) {
+        tree.update();
+        std::size_t found = 0;
+        for (const ui::AccessibilityNode& node : tree.nodes()) {
+            EXPECT_FALSE(node.label.empty()) << state << ", role " << static_cast<int>(node.role);
+            for (const std::string& said : {node.label, node.value}) {
+                const auto isForeign = [](char byte) { return (byte & 0xE0) == 0xE0; };
+                EXPECT_TRUE(std::ranges::none_of(said, isForeign)) << state << ": " << said;
+            }
+            const bool isControl = node.role == ui::AccessibilityRole::Button ||
+                                   node.role == ui::AccessibilityRole::RadioButton;
+            found += isControl ? 1 : 0;
+        }
+        EXPECT_EQ(found, controls) << state;
+    }
+
+    EditorScreen host;
+    ui::AccessibilityTree tree{host.window()};
+};
+
+// What the editor says in English, all of it; with and without motion.
+class EnglishEditorTest : public EditorAccessibilityTest, public testing::WithParamInterface<bool> {
+protected:
+    EnglishEditorTest() {
+        host.environment().setShowsAlerts(true);
+        host.environment().setPrefersReducedMotion(GetParam());
+        for (const char* text : {"关闭",       "发送",     "完成",         "取消",
+                                 "还原",       "继续标注", "放弃修改",     "工具栏",
+                                 "撤销",       "重做",     "编辑",         "删除",
+                                 "画布",       "确定",     "颜色",         "粗细",
+                                 "画笔",       "马赛克",   "文字",         "矩形",
+                                 "圆形",       "箭头",     "裁剪",         "旋转",
+                                 "红色",       "黄色",     "蓝色",         "白色",
+                                 "黑色",       "极细",     "细",           "中等",
+                                 "粗",         "极粗",     "已选中",       "{}箭头",
+                                 "{}文字",     "{}，上方", "：",           "裁剪框",
+                                 "裁剪工具栏", "好",       "无法载入图片", "载入此图片时出错"})
+            host.environment().setLocalizedString(text, englishText(text));
+        host.editor = TesselViewController::initWithSourceImageWithDelegate(host.picture(300, 400),
+                                                                            host.owner);
+        host.present();
+    }
+};
+
+TEST_P(EnglishEditorTest, EveryControlHasANameInEveryState) {
+    // Close, undo, redo, send and the pen.
+    expectNamed("fresh", 5);
+    activate("Pen");
+    // In place of the pen the check mark; one colour, one width and six pens.
+    expectNamed("panel", 13);
+    activate("Red");
+    expectNamed("colours", 17);
+    activate("Blue");
+    activate("OK");
+    host.draw();
+    activate("Blue arrow, top");
+    // Edit and delete in place of the pen.
+    expectNamed("selected", 6);
+    activate("Close");
+    expectNamed("sheet", 2);
+    activate("Keep Editing");
+    host.editor->checkAndTipImageVaild(nullptr);
+    expectNamed("alert", 1);
+    activate("OK");
+    activate("Delete");
+    activate("Pen");
+    activate("Crop");
+    // Restore is disabled; rotate.
+    expectNamed("crop", 4);
+    EXPECT_EQ(node("Crop frame")->value, "300 × 400");
+    EXPECT_FALSE(node("Reset")->isEnabled);
+    activate("Rotate");
+    EXPECT_EQ(node("Crop frame")->value, "400 × 300");
+    activate("Cancel");
+    expectNamed("back", 5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Motion, EnglishEditorTest, testing::Bool());
+
+TEST_F(EditorAccessibilityTest, TellsWhatIsChosen) {
+    host.present();
+    EXPECT_EQ(node("画笔")->value, "箭头 红色 细");
+    EXPECT_FALSE(node("撤销")->isEnabled);
+    activate("画笔");
+    EXPECT_EQ(node("颜色")->value, "红色");
+    EXPECT_TRUE(node("箭头")->isSelected);
+    activate("矩形");
+    EXPECT_FALSE(node("箭头")->isSelected);
+    activate("细");
+    activate("极粗");
+    EXPECT_EQ(node("粗细")->value, "极粗");
+    activate("确定");
+    EXPECT_EQ(node("画笔")->value, "矩形 红色 极粗");
+    host.draw();
+    EXPECT_TRUE(node("撤销")->isEnabled);
+    // A pen cannot be chosen for what is selected.
+    activate("红色矩形，上方");
+    EXPECT_TRUE(node("红色矩形，上方")->isSelected);
+    activate("编辑");
+    EXPECT_FALSE(node("圆形")->isEnabled || tree.activate(node("圆形")->id));
+    activate("红色");
+    activate("黄色");
+    EXPECT_TRUE(node("黄色矩形，上方"));
+}
+
+TEST_F(EditorAccessibilityTest, ATextIsAFieldWhileItIsTyped) {
+    host.present();
+    activate("画笔");
+    // The pen, not a field.
+    activate("文字");
+    activate("确定");
+    test::Finger(host.window()).tap({150, 400});
+    host.wait(1);
+    const ui::AccessibilityNode* field = node("文字");
+    ASSERT_TRUE(field);
+    EXPECT_TRUE(field->role == ui::AccessibilityRole::TextField && field->isFocused);
+    ui::TextView::focusedIn(host.window())->insertText("早");
+    EXPECT_EQ(node("文字")->value, "早");
+    activate("完成");
+    EXPECT_FALSE(node("文字"));
+    EXPECT_TRUE(node("红色文字：早，左侧") || node("红色文字：早，中间"));
+}
+
+TEST_F(EditorAccessibilityTest, NothingRingsForThoseWhoWantNothingToMove) {
+    host.environment().setPrefersReducedMotion(true);
+    host.present();
+    EXPECT_FALSE(host.editor->penView()->isRinging());
+    EXPECT_FALSE(host.loop().isBusy());
+    host.tap(host.editor->penView());
+    host.wait(0);
+    EXPECT_TRUE(host.editor->showPanel());
+    EXPECT_TRUE(host.editor->panelView()->shownTransform().isIdentity());
+    host.tap(host.editor->confirmButton());
+    host.wait(0);
+    EXPECT_FALSE(host.editor->showPanel() || host.editor->isAnimation());
+}
+
+}  // namespace
+}  // namespace kalim

@@ -1,0 +1,376 @@
+#include "kalimkit/editor/screen/EditorKeys.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "tests/editor/screen/EditorScreen.h"
+
+namespace kalim::test {
+
+namespace {
+
+class EditorKeysTest : public testing::Test {
+protected:
+    EditorKeysTest() { screen.present(); }
+
+    MDrawView& canvas() { return *screen.editor->drawView(); }
+    std::size_t toolCount() { return canvas().tools().size(); }
+    // The canvas point under a point of the window.
+    gfx::Point under(gfx::Point place) { return canvas().invertViewPoint(place); }
+
+    EditorScreen screen;
+    EditorKeys keys{screen.editor};
+};
+
+}  // namespace
+
+TEST_F(EditorKeysTest, LettersChooseThePensAndDeselect) {
+    struct Case {
+        const char* key;
+        unsigned pen;
+        std::int64_t toolType;
+    };
+    for (const Case& c : {Case{"p", 2, 4},
+                          {"l", 4, 6},
+                          {"a", 6, 7},
+                          {"r", 3, 0},
+                          {"e", 5, 2},
+                          {"t", 1, 3},
+                          {"m", 0, 5}}) {
+        EXPECT_TRUE(keys.press(c.key)) << c.key;
+        EXPECT_EQ(screen.editor->currentPen(), c.pen) << c.key;
+        EXPECT_EQ(toolTypeForPen(c.pen), c.toolType) << c.key;
+        EXPECT_EQ(screen.editor->penView()->pen(), c.pen) << c.key;
+    }
+    // The row has no dot for a line or a stroke: the first stands in for them.
+    const TesselDot& first = *screen.editor->penViews()[0];
+    for (const auto& [key, index, pen] : {std::tuple{"r", 2, 6U},
+                                          {"l", 0, 4U},
+                                          {"p", 0, 2U},
+                                          {"e", 1, 6U},
+                                          {"p", 0, 2U},
+                                          {"a", 0, 6U}}) {
+        keys.press(key);
+        EXPECT_EQ(screen.editor->penPopView()->selectIndex(), index) << key;
+        EXPECT_EQ(first.config()->pen(), pen) << key;
+    }
+    screen.drawAndSelect();
+    keys.press("e");
+    EXPECT_FALSE(canvas().hasSelectedTools());
+}
+
+TEST_F(EditorKeysTest, DigitsAndBracketsStyleWhatIsSelectedToo) {
+    screen.drawAndSelect();
+    keys.press("3");
+    keys.press("]");
+    EXPECT_EQ(canvas().tools()[0]->color()->hex(), "#1AA9FFFF");
+    EXPECT_EQ(canvas().tools()[0]->lineWidth(), 12);
+    EXPECT_EQ(screen.editor->sizePopView()->selectIndex(), 2);
+    for (int i = 0; i < 6; ++i)
+        keys.press("[", i > 0);
+    EXPECT_EQ(canvas().lineWidth(), 2);
+}
+
+TEST_F(EditorKeysTest, BracketsStepFromTheRealWidth) {
+    struct Case {
+        double before;
+        double thicker;
+        double thinner;
+    };
+    for (const Case& c : {Case{9.5, 12, 7}, {18, 28, 12}, {7, 12, 2}, {1, 2, 1}, {40, 40, 28}}) {
+        for (const bool isSelected : {false, true}) {
+            screen.draw();
+            keys.chooseLineWidth(c.before);
+            EXPECT_EQ(canvas().lineWidth(), c.before);
+            if (isSelected) canvas().selectTools({canvas().tools().back()});
+            if (isSelected) keys.chooseLineWidth(c.before);
+            keys.press("]");
+            EXPECT_EQ(canvas().lineWidth(), c.thicker) << c.before;
+            keys.chooseLineWidth(c.before);
+            keys.press("[");
+            EXPECT_EQ(canvas().lineWidth(), c.thinner) << c.before;
+            canvas().selectNone();
+        }
+    }
+    // A selection's own width counts, not that of what is drawn next.
+    screen.drawAndSelect();
+    keys.chooseLineWidth(18);
+    canvas().selectNone();
+    keys.chooseLineWidth(2);
+    canvas().selectTools({canvas().tools().back()});
+    keys.press("]");
+    EXPECT_EQ(canvas().tools().back()->lineWidth(), 28);
+    EXPECT_EQ(screen.editor->penView()->size(), 4U);
+}
+
+TEST_F(EditorKeysTest, UndoesRedoesAndDeletes) {
+    screen.draw();
+    EXPECT_TRUE(keys.press("ctrl+z", true));
+    EXPECT_EQ(toolCount(), 0U);
+    EXPECT_FALSE(keys.press("ctrl+z"));
+    EXPECT_TRUE(keys.press("ctrl+shift+z"));
+    keys.press("ctrl+z");
+    EXPECT_TRUE(keys.press("ctrl+y"));
+    EXPECT_EQ(toolCount(), 1U);
+    EXPECT_FALSE(keys.press("delete")) << "nothing is selected";
+    screen.tap(screen.editor->drawView());
+    keys.press("ctrl+z");
+    screen.drawAndSelect();
+    EXPECT_TRUE(keys.press("backspace"));
+    EXPECT_EQ(toolCount(), 0U);
+}
+
+TEST_F(EditorKeysTest, EscapeLeavesOneThingAtATime) {
+    keys.press("t");
+    Finger(screen.window()).tap({150, 300});
+    ASSERT_TRUE(canvas().curEdittingTextTool());
+    // What types belongs to the text.
+    EXPECT_TRUE(keys.press("r"));
+    EXPECT_EQ(screen.editor->currentPen(), 1U);
+    ui::TextView::focusedIn(screen.window())->insertText("文字");
+    keys.press("escape");
+    EXPECT_FALSE(canvas().curEdittingTextTool());
+    canvas().selectTools(canvas().tools());
+    keys.press("escape");
+    EXPECT_FALSE(canvas().hasSelectedTools());
+    screen.wait(1);
+    screen.use(screen.editor->penView());
+    ASSERT_TRUE(screen.editor->showPanel());
+    keys.press("escape");
+    screen.wait(1);
+    EXPECT_FALSE(screen.editor->showPanel());
+    keys.press("escape");
+    screen.wait(1);
+    ASSERT_TRUE(screen.editor->actionSheet());
+    // The question takes the keys, and Escape is the answer that loses nothing.
+    EXPECT_TRUE(keys.press("ctrl+z"));
+    EXPECT_TRUE(keys.press("escape"));
+    screen.wait(1);
+    EXPECT_FALSE(screen.editor->actionSheet());
+    EXPECT_EQ(screen.owner->closed, 0);
+    EXPECT_EQ(toolCount(), 1U);
+}
+
+TEST_F(EditorKeysTest, TheCropEditorTakesTheKeysWhileItIsOpen) {
+    const auto open = [this] {
+        keys.choosePen(EditorPenCrop);
+        screen.wait(2);
+        ASSERT_TRUE(screen.editor->editImageInitialView());
+    };
+    open();
+    keys.press("r");
+    EXPECT_EQ(screen.editor->currentPen(), 6U);
+    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400}));
+    EXPECT_TRUE(keys.press("escape"));
+    screen.wait(2);
+    EXPECT_FALSE(screen.editor->editImageInitialView());
+    open();
+    EXPECT_TRUE(keys.press("enter"));
+    screen.wait(2);
+    EXPECT_FALSE(screen.editor->editImageInitialView());
+    EXPECT_TRUE(screen.owner->images.empty()) << "the crop was confirmed, not the picture";
+}
+
+TEST_F(EditorKeysTest, EnterAndCtrlSConfirmOncePerStroke) {
+    EXPECT_TRUE(keys.press("enter"));
+    EXPECT_TRUE(keys.press("ctrl+s"));
+    EXPECT_FALSE(keys.press("enter", true));
+    EXPECT_EQ(screen.owner->images.size(), 2U);
+    keys.press("escape");
+    EXPECT_EQ(screen.owner->closed, 1) << "nothing was drawn";
+}
+
+TEST_F(EditorKeysTest, TheWheelZoomsAboutThePointerAndStopsAtTheBounds) {
+    const gfx::Point place{120, 350};
+    const gfx::Point fixed = under(place);
+    const double before = canvas().getScale();
+    keys.pointerZoomed(place, 1.5);
+    EXPECT_NEAR(canvas().getScale(), before * 1.5, 1e-9);
+    EXPECT_NEAR(under(place).x, fixed.x, 1e-6);
+    EXPECT_NEAR(under(place).y, fixed.y, 1e-6);
+    for (int i = 0; i < 9; ++i)
+        keys.pointerZoomed(place, 1.5);
+    screen.wait(1);
+    EXPECT_NEAR(canvas().contextScale(), 2, 1e-9);
+    for (int i = 0; i < 20; ++i)
+        keys.pointerZoomed(place, 1 / 1.5);
+    screen.wait(1);
+    EXPECT_NEAR(canvas().contextScale(), canvas().defaultMinScale(), 1e-9);
+}
+
+TEST_F(EditorKeysTest, KeysZoomInStepsToThePhotosPixelsAndBack) {
+    screen.editor->setLargestMagnification(8);
+    const double fitting = canvas().getScale();
+    const double pixels = canvas().sourceImage()->pixelSize().width /
+                          (canvas().bgImgRect().size.width * screen.environment().screen().scale);
+    struct Case {
+        const char* key;
+        double scale;
+    };
+    for (const Case& c : {Case{"ctrl+1", pixels},
+                          {"plus", pixels * 1.25},
+                          {"ctrl+shift+=", pixels * 1.25 * 1.25},
+                          {"ctrl+-", pixels * 1.25},
+                          {"-", pixels},
+                          {"ctrl+0", fitting}}) {
+        EXPECT_TRUE(keys.press(c.key)) << c.key;
+        EXPECT_NEAR(canvas().getScale(), c.scale, 1e-3) << c.key;
+        screen.wait(0.1);
+    }
+    for (int i = 0; i < 40; ++i)
+        keys.press("plus", true);
+    EXPECT_NEAR(canvas().getScale(), pixels * 8, 1e-6);
+    // A text that is typed gets them, and fingers have the canvas for themselves.
+    keys.press("t");
+    Finger(screen.window()).tap({195, 422});
+    ASSERT_TRUE(canvas().curEdittingTextTool());
+    for (const char* const key : {"plus", "shift+plus", "-", "ctrl+0"})
+        keys.press(key);
+    EXPECT_NEAR(canvas().getScale(), pixels * 8, 1e-6);
+    EXPECT_TRUE(canvas().curEdittingTextTool());
+}
+
+TEST_F(EditorKeysTest, TheMiddleButtonAndTheSpaceBarPan) {
+    keys.pointerZoomed({195, 422}, 2);
+    screen.wait(1);
+    for (const auto button : {PointerButton::Middle, PointerButton::Main}) {
+        if (button == PointerButton::Main) keys.press("space");
+        const gfx::Point held = under({200, 400});
+        EXPECT_TRUE(keys.pointerPressed(button, {200, 400}));
+        EXPECT_TRUE(keys.pointerMoved({220, 390}));
+        EXPECT_NEAR(under({220, 390}).x, held.x, 1e-6);
+        EXPECT_NEAR(under({220, 390}).y, held.y, 1e-6);
+        EXPECT_TRUE(keys.pointerReleased(button));
+        screen.wait(1);
+    }
+    keys.release("space");
+    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400})) << "a finger again";
+    EXPECT_FALSE(keys.pointerMoved({210, 400}));
+    EXPECT_EQ(toolCount(), 0U);
+}
+
+TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) {
+    screen.environment().setShowsAlerts(true);
+    const auto size = [this] { return canvas().bgImg()->size(); };
+    keys.openPicture(screen.picture(30, 20));
+    EXPECT_EQ(size(), (gfx::Size{30, 20})) << "nothing was drawn";
+    keys.openPicture(screen.picture(300, 400));
+    screen.draw();
+    keys.openPicture(screen.picture(30, 20));
+    keys.askToClose();
+    EXPECT_FALSE(screen.editor->actionSheet()) << "one question at a time";
+    keys.press("escape");
+    screen.wait(1);
+    EXPECT_EQ(toolCount(), 1U);
+    // Every picture has its answer; the last one wins, and Enter loses nothing.
+    std::string answers;
+    const auto offer = [&](int width) {
+        const std::string name = std::to_string(width);
+        keys.openPicture(screen.picture(width, 20), [&answers, name](bool isOpened) {
+            answers += name + (isOpened ? "+ " : "- ");
+        });
+    };
+    offer(30);
+    offer(31);
+    keys.press("enter");
+    EXPECT_EQ(answers, "30- 31- ");
+    EXPECT_EQ(toolCount(), 1U);
+    screen.wait(1);
+    offer(32);
+    offer(33);
+    keys.press("tab");
+    keys.press("enter");
+    EXPECT_EQ(answers, "30- 31- 32- 33+ ");
+    EXPECT_EQ(size(), (gfx::Size{33, 20}));
+    EXPECT_EQ(toolCount(), 0U);
+    screen.wait(1);
+    keys.openPicture(nullptr);
+    ASSERT_TRUE(ui::AlertView::topmostIn(screen.window()));
+    EXPECT_EQ(ui::AlertView::topmostIn(screen.window())->alert().title, "无法载入图片");
+}
+
+TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
+    screen.environment().setShowsAlerts(true);
+    const auto isAsking = [this] { return ui::AlertView::topmostIn(screen.window()) != nullptr; };
+    screen.editor->onCropImageDone(screen.picture(100, 80));
+    keys.openPicture(screen.picture(30, 20));
+    EXPECT_TRUE(isAsking());
+    keys.press("right");
+    keys.press("enter");
+    screen.wait(1);
+    EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{30, 20}));
+    keys.openPicture(screen.picture(31, 20));
+    EXPECT_FALSE(isAsking()) << "a picture that was only opened is no work";
+    EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{31, 20}));
+}
+
+TEST_F(EditorKeysTest, APictureThatIsNotOpenedSaysWhy) {
+    screen.environment().setShowsAlerts(true);
+    screen.draw();
+    keys.choosePen(EditorPenCrop);
+    screen.wait(1);
+    const auto titleOnceAnswered = [this] {
+        const auto alert = ui::AlertView::topmostIn(screen.window());
+        const std::string title = alert ? alert->alert().title + alert->alert().message : "";
+        keys.press("enter");
+        screen.wait(1);
+        return title;
+    };
+    std::optional<bool> answer;
+    keys.openPicture(screen.picture(30, 20), [&](bool isOpened) { answer = isOpened; });
+    EXPECT_EQ(answer, false);
+    EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
+    keys.press("ctrl+v");
+    EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
+    EXPECT_TRUE(screen.editor->editImageInitialView()) << "enter answered the alerts only";
+    keys.refusePicture("photo.gif: no picture");
+    EXPECT_EQ(titleOnceAnswered(), "无法载入图片photo.gif: no picture");
+    EXPECT_EQ(toolCount(), 1U);
+}
+
+// On the question before closing: what keys press before Enter, and what comes of it.
+TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
+    struct Case {
+        std::vector<const char*> keys;
+        int closed;
+        std::size_t sent;
+    };
+    const Case cases[] = {{{"enter"}, 0, 0},
+                          {{"up", "enter"}, 0, 1},
+                          {{"shift+tab", "space"}, 0, 1},
+                          {{"up", "up", "escape"}, 0, 0},
+                          {{"down", "up", "enter"}, 0, 0},
+                          {{"tab", "enter"}, 1, 0}};
+    screen.editor->setForgiving(true);
+    screen.draw();
+    for (const Case& c : cases) {
+        screen.owner->closed = 0;
+        screen.owner->images.clear();
+        keys.askToClose();
+        screen.wait(1);
+        for (const char* key : c.keys)
+            EXPECT_TRUE(keys.press(key));
+        screen.wait(1);
+        EXPECT_FALSE(screen.editor->actionSheet()) << c.keys[0];
+        EXPECT_EQ(screen.owner->closed, c.closed) << c.keys[0];
+        EXPECT_EQ(screen.owner->images.size(), c.sent) << c.keys[0];
+    }
+    // A host may have emptied the button that sends.
+    for (const char* title : {"完成了", ""}) {
+        screen.editor->setTopNavigationItemTitle(false, title);
+        keys.askToClose();
+        const auto send = screen.editor->actionSheet()->buttonWithTag(2);
+        EXPECT_EQ(send->title(ui::ControlState::Normal), *title ? title : "发送");
+        keys.press("escape");
+        screen.wait(1);
+    }
+}
+
+}  // namespace kalim::test

@@ -1,0 +1,93 @@
+#include "kalimkit/theme/ColorImages.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/TestHost.h"
+
+namespace kalim {
+
+namespace {
+
+const gfx::ColorRef kBlue = gfx::makeColor(0, 0, 1);
+
+// Left to right: opaque red, half transparent red, nothing.
+gfx::ImageRef threePixels(gfx::Device& device, double scale, gfx::ImageOrientation orientation) {
+    gfx::Bitmap bitmap(3, 1);
+    bitmap.setColorAt(0, 0, {1, 0, 0, 1});
+    bitmap.setColorAt(1, 0, {1, 0, 0, 0.5});
+    return device.makeImage(std::move(bitmap), scale, orientation);
+}
+
+}  // namespace
+
+TEST(ColorImages, AreAsLargeAsAskedAtTheScreensScale) {
+    const test::TestHost host({.scale = 2});
+    const struct {
+        gfx::ImageRef image;
+        gfx::Size size;
+    } cases[] = {
+        {imageWithColor2(kBlue), {1, 1}},
+        {imageWithColor2AndSize(kBlue, {}), {1, 1}},
+        {imageWithColor2AndSize(kBlue, {3, 5}), {3, 5}},
+        {imageWithColor(kBlue), {4, 4}},
+        {imageWithColorSizeCornerRadius(kBlue, {6, 8}, 0), {6, 8}},
+    };
+    for (const auto& [image, size] : cases) {
+        ASSERT_TRUE(image);
+        EXPECT_EQ(image->size(), size);
+        EXPECT_EQ(image->scale(), 2);
+        for (const int x : {0, image->pixelSize().width - 1}) {
+            EXPECT_EQ(image->pixels()->colorAt(x, 0), *kBlue);
+        }
+    }
+    EXPECT_FALSE(imageWithColor2AndSize(kBlue, {0, 5}));
+    EXPECT_FALSE(imageWithColor2(nullptr));
+}
+
+TEST(ColorImages, RoundCornersAreCutOff) {
+    const test::TestHost host;
+    const auto pixels = imageWithColorSizeCornerRadius(kBlue, {20, 20}, 6)->pixels();
+    for (const auto& [x, y] : {std::pair{0, 0}, {19, 0}, {0, 19}, {19, 19}}) {
+        EXPECT_EQ(pixels->colorAt(x, y).alpha, 0);
+    }
+    for (const auto& [x, y] : {std::pair{6, 0}, {13, 19}, {0, 13}, {19, 6}, {3, 3}}) {
+        EXPECT_EQ(pixels->colorAt(x, y), *kBlue) << x << "," << y;
+    }
+}
+
+TEST(ColorImages, TheHighlightIsMadeOnce) {
+    const test::TestHost host;
+    const gfx::ImageRef image = highlightBackgroundImage2();
+    EXPECT_EQ(image, highlightBackgroundImage2());
+    EXPECT_EQ(image->size(), gfx::Size(1, 1));
+    EXPECT_NEAR(image->pixels()->colorAt(0, 0).red, 0xEB / 255.0, 0.005);
+    EXPECT_NEAR(image->pixels()->colorAt(0, 0).alpha, 0.9, 0.003);
+}
+
+TEST(ColorImages, TintingKeepsOnlyTheImagesOpacity) {
+    test::TestHost host({.scale = 2});
+    gfx::Device& device = host.environment().device();
+    const auto image = threePixels(device, 3, gfx::ImageOrientation::Left);
+    const auto tinted = imageWithTintColor(image, kBlue);
+    EXPECT_EQ(tinted->pixelSize(), gfx::PixelSize(1, 3)) << "turned upright";
+    EXPECT_EQ(tinted->scale(), 3);
+    // Turned to the left, the raster's last pixel is on top.
+    EXPECT_EQ(tinted->pixels()->colorAt(0, 0).alpha, 0);
+    EXPECT_EQ(tinted->pixels()->colorAt(0, 1).blue, 1);
+    EXPECT_NEAR(tinted->pixels()->colorAt(0, 1).alpha, 0.5, 0.003);
+    EXPECT_EQ(tinted->pixels()->colorAt(0, 2), *kBlue);
+    EXPECT_FALSE(imageWithTintColor(nullptr, kBlue));
+}
+
+TEST(ColorImages, FadingScalesTheImagesOpacity) {
+    test::TestHost host({.scale = 2});
+    const auto image = threePixels(host.environment().device(), 3, gfx::ImageOrientation::Up);
+    const auto faded = imageWithAlpha(image, 0.5);
+    EXPECT_EQ(faded->size(), image->size());
+    const double alphas[] = {0.5, 0.25, 0};
+    for (int x = 0; x < 3; ++x) {
+        EXPECT_NEAR(faded->pixels()->colorAt(x, 0).alpha, alphas[x], 0.005);
+    }
+}
+
+}  // namespace kalim

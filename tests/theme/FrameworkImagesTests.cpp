@@ -1,0 +1,116 @@
+#include "kalimkit/theme/FrameworkImages.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/theme/ColorImages.h"
+#include "tests/support/PictureComparison.h"
+#include "tests/support/ProgramRun.h"
+#include "tests/support/TestHost.h"
+
+namespace kalim {
+
+namespace {
+
+const std::vector<std::string> kSizes{"xsmall", "small", "medium", "large", "xlarge"};
+const std::vector<std::string> kPens{"text", "rectangle", "line", "circle", "arrow"};
+
+// Every picture that the editor asks for by name.
+std::vector<std::string> allNames() {
+    std::vector<std::string> names{"icon_button_pen",    "icon_button_edit",
+                                   "icon_button_delete", "icon_pen_mosaic",
+                                   "mark_more_icon",     "background_mask_gradient"};
+    for (const char* tool :
+         {"more", "undo", "undo_disable", "redo", "redo_disable", "close", "confirm", "rotate_crop",
+          "mosaic", "text", "graffiti", "rectangle", "line", "circle", "arrow", "cut",
+          "shape_rectangle", "shape_circle", "shape_line"}) {
+        names.push_back(std::string("icon_tool_") + tool);
+    }
+    for (const std::string& pen : kPens) {
+        for (const std::string& size : kSizes)
+            names.push_back("icon_pen_" + pen + "_" + size);
+    }
+    return names;
+}
+
+// Of all pixels together.
+double coverage(const gfx::Image& image) {
+    const gfx::BitmapRef pixels = image.pixels();
+    double sum = 0;
+    for (int y = 0; y < pixels->height(); ++y) {
+        for (int x = 0; x < pixels->width(); ++x)
+            sum += pixels->row(y)[4 * x + 3] / 255.0;
+    }
+    return sum;
+}
+
+}  // namespace
+
+TEST(FrameworkImages, EveryNameIsDrawnAsItsFileSays) {
+    if (std::string(KALIM_RSVG_CONVERT).empty()) GTEST_SKIP() << "rsvg-convert is not installed";
+    const test::TestHost host({.scale = 3});
+    const test::TemporaryFolder folder;
+    for (const std::string& name : allNames()) {
+        const gfx::ImageRef image = imageNamedForFramework(name);
+        ASSERT_TRUE(image) << name;
+        const test::ProgramRun run = test::runProgram(
+            KALIM_RSVG_CONVERT,
+            {"--zoom=3", "--output=icon.png", KALIM_RESOURCES "/" + name + ".svg"}, folder.path());
+        ASSERT_EQ(run.status, 0) << run.errors;
+        const auto expected = codec::decodeFile(folder.path() / "icon.png");
+        const auto comparison = test::comparePictures(expected.bitmap, *image->pixels());
+        EXPECT_TRUE(comparison.matches()) << name << "\n" << comparison.message;
+    }
+}
+
+TEST(FrameworkImages, AreDrawnOncePerEnvironment) {
+    gfx::ImageRef first;
+    {
+        const test::TestHost host({.scale = 1.5});
+        first = imageNamedForFramework("icon_tool_undo");
+        EXPECT_EQ(first->size(), gfx::Size(38, 38));
+        EXPECT_EQ(first->pixelSize(), gfx::PixelSize(57, 57));
+        EXPECT_EQ(imageNamedForFramework("icon_tool_undo"), first);
+        EXPECT_FALSE(imageNamedForFramework("icon_tool_und"));
+        EXPECT_FALSE(imageNamedForFramework(""));
+    }
+    const test::TestHost other;
+    EXPECT_NE(imageNamedForFramework("icon_tool_undo"), first);
+}
+
+TEST(FrameworkImages, CopiesKeepTheNameThatTheyWereFoundBy) {
+    const test::TestHost host;
+    const gfx::ImageRef arrow = imageNamedForFramework("icon_tool_arrow");
+    const gfx::ImageRef copy =
+        imageWithAlpha(imageWithTintColor(arrow, gfx::makeColor(1, 0, 0)), 1);
+    EXPECT_EQ(frameworkImageName(arrow), "icon_tool_arrow");
+    EXPECT_EQ(frameworkImageName(copy), "icon_tool_arrow");
+    EXPECT_EQ(frameworkImageName(imageWithColor(gfx::makeColor(1, 0, 0))), "");
+    EXPECT_EQ(frameworkImageName(nullptr), "");
+}
+
+TEST(FrameworkImages, PensGrowVisiblyFromSizeToSize) {
+    const test::TestHost host;
+    for (const std::string& pen : kPens) {
+        double smaller = 0;
+        for (const std::string& size : kSizes) {
+            const double now = coverage(*imageNamedForFramework("icon_pen_" + pen + "_" + size));
+            EXPECT_GT(now, smaller * 1.1) << pen << " " << size;
+            smaller = now;
+        }
+    }
+}
+
+TEST(FrameworkImages, TheMaskDarkensDownwards) {
+    const test::TestHost host({.scale = 2});
+    const gfx::BitmapRef pixels = imageNamedForFramework("background_mask_gradient")->pixels();
+    const auto alphaAt = [&](int y) { return pixels->row(y)[3]; };
+    for (int y = 1; y < pixels->height(); ++y)
+        ASSERT_GE(alphaAt(y), alphaAt(y - 1)) << y;
+    EXPECT_EQ(alphaAt(0), 0);
+    EXPECT_NEAR(alphaAt(pixels->height() - 1), 0.7 * 255, 1);
+}
+
+}  // namespace kalim
