@@ -1,8 +1,6 @@
 #include "kalimkit/canvas/DrawnExtent.h"
 
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/gfx/ExtentContext.h"
-#include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -21,14 +19,12 @@ gfx::Rect extentWith(MDrawTool& tool, double scale, gfx::ExtentContext::Shadows 
 }  // namespace
 
 gfx::Rect drawnExtent(MDrawTool& tool, double scale) {
-    // Patches are painted by the canvas.
-    if (isMosaic(tool)) return tool.frame();
+    if (tool.toolClass().layer() == ToolLayer::Ground) return tool.frame();
     return extentWith(tool, scale, gfx::ExtentContext::Shadows::Counted);
 }
 
 gfx::Rect shapeExtent(MDrawTool& tool) {
-    const bool isText = tool.toolClass().isKindOf(MDrawText::Class());
-    if (isMosaic(tool) || isText) return tool.frame();
+    if (tool.toolClass().keepsToFrame()) return tool.frame();
     return extentWith(tool, 1, gfx::ExtentContext::Shadows::LeftOut);
 }
 

@@ -178,10 +178,8 @@ void MDrawMutableSelect::moveMember(MDrawTool& member, float factor, gfx::Point 
         member.setZoomScale(factor);
         member.setCenterPoint(centerPoint());
         member.setPreScalePoint(preScalePoint());
-    } else if (member.toolClass().isKindOf(MDrawRect::Class())) {
-        member.setMoveDirection(MoveDirection::Body);
-    } else if (member.toolClass().isKindOf(MDrawLine::Class())) {
-        member.setMoveDirection(MoveDirection::GroupedLine);
+    } else if (const auto own = member.toolClass().moveInGroup(); own != MoveDirection::None) {
+        member.setMoveDirection(own);
     }
     member.tryMovePointEndPoint(p1, p2);
 }

@@ -152,8 +152,18 @@ void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
 // ---- what new tools are
 
 void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
+    beginDrawing(getClassForToolType(type), drawType);
+}
+
+bool MDrawView::beginDrawingWithClass(const ToolClass& toolClass, std::uint64_t drawType) {
+    const bool isByTouch = toolClass.beginning() != ToolBeginning::Taps;
+    if (!toolClass.makeWithStartPoint || !isByTouch) return false;
+    beginDrawing(&toolClass, drawType);
+    return true;
+}
+
+void MDrawView::beginDrawing(const ToolClass* toolClass, std::uint64_t drawType) {
     const auto alive = self();
-    const ToolClass* toolClass = getClassForToolType(type);
     if (toolClass != _newTools.toolClass) endWaitingDrawing();
     _newTools.toolClass = toolClass;
     if (!_newTools.toolClass) stopDrawing();
@@ -236,9 +246,7 @@ bool MDrawView::addTool(const ToolRef& tool) {
     tool->setIsNewBuild(false);
     tool->setSelected(false);
     if (!tool->finalized()) tool->finalize();
-    // A patch that nobody has let go of would show what it is to hide.
-    if (isMosaic(*tool) && !static_cast<MDrawMosiac&>(*tool).isHiding())
-        tool->drawUp(tool->endPoint());
+    tool->settle();
     _undoManager->addTool(tool);
     _undoManager->addToolSuccess(tool);
     redisplay();
@@ -309,7 +317,7 @@ bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
     // What is being typed or fades in is the step that is meant.
     finishEditText();
     // A finger that is still drawing has done its work with that.
-    if (forgiving() && drawsClass(MDrawFreeline::Class())) endCreation();
+    if (forgiving() && isCreating(ToolRecorder::Strokes)) endCreation();
     endFreehand();
     removeInvaildTools();
     clearSelection();

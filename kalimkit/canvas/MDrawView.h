@@ -102,6 +102,9 @@ public:
     // The class of the next gesture by its tool-type number; a number without a class draws
     // nothing.
     void beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType);
+    // The same by the class itself, also for kinds that a host brings along. Answers whether tools
+    // of the class are begun by touch; where they are not, nothing changes.
+    bool beginDrawingWithClass(const ToolClass& toolClass, std::uint64_t drawType = 0);
     const ToolClass* drawToolClass() const { return _newTools.toolClass; }
     // Also restyles selected tools that are exactly of the type's class.
     void setDrawTypeForType(std::uint64_t drawType, std::int64_t type);
@@ -254,7 +257,7 @@ private:
     void finishDrag();
     void finishTap(gfx::Point p);
     bool isBeingCreated() const;
-    bool drawsClass(const ToolClass& toolClass) const;
+    bool isCreating(ToolRecorder recorder) const;
     void creatMDrawToolInPoint(gfx::Point p);
     ToolRef makeTool(gfx::Point p);
     void discard(const ToolRef& tool);
@@ -288,6 +291,7 @@ private:
     void placeTypingView();
     void keepAboveKeyboard(const MDrawText& text);
 
+    void beginDrawing(const ToolClass* toolClass, std::uint64_t drawType);
     bool stepHistory(bool (*step)(MUndoManager&));
 
     // ---- accessibility (MDrawViewAccessibility.cpp)

@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/canvas/ToolDescription.h"
 
 namespace kalim {
@@ -14,7 +13,8 @@ bool MDrawView::isAnnounced(const MDrawTool& tool) const {
 // In view points. One that is drawn along a line has an area all the same.
 gfx::Rect MDrawView::announcedFrame(MDrawTool& tool) const {
     tool.refreshTransform();
-    const gfx::Rect box = isMosaic(tool) ? tool.frame() : tool.frameIncludeLineWidth();
+    const bool hasLine = tool.toolClass().layer() == ToolLayer::Items;
+    const gfx::Rect box = hasLine ? tool.frameIncludeLineWidth() : tool.frame();
     const double least = tool.lineWidth();
     const gfx::Size missing{std::max(least - box.size.width, 0.0),
                             std::max(least - box.size.height, 0.0)};
@@ -27,15 +27,13 @@ std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
     std::vector<ui::AccessibilityElement> elements;
     for (const ToolRef& tool : *_tools) {
         if (!isAnnounced(*tool)) continue;
-        const bool isText = tool->toolClass().isKindOf(MDrawText::Class());
-        elements.push_back(
-            {.key = _toolKeys.keyOf(tool),
-             .role = isText ? ui::AccessibilityRole::Text : ui::AccessibilityRole::Image,
-             .label = describeTool(*tool, content),
-             .value = {},
-             .frame = announcedFrame(*tool),
-             .isEnabled = isPickable(*tool),
-             .isSelected = tool->selected()});
+        elements.push_back({.key = _toolKeys.keyOf(tool),
+                            .role = tool->toolClass().role(),
+                            .label = describeTool(*tool, content),
+                            .value = {},
+                            .frame = announcedFrame(*tool),
+                            .isEnabled = isPickable(*tool),
+                            .isSelected = tool->selected()});
     }
     return elements;
 }
@@ -52,7 +50,7 @@ bool MDrawView::activateAccessibilityElement(std::uint64_t key) {
     if (!isOnCanvas(tool)) return false;
     if (!_handingTools || !_handingTools->containTool(tool)) {
         addToolToSelectedToolsPoint(tool, tool->frame().center());
-    } else if (tool->toolClass().isKindOf(MDrawText::Class())) {
+    } else if (tool->toolClass().recorder() == ToolRecorder::Typing) {
         editText(std::static_pointer_cast<MDrawText>(tool));
     } else {
         removeToolFromSelectedTools(tool);

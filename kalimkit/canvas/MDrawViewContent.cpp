@@ -3,7 +3,6 @@
 
 #include "kalimkit/canvas/DrawnExtent.h"
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/loop/FlagScope.h"
 
@@ -43,8 +42,8 @@ gfx::Rect MDrawView::contentRect() const {
     gfx::Rect content = _picture.rect();
     if (cutsAtPicture()) return content;
     for (const ToolRef& tool : *_tools) {
-        // Patches show nothing beyond the picture.
-        if (isMosaic(*tool)) continue;
+        // The ground reaches no farther than the picture.
+        if (tool->toolClass().layer() == ToolLayer::Ground) continue;
         // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
         tool->refreshTransform();
         const gfx::Rect extent = withinReach(tool->frameIncludeLineWidth());
@@ -60,8 +59,9 @@ gfx::Rect MDrawView::exportedRect() const {
     if (!forgiving() || cutsAtPicture()) return content;
     gfx::Rect whole = content;
     for (const ToolRef& tool : *_tools) {
+        if (tool->toolClass().layer() == ToolLayer::Ground) continue;
         const gfx::Rect shape = shapeExtent(*tool).inset(roundingError, roundingError);
-        if (isMosaic(*tool) || shape.isEmpty() || content.contains(shape)) continue;
+        if (shape.isEmpty() || content.contains(shape)) continue;
         whole = whole.unionWith(withinReach(drawnExtent(*tool)));
     }
     return whole;

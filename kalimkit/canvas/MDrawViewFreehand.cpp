@@ -25,7 +25,7 @@ void MDrawView::endWaitingDrawing() {
 // Strokes join a drawing of their own colour and width alone.
 void MDrawView::endDrawingOfOtherPen() {
     const std::shared_ptr<MDrawFreeline>& drawing = _drawFreeLineHelper->freeline();
-    const bool isJoined = drawing && _newTools.toolClass == &MDrawFreeline::Class() &&
+    const bool isJoined = drawing && _newTools.toolClass == &drawing->toolClass() &&
                           gfx::equalColors(drawing->color(), _newTools.color) &&
                           drawing->lineWidth() == _newTools.lineWidth;
     if (!isJoined) endWaitingDrawing();
@@ -39,8 +39,8 @@ void MDrawView::tellHistory() {
 
 // A tap that picks nothing and lets nothing go is ink, too.
 bool MDrawView::makesDot() const {
-    return forgiving() && _touch.drawing && !_handingTools &&
-           _newTools.toolClass == &MDrawFreeline::Class();
+    return forgiving() && _touch.drawing && !_handingTools && _newTools.toolClass &&
+           _newTools.toolClass->recorder() == ToolRecorder::Strokes;
 }
 
 void MDrawView::makeDot(gfx::Point p) {

@@ -3,7 +3,6 @@
 
 #include "kalimkit/canvas/DrawnExtent.h"
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
@@ -12,7 +11,8 @@ namespace kalim {
 namespace {
 
 CanvasLayers::Layer layerOf(const MDrawTool& tool) {
-    return isMosaic(tool) ? CanvasLayers::Ground : CanvasLayers::Items;
+    return tool.toolClass().layer() == ToolLayer::Ground ? CanvasLayers::Ground
+                                                         : CanvasLayers::Items;
 }
 
 // View points per canvas point; 1 while nothing can be seen.
@@ -105,8 +105,9 @@ void MDrawView::updateLayers() {
         }
     }
     const bool hasLivePatch =
-        _handingTools && std::ranges::any_of(_handingTools->subTools(),
-                                             [](const ToolRef& tool) { return isMosaic(*tool); });
+        _handingTools && std::ranges::any_of(_handingTools->subTools(), [](const ToolRef& tool) {
+            return layerOf(*tool) == CanvasLayers::Ground;
+        });
     const double liveReach = std::exchange(_hasLivePatch, hasLivePatch) || hasLivePatch ? rim : 0;
     for (const gfx::Rect& rect : stale.live)
         mark(rect.inset(-liveReach, -liveReach));

@@ -3,7 +3,6 @@
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/canvas/PictureLayout.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/image/GaussianBlur.h"
 #include "kalimkit/image/MDrawImageUtil.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -27,6 +26,10 @@ void drawCanvas(gfx::Context& context, const gfx::Color& color, const gfx::Rect&
     const gfx::GraphicsStateGuard guard(context);
     context.setFillColor(color);
     context.fillRect(rect);
+}
+
+bool isGround(const MDrawTool& tool) {
+    return tool.toolClass().layer() == ToolLayer::Ground;
 }
 
 void drawSnipImage(gfx::Context& context, const gfx::ImageRef& image, const gfx::Rect& rect) {
@@ -148,13 +151,13 @@ void MDrawView::drawTool(gfx::Context& context, MDrawTool& tool) {
 void MDrawView::drawNormalItems(gfx::Context& context) {
     for (const ToolRef& tool : *_tools) {
         const bool isSelected = _handingTools && _handingTools->containTool(tool);
-        if (!isSelected && !tool->isNewBuild() && !isMosaic(*tool)) drawTool(context, *tool);
+        if (!isSelected && !tool->isNewBuild() && !isGround(*tool)) drawTool(context, *tool);
     }
 }
 
 void MDrawView::drawCreatedItems(gfx::Context& context) {
     for (const ToolRef& tool : createdTools()) {
-        if (!isMosaic(*tool)) drawTool(context, *tool);
+        if (!isGround(*tool)) drawTool(context, *tool);
     }
 }
 
@@ -206,25 +209,21 @@ void MDrawView::drawMosiacTools(gfx::Context& context, const DrawnPicture& pictu
     const gfx::AffineTransform along = carrying(bgImgRect(), picture.rect);
     const auto draw = [&](gfx::Context& target, const auto& isDrawn) {
         for (const ToolRef& tool : *_tools) {
-            if (!isMosaic(*tool)) continue;
-            auto& patch = static_cast<MDrawMosiac&>(*tool);
-            if (!isDrawn(patch)) continue;
+            if (!isGround(*tool) || !isDrawn(*tool)) continue;
             const gfx::GraphicsStateGuard guard(target);
-            if (patch.isHiding()) target.concat(along);
-            patch.drawMosiacContentWithFilledColorInRect(target, _mosaic.fill(bgImgRect()),
-                                                         bgImgRect());
+            if (tool->isHiding()) target.concat(along);
+            tool->drawOnGround(target, _mosaic.fill(bgImgRect()), bgImgRect());
         }
     };
     // Rims that rest in the ground know nothing of live patches, which have theirs over it and may
     // be dragged away at any time.
-    const auto isLaid = [&](const MDrawMosiac& patch) {
+    const auto isLaid = [&](const MDrawTool& patch) {
         return patch.isHiding() &&
                (isWanted(patch) || _drawn.isDrawnIn(patch, CanvasLayers::Ground, patch.frame()));
     };
     const double width = rimWidth(picture, toDevicePixels(context));
     for (const ToolRef& tool : *_tools) {
-        if (!(width > 0) || !isMosaic(*tool) || !isWanted(*tool)) continue;
-        if (!static_cast<MDrawMosiac&>(*tool).isHiding()) continue;
+        if (!(width > 0) || !isGround(*tool) || !isWanted(*tool) || !tool->isHiding()) continue;
         drawRim(context, picture, along.apply(tool->frame()), width,
                 [&](gfx::Context& pixels) { draw(pixels, isLaid); });
     }

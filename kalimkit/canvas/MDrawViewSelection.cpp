@@ -25,7 +25,7 @@ void MDrawView::selectTools(const ToolList& tools) {
 }
 
 bool MDrawView::isPickable(const MDrawTool& tool) const {
-    return forgiving() || !isMosaic(tool);
+    return forgiving() || tool.toolClass().picking() == ToolPicking::Always;
 }
 
 std::shared_ptr<MDrawMutableSelect> MDrawView::makeSelection() const {

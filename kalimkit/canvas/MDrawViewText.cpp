@@ -16,7 +16,7 @@ std::shared_ptr<MDrawText> shared(MDrawText& text) {
 }
 
 bool isText(const ToolRef& tool) {
-    return tool && tool->toolClass().isKindOf(MDrawText::Class());
+    return tool && tool->toolClass().recorder() == ToolRecorder::Typing;
 }
 
 }  // namespace

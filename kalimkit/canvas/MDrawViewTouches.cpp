@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/canvas/TouchMeaning.h"
 #include "kalimkit/tool/QVGeometry.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -24,7 +23,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     if (_touch.isSingleFinger()) {
         _touch.downPlace = event.touches.front()->locationIn(this);
         drawDown(invertViewPoint(_touch.downPlace));
-    } else if (isSelectionValid() || drawsClass(MDrawText::Class())) {
+    } else if (isSelectionValid() || isCreating(ToolRecorder::Typing)) {
         endDragUnderWay();
         deleteCurrentHandlingTool();
     } else if (isBeingCreated()) {
@@ -129,9 +128,9 @@ bool MDrawView::isBeingCreated() const {
     return _handingTool && _handingTool->isNewBuild();
 }
 
-// Whether the tool being created is of a class.
-bool MDrawView::drawsClass(const ToolClass& toolClass) const {
-    return isBeingCreated() && _handingTool->toolClass().isKindOf(toolClass);
+// Whether a tool is being created that is recorded so.
+bool MDrawView::isCreating(ToolRecorder recorder) const {
+    return isBeingCreated() && _handingTool->toolClass().recorder() == recorder;
 }
 
 void MDrawView::drawDown(gfx::Point p) {
@@ -147,13 +146,13 @@ void MDrawView::drawDown(gfx::Point p) {
     const bool isOnSelection = _handingTools && _handingTools->testHitOnHandle(p);
     const ToolRef found = isOnSelection ? nullptr : testHitTestSelectTool(p);
     const ToolClass* toolClass = _newTools.toolClass;
-    const TouchMeaning meaning =
-        meaningOf({.forgiving = forgiving(),
-                   .isOnSelection = isOnSelection,
-                   .isOnTool = found != nullptr,
-                   .hasSelection = isSelectionValid(),
-                   .hasClass = toolClass != nullptr,
-                   .makesText = toolClass && toolClass->isKindOf(MDrawText::Class())});
+    const TouchMeaning meaning = meaningOf(
+        {.forgiving = forgiving(),
+         .isOnSelection = isOnSelection,
+         .isOnTool = found != nullptr,
+         .hasSelection = isSelectionValid(),
+         .hasClass = toolClass != nullptr,
+         .beginsAtOnce = toolClass && toolClass->beginning() == ToolBeginning::TouchDown});
     _touch.LastSeletedTestSrcPoint = found;
     _touch.inHandleLastSeletedTools = meaning.dragsSelection;
     _touch.drawing = meaning.draws;
@@ -211,16 +210,17 @@ void MDrawView::drawUp(gfx::Point p) {
 }
 
 bool MDrawView::finishCreation(gfx::Point p) {
-    const bool isText = drawsClass(MDrawText::Class());
-    if (!_touch.drawing || !isBeingCreated() || !(_touch.isMoved || isText)) return false;
-    const bool isFreehand = drawsClass(MDrawFreeline::Class());
+    if (!_touch.drawing || !isBeingCreated()) return false;
+    const ToolClass& kind = _handingTool->toolClass();
+    if (!_touch.isMoved && kind.beginning() != ToolBeginning::TouchDown) return false;
+    const bool isFreehand = kind.recorder() == ToolRecorder::Strokes;
     _handingTool->drawUp(p);
     // No longer under way when the owner is told of the step: it may ask for the picture then.
     const ToolRef tool = std::exchange(_handingTool, nullptr);
     if (!tool->isDrawVaild()) {
         discard(tool);
         endFreehand();
-    } else if (isText || isFreehand) {
+    } else if (kind.recorder() != ToolRecorder::Touch) {
         // Recorded when the text has been typed, and when the drawing has faded in.
         clearSelection();
     } else {
@@ -242,7 +242,7 @@ void MDrawView::discard(const ToolRef& tool) {
 
 void MDrawView::stopDrawing() {
     // A text that nobody has typed yet is nothing.
-    if (drawsClass(MDrawText::Class())) {
+    if (isCreating(ToolRecorder::Typing)) {
         deleteCurrentHandlingTool();
     } else {
         finishCreation(_touch.lastMouseMovePoint);
@@ -253,7 +253,7 @@ void MDrawView::stopDrawing() {
 // What is being drawn is finished as it is by now, with its step, and so is a drawing that waits
 // for more strokes. A text that nobody has typed yet shows nothing and may go on.
 void MDrawView::endCreation() {
-    if (isBeingCreated() && !drawsClass(MDrawText::Class())) {
+    if (isBeingCreated() && !isCreating(ToolRecorder::Typing)) {
         stopDrawing();
         // The finger that is still down has done its work.
         _touch.abortTouch = true;
@@ -307,18 +307,17 @@ void MDrawView::creatMDrawToolInPoint(gfx::Point p) {
     }
     _drawn.markListChanged();
     // The ink begins where the finger came down.
-    if (forgiving() && drawsClass(MDrawFreeline::Class())) tool->drawMove(p);
+    if (forgiving() && isCreating(ToolRecorder::Strokes)) tool->drawMove(p);
 }
 
 ToolRef MDrawView::makeTool(gfx::Point p) {
-    if (_newTools.toolClass->isKindOf(MDrawText::Class())) {
-        const auto text = MDrawText::initWithViewStartPoint(typingHost(), p);
-        text->setDelegate(self());
-        return text;
+    const ToolClass& kind = *_newTools.toolClass;
+    if (kind.recorder() != ToolRecorder::Strokes) {
+        const ToolRef tool = kind.makeWithStartPoint(p);
+        adoptText(tool);
+        return tool;
     }
-    if (_newTools.toolClass != &MDrawFreeline::Class())
-        return _newTools.toolClass->makeWithStartPoint(p);
-    const std::shared_ptr<MDrawFreeline> drawing = _drawFreeLineHelper->freelineTool();
+    const std::shared_ptr<MDrawFreeline> drawing = _drawFreeLineHelper->freelineTool(kind);
     // Strokes that join a drawing leave its box alone.
     if (_drawFreeLineHelper->firstFreelinPart()) {
         drawing->setStartPoint(p);
@@ -345,7 +344,7 @@ ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
         if ((*tool)->isNewBuild()) continue;
         (*tool)->setViewScale(_picture.hasBasis() ? touchScale() : 0);
         if (!(*tool)->hitTest(p)) continue;
-        if (!isMosaic(**tool)) return *tool;
+        if ((*tool)->toolClass().layer() == ToolLayer::Items) return *tool;
         if (!patch) patch = *tool;
     }
     return patch;

@@ -1,7 +1,5 @@
 #include "kalimkit/canvas/TapMemory.h"
 
-#include "kalimkit/shapes/MDrawText.h"
-
 namespace kalim {
 
 namespace {
@@ -12,7 +10,8 @@ constexpr double secondTapTime = 1.0;
 }  // namespace
 
 void TapMemory::remember(const ToolRef& tool, double time) {
-    _text = tool && tool->toolClass().isKindOf(MDrawText::Class()) ? tool : nullptr;
+    const bool isTyped = tool && tool->toolClass().recorder() == ToolRecorder::Typing;
+    _text = isTyped ? tool : nullptr;
     _time = time;
 }
 

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <span>
 #include <string_view>
 
 #include "kalimkit/gfx/Export.h"
@@ -21,12 +18,7 @@ KALIM_API const ToolClass* getClassForToolType(std::int64_t type);
 // The number of the tool's exact class; -1 for null, toolTypeNotFound for a class that has none.
 KALIM_API std::int64_t getToolTypeForClass(const MDrawTool* tool);
 
-// Whether the tool is a patch, which is drawn in a pass of its own.
-KALIM_API bool isMosaic(const MDrawTool& tool);
-
-// Every class that a caller can make by its name, with or without a tool-type number.
-KALIM_API std::span<const ToolClass* const> toolClasses();
-// Null for an unknown name.
+// The class of that name, with or without a tool-type number; null for an unknown name.
 KALIM_API const ToolClass* toolClassNamed(std::string_view name);
 
 }  // namespace kalim

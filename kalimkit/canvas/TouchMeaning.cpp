@@ -14,7 +14,7 @@ TouchMeaning meaningOf(const TouchDown& down) {
     // What is wanted where a tool lies is more often a new one beside or over it; taps select.
     const bool drawsOverTools = down.forgiving && down.hasClass;
     return {.draws = !down.isOnTool || drawsOverTools,
-            .createsAtOnce = !down.isOnTool && !down.hasSelection && down.makesText};
+            .createsAtOnce = !down.isOnTool && !down.hasSelection && down.beginsAtOnce};
 }
 
 bool isStillTapping(const TouchMove& move) {

@@ -14,9 +14,9 @@ struct TouchDown {
     bool isOnTool = false;
     // Anywhere.
     bool hasSelection = false;
-    // Whether there is a class of new tools, and whether it is a text's.
+    // Whether there is a class of new tools, and whether they begin where a finger lands.
     bool hasClass = false;
-    bool makesText = false;
+    bool beginsAtOnce = false;
 };
 
 struct TouchMeaning {

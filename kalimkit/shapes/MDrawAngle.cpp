@@ -19,8 +19,10 @@ std::shared_ptr<MDrawAngle> MDrawAngle::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawAngle::Class() {
-    static const ToolClass toolClass{"MDrawAngle", &MDrawPolyline::Class(),
-                                     &MDrawPolyline::makeToolWithVertex<MDrawAngle>};
+    static const ToolClass toolClass{"MDrawAngle",
+                                     &MDrawPolyline::Class(),
+                                     &MDrawPolyline::makeToolWithVertex<MDrawAngle>,
+                                     {.label = "{}角"}};
     return toolClass;
 }
 

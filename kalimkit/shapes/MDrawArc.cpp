@@ -17,8 +17,10 @@ std::shared_ptr<MDrawArc> MDrawArc::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawArc::Class() {
-    static const ToolClass toolClass{"MDrawArc", &MDrawAngle::Class(),
-                                     &MDrawPolyline::makeToolWithVertex<MDrawArc>};
+    static const ToolClass toolClass{"MDrawArc",
+                                     &MDrawAngle::Class(),
+                                     &MDrawPolyline::makeToolWithVertex<MDrawArc>,
+                                     {.label = "{}弧线"}};
     return toolClass;
 }
 

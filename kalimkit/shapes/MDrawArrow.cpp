@@ -18,8 +18,10 @@ std::shared_ptr<MDrawArrow> MDrawArrow::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawArrow::Class() {
-    static const ToolClass toolClass{"MDrawArrow", &MDrawLine::Class(),
-                                     &MDrawTool::makeToolAt<MDrawArrow>};
+    static const ToolClass toolClass{"MDrawArrow",
+                                     &MDrawLine::Class(),
+                                     &MDrawTool::makeToolAt<MDrawArrow>,
+                                     {.label = "{}箭头", .toolType = 7}};
     return toolClass;
 }
 

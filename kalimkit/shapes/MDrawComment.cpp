@@ -12,8 +12,10 @@ std::shared_ptr<MDrawComment> MDrawComment::initWithViewStartPoint(
 }
 
 const ToolClass& MDrawComment::Class() {
-    static const ToolClass toolClass{"MDrawComment", &MDrawText::Class(),
-                                     &MDrawTool::makeToolAt<MDrawComment>};
+    static const ToolClass toolClass{"MDrawComment",
+                                     &MDrawText::Class(),
+                                     &MDrawTool::makeToolAt<MDrawComment>,
+                                     {.label = "{}批注"}};
     return toolClass;
 }
 

@@ -12,8 +12,10 @@ std::shared_ptr<MDrawEllipse> MDrawEllipse::initWithStartPoint(gfx::Point start)
 }
 
 const ToolClass& MDrawEllipse::Class() {
-    static const ToolClass toolClass{"MDrawEllipse", &MDrawRect::Class(),
-                                     &MDrawTool::makeToolAt<MDrawEllipse>};
+    static const ToolClass toolClass{"MDrawEllipse",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawEllipse>,
+                                     {.label = "{}圆形", .toolType = 2}};
     return toolClass;
 }
 

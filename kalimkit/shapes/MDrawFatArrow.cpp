@@ -23,8 +23,10 @@ std::shared_ptr<MDrawFatArrow> MDrawFatArrow::initWithStartPoint(gfx::Point star
 }
 
 const ToolClass& MDrawFatArrow::Class() {
-    static const ToolClass toolClass{"MDrawFatArrow", &MDrawLine::Class(),
-                                     &MDrawTool::makeToolAt<MDrawFatArrow>};
+    static const ToolClass toolClass{"MDrawFatArrow",
+                                     &MDrawLine::Class(),
+                                     &MDrawTool::makeToolAt<MDrawFatArrow>,
+                                     {.label = "{}箭头"}};
     return toolClass;
 }
 

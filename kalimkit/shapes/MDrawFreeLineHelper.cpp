@@ -22,11 +22,16 @@ std::shared_ptr<MDrawFreeLineHelper> MDrawFreeLineHelper::init() {
     return helper;
 }
 
-std::shared_ptr<MDrawFreeline> MDrawFreeLineHelper::freelineTool() {
+std::shared_ptr<MDrawFreeline> MDrawFreeLineHelper::freelineTool(const ToolClass& kind) {
+    if (_freeline && &_freeline->toolClass() != &kind) {
+        finalizeFreeline();
+        complete();
+        _freeline = nullptr;
+    }
     if (_freeline) {
         _firstFreelinPart = false;
     } else {
-        _freeline = MDrawFreeline::initWithStartPoint({});
+        _freeline = std::static_pointer_cast<MDrawFreeline>(kind.makeWithStartPoint({}));
     }
     initProperty();
     _freeline->setNeedNewLine(true);

@@ -30,9 +30,10 @@ public:
     MDrawFreeLineHelper& operator=(const MDrawFreeLineHelper&) = delete;
 
     // ---- a stroke, from its start to its end
-    // The drawing that a starting stroke belongs to: a new one when idle, else the present one,
-    // whose fade stops. The caller sets its start point.
-    std::shared_ptr<MDrawFreeline> freelineTool();
+    // The drawing that a starting stroke belongs to: a new one when idle or when the present one is
+    // of another kind and therefore finished, else the present one, whose fade stops. The caller
+    // sets its start point. The kind is derived from MDrawFreeline.
+    std::shared_ptr<MDrawFreeline> freelineTool(const ToolClass& kind = MDrawFreeline::Class());
     // The stroke has ended. A valid drawing starts to fade; others wait for more strokes.
     void drawPause();
     // Finishes the drawing at once without a message.

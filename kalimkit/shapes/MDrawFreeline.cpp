@@ -23,8 +23,11 @@ std::shared_ptr<MDrawFreeline> MDrawFreeline::initWithStartPoint(gfx::Point star
 }
 
 const ToolClass& MDrawFreeline::Class() {
-    static const ToolClass toolClass{"MDrawFreeline", &MDrawRect::Class(),
-                                     &MDrawTool::makeToolAt<MDrawFreeline>};
+    static const ToolClass toolClass{
+        "MDrawFreeline",
+        &MDrawRect::Class(),
+        &MDrawTool::makeToolAt<MDrawFreeline>,
+        {.label = "{}涂鸦", .recorder = ToolRecorder::Strokes, .toolType = 4}};
     return toolClass;
 }
 

@@ -20,8 +20,11 @@ std::shared_ptr<MDrawLine> MDrawLine::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawLine::Class() {
-    static const ToolClass toolClass{"MDrawLine", &MDrawTool::Class(),
-                                     &MDrawTool::makeToolAt<MDrawLine>};
+    static const ToolClass toolClass{
+        "MDrawLine",
+        &MDrawTool::Class(),
+        &MDrawTool::makeToolAt<MDrawLine>,
+        {.label = "{}直线", .moveInGroup = MoveDirection::GroupedLine, .toolType = 6}};
     return toolClass;
 }
 

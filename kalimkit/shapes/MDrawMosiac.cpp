@@ -30,8 +30,14 @@ std::shared_ptr<MDrawMosiac> MDrawMosiac::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawMosiac::Class() {
-    static const ToolClass toolClass{"MDrawMosiac", &MDrawRect::Class(),
-                                     &MDrawTool::makeToolAt<MDrawMosiac>};
+    static const ToolClass toolClass{"MDrawMosiac",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawMosiac>,
+                                     {.label = "马赛克",
+                                      .layer = ToolLayer::Ground,
+                                      .picking = ToolPicking::UnderForgivingRules,
+                                      .keepsToFrame = true,
+                                      .toolType = 5}};
     return toolClass;
 }
 
@@ -44,6 +50,10 @@ void MDrawMosiac::init() {
 void MDrawMosiac::drawUp(gfx::Point p) {
     _mIsDrawUp = true;
     MDrawRect::drawUp(p);
+}
+
+void MDrawMosiac::settle() {
+    if (!isHiding()) drawUp(endPoint());
 }
 
 void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,

@@ -24,7 +24,9 @@ public:
     void drawUp(gfx::Point p) override;
 
     // Whether it shows what hides the picture, no longer the preview.
-    bool isHiding() const { return _mIsDrawUp || _masciImage; }
+    bool isHiding() const override { return _mIsDrawUp || _masciImage; }
+    // A patch that nobody has let go of would show what it is to hide.
+    void settle() override;
 
     // Under forgiving rules anywhere on the patch, and up to five points beside it.
     bool hitTest(gfx::Point p) override;
@@ -34,6 +36,10 @@ public:
 
     void drawContent(gfx::Context&) override {}
     void drawSlectedStateContent(gfx::Context& context) override;
+    void drawOnGround(gfx::Context& context, const gfx::Paint& fill,
+                      const gfx::Rect& background) override {
+        drawMosiacContentWithFilledColorInRect(context, fill, background);
+    }
     // While it is dragged, a translucent box. Then the masciImage, or else the fill, over what of
     // the frame lies on the background (canvas points), grown to whole device pixels so that no
     // pixel at the rim lets something of the hidden picture through: it reaches beyond frame and

@@ -24,8 +24,10 @@ std::shared_ptr<MDrawPolyline> MDrawPolyline::initWithStartPoint(gfx::Point star
 }
 
 const ToolClass& MDrawPolyline::Class() {
-    static const ToolClass toolClass{"MDrawPolyline", &MDrawTool::Class(),
-                                     &MDrawPolyline::makeToolWithVertex<MDrawPolyline>};
+    static const ToolClass toolClass{"MDrawPolyline",
+                                     &MDrawTool::Class(),
+                                     &MDrawPolyline::makeToolWithVertex<MDrawPolyline>,
+                                     {.label = "{}多边形", .beginning = ToolBeginning::Taps}};
     return toolClass;
 }
 
@@ -45,6 +47,11 @@ void MDrawPolyline::drawUp(gfx::Point p) {
     } else if (_points.size() >= 2) {
         finalize();
     }
+}
+
+void MDrawPolyline::drawThrough(std::span<const gfx::Point> points) {
+    for (const gfx::Point p : points)
+        drawUp(p);
 }
 
 gfx::Rect MDrawPolyline::frame() const {

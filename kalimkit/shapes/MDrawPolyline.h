@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ public:
     void drawMove(gfx::Point p) override;
     // On the first vertex it finishes a shape of at least two vertices and does nothing to others.
     void drawUp(gfx::Point p) override;
+    // Each point as if a finger had lifted there.
+    void drawThrough(std::span<const gfx::Point> points) override;
 
     // The bounding box of the vertices, its size in single precision.
     gfx::Rect frame() const override;
@@ -41,6 +44,7 @@ public:
     void setFeature(const FeatureRef& feature) override;
 
     const std::vector<gfx::Point>& points() const { return _points; }
+    ToolDetails details() const override { return {{"points", _points}}; }
     // The length leaves the closing edge out; the area is truncated to a whole number.
     std::string measureText() const override;
 

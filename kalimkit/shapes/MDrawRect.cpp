@@ -27,8 +27,11 @@ std::shared_ptr<MDrawRect> MDrawRect::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawRect::Class() {
-    static const ToolClass toolClass{"MDrawRect", &MDrawLine::Class(),
-                                     &MDrawTool::makeToolAt<MDrawRect>};
+    static const ToolClass toolClass{
+        "MDrawRect",
+        &MDrawLine::Class(),
+        &MDrawTool::makeToolAt<MDrawRect>,
+        {.label = "{}矩形", .moveInGroup = MoveDirection::Body, .toolType = 0}};
     return toolClass;
 }
 

@@ -7,8 +7,10 @@ std::shared_ptr<MDrawRoundedRect> MDrawRoundedRect::initWithStartPoint(gfx::Poin
 }
 
 const ToolClass& MDrawRoundedRect::Class() {
-    static const ToolClass toolClass{"MDrawRoundedRect", &MDrawRect::Class(),
-                                     &MDrawTool::makeToolAt<MDrawRoundedRect>};
+    static const ToolClass toolClass{"MDrawRoundedRect",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawRoundedRect>,
+                                     {.label = "{}圆角矩形", .toolType = 1}};
     return toolClass;
 }
 

@@ -51,8 +51,15 @@ MDrawText::~MDrawText() {
 }
 
 const ToolClass& MDrawText::Class() {
-    static const ToolClass toolClass{"MDrawText", &MDrawRect::Class(),
-                                     &MDrawTool::makeToolAt<MDrawText>};
+    static const ToolClass toolClass{"MDrawText",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawText>,
+                                     {.label = "{}文字",
+                                      .role = ui::AccessibilityRole::Text,
+                                      .beginning = ToolBeginning::TouchDown,
+                                      .recorder = ToolRecorder::Typing,
+                                      .keepsToFrame = true,
+                                      .toolType = 3}};
     return toolClass;
 }
 
@@ -76,6 +83,10 @@ void MDrawText::drawUp(gfx::Point p) {
     } else if (text().empty()) {
         startEdittingText();
     }
+}
+
+void MDrawText::drawThrough(std::span<const gfx::Point> points) {
+    if (!points.empty()) _endPoint = points.back();
 }
 
 bool MDrawText::isDrawVaild() const {
@@ -234,6 +245,10 @@ void MDrawText::setText(const std::string& text) {
     } else if (frame().size == gfx::Size{}) {
         updateFrameWhenChangeLineWidth(_fontSize);
     }
+}
+
+ToolDetails MDrawText::details() const {
+    return {{"text", text()}, {"fontSize", _fontSize}};
 }
 
 double MDrawText::lineWidth() const {

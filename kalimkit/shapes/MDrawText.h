@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "kalimkit/gfx/Export.h"
@@ -37,6 +38,8 @@ public:
     // ---- creation. A text without text is edited at the first touch.
     void drawMove(gfx::Point p) override;
     void drawUp(gfx::Point p) override;
+    // Keeps the box between the start point and the last one.
+    void drawThrough(std::span<const gfx::Point> points) override;
     // Has a text, or is edited. Under forgiving rules blanks are none.
     bool isDrawVaild() const override;
     using MDrawRect::finalize;
@@ -115,6 +118,9 @@ public:
     // A tool without any box gets one that fits. Bytes that are no UTF-8 become replacement
     // characters.
     void setText(const std::string& text);
+    std::optional<std::string> words() const override { return text(); }
+    void setWords(const std::string& words) override { setText(words); }
+    ToolDetails details() const override;
     double fontSize() const { return _fontSize; }
     void setFontSize(double size) { _fontSize = size; }
     // Follows from the font size, and sets it; a width that is none of the five pens' sets nothing.

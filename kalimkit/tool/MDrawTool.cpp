@@ -72,6 +72,13 @@ void MDrawTool::resetNames() {
     nameMgr().reset();
 }
 
+void MDrawTool::drawThrough(std::span<const gfx::Point> points) {
+    if (points.empty()) return;
+    for (const gfx::Point p : points)
+        drawMove(p);
+    drawUp(points.back());
+}
+
 void MDrawTool::finalize() {
     _finalized = true;
     limitValidFeatrue();

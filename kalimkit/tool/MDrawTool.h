@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "kalimkit/tool/MeasurementLabel.h"
 #include "kalimkit/tool/MoveDirection.h"
 #include "kalimkit/tool/ToolClass.h"
+#include "kalimkit/tool/ToolDetail.h"
 #include "kalimkit/tool/ToolRules.h"
 
 namespace kalim {
@@ -46,6 +48,11 @@ public:
     virtual void drawDown(gfx::Point) {}
     virtual void drawMove(gfx::Point) {}
     virtual void drawUp(gfx::Point) {}
+    // The same without a finger, from the point after the start point on; the last one is where the
+    // finger would lift.
+    virtual void drawThrough(std::span<const gfx::Point> points);
+    // A tool that was made without a canvas comes to one: settles what a finger would have.
+    virtual void settle() {}
     // False while the tool is degenerate; the canvas discards it then.
     virtual bool isDrawVaild() const { return true; }
     // Marks the tool as finished and clamps its geometry.
@@ -98,6 +105,12 @@ public:
     void drawRotateCenterPoint(gfx::Context& context, gfx::Point center);
     // The label, for a finished tool that is not selected and has a text to show.
     virtual void drawMeasurement(gfx::Context& context);
+    // A tool of the ground draws here and not as content: over the picture, which reaches as far as
+    // the background (canvas points). The fill is the picture in blocks.
+    virtual void drawOnGround(gfx::Context&, const gfx::Paint& /*fill*/,
+                              const gfx::Rect& /*background*/) {}
+    // Whether it covers what lies under its frame for good.
+    virtual bool isHiding() const { return false; }
     // Where the tool's picture has changed by drawMove since this was asked last, canvas points,
     // the line's width included, for tools that grow point by point. Nothing where the whole extent
     // may have changed.
@@ -197,6 +210,12 @@ public:
     double viewScale() const { return _viewScale; }
     virtual void setViewScale(double scale) { _viewScale = scale; }
     const gfx::ColorRef& handleFillColor() const { return _handleFillColor; }
+
+    // ---- words, for kinds that have some
+    virtual std::optional<std::string> words() const { return std::nullopt; }
+    virtual void setWords(const std::string&) {}
+    // What else there is to say about it, in a fixed order.
+    virtual ToolDetails details() const { return {}; }
 
     // ---- measurement
     // Units per point; 0 means uncalibrated.

@@ -23,12 +23,12 @@ TEST(TouchMeaning, AForgivingCanvasDrawsOverToolsAndDragsTheSelectionAlone) {
         {"bare place", {.hasClass = true}, draws, draws},
         {"another tool", {.isOnTool = true, .hasClass = true}, picks, draws},
         {"another tool, nothing to draw with", {.isOnTool = true}, picks, picks},
-        {"text", {.hasClass = true, .makesText = true}, writes, writes},
+        {"text", {.hasClass = true, .beginsAtOnce = true}, writes, writes},
         {"text while something is selected",
-         {.hasSelection = true, .hasClass = true, .makesText = true},
+         {.hasSelection = true, .hasClass = true, .beginsAtOnce = true},
          draws,
          draws},
-        {"text on a tool", {.isOnTool = true, .hasClass = true, .makesText = true}, picks, draws},
+        {"text on a tool", {.isOnTool = true, .hasClass = true, .beginsAtOnce = true}, picks, draws},
     };
     for (const Case& each : cases) {
         TouchDown down = each.down;

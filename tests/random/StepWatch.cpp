@@ -1,7 +1,7 @@
 #include "tests/random/StepWatch.h"
 
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
+#include "kalimkit/tool/ToolClass.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
@@ -45,7 +45,8 @@ StepWatch::Fault StepWatch::checkContent(const std::set<ToolRef>& exempt) const 
     if (_canvas.clipsToPicture()) return std::nullopt;
     const gfx::Rect room = _canvas.ctxRect().inset(-0.001, -0.001);
     for (const ToolRef& tool : _canvas.tools()) {
-        if (tool->isNewBuild() || isMosaic(*tool) || isText(*tool)) continue;
+        if (tool->isNewBuild() || tool->toolClass().layer() == ToolLayer::Ground || isText(*tool))
+            continue;
         if (exempt.contains(tool)) continue;
         if (!room.contains(tool->frameIncludeLineWidth())) {
             return tool->name() + " reaches beyond ctxRect";

@@ -1,11 +1,11 @@
 #include "kalimkit/host/headless/CanvasMake.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
 #include "kalimkit/canvas/ToolClasses.h"
-#include "kalimkit/shapes/MDrawPolyline.h"
-#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/shapes/Kinds.h"
 
 namespace kalim {
 
@@ -17,8 +17,8 @@ Problem findClass(const JsonValue& step, const ToolClass*& found) {
     found = toolClassNamed(name);
     if (found) return std::nullopt;
     std::vector<std::string_view> names;
-    for (const ToolClass* toolClass : toolClasses())
-        names.push_back(toolClass->name);
+    for (const ToolClass* kind : kinds())
+        names.push_back(kind->name);
     return "there is no class of tools " + shownName(name) + suggestion(name, names);
 }
 
@@ -46,40 +46,18 @@ Problem readLook(const JsonValue& step, MDrawTool& tool, const MDrawView& canvas
     return std::nullopt;
 }
 
-bool isText(const MDrawTool& tool) {
-    return tool.toolClass().isKindOf(MDrawText::Class());
-}
-
 // A text without words would be no tool.
 Problem readText(const JsonValue& step, MDrawTool& tool) {
     const JsonValue* given = step.find("text");
     const std::string name(tool.toolClass().name);
-    if (!isText(tool)) {
+    if (!tool.words()) {
         return given ? Problem("a " + name + " has no \"text\"") : std::nullopt;
     }
     if (!given) return "a " + name + " needs \"text\"";
     std::string text;
     if (Problem problem = readAs(*given, "\"text\"", text)) return problem;
-    static_cast<MDrawText&>(tool).setText(text);
+    tool.setWords(text);
     return std::nullopt;
-}
-
-// Vertices are set one by one as a finger lifts; a text keeps the box between the first point and
-// the last; everything else follows the finger.
-void drawThrough(const std::vector<gfx::Point>& points, MDrawTool& tool) {
-    const bool isByVertex = tool.toolClass().isKindOf(MDrawPolyline::Class());
-    for (std::size_t index = 1; index < points.size(); ++index) {
-        if (isByVertex) {
-            tool.drawUp(points[index]);
-        } else if (!isText(tool)) {
-            tool.drawMove(points[index]);
-        }
-    }
-    if (isText(tool)) {
-        tool.setEndPoint(points.back());
-    } else if (!isByVertex) {
-        tool.drawUp(points.back());
-    }
 }
 
 }  // namespace
@@ -92,7 +70,7 @@ Problem makeTool(MDrawView& canvas, const JsonValue& step) {
     const ToolRef tool = toolClass->makeWithStartPoint(points.front());
     if (Problem problem = readLook(step, *tool, canvas)) return problem;
     if (Problem problem = readText(step, *tool)) return problem;
-    drawThrough(points, *tool);
+    tool->drawThrough(std::span(points).subspan(1));
     if (!tool->isDrawVaild()) {
         return "the points make no valid " + std::string(toolClass->name) +
                ": it is too small for its line, or has no length";

@@ -2,39 +2,35 @@
 
 #include <algorithm>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/shapes/MDrawFreeline.h"
-#include "kalimkit/shapes/MDrawPolyline.h"
-#include "kalimkit/shapes/MDrawText.h"
 
 namespace kalim {
 
 namespace {
 
-JsonValue describePoints(const std::vector<gfx::Point>& points) {
+JsonValue describeDetail(double value) {
+    return value;
+}
+
+JsonValue describeDetail(const std::string& value) {
+    return value;
+}
+
+JsonValue describeDetail(const std::vector<gfx::Point>& points) {
     JsonValue::Array list;
     for (const gfx::Point p : points)
         list.push_back(toJson(p));
     return list;
 }
 
-// What only some kinds have.
-void describeKind(const MDrawTool& tool, JsonValue::Object& members) {
-    if (tool.toolClass().isKindOf(MDrawFreeline::Class())) {
-        JsonValue::Array strokes;
-        for (const auto& stroke : static_cast<const MDrawFreeline&>(tool).linePoints())
-            strokes.push_back(describePoints(stroke));
-        members.emplace_back("linePoints", std::move(strokes));
-    } else if (tool.toolClass().isKindOf(MDrawPolyline::Class())) {
-        members.emplace_back("points",
-                             describePoints(static_cast<const MDrawPolyline&>(tool).points()));
-    } else if (tool.toolClass().isKindOf(MDrawText::Class())) {
-        const auto& text = static_cast<const MDrawText&>(tool);
-        members.emplace_back("text", text.text());
-        members.emplace_back("fontSize", text.fontSize());
-    }
+JsonValue describeDetail(const PointLines& lines) {
+    JsonValue::Array list;
+    for (const auto& line : lines)
+        list.push_back(describeDetail(line));
+    return list;
 }
 
 JsonValue describeTool(const MDrawTool& tool) {
@@ -56,7 +52,10 @@ JsonValue describeTool(const MDrawTool& tool) {
         {"frame", toJson(tool.frame())},
         {"measureText", measureText.empty() ? JsonValue() : JsonValue(measureText)},
     };
-    describeKind(tool, members);
+    for (const ToolDetail& detail : tool.details()) {
+        const auto describe = [](const auto& value) { return describeDetail(value); };
+        members.emplace_back(std::string(detail.name), std::visit(describe, detail.value));
+    }
     return members;
 }
 
