@@ -1,23 +1,29 @@
 #include "cli/EditOptionValues.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 #include "cli/OptionValues.h"
-#include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/HexColor.h"
+#include "kalimkit/theme/Pens.h"
 
 namespace kalim::cli {
 
 namespace {
 
-constexpr std::pair<std::string_view, unsigned> pens[] = {
-    {"freehand", EditorPenFreehand},   {"line", EditorPenLine},      {"arrow", EditorPenArrow},
-    {"rectangle", EditorPenRectangle}, {"ellipse", EditorPenCircle}, {"text", EditorPenText},
-    {"mosaic", EditorPenMosaic},
-};
+// "freehand, line or text", of those that have names.
+std::string penNames() {
+    std::vector<std::string> names;
+    for (const Pen& pen : pens()) {
+        if (!pen.name.empty()) names.emplace_back(pen.name);
+    }
+    std::string list = names.front();
+    for (std::size_t index = 1; index < names.size(); ++index)
+        list += (index + 1 < names.size() ? ", " : " or ") + names[index];
+    return list;
+}
 
 // Points.
 constexpr double widestLine = 100;
@@ -30,13 +36,10 @@ std::string readFormat(const std::string& text, std::optional<PictureFormat>& fo
 }
 
 std::string readPen(const std::string& text, std::optional<unsigned>& pen) {
-    const auto* const found = std::ranges::find(pens, std::string_view(text),
-                                                [](const auto& pair) { return pair.first; });
-    if (found != std::end(pens)) {
-        pen = found->second;
-        return {};
-    }
-    return "must be freehand, line, arrow, rectangle, ellipse, text or mosaic, not " + text;
+    const auto found = std::ranges::find(pens(), std::string_view(text), &Pen::name);
+    if (text.empty() || found == pens().end()) return "must be " + penNames() + ", not " + text;
+    pen = found->number;
+    return {};
 }
 
 std::string readLineWidth(const std::string& text, std::optional<double>& width) {

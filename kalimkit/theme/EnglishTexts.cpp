@@ -1,7 +1,10 @@
 #include "kalimkit/theme/EnglishTexts.h"
 
 #include <algorithm>
+#include <cctype>
 #include <utility>
+
+#include "kalimkit/theme/Pens.h"
 
 namespace kalim {
 
@@ -42,14 +45,6 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"粗细", "Line width"},
     {"画笔", "Pen"},
     {"形状", "Shape"},
-    {"马赛克", "Mosaic"},
-    {"文字", "Text"},
-    {"涂鸦", "Freehand"},
-    {"矩形", "Rectangle"},
-    {"直线", "Line"},
-    {"圆形", "Ellipse"},
-    {"箭头", "Arrow"},
-    {"裁剪", "Crop"},
     {"裁剪工具栏", "Crop tool bar"},
     {"裁剪框", "Crop frame"},
     {"旋转", "Rotate"},
@@ -63,19 +58,9 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"白色", "White"},
     {"灰色", "Grey"},
     {"黑色", "Black"},
-    {"极细", "Finest"},
-    {"细", "Fine"},
-    {"中等", "Medium"},
-    {"粗", "Thick"},
-    {"极粗", "Thickest"},
     {"已选中", "Selected"},
-    {"{}矩形", "{} rectangle"},
     {"{}圆角矩形", "{} rounded rectangle"},
-    {"{}圆形", "{} ellipse"},
-    {"{}文字", "{} text"},
     {"{}涂鸦", "{} freehand drawing"},
-    {"{}直线", "{} line"},
-    {"{}箭头", "{} arrow"},
     {"{}多边形", "{} polygon"},
     {"{}角", "{} angle"},
     {"{}弧线", "{} arc"},
@@ -93,6 +78,27 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"{}，右下", "{}, bottom right"},
 };
 
+// Of pens and their sizes; empty for other texts.
+std::string_view englishOfPens(std::string_view text) {
+    for (const Pen& pen : pens()) {
+        if (pen.text == text) return pen.english;
+    }
+    for (const PenSize& size : penSizes()) {
+        if (size.text == text) return size.english;
+    }
+    return {};
+}
+
+// Of a tool with a gap for its colour, when it is called as its pen is.
+std::string englishOfTools(std::string_view text) {
+    constexpr std::string_view gap = "{}";
+    if (!text.starts_with(gap)) return {};
+    std::string word(englishOfPens(text.substr(gap.size())));
+    if (word.empty()) return {};
+    word.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(word.front())));
+    return std::string(gap) + " " + word;
+}
+
 // Of a locale such as "zh_CN.UTF-8".
 std::string_view languageOf(std::string_view locale) {
     return locale.substr(0, locale.find_first_of("_-.@"));
@@ -103,7 +109,10 @@ std::string_view languageOf(std::string_view locale) {
 std::string englishText(const std::string& text) {
     const auto* const found = std::ranges::find(texts, std::string_view(text),
                                                 [](const auto& pair) { return pair.first; });
-    return found == std::end(texts) ? text : std::string(found->second);
+    if (found != std::end(texts)) return std::string(found->second);
+    if (const std::string_view pen = englishOfPens(text); !pen.empty()) return std::string(pen);
+    const std::string tool = englishOfTools(text);
+    return tool.empty() ? text : tool;
 }
 
 bool prefersEnglishTexts(std::string_view locale) {

@@ -1,41 +1,33 @@
 #include "kalimkit/editor/picker/PickerNames.h"
 
 #include <array>
-#include <cstddef>
+#include <string_view>
 
 #include "kalimkit/theme/ColorName.h"
+#include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
 namespace {
 
-template <std::size_t count>
-std::string wordIn(const std::array<const char*, count>& words, unsigned index) {
-    return index < count ? words.at(index) : "";
-}
-
-template <std::size_t count>
-std::string nameIn(const std::array<const char*, count>& names, unsigned index) {
-    const std::string name = wordIn(names, index);
-    return name.empty() ? name : ui::Environment::current().localizedString(name);
+std::string localized(std::string_view text) {
+    return text.empty() ? std::string()
+                        : ui::Environment::current().localizedString(std::string(text));
 }
 
 }  // namespace
 
 std::string penName(unsigned pen) {
-    static constexpr std::array names{"马赛克", "文字", "涂鸦", "矩形", "直线",
-                                      "圆形",   "箭头", "矩形", "裁剪"};
-    return nameIn(names, pen);
+    const Pen* const known = penNumbered(pen);
+    return known ? localized(known->text) : "";
 }
 
 std::string sizeName(unsigned size) {
-    static constexpr std::array names{"极细", "细", "中等", "粗", "极粗"};
-    return nameIn(names, size);
+    return size < penSizes().size() ? localized(penSizes()[size].text) : "";
 }
 
 std::string choiceName(const TesselConfig& config) {
-    static constexpr std::array shapeNames{"矩形", "圆形", "直线"};
     switch (config.type()) {
         case 0:
             return colorName(config.color());
@@ -44,40 +36,30 @@ std::string choiceName(const TesselConfig& config) {
         case 2:
             return penName(config.pen());
         default:
-            return nameIn(shapeNames, config.shape());
+            const Pen* const pen = penOfShape(config.shape());
+            return pen ? localized(pen->text) : "";
     }
 }
 
 std::string kindName(unsigned type) {
-    static constexpr std::array names{"颜色", "粗细", "画笔", "形状"};
-    return nameIn(names, type);
+    static constexpr std::array<std::string_view, 4> names{"颜色", "粗细", "画笔", "形状"};
+    return type < names.size() ? localized(names[type]) : "";
 }
 
 std::string dotIconName(const TesselConfig& config) {
-    static constexpr std::array pens{
-        "icon_tool_mosaic",    "icon_tool_text",      "icon_tool_graffiti",
-        "icon_tool_rectangle", "icon_tool_line",      "icon_tool_circle",
-        "icon_tool_arrow",     "icon_tool_rectangle", "icon_tool_cut"};
-    static constexpr std::array shapes{"icon_tool_shape_rectangle", "icon_tool_shape_circle",
-                                       "icon_tool_shape_line"};
-    switch (config.type()) {
-        case 2:
-            return wordIn(pens, config.pen());
-        case 3:
-            return wordIn(shapes, config.shape());
-        default:
-            return {};
-    }
+    const bool isShape = config.type() == 3;
+    if (!isShape && config.type() != 2) return {};
+    const Pen* const pen = isShape ? penOfShape(config.shape()) : penNumbered(config.pen());
+    if (!pen) return {};
+    return (isShape ? "icon_tool_shape_" : "icon_tool_") + std::string(pen->icon);
 }
 
 std::string penIconName(unsigned pen, unsigned size) {
-    static constexpr std::array pens{"mosaic", "text",   "graffiti", "rectangle",
-                                     "line",   "circle", "arrow"};
-    static constexpr std::array sizes{"xsmall", "small", "medium", "large", "xlarge"};
-    const std::string word = wordIn(pens, pen);
-    const std::string sizeWord = wordIn(sizes, size);
-    if (pen == mosaicPen) return "icon_pen_" + word;
-    return word.empty() || sizeWord.empty() ? "" : "icon_pen_" + word + "_" + sizeWord;
+    const Pen* const known = penNumbered(pen);
+    if (!known || !known->toolType) return {};
+    const std::string name = "icon_pen_" + std::string(known->icon);
+    if (known->hasOneIcon) return name;
+    return size < penSizes().size() ? name + "_" + std::string(penSizes()[size].icon) : "";
 }
 
 }  // namespace kalim

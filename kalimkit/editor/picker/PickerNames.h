@@ -6,11 +6,6 @@
 
 namespace kalim {
 
-// The pen whose picture on the pen button is the same in every size and colour.
-inline constexpr unsigned mosaicPen = 0;
-// The one that is no pen in use but opens the crop editor.
-inline constexpr unsigned cropPen = 8;
-
 // What the choices of the pickers are called in the user's language, for those who do not see them.
 // Empty for a choice that there is no name for.
 std::string penName(unsigned pen);

@@ -9,6 +9,7 @@
 #include "kalimkit/theme/ColorName.h"
 #include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/theme/HexColor.h"
+#include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/gesture/TapGestureRecognizer.h"
 
@@ -101,7 +102,7 @@ void TesselPenView::sendTap() {
 
 void TesselPenView::setPen(unsigned pen) {
     _pen = pen;
-    if (pen != cropPen) _penInUse = pen;
+    if (pen != EditorPenCrop) _penInUse = pen;
     renderIcon();
 }
 
@@ -121,7 +122,8 @@ void TesselPenView::renderIcon() {
     // Black would be lost on the dark button.
     const bool isBlack = _color && *_color == gfx::Color{0, 0, 0};
     const gfx::ColorRef tint = isBlack ? colorWithHexString("242424") : _color;
-    _icon = _pen == mosaicPen ? image : imageWithTintColor(image, tint);
+    const Pen* const pen = penNumbered(_pen);
+    _icon = pen->hasOneIcon ? image : imageWithTintColor(image, tint);
     setImage(_icon, ui::ControlState::Normal);
     setImage(_icon, ui::ControlState::Highlighted);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kalimkit/editor/picker/PickerNames.h"
+#include "kalimkit/theme/Pens.h"
 
 namespace kalim {
 
@@ -85,7 +86,7 @@ void TesselPopView::setSelectIndex(int index) {
 // Nobody draws with the one that opens the crop editor.
 void TesselPopView::sayWhatIsInUse() {
     const TesselConfig& selected = *_views.at(static_cast<std::size_t>(_selectIndex))->config();
-    if (selected.type() != penType || selected.pen() != cropPen) _indexInUse = _selectIndex;
+    if (selected.type() != penType || selected.pen() != EditorPenCrop) _indexInUse = _selectIndex;
     int index = 0;
     for (const auto& dot : _views)
         dot->setSaidSelected(index++ == _indexInUse);

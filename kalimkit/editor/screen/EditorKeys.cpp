@@ -67,13 +67,6 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+c", &EditorKeys::copy},
     {"ctrl+v", &EditorKeys::paste},
     {"space", &EditorKeys::holdSpace},
-    {"p", &EditorKeys::takePen<EditorPenFreehand>},
-    {"l", &EditorKeys::takePen<EditorPenLine>},
-    {"a", &EditorKeys::takePen<EditorPenArrow>},
-    {"r", &EditorKeys::takePen<EditorPenRectangle>},
-    {"e", &EditorKeys::takePen<EditorPenCircle>},
-    {"t", &EditorKeys::takePen<EditorPenText>},
-    {"m", &EditorKeys::takePen<EditorPenMosaic>},
     {"1", &EditorKeys::takeColor<0>},
     {"2", &EditorKeys::takeColor<1>},
     {"3", &EditorKeys::takeColor<2>},
@@ -102,7 +95,7 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     if (!editor || !editor->penPopView() || !editor->window()) return false;
     if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
-    if (command == std::end(commands)) return false;
+    if (command == std::end(commands)) return !isRepeated && takePen(key);
     return (!isRepeated || command->repeats) && (this->*command->run)();
 }
 
@@ -232,9 +225,12 @@ bool EditorKeys::zoomOut() {
     return canvas && canvas->zoomBy(1 / zoomStep);
 }
 
-template <unsigned pen>
-bool EditorKeys::takePen() {
-    choosePen(pen);
+bool EditorKeys::takePen(std::string_view key) {
+    const auto pen = std::ranges::find_if(pens(), [key](const Pen& each) {
+        return each.key && key == std::string_view(&each.key, 1);
+    });
+    if (pen == pens().end()) return false;
+    choosePen(pen->number);
     return true;
 }
 

@@ -98,12 +98,12 @@ private:
     bool zoomToPixels();
     bool zoomIn();
     bool zoomOut();
-    template <unsigned pen>
-    bool takePen();
     template <unsigned index>
     bool takeColor();
     bool thinner();
     bool thicker();
+    // The one whose key it is.
+    bool takePen(std::string_view key);
 
     // ---- another picture
     struct Offer {

@@ -1,39 +1,9 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 
 #include <algorithm>
-#include <array>
-
-#include "kalimkit/canvas/ToolType.h"
+#include <iterator>
 
 namespace kalim {
-
-namespace {
-
-struct PenRow {
-    unsigned pen;
-    std::int64_t toolType;
-    // Whether tools of that type are shown as this pen.
-    bool isShown;
-};
-// A selected stroke or patch deliberately shows the user's own pen.
-constexpr std::array<PenRow, 7> penRows{{
-    {EditorPenMosaic, ToolType::Mosaic, false},
-    {EditorPenText, ToolType::Text, true},
-    {EditorPenFreehand, ToolType::Freehand, false},
-    {EditorPenRectangle, ToolType::Rectangle, true},
-    {EditorPenLine, ToolType::Line, true},
-    {EditorPenCircle, ToolType::Ellipse, true},
-    {EditorPenArrow, ToolType::Arrow, true},
-}};
-
-struct SizeRow {
-    int lineWidth;
-    // The width that is shown as this size. The fourth is deliberately not the one that it sets.
-    double shownFor;
-};
-constexpr std::array<SizeRow, 5> sizeRows{{{2, 2}, {7, 7}, {12, 12}, {18, 24}, {28, 28}}};
-
-}  // namespace
 
 const std::vector<std::string_view>& editorColors() {
     static const std::vector<std::string_view> colors{"F63434", "FFF700", "1AA9FF", "FFFFFF",
@@ -47,9 +17,17 @@ const std::vector<unsigned>& editorSizes() {
 }
 
 const std::vector<unsigned>& editorPens() {
-    static const std::vector<unsigned> pens{EditorPenArrow, EditorPenCircle, EditorPenRectangle,
-                                            EditorPenText,  EditorPenMosaic, EditorPenCrop};
-    return pens;
+    static const std::vector<unsigned> offered = [] {
+        std::vector<Pen> rows;
+        std::ranges::copy_if(pens(), std::back_inserter(rows),
+                             [](const Pen& pen) { return pen.place > 0; });
+        std::ranges::sort(rows, {}, &Pen::place);
+        std::vector<unsigned> numbers;
+        for (const Pen& pen : rows)
+            numbers.push_back(pen.number);
+        return numbers;
+    }();
+    return offered;
 }
 
 const std::vector<unsigned>& editorShapes() {
@@ -58,26 +36,25 @@ const std::vector<unsigned>& editorShapes() {
 }
 
 std::optional<std::int64_t> toolTypeForPen(unsigned pen) {
-    const auto row = std::ranges::find(penRows, pen, &PenRow::pen);
-    if (row == penRows.end()) return std::nullopt;
-    return row->toolType;
+    const Pen* const known = penNumbered(pen);
+    return known ? known->toolType : std::nullopt;
 }
 
 std::optional<unsigned> penForToolType(std::int64_t type) {
-    const auto row = std::ranges::find(penRows, type, &PenRow::toolType);
-    if (row == penRows.end() || !row->isShown) return std::nullopt;
-    return row->pen;
+    const auto pen = std::ranges::find(pens(), type, &Pen::toolType);
+    if (pen == pens().end() || !pen->isShownForTools) return std::nullopt;
+    return pen->number;
 }
 
 std::optional<int> lineWidthForSize(unsigned size) {
-    if (size >= sizeRows.size()) return std::nullopt;
-    return sizeRows[size].lineWidth;
+    if (size >= penSizes().size()) return std::nullopt;
+    return penSizes()[size].lineWidth;
 }
 
 std::optional<unsigned> sizeForLineWidth(double width) {
-    const auto row = std::ranges::find(sizeRows, width, &SizeRow::shownFor);
-    if (row == sizeRows.end()) return std::nullopt;
-    return static_cast<unsigned>(row - sizeRows.begin());
+    const auto size = std::ranges::find(penSizes(), width, &PenSize::shownFor);
+    if (size == penSizes().end()) return std::nullopt;
+    return static_cast<unsigned>(size - penSizes().begin());
 }
 
 }  // namespace kalim

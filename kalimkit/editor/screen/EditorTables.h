@@ -6,22 +6,11 @@
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/theme/Pens.h"
 
 namespace kalim {
 
 // The editor's pens, sizes and colours, and what they are on the canvas.
-
-// Pens by their numbers.
-enum EditorPen : unsigned {
-    EditorPenMosaic = 0,
-    EditorPenText = 1,
-    EditorPenFreehand = 2,
-    EditorPenRectangle = 3,
-    EditorPenLine = 4,
-    EditorPenCircle = 5,
-    EditorPenArrow = 6,
-    EditorPenCrop = 8,
-};
 
 // What the pickers offer, in the order in which it is shown: RRGGBB, sizes, pens.
 KALIM_API const std::vector<std::string_view>& editorColors();

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// Those pens that code speaks of, by their numbers.
+enum EditorPen : unsigned {
+    EditorPenMosaic = 0,
+    EditorPenText = 1,
+    EditorPenFreehand = 2,
+    EditorPenRectangle = 3,
+    EditorPenLine = 4,
+    EditorPenCircle = 5,
+    EditorPenArrow = 6,
+    // No pen in use: it opens the crop editor.
+    EditorPenCrop = 8,
+};
+
+// What pickers, keys, the command line and pages know of a pen.
+struct Pen {
+    unsigned number = 0;
+    // What the command line and pages choose it by; empty for a pen that they do not choose.
+    std::string_view name = {};
+    // The key that takes it; 0 for none.
+    char key = 0;
+    // Of its icons: icon_tool_NAME in the picker, icon_pen_NAME_SIZE on the pen button.
+    std::string_view icon;
+    // What it is called for those who do not see it; hosts may have the text in their language.
+    std::string_view text;
+    std::string_view english;
+    // What it draws, as the canvas numbers it (ToolType.h); nothing for a pen that draws nothing.
+    std::optional<std::int64_t> toolType = {};
+    // Where in its row the picker offers it, from 1 on; 0 where it does not.
+    unsigned place = 0;
+    // Its number among the shapes, for pens that are shapes as well.
+    std::optional<unsigned> shape = {};
+    // Whether selected tools of its type are shown as this pen.
+    bool isShownForTools = true;
+    // Whether the pen button shows one icon, icon_pen_NAME, in every size and colour.
+    bool hasOneIcon = false;
+};
+
+// In the order in which people are told their names.
+KALIM_API std::span<const Pen> pens();
+// Null for a number that is no pen.
+KALIM_API const Pen* penNumbered(unsigned number);
+// Null for a number that is no shape.
+KALIM_API const Pen* penOfShape(unsigned shape);
+
+// A width of pens; its number is its place among them, from thin to thick.
+struct PenSize {
+    // Points.
+    int lineWidth;
+    // The width of a selected tool that is shown as this size.
+    double shownFor;
+    // Of its icons.
+    std::string_view icon;
+    std::string_view text;
+    std::string_view english;
+};
+KALIM_API std::span<const PenSize> penSizes();
+
+}  // namespace kalim
