@@ -13,7 +13,16 @@ namespace kalim::cli {
 
 namespace {
 
-// "freehand, line or text", of those that have names.
+// Points.
+constexpr double widestLine = 100;
+
+}  // namespace
+
+std::string readFormat(const std::string& text, std::optional<PictureFormat>& format) {
+    format = pictureFormat(text);
+    return format ? std::string() : "must be png, jpeg or webp, not " + text;
+}
+
 std::string penNames() {
     std::vector<std::string> names;
     for (const Pen& pen : pens()) {
@@ -23,16 +32,6 @@ std::string penNames() {
     for (std::size_t index = 1; index < names.size(); ++index)
         list += (index + 1 < names.size() ? ", " : " or ") + names[index];
     return list;
-}
-
-// Points.
-constexpr double widestLine = 100;
-
-}  // namespace
-
-std::string readFormat(const std::string& text, std::optional<PictureFormat>& format) {
-    format = pictureFormat(text);
-    return format ? std::string() : "must be png, jpeg or webp, not " + text;
 }
 
 std::string readPen(const std::string& text, std::optional<unsigned>& pen) {

@@ -12,6 +12,8 @@ namespace kalim::cli {
 // wrong with it.
 
 std::string readFormat(const std::string& text, std::optional<PictureFormat>& format);
+// "freehand, line or text", of all that readPen takes.
+std::string penNames();
 // "arrow", as the number of an EditorPen.
 std::string readPen(const std::string& text, std::optional<unsigned>& pen);
 // Points.

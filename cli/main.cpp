@@ -148,9 +148,7 @@ private:
                       readFormat, asked.format);
         addEditOption(command, "--scale", "K", "Pixels of the screen per point (1)", readScale,
                       asked.scale);
-        addEditOption(command, "--initial-tool", "TOOL",
-                      "freehand, line, arrow, rectangle, ellipse, text or mosaic", readPen,
-                      asked.pen);
+        addEditOption(command, "--initial-tool", "TOOL", penNames(), readPen, asked.pen);
         addEditOption(command, "--width", "WIDTH",
                       "The width of lines at first, in thousandths of the photo's longer side",
                       readLineWidth, asked.lineWidth);

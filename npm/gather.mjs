@@ -3,7 +3,7 @@
 
 import { execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
-import { cpSync, mkdirSync, readFileSync, readdirSync, renameSync, rmSync, writeFileSync } from 'node:fs';
+import { cpSync, existsSync, mkdirSync, readFileSync, readdirSync, renameSync, rmSync, writeFileSync } from 'node:fs';
 import { join, relative } from 'node:path';
 import { argv, env } from 'node:process';
 import { fileURLToPath } from 'node:url';
@@ -12,6 +12,26 @@ const root = fileURLToPath(new URL('..', import.meta.url));
 const [module, build] = argv.slice(2);
 // Pixels: of a browser's list, of its opening screen, of an iPhone's home screen.
 const iconSizes = [192, 512, 180];
+
+// Names and numbers of the pens, in the order in which people are told them.
+function readPens() {
+  const table = readFileSync(join(root, 'kalimkit/theme/Pens.cpp'), 'utf8');
+  return [...table.matchAll(/\.number = (\d+),\s+\.name = "(\w+)"/g)].map(([, number, name]) => [name, number]);
+}
+
+// Where a script, its types and its description leave a place for the pens.
+function fillInPens(target) {
+  const pens = readPens();
+  const names = pens.map(([name]) => `'${name}'`).join(' | ');
+  const numbers = `{\n${pens.map(([name, number]) => `  ${name}: ${number},\n`).join('')}}`;
+  const places = [['kalimkit/host/browser/choices.js', "'PENS'", numbers], ['npm/src/index.d.ts', "'PENS'", names],
+    ['custom-elements.json', 'PENS', names]];
+  for (const [name, place, text] of places.filter(([file]) => existsSync(join(target, file)))) {
+    const before = readFileSync(join(target, name), 'utf8');
+    if (!pens.length || !before.includes(place)) throw new Error(`There are no pens to name in ${name}`);
+    writeFileSync(join(target, name), before.replace(place, text));
+  }
+}
 
 function copyScripts(folder, target, isWanted = (name) => name.endsWith('.js')) {
   mkdirSync(join(target, folder), { recursive: true });
@@ -31,6 +51,7 @@ function gatherPackage(target) {
   copyScripts('npm/src', target, (name) => /\.js$|\.d\.ts$/.test(name));
   for (const name of ['custom-elements.json', 'README.md']) cpSync(join(root, 'npm', name), join(target, name));
   cpSync(join(root, 'LICENSE'), join(target, 'LICENSE'));
+  fillInPens(target);
   const description = readFileSync(join(root, 'npm/package.json.in'), 'utf8');
   writeFileSync(join(target, 'package.json'), description.replace('@PROJECT_VERSION@', env.VERSION));
 }
@@ -72,6 +93,7 @@ function gatherPage(target) {
     execFileSync(env.RSVG_CONVERT, ['-w', size, '-h', size, join(target, 'icon.svg'), '-o',
       join(target, `icon-${size}.png`)]);
   }
+  fillInPens(target);
   stripComments(target);
   writeWorker(target);
 }

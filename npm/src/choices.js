@@ -3,7 +3,7 @@
 
 import { Pen } from '../../kalimkit/host/browser/kalim.js';
 
-const names = ['freehand', 'line', 'arrow', 'rectangle', 'ellipse', 'text', 'mosaic'];
+const names = Object.keys(Pen);
 const widest = 100;
 
 export function penOf(name) {

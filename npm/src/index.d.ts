@@ -2,7 +2,7 @@
 export type KalimPicture = string | URL | ImageBitmapSource;
 
 /** What a picture is drawn on with. */
-export type KalimTool = 'freehand' | 'line' | 'arrow' | 'rectangle' | 'ellipse' | 'text' | 'mosaic';
+export type KalimTool = 'PENS';
 
 /** Types that every browser can make; some make `image/png` instead of `image/webp`. */
 export type KalimImageType = 'image/png' | 'image/jpeg' | 'image/webp';

@@ -1,14 +1,7 @@
 // What a page chooses instead of the user.
 
-export const Pen = {
-  mosaic: 0,
-  text: 1,
-  freehand: 2,
-  rectangle: 3,
-  line: 4,
-  ellipse: 5,
-  arrow: 6,
-};
+// Numbers by names; npm/gather.mjs puts them in, from kalimkit/theme/Pens.cpp.
+export const Pen = 'PENS';
 
 // "#RRGGBB" or "#RRGGBBAA" as a number; throws for any other text.
 export function packedColor(color) {

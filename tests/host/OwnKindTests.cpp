@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "examples/kind/Star.h"
+#include "kalimkit/host/headless/CanvasPrint.h"
+#include "kalimkit/shapes/MDrawPolyline.h"
+#include "tests/canvas/CanvasHost.h"
+
+namespace kalim {
+namespace {
+
+// What the print of the canvas says of its only tool.
+JsonValue printed(const MDrawView& canvas, const char* key) {
+    const JsonValue print = describeCanvas(canvas);
+    return *print.find("tools")->array()->front().find(key);
+}
+
+TEST(OwnKind, IsDrawnPickedCutMovedUndonePrintedAndSpokenOf) {
+    test::CanvasHost host;
+    MDrawView& canvas = *host.canvas;
+    canvas.setDrawColorIsTranslucent(gfx::makeColor(1, 0, 0), false);
+    EXPECT_TRUE(canvas.beginDrawingWithClass(Star::Class()));
+    host.drag({100, 100}, {300, 300});
+    ASSERT_EQ(canvas.tools().size(), 1u);
+    const ToolRef star = canvas.tools().front();
+    EXPECT_EQ(star->name().substr(0, 5), "Star:");
+    EXPECT_EQ(printed(canvas, "class"), JsonValue(std::string("Star")));
+
+    host.tap({200, 200});
+    EXPECT_TRUE(host.isSelected(star)) << "where a rectangle is not hit";
+    const ui::AccessibilityElement spoken = canvas.accessibilityElements().front();
+    EXPECT_EQ(spoken.label, "红色 star，中间");
+    EXPECT_EQ(spoken.role, ui::AccessibilityRole::Image);
+
+    // The inner corner is 40 points from the middle at first, at 36 degrees.
+    host.drag({223.5, 167.6}, {223.5, 135.3});
+    EXPECT_NEAR(*printed(canvas, "depth").number(), 0.8, 0.01);
+    host.drag({200, 200}, {220, 230});
+    EXPECT_EQ(star->frame(), gfx::Rect(120, 130, 200, 200));
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_EQ(star->frame(), gfx::Rect(100, 100, 200, 200));
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_NEAR(*printed(canvas, "depth").number(), 0.4, 0.01);
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_FALSE(canvas.hasTools());
+    EXPECT_TRUE(canvas.redo());
+    EXPECT_EQ(canvas.tools(), ToolList{star});
+}
+
+TEST(OwnKind, IsRefusedWhereNoTouchBeginsIt) {
+    test::CanvasHost host;
+    EXPECT_FALSE(host.canvas->beginDrawingWithClass(MDrawPolyline::Class())) << "made by taps";
+    EXPECT_FALSE(host.canvas->beginDrawingWithClass(MDrawMutableSelect::Class())) << "a group";
+    EXPECT_EQ(host.canvas->drawToolClass()->name, "MDrawLine") << "as at first";
+}
+
+}  // namespace
+}  // namespace kalim
