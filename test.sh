@@ -5,7 +5,8 @@ set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-default_stages=(layers headers format scripts build unit window install seam browser npm)
+# The longest first, of those that go side by side.
+default_stages=(layers format scripts build browser install unit window npm headers seam)
 more_stages=(browsers tidy)
 passed=0
 failed=0
@@ -191,9 +192,46 @@ groups_of() {
     esac
 }
 
+# Runs a stage; its counts are added to those of the file `counts`.
+run_stage() {
+    local begun=$SECONDS
+    echo "== $1"
+    # shellcheck disable=SC2046 # a list of words
+    if tools/setup $(groups_of "$1"); then
+        "stage_$1"
+    else
+        failed=$((failed + 1))
+        echo "FAILED: $1 needs packages that are not there"
+    fi
+    echo "-- $1 took $((SECONDS - begun)) s"
+    echo "$passed $failed" >> "$counts"
+}
+
+# Runs stages side by side, as many at a time as there are processors, and shows what each has said when
+# it has ended. Each is a process group of its own, to be ended as one.
+side_by_side() {
+    local stage
+    set -m
+    for stage in "$@"; do
+        while (($(jobs -pr | wc -l) >= $(nproc))); do wait -n; done
+        (
+            passed=0 failed=0
+            run_stage "$stage" > "$logs/$stage" 2>&1
+            flock "$logs" cat "$logs/$stage"
+        ) < /dev/null &
+    done
+    wait
+    set +m
+}
+
+end_stages() {
+    local group
+    for group in $(jobs -p); do kill -TERM -- "-$group" 2> /dev/null; done
+    exit 130
+}
+
 main() {
-    trap 'exit 130' INT TERM
-    local stage begun stages=("$@") known=" ${default_stages[*]} ${more_stages[*]} "
+    local stage stages=("$@") alone=() known=" ${default_stages[*]} ${more_stages[*]} "
     case ${1-} in
         -h | --help) help && return ;;
         --all) stages=("${default_stages[@]}" "${more_stages[@]}") ;;
@@ -206,20 +244,32 @@ main() {
             return 2
         fi
     done
+    logs=$(mktemp -d)
+    counts=$logs/counts
+    trap 'rm -rf "$logs"' EXIT
+    trap end_stages INT TERM
+    # What takes all processors or no time goes alone; installing packages, too.
+    local groups=() together=()
     for stage in "${stages[@]}"; do
-        echo "== $stage"
-        begun=$SECONDS
-        # shellcheck disable=SC2046 # a list of words
-        if tools/setup $(groups_of "$stage"); then
-            "stage_$stage"
-        else
-            failed=$((failed + 1))
-            echo "FAILED: $stage needs packages that are not there"
-        fi
-        echo "-- $stage took $((SECONDS - begun)) s"
+        # shellcheck disable=SC2207 # a list of words
+        groups+=($(groups_of "$stage"))
+        case $stage in
+            layers | format | scripts | build) alone+=("$stage") ;;
+            *) together+=("$stage") ;;
+        esac
     done
-    echo "$passed passed, $failed failed"
-    [[ $failed == 0 ]]
+    [[ ${#groups[@]} == 0 ]] || tools/setup $(printf '%s\n' "${groups[@]}" | sort -u) || true
+    for stage in "${alone[@]}"; do
+        passed=0 failed=0
+        run_stage "$stage"
+    done
+    if [[ ${#together[@]} == 1 ]]; then
+        passed=0 failed=0
+        run_stage "${together[0]}"
+    else
+        side_by_side "${together[@]}"
+    fi
+    awk '{ passed += $1; failed += $2 } END { print passed " passed, " failed " failed"; exit failed > 0 }' "$counts"
 }
 
 main "$@"
