@@ -1,42 +1,19 @@
-// <kalim-editor> in a page with a strict content security policy: its interface, its life in the page, and
-// what an assistive technology is told.
+// <kalim-editor> in a page: its interface, its life in the page, and what an assistive technology is told.
 
 import assert from 'node:assert/strict';
-import { afterEach, beforeEach, test } from 'node:test';
+import { test } from 'node:test';
 
-import { Page, browserName } from './page.mjs';
+import { drag, page, rest, take, toolCount } from './embedding.mjs';
+import { browserName } from './page.mjs';
 import { until } from './webdriver.mjs';
 
 const needsChromium = { skip: browserName === 'chromium' ? false : 'this browser\'s driver does not tell' };
 
-let page;
-
-// The hint that invites a first tap moves for ever.
-beforeEach(async () => {
-  page = await Page.open();
-  await page.goto('/tests/blank.html');
-  await page.evaluate(() => localStorage.setItem('kalimkit.canUseRingAnimation', false));
-  await page.goto('/tests/embed.html');
-  await page.evaluate(() => import('/tests/embed.js'));
-  await page.waitFor(() => window.first.isOpen);
-  await rest();
-});
-afterEach(async () => {
-  const complaints = await page.complaints();
-  await page.close();
-  assert.deepEqual(complaints, []);
-});
-
-const rest = () => page.evaluate(() => window.watched.frames(30));
 const state = () => page.evaluate(() => window.embed.state());
-const events = () => page.evaluate(() => window.embed.take());
 const failure = (...call) => page.evaluate((...values) => window.embed.failure(...values), ...call);
 
-// With one finger over the picture of an element that is so far down the page.
-async function draw(top = 0) {
-  await page.touch([[150, top + 150]], [[180, top + 180]], [[250, top + 220]]);
-  await rest();
-}
+// Over the picture of an element that is so far down the page.
+const draw = (top = 0) => drag([150, top + 150], [180, top + 180], [250, top + 220]);
 
 test('an element draws what it was told to, tells of it, and hands it over', async () => {
   await page.evaluate(() => {
@@ -60,7 +37,7 @@ test('an element draws what it was told to, tells of it, and hands it over', asy
   assert.equal((await exportOf({})).hasGreen, false);
   assert.equal(await page.evaluate(() => window.first.undo()), false);
   assert.equal(await page.evaluate(() => window.first.redo()), true);
-  const told = (await events()).filter(({ type }) => type === 'kalim-change');
+  const told = (await take()).filter(({ type }) => type === 'kalim-change');
   assert.deepEqual(told.slice(-2).map(({ canUndo, canRedo, count }) => [canUndo, canRedo, count]),
     [[false, true, 0], [true, false, 1]]);
 
@@ -70,7 +47,7 @@ test('an element draws what it was told to, tells of it, and hands it over', asy
   });
   await page.touch([[365, 32]]);
   await page.waitFor(() => window.first.isOpen);
-  await until(async () => (await events()).some(({ blob }) => blob === 'image/jpeg'), 'what was sent');
+  await until(async () => (await take()).some(({ blob }) => blob === 'image/jpeg'), 'what was sent');
   assert.equal((await state()).isOpen, true);
   await page.touch([[365, 32]]);
   await page.waitFor(() => !window.first.isOpen);
@@ -85,11 +62,11 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.match(await failure('open', '/photos/none.png'), /photos\/none\.png: 404/);
   assert.match(await failure('open', '/tests/embed.css'), /^InvalidStateError: .*\/tests\/embed\.css: /);
   assert.match(await failure('open', null), /^TypeError/);
-  assert.equal((await state()).toolCount, 1);
-  await events();
+  assert.equal(await toolCount(), 1);
+  await take();
   await page.evaluate(() => window.first.setAttribute('src', '/photos/none.png'));
-  await until(async () => (await events()).some(({ message }) => message?.includes('none.png: 404')), 'an error');
-  assert.equal((await state()).toolCount, 1);
+  await until(async () => (await take()).some(({ message }) => message?.includes('none.png: 404')), 'an error');
+  assert.equal(await toolCount(), 1);
   await page.evaluate(() => {
     window.first.close();
     window.first.wasmUrl = '/none.wasm';
@@ -129,13 +106,13 @@ test('an editor that has stopped makes room for the next one', async () => {
   });
   await draw();
   await page.waitFor(() => window.embed.state().kept === 0);
-  assert.deepEqual((await events()).filter(({ type }) => type === 'kalim-error').map(({ message }) => message),
+  assert.deepEqual((await take()).filter(({ type }) => type === 'kalim-error').map(({ message }) => message),
     ['no memory']);
   assert.equal((await page.complaints()).every((complaint) => complaint.includes('no memory')), true);
   assert.equal(await failure('open', '/photos/coffee.png'), null);
   await rest();
   await draw();
-  assert.equal((await state()).toolCount, 1);
+  assert.equal(await toolCount(), 1);
 });
 
 test('of several pictures the last one is shown, and none that there is no room for is sent', async () => {
@@ -171,7 +148,7 @@ test('several on a page share one module and nothing else', async () => {
   await page.evaluate(() => window.second.setTool('arrow'));
   await draw(400);
   assert.deepEqual(await page.evaluate(() => [window.first.toolCount, window.second.toolCount]), [0, 1]);
-  assert.deepEqual([...new Set((await events()).map(({ id }) => id))], ['second']);
+  assert.deepEqual([...new Set((await take()).map(({ id }) => id))], ['second']);
   assert.equal(await page.evaluate(() =>
     performance.getEntriesByType('resource').filter(({ name }) => name.endsWith('.wasm')).length), 1);
 });
@@ -184,7 +161,7 @@ test('moved it keeps its drawings, removed it gives everything back and starts a
     frame.append(window.first);
   });
   await rest();
-  assert.equal((await state()).toolCount, 1);
+  assert.equal(await toolCount(), 1);
 
   // While a finger draws.
   await page.evaluate(() => {
@@ -199,9 +176,9 @@ test('moved it keeps its drawings, removed it gives everything back and starts a
   await page.evaluate(() => document.body.append(window.kept));
   await page.waitFor(() => window.first.isOpen);
   await rest();
-  assert.equal((await state()).toolCount, 0);
+  assert.equal(await toolCount(), 0);
   await draw();
-  assert.equal((await state()).toolCount, 1);
+  assert.equal(await toolCount(), 1);
 });
 
 test('it starts anew with the picture that the user has taken last', async () => {
@@ -276,7 +253,7 @@ test('it works where the browser keeps nothing for the page', async () => {
   });
   assert.equal(await failure('open', '/photos/coffee.png'), null);
   await draw();
-  assert.equal((await state()).toolCount, 1);
+  assert.equal(await toolCount(), 1);
 });
 
 // ---- what an assistive technology is told
@@ -313,10 +290,10 @@ test('the screen is told and used without being seen', needsChromium, async () =
   const left = await screen();
   assert.equal(left.some(([, name]) => name.startsWith('Red rectangle')), false);
   assert.equal(await focused(), 'Canvas');
-  assert.equal((await state()).toolCount, 0);
+  assert.equal(await toolCount(), 0);
   await focus('Undo');
   await page.press('Enter');
-  assert.equal((await state()).toolCount, 1);
+  assert.equal(await toolCount(), 1);
   await screen();
   await focus('Pen, Rectangle Red Fine');
   await page.press('Enter');

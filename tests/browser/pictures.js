@@ -51,6 +51,9 @@ function tileAt(a, b, left, top, around) {
     for (let x = left; x < right; ++x) {
       let largest = 0;
       for (let channel = 0; channel < 4; ++channel) {
+        const at = 4 * (y * a.width + x) + channel;
+        // Most are, and are within any range then.
+        if (a.data[at] === b.data[at]) continue;
         const found = Math.max(distanceAt(a, b, x, y, channel, around),
           distanceAt(b, a, x, y, channel, around));
         sums[channel] += found;

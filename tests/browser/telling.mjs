@@ -1,41 +1,13 @@
 // What <kalim-editor> tells its page and its user, and when; what waits for what.
 
 import assert from 'node:assert/strict';
-import { after, afterEach, before, beforeEach, test } from 'node:test';
+import { test } from 'node:test';
 
-import { Page, browserName } from './page.mjs';
+import { drag, page, rest, take, toolCount } from './embedding.mjs';
+import { browserName } from './page.mjs';
 
-let page;
-
-before(async () => {
-  page = await Page.open();
-});
-after(() => page.close());
-beforeEach(async () => {
-  await page.goto('/tests/blank.html');
-  await page.evaluate(() => localStorage.setItem('kalimkit.canUseRingAnimation', false));
-  await page.goto('/tests/embed.html');
-  await page.evaluate(() => import('/tests/embed.js'));
-  await page.waitFor(() => window.first.isOpen);
-  await rest();
-  await take();
-});
-afterEach(async () => {
-  // Or the browser asks before the next page.
-  await page.evaluate(() => window.first?.close());
-  assert.deepEqual(await page.complaints(), []);
-});
-
-const rest = () => page.evaluate(() => window.watched.frames(40));
-const take = () => page.evaluate(() => window.embed.take());
 const told = async (type) => (await take()).filter((event) => event.type === type);
 const dirty = () => page.evaluate(() => window.first.dirty);
-const toolCount = () => page.evaluate(() => window.first.toolCount);
-
-async function drag(...places) {
-  await page.touch(...places.map((place) => [place]));
-  await rest();
-}
 
 test('each finished step is told at its end, and nothing before', async () => {
   await page.evaluate(() => window.first.setTool('rectangle'));
