@@ -15,7 +15,7 @@
 #include "cli/EditOutput.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
-#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/headless/LiveScenario.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
@@ -197,10 +197,10 @@ private:
     }
 
     void chooseTools() {
-        EditorKeys& keys = *_window.keys();
-        if (_options.pen) keys.choosePen(*_options.pen);
-        if (_options.color) keys.chooseColor(_options.color);
-        if (_options.lineWidth) keys.chooseLineWidth(*_options.lineWidth);
+        EditorRemote& remote = *_window.remote();
+        if (_options.pen) remote.choosePen(*_options.pen);
+        if (_options.color) remote.chooseColor(_options.color);
+        if (_options.lineWidth) remote.chooseLineWidth(*_options.lineWidth);
     }
 
     void playScenario() {

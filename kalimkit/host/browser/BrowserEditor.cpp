@@ -83,12 +83,16 @@ void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale,
     _controller->setClipsToPicture(!grows);
     _controller->setLargestMagnification(largestMagnification);
     _window.setRootViewController(_controller);
-    _keys = std::make_unique<EditorKeys>(_controller);
+    _pointer = std::make_unique<EditorPointer>(_controller);
+    _remote = std::make_unique<EditorRemote>(_controller);
+    _keys = std::make_unique<EditorKeys>(_controller, *_pointer, *_remote);
     _keys->setDelegate(_delegate);
 }
 
 void BrowserEditor::dismiss() {
     _keys = nullptr;
+    _remote = nullptr;
+    _pointer = nullptr;
     _window.setRootViewController(nullptr);
     _controller = nullptr;
 }

@@ -4,6 +4,8 @@
 #include <string_view>
 
 #include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/browser/BrowserEnvironment.h"
 #include "kalimkit/ui/control/TextView.h"
@@ -49,6 +51,8 @@ public:
     TesselViewController* controller() const { return _controller.get(); }
     MDrawView* canvas() const { return _controller ? _controller->drawView().get() : nullptr; }
     EditorKeys* keys() const { return _keys.get(); }
+    EditorPointer* pointer() const { return _pointer.get(); }
+    EditorRemote* remote() const { return _remote.get(); }
     // The number of the picture on the canvas; 0 for none.
     int picture() const;
 
@@ -78,6 +82,8 @@ private:
     ui::AccessibilityTree _accessibility{_window};
     std::shared_ptr<Delegate> _delegate;
     std::shared_ptr<TesselViewController> _controller;
+    std::unique_ptr<EditorPointer> _pointer;
+    std::unique_ptr<EditorRemote> _remote;
     std::unique_ptr<EditorKeys> _keys;
     // Where the page has been told that it is, window points.
     gfx::Rect _caret;

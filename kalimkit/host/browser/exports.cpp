@@ -136,23 +136,23 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
     editor->show();
 }
 
-// ---- the mouse and keys, see EditorKeys. A button is the number of a PointerButton; true when the
-// editor pans with it, and it is no finger then.
+// ---- the mouse and keys, see EditorPointer and EditorKeys. A button is the number of a
+// PointerButton; true when the editor pans with it, and it is no finger then.
 
 KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
-    kalim::EditorKeys* const keys = editor->keys();
-    if (!keys) return false;
+    kalim::EditorPointer* const pointer = editor->pointer();
+    if (!pointer) return false;
     const auto button = static_cast<kalim::PointerButton>(number);
     bool pans = false;
     switch (static_cast<Phase>(phase)) {
         case Phase::Began:
-            pans = keys->pointerPressed(button, {x, y});
+            pans = pointer->pointerPressed(button, {x, y});
             break;
         case Phase::Moved:
-            pans = keys->pointerMoved({x, y});
+            pans = pointer->pointerMoved({x, y});
             break;
         default:
-            pans = keys->pointerReleased(button);
+            pans = pointer->pointerReleased(button);
             break;
     }
     editor->show();
@@ -160,7 +160,8 @@ KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
 }
 
 KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->pointerZoomed({x, y}, factor);
+    if (kalim::EditorPointer* const pointer = editor->pointer())
+        pointer->pointerZoomed({x, y}, factor);
     editor->show();
 }
 
@@ -189,14 +190,14 @@ KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, bool gro
 // Shows it in the editor that is open, which asks first when something was drawn.
 KALIM_EXPORT("offer") void offer(int picture) {
     const kalim::gfx::ImageRef image = takePicture(picture);
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->openPicture(image);
+    if (kalim::EditorRemote* const remote = editor->remote()) remote->openPicture(image);
     editor->show();
 }
 
 // Tells why one that was offered cannot be shown; the reason is in the buffer.
 KALIM_EXPORT("refuse") void refuse(int length) {
     const std::string reason(sharedText(length));
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->refusePicture(reason);
+    if (kalim::EditorRemote* const remote = editor->remote()) remote->refusePicture(reason);
     editor->show();
 }
 
@@ -263,19 +264,20 @@ KALIM_EXPORT("has_appeared") bool hasAppeared() {
 }
 
 KALIM_EXPORT("choose_pen") void choosePen(int pen) {
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->choosePen(static_cast<unsigned>(pen));
+    if (kalim::EditorRemote* const remote = editor->remote())
+        remote->choosePen(static_cast<unsigned>(pen));
     editor->show();
 }
 
 KALIM_EXPORT("choose_color") void chooseColor(std::uint32_t color) {
-    if (kalim::EditorKeys* const keys = editor->keys()) {
-        keys->chooseColor(kalim::gfx::unpackedColor(color));
+    if (kalim::EditorRemote* const remote = editor->remote()) {
+        remote->chooseColor(kalim::gfx::unpackedColor(color));
     }
     editor->show();
 }
 
 KALIM_EXPORT("choose_line_width") void chooseLineWidth(double width) {
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->chooseLineWidth(width);
+    if (kalim::EditorRemote* const remote = editor->remote()) remote->chooseLineWidth(width);
     editor->show();
 }
 
@@ -289,7 +291,7 @@ KALIM_EXPORT("set_title") void setTitle(bool isCloseButton, int length) {
 }
 
 KALIM_EXPORT("ask_to_close") void askToClose() {
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->askToClose();
+    if (kalim::EditorRemote* const remote = editor->remote()) remote->askToClose();
     editor->show();
 }
 

@@ -6,7 +6,7 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/TerminalText.h"
-#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/host/sdl/PictureClipboard.h"
 
 namespace kalim {
@@ -43,7 +43,7 @@ bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path
     if (decoded.error) {
         const std::string reason = codec::terminalText(*decoded.error);
         std::fprintf(stderr, "%s\n", reason.c_str());
-        _window.keys()->refusePicture(reason);
+        _window.remote()->refusePicture(reason);
         return false;
     }
     gfx::Device& device = _window.environment().device();
@@ -53,7 +53,7 @@ bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path
         const auto hands = weakHands.lock();
         if (isTaken && hands && hands->_window._pictureTaken) hands->_window._pictureTaken(path);
     };
-    _window.keys()->openPicture(image, tellHost);
+    _window.remote()->openPicture(image, tellHost);
     return image != nullptr;
 }
 

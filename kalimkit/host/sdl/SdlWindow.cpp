@@ -10,6 +10,8 @@
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 
@@ -99,6 +101,8 @@ SdlWindow::~SdlWindow() {
 
 void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
     _keys = nullptr;
+    _remote = nullptr;
+    _pointer = nullptr;
     _hands = nullptr;
     // The events of a window that was resized since it was made may still be under way.
     if (editor) takeSize();
@@ -106,7 +110,9 @@ void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
     _editor = std::move(editor);
     if (!_editor) return;
     _hands = std::make_shared<Hands>(*this);
-    _keys = std::make_unique<EditorKeys>(_editor);
+    _pointer = std::make_unique<EditorPointer>(_editor);
+    _remote = std::make_unique<EditorRemote>(_editor);
+    _keys = std::make_unique<EditorKeys>(_editor, *_pointer, *_remote);
     _keys->setDelegate(_hands);
 }
 

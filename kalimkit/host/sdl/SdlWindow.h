@@ -19,6 +19,8 @@ union SDL_Event;
 namespace kalim {
 
 class EditorKeys;
+class EditorPointer;
+class EditorRemote;
 class TesselViewController;
 
 // A ui::Window in an SDL window that the host has made. While it lives, its environment is the
@@ -56,6 +58,7 @@ public:
     void setPictureRefusal(PictureRefusal refusal) { _pictureRefusal = std::move(refusal); }
     // Null without an editor.
     EditorKeys* keys() { return _keys.get(); }
+    EditorRemote* remote() { return _remote.get(); }
 
     // ---- the loop
     // Handles what comes, and sleeps while nothing does, until stop() is called or, with `seconds`,
@@ -110,6 +113,8 @@ private:
     PictureRefusal _pictureRefusal;
     std::shared_ptr<Hands> _hands;
     std::shared_ptr<TesselViewController> _editor;
+    std::unique_ptr<EditorPointer> _pointer;
+    std::unique_ptr<EditorRemote> _remote;
     std::unique_ptr<EditorKeys> _keys;
 };
 

@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 #include "kalimkit/host/sdl/SdlKeyNames.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
@@ -130,8 +132,8 @@ void SdlWindow::handleWindow(const SDL_Event& event) {
             }
             break;
         case SDL_WINDOWEVENT_CLOSE:
-            if (_keys) {
-                _keys->askToClose();
+            if (_remote) {
+                _remote->askToClose();
             } else {
                 stop();
             }
@@ -169,19 +171,19 @@ void SdlWindow::handleFinger(const SDL_Event& event) {
 void SdlWindow::handleMouse(const SDL_Event& event) {
     if (event.type == SDL_MOUSEMOTION) {
         const gfx::Point place = pointAt(event.motion.x, event.motion.y);
-        if (_keys && _keys->pointerMoved(place)) return;
+        if (_pointer && _pointer->pointerMoved(place)) return;
         if (_isMouseDown) _window->fingersMoved({{mouse, place}});
         return;
     }
     const gfx::Point place = pointAt(event.button.x, event.button.y);
     const PointerButton button = buttonOf(event.button.button);
     if (event.type == SDL_MOUSEBUTTONDOWN) {
-        if (_keys && _keys->pointerPressed(button, place)) return;
+        if (_pointer && _pointer->pointerPressed(button, place)) return;
         if (button != PointerButton::Main) return;
         _isMouseDown = true;
         _window->fingersBegan({{mouse, place}});
     } else {
-        if (_keys && _keys->pointerReleased(button)) return;
+        if (_pointer && _pointer->pointerReleased(button)) return;
         if (button != PointerButton::Main || !_isMouseDown) return;
         _isMouseDown = false;
         _window->fingersEnded({{mouse, place}});
@@ -189,9 +191,9 @@ void SdlWindow::handleMouse(const SDL_Event& event) {
 }
 
 void SdlWindow::handleWheel(const SDL_Event& event) {
-    if (!_keys) return;
+    if (!_pointer) return;
     const gfx::Point place = pointAt(event.wheel.mouseX, event.wheel.mouseY);
-    _keys->pointerZoomed(place, std::pow(notchFactor, event.wheel.preciseY));
+    _pointer->pointerZoomed(place, std::pow(notchFactor, event.wheel.preciseY));
 }
 
 // ---- typing

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <vector>
 
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
@@ -26,7 +28,9 @@ protected:
     gfx::Point under(gfx::Point place) { return canvas().invertViewPoint(place); }
 
     EditorScreen screen;
-    EditorKeys keys{screen.editor};
+    EditorPointer pointer{screen.editor};
+    EditorRemote remote{screen.editor};
+    EditorKeys keys{screen.editor, pointer, remote};
 };
 
 }  // namespace
@@ -87,13 +91,13 @@ TEST_F(EditorKeysTest, BracketsStepFromTheRealWidth) {
     for (const Case& c : {Case{9.5, 12, 7}, {18, 28, 12}, {7, 12, 2}, {1, 2, 1}, {40, 40, 28}}) {
         for (const bool isSelected : {false, true}) {
             screen.draw();
-            keys.chooseLineWidth(c.before);
+            remote.chooseLineWidth(c.before);
             EXPECT_EQ(canvas().lineWidth(), c.before);
             if (isSelected) canvas().selectTools({canvas().tools().back()});
-            if (isSelected) keys.chooseLineWidth(c.before);
+            if (isSelected) remote.chooseLineWidth(c.before);
             keys.press("]");
             EXPECT_EQ(canvas().lineWidth(), c.thicker) << c.before;
-            keys.chooseLineWidth(c.before);
+            remote.chooseLineWidth(c.before);
             keys.press("[");
             EXPECT_EQ(canvas().lineWidth(), c.thinner) << c.before;
             canvas().selectNone();
@@ -101,9 +105,9 @@ TEST_F(EditorKeysTest, BracketsStepFromTheRealWidth) {
     }
     // A selection's own width counts, not that of what is drawn next.
     screen.drawAndSelect();
-    keys.chooseLineWidth(18);
+    remote.chooseLineWidth(18);
     canvas().selectNone();
-    keys.chooseLineWidth(2);
+    remote.chooseLineWidth(2);
     canvas().selectTools({canvas().tools().back()});
     keys.press("]");
     EXPECT_EQ(canvas().tools().back()->lineWidth(), 28);
@@ -160,14 +164,14 @@ TEST_F(EditorKeysTest, EscapeLeavesOneThingAtATime) {
 
 TEST_F(EditorKeysTest, TheCropEditorTakesTheKeysWhileItIsOpen) {
     const auto open = [this] {
-        keys.choosePen(EditorPenCrop);
+        remote.choosePen(EditorPenCrop);
         screen.wait(2);
         ASSERT_TRUE(screen.editor->editImageInitialView());
     };
     open();
     keys.press("r");
     EXPECT_EQ(screen.editor->currentPen(), 6U);
-    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400}));
+    EXPECT_FALSE(pointer.pointerPressed(PointerButton::Main, {200, 400}));
     EXPECT_TRUE(keys.press("escape"));
     screen.wait(2);
     EXPECT_FALSE(screen.editor->editImageInitialView());
@@ -191,16 +195,16 @@ TEST_F(EditorKeysTest, TheWheelZoomsAboutThePointerAndStopsAtTheBounds) {
     const gfx::Point place{120, 350};
     const gfx::Point fixed = under(place);
     const double before = canvas().getScale();
-    keys.pointerZoomed(place, 1.5);
+    pointer.pointerZoomed(place, 1.5);
     EXPECT_NEAR(canvas().getScale(), before * 1.5, 1e-9);
     EXPECT_NEAR(under(place).x, fixed.x, 1e-6);
     EXPECT_NEAR(under(place).y, fixed.y, 1e-6);
     for (int i = 0; i < 9; ++i)
-        keys.pointerZoomed(place, 1.5);
+        pointer.pointerZoomed(place, 1.5);
     screen.wait(1);
     EXPECT_NEAR(canvas().contextScale(), 2, 1e-9);
     for (int i = 0; i < 20; ++i)
-        keys.pointerZoomed(place, 1 / 1.5);
+        pointer.pointerZoomed(place, 1 / 1.5);
     screen.wait(1);
     EXPECT_NEAR(canvas().contextScale(), canvas().defaultMinScale(), 1e-9);
 }
@@ -238,33 +242,33 @@ TEST_F(EditorKeysTest, KeysZoomInStepsToThePhotosPixelsAndBack) {
 }
 
 TEST_F(EditorKeysTest, TheMiddleButtonAndTheSpaceBarPan) {
-    keys.pointerZoomed({195, 422}, 2);
+    pointer.pointerZoomed({195, 422}, 2);
     screen.wait(1);
     for (const auto button : {PointerButton::Middle, PointerButton::Main}) {
         if (button == PointerButton::Main) keys.press("space");
         const gfx::Point held = under({200, 400});
-        EXPECT_TRUE(keys.pointerPressed(button, {200, 400}));
-        EXPECT_TRUE(keys.pointerMoved({220, 390}));
+        EXPECT_TRUE(pointer.pointerPressed(button, {200, 400}));
+        EXPECT_TRUE(pointer.pointerMoved({220, 390}));
         EXPECT_NEAR(under({220, 390}).x, held.x, 1e-6);
         EXPECT_NEAR(under({220, 390}).y, held.y, 1e-6);
-        EXPECT_TRUE(keys.pointerReleased(button));
+        EXPECT_TRUE(pointer.pointerReleased(button));
         screen.wait(1);
     }
     keys.release("space");
-    EXPECT_FALSE(keys.pointerPressed(PointerButton::Main, {200, 400})) << "a finger again";
-    EXPECT_FALSE(keys.pointerMoved({210, 400}));
+    EXPECT_FALSE(pointer.pointerPressed(PointerButton::Main, {200, 400})) << "a finger again";
+    EXPECT_FALSE(pointer.pointerMoved({210, 400}));
     EXPECT_EQ(toolCount(), 0U);
 }
 
 TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) {
     screen.environment().setShowsAlerts(true);
     const auto size = [this] { return canvas().bgImg()->size(); };
-    keys.openPicture(screen.picture(30, 20));
+    remote.openPicture(screen.picture(30, 20));
     EXPECT_EQ(size(), (gfx::Size{30, 20})) << "nothing was drawn";
-    keys.openPicture(screen.picture(300, 400));
+    remote.openPicture(screen.picture(300, 400));
     screen.draw();
-    keys.openPicture(screen.picture(30, 20));
-    keys.askToClose();
+    remote.openPicture(screen.picture(30, 20));
+    remote.askToClose();
     EXPECT_FALSE(screen.editor->actionSheet()) << "one question at a time";
     keys.press("escape");
     screen.wait(1);
@@ -273,7 +277,7 @@ TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) 
     std::string answers;
     const auto offer = [&](int width) {
         const std::string name = std::to_string(width);
-        keys.openPicture(screen.picture(width, 20), [&answers, name](bool isOpened) {
+        remote.openPicture(screen.picture(width, 20), [&answers, name](bool isOpened) {
             answers += name + (isOpened ? "+ " : "- ");
         });
     };
@@ -291,7 +295,7 @@ TEST_F(EditorKeysTest, AnotherPictureIsOpenedOnceTheUserAgreesToLoseTheDrawing) 
     EXPECT_EQ(size(), (gfx::Size{33, 20}));
     EXPECT_EQ(toolCount(), 0U);
     screen.wait(1);
-    keys.openPicture(nullptr);
+    remote.openPicture(nullptr);
     ASSERT_TRUE(ui::AlertView::topmostIn(screen.window()));
     EXPECT_EQ(ui::AlertView::topmostIn(screen.window())->alert().title, "无法载入图片");
 }
@@ -300,13 +304,13 @@ TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
     screen.environment().setShowsAlerts(true);
     const auto isAsking = [this] { return ui::AlertView::topmostIn(screen.window()) != nullptr; };
     screen.editor->onCropImageDone(screen.picture(100, 80));
-    keys.openPicture(screen.picture(30, 20));
+    remote.openPicture(screen.picture(30, 20));
     EXPECT_TRUE(isAsking());
     keys.press("right");
     keys.press("enter");
     screen.wait(1);
     EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{30, 20}));
-    keys.openPicture(screen.picture(31, 20));
+    remote.openPicture(screen.picture(31, 20));
     EXPECT_FALSE(isAsking()) << "a picture that was only opened is no work";
     EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{31, 20}));
 }
@@ -314,7 +318,7 @@ TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
 TEST_F(EditorKeysTest, APictureThatIsNotOpenedSaysWhy) {
     screen.environment().setShowsAlerts(true);
     screen.draw();
-    keys.choosePen(EditorPenCrop);
+    remote.choosePen(EditorPenCrop);
     screen.wait(1);
     const auto titleOnceAnswered = [this] {
         const auto alert = ui::AlertView::topmostIn(screen.window());
@@ -324,13 +328,13 @@ TEST_F(EditorKeysTest, APictureThatIsNotOpenedSaysWhy) {
         return title;
     };
     std::optional<bool> answer;
-    keys.openPicture(screen.picture(30, 20), [&](bool isOpened) { answer = isOpened; });
+    remote.openPicture(screen.picture(30, 20), [&](bool isOpened) { answer = isOpened; });
     EXPECT_EQ(answer, false);
     EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
     keys.press("ctrl+v");
     EXPECT_EQ(titleOnceAnswered(), "请先完成裁剪离开裁剪后才能打开新图片");
     EXPECT_TRUE(screen.editor->editImageInitialView()) << "enter answered the alerts only";
-    keys.refusePicture("photo.gif: no picture");
+    remote.refusePicture("photo.gif: no picture");
     EXPECT_EQ(titleOnceAnswered(), "无法载入图片photo.gif: no picture");
     EXPECT_EQ(toolCount(), 1U);
 }
@@ -353,7 +357,7 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
     for (const Case& c : cases) {
         screen.owner->closed = 0;
         screen.owner->images.clear();
-        keys.askToClose();
+        remote.askToClose();
         screen.wait(1);
         for (const char* key : c.keys)
             EXPECT_TRUE(keys.press(key));
@@ -365,7 +369,7 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
     // A host may have emptied the button that sends.
     for (const char* title : {"完成了", ""}) {
         screen.editor->setTopNavigationItemTitle(false, title);
-        keys.askToClose();
+        remote.askToClose();
         const auto send = screen.editor->actionSheet()->buttonWithTag(2);
         EXPECT_EQ(send->title(ui::ControlState::Normal), *title ? title : "发送");
         keys.press("escape");

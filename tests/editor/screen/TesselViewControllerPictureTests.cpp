@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "tests/editor/screen/EditorScreen.h"
@@ -152,7 +152,7 @@ TEST(TesselViewController, APickedPictureAsksBeforeItReplacesWorkWhereItIsForgiv
                           {picture, false, 0, "打开新图片？", {300, 400}},
                           {picture, false, 1, "打开新图片？", {200, 100}}};
     for (const Case& c : cases) {
-        if (c.isCropping) EditorKeys(editor).choosePen(EditorPenCrop);
+        if (c.isCropping) EditorRemote(editor).choosePen(EditorPenCrop);
         editor->clickPickImage();
         host.environment().answerPick(c.picture);
         const auto alert = ui::AlertView::topmostIn(host.window());
