@@ -163,13 +163,13 @@ namespace kalim {
 namespace {
 
 ${arrays}
-constexpr Icon kIcons[] = {
+constexpr Icon icons[] = {
 ${table}};
 
 }  // namespace
 
 std::span<const Icon> frameworkIcons() {
-    return kIcons;
+    return icons;
 }
 
 }  // namespace kalim

@@ -8,8 +8,8 @@ namespace kalim::gfx {
 
 namespace {
 
-constexpr double kQuarterTurn = std::numbers::pi / 2;
-constexpr double kWholeTurn = std::numbers::pi * 2;
+constexpr double quarterTurn = std::numbers::pi / 2;
+constexpr double wholeTurn = std::numbers::pi * 2;
 
 // The distance of a cubic's controls from its ends, relative to the radius, with which the cubic
 // follows an arc of this angle most closely.
@@ -21,8 +21,8 @@ double controlDistance(double angle) {
 // start that the direction asks for. More than one turn in excess would only repeat the circle.
 double sweepAngle(double start, double end, bool clockwise) {
     const double ahead = clockwise ? start - end : end - start;
-    double sweep = ahead >= 0 ? ahead : ahead + std::ceil(-ahead / kWholeTurn) * kWholeTurn;
-    if (sweep > 2 * kWholeTurn) sweep = kWholeTurn + std::fmod(sweep, kWholeTurn);
+    double sweep = ahead >= 0 ? ahead : ahead + std::ceil(-ahead / wholeTurn) * wholeTurn;
+    if (sweep > 2 * wholeTurn) sweep = wholeTurn + std::fmod(sweep, wholeTurn);
     return clockwise ? -sweep : sweep;
 }
 
@@ -137,7 +137,7 @@ void Path::addEllipse(const Rect& rect) {
     const Point center = rect.center();
     const double rx = rect.size.width / 2;
     const double ry = rect.size.height / 2;
-    const double k = controlDistance(kQuarterTurn);
+    const double k = controlDistance(quarterTurn);
     const auto at = [&](double x, double y) { return Point{center.x + x * rx, center.y + y * ry}; };
     moveTo(at(1, 0));
     cubicTo(at(1, k), at(k, 1), at(0, 1));
@@ -156,7 +156,7 @@ void Path::addArc(Point center, double radius, double startAngle, double endAngl
     lineTo(at(startAngle));
     const double sweep = sweepAngle(startAngle, endAngle, clockwise);
     // The tolerance keeps a sweep of whole quarters from being cut once more by a rounding error.
-    const int pieces = static_cast<int>(std::ceil(std::abs(sweep) / kQuarterTurn - 1e-9));
+    const int pieces = static_cast<int>(std::ceil(std::abs(sweep) / quarterTurn - 1e-9));
     if (pieces <= 0) return;
     const double step = sweep / pieces;
     const double reach = radius * controlDistance(step);

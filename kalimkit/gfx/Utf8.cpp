@@ -33,13 +33,13 @@ Lead readLead(unsigned char byte) {
 CodePoint decodeUtf8(std::string_view text, std::size_t offset) {
     assert(offset < text.size());
     Lead lead = readLead(static_cast<unsigned char>(text[offset]));
-    if (lead.following < 0) return {kReplacementCharacter, 1};
+    if (lead.following < 0) return {replacementCharacter, 1};
     char32_t value = lead.bits;
     std::size_t length = 1;
     for (; lead.following > 0; --lead.following, ++length) {
-        if (offset + length >= text.size()) return {kReplacementCharacter, length};
+        if (offset + length >= text.size()) return {replacementCharacter, length};
         const auto byte = static_cast<unsigned char>(text[offset + length]);
-        if (byte < lead.low || byte > lead.high) return {kReplacementCharacter, length};
+        if (byte < lead.low || byte > lead.high) return {replacementCharacter, length};
         value = (value << 6) | (byte & 0x3F);
         lead.low = 0x80;
         lead.high = 0xBF;
@@ -49,7 +49,7 @@ CodePoint decodeUtf8(std::string_view text, std::size_t offset) {
 
 void appendUtf8(std::string& text, char32_t codePoint) {
     const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (isSurrogate || codePoint > 0x10FFFF) codePoint = kReplacementCharacter;
+    if (isSurrogate || codePoint > 0x10FFFF) codePoint = replacementCharacter;
     const auto tail = [&](int shift) {
         text += static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
     };

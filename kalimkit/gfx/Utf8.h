@@ -8,11 +8,11 @@
 
 namespace kalim::gfx {
 
-constexpr char32_t kReplacementCharacter = 0xFFFD;
+constexpr char32_t replacementCharacter = 0xFFFD;
 
 // One code point of a text and the number of bytes it took there.
 struct CodePoint {
-    char32_t value = kReplacementCharacter;
+    char32_t value = replacementCharacter;
     std::size_t byteCount = 1;
 
     bool operator==(const CodePoint&) const = default;

@@ -13,8 +13,8 @@ namespace kalim::gfx {
 namespace {
 
 using Lines = std::vector<std::string>;
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 class ContextTest : public testing::Test {
 protected:
@@ -62,40 +62,40 @@ TEST_F(ContextTest, PaintingConsumesThePath) {
 TEST_F(ContextTest, WhatIsNotFiniteNeverReachesTheBackend) {
     const std::function<void(Context&)> calls[] = {
         [](Context& c) {
-            c.moveTo({kNan, 0});
+            c.moveTo({notANumber, 0});
         },
         [](Context& c) {
-            c.lineTo({0, kInfinity});
+            c.lineTo({0, infinity});
         },
         [](Context& c) {
-            c.quadTo({kNan, 0}, {1, 1});
+            c.quadTo({notANumber, 0}, {1, 1});
         },
         [](Context& c) {
-            c.cubicTo({0, 0}, {0, kNan}, {1, 1});
+            c.cubicTo({0, 0}, {0, notANumber}, {1, 1});
         },
         [](Context& c) {
-            c.addArc({0, 0}, kNan, 0, 1, false);
+            c.addArc({0, 0}, notANumber, 0, 1, false);
         },
         [](Context& c) {
-            c.addArc({0, 0}, 1, 0, kInfinity, false);
+            c.addArc({0, 0}, 1, 0, infinity, false);
         },
         [](Context& c) {
-            c.addEllipse({0, 0, kInfinity, 1});
+            c.addEllipse({0, 0, infinity, 1});
         },
         [](Context& c) {
-            c.fillRect({0, kNan, 1, 1});
+            c.fillRect({0, notANumber, 1, 1});
         },
         [](Context& c) {
-            c.clipToRect({0, 0, kNan, 1});
+            c.clipToRect({0, 0, notANumber, 1});
         },
         [](Context& c) {
-            c.drawText("a", {kNan, 0}, {});
+            c.drawText("a", {notANumber, 0}, {});
         },
         [](Context& c) {
-            c.drawText("a", {0, 0}, {.family = "", .size = kNan});
+            c.drawText("a", {0, 0}, {.family = "", .size = notANumber});
         },
         [this](Context& c) {
-            c.drawImage(*image, {0, 0, kNan, 1});
+            c.drawImage(*image, {0, 0, notANumber, 1});
         },
         // Finite, but not after the transform.
         [](Context& c) {
@@ -112,11 +112,11 @@ TEST_F(ContextTest, WhatIsNotFiniteNeverReachesTheBackend) {
         context.fill();
         EXPECT_EQ(Lines{}, context.takeLines());
     }
-    context.concat({kNan, 0, 0, 1, 0, 0});
-    context.setLineWidth(kNan);
+    context.concat({notANumber, 0, 0, 1, 0, 0});
+    context.setLineWidth(notANumber);
     context.setLineWidth(-1);
-    context.setAlpha(kNan);
-    context.setShadow({{0, kNan}, 1, {}});
+    context.setAlpha(notANumber);
+    context.setShadow({{0, notANumber}, 1, {}});
     context.setFillPattern({image, AffineTransform::scaling(0, 1)});
     context.setFillPattern({nullptr, {}});
     context.fillRect({0, 0, 1, 1});

@@ -15,7 +15,7 @@ const struct {
     ImageOrientation orientation;
     int exif;
     const char* seen;
-} kOrientations[] = {
+} orientations[] = {
     {ImageOrientation::Up, 1, "abc/def"},
     {ImageOrientation::UpMirrored, 2, "cba/fed"},
     {ImageOrientation::Down, 3, "fed/cba"},
@@ -28,7 +28,7 @@ const struct {
 
 TEST(Image, OrientationsCarryEachPixelToItsPlace) {
     test::RecordingDevice device;
-    for (const auto& c : kOrientations) {
+    for (const auto& c : orientations) {
         SCOPED_TRACE(testing::Message() << "EXIF " << c.exif);
         const ImageRef image = device.makeImage(Bitmap(3, 2), 0.5, c.orientation);
         const int width = exchangesSides(c.orientation) ? 2 : 3;

@@ -8,7 +8,7 @@
 namespace kalim::gfx {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+constexpr double pi = std::numbers::pi;
 
 void expectNear(const Rect& expected, const Rect& actual) {
     EXPECT_NEAR(expected.minX(), actual.minX(), 1e-3);
@@ -70,17 +70,17 @@ TEST(Path, ArcSweepsToTheSideThatItsDirectionAsksFor) {
         Point last;
         Rect box;
     } cases[] = {
-        {0, kPi / 2, false, 1, {0, 10}, {0, 0, 10, 10}},
-        {0, kPi / 2, true, 3, {0, 10}, {-10, -10, 20, 20}},
-        {0, -kPi / 2, false, 3, {0, -10}, {-10, -10, 20, 20}},
-        {0, -kPi / 2, true, 1, {0, -10}, {0, -10, 10, 10}},
-        {kPi, 0, false, 2, {10, 0}, {-10, -10, 20, 10}},
-        {0, 2 * kPi, false, 4, {10, 0}, {-10, -10, 20, 20}},
-        {0, -2 * kPi, true, 4, {10, 0}, {-10, -10, 20, 20}},
+        {0, pi / 2, false, 1, {0, 10}, {0, 0, 10, 10}},
+        {0, pi / 2, true, 3, {0, 10}, {-10, -10, 20, 20}},
+        {0, -pi / 2, false, 3, {0, -10}, {-10, -10, 20, 20}},
+        {0, -pi / 2, true, 1, {0, -10}, {0, -10, 10, 10}},
+        {pi, 0, false, 2, {10, 0}, {-10, -10, 20, 10}},
+        {0, 2 * pi, false, 4, {10, 0}, {-10, -10, 20, 20}},
+        {0, -2 * pi, true, 4, {10, 0}, {-10, -10, 20, 20}},
         {0, 0, false, 0, {10, 0}, {10, 0, 0, 0}},
-        {0, 2 * kPi, true, 0, {10, 0}, {10, 0, 0, 0}},
+        {0, 2 * pi, true, 0, {10, 0}, {10, 0, 0, 0}},
         // More than two turns draw no more than one and the rest.
-        {0, 9 * kPi, false, 6, {-10, 0}, {-10, -10, 20, 20}},
+        {0, 9 * pi, false, 6, {-10, 0}, {-10, -10, 20, 20}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.start << " to " << c.end << " " << c.clockwise);
@@ -100,12 +100,12 @@ TEST(Path, ArcSweepsToTheSideThatItsDirectionAsksFor) {
 TEST(Path, ArcIsJoinedByALine) {
     Path path;
     path.moveTo({0, 0});
-    path.addArc({20, 0}, 5, 0, kPi / 2, false);
+    path.addArc({20, 0}, 5, 0, pi / 2, false);
     ASSERT_EQ(PathCommand::Line, path.commands()[1]);
     EXPECT_EQ((Point{25, 0}), path.points()[1]);
 
     Path dot;
-    dot.addArc({20, 30}, 0, 0, kPi, false);
+    dot.addArc({20, 30}, 0, 0, pi, false);
     Path expected;
     expected.moveTo({20, 30});
     EXPECT_EQ(expected, dot);

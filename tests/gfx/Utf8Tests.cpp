@@ -8,7 +8,7 @@ namespace kalim::gfx {
 namespace {
 
 TEST(Utf8, MalformedBytesBecomeOneReplacementForEachMaximalPart) {
-    const char32_t bad = kReplacementCharacter;
+    const char32_t bad = replacementCharacter;
     const struct {
         std::string text;
         std::vector<CodePoint> expected;

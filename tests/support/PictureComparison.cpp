@@ -8,15 +8,15 @@ namespace kalim::test {
 
 namespace {
 
-constexpr int kTileSide = 16;
-constexpr double kLargestMean = 6;
-constexpr int kStrongDifference = 48;
-constexpr double kLargestStrongShare = 0.02;
-constexpr std::size_t kTilesListed = 20;
+constexpr int tileSide = 16;
+constexpr double largestMean = 6;
+constexpr int strongDifference = 48;
+constexpr double largestStrongShare = 0.02;
+constexpr std::size_t tilesListed = 20;
 
 TileDifference compareTile(const gfx::Bitmap& a, const gfx::Bitmap& b, int left, int top) {
-    TileDifference tile{left, top, std::min(kTileSide, a.width() - left),
-                        std::min(kTileSide, a.height() - top)};
+    TileDifference tile{left, top, std::min(tileSide, a.width() - left),
+                        std::min(tileSide, a.height() - top)};
     long sums[4] = {};
     int strong = 0;
     for (int y = top; y < top + tile.height; ++y) {
@@ -29,7 +29,7 @@ TileDifference compareTile(const gfx::Bitmap& a, const gfx::Bitmap& b, int left,
                 sums[channel] += difference;
                 largest = std::max(largest, difference);
             }
-            if (largest > kStrongDifference) ++strong;
+            if (largest > strongDifference) ++strong;
         }
     }
     const double count = tile.width * tile.height;
@@ -45,7 +45,7 @@ std::string sizeText(const gfx::Bitmap& bitmap) {
 std::string describe(const std::vector<TileDifference>& tiles) {
     if (tiles.empty()) return {};
     std::string text = std::to_string(tiles.size()) + " tile(s) differ:";
-    for (std::size_t i = 0; i < std::min(tiles.size(), kTilesListed); ++i) {
+    for (std::size_t i = 0; i < std::min(tiles.size(), tilesListed); ++i) {
         const TileDifference& tile = tiles[i];
         char line[160];
         std::snprintf(line, sizeof line,
@@ -53,7 +53,7 @@ std::string describe(const std::vector<TileDifference>& tiles) {
                       tile.width, tile.height, tile.x, tile.y, tile.mean, tile.strongShare * 100);
         text += line;
     }
-    if (tiles.size() > kTilesListed) text += "\n  ...";
+    if (tiles.size() > tilesListed) text += "\n  ...";
     return text;
 }
 
@@ -66,10 +66,10 @@ PictureComparison comparePictures(const gfx::Bitmap& expected, const gfx::Bitmap
         result.message = "expected " + sizeText(expected) + ", got " + sizeText(actual);
         return result;
     }
-    for (int y = 0; y < expected.height(); y += kTileSide) {
-        for (int x = 0; x < expected.width(); x += kTileSide) {
+    for (int y = 0; y < expected.height(); y += tileSide) {
+        for (int x = 0; x < expected.width(); x += tileSide) {
             const TileDifference tile = compareTile(expected, actual, x, y);
-            if (tile.mean > kLargestMean || tile.strongShare > kLargestStrongShare) {
+            if (tile.mean > largestMean || tile.strongShare > largestStrongShare) {
                 result.tiles.push_back(tile);
             }
         }

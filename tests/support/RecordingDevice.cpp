@@ -9,7 +9,7 @@ namespace kalim::test {
 
 namespace {
 
-constexpr int kLargestSide = 32767;
+constexpr int largestSide = 32767;
 
 class BitmapRaster : public gfx::Raster {
 public:
@@ -94,7 +94,7 @@ std::shared_ptr<gfx::Surface> RecordingDevice::makeSurface(gfx::Size size, doubl
                                                            bool opaque) {
     const double width = std::ceil(size.width * scale - 1e-6);
     const double height = std::ceil(size.height * scale - 1e-6);
-    if (!(width > 0 && height > 0 && width <= kLargestSide && height <= kLargestSide)) return {};
+    if (!(width > 0 && height > 0 && width <= largestSide && height <= largestSide)) return {};
     auto surface = std::make_shared<RecordingSurface>(
         gfx::PixelSize{static_cast<int>(width), static_cast<int>(height)}, scale, opaque);
     _surfaces.push_back(surface);

@@ -8,7 +8,7 @@ namespace kalim {
 
 namespace {
 
-const gfx::ColorRef kBlue = gfx::makeColor(0, 0, 1);
+const gfx::ColorRef blue = gfx::makeColor(0, 0, 1);
 
 // Left to right: opaque red, half transparent red, nothing.
 gfx::ImageRef threePixels(gfx::Device& device, double scale, gfx::ImageOrientation orientation) {
@@ -26,32 +26,32 @@ TEST(ColorImages, AreAsLargeAsAskedAtTheScreensScale) {
         gfx::ImageRef image;
         gfx::Size size;
     } cases[] = {
-        {imageWithColor2(kBlue), {1, 1}},
-        {imageWithColor2AndSize(kBlue, {}), {1, 1}},
-        {imageWithColor2AndSize(kBlue, {3, 5}), {3, 5}},
-        {imageWithColor(kBlue), {4, 4}},
-        {imageWithColorSizeCornerRadius(kBlue, {6, 8}, 0), {6, 8}},
+        {imageWithColor2(blue), {1, 1}},
+        {imageWithColor2AndSize(blue, {}), {1, 1}},
+        {imageWithColor2AndSize(blue, {3, 5}), {3, 5}},
+        {imageWithColor(blue), {4, 4}},
+        {imageWithColorSizeCornerRadius(blue, {6, 8}, 0), {6, 8}},
     };
     for (const auto& [image, size] : cases) {
         ASSERT_TRUE(image);
         EXPECT_EQ(image->size(), size);
         EXPECT_EQ(image->scale(), 2);
         for (const int x : {0, image->pixelSize().width - 1}) {
-            EXPECT_EQ(image->pixels()->colorAt(x, 0), *kBlue);
+            EXPECT_EQ(image->pixels()->colorAt(x, 0), *blue);
         }
     }
-    EXPECT_FALSE(imageWithColor2AndSize(kBlue, {0, 5}));
+    EXPECT_FALSE(imageWithColor2AndSize(blue, {0, 5}));
     EXPECT_FALSE(imageWithColor2(nullptr));
 }
 
 TEST(ColorImages, RoundCornersAreCutOff) {
     const test::TestHost host;
-    const auto pixels = imageWithColorSizeCornerRadius(kBlue, {20, 20}, 6)->pixels();
+    const auto pixels = imageWithColorSizeCornerRadius(blue, {20, 20}, 6)->pixels();
     for (const auto& [x, y] : {std::pair{0, 0}, {19, 0}, {0, 19}, {19, 19}}) {
         EXPECT_EQ(pixels->colorAt(x, y).alpha, 0);
     }
     for (const auto& [x, y] : {std::pair{6, 0}, {13, 19}, {0, 13}, {19, 6}, {3, 3}}) {
-        EXPECT_EQ(pixels->colorAt(x, y), *kBlue) << x << "," << y;
+        EXPECT_EQ(pixels->colorAt(x, y), *blue) << x << "," << y;
     }
 }
 
@@ -68,15 +68,15 @@ TEST(ColorImages, TintingKeepsOnlyTheImagesOpacity) {
     test::TestHost host({.scale = 2});
     gfx::Device& device = host.environment().device();
     const auto image = threePixels(device, 3, gfx::ImageOrientation::Left);
-    const auto tinted = imageWithTintColor(image, kBlue);
+    const auto tinted = imageWithTintColor(image, blue);
     EXPECT_EQ(tinted->pixelSize(), gfx::PixelSize(1, 3)) << "turned upright";
     EXPECT_EQ(tinted->scale(), 3);
     // Turned to the left, the raster's last pixel is on top.
     EXPECT_EQ(tinted->pixels()->colorAt(0, 0).alpha, 0);
     EXPECT_EQ(tinted->pixels()->colorAt(0, 1).blue, 1);
     EXPECT_NEAR(tinted->pixels()->colorAt(0, 1).alpha, 0.5, 0.003);
-    EXPECT_EQ(tinted->pixels()->colorAt(0, 2), *kBlue);
-    EXPECT_FALSE(imageWithTintColor(nullptr, kBlue));
+    EXPECT_EQ(tinted->pixels()->colorAt(0, 2), *blue);
+    EXPECT_FALSE(imageWithTintColor(nullptr, blue));
 }
 
 TEST(ColorImages, FadingScalesTheImagesOpacity) {

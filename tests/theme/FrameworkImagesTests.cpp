@@ -14,8 +14,8 @@ namespace kalim {
 
 namespace {
 
-const std::vector<std::string> kSizes{"xsmall", "small", "medium", "large", "xlarge"};
-const std::vector<std::string> kPens{"text", "rectangle", "line", "circle", "arrow"};
+const std::vector<std::string> sizes{"xsmall", "small", "medium", "large", "xlarge"};
+const std::vector<std::string> pens{"text", "rectangle", "line", "circle", "arrow"};
 
 // Every picture that the editor asks for by name.
 std::vector<std::string> allNames() {
@@ -28,8 +28,8 @@ std::vector<std::string> allNames() {
           "shape_rectangle", "shape_circle", "shape_line"}) {
         names.push_back(std::string("icon_tool_") + tool);
     }
-    for (const std::string& pen : kPens) {
-        for (const std::string& size : kSizes)
+    for (const std::string& pen : pens) {
+        for (const std::string& size : sizes)
             names.push_back("icon_pen_" + pen + "_" + size);
     }
     return names;
@@ -93,9 +93,9 @@ TEST(FrameworkImages, CopiesKeepTheNameThatTheyWereFoundBy) {
 
 TEST(FrameworkImages, PensGrowVisiblyFromSizeToSize) {
     const test::TestHost host;
-    for (const std::string& pen : kPens) {
+    for (const std::string& pen : pens) {
         double smaller = 0;
-        for (const std::string& size : kSizes) {
+        for (const std::string& size : sizes) {
             const double now = coverage(*imageNamedForFramework("icon_pen_" + pen + "_" + size));
             EXPECT_GT(now, smaller * 1.1) << pen << " " << size;
             smaller = now;

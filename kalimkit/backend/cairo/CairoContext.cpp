@@ -15,11 +15,11 @@ namespace kalim::gfx {
 namespace {
 
 // Cairo's own limit, in pen radii, beyond which a mitred corner is cut off.
-constexpr double kMiterLimit = 10;
-constexpr double kLargestPen = 1e6;
+constexpr double miterLimit = 10;
+constexpr double largestPen = 1e6;
 // How far, in pixels, the shadow of a group may fall into view from. It bounds the group's memory.
-constexpr int kFarthestCast = 2048;
-constexpr Color kTransparent{0, 0, 0, 0};
+constexpr int farthestCast = 2048;
+constexpr Color transparent{0, 0, 0, 0};
 
 DeviceBox clipBox(cairo_t* context) {
     return DeviceBox::around(clipBounds(context));
@@ -56,8 +56,8 @@ void inTiles(cairo_t* context, const DeviceBox& box, Drawing draw) {
 
 // How far a stroke may reach from its path, in the units that `stretch` leads to.
 double penReach(const GraphicsState& state, double stretch) {
-    const double corner = state.lineJoin == LineJoin::Miter ? kMiterLimit : std::numbers::sqrt2;
-    return std::min(state.lineWidth * stretch, kLargestPen) / 2 * corner;
+    const double corner = state.lineJoin == LineJoin::Miter ? miterLimit : std::numbers::sqrt2;
+    return std::min(state.lineWidth * stretch, largestPen) / 2 * corner;
 }
 
 Path quadrilateral(const Rect& rect, const AffineTransform& transform) {
@@ -76,9 +76,9 @@ bool isDrawable(double fontSize) {
 // pixels, which makes small text uneven and lets turned text wobble.
 bool suitsGlyphMasks(const GraphicsState& state, const AffineTransform& toDevice,
                      const Font& font) {
-    constexpr double kSmallestSize = 20;
+    constexpr double smallestSize = 20;
     return state.blendMode == BlendMode::Normal && !state.fillPattern &&
-           toDevice.isScaleAndTranslation() && font.size * toDevice.d >= kSmallestSize;
+           toDevice.isScaleAndTranslation() && font.size * toDevice.d >= smallestSize;
 }
 
 }  // namespace
@@ -203,7 +203,7 @@ void CairoContext::onBeginGroup() {
         // What casts a shadow into the visible part may itself be out of it.
         const Rect casting = visible.rect().offset(-(state().shadow->offset * _scale));
         layer.box = visible.unionWith(DeviceBox::around(casting).grown(shadowReach()))
-                        .intersection(visible.grown(kFarthestCast));
+                        .intersection(visible.grown(farthestCast));
     }
     layer.surface.reset(
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, layer.box.width(), layer.box.height()));
@@ -262,7 +262,7 @@ void CairoContext::paintShadow(const Rect& bounds, const DeviceBox& visible,
 }
 
 double CairoContext::shadowSigma() const {
-    return std::min(state().shadow->blur / 2 * _scale, kLargestSigma);
+    return std::min(state().shadow->blur / 2 * _scale, largestSigma);
 }
 
 int CairoContext::shadowReach() const {
@@ -289,7 +289,7 @@ void CairoContext::fillPath(cairo_t* context) const {
 
 void CairoContext::fillSource(cairo_t* context, double alpha) const {
     if (state().blendMode == BlendMode::Clear) {
-        setSourceColor(context, kTransparent, 0);
+        setSourceColor(context, transparent, 0);
         return cairo_fill(context);
     }
     if (alpha == 1 && state().blendMode != BlendMode::SourceIn) return cairo_fill(context);
@@ -315,11 +315,11 @@ void CairoContext::strokePath(cairo_t* context) const {
     const AffineTransform pen = toDevice();
     const cairo_matrix_t matrix = toCairo(pen);
     const bool isClear = state().blendMode == BlendMode::Clear;
-    setSourceColor(context, isClear ? kTransparent : state().strokeColor, state().alpha);
+    setSourceColor(context, isClear ? transparent : state().strokeColor, state().alpha);
     cairo_set_line_cap(context, toCairo(state().lineCap));
     cairo_set_line_join(context, toCairo(state().lineJoin));
-    cairo_set_miter_limit(context, kMiterLimit);
-    cairo_set_line_width(context, std::min(state().lineWidth, kLargestPen / pen.largestStretch()));
+    cairo_set_miter_limit(context, miterLimit);
+    cairo_set_line_width(context, std::min(state().lineWidth, largestPen / pen.largestStretch()));
     if (state().blendMode == BlendMode::SourceIn) return strokeWithin(context, matrix);
     cairo_set_matrix(context, &matrix);
     cairo_stroke(context);

@@ -18,8 +18,8 @@ void tracePath(cairo_t* context, const Path& path, double scale) {
     const Point* next = path.points().data();
     const auto take = [&] {
         const Point p = *next++ * scale;
-        return Point{std::clamp(p.x, -kLargestCoordinate, kLargestCoordinate),
-                     std::clamp(p.y, -kLargestCoordinate, kLargestCoordinate)};
+        return Point{std::clamp(p.x, -largestCoordinate, largestCoordinate),
+                     std::clamp(p.y, -largestCoordinate, largestCoordinate)};
     };
     Point current;
     Point subpathStart;

@@ -9,10 +9,10 @@ namespace kalim::gfx {
 
 // Cairo keeps device coordinates in 24.8 fixed point and wraps around beyond; half of its range
 // leaves room for pens and curves.
-constexpr double kLargestCoordinate = 4e6;
+constexpr double largestCoordinate = 4e6;
 
 // The longest side of a Cairo image surface, in pixels.
-constexpr int kLargestSide = 32767;
+constexpr int largestSide = 32767;
 
 inline cairo_matrix_t toCairo(const AffineTransform& t) {
     return {t.a, t.b, t.c, t.d, t.tx, t.ty};

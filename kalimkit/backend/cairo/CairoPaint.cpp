@@ -18,7 +18,7 @@ double clampUnit(double component) {
 
 // Cairo's scaler counts source pixels in 16.16 fixed point. Beyond, it fails and puts the context
 // out of order.
-constexpr double kLargestSourcePosition = 30000;
+constexpr double largestSourcePosition = 30000;
 
 // The farthest position of the source, in each direction, that painting on the box looks at.
 Point farthestPosition(const AffineTransform& toSource, const Rect& box) {
@@ -34,7 +34,7 @@ Point farthestPosition(const AffineTransform& toSource, const Rect& box) {
 // How many pixels to average to one before sampling, when `shrink` of them fall on a device pixel.
 double averagingFactor(double shrink, double farthest, Interpolation interpolation) {
     const bool isAveraged = interpolation == Interpolation::High && shrink > 2;
-    return std::max(isAveraged ? std::floor(shrink) : 1, farthest / kLargestSourcePosition);
+    return std::max(isAveraged ? std::floor(shrink) : 1, farthest / largestSourcePosition);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ bool setSourceImage(cairo_t* context, const Image& image, const AffineTransform&
         averagingFactor(1 / std::hypot(toDevice.c, toDevice.d), farthest.y, interpolation));
     AffineTransform transform = source.toRaster.concat(toDevice);
     const Point position = farthestPosition(transform.inverted(), bounds);
-    if (std::max(position.x, position.y) > kLargestSourcePosition) return false;
+    if (std::max(position.x, position.y) > largestSourcePosition) return false;
     const PixelSize size{cairo_image_surface_get_width(source.surface.get()),
                          cairo_image_surface_get_height(source.surface.get())};
     const std::optional<AffineTransform> exact = transform.wholePixels(size);

@@ -16,17 +16,17 @@ static_assert(std::endian::native == std::endian::little, "Bitmap's byte order i
 
 namespace {
 
-const cairo_user_data_key_t kPixelsKey{};
+const cairo_user_data_key_t pixelsKey{};
 
 SurfaceHandle wrap(BitmapRef pixels, bool isOpaque) {
     const PixelSize size = pixels->size();
-    if (size.width > kLargestSide || size.height > kLargestSide) return {};
+    if (size.width > largestSide || size.height > largestSide) return {};
     // Cairo takes a pointer to writable bytes, but nothing is ever drawn into these.
     auto* const bytes = const_cast<std::uint8_t*>(pixels->data());
     SurfaceHandle surface(cairo_image_surface_create_for_data(
         bytes, isOpaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, size.width, size.height,
         static_cast<int>(pixels->stride())));
-    cairo_surface_set_user_data(surface.get(), &kPixelsKey, new BitmapRef(std::move(pixels)),
+    cairo_surface_set_user_data(surface.get(), &pixelsKey, new BitmapRef(std::move(pixels)),
                                 [](void* data) { delete static_cast<BitmapRef*>(data); });
     return surface;
 }
@@ -50,7 +50,7 @@ SurfaceHandle share(const SurfaceHandle& surface) {
 }
 
 int reducedSide(int side, double factor) {
-    const double needed = std::max(factor, static_cast<double>(side) / kLargestSide);
+    const double needed = std::max(factor, static_cast<double>(side) / largestSide);
     return std::max(static_cast<int>(std::ceil(side / std::ceil(needed))), 1);
 }
 

@@ -16,13 +16,13 @@ namespace kalim::gfx {
 namespace {
 
 // Forgives what a product of decimal fractions may have gained.
-constexpr double kRoundingError = 1e-6;
+constexpr double roundingError = 1e-6;
 
 // Zero for a length that no surface can have.
 int pixelLength(double points, double scale) {
     const double pixels = points * scale;
-    if (!(points > 0 && pixels > 0 && pixels - kRoundingError <= kLargestSide)) return 0;
-    return std::max(static_cast<int>(std::ceil(pixels - kRoundingError)), 1);
+    if (!(points > 0 && pixels > 0 && pixels - roundingError <= largestSide)) return 0;
+    return std::max(static_cast<int>(std::ceil(pixels - roundingError)), 1);
 }
 
 // Cairo leaves the fourth byte of its format without alpha undefined. Whole pixels at once, because

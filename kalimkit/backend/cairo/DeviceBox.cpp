@@ -9,7 +9,7 @@ namespace kalim::gfx {
 
 DeviceBox DeviceBox::around(const Rect& rect) {
     const auto limited = [](double value) {
-        return static_cast<int>(std::clamp(value, -kLargestCoordinate, kLargestCoordinate));
+        return static_cast<int>(std::clamp(value, -largestCoordinate, largestCoordinate));
     };
     return {limited(std::floor(rect.minX())), limited(std::floor(rect.minY())),
             limited(std::ceil(rect.maxX())), limited(std::ceil(rect.maxY()))};

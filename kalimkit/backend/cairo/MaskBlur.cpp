@@ -9,8 +9,8 @@ namespace kalim::gfx {
 
 namespace {
 
-constexpr double kLargestExactSigma = 6;
-constexpr int kBlock = Mask::kBlock;
+constexpr double largestExactSigma = 6;
+constexpr int blockSide = Mask::blockSide;
 
 // Half of a symmetric kernel in 256ths, the centre first: the Gaussian's integral over each pixel.
 // Sums from the rim inwards are rounded, not single weights, so that the blur of a straight edge is
@@ -29,7 +29,7 @@ std::vector<std::uint16_t> gaussianKernel(double sigma) {
 // A block of pixels in one register; the compiler alone does not find this.
 using Bytes [[gnu::vector_size(16)]] = std::uint8_t;
 using Words [[gnu::vector_size(32)]] = std::uint16_t;
-static_assert(sizeof(Bytes) == kBlock);
+static_assert(sizeof(Bytes) == blockSide);
 
 inline Bytes load(const std::uint8_t* pixels) {
     Bytes bytes;
@@ -44,8 +44,8 @@ inline Bytes load(const std::uint8_t* pixels) {
 #endif
 void convolveBlock(const std::uint8_t* centre, std::ptrdiff_t step, const std::uint16_t* kernel,
                    int reach, std::uint8_t* result) {
-    constexpr std::uint16_t kHalf = 128;
-    Words sums = __builtin_convertvector(load(centre), Words) * kernel[0] + kHalf;
+    constexpr std::uint16_t half = 128;
+    Words sums = __builtin_convertvector(load(centre), Words) * kernel[0] + half;
     for (int i = 1; i <= reach; ++i) {
         sums += (__builtin_convertvector(load(centre - step * i), Words) +
                  __builtin_convertvector(load(centre + step * i), Words)) *
@@ -87,14 +87,14 @@ private:
     void blurRow(int y, const BlockGrid& source) {
         std::uint8_t* const line = _line.data() + _reach;
         std::memcpy(line, _mask.row(y), static_cast<std::size_t>(_mask.stride()));
-        const int blocks = (_reach + kBlock - 1) / kBlock;
+        const int blocks = (_reach + blockSide - 1) / blockSide;
         // Past this column nothing occupied is in reach.
         int until = -1;
         for (int column = -blocks; column < _mask.columns; ++column) {
             const int ahead = column + blocks;
             if (ahead < _mask.columns && source.isOccupied(ahead, y)) until = ahead + blocks;
             if (column < 0 || column > until) continue;
-            convolveBlock(line + std::ptrdiff_t{column} * kBlock, 1, _kernel.data(), _reach,
+            convolveBlock(line + std::ptrdiff_t{column} * blockSide, 1, _kernel.data(), _reach,
                           _between.block(column, y));
             _blocksBetween.occupy(column, y);
         }
@@ -168,7 +168,7 @@ void boxBlurRows(const std::uint8_t* source, int width, int height, int radius, 
 BlockGrid boxBlur(const Mask& mask, double sigma, std::vector<std::uint8_t>& scratch) {
     if (scratch.size() < mask.byteCount()) scratch.resize(mask.byteCount());
     const BoxRadii radii = boxRadii(sigma);
-    int width = mask.columns * kBlock;
+    int width = mask.columns * blockSide;
     int height = mask.rows;
     std::uint8_t* from = mask.bytes;
     std::uint8_t* to = scratch.data();
@@ -196,10 +196,10 @@ BlockGrid BlockGrid::of(const Mask& mask) {
     const std::uint8_t* block = mask.bytes;
     for (std::uint8_t& flag : grid._flags) {
         std::uint64_t words[2];
-        static_assert(sizeof words == kBlock);
+        static_assert(sizeof words == blockSide);
         std::memcpy(words, block, sizeof words);
         flag = (words[0] | words[1]) != 0;
-        block += kBlock;
+        block += blockSide;
     }
     return grid;
 }
@@ -212,23 +212,23 @@ bool BlockGrid::isRowEmpty(int row) const {
 void BlockGrid::clear(const Mask& mask) const {
     std::uint8_t* block = mask.bytes;
     for (const std::uint8_t flag : _flags) {
-        if (flag != 0) std::memset(block, 0, kBlock);
-        block += kBlock;
+        if (flag != 0) std::memset(block, 0, blockSide);
+        block += blockSide;
     }
 }
 
 int blurReach(double sigma) {
     if (!(sigma > 0)) return 0;
-    const double limited = std::min(sigma, kLargestSigma);
-    if (limited <= kLargestExactSigma) return static_cast<int>(std::ceil(limited * 3));
+    const double limited = std::min(sigma, largestSigma);
+    if (limited <= largestExactSigma) return static_cast<int>(std::ceil(limited * 3));
     const BoxRadii radii = boxRadii(limited);
     return radii.values[0] + radii.values[1] + radii.values[2];
 }
 
 BlockGrid blurMask(const Mask& mask, double sigma, std::vector<std::uint8_t>& scratch) {
     if (!(sigma > 0)) return BlockGrid::of(mask);
-    if (sigma <= kLargestExactSigma) return GaussianBlur(mask, sigma, scratch).run();
-    return boxBlur(mask, std::min(sigma, kLargestSigma), scratch);
+    if (sigma <= largestExactSigma) return GaussianBlur(mask, sigma, scratch).run();
+    return boxBlur(mask, std::min(sigma, largestSigma), scratch);
 }
 
 }  // namespace kalim::gfx

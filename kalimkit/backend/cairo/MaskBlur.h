@@ -6,20 +6,21 @@
 
 namespace kalim::gfx {
 
-// Coverage, one byte a pixel. A row is a whole number of blocks of kBlock pixels without padding.
+// Coverage, one byte a pixel. A row is a whole number of blocks of blockSide pixels without
+// padding.
 struct Mask {
-    static constexpr int kBlock = 16;
+    static constexpr int blockSide = 16;
 
     std::uint8_t* bytes = nullptr;
     // Blocks to a row.
     int columns = 0;
     int rows = 0;
 
-    std::ptrdiff_t stride() const { return std::ptrdiff_t{columns} * kBlock; }
+    std::ptrdiff_t stride() const { return std::ptrdiff_t{columns} * blockSide; }
     std::size_t byteCount() const { return static_cast<std::size_t>(stride() * rows); }
     std::uint8_t* row(int y) const { return bytes + stride() * y; }
     std::uint8_t* block(int column, int y) const {
-        return row(y) + std::ptrdiff_t{column} * kBlock;
+        return row(y) + std::ptrdiff_t{column} * blockSide;
     }
 };
 
@@ -51,7 +52,7 @@ private:
 };
 
 // The strongest blur there is, a standard deviation in pixels.
-constexpr double kLargestSigma = 256;
+constexpr double largestSigma = 256;
 
 // How many pixels beyond its old bounds a mask blurred with this standard deviation may grow.
 int blurReach(double sigma);

@@ -10,23 +10,23 @@ namespace kalim::gfx {
 namespace {
 
 // The family behind an empty family name, if it is installed.
-constexpr const char* kSystemFamily = "WenQuanYi Micro Hei";
-constexpr const char* kFallbackFamily = "Sans";
+constexpr const char* systemFamily = "WenQuanYi Micro Hei";
+constexpr const char* fallbackFamily = "Sans";
 // It decides which glyphs unified ideographs get, and where lines of them may be broken.
-constexpr const char* kLanguage = "zh-cn";
-constexpr double kLargestFontSize = 10000;
-constexpr std::size_t kShapedKept = 256;
-constexpr std::size_t kMetricsKept = 64;
+constexpr const char* language = "zh-cn";
+constexpr double largestFontSize = 10000;
+constexpr std::size_t shapedKept = 256;
+constexpr std::size_t metricsKept = 64;
 
 std::string findSystemFamily(PangoFontMap* map) {
     PangoFontFamily** families = nullptr;
     int count = 0;
     pango_font_map_list_families(map, &families, &count);
     const bool isInstalled = std::any_of(families, families + count, [](PangoFontFamily* family) {
-        return std::string_view(pango_font_family_get_name(family)) == kSystemFamily;
+        return std::string_view(pango_font_family_get_name(family)) == systemFamily;
     });
     g_free(families);
-    return isInstalled ? kSystemFamily : kFallbackFamily;
+    return isInstalled ? systemFamily : fallbackFamily;
 }
 
 std::string keyOf(const Font& font) {
@@ -51,7 +51,7 @@ bool divides(const PangoLogAttr& attribute, TextBoundary kind) {
 
 PangoText::PangoText()
     : _fontMap(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT)),
-      _language(pango_language_from_string(kLanguage)) {
+      _language(pango_language_from_string(language)) {
     // At 72 dots to the inch a point is a pixel of the layout.
     pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(_fontMap.get()), 72);
     _context.reset(pango_font_map_create_context(_fontMap.get()));
@@ -72,7 +72,7 @@ std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const 
     std::string key = keyOf(font) + '\n';
     key += text;
     if (const auto found = _shaped.find(key); found != _shaped.end()) return found->second;
-    if (_shaped.size() >= kShapedKept) _shaped.clear();
+    if (_shaped.size() >= shapedKept) _shaped.clear();
     auto shaped = std::make_shared<const ShapedText>(_context.get(), describe(font).get(), text);
     _shaped.emplace(std::move(key), shaped);
     return shaped;
@@ -81,7 +81,7 @@ std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const 
 LineMetrics PangoText::lineMetrics(const Font& font) {
     std::string key = keyOf(font);
     if (const auto found = _metrics.find(key); found != _metrics.end()) return found->second;
-    if (_metrics.size() >= kMetricsKept) _metrics.clear();
+    if (_metrics.size() >= metricsKept) _metrics.clear();
     const std::unique_ptr<PangoFont, GObjectRelease> loaded(
         pango_font_map_load_font(_fontMap.get(), _context.get(), describe(font).get()));
     PangoFontMetrics* const metrics = pango_font_get_metrics(loaded.get(), _language);
@@ -119,7 +119,7 @@ PangoText::Description PangoText::describe(const Font& font) const {
                                       font.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
     pango_font_description_set_style(description.get(),
                                      font.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
-    const double size = font.size > 0 ? std::min(font.size, kLargestFontSize) : 0;
+    const double size = font.size > 0 ? std::min(font.size, largestFontSize) : 0;
     pango_font_description_set_absolute_size(description.get(), size * PANGO_SCALE);
     return description;
 }

@@ -10,11 +10,11 @@ namespace {
 
 // Rows painted at a time. The occupied blocks of a band cover much less than the bounds of a shape
 // that slants or is hollow, and each piece of a band costs a call.
-constexpr int kBandHeight = 32;
+constexpr int bandHeight = 32;
 // Gaps of fewer blocks are painted over.
-constexpr int kSmallestGap = 4;
+constexpr int smallestGap = 4;
 // What a rare large shadow needed is given back.
-constexpr std::size_t kBytesKept = std::size_t{4} << 20;
+constexpr std::size_t bytesKept = std::size_t{4} << 20;
 
 bool isOccupied(const BlockGrid& blocks, int column, int top, int bottom) {
     for (int row = top; row < bottom; ++row) {
@@ -24,7 +24,7 @@ bool isOccupied(const BlockGrid& blocks, int column, int top, int bottom) {
 }
 
 void releaseIfLarge(std::vector<std::uint8_t>& bytes) {
-    if (bytes.size() > kBytesKept) bytes = {};
+    if (bytes.size() > bytesKept) bytes = {};
 }
 
 SurfaceHandle surfaceOver(std::uint8_t* bytes, int width, int height, std::ptrdiff_t stride) {
@@ -37,7 +37,7 @@ SurfaceHandle surfaceOver(std::uint8_t* bytes, int width, int height, std::ptrdi
 ShadowMask::ShadowMask(ShadowMemory& memory, const DeviceBox& box, Point offset)
     : _memory(memory),
       _box(box),
-      _mask{nullptr, (box.width() + Mask::kBlock - 1) / Mask::kBlock, box.height()} {
+      _mask{nullptr, (box.width() + Mask::blockSide - 1) / Mask::blockSide, box.height()} {
     if (_memory.coverage.size() < _mask.byteCount()) _memory.coverage.resize(_mask.byteCount());
     _mask.bytes = _memory.coverage.data();
     _surface = surfaceOver(_mask.bytes, box.width(), box.height(), _mask.stride());
@@ -59,13 +59,13 @@ void ShadowMask::blur(double sigma) {
 
 void ShadowMask::paint(cairo_t* target, const Color& color) const {
     setSourceColor(target, color, 1);
-    for (int top = 0; top < _blocks.rows(); top += kBandHeight) {
-        const int bottom = std::min(top + kBandHeight, _blocks.rows());
+    for (int top = 0; top < _blocks.rows(); top += bandHeight) {
+        const int bottom = std::min(top + bandHeight, _blocks.rows());
         int begin = 0;
         int end = 0;
         for (int column = 0; column < _blocks.columns(); ++column) {
             if (!isOccupied(_blocks, column, top, bottom)) continue;
-            if (column >= end + kSmallestGap) {
+            if (column >= end + smallestGap) {
                 paintBlocks(target, begin, end, top, bottom);
                 begin = column;
             }
@@ -77,9 +77,9 @@ void ShadowMask::paint(cairo_t* target, const Color& color) const {
 
 void ShadowMask::paintBlocks(cairo_t* target, int begin, int end, int top, int bottom) const {
     if (end <= begin) return;
-    const SurfaceHandle part = surfaceOver(_mask.block(begin, top), (end - begin) * Mask::kBlock,
+    const SurfaceHandle part = surfaceOver(_mask.block(begin, top), (end - begin) * Mask::blockSide,
                                            bottom - top, _mask.stride());
-    cairo_mask_surface(target, part.get(), _box.left + begin * Mask::kBlock, _box.top + top);
+    cairo_mask_surface(target, part.get(), _box.left + begin * Mask::blockSide, _box.top + top);
 }
 
 }  // namespace kalim::gfx

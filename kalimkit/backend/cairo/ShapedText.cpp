@@ -25,7 +25,7 @@ MendedText::MendedText(std::string_view text) {
     utf8.reserve(text.size());
     for (std::size_t offset = 0; offset < text.size();) {
         const CodePoint next = decodeUtf8(text, offset);
-        appendUtf8(utf8, next.value == 0 ? kReplacementCharacter : next.value);
+        appendUtf8(utf8, next.value == 0 ? replacementCharacter : next.value);
         offsets.push_back(offset);
         offset += next.byteCount;
     }

@@ -14,7 +14,7 @@ namespace kalim::gfx {
 namespace {
 
 // How far, in pixels, the shadow of a group may fall into view from. It bounds the group's memory.
-constexpr double kFarthestCast = 2048;
+constexpr double farthestCast = 2048;
 
 int count(const Path& path) {
     return static_cast<int>(path.commands().size());
@@ -141,7 +141,7 @@ HtmlContext::Group HtmlContext::groupBox() const {
     const double reach = 3 * state().shadow->blur / 2 * _scale + 1;
     const Rect casting = visible.offset(-(state().shadow->offset * _scale)).inset(-reach, -reach);
     return {visible.unionWith(casting)
-                .intersection(visible.inset(-kFarthestCast, -kFarthestCast))
+                .intersection(visible.inset(-farthestCast, -farthestCast))
                 .roundedOut(),
             true};
 }

@@ -13,14 +13,14 @@ using test::alphaAt;
 using test::Canvas;
 using test::inkBox;
 
-const Color kRed{1, 0, 0, 1};
-const Color kBlue{0, 0, 1, 1};
+const Color opaqueRed{1, 0, 0, 1};
+const Color opaqueBlue{0, 0, 1, 1};
 
 TEST(Drawing, FillsCoverWhatTheyCoverAtEveryScale) {
     for (const int scale : {1, 2, 3}) {
         SCOPED_TRACE(scale);
         Canvas canvas(10, 10, scale);
-        canvas.context().setFillColor(kRed);
+        canvas.context().setFillColor(opaqueRed);
         canvas.context().fillRect({2, 3, 4, 5});
         const BitmapRef pixels = canvas.pixels();
         EXPECT_EQ(Rect(2.0 * scale, 3.0 * scale, 4.0 * scale, 5.0 * scale), inkBox(*pixels, 255));
@@ -114,7 +114,7 @@ TEST(Drawing, RectanglesWithoutAntialiasingArePaintedWhereTheyHoldAPixelsMiddle)
 TEST(Drawing, ClipIsSavedAndRestored) {
     Canvas canvas(4, 1);
     Context& context = canvas.context();
-    context.setFillColor(kRed);
+    context.setFillColor(opaqueRed);
     {
         GraphicsStateGuard guard(context);
         context.clipToRect({1, 0, 3, 1});
@@ -126,7 +126,7 @@ TEST(Drawing, ClipIsSavedAndRestored) {
         GraphicsStateGuard guard(context);
         context.beginPath();
         context.clip();
-        context.setFillColor(kBlue);
+        context.setFillColor(opaqueBlue);
         context.fillRect({0, 0, 4, 1});
     }
     EXPECT_EQ("#FF0000FF", canvas.at(1, 0));
@@ -139,9 +139,9 @@ TEST(Drawing, GroupIsPaintedAsOne) {
     Context& context = canvas.context();
     context.setAlpha(0.5);
     context.beginTransparencyGroup();
-    context.setFillColor(kBlue);
+    context.setFillColor(opaqueBlue);
     context.fillRect({0, 0, 2, 1});
-    context.setFillColor(kRed);
+    context.setFillColor(opaqueRed);
     context.fillRect({1, 0, 2, 1});
     context.setBlendMode(BlendMode::Clear);
     context.fillRect({2, 0, 1, 1});
@@ -165,7 +165,7 @@ TEST(Drawing, BlendModesChangeNothingOutsideTheShape) {
         {BlendMode::Clear, "#00000000", "#00000000", "#00000000"},
     };
     Bitmap red(1, 1);
-    red.setColorAt(0, 0, kRed);
+    red.setColorAt(0, 0, opaqueRed);
     const ImageRef image = test::testDevice().makeImage(red, 1, ImageOrientation::Up);
     const std::function<void(Context&)> shapes[] = {
         [](Context& c) {
@@ -195,7 +195,7 @@ TEST(Drawing, BlendModesChangeNothingOutsideTheShape) {
             SCOPED_TRACE(testing::Message() << static_cast<int>(c.mode) << " " << number++);
             Canvas canvas(5, 1, 2);
             Context& context = canvas.context();
-            context.setFillColor(kBlue);
+            context.setFillColor(opaqueBlue);
             context.fillRect({0, 0, 1, 1});
             context.fillRect({4, 0, 1, 1});
             context.setFillColor({0, 0, 1, 0.5});
@@ -215,7 +215,7 @@ TEST(Drawing, NothingPutsItOutOfOrder) {
     Canvas canvas(20, 20, 2);
     Context& context = canvas.context();
     Bitmap dot(1, 1);
-    dot.setColorAt(0, 0, kBlue);
+    dot.setColorAt(0, 0, opaqueBlue);
     const ImageRef image = test::testDevice().makeImage(dot, 1, ImageOrientation::Up);
     context.setShadow({{1e12, -1e12}, 1e12, {0, 0, 0, 1}});
     for (const double size : {1e-300, 1e-12, 1e-4, 1e5, 1e12, 1e150}) {
@@ -238,7 +238,7 @@ TEST(Drawing, NothingPutsItOutOfOrder) {
         context.endTransparencyGroup();
     }
     context.clearShadow();
-    context.setFillColor(kRed);
+    context.setFillColor(opaqueRed);
     context.fillRect({0, 0, 20, 20});
     EXPECT_EQ("#FF0000FF", canvas.at(39, 39));
 }

@@ -14,8 +14,8 @@ using test::alphaAt;
 using test::Canvas;
 using test::inkBox;
 
-const Color kBlack{0, 0, 0, 1};
-const Color kWhite{1, 1, 1, 1};
+const Color black{0, 0, 0, 1};
+const Color white{1, 1, 1, 1};
 
 TEST(DrawnShadow, OffsetIsInSurfacePointsWhateverTheTransform) {
     for (const int scale : {1, 2, 3}) {
@@ -23,7 +23,7 @@ TEST(DrawnShadow, OffsetIsInSurfacePointsWhateverTheTransform) {
         Canvas canvas(20, 20, scale);
         Context& context = canvas.context();
         context.setShadow({{4, 7}, 0, {0, 0, 1, 0.5}});
-        context.setFillColor(kWhite);
+        context.setFillColor(white);
         context.translate(10, 10);
         context.rotate(std::numbers::pi);
         context.scale(2, 2);
@@ -46,7 +46,7 @@ TEST(DrawnShadow, StraightEdgeFadesLikeAGaussian) {
         SCOPED_TRACE(testing::Message() << c.blur << " at " << c.scale);
         Canvas canvas(300, 100, c.scale);
         Context& context = canvas.context();
-        context.setShadow({{0, 200}, c.blur, kBlack});
+        context.setShadow({{0, 200}, c.blur, black});
         context.fillRect({-200, -300, 350, 350});
         const double sigma = c.blur / 2 * c.scale;
         const BitmapRef pixels = canvas.pixels();
@@ -64,8 +64,8 @@ TEST(DrawnShadow, StraightEdgeFadesLikeAGaussian) {
 
 TEST(DrawnShadow, EverythingCastsOne) {
     Bitmap bitmap(2, 2);
-    bitmap.setColorAt(0, 0, kWhite);
-    bitmap.setColorAt(1, 1, kWhite);
+    bitmap.setColorAt(0, 0, white);
+    bitmap.setColorAt(1, 1, white);
     const ImageRef image = test::testDevice().makeImage(bitmap, 1, ImageOrientation::Up);
     std::vector<std::function<void(Context&)>> shapes = {
         [](Context& c) {
@@ -100,8 +100,8 @@ TEST(DrawnShadow, EverythingCastsOne) {
         for (const int scale : {1, 2}) {
             const auto draw = [&](bool withShadow) {
                 Canvas canvas(80, 40, scale);
-                canvas.context().setFillColor(kWhite);
-                canvas.context().setStrokeColor(kWhite);
+                canvas.context().setFillColor(white);
+                canvas.context().setStrokeColor(white);
                 canvas.context().setAlpha(0.5);
                 if (withShadow) canvas.context().setShadow({{40, 2}, 0, {1, 0, 0, 0.5}});
                 shape(canvas.context());
@@ -129,7 +129,7 @@ TEST(DrawnShadow, EverythingCastsOne) {
 
 TEST(DrawnShadow, LiesUnderWhatCastsIt) {
     Canvas canvas(10, 10);
-    canvas.context().setShadow({{0, 0}, 0, kBlack});
+    canvas.context().setShadow({{0, 0}, 0, black});
     canvas.context().setFillColor({1, 1, 1, 0.5});
     canvas.context().fillRect({0, 0, 10, 10});
     // Half black under half white.
@@ -166,8 +166,8 @@ TEST(DrawnShadow, ClippedDrawingEqualsAPartOfTheWhole) {
                     Canvas canvas(70, 70, 2);
                     Context& context = canvas.context();
                     if (clipped) context.clipToRect(part);
-                    context.setShadow({{6, 5}, blur, kBlack});
-                    context.setFillColor(kWhite);
+                    context.setShadow({{6, 5}, blur, black});
+                    context.setFillColor(white);
                     shape(context);
                     return canvas.pixels();
                 };
