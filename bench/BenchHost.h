@@ -8,7 +8,7 @@
 
 namespace kalim::bench {
 
-// A headless environment without an area budget, in force for the length of a scope.
+// Installs a headless environment without an area budget for the length of a scope.
 class BenchHost {
 public:
     BenchHost() : _environment(std::make_shared<HeadlessEnvironment>(*_device, 3.0)) {

@@ -70,7 +70,7 @@ void CanvasStage::redo() {
 
 void CanvasStage::grabBoxOnTop() {
     _step = 0;
-    // On its left edge, between two handles.
+    // The finger lands on the box's left edge, between two handles.
     down({_topRect.minX(), _topRect.minY() + _topRect.size.height / 4});
     dragOn();
 }

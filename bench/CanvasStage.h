@@ -13,7 +13,7 @@ namespace kalim::bench {
 // last on top of the others in the middle, and the rest between them.
 class CanvasStage {
 public:
-    // The side of the box on top, points.
+    // `side` is that of the box on top, in points.
     CanvasStage(int toolCount, double side);
     ~CanvasStage();
     CanvasStage(const CanvasStage&) = delete;
@@ -31,7 +31,7 @@ public:
 
     // Takes hold of the box on top.
     void grabBoxOnTop();
-    // One step of a point, there and back over 60 points.
+    // Moves by one step of a point, there and back over 60 points.
     void dragOn();
     // Whether the box on top is being moved as it is.
     bool isDragging() const;

@@ -52,7 +52,7 @@ public:
     ~CropStage() { _window->setRootViewController(nullptr); }
 
     EditImageIntialView& crop() { return *_editor->editImageInitialView(); }
-    // Milliseconds of the processor.
+    // Answers with milliseconds of the processor.
     template <class Action>
     double timed(Action action) {
         const double start = processorMilliseconds();

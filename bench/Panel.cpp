@@ -1,4 +1,4 @@
-// The opening of the panel at 1170x2532 pixels over a photo of 12 megapixels.
+// Measures the opening of the panel at 1170x2532 pixels over a photo of 12 megapixels.
 #include <benchmark/benchmark.h>
 
 #include <cstring>

@@ -32,7 +32,7 @@ public:
 
 private:
     std::vector<Figure> _figures;
-    // Nanoseconds of the processor by name: other programs cost real time, too.
+    // They are the processor's nanoseconds by name: other programs cost real time, too.
     std::map<std::string, double> _medians;
     double _bytesPerStep = 0;
 };

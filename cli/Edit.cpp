@@ -26,15 +26,15 @@ namespace {
 
 constexpr int written = 0;
 constexpr int closed = 1;
-// Pixels of the screen for one of the photo.
+// A pixel of the photo never covers more of the screen's than this, along a side.
 constexpr double largestMagnification = 8;
 
-// Points.
+// The window's sizes are points.
 constexpr gfx::Size leastSize{360, 520};
 constexpr gfx::Size usualSize{480, 720};
 // Above and below the picture, where the tool bar and the pen button are.
 constexpr double chromeHeight = 90;
-// Of the desktop.
+// The window takes at most this part of the desktop.
 constexpr double largestShare = 0.85;
 
 struct SdlWindowDeleter {
@@ -94,7 +94,7 @@ void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
     SDL_ShowWindow(window);
 }
 
-// One photo in the editor, from the window's opening to its end.
+// Keeps one photo in the editor, from the window's opening to its end.
 class Session : public TesselViewControllerDelegate {
 public:
     Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)

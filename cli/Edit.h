@@ -16,11 +16,11 @@ struct EditOptions {
     std::string output;
     // Nothing: as the output is called, or as the photo is.
     std::optional<PictureFormat> format;
-    // Pixels per point.
+    // This many pixels make a point.
     double scale = 1;
     // Of an EditorPen; nothing for what the editor begins with, as for the next two.
     std::optional<unsigned> pen;
-    // Points.
+    // Widths are points.
     std::optional<double> lineWidth;
     gfx::ColorRef color;
     // The result has the pixels of the screen instead of those of the photo.

@@ -12,11 +12,11 @@ namespace kalim::cli {
 // wrong with it.
 
 std::string readFormat(const std::string& text, std::optional<PictureFormat>& format);
-// "freehand, line or text", of all that readPen takes.
+// Lists all that readPen takes, as "freehand, line or text".
 std::string penNames();
-// "arrow", as the number of an EditorPen.
+// Reads "arrow", say, as the number of an EditorPen.
 std::string readPen(const std::string& text, std::optional<unsigned>& pen);
-// Points.
+// Reads points.
 std::string readLineWidth(const std::string& text, std::optional<double>& width);
 // "#F63434"
 std::string readColor(const std::string& text, gfx::ColorRef& color);

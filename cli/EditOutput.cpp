@@ -91,7 +91,7 @@ void EditOutput::follow(const EditOptions& options, const std::string& path) {
     if (!pathProblem(freeName()).empty()) nameAfter((first / name).string());
 }
 
-// "photo-marked.jpg", "photo-marked-2.jpg"
+// Tries "photo-marked.jpg", then "photo-marked-2.jpg" and so on.
 std::string EditOutput::freeName() const {
     std::error_code error;
     std::string name = _stem + "-marked" + _ending;

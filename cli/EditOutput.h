@@ -36,7 +36,7 @@ private:
     std::optional<std::string> writeUnderFreeName(const codec::Bytes& bytes, std::string& path);
 
     PictureFormat _format = PictureFormat::Png;
-    // Empty for standard output.
+    // Empty means standard output.
     std::string _path;
     // Instead of the path: what stands before and behind "-marked".
     std::string _stem;

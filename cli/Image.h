@@ -14,12 +14,12 @@ struct ImageOptions {
     Operation operation = Operation::Pixelate;
     std::string input;
     std::string output;
-    // Pixelate: the side of a block in pixels.
+    // Pixelate takes the side of a block in pixels.
     std::int32_t level = 20;
     // Fit: the box in pixels, and whether a smaller picture is enlarged to it.
     gfx::Size size;
     bool enlarge = false;
-    // Crop: in pixels of the upright picture.
+    // Crop takes a rectangle in pixels of the upright picture.
     gfx::Rect rect;
 };
 

@@ -20,7 +20,7 @@ public:
     // Whether there was another line.
     bool next();
     std::string_view line() const { return _line; }
-    // "scenario.jsonl:12"
+    // Says "scenario.jsonl:12".
     std::string place() const { return _name + ":" + std::to_string(_number); }
     // Why there are no more lines, where that is not the end of the file.
     const std::optional<std::string>& error() const { return _error; }

@@ -27,7 +27,7 @@ std::optional<std::vector<double>> parseNumbers(std::string_view text, std::size
     return numbers;
 }
 
-// "390x844"
+// Reads "390x844".
 std::optional<gfx::Size> parseSize(const std::string& text) {
     const std::size_t cross = text.find('x');
     if (cross == std::string::npos) return std::nullopt;

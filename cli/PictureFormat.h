@@ -15,13 +15,13 @@ enum class PictureFormat { Png, Jpeg, Webp };
 // What a sentence about names of pictures lists.
 inline constexpr const char* pictureEndings = ".png, .jpg, .jpeg or .webp";
 
-// By a name as "png", in any letters; nothing for any other.
+// Goes by a name as "png", in any letters; answers with nothing for any other.
 std::optional<PictureFormat> pictureFormat(std::string_view name);
-// By the ending of a path; nothing without one of those.
+// Goes by the ending of a path; answers with nothing without one of those.
 std::optional<PictureFormat> pictureFormatOfPath(const std::string& path);
 // By how a file begins; nothing for one that is none of these.
 std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes);
-// With the dot.
+// The dot belongs to it.
 std::string endingOf(PictureFormat format);
 
 // A whole file of the picture as it is stored; nothing on success, else what went wrong.

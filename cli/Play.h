@@ -9,7 +9,7 @@ namespace kalim::cli {
 struct PlayOptions {
     // "-" stands for standard input.
     std::string scenario;
-    // Empty for none.
+    // Empty stands for none.
     std::string picture;
     ScenarioScreen screen;
 };

@@ -202,13 +202,13 @@ private:
     CLI::App _app{"Draws on pictures.", "kalimkit"};
     PlayOptions _play;
     bool _isEditor = false;
-    // Only with --editor.
+    // This is read only with --editor.
     EditorSetup _editor;
     ImageOptions _asked;
-    // Only for `kalimkit image`.
+    // This is set only for `kalimkit image`.
     std::optional<ImageOptions> _image;
     EditOptions _askedEdit;
-    // Only for `kalimkit edit`.
+    // This is set only for `kalimkit edit`.
     std::optional<EditOptions> _edit;
 };
 

@@ -7,7 +7,7 @@
 # runs from top to bottom in one colour. Numbers have at most two decimals.
 cmake_minimum_required(VERSION 3.25)
 
-# kalim_attribute(RESULT ELEMENT NAME [DEFAULT])
+# kalim_attribute(RESULT ELEMENT NAME [DEFAULT]) reads an attribute of an element.
 function(kalim_attribute result element name)
   if("${element}" MATCHES "[ \n]${name}=\"([^\"]*)\"")
     set(${result} "${CMAKE_MATCH_1}" PARENT_SCOPE)
@@ -40,7 +40,7 @@ function(kalim_color result text)
   set(${result} "0x${CMAKE_MATCH_1};0x${CMAKE_MATCH_2};0x${CMAKE_MATCH_3}" PARENT_SCOPE)
 endfunction()
 
-# kalim_path(RESULT DATA): the steps of a path's data.
+# kalim_path(RESULT DATA) turns a path's data into steps.
 function(kalim_path result data)
   string(REGEX MATCHALL "[A-Za-z]|[-.0-9]+" tokens "${data}")
   set(list)

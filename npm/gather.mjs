@@ -10,7 +10,7 @@ import { fileURLToPath } from 'node:url';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
 const [module, build] = argv.slice(2);
-// Pixels: of a browser's list, of its opening screen, of an iPhone's home screen.
+// Sides are pixels: of a browser's list, of its opening screen, of an iPhone's home screen.
 const iconSizes = [192, 512, 180];
 
 // Names and numbers of the pens, in the order in which people are told them.

@@ -15,7 +15,7 @@ BEGIN {
 
 { check($0) }
 
-# A line of the list of floors.
+# Reads a line of the list of floors.
 function readRoom(line,   word, n, i) {
     sub(/#.*/, "", line)
     n = split(line, word, " ")
@@ -39,7 +39,7 @@ function complain(file, line, message) {
     problems++
 }
 
-# The room of a file named from the root; empty for none.
+# Names the room of a file named from the root; empty means none.
 function roomOf(path,   folder) {
     folder = path
     if (!sub(/^kalimkit\//, "", folder)) {

@@ -17,7 +17,7 @@ function timed(work, canvases) {
   return { script, all: performance.now() - start };
 }
 
-// Drags with the peer of this name; milliseconds, medians of the steps.
+// Drags with the peer of this name and answers with milliseconds, the medians of the steps.
 window.measure = async (name) => {
   const stage = await peers[name](document.getElementById('stage'), await photoFile());
   rasterise(stage.canvases());

@@ -84,7 +84,7 @@ async function konvaScene(element, photo) {
 const konvaCanvas = (layer) => layer.getNativeCanvasElement();
 const place = (shape, step) => shape.position(pathOf(step));
 
-// Everything on one layer.
+// Here everything lies on one layer.
 export async function konva(element, photo) {
   const { Konva, image, stage, all } = await konvaScene(element, photo);
   const layer = new Konva.Layer();

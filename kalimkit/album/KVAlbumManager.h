@@ -36,7 +36,7 @@ private:
     std::shared_ptr<ui::PhotoLibrary> _assetsLibrary;
 };
 
-// Through the shared manager.
+// Saves through the shared manager.
 KALIM_API void KVImageWriteToPhotosAlbum(const gfx::ImageRef& image, const std::string& album,
                                          const AlbumCompletion& completion);
 

@@ -6,7 +6,7 @@
 
 namespace kalim::codec {
 
-// A whole file in memory, owned or looked at.
+// Bytes own a whole file in memory, a ByteSpan only looks at one.
 using Bytes = std::vector<std::uint8_t>;
 using ByteSpan = std::span<const std::uint8_t>;
 

@@ -15,7 +15,7 @@ public:
     enum class Samples {
         // Blue, green, red, alpha; alpha is straight.
         Bgra,
-        // The same, all three colours alike.
+        // The same, but all three colours are alike.
         GreyBgra,
         // Cyan, magenta, yellow, black: how much ink there is, or how much of it is missing.
         Ink,
@@ -36,7 +36,7 @@ private:
     explicit ColorConversion(void* transform) : _transform(transform) {}
     bool changesColors(Samples samples) const;
 
-    // The library's handle, owned.
+    // The library's handle is owned here.
     void* _transform;
 };
 

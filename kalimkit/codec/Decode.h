@@ -12,10 +12,10 @@ namespace kalim::codec {
 
 // What a picture may ask for. Its header is held against these before any pixel is allocated.
 struct DecodeLimits {
-    // Pixels of the longer side.
+    // The longer side has at most this many pixels.
     int maxSide = 32767;
     std::int64_t maxPixels = std::int64_t{1} << 28;
-    // Bytes of a file.
+    // A file has at most this many bytes.
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
 };
 

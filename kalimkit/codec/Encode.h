@@ -20,7 +20,7 @@ KALIM_API std::optional<std::string> encodePng(const gfx::Bitmap& bitmap, Bytes&
 KALIM_API std::optional<std::string> encodeJpeg(const gfx::Bitmap& bitmap, int quality,
                                                 Bytes& bytes);
 
-// Pixels.
+// The format holds no side of more pixels.
 constexpr int longestWebpSide = 16383;
 // Straight alpha where a pixel is not opaque. Quality 1 to 100, values beyond are clamped. No side
 // is longer than the above; colours are kept at half resolution, as the format has it.

@@ -41,7 +41,7 @@ public:
     bool readPixels(gfx::Bitmap& bitmap);
 
     const jpeg_decompress_struct& info() const { return _info; }
-    // Why the last step failed.
+    // Says why the last step failed.
     std::string error() const { return _message.data(); }
     gfx::ImageOrientation orientation() const;
     bool holdsEnoughData() const;
@@ -249,7 +249,7 @@ bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
     return true;
 }
 
-// Every colour, and in a progressive picture every bit of it.
+// Tells whether every colour is there, and in a progressive picture every bit of it.
 bool JpegDecoder::hasAllScans() const {
     for (int i = 0; i < _info.num_components; ++i) {
         // Set by the first scan of a component.

@@ -37,7 +37,7 @@ public:
     // True when the file may hold pixels that are not opaque.
     bool hasAlpha() const { return _hasAlpha; }
     bool holdsEnoughData() const;
-    // Why the last step failed.
+    // Says why the last step failed.
     std::string error() const { return _message.data(); }
     gfx::ImageOrientation orientation() const;
     // Empty when the file has none; lives as long as the decoder.

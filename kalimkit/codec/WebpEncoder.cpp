@@ -11,7 +11,7 @@ namespace kalim::codec {
 
 namespace {
 
-// The library's copy of a picture, with straight alpha.
+// Owns the library's copy of a picture, with straight alpha.
 class WebpEncoder {
 public:
     WebpEncoder() { _isReady = WebPPictureInit(&_picture) != 0; }

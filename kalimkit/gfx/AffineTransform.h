@@ -51,7 +51,7 @@ struct KALIM_API AffineTransform {
     std::optional<AffineTransform> wholePixels(PixelSize picture) const;
 
     Point apply(Point p) const { return {a * p.x + c * p.y + tx, b * p.x + d * p.y + ty}; }
-    // The bounding box of the mapped rectangle.
+    // Yields the bounding box of the mapped rectangle.
     Rect apply(const Rect& rect) const;
 };
 

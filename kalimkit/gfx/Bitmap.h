@@ -25,7 +25,7 @@ public:
     int height() const { return _size.height; }
     PixelSize size() const { return _size; }
     bool isEmpty() const { return _size.isEmpty(); }
-    // Bytes from one row to the next.
+    // Counts the bytes from one row to the next.
     std::size_t stride() const { return static_cast<std::size_t>(_size.width) * 4; }
     std::size_t byteCount() const { return _bytes.size(); }
 

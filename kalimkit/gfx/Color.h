@@ -9,7 +9,7 @@
 
 namespace kalim::gfx {
 
-// Straight (not premultiplied) sRGB components, each 0 to 1.
+// Components are straight (not premultiplied) sRGB, each 0 to 1.
 struct KALIM_API Color {
     double red = 0;
     double green = 0;
@@ -21,7 +21,7 @@ struct KALIM_API Color {
 
     // Reads "#RRGGBB" or "#RRGGBBAA", either case of digit; nothing for any other text.
     static std::optional<Color> fromHex(std::string_view text);
-    // "#RRGGBBAA" in upper case, components clamped and rounded to bytes.
+    // Writes "#RRGGBBAA" in upper case; components are clamped and rounded to bytes.
     std::string hex() const;
 };
 

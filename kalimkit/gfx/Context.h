@@ -43,7 +43,7 @@ public:
     // Ignored when not finite; a negative blur counts as 0.
     void setShadow(const Shadow& shadow);
     void clearShadow() { _state.shadow.reset(); }
-    // Clamped to 0 to 1.
+    // Values beyond 0 to 1 are clamped.
     void setAlpha(double alpha);
     void setBlendMode(BlendMode mode) { _state.blendMode = mode; }
     void setInterpolation(Interpolation interpolation) { _state.interpolation = interpolation; }
@@ -73,7 +73,7 @@ public:
     void closePath() { _path.close(); }
     void addRect(const Rect& rect);
     void addEllipse(const Rect& rect);
-    // As Path::addArc.
+    // Means what Path::addArc means.
     void addArc(Point center, double radius, double startAngle, double endAngle, bool clockwise);
     void addPath(const Path& path);
 

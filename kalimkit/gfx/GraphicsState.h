@@ -45,7 +45,7 @@ using Paint = std::variant<Color, Pattern>;
 // Everything that Context::save keeps and Context::restore brings back, except the clip itself,
 // which the backend keeps.
 struct GraphicsState {
-    // User space to the surface's points.
+    // Carries user space to the surface's points.
     AffineTransform transform;
     double lineWidth = 1;
     LineCap lineCap = LineCap::Butt;

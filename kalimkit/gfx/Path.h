@@ -27,7 +27,7 @@ public:
     void close();
 
     void addRect(const Rect& rect);
-    // The ellipse inscribed in the rectangle, as four cubics and a close.
+    // Adds the ellipse inscribed in the rectangle, as four cubics and a close.
     void addEllipse(const Rect& rect);
     // Joins the current point to the arc's start by a line. Radians; `clockwise` is meant in a
     // space whose y axis points up, so false runs through growing angles, which looks clockwise

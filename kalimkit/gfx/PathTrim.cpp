@@ -22,7 +22,7 @@ Point between(Point a, Point b, double t) {
     return a + (b - a) * t;
 }
 
-// One line or curve as a cubic.
+// Holds one line or curve as a cubic.
 struct Piece {
     std::array<Point, 4> points;
     bool isLine = false;
@@ -92,7 +92,7 @@ std::vector<Piece> piecesOf(const Path& path) {
                 pieces.push_back(lineBetween(from, current));
                 break;
             case PathCommand::Quad:
-                // The same curve with its degree raised.
+                // Raising the degree leaves the curve the same.
                 current = next[1];
                 pieces.push_back({{from, between(from, next[0], 2.0 / 3),
                                    between(current, next[0], 2.0 / 3), current}});

@@ -11,7 +11,7 @@ struct Size {
     bool isEmpty() const { return !(width > 0 && height > 0); }
 };
 
-// A raster's extent in whole pixels.
+// A raster's extent, counted in whole pixels.
 struct PixelSize {
     int width = 0;
     int height = 0;

@@ -12,7 +12,7 @@ public:
     virtual ~Surface();
 
     virtual PixelSize pixelSize() const = 0;
-    // Pixels per point.
+    // Tells how many pixels make a point.
     virtual double scale() const = 0;
     virtual bool isOpaque() const = 0;
     // The surface's one context; it lives as long as the surface.

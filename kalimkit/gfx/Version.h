@@ -6,7 +6,7 @@
 // them in a loaded library too.
 extern "C" {
 
-// MAJOR.MINOR.PATCH and a zero.
+// It reads MAJOR.MINOR.PATCH and ends with a zero.
 KALIM_API extern const unsigned char KalimKitDylibFrameworkVersionString[];
 
 // MAJOR.MINOR read as a decimal fraction. Whoever compares versions takes the text: 0.10 is the

@@ -48,7 +48,7 @@ struct KALIM_API EditImageModView {
     std::string pText;
     gfx::ColorRef pTextColor;
     bool hide = false;
-    // Of a crop.
+    // These belong to a crop.
     gfx::Rect pGridFrame;
     float pScale = 0;
     gfx::Point pOffset;

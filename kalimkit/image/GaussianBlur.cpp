@@ -33,7 +33,7 @@ int cellSide(double sigma) {
     return side;
 }
 
-// Half of a normalised Gaussian, from the middle outwards, in cells.
+// Yields half of a normalised Gaussian, from the middle outwards, in cells.
 std::vector<float> halfKernel(double sigma, int side) {
     double variance = sigma / side * (sigma / side);
     // Averaging the pixels of a cell and interpolating between the cells blur by themselves: by
@@ -62,7 +62,7 @@ struct CellPosition {
 };
 
 CellPosition cellPosition(int pixel, int extent, int side) {
-    // Twice the distance from the middle of the raster's first cell.
+    // The distance from the middle of the raster's first cell is doubled, so that it is whole.
     const int doubled = 2 * (pixel - extent) + 1 - side;
     const int cell = static_cast<int>(std::floor(doubled / (2.0 * side)));
     return {cell, (doubled - cell * 2 * side) * (blendSteps / 2) / side};
@@ -91,7 +91,7 @@ private:
     void blurAcross(int row);
     void blurDown(int row);
     void drawApart(std::vector<std::uint16_t>& wide) const;
-    // All of it for one row of cells, in ascending order.
+    // Does all of it for one row of cells; rows come in ascending order.
     void prepare(int row, std::vector<std::uint16_t>& wide);
 
     const gfx::Bitmap& _raster;
@@ -108,7 +108,7 @@ private:
     // The last rows blurred across, as many as the kernel is long.
     std::vector<float> _across;
     std::vector<float> _down;
-    // Of each column of the result.
+    // Every column of the result has one.
     std::vector<CellPosition> _positions;
 };
 

@@ -64,7 +64,7 @@ gfx::AffineTransform croppingTransform(const gfx::Image& image) {
     }
 }
 
-// The part of the raster, or an empty bitmap.
+// Copies the part of the raster, or answers with an empty bitmap.
 gfx::Bitmap cutOut(const gfx::Bitmap& raster, const gfx::Rect& rect) {
     const gfx::Rect whole(0, 0, raster.width(), raster.height());
     // Angles leave a few billionths beside the pixel that is meant; those are not to cost a row.
@@ -79,7 +79,7 @@ gfx::Bitmap cutOut(const gfx::Bitmap& raster, const gfx::Rect& rect) {
     return cut;
 }
 
-// The image's size in the middle of the rectangle, carried through the transform.
+// Lays the image's size into the middle of the rectangle and carries it through the transform.
 gfx::Rect placement(const gfx::Image& image, const gfx::Rect& bounds,
                     const gfx::AffineTransform& transform) {
     const gfx::Size size = image.size();

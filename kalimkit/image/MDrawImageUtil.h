@@ -41,8 +41,8 @@ public:
     // pixel becomes one point. Null for a level below 1.
     static gfx::ImageRef mosiacImageMosaicLevel(const gfx::ImageRef& image, std::int32_t level);
 
-    // The pixelated image at the image's size in the middle of the rectangle, carried through the
-    // transform, on an opaque picture of the pixelated image's size at the screen's scale.
+    // Draws the pixelated image at the image's size in the middle of the rectangle, carried through
+    // the transform, on an opaque picture of the pixelated image's size at the screen's scale.
     static gfx::ImageRef mosiacImageMosaicLevelBoundsTransform(
         const gfx::ImageRef& image, std::int32_t level, const gfx::Rect& bounds,
         const gfx::AffineTransform& transform);

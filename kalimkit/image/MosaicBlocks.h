@@ -15,7 +15,7 @@ namespace kalim {
 // painted: at a level of 20 it needs a four-hundredth of the picture's memory.
 class KALIM_API MosaicBlocks {
 public:
-    // No blocks at all.
+    // There are no blocks at all.
     MosaicBlocks() = default;
     // Blocks of `level` raster pixels (see Pixelation.h), their colours held by the device. None
     // for an empty raster or a level below 1.

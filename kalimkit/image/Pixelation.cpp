@@ -146,7 +146,7 @@ void finishStreaming() {
 #endif
 }
 
-// One row of the spread picture.
+// Writes one row of the spread picture.
 void spreadRow(const std::uint8_t* blocks, std::int32_t level, double scale, int width,
                std::uint8_t* target) {
     const double side = level * scale;

@@ -12,7 +12,7 @@ export async function keepForOffline(isInUse) {
   try {
     registration = await workers.register('worker.js');
   } catch {
-    // As in a private window.
+    // A private window refuses this.
     return;
   }
   const takeOver = () => {

@@ -227,7 +227,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     reflect(this, 'grow', isGrowing ? '' : null);
   }
 
-  // Texts by the Chinese ones, for the next picture.
+  // Texts are found by the Chinese ones, and hold from the next picture on.
   get strings() {
     return this.#strings;
   }
@@ -344,7 +344,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.shadowRoot.getElementById('failure').classList.toggle('beside', this.childElementCount > 0);
   }
 
-  // Of the next picture.
+  // These hold for the next picture.
   #settings() {
     return {
       language: languageAround(this),

@@ -16,7 +16,7 @@ export function rgbOf(color) {
   return color;
 }
 
-// Points.
+// Widths are points.
 export function widthOf(value) {
   const width = Number(value);
   if (!(width >= 1 && width <= widest)) {

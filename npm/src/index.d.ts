@@ -8,11 +8,11 @@ export type KalimTool = 'PENS';
 export type KalimImageType = 'image/png' | 'image/jpeg' | 'image/webp';
 
 export interface KalimExportOptions {
-  /** By default the element's. */
+  /** The element's type is the default. */
   type?: KalimImageType;
-  /** From 0 to 1, of a JPEG or WebP picture; by default the element's. */
+  /** Ranges from 0 to 1 and counts for JPEG and WebP; the element's is the default. */
   quality?: number;
-  /** As large as on the screen instead of a pixel for each of the picture's; by default the element's. */
+  /** Whether the picture is as large as on the screen instead of full size; the element's answer is the default. */
   screenSize?: boolean;
 }
 
@@ -27,9 +27,9 @@ export interface KalimHistory {
 
 export interface KalimPen {
   tool: KalimTool;
-  /** As `#RRGGBB`. */
+  /** Reads `#RRGGBB`. */
   color: string;
-  /** Thousandths of the picture's longer side. */
+  /** Counts thousandths of the picture's longer side. */
   lineWidth: number;
 }
 
@@ -62,13 +62,13 @@ export class KalimEditorElement extends HTMLElement {
   src: string | null;
   /** What the user draws with, from now on and in every picture; follows the user, who may choose another. */
   tool: KalimTool | null;
-  /** The same, as `#RRGGBB`. */
+  /** The colour that the user draws with, written `#RRGGBB`; follows the user as `tool` does. */
   color: string | null;
-  /** The same, in thousandths of the picture's longer side, from 1 to 100. */
+  /** The width that the user draws with, in thousandths of the picture's longer side, from 1 to 100. */
   lineWidth: number | null;
   /** Of the picture that is sent; `image/png` by default. */
   type: KalimImageType;
-  /** From 0 to 1; 0.92 by default. */
+  /** Ranges from 0 to 1; 0.92 is the default. */
   quality: number;
   /** Whether what is sent is as large as on the screen; from the next picture on. */
   screenSize: boolean;
@@ -80,7 +80,7 @@ export class KalimEditorElement extends HTMLElement {
   wheel: 'ctrl' | null;
   /** `lose` keeps the browser from asking before the user leaves unsent work. */
   unsent: 'lose' | null;
-  /** Texts of the editor by the Chinese ones; from the next picture on. */
+  /** Texts of the editor, found by the Chinese ones; new ones count from the next picture on. */
   get strings(): Record<string, string>;
   set strings(strings: Record<string, string> | null);
 
@@ -131,7 +131,7 @@ export class KalimEditorElement extends HTMLElement {
 /** Makes the element known by a name, `kalim-editor` by default; without effect on a server. */
 export function defineKalimEditor(name?: string): void;
 
-/** The editor's pens by their numbers. */
+/** Numbers the editor's pens. */
 export const Pen: Readonly<Record<KalimTool, number>>;
 
 export interface KalimEditorOptions {
@@ -139,7 +139,7 @@ export interface KalimEditorOptions {
   wasm?: string | URL | BufferSource | WebAssembly.Module;
   /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
   language?: string;
-  /** Other texts, by the Chinese ones. */
+  /** Replaces texts, which are found by the Chinese ones. */
   strings?: Record<string, string>;
   type?: KalimImageType;
   quality?: number;
@@ -157,11 +157,11 @@ export type KalimScale = 'screen' | 'picture' | 'view';
 /** One thing on the screen that an assistive technology is told of. */
 export interface KalimScreenNode {
   id: number;
-  /** Of what it lies in; 0 for the screen itself. */
+  /** What it lies in; 0 stands for the screen itself. */
   parent: number;
-  /** 1 button, 2 image, 3 text, 4 text field, 5 dialog, 6 group, 7 radio button, 8 canvas. */
+  /** 1 is a button, 2 an image, 3 a text, 4 a text field, 5 a dialog, 6 a group, 7 a radio button, 8 a canvas. */
   role: number;
-  /** Points, from the canvas's corner. */
+  /** Places and sizes are points, from the canvas's corner. */
   x: number;
   y: number;
   width: number;

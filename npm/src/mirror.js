@@ -189,7 +189,7 @@ export class Mirror {
     return (key === 'Enter' || key === ' ') && this.#nodeOf(target)?.role !== role.dialog;
   }
 
-  // From one choice to the next.
+  // The keys lead from one choice to the next.
   #walk(event) {
     const step = { ArrowRight: 1, ArrowDown: 1, ArrowLeft: -1, ArrowUp: -1 }[event.key];
     if (!step) return false;

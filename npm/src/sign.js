@@ -24,7 +24,7 @@ export class Sign {
     this.#working.textContent = this.#say('busy', language, strings);
   }
 
-  // Null for none.
+  // A null error shows nothing.
   showFailure(error, language, strings) {
     this.#failure.hidden = !error;
     const title = document.createElement('strong');

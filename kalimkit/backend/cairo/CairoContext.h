@@ -53,11 +53,11 @@ private:
     // Everything painted goes through here: the shadow first, then the shape itself.
     void paint(const Rect& bounds, const Painter& painter);
     void paintShadow(const Rect& bounds, const DeviceBox& visible, const Painter& painter);
-    // In pixels.
+    // Both are pixels.
     double shadowSigma() const;
     int shadowReach() const;
 
-    // Fill or stroke the current path with the state's paint.
+    // These paint the context's current path with the state's paint.
     void fillPath(cairo_t* context) const;
     void strokePath(cairo_t* context) const;
     // Fills the current path with the source as it is set, its alpha multiplied.

@@ -11,7 +11,7 @@ namespace kalim::gfx {
 // leaves room for pens and curves.
 constexpr double largestCoordinate = 4e6;
 
-// The longest side of a Cairo image surface, in pixels.
+// No side of a Cairo image surface is longer, in pixels.
 constexpr int largestSide = 32767;
 
 inline cairo_matrix_t toCairo(const AffineTransform& t) {
@@ -26,7 +26,7 @@ bool isUsable(const AffineTransform& transform);
 // of a surface with this scale.
 void tracePath(cairo_t* context, const Path& path, double scale);
 
-// The box in pixels of all points of the path, control points included.
+// Boxes all points of the path in pixels, control points included.
 Rect pointBounds(const Path& path, double scale);
 
 // The box of what the context may paint, in its user space.

@@ -31,7 +31,8 @@ Point farthestPosition(const AffineTransform& toSource, const Rect& box) {
     return farthest;
 }
 
-// How many pixels to average to one before sampling, when `shrink` of them fall on a device pixel.
+// Tells how many pixels to average to one before sampling, when `shrink` of them fall on a device
+// pixel.
 double averagingFactor(double shrink, double farthest, Interpolation interpolation) {
     const bool isAveraged = interpolation == Interpolation::High && shrink > 2;
     return std::max(isAveraged ? std::floor(shrink) : 1, farthest / largestSourcePosition);

@@ -8,7 +8,7 @@
 
 namespace kalim::gfx {
 
-// A Cairo image surface with its context.
+// Owns a Cairo image surface and its context.
 class CairoSurface : public Surface {
 public:
     // Null when the size cannot be had.

@@ -4,7 +4,7 @@
 
 namespace kalim::gfx {
 
-// A box of whole device pixels, the right and bottom edges outside.
+// A box of whole device pixels; the right and bottom edges lie outside.
 struct DeviceBox {
     int left = 0;
     int top = 0;

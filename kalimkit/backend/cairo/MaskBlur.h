@@ -6,13 +6,13 @@
 
 namespace kalim::gfx {
 
-// Coverage, one byte a pixel. A row is a whole number of blocks of blockSide pixels without
+// The coverage, one byte a pixel. A row is a whole number of blocks, blockSide pixels each, without
 // padding.
 struct Mask {
     static constexpr int blockSide = 16;
 
     std::uint8_t* bytes = nullptr;
-    // Blocks to a row.
+    // A row has this many blocks.
     int columns = 0;
     int rows = 0;
 

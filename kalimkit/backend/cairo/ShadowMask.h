@@ -29,7 +29,7 @@ public:
     ShadowMask& operator=(const ShadowMask&) = delete;
 
     cairo_t* context() const { return _context.get(); }
-    // Once, after the drawing.
+    // Comes once, after the drawing.
     void blur(double sigma);
     // Under the current clip and operator of a context whose matrix is the identity.
     void paint(cairo_t* target, const Color& color) const;

@@ -34,7 +34,7 @@ public:
     ShapedText(PangoContext* context, const PangoFontDescription* font, std::string_view text);
 
     PangoLayoutLine* line() const;
-    // The advance of each grapheme in the text's order.
+    // Lists the advance of each grapheme in the text's order, in points.
     const std::vector<double>& advances() const { return _advances; }
     // The box of what is drawn, seen from the start of the baseline.
     const Rect& inkBounds() const { return _inkBounds; }

@@ -20,7 +20,7 @@ int count(const Path& path) {
     return static_cast<int>(path.commands().size());
 }
 
-// The corners of an axis-parallel rectangle, as the path of one.
+// Finds the rectangle along the axes that the path is, if it is one.
 std::optional<Rect> asRect(const Path& path) {
     const std::vector<Point>& p = path.points();
     using enum PathCommand;

@@ -17,7 +17,7 @@ namespace kalim::gfx::page {
 // ---- surfaces and pictures
 KALIM_PAGE("surface_make") int surfaceMake(int width, int height, bool opaque);
 KALIM_PAGE("surface_picture") int surfacePicture(int surface);
-// Pixels as in a Bitmap.
+// The pixels lie as in a Bitmap.
 KALIM_PAGE("picture_make") int pictureMake(const std::uint8_t* pixels, int width, int height);
 KALIM_PAGE("picture_width") int pictureWidth(int picture);
 KALIM_PAGE("picture_height") int pictureHeight(int picture);
@@ -70,7 +70,7 @@ int advances(const char* text, int length, const char* family, int familyLength,
 // Writes ascent, descent and leading.
 KALIM_PAGE("line_metrics")
 void lineMetrics(const char* family, int familyLength, double size, int style, double* out);
-// In units of UTF-16, ascending, 0 and the end among them.
+// Boundaries ascend and count units of UTF-16; 0 and the end are among them.
 KALIM_PAGE("boundaries")
 int boundaries(const char* text, int length, int kind, std::uint32_t* out);
 

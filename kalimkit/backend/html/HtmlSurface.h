@@ -10,13 +10,13 @@ namespace kalim::gfx {
 // A canvas of the page that is not shown.
 class KALIM_API HtmlSurface : public Surface {
 public:
-    // As Device::makeSurface.
+    // Fails as Device::makeSurface does.
     static std::shared_ptr<HtmlSurface> make(Size size, double scale, bool opaque);
     ~HtmlSurface() override;
     HtmlSurface(const HtmlSurface&) = delete;
     HtmlSurface& operator=(const HtmlSurface&) = delete;
 
-    // The page's number of it.
+    // The page knows the surface by this number.
     int number() const { return _number; }
     PixelSize pixelSize() const override { return _size; }
     double scale() const override { return _scale; }

@@ -74,7 +74,7 @@ export class LayerPool {
   static #pixelsKept = 1 << 23;
   #free = [];
 
-  // The context of a cleared canvas at least as large as asked for, or null.
+  // Yields the context of a cleared canvas at least as large as asked for, or null.
   take(width, height) {
     const fits = ({ canvas }) => canvas.width >= width && canvas.height >= height &&
       canvas.width * canvas.height <= 4 * width * height;

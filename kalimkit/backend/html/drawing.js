@@ -33,7 +33,7 @@ export class Drawing {
   #pool = new LayerPool();
   // The size of the last picture or surface for which there was no room.
   #refused = null;
-  // Of the next thing painted.
+  // These hold for the next thing painted.
   #alpha = 1;
   #blend = Blend.normal;
   #smoothing = 1;

@@ -1,4 +1,4 @@
-// Paths of the library, on a canvas.
+// Draws paths of the library on a canvas.
 
 const Command = { move: 0, line: 1, quad: 2, cubic: 3, close: 4 };
 

@@ -79,7 +79,7 @@ export class TextMeasures {
     return Array.from(this.#segmenters.grapheme.segment(text), ({ segment }) => segment);
   }
 
-  // Points, one for each grapheme.
+  // Yields points, one number for each grapheme.
   advances(text, font) {
     this.#setFont(font);
     const advances = [];

@@ -20,7 +20,7 @@ struct Block {
 // Hebrew to Arabic Extended, their presentation forms, and what lies beyond the first plane.
 constexpr std::array<Block, 5> rightToLeftBlocks{
     {{0x0590, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFE}, {0x10800, 0x10FFF}, {0x1E800, 0x1EFFF}}};
-// Punctuation, symbols, marks without a script, pictures.
+// Here lie punctuation, symbols, marks without a script, and pictures.
 constexpr std::array<Block, 17> neutralBlocks{{{0x00, 0x40},
                                                {0x5B, 0x60},
                                                {0x7B, 0xA9},

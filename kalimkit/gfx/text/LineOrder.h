@@ -36,7 +36,7 @@ public:
               double width);
 
     const Span& spanOf(std::size_t grapheme) const { return _spans[grapheme - _first]; }
-    // From left to right.
+    // Lists the graphemes from left to right.
     const std::vector<std::size_t>& seen() const { return _seen; }
     std::vector<Run> runs() const;
 

@@ -21,11 +21,11 @@ public:
         bool isSpace = false;
         bool isTab = false;
     };
-    // Graphemes from `first` up to, not including, `last`.
+    // Holds graphemes from `first` up to, not including, `last`.
     struct Line {
         std::size_t first = 0;
         std::size_t last = 0;
-        // As TextLine::width.
+        // Counts as TextLine::width does.
         double width = 0;
     };
 
@@ -34,7 +34,7 @@ public:
     const std::vector<Grapheme>& graphemes() const { return _graphemes; }
     // Without any for graphemes where nothing runs from right to left.
     const Levels& levels() const { return _levels; }
-    // The offset of a grapheme; the paragraph's length for their number.
+    // Yields the offset of a grapheme, and the paragraph's length for their number.
     std::size_t offsetOf(std::size_t grapheme) const;
     // The grapheme that holds a byte; their number from the paragraph's length on.
     std::size_t graphemeAt(std::size_t offset) const;

@@ -6,7 +6,7 @@ namespace kalim::gfx {
 
 namespace {
 
-// C0, delete, and C1.
+// Controls are C0, delete, and C1.
 bool isControl(char32_t value) {
     return value < 0x20 || (value >= 0x7F && value < 0xA0);
 }

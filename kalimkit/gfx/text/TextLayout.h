@@ -49,9 +49,9 @@ public:
 
     // ---- what came of it
     const std::vector<TextLine>& lines() const { return _lines; }
-    // The widest line, and the height of all lines with their leading.
+    // It is as wide as the widest line and as high as all lines with their leading, in points.
     Size size() const;
-    // Ascent, descent and leading of the font.
+    // Adds the font's ascent, descent and leading.
     double lineHeight() const;
 
     // ---- caret and selection. Offsets within a grapheme count as its start, those beyond the end
@@ -75,7 +75,7 @@ public:
     // Starts of words backwards, ends of words forwards.
     std::size_t wordBefore(std::size_t offset) const;
     std::size_t wordAfter(std::size_t offset) const;
-    // The word, the space or the punctuation at an offset.
+    // Finds the word, the space or the punctuation at an offset.
     TextRange wordAt(std::size_t offset) const;
     TextPosition lineStart(TextPosition position) const;
     TextPosition lineEnd(TextPosition position) const;
@@ -92,7 +92,7 @@ public:
 private:
     struct Paragraph {
         std::size_t begin = 0;
-        // Without the line feed.
+        // The line feed lies beyond it.
         std::size_t end = 0;
         std::shared_ptr<const MeasuredParagraph> measured;
     };
@@ -103,7 +103,7 @@ private:
         std::size_t last = 0;
     };
 
-    // Of a selected line feed, in line heights.
+    // A selected line feed shows this wide, in line heights.
     static constexpr double lineFeedWidth = 0.25;
 
     static std::vector<Paragraph> split(std::string_view text);
@@ -134,7 +134,7 @@ private:
     LineMetrics _metrics;
     std::vector<Paragraph> _paragraphs;
     std::vector<TextLine> _lines;
-    // One for each line.
+    // Every line has one.
     std::vector<Row> _rows;
 };
 

@@ -8,7 +8,7 @@ namespace kalim::gfx {
 
 // One laid-out line. Lengths are points, places are seen from the layout's top-left corner.
 struct TextLine {
-    // Bytes of the text: with the spaces that hang at its end, without the line feed.
+    // These bytes of the text include the spaces that hang at its end, but not the line feed.
     std::size_t begin = 0;
     std::size_t end = 0;
     // Where its baseline starts.

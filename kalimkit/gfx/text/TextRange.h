@@ -4,7 +4,7 @@
 
 namespace kalim::gfx {
 
-// Bytes of a text from `begin` up to, not including, `end`; never the other way round.
+// Holds bytes of a text from `begin` up to, not including, `end`; never the other way round.
 struct TextRange {
     std::size_t begin = 0;
     std::size_t end = 0;
