@@ -13,7 +13,7 @@ namespace kalim::cli {
 
 namespace {
 
-// Points.
+// Widths are points.
 constexpr double widestLine = 100;
 
 }  // namespace
