@@ -10,9 +10,7 @@
 namespace kalim {
 
 KeptPictures& KeptPictures::current() {
-    std::shared_ptr<void>& kept = ui::Environment::current().keptPictures();
-    if (!kept) kept = std::make_shared<KeptPictures>();
-    return *static_cast<KeptPictures*>(kept.get());
+    return ui::Environment::current().attachment<KeptPictures>();
 }
 
 gfx::ImageRef KeptPictures::iconImage(const Icon& icon, double scale) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/gesture/GestureRecognizer.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "kalimkit/gfx/Raise.h"
-#include "kalimkit/ui/motion/Animator.h"
 
 namespace kalim::ui {
 
@@ -51,11 +50,6 @@ void Environment::setUserDefault(const std::string& key, bool value) {
 
 void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     if (picked) picked(std::nullopt);
-}
-
-Animator& Environment::animator() {
-    if (!_animator) _animator = std::make_shared<Animator>(*this);
-    return *_animator;
 }
 
 }  // namespace kalim::ui

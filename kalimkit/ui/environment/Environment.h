@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "kalimkit/gfx/Device.h"
@@ -18,7 +19,6 @@
 
 namespace kalim::ui {
 
-class Animator;
 class PhotoLibrary;
 class TextView;
 class Window;
@@ -106,21 +106,34 @@ public:
     // The host tells it the on-screen keyboard's height.
     Keyboard& keyboard() { return _keyboard; }
 
-    // What moves the views that animate.
-    Animator& animator();
-
-    // Null at first. The configuration of the editor's shell keeps there what it has made with the
-    // device, so that it lives exactly as long as the environment.
-    std::shared_ptr<void>& keptPictures() { return _keptPictures; }
+    // What a room keeps for as long as the environment lives, one object of each class: made when
+    // it is first asked for, from the environment where its constructor takes one.
+    template <typename T>
+    T& attachment();
 
 private:
     Keyboard _keyboard;
     bool _prefersReducedMotion = false;
-    // Made when the first view animates, since the run loop is the derived class's.
-    std::shared_ptr<Animator> _animator;
     std::map<std::string, bool> _userDefaults;
     std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
-    std::shared_ptr<void> _keptPictures;
+    // By the class.
+    std::map<const void*, std::shared_ptr<void>> _attachments;
 };
+
+// Ask from one source file alone, so that a class has one place whatever libraries are linked.
+template <typename T>
+T& Environment::attachment() {
+    // Its address stands for the class, as type information may be off.
+    static char place;
+    std::shared_ptr<void>& attached = _attachments[&place];
+    if (!attached) {
+        if constexpr (std::is_constructible_v<T, Environment&>) {
+            attached = std::make_shared<T>(*this);
+        } else {
+            attached = std::make_shared<T>();
+        }
+    }
+    return *static_cast<T*>(attached.get());
+}
 
 }  // namespace kalim::ui

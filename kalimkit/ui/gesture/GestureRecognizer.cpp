@@ -44,7 +44,7 @@ bool GestureRecognizer::mayReceive(const Touch& touch) const {
     const auto touched = touch.view();
     for (const View* view = touched.get(); view; view = view->superview()) {
         if (!view->admitsGesture(*this)) return false;
-        if (view == _view) break;
+        if (view == this->view()) break;
     }
     const auto delegate = _delegate.lock();
     return !delegate || delegate->shouldReceiveTouch(*this, touch);
@@ -126,6 +126,11 @@ void GestureRecognizer::abandon() {
         fail();
     }
     settle();
+}
+
+void GestureRecognizer::didLeaveView() {
+    _hasFingers = false;
+    abandon();
 }
 
 // Fails without a word until the fingers that are down have left.

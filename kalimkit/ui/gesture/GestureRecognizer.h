@@ -8,6 +8,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/gesture/GestureDelegate.h"
 #include "kalimkit/ui/view/Touch.h"
+#include "kalimkit/ui/view/ViewGesture.h"
 
 namespace kalim::ui {
 
@@ -22,11 +23,12 @@ enum class GestureState { Possible, Began, Changed, Ended, Cancelled, Failed };
 //
 // Recognisers that watch the same touches, on one view or on views above each other, compete: the
 // first one that recognises its gesture makes the others fail, unless the two may go on at once.
-class KALIM_API GestureRecognizer : public std::enable_shared_from_this<GestureRecognizer> {
+class KALIM_API GestureRecognizer : public ViewGesture,
+                                    public std::enable_shared_from_this<GestureRecognizer> {
 public:
     using Handler = std::function<void(GestureRecognizer&)>;
 
-    virtual ~GestureRecognizer();
+    ~GestureRecognizer() override;
 
     // Called at every change of state except the return to Possible and the failing of what never
     // began, and at every move while the gesture goes on.
@@ -40,8 +42,7 @@ public:
     // fingers that join before it is over are kept from them. Off for those that only observe.
     bool cancelsTouches() const { return _cancelsTouches; }
     void setCancelsTouches(bool cancels) { _cancelsTouches = cancels; }
-    // The view it is attached to; null when there is none.
-    View* view() const { return _view; }
+    std::shared_ptr<GestureRecognizer> recognizer() override { return shared_from_this(); }
     // The middle of the gesture's fingers, in the view's coordinates; in window coordinates for
     // null. Meaningless before the first finger.
     gfx::Point locationIn(const View* view) const;
@@ -102,10 +103,10 @@ protected:
     static gfx::Point middleOf(const std::vector<TouchRef>& touches);
 
 private:
-    friend class View;
     using Recognizers = std::vector<std::shared_ptr<GestureRecognizer>>;
     enum class Chance { Free, Waits, Lost };
 
+    void didLeaveView() override;
     bool mayReceive(const Touch& touch) const;
     void dispatch(TouchPhase phase, const TouchEvent& event, const std::vector<TouchRef>& active);
     void abandon();
@@ -131,7 +132,6 @@ private:
     bool _isFed = false;
     // Recognised but for another that has yet to fail.
     std::optional<GestureState> _wanted;
-    View* _view = nullptr;
     gfx::Point _location;
     // Shared, so that it survives being replaced while it runs.
     std::shared_ptr<const Handler> _handler;

@@ -2,7 +2,7 @@
 
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/gesture/GestureRecognizer.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/ui/view/View.h"
 
 // A gesture that is recognised first takes its new state, so that whatever follows sees it as the
 // winner; then its rivals and those that waited for its failure fail; the handler comes last, for
@@ -81,7 +81,7 @@ bool GestureRecognizer::goesWith(const GestureRecognizer& other) const {
 }
 
 GestureRecognizer::Chance GestureRecognizer::chance() const {
-    if (!_view || !_view->window()) return Chance::Lost;
+    if (!view() || !view()->window()) return Chance::Lost;
     for (const auto& other : rivals()) {
         if (other->isUnderWay() && !goesWith(*other)) return Chance::Lost;
     }
@@ -109,9 +109,8 @@ void GestureRecognizer::exclude() {
 void GestureRecognizer::takeTouchesLater() {
     Environment::current().runLoop().async([watch = weak_from_this()] {
         const auto recognizer = watch.lock();
-        if (!recognizer || !recognizer->isUnderWay() || !recognizer->_view) return;
-        if (Window* const window = recognizer->_view->window())
-            window->takeTouches(*recognizer->_view);
+        if (!recognizer || !recognizer->isUnderWay() || !recognizer->view()) return;
+        recognizer->view()->takeTouches();
     });
 }
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/ui/motion/Animated.h"
 #include "kalimkit/ui/motion/SpringCurve.h"
-#include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {
 
@@ -40,14 +40,14 @@ double AnimationRun::share(Time time) const {
                            : ease(_options.curve, passed);
 }
 
-void AnimationRun::take(const std::shared_ptr<View>& view) {
+void AnimationRun::take(const std::shared_ptr<Animated>& animated) {
     ++_taken;
-    _views.push_back(view);
+    _animated.push_back(animated);
 }
 
 void AnimationRun::finish(Time now) {
-    for (const auto& entry : std::exchange(_views, {})) {
-        if (const auto view = entry.lock()) view->advanceMotion(now);
+    for (const auto& entry : std::exchange(_animated, {})) {
+        if (const auto animated = entry.lock()) animated->advanceMotion(now);
     }
     const bool isFinished = _taken == 0 || _lost < _taken;
     if (const auto completion = std::exchange(_completion, nullptr)) completion(isFinished);

@@ -9,7 +9,7 @@
 
 namespace kalim::ui {
 
-class View;
+class Animated;
 
 // What one View::animate has set going: properties of any number of views.
 class AnimationRun {
@@ -25,9 +25,9 @@ public:
     // How far the properties have come; a spring's may be beyond 1.
     double share(Time time) const;
 
-    // A property of the view goes along.
-    void take(const std::shared_ptr<View>& view);
-    // A property that was taken has been taken over by a later change, or its view has left.
+    // One of its properties goes along.
+    void take(const std::shared_ptr<Animated>& animated);
+    // A property that was taken has been taken over by a later change, or its owner has left.
     void lose() { ++_lost; }
     // Shows the end and tells so.
     void finish(Time now);
@@ -36,7 +36,7 @@ private:
     AnimationOptions _options;
     Time _start;
     std::function<void(bool finished)> _completion;
-    std::vector<std::weak_ptr<View>> _views;
+    std::vector<std::weak_ptr<Animated>> _animated;
     // Properties.
     int _taken = 0;
     int _lost = 0;

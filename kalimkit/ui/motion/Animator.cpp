@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/motion/Animated.h"
 #include "kalimkit/ui/motion/AnimationRun.h"
-#include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {
 
@@ -34,6 +34,10 @@ Animator::Animator(Environment& environment)
       _loop(environment.runLoop()),
       _link(_loop, [this](Time time) { tick(time); }) {}
 
+Animator& Animator::current() {
+    return Environment::current().attachment<Animator>();
+}
+
 void Animator::animate(const AnimationOptions& options, const std::function<void()>& changes,
                        std::function<void(bool finished)> completion) {
     AnimationOptions wanted = options;
@@ -56,20 +60,20 @@ std::shared_ptr<AnimationRun> Animator::currentRun() const {
     return _runs.empty() ? nullptr : _runs.back();
 }
 
-void Animator::add(const std::shared_ptr<View>& view) {
+void Animator::add(const std::shared_ptr<Animated>& animated) {
     _link.setPaused(false);
     const bool isKnown = std::ranges::any_of(
-        _views, [&view](const std::weak_ptr<View>& known) { return known.lock() == view; });
-    if (!isKnown) _views.push_back(view);
+        _animated, [&animated](const auto& known) { return known.lock() == animated; });
+    if (!isKnown) _animated.push_back(animated);
 }
 
-// Moving a view runs nobody else's code, so the list stays as it is meanwhile.
+// Moving one runs nobody else's code, so the list stays as it is meanwhile.
 void Animator::tick(Time time) {
-    std::erase_if(_views, [time](const std::weak_ptr<View>& entry) {
-        const auto view = entry.lock();
-        return !view || !view->advanceMotion(time);
+    std::erase_if(_animated, [time](const auto& entry) {
+        const auto animated = entry.lock();
+        return !animated || !animated->advanceMotion(time);
     });
-    _link.setPaused(_views.empty());
+    _link.setPaused(_animated.empty());
 }
 
 }  // namespace kalim::ui

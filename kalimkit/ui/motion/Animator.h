@@ -10,14 +10,16 @@
 
 namespace kalim::ui {
 
+class Animated;
 class AnimationRun;
 class Environment;
-class View;
 
 // Moves what animates at every display tick. While nothing does, it does not tick.
 class KALIM_API Animator {
 public:
     explicit Animator(Environment& environment);
+    // The one of the environment in force.
+    static Animator& current();
 
     Time now() const { return _loop.now(); }
 
@@ -28,8 +30,8 @@ public:
     // What changes made at this moment belong to; null when they show at once.
     std::shared_ptr<AnimationRun> currentRun() const;
 
-    // Moves the view at every tick from now on, until it says that it stands still.
-    void add(const std::shared_ptr<View>& view);
+    // Moves it at every tick from now on, until it says that it stands still.
+    void add(const std::shared_ptr<Animated>& animated);
 
 private:
     void perform(std::shared_ptr<AnimationRun> run, const std::function<void()>& changes);
@@ -38,7 +40,7 @@ private:
     Environment& _environment;
     RunLoop& _loop;
     DisplayLink _link;
-    std::vector<std::weak_ptr<View>> _views;
+    std::vector<std::weak_ptr<Animated>> _animated;
     // One for each call of animate that is on; null for performWithoutAnimation.
     std::vector<std::shared_ptr<AnimationRun>> _runs;
 };

@@ -6,7 +6,7 @@
 
 #include "kalimkit/gfx/PathTrim.h"
 #include "kalimkit/ui/environment/Environment.h"
-#include "kalimkit/ui/view/View.h"
+#include "kalimkit/ui/motion/LayerOwner.h"
 
 namespace kalim::ui {
 
@@ -52,9 +52,13 @@ std::vector<std::string> ShapeLayer::animationKeys() const {
     return _animations.runningKeys(now());
 }
 
+bool ShapeLayer::isAnimating() const {
+    return _animations.isRunning(now());
+}
+
 void ShapeLayer::animationsChanged() {
     advance(now());
-    if (_owner) _owner->animationsChanged();
+    if (_owner) _owner->layerAnimationsChanged();
 }
 
 bool ShapeLayer::advance(Time time) {
@@ -136,11 +140,8 @@ gfx::Rect ShapeLayer::extent() const {
     return toOwner().apply(_path.pointBounds().inset(-reach, -reach));
 }
 
-// A mask cuts the whole view, so all of that changes with it.
 void ShapeLayer::damage() const {
-    if (!_owner) return;
-    if (_owner->mask().get() == this) return _owner->damageExtent();
-    _owner->damage(extent());
+    if (_owner) _owner->layerDamaged(*this);
 }
 
 // ---- shape

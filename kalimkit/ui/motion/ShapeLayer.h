@@ -13,7 +13,7 @@
 
 namespace kalim::ui {
 
-class View;
+class LayerOwner;
 
 // A path that a view draws over its own content and that moves by animations of its own. What is
 // set are final values; keyed animations change what is shown while they run. It belongs to one
@@ -32,6 +32,7 @@ public:
     void removeAllAnimations();
     // Of those that run at this moment.
     std::vector<std::string> animationKeys() const;
+    bool isAnimating() const;
 
     // ---- drawing, in the coordinates of its view
     void draw(gfx::Context& context) const;
@@ -73,15 +74,17 @@ public:
     double strokeEnd() const { return _strokeEnd; }
     void setStrokeEnd(double share);
 
-private:
-    friend class View;
-
-    template <typename Change>
-    void change(Change make);
+    // ---- for the owner: the view that it is in; null for none
+    LayerOwner* owner() const { return _owner; }
+    void setOwner(LayerOwner* owner) { _owner = owner; }
     void damage() const;
     // The time to show; false when no animation runs any more.
     bool advance(Time time);
     void leaveScreen();
+
+private:
+    template <typename Change>
+    void change(Change make);
     void animationsChanged();
 
     gfx::AffineTransform toOwner() const;
@@ -90,8 +93,7 @@ private:
     bool isStroked() const;
     double shownLineWidth() const { return _values.lineWidth.value_or(_lineWidth); }
 
-    // The view that it is in; null for none.
-    View* _owner = nullptr;
+    LayerOwner* _owner = nullptr;
     gfx::Path _path;
     gfx::Rect _frame;
     bool _hidden = false;

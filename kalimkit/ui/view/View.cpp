@@ -4,9 +4,11 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/ui/motion/ShapeLayer.h"
 #include "kalimkit/ui/view/ViewDecoration.h"
+#include "kalimkit/ui/view/ViewGesture.h"
 #include "kalimkit/ui/view/ViewMotion.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/ui/view/ViewWindow.h"
 
 namespace kalim::ui {
 
@@ -67,7 +69,7 @@ View::~View() {
     for (const auto& recognizer : _recognizers)
         recognizer->_view = nullptr;
     for (const auto& layer : ownedLayers())
-        layer->_owner = nullptr;
+        layer->setOwner(nullptr);
 }
 
 // ---- tree
@@ -130,12 +132,16 @@ bool View::isDescendantOf(const View& other) const {
     return false;
 }
 
+Window* View::window() const {
+    return _window ? _window->window() : nullptr;
+}
+
 Responder* View::nextResponder() const {
     if (_superview) return _superview;
     return _window;
 }
 
-void View::setWindow(Window* window) {
+void View::setWindow(ViewWindow* window) {
     if (_window == window) return;
     std::vector<std::shared_ptr<View>> subtree;
     collect(subtree);
@@ -279,22 +285,32 @@ bool View::pointInside(gfx::Point p) const {
     return bounds().contains(p);
 }
 
-void View::addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer) {
+void View::addGestureRecognizer(std::shared_ptr<ViewGesture> recognizer) {
     if (!recognizer || recognizer->_view == this) return;
     if (recognizer->_view) recognizer->_view->removeGestureRecognizer(*recognizer);
     recognizer->_view = this;
     _recognizers.push_back(std::move(recognizer));
 }
 
-void View::removeGestureRecognizer(const GestureRecognizer& recognizer) {
+void View::removeGestureRecognizer(const ViewGesture& recognizer) {
     const auto found =
         std::ranges::find(_recognizers, &recognizer, [](const auto& known) { return known.get(); });
     if (found == _recognizers.end()) return;
     const auto removed = *found;
     _recognizers.erase(found);
     removed->_view = nullptr;
-    removed->_hasFingers = false;
-    removed->abandon();
+    removed->didLeaveView();
+}
+
+std::vector<std::shared_ptr<GestureRecognizer>> View::gestureRecognizers() const {
+    std::vector<std::shared_ptr<GestureRecognizer>> recognizers;
+    for (const auto& recognizer : _recognizers)
+        recognizers.push_back(recognizer->recognizer());
+    return recognizers;
+}
+
+void View::takeTouches() {
+    if (_window) _window->takeTouches(*this);
 }
 
 // ---- focus

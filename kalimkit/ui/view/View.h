@@ -15,9 +15,10 @@
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
-#include "kalimkit/ui/gesture/GestureRecognizer.h"
+#include "kalimkit/ui/motion/Animated.h"
 #include "kalimkit/ui/motion/AnimationOptions.h"
 #include "kalimkit/ui/motion/LayerAnimation.h"
+#include "kalimkit/ui/motion/LayerOwner.h"
 #include "kalimkit/ui/view/Accessibility.h"
 #include "kalimkit/ui/view/AccessibilityElement.h"
 #include "kalimkit/ui/view/Responder.h"
@@ -25,8 +26,10 @@
 
 namespace kalim::ui {
 
-class ShapeLayer;
+class GestureRecognizer;
+class ViewGesture;
 class ViewMotion;
+class ViewWindow;
 class Window;
 struct ViewDecoration;
 enum class ViewProperty;
@@ -41,7 +44,10 @@ enum class ViewProperty;
 //
 // What a property is set to counts at once, for touches and conversions as well; while it is
 // animated, only what is drawn is still on the way there.
-class KALIM_API View : public Responder, public std::enable_shared_from_this<View> {
+class KALIM_API View : public Responder,
+                       public Animated,
+                       public LayerOwner,
+                       public std::enable_shared_from_this<View> {
 public:
     static std::shared_ptr<View> initWithFrame(const gfx::Rect& frame);
     ~View() override;
@@ -50,7 +56,7 @@ public:
     const std::vector<std::shared_ptr<View>>& subviews() const { return _subviews; }
     View* superview() const { return _superview; }
     // The window it is shown in; null outside of one.
-    Window* window() const { return _window; }
+    Window* window() const;
     // Takes the view out of its old superview first; one that is here already only changes its
     // place. Null is ignored, and so is a view that would enter its own subtree.
     void addSubview(std::shared_ptr<View> view);
@@ -178,12 +184,12 @@ public:
     virtual std::shared_ptr<View> hitTest(gfx::Point p);
     virtual bool pointInside(gfx::Point p) const;
     // A recogniser leaves the view that it was attached to before; that cancels its gesture.
-    void addGestureRecognizer(std::shared_ptr<GestureRecognizer> recognizer);
-    void removeGestureRecognizer(const GestureRecognizer& recognizer);
-    const std::vector<std::shared_ptr<GestureRecognizer>>& gestureRecognizers() const {
-        return _recognizers;
-    }
-
+    void addGestureRecognizer(std::shared_ptr<ViewGesture> recognizer);
+    void removeGestureRecognizer(const ViewGesture& recognizer);
+    std::vector<std::shared_ptr<GestureRecognizer>> gestureRecognizers() const;
+    // A gesture has begun apart from any event: the view and those in it are told that their
+    // touches are cancelled.
+    void takeTouches();
     // Whether a recogniser of this view or of one above it may see touches that land here.
     virtual bool admitsGesture(const GestureRecognizer& /*recognizer*/) const { return true; }
 
@@ -232,9 +238,6 @@ protected:
     virtual void didResignFirstResponder() {}
 
 private:
-    friend class AnimationRun;
-    friend class Animator;
-    friend class ShapeLayer;
     friend class Window;
 
     bool isShown() const;
@@ -255,7 +258,7 @@ private:
     void change(std::initializer_list<ViewProperty> properties, Change make);
     void setPlace(gfx::Point center, const gfx::Rect& bounds);
     void moveSubview(View& view, std::size_t index);
-    void setWindow(Window* window);
+    void setWindow(ViewWindow* window);
     void collect(std::vector<std::shared_ptr<View>>& subtree);
 
     // ---- animation (ViewAnimation.cpp)
@@ -267,13 +270,15 @@ private:
     void settleMotion();
     ViewMotion& motion();
     void animationsChanged();
-    // The time to show; false when nothing moves any more.
-    bool advanceMotion(Time time);
+    bool advanceMotion(Time time) override;
+    void layerAnimationsChanged() override { animationsChanged(); }
     void stopMotion();
 
     // ---- decoration (ViewDecoration.cpp)
     ViewDecoration& decoration();
     void adopt(ShapeLayer& layer);
+    void releaseLayer(ShapeLayer& layer) override;
+    void layerDamaged(const ShapeLayer& layer) override;
     std::vector<std::shared_ptr<ShapeLayer>> ownedLayers() const;
 
     // ---- painting (ViewDrawing.cpp)
@@ -287,7 +292,7 @@ private:
 
     std::vector<std::shared_ptr<View>> _subviews;
     View* _superview = nullptr;
-    Window* _window = nullptr;
+    ViewWindow* _window = nullptr;
     // Final values.
     ViewLook _look;
     // Null while nothing animates.
@@ -303,7 +308,7 @@ private:
     bool _multipleTouchEnabled = false;
     bool _fillsSuperview = false;
     Accessibility _accessibility;
-    std::vector<std::shared_ptr<GestureRecognizer>> _recognizers;
+    std::vector<std::shared_ptr<ViewGesture>> _recognizers;
 };
 
 }  // namespace kalim::ui

@@ -7,7 +7,6 @@
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewDecoration.h"
 #include "kalimkit/ui/view/ViewMotion.h"
-#include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
 
@@ -23,11 +22,11 @@ Time now() {
 
 void View::animate(const AnimationOptions& options, const std::function<void()>& changes,
                    std::function<void(bool finished)> completion) {
-    Environment::current().animator().animate(options, changes, std::move(completion));
+    Animator::current().animate(options, changes, std::move(completion));
 }
 
 void View::performWithoutAnimation(const std::function<void()>& changes) {
-    Environment::current().animator().performWithoutAnimation(changes);
+    Animator::current().performWithoutAnimation(changes);
 }
 
 // Before the properties are set: those of an animation go on from what is shown now, others are set
@@ -35,8 +34,7 @@ void View::performWithoutAnimation(const std::function<void()>& changes) {
 void View::startMotion(std::initializer_list<ViewProperty> properties) {
     if (!_window) return;
     if (_motion) _motion->advance(now(), _look);
-    const auto run =
-        Environment::hasCurrent() ? Environment::current().animator().currentRun() : nullptr;
+    const auto run = Environment::hasCurrent() ? Animator::current().currentRun() : nullptr;
     for (const ViewProperty property : properties) {
         if (run) {
             motion().start(property, run);
@@ -45,7 +43,7 @@ void View::startMotion(std::initializer_list<ViewProperty> properties) {
             _motion->drop(property);
         }
     }
-    if (run) Environment::current().animator().add(shared_from_this());
+    if (run) Animator::current().add(shared_from_this());
 }
 
 // After the properties have been set.
@@ -77,7 +75,7 @@ bool View::advanceMotion(Time time) {
 
 // A keyed animation of the view or of one of its shape layers may have begun.
 void View::animationsChanged() {
-    if (_window && isAnimating()) Environment::current().animator().add(shared_from_this());
+    if (_window && isAnimating()) Animator::current().add(shared_from_this());
 }
 
 // The view leaves its window: what is on its way is there at once.
@@ -128,7 +126,7 @@ bool View::isAnimating() const {
         return true;
     }
     return std::ranges::any_of(
-        ownedLayers(), [](const auto& layer) { return layer->_animations.isRunning(now()); });
+        ownedLayers(), [](const auto& layer) { return layer->isAnimating(); });
 }
 
 // ---- keyed animations

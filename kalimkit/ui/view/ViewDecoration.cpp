@@ -49,7 +49,7 @@ void View::setMask(std::shared_ptr<ShapeLayer> mask) {
     if (mask) adopt(*mask);
     if (const auto before = std::exchange(decoration().mask, std::move(mask))) {
         before->leaveScreen();
-        before->_owner = nullptr;
+        before->setOwner(nullptr);
     }
     damageExtent();
     animationsChanged();
@@ -73,7 +73,7 @@ void View::removeShapeLayer(const ShapeLayer& layer) {
     removed->damage();
     layers.erase(found);
     removed->leaveScreen();
-    removed->_owner = nullptr;
+    removed->setOwner(nullptr);
 }
 
 const std::vector<std::shared_ptr<ShapeLayer>>& View::shapeLayers() const {
@@ -83,11 +83,19 @@ const std::vector<std::shared_ptr<ShapeLayer>>& View::shapeLayers() const {
 
 // Takes the layer out of the view that it was in.
 void View::adopt(ShapeLayer& layer) {
-    if (View* const before = layer._owner) {
-        before->removeShapeLayer(layer);
-        if (before->mask().get() == &layer) before->setMask(nullptr);
-    }
-    layer._owner = this;
+    if (LayerOwner* const before = layer.owner()) before->releaseLayer(layer);
+    layer.setOwner(this);
+}
+
+void View::releaseLayer(ShapeLayer& layer) {
+    removeShapeLayer(layer);
+    if (mask().get() == &layer) setMask(nullptr);
+}
+
+// A mask cuts the whole view, so all of that changes with it.
+void View::layerDamaged(const ShapeLayer& layer) {
+    if (mask().get() == &layer) return damageExtent();
+    damage(layer.extent());
 }
 
 // The shape layers and the mask.

@@ -1,8 +1,9 @@
 #include "kalimkit/gfx/GraphicsState.h"
 #include "kalimkit/gfx/RoundedRect.h"
+#include "kalimkit/ui/motion/ShapeLayer.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewDecoration.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/ui/view/ViewWindow.h"
 
 namespace kalim::ui {
 

@@ -10,6 +10,7 @@
 #include "kalimkit/ui/view/Damage.h"
 #include "kalimkit/ui/view/Touch.h"
 #include "kalimkit/ui/view/View.h"
+#include "kalimkit/ui/view/ViewWindow.h"
 
 namespace kalim::ui {
 
@@ -33,7 +34,7 @@ struct FrameCost {
 // The root of a view tree: turns what a host reports into touches, and damaged views into pixels.
 // The host draws surface() to its screen after display(), and has the run loop's frame handler call
 // display(). Whoever handles a touch may destroy the window; nothing that it calls otherwise may.
-class KALIM_API Window : public Responder {
+class KALIM_API Window : public ViewWindow {
 public:
     // Size in points; the scale is that of the current environment's screen.
     explicit Window(gfx::Size size);
@@ -41,6 +42,7 @@ public:
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
+    Window* window() override { return this; }
     const std::shared_ptr<View>& rootView() const { return _root; }
     gfx::Size size() const { return _size; }
     // Whose view fills the window, under what else is in the root view; null, as at first, for
@@ -63,8 +65,7 @@ public:
     void fingersCancelled(const std::vector<Finger>& fingers);
     // Those that are down, in the order of landing.
     const std::vector<TouchRef>& activeTouches() const { return _touches; }
-    // Views call it when they go.
-    void cancelTouchesIn(const View& subtree);
+    void cancelTouchesIn(const View& subtree) override;
     // A finger lands in the middle of the view, whatever lies over it, and lifts at once. False,
     // and nothing happens, for a view of no or another window and for one that a finger is on.
     bool tap(View& view);
@@ -72,19 +73,16 @@ public:
     // Fingers that it reports are one event together: marked views are displayed when all have
     // been.
     void perform(const std::function<void()>& work);
-    // A gesture has begun apart from any event: the views in there are told that their touches are
-    // cancelled, and those fingers are kept from them.
-    void takeTouches(const View& subtree);
+    void takeTouches(const View& subtree) override;
 
     // ---- focus
     // The view that gets what is typed; null for none. Views take and give it up.
-    std::shared_ptr<View> firstResponder() const { return _firstResponder.lock(); }
-    // Views call it when they go or are hidden.
-    void endFocusIn(const View& subtree);
+    std::shared_ptr<View> firstResponder() const override { return _firstResponder.lock(); }
+    void endFocusIn(const View& subtree) override;
 
     // ---- display
     // Rounded out to whole device pixels and cut at the window.
-    void addDamage(const gfx::Rect& windowRect);
+    void addDamage(const gfx::Rect& windowRect) override;
     const Damage& damage() const { return _damage; }
     bool needsDisplay() const { return !_damage.isEmpty() || _needsLayout; }
     // Lays out and draws what is marked; nothing to do leaves the surface alone. What drawing
@@ -104,7 +102,6 @@ public:
     std::vector<gfx::Rect> takeDrawn();
 
 private:
-    friend class View;
     using Touches = std::vector<TouchRef>;
     using Life = std::weak_ptr<Window*>;
 
@@ -121,8 +118,8 @@ private:
     void send(View& view, TouchPhase phase, const Touches& changed, const Touches& all);
     static void finishEvent(const Life& life);
 
-    void setFirstResponder(const std::shared_ptr<View>& view);
-    void requestLayout();
+    void setFirstResponder(const std::shared_ptr<View>& view) override;
+    void requestLayout() override;
     void layout();
     bool prepareSurface();
     void draw(const gfx::Rect& rect);

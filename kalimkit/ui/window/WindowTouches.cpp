@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/gesture/GestureRecognizer.h"
 #include "kalimkit/ui/window/Window.h"
 
 // A touch goes from the host to its view in three steps: every recogniser of the view and of its

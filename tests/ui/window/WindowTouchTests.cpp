@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/ui/gesture/GestureRecognizer.h"
 #include "tests/support/Finger.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"
