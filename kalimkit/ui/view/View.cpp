@@ -91,6 +91,7 @@ void View::insertSubview(std::shared_ptr<View> view, std::size_t index) {
     added->_superview = this;
     setNeedsLayout();
     added->setWindow(_window);
+    added->forgetExtent();
     added->damageExtent();
 }
 
@@ -104,6 +105,7 @@ void View::removeFromSuperview() {
     damageExtent();
     View& parent = *std::exchange(_superview, nullptr);
     std::erase(parent._subviews, alive);
+    parent.forgetExtent();
     parent.setNeedsLayout();
     setWindow(nullptr);
 }

@@ -246,12 +246,14 @@ private:
     gfx::Rect withShadow(const gfx::Rect& rect) const;
     gfx::Rect withCasters(const gfx::Rect& rect) const;
     void damage(gfx::Rect rect);
-    void damageExtent() { damage(contentExtent()); }
+    void damageExtent();
+    void forgetExtent();
     // Makes a change that shows, with the damage before and after it.
     template <typename Change>
     void change(Change make) {
         damageExtent();
         make();
+        forgetExtent();
         damageExtent();
     }
     template <typename Change>
@@ -299,6 +301,9 @@ private:
     std::unique_ptr<ViewMotion> _motion;
     // Null without any.
     std::unique_ptr<ViewDecoration> _decoration;
+    // What contentExtent() has found, while nothing in the subtree changes it. Nothing where a
+    // shadow below the view is measured, which what lies above the view has a part in.
+    mutable std::optional<gfx::Rect> _contentExtent;
     bool _hidden = false;
     bool _clipsToBounds = false;
     bool _needsLayout = true;

@@ -48,8 +48,10 @@ void View::startMotion(std::initializer_list<ViewProperty> properties) {
 
 // After the properties have been set.
 void View::settleMotion() {
-    if (_motion) _motion->advance(now(), _look);
-    if (_motion && !_motion->hasProperties() && _motion->animations().isEmpty()) _motion = nullptr;
+    if (!_motion) return;
+    _motion->advance(now(), _look);
+    forgetExtent();
+    if (!_motion->hasProperties() && _motion->animations().isEmpty()) _motion = nullptr;
 }
 
 ViewMotion& View::motion() {

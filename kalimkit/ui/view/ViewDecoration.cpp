@@ -35,9 +35,7 @@ void View::setShadow(const std::optional<gfx::Shadow>& shadow) {
                     std::isfinite(shadow->blur))) {
         return;
     }
-    damageExtent();
-    decoration().shadow = shadow;
-    damageExtent();
+    change([&] { decoration().shadow = shadow; });
 }
 
 std::shared_ptr<ShapeLayer> View::mask() const {
@@ -72,6 +70,7 @@ void View::removeShapeLayer(const ShapeLayer& layer) {
     const auto removed = *found;
     removed->damage();
     layers.erase(found);
+    forgetExtent();
     removed->leaveScreen();
     removed->setOwner(nullptr);
 }
@@ -95,6 +94,7 @@ void View::releaseLayer(ShapeLayer& layer) {
 // A mask cuts the whole view, so all of that changes with it.
 void View::layerDamaged(const ShapeLayer& layer) {
     if (mask().get() == &layer) return damageExtent();
+    forgetExtent();
     damage(layer.extent());
 }
 

@@ -47,17 +47,34 @@ gfx::Rect View::extent() const {
 }
 
 gfx::Rect View::contentExtent() const {
+    if (_contentExtent) return *_contentExtent;
     gfx::Rect all = shown().place.bounds;
-    if (_clipsToBounds) return all;
+    if (_clipsToBounds) return *(_contentExtent = all);
+    bool isLasting = true;
     const auto include = [&all](const gfx::Rect& place) {
         if (!place.isEmpty()) all = all.isEmpty() ? place : all.unionWith(place);
     };
     for (const auto& layer : shapeLayers())
         include(layer->extent());
     for (const auto& subview : _subviews) {
-        if (subview->isShown()) include(subview->shownToSuperview().apply(subview->extent()));
+        if (!subview->isShown()) continue;
+        include(subview->shownToSuperview().apply(subview->extent()));
+        isLasting = isLasting && subview->_contentExtent && !subview->shadow();
     }
+    if (isLasting) _contentExtent = all;
     return all;
+}
+
+// What this view shows has another extent from now on, or counts otherwise in those above it. Where
+// one of these has forgotten its own, so have all above that which it matters to.
+void View::forgetExtent() {
+    _contentExtent.reset();
+    for (View* view = _superview; view && view->_contentExtent; view = view->_superview)
+        view->_contentExtent.reset();
+}
+
+void View::damageExtent() {
+    if (_window && isShown()) damage(contentExtent());
 }
 
 // The rectangle with the shadow of what is in it. Shadows are measured in the window's points.
