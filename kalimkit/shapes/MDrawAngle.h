@@ -16,7 +16,7 @@ public:
     // Adds a vertex unless it lies on the first one. Does nothing once finished.
     void drawUp(gfx::Point p) override;
     void drawContent(gfx::Context& context) override;
-    // Degrees from 0 to 360, without a unit; empty with fewer than three vertices.
+    // Tells degrees from 0 to 360, without a unit; empty with fewer than three vertices.
     std::string measureText() const override;
 
 protected:

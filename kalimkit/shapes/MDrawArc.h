@@ -18,7 +18,7 @@ public:
     // The line is 3 points wide, whatever lineWidth says.
     void drawContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;
-    // The curve's length and its ends' distance; empty with fewer than three vertices.
+    // Tells the curve's length and its ends' distance; empty with fewer than three vertices.
     std::string measureText() const override;
 
 protected:

@@ -33,7 +33,7 @@ public:
 
     // Tail thickness by line width; 0, a pointed tail, for a width that is none of the five pens'.
     double getTailWidth() const;
-    // Half the width of the head's base, canvas points.
+    // Yields half the width of the head's base, in canvas points.
     double getArrowBottomHalfWidth() const;
 
 protected:
@@ -48,7 +48,7 @@ private:
     // tool's, and the hit area in that frame, both as last drawn.
     gfx::AffineTransform _transform;
     gfx::Rect _hitRect;
-    // Already applied during the current rotation gesture, radians.
+    // The current rotation gesture has applied this much already, in radians.
     double _preRotateAngle = 0;
 };
 

@@ -13,7 +13,7 @@ public:
     static const ToolClass& Class();
     const ToolClass& toolClass() const override { return Class(); }
 
-    // The point as given, not inverted, inside the frame.
+    // Tests the point as given, not inverted, against the frame.
     bool hitTest(gfx::Point p) override;
     void drawContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;

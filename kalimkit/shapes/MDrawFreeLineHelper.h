@@ -42,7 +42,7 @@ public:
     void initProperty();
 
     bool isFreelineDrawing() const { return _freeline != nullptr; }
-    // The present drawing; null when idle.
+    // Yields the present drawing; null when idle.
     const std::shared_ptr<MDrawFreeline>& freeline() const { return _freeline; }
     // False once a further stroke has joined the present drawing.
     bool firstFreelinPart() const { return _firstFreelinPart; }
@@ -58,7 +58,7 @@ public:
 
 private:
     MDrawFreeLineHelper() = default;
-    // One step of the fade.
+    // Does one step of the fade.
     void displayLink();
     void finalizeFreeline();
     void complete();

@@ -11,7 +11,7 @@ namespace kalim {
 namespace {
 
 constexpr std::size_t minimumPoints = 5;
-// Points of the screen.
+// The margin is points of the screen.
 constexpr double hitMargin = 8;
 // Boxes are kept in single precision; middles that differ by less are the same.
 constexpr double pivotTolerance = 0.01;
@@ -65,7 +65,7 @@ bool MDrawFreeline::isDrawVaild() const {
     return _strokes.pointCount() > (rules().forgiving ? 0 : minimumPoints);
 }
 
-// For hit tests and scaling.
+// Hit tests and scaling need this many.
 bool MDrawFreeline::hasEnoughPoints() const {
     return _strokes.pointCount() >= (rules().forgiving ? 1 : minimumPoints);
 }
@@ -144,7 +144,7 @@ void MDrawFreeline::scaleTo(gfx::Point finger) {
     const gfx::Point center = centerPoint();
     if (!hasEnoughPoints() || finger == preScalePoint()) return;
     if (finger.x < center.x || finger.y < center.y) return;
-    // Single precision on purpose.
+    // Single precision is meant.
     const float from = static_cast<float>(QVPointDistance(preScalePoint(), center));
     const float to = static_cast<float>(QVPointDistance(finger, center));
     // Strokes that lie at one place have no size to scale.

@@ -23,7 +23,7 @@ public:
     void drawMove(gfx::Point p) override;
     // MDrawFreeLineHelper finalizes, not the touch-up.
     void drawUp(gfx::Point p) override;
-    // A point of a stroke, in the tool's unrotated frame.
+    // Takes a point of a stroke, in the tool's unrotated frame.
     void addNewPoint(gfx::Point p);
     // True: the next point starts a stroke.
     bool needNewLine() const { return _needNewLine; }
@@ -31,12 +31,12 @@ public:
     // More than 5 points in all. Under forgiving rules every point is ink: one will do.
     bool isDrawVaild() const override;
 
-    // The bounding box of the points, without the line's width.
+    // Bounds the points, without the line's width.
     gfx::Rect frame() const override;
     // Puts the two points at the box's corners. A turned drawing stays where it is seen, although
     // it is turned about another middle from now on.
     void rebuildBoundBox();
-    // The points of all strokes, one list.
+    // Lists the points of all strokes one after the other.
     std::vector<gfx::Point> allPoints() const;
     // Replaces every point, in order.
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
@@ -65,14 +65,14 @@ public:
 
     // Under forgiving rules strokes are drawn up to their last point.
     void setRules(const ToolRules& rules) override;
-    // Always an outline.
+    // Freehand is always an outline.
     void setDrawType(std::uint64_t) override { _drawType = 0; }
     // Also sets the mask's alpha back to Freeline_default_alpha.
     void setColor(gfx::ColorRef color) override;
     void setMaskColorByAlpha(double alpha);
     void setLineWidth(double width) override;
     void setSelected(bool selected) override;
-    // The gaps between strokes count as segments, deliberately.
+    // The gaps between strokes count as segments, and are meant to.
     std::string measureText() const override;
 
 protected:

@@ -5,7 +5,7 @@
 
 namespace kalim {
 
-// A straight stroked segment, and the base of every shape of two points.
+// Draws a straight stroked segment, and is the base of every shape of two points.
 class KALIM_API MDrawLine : public MDrawTool {
 public:
     static std::shared_ptr<MDrawLine> initWithStartPoint(gfx::Point start);
@@ -16,7 +16,7 @@ public:
     void drawMove(gfx::Point p) override;
     // Does nothing once finalized, so that a line keeps the end of its last move.
     void drawUp(gfx::Point p) override;
-    // Longer than 5 points.
+    // A valid line is longer than 5 points.
     bool isDrawVaild() const override;
     using MDrawTool::finalize;
     void finalize() override;

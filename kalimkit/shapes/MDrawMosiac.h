@@ -28,7 +28,7 @@ public:
     // A patch that nobody has let go of would show what it is to hide.
     void settle() override;
 
-    // Under forgiving rules anywhere on the patch, and up to five points beside it.
+    // Under forgiving rules the patch is hit anywhere, and up to five points beside it.
     bool hitTest(gfx::Point p) override;
     bool hitOnHandle(gfx::Point p) override;
     bool testHitOnHandle(gfx::Point p) override;
@@ -51,7 +51,7 @@ public:
     // Keeps the look of the preview, whatever the colour.
     void setColor(gfx::ColorRef color) override;
     void setLineWidth(double width) override;
-    // A ready piece of pixelated picture, drawn instead of the fill; null for none.
+    // A ready piece of pixelated picture is drawn instead of the fill; null stands for none.
     const gfx::ImageRef& masciImage() const { return _masciImage; }
     void setMasciImage(gfx::ImageRef image) { _masciImage = std::move(image); }
 

@@ -62,7 +62,7 @@ gfx::Rect MDrawPolyline::frame() const {
         low = {std::min(low.x, point.x), std::min(low.y, point.y)};
         high = {std::max(high.x, point.x), std::max(high.y, point.y)};
     }
-    // Deliberately narrowed.
+    // The narrowing is meant.
     const float width = static_cast<float>(high.x - low.x);
     const float height = static_cast<float>(high.y - low.y);
     return {low.x, low.y, width, height};
@@ -138,7 +138,7 @@ void MDrawPolyline::setFeature(const FeatureRef& feature) {
 
 std::string MDrawPolyline::measureText() const {
     const std::string length = measureValue(unitConvertIsSquare(lengthOfVertices(_points), false));
-    // Truncated on purpose.
+    // The truncation is meant.
     const double area = std::abs(std::trunc(signedAreaOfVertices(_points)));
     return measureLabel("Length") + ": " + length + " " + unit() + "\n" + measureLabel("Area") +
            ": " + measureValue(unitConvertIsSquare(area, true)) + " sq" + unit();

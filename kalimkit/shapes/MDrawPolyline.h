@@ -29,7 +29,7 @@ public:
     // Each point as if a finger had lifted there.
     void drawThrough(std::span<const gfx::Point> points) override;
 
-    // The bounding box of the vertices, its size in single precision.
+    // Bounds the vertices; its size has single precision.
     gfx::Rect frame() const override;
     bool hitOnHandle(gfx::Point p) override;
     bool testHitOnHandle(gfx::Point p) override;
@@ -68,7 +68,7 @@ protected:
     bool _closePath = true;
 
 private:
-    // Beside the indexes of vertices.
+    // These stand beside the indexes of vertices.
     enum : std::int32_t { AllVertices = -2, NoVertex = -1 };
 
     // What lies under a point.

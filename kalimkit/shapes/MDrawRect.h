@@ -7,8 +7,8 @@
 
 namespace kalim {
 
-// A rectangle spanned by the two points: outlined (drawType 0 and 2) or filled (1), with a handle
-// at each corner. The base of every box-shaped tool.
+// A rectangle spanned by the two points is outlined (drawType 0 and 2) or filled (1) and has a
+// handle at each corner. Every box-shaped tool derives from it.
 class KALIM_API MDrawRect : public MDrawLine {
 public:
     static std::shared_ptr<MDrawRect> initWithStartPoint(gfx::Point start);
@@ -19,7 +19,7 @@ public:
     void drawDown(gfx::Point) override {}
     // Finalizes whether the box is valid or not, unlike a line.
     void drawUp(gfx::Point p) override;
-    // At least 20 points from corner to corner.
+    // A valid box has at least 20 points from corner to corner.
     bool isDrawVaild() const override;
     // Also keeps both sides at least three points longer than the line is wide.
     void limitValidFeatrue() override;
@@ -35,7 +35,7 @@ public:
 
     using MDrawTool::drawType;
     void setDrawType(std::uint64_t drawType) override { _drawType = drawType; }
-    // The corner radius, points; not clamped to the box.
+    // The corner radius is points and not clamped to the box.
     std::int32_t rectArcRadius() const { return _rectArcRadius; }
     void setRectArcRadius(std::int32_t radius) { _rectArcRadius = radius; }
     // Kept here for the shapes that fill with a mask; the rectangle itself does not use it.

@@ -91,10 +91,10 @@ public:
     // Reduces the font size until the text fits the box, in at most ten steps for the height and
     // for the width, and tells where it is to be drawn. The size stays reduced.
     gfx::Rect reSetFont(const std::string& text);
-    // Of the text broken in the present box; whole points.
+    // Measures the text broken in the present box, in whole points.
     gfx::Size measureCoreTextSize(const std::string& text) const;
     static gfx::Size measureFrame(const gfx::TextLayout& layout);
-    // Typographic width; ascent, descent and leading.
+    // Yields the typographic width, and as height the ascent, descent and leading.
     static gfx::Size getCTLineSize(const gfx::TextLine& line);
     gfx::Font getTextFont() const;
 
@@ -104,7 +104,7 @@ public:
 
     // ---- the canvas
     double getCurrentCtxScale() const;
-    // The frame when unanswered.
+    // An unanswered question yields the frame.
     gfx::Rect getCurrentCtxRect() const;
     gfx::AffineTransform getCurrentContextTransform() const;
     gfx::Color getMaskColor() const;

@@ -33,16 +33,16 @@ public:
     virtual std::optional<gfx::Rect> drawTextAskForCurrentCtxRect(const MDrawText& /*text*/) {
         return std::nullopt;
     }
-    // View points per tool point; 1 when unanswered.
+    // Tells view points per tool point; unanswered it is 1.
     virtual std::optional<double> drawTextAskForCurrentCtxScale(const MDrawText& /*text*/) {
         return std::nullopt;
     }
-    // Tool points to view points, the scale included; the identity when unanswered.
+    // Carries tool points to view points, the scale included; unanswered it is the identity.
     virtual std::optional<gfx::AffineTransform> drawTextAskForCurrentCtxTransform(
         const MDrawText& /*text*/) {
         return std::nullopt;
     }
-    // Radians.
+    // Answers in radians.
     virtual std::optional<double> drawTextAskForCurrentCtxRotateAngle(const MDrawText& /*text*/) {
         return std::nullopt;
     }

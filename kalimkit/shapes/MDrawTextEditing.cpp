@@ -10,7 +10,7 @@ namespace kalim {
 
 namespace {
 
-// View points at a scale of 1, for a text view without text.
+// A text view without text is this large, in view points at a scale of 1.
 constexpr gfx::Size emptySize{100, 33};
 // From the text to the right edge of a box that is only as wide as its text.
 constexpr double boxMargin = 10;
@@ -214,7 +214,7 @@ void MDrawText::updateTextViewSuitableFrame() {
     const gfx::Size fitted = _textView->sizeThatFits({fittingWidth, most.height});
     const double shrink = std::min(getCurrentCtxScale(), 1.0);
     const double oldHeight = frame.size.height;
-    // Single precision, deliberately.
+    // Single precision is meant.
     frame.size.height = static_cast<float>(std::max(fitted.height, getMinTextViewHeight()));
     frame.size.width = hadText
                            ? std::max(frame.size.width, fitted.width)

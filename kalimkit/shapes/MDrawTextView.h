@@ -24,7 +24,7 @@ public:
     void setDrawTextMaskColor(gfx::ColorRef color) { _drawTextMaskColor = std::move(color); }
     double drawLineWidth() const { return _drawLineWidth; }
     void setDrawLineWidth(double width) { _drawLineWidth = width; }
-    // Points of the view.
+    // Sizes are points of the view.
     double fontSize() const { return _fontSize; }
     void setFontSize(double size) { _fontSize = size; }
 

@@ -23,7 +23,7 @@ struct Hue {
 constexpr Hue hues[] = {{15, "红色"},  {45, "橙色"},  {70, "黄色"},  {165, "绿色"},
                         {255, "蓝色"}, {290, "紫色"}, {340, "粉色"}, {360, "红色"}};
 
-// Degrees from red by way of green and blue.
+// Counts degrees from red by way of green and blue.
 double hueOf(const gfx::Color& color, double highest, double range) {
     double sixths = 0;
     if (color.red == highest) {

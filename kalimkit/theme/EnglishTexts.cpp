@@ -78,7 +78,7 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"{}，右下", "{}, bottom right"},
 };
 
-// Of pens and their sizes; empty for other texts.
+// Translates pens and their sizes; answers with an empty text for any other.
 std::string_view englishOfPens(std::string_view text) {
     for (const Pen& pen : pens()) {
         if (pen.text == text) return pen.english;
@@ -99,7 +99,7 @@ std::string englishOfTools(std::string_view text) {
     return std::string(gap) + " " + word;
 }
 
-// Of a locale such as "zh_CN.UTF-8".
+// Takes the language out of a locale such as "zh_CN.UTF-8".
 std::string_view languageOf(std::string_view locale) {
     return locale.substr(0, locale.find_first_of("_-.@"));
 }

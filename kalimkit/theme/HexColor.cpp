@@ -40,7 +40,7 @@ Characters trimmed(Characters characters) {
     return characters;
 }
 
-// The digit's value, or nothing below 0.
+// Yields the digit's value, below 0 for none.
 int digit(char32_t c) {
     if (c >= U'0' && c <= U'9') return static_cast<int>(c - U'0');
     if (c >= U'A' && c <= U'F') return static_cast<int>(c - U'A') + 10;

@@ -24,13 +24,13 @@ enum IconStep : std::int16_t {
 
 struct Icon {
     std::string_view name;
-    // Points.
+    // Width and height are points.
     std::int16_t width;
     std::int16_t height;
     std::span<const std::int16_t> steps;
 };
 
-// All icons, by name. Written by cmake/icons.cmake from kalimkit/resources.
+// Lists all icons by name. cmake/icons.cmake writes it from kalimkit/resources.
 std::span<const Icon> frameworkIcons();
 
 }  // namespace kalim

@@ -18,7 +18,7 @@ public:
     gfx::ImageRef iconImage(const Icon& icon, double scale);
     gfx::ImageRef highlightBackground();
 
-    // Null for a picture of another origin.
+    // Answers with null for a picture of another origin.
     const Icon* iconShownBy(const gfx::ImageRef& image) const;
     // Remembers that the copy shows the icon, if any, that the original shows.
     void noteCopy(const gfx::ImageRef& copy, const gfx::ImageRef& original);

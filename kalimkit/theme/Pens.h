@@ -9,7 +9,7 @@
 
 namespace kalim {
 
-// Those pens that code speaks of, by their numbers.
+// Code speaks of these pens by their numbers.
 enum EditorPen : unsigned {
     EditorPenMosaic = 0,
     EditorPenText = 1,
@@ -29,7 +29,7 @@ struct Pen {
     std::string_view name = {};
     // The key that takes it; 0 for none.
     char key = 0;
-    // Of its icons: icon_tool_NAME in the picker, icon_pen_NAME_SIZE on the pen button.
+    // Its icons are icon_tool_NAME in the picker and icon_pen_NAME_SIZE on the pen button.
     std::string_view icon;
     // What it is called for those who do not see it; hosts may have the text in their language.
     std::string_view text;
@@ -55,11 +55,11 @@ KALIM_API const Pen* penOfShape(unsigned shape);
 
 // A width of pens; its number is its place among them, from thin to thick.
 struct PenSize {
-    // Points.
+    // The width is points.
     int lineWidth;
     // The width of a selected tool that is shown as this size.
     double shownFor;
-    // Of its icons.
+    // Its icons end so.
     std::string_view icon;
     std::string_view text;
     std::string_view english;

@@ -14,18 +14,18 @@ class KALIM_API TesselConfig {
 public:
     static std::shared_ptr<TesselConfig> create() { return std::make_shared<TesselConfig>(); }
 
-    // 0 colour, 1 size, 2 pen, 3 shape.
+    // The type is 0 colour, 1 size, 2 pen, 3 shape.
     unsigned type() const { return _type; }
     void setType(unsigned type) { _type = type; }
     const gfx::ColorRef& color() const { return _color; }
     void setColor(gfx::ColorRef color) { _color = std::move(color); }
-    // 0 to 4, thin to thick.
+    // The size goes from 0 to 4, thin to thick.
     unsigned size() const { return _size; }
     void setSize(unsigned size) { _size = size; }
-    // 0 mosaic, 1 text, 2 freehand, 3 rectangle, 4 line, 5 circle, 6 arrow, 8 crop.
+    // The pen is 0 mosaic, 1 text, 2 freehand, 3 rectangle, 4 line, 5 circle, 6 arrow, 8 crop.
     unsigned pen() const { return _pen; }
     void setPen(unsigned pen) { _pen = pen; }
-    // 0 rectangle, 1 circle, 2 line.
+    // The shape is 0 rectangle, 1 circle, 2 line.
     unsigned shape() const { return _shape; }
     void setShape(unsigned shape) { _shape = shape; }
     bool isShowBorder() const { return _isShowBorder; }

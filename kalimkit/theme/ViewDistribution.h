@@ -18,7 +18,7 @@ KALIM_API void distributeSpacingHorizontallyWith(
     ui::View& receiver, const std::vector<std::shared_ptr<ui::View>>& views);
 KALIM_API void distributeSpacingVerticallyWith(ui::View& receiver,
                                                const std::vector<std::shared_ptr<ui::View>>& views);
-// As distributeSpacingHorizontallyWith().
+// Does what distributeSpacingHorizontallyWith() does.
 KALIM_API void averageSpacingHorizontallyWithViews(
     ui::View& receiver, const std::vector<std::shared_ptr<ui::View>>& views);
 

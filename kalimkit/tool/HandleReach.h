@@ -16,7 +16,7 @@ KALIM_API bool isWithinThirdsOfCorner(gfx::Point p, MoveDirection corner, const 
 // Of a segment that ends at the handle and at `other`.
 KALIM_API bool isWithinThirdOfSegment(gfx::Point p, gfx::Point handle, gfx::Point other);
 
-// Of a vertex anywhere in the box of its shape.
+// The vertex may lie anywhere in the box of its shape.
 KALIM_API bool isWithinThirdsOfVertex(gfx::Point p, gfx::Point vertex, const gfx::Rect& box);
 
 }  // namespace kalim

@@ -141,7 +141,7 @@ bool MDrawTool::isPointOnHandle(gfx::Point p, gfx::Point handle) const {
         .contains(p);
 }
 
-// Points of the screen.
+// Answers in points of the screen.
 double MDrawTool::handleSizeOnScreen() const {
     return _lineWidth > 30 ? 16 : 14;
 }
@@ -168,7 +168,8 @@ gfx::Point MDrawTool::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
             _startPoint = oldStart;
             _endPoint = oldEnd;
         } else {
-            // The body, too, steps back by the unrotated delta: deliberately not what moved it.
+            // The body, too, steps back by the unrotated delta, not by what moved it; that is
+            // meant.
             moveByOffsetEndPoint(-delta, to - delta);
         }
         return p1;

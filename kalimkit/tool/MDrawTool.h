@@ -38,7 +38,7 @@ public:
     virtual ~MDrawTool();
     static const ToolClass& Class();
     virtual const ToolClass& toolClass() const { return Class(); }
-    // "Class:Index:n", n counting the tools of that class in this process.
+    // The name reads "Class:Index:n"; n counts the tools of that class in this process.
     const std::string& name() const { return _name; }
     void setName(std::string name) { _name = std::move(name); }
     // Forgets the counters behind the names, for tests.
@@ -65,7 +65,7 @@ public:
     // ---- geometry
     // The unrotated box of the defining points.
     virtual gfx::Rect frame() const;
-    // The frame grown by half the width, then turned: its bounding box.
+    // Grows the frame by half the width, turns it and yields its bounding box.
     virtual gfx::Rect frameIncludeLineWidth() const;
     // Canvas point to the tool's unrotated frame, and back. Both are the identity for tools that
     // are not turned by their drawing context.
@@ -73,7 +73,8 @@ public:
     gfx::Point transformPoint(gfx::Point p) const;
     // centerPoint becomes the frame's centre, preScalePoint its far corner.
     void reCalcCenter();
-    // Points to units, with isSquare square points to square units; unchanged while uncalibrated.
+    // Turns points into units, with isSquare square points into square units; uncalibrated it
+    // changes nothing.
     double unitConvertIsSquare(double value, bool isSquare) const;
 
     // ---- hit testing; canvas points, except where said. Tests may normalise the defining points.
@@ -138,7 +139,7 @@ public:
     using ToolStep = std::function<bool(const ToolRef&)>;
     virtual bool undo(const ToolStep&) { return false; }
     virtual bool redo(const ToolStep&) { return false; }
-    // A group of the same members; null for a single tool.
+    // Makes a group of the same members; a single tool answers with null.
     virtual ToolRef copyOfGroup() const { return nullptr; }
 
     // ---- history
@@ -182,13 +183,13 @@ public:
     // Drawn as a member of a group of several, so without handles of its own.
     bool isMutableTool() const { return _isMutableTool; }
     void setIsMutableTool(bool isMutable) { _isMutableTool = isMutable; }
-    // Radians.
+    // Angles are radians.
     double rotateAngle() const { return _rotateAngle; }
     void setRotateAngle(double angle) { _rotateAngle = angle; }
     // Where the next rotation gesture begins.
     double lastRotateAngle() const { return _lastRotateAngle; }
     void setLastRotateAngle(double angle) { _lastRotateAngle = angle; }
-    // The rotation about the centre as last applied, and its inverse.
+    // These are the rotation about the centre as last applied, and its inverse.
     const gfx::AffineTransform& transform() const { return _transform; }
     const gfx::AffineTransform& mInvertTransform() const { return _mInvertTransform; }
     MoveDirection moveDirection() const { return _moveDirection; }
@@ -199,7 +200,7 @@ public:
     void setPreScalePoint(gfx::Point p) { _preScalePoint = p; }
     double zoomScale() const { return _zoomScale; }
     void setZoomScale(double scale) { _zoomScale = scale; }
-    // Diameter and outline width of a handle, canvas points.
+    // A handle's diameter and the width of its outline are canvas points.
     int handleSize() const { return _handleSize; }
     int handleLineWidthSize() const { return _handleLineWidthSize; }
     double handleViewScale() const { return _handleViewScale; }

@@ -143,7 +143,7 @@ void MUndoManager::cross(const Crossing& crossing) {
     if (_rules.forgiving) {
         _places.putBack(*_tools, crossing.returning);
     } else {
-        // On top, deliberately.
+        // They come back on top, which is meant.
         _tools->insert(_tools->end(), crossing.returning.begin(), crossing.returning.end());
     }
 }

@@ -11,7 +11,7 @@ namespace kalim {
 class KALIM_API MeasurementLabel {
 public:
     virtual ~MeasurementLabel() = default;
-    // In canvas coordinates.
+    // Draws in canvas coordinates.
     virtual void drawContent(gfx::Context& context) = 0;
 };
 

@@ -19,7 +19,7 @@ enum class MoveDirection : unsigned {
     End = 11,
     // A line that is dragged with a group of several: no move of its own answers to it.
     GroupedLine = 12,
-    // Scaling about the tool's centerPoint by its zoomScale.
+    // Scales about the tool's centerPoint by its zoomScale.
     Scale = 13,
 };
 

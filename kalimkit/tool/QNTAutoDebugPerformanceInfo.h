@@ -16,12 +16,12 @@ public:
     // What a memory figure reads when the host cannot tell it.
     static constexpr double unknownMemory = 9223372036854775808.0;
 
-    // Not enabled.
+    // Measures nothing until it is enabled.
     static std::shared_ptr<QNTAutoDebugPerformanceInfo> init();
-    // Enabled.
+    // Is enabled from the beginning.
     static std::shared_ptr<QNTAutoDebugPerformanceInfo> initWithName(std::string name);
 
-    // Resident memory of the process, and free memory of the machine.
+    // Tells the process's resident memory, and the machine's free memory.
     static double usedMemory();
     static double availableMemory();
 

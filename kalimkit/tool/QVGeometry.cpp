@@ -67,7 +67,7 @@ gfx::Size QVMakeScreenCompatibleSize(gfx::Size size) {
 gfx::Path CGPath_ZRCreateCopyByScalingPathAroundCentre(const gfx::Path& path, float factor) {
     const gfx::Point middle = path.boundingBox().center();
     const double scale = static_cast<double>(factor);
-    // Two steps on purpose: about the origin first, then back.
+    // Two steps are meant: about the origin first, then back.
     const auto aboutOrigin =
         gfx::AffineTransform::scaling(scale, scale).translated(-middle.x, -middle.y);
     return path.transformed(aboutOrigin).transformed(gfx::AffineTransform::translation(middle));

@@ -25,7 +25,7 @@ KALIM_API gfx::Point QVMidPoint(gfx::Point p1, gfx::Point p2);
 // -pi/2. Single precision.
 KALIM_API double QVPointAngle(gfx::Point p1, gfx::Point p2);
 
-// Single precision, widened.
+// Computes in single precision and widens the result.
 KALIM_API double QVPointDistance(gfx::Point p1, gfx::Point p2);
 
 // Equal within one point in every coordinate; a difference of exactly one is too much.
@@ -37,7 +37,7 @@ KALIM_API bool QVRectApproximateEqual(const gfx::Rect& r1, const gfx::Rect& r2);
 // pixel per point where there is no environment.
 KALIM_API gfx::Size QVMakeScreenCompatibleSize(gfx::Size size);
 
-// Every point moved to m + (p - m) * factor, m being the centre of the path's tight bounding box.
+// Moves every point to m + (p - m) * factor, m being the centre of the path's tight bounding box.
 KALIM_API gfx::Path CGPath_ZRCreateCopyByScalingPathAroundCentre(const gfx::Path& path,
                                                                  float factor);
 

@@ -74,7 +74,7 @@ struct KALIM_API ToolClass {
     std::shared_ptr<MDrawTool> (*makeWithStartPoint)(gfx::Point start) = nullptr;
     ToolRow row = {};
 
-    // True for the class itself and for everything derived from it.
+    // Holds for the class itself and for everything derived from it.
     bool isKindOf(const ToolClass& other) const {
         for (const ToolClass* current = this; current; current = current->base) {
             if (current == &other) return true;

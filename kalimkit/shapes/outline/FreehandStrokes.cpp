@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t curvesPerChunk = 64;
 
-// Boxes without width or height count, too.
+// Boxes without width or height may meet, too.
 bool meet(const gfx::Rect& a, const gfx::Rect& b) {
     return a.minX() <= b.maxX() && b.minX() <= a.maxX() && a.minY() <= b.maxY() &&
            b.minY() <= a.maxY();
@@ -82,7 +82,7 @@ void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
 }
 
 gfx::Rect FreehandStrokes::frame() const {
-    // Deliberately narrowed.
+    // The narrowing is meant.
     const float width = static_cast<float>(std::abs(_high.x - _low.x));
     const float height = static_cast<float>(std::abs(_high.y - _low.y));
     return {_low.x, _low.y, width, height};

@@ -39,7 +39,7 @@ public:
 
     const Lines& lines() const { return _lines; }
     std::size_t pointCount() const { return _pointCount; }
-    // The bounding box of the points, its size in single precision; zero without points.
+    // Bounds the points; its size has single precision and is zero without points.
     gfx::Rect frame() const;
 
 private:

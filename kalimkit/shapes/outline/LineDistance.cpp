@@ -7,7 +7,7 @@ namespace kalim {
 
 double distanceFromLine(gfx::Point p, gfx::Point a, gfx::Point b) {
     if (a == b) return std::numeric_limits<double>::quiet_NaN();
-    // Single precision on purpose.
+    // Single precision is meant.
     const float normalX = static_cast<float>(a.y - b.y);
     const float normalY = static_cast<float>(b.x - a.x);
     const float offset = static_cast<float>(a.x * b.y - a.y * b.x);

@@ -30,7 +30,7 @@ bool hitsFreehandSegment(gfx::Point p, gfx::Point from, gfx::Point to, double li
                          double margin) {
     // Two equal points yield NaN and so always go on.
     if (tolerance(lineWidth, margin) < distanceFromLine(p, from, to)) return false;
-    // Deliberately truncated to whole points.
+    // The truncation to whole points is meant.
     const double reach = std::trunc(tolerance(lineWidth, margin));
     spread(from.x, to.x, reach);
     spread(from.y, to.y, reach);

@@ -32,7 +32,8 @@ std::optional<SmoothedCurve> StrokeSmoothing::tail() const {
         constexpr gfx::Point speck{0.01, 0};
         return SmoothedCurve{from, from, from + speck, from + speck};
     }
-    // A straight line, a quadratic curve written as a cubic, or a cubic.
+    // By their number the points make a straight line, a quadratic curve written as a cubic, or a
+    // cubic.
     if (_count == 2) return SmoothedCurve{from, from, to, to};
     if (_count == 4) return SmoothedCurve{from, _buffer[1], _buffer[2], to};
     const gfx::Point control = _buffer[1];

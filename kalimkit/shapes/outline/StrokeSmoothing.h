@@ -9,7 +9,7 @@
 
 namespace kalim {
 
-// A piece of a smoothed stroke: one cubic.
+// Holds a piece of a smoothed stroke: one cubic.
 struct KALIM_API SmoothedCurve {
     gfx::Point start;
     gfx::Point control1;
@@ -37,7 +37,7 @@ public:
 
 private:
     std::array<gfx::Point, 5> _buffer;
-    // Of the points in the buffer.
+    // Counts the points in the buffer.
     std::size_t _count = 0;
 };
 
