@@ -12,7 +12,7 @@ namespace kalim::ui {
 
 namespace {
 
-// Points.
+// Lengths are points.
 constexpr double sideInset = 16;
 constexpr double verticalInset = 20;
 constexpr double textGap = 4;
@@ -20,7 +20,7 @@ constexpr double buttonHeight = 44;
 constexpr double panelRadius = 13;
 // That a long message leaves free above and below the panel.
 constexpr double windowInset = 24;
-// The same beside a panel in a narrow window.
+// This much stays beside a panel in a narrow window.
 constexpr double leastSideInset = 8;
 const gfx::Font titleFont{"", 17, true};
 const gfx::Font messageFont{"", 13};

@@ -40,7 +40,7 @@ public:
     bool isDismissed() const { return _isDismissed; }
 
     const Alert& alert() const { return _alert; }
-    // In the order of the alert's.
+    // They stand in the order of the alert's.
     const std::vector<std::shared_ptr<Button>>& buttons() const { return _buttons; }
     const std::shared_ptr<View>& panel() const { return _panel; }
 
@@ -71,7 +71,7 @@ private:
     std::shared_ptr<Label> _message;
     std::vector<std::shared_ptr<Button>> _buttons;
     ButtonChoice _choice;
-    // One for each button: above it, or between it and the one before in a row.
+    // Each button has one: above it, or between it and the one before in a row.
     std::vector<std::shared_ptr<View>> _separators;
 };
 

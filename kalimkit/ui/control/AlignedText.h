@@ -30,7 +30,7 @@ public:
     // Whole points, rounded up, so that a room of this size holds the text.
     gfx::Size size() const;
     const std::vector<std::string>& lines() const { return _lines; }
-    // In the fill colour of the context, in the middle of the rectangle's height.
+    // Draws with the fill colour of the context, in the middle of the rectangle's height.
     void draw(gfx::Context& context, const gfx::Rect& rect, TextAlignment alignment) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     gfx::Font _font;
     gfx::LineMetrics _metrics;
     std::vector<std::string> _lines;
-    // Of the lines.
+    // The lines are this wide.
     std::vector<double> _widths;
 };
 

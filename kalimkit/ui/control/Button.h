@@ -21,7 +21,7 @@ enum class ControlState { Normal, Highlighted, Disabled, Selected };
 // A button that is in several states shows the first of: disabled, highlighted, selected.
 class KALIM_API Button : public Control {
 public:
-    // Points between the picture and the title.
+    // So many points lie between the picture and the title.
     static constexpr double spacing = 8;
 
     static std::shared_ptr<Button> initWithFrame(const gfx::Rect& frame);
@@ -40,7 +40,7 @@ public:
     const std::string& title(ControlState state) const;
     void setTitle(std::string title, ControlState state = ControlState::Normal);
     const std::string& currentTitle() const { return title(currentState()); }
-    // White at first.
+    // The title is white at first.
     const gfx::ColorRef& titleColor(ControlState state) const;
     void setTitleColor(gfx::ColorRef color, ControlState state = ControlState::Normal);
     const gfx::ColorRef& currentTitleColor() const { return titleColor(currentState()); }
@@ -49,7 +49,7 @@ public:
     const gfx::ImageRef& image(ControlState state) const;
     void setImage(gfx::ImageRef image, ControlState state = ControlState::Normal);
     const gfx::ImageRef& currentImage() const { return image(currentState()); }
-    // Stretched over the bounds.
+    // The image is stretched over the bounds.
     const gfx::ImageRef& backgroundImage(ControlState state) const;
     void setBackgroundImage(gfx::ImageRef image, ControlState state = ControlState::Normal);
     const gfx::ImageRef& currentBackgroundImage() const { return backgroundImage(currentState()); }

@@ -19,7 +19,7 @@ enum class ControlEvent { TouchDown, TouchUpInside, TouchUpOutside, TouchCancel,
 class KALIM_API Control : public View {
 public:
     using Action = std::function<void(Control&)>;
-    // Points around the bounds that still count as inside for a finger that landed inside.
+    // So many points around the bounds still count as inside for a finger that landed inside.
     static constexpr double grace = 70;
 
     static std::shared_ptr<Control> initWithFrame(const gfx::Rect& frame);

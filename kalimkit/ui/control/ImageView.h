@@ -19,7 +19,7 @@ KALIM_API gfx::Rect imageRectIn(const gfx::Rect& rect, gfx::Size imageSize, Cont
 class KALIM_API ImageView : public View {
 public:
     static std::shared_ptr<ImageView> initWithFrame(const gfx::Rect& frame);
-    // As large as the image; empty for null.
+    // Makes it as large as the image; empty for null.
     static std::shared_ptr<ImageView> initWithImage(gfx::ImageRef image);
 
     // Null shows none. The frame stays.

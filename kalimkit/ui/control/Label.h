@@ -28,7 +28,7 @@ public:
     // ---- properties
     const std::string& text() const { return _text; }
     void setText(std::string text);
-    // The system font of 17 points at first.
+    // The font is the system's of 17 points at first.
     const gfx::Font& font() const { return _font; }
     void setFont(const gfx::Font& font);
     // Null is clear. Black at first.

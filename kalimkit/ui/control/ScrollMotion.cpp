@@ -47,7 +47,7 @@ double ScrollRange::unbanded(double offset, double viewLength) const {
 ScrollMotion::ScrollMotion(double offset, double velocity, const ScrollRange& range, bool bounces)
     : _start(offset), _velocity(velocity), _end(range.clamped(offset)) {
     if (_end != offset) {
-        // A spring alone, or a jump.
+        // Content beyond the range does not slide: it springs, or jumps.
         if (bounces) startSpring(offset - _end, velocity, _end);
         return;
     }
@@ -56,7 +56,7 @@ ScrollMotion::ScrollMotion(double offset, double velocity, const ScrollRange& ra
     _end = slidAt(_slideTime);
     const double edge = range.clamped(_end);
     if (edge == _end) return;
-    // slidAt() solved for the time.
+    // This solves slidAt() for the time.
     const double left = 1 + (edge - _start) * decay / velocity;
     _slideTime = std::log(left) / decay;
     _end = edge;

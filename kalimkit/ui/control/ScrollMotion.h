@@ -32,7 +32,7 @@ public:
     ScrollMotion() = default;
     ScrollMotion(double offset, double velocity, const ScrollRange& range, bool bounces);
 
-    // The end from the duration on.
+    // Stays at the end from the duration on.
     double offsetAt(double time) const;
     // 0 where nothing moves.
     double duration() const { return _slideTime + _springTime; }

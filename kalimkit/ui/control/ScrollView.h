@@ -89,7 +89,7 @@ public:
 
 protected:
     ScrollView() = default;
-    // Clips to the bounds at first.
+    // A new view clips to its bounds.
     void init(const gfx::Rect& frame) override;
 
 private:
@@ -99,10 +99,10 @@ private:
     struct Glide {
         GlideKind kind = GlideKind::Inertia;
         Time start = 0;
-        // Of inertia.
+        // Inertia uses these.
         ScrollMotion horizontal;
         ScrollMotion vertical;
-        // Of the others.
+        // All other glides use these.
         gfx::Point fromOffset;
         gfx::Point toOffset;
         double fromScale = 1;
@@ -166,7 +166,7 @@ private:
     // How much of what the gestures measure is in those two.
     gfx::Point _takenTranslation;
     double _takenScale = 1;
-    // Of the fingers, from the view's corner.
+    // The middle of the fingers is seen from the view's corner.
     gfx::Point _focus;
     std::optional<Glide> _glide;
     // Runs only while the content glides.

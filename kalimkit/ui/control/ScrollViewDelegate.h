@@ -16,7 +16,7 @@ public:
 
     // The subview that a pinch scales; null where there is nothing to zoom.
     virtual std::shared_ptr<View> viewForZoomingInScrollView(ScrollView& /*view*/) { return {}; }
-    // Every change of the offset, and every change of the scale.
+    // These tell of every change of the offset, and of every change of the scale.
     virtual void scrollViewDidScroll(ScrollView& /*view*/) {}
     virtual void scrollViewDidZoom(ScrollView& /*view*/) {}
 

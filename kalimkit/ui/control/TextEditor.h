@@ -48,7 +48,7 @@ public:
     std::uint64_t revision() const { return _revision; }
     const gfx::TextLayout& layout() const { return _layout; }
     void setFont(const gfx::Font& font) { _layout.setFont(font); }
-    // The limit of a line, points.
+    // The width limits a line, in points.
     void setWidth(double width) { _layout.setLimit({width, gfx::TextLayout::unlimited}); }
 
     // ---- input. Takes the place of the composition or of the selection.
@@ -57,7 +57,7 @@ public:
     // text ends the composition without any text.
     void setMarkedText(std::string_view composed, gfx::TextRange selection);
     void unmark();
-    // Nothing without a composition.
+    // There is none without a composition.
     const std::optional<gfx::TextRange>& markedRange() const { return _marked; }
 
     // ---- deleting: the selection, or without one the unit before or after the caret

@@ -10,7 +10,7 @@ namespace kalim::ui {
 
 namespace {
 
-// Seconds and points between the two touches of a double tap.
+// The two touches of a double tap lie at most so many seconds and points apart.
 constexpr double doubleTapTime = 0.35;
 constexpr double doubleTapDistance = 20;
 // A finger that moves less than this, in points, is not dragging.

@@ -74,7 +74,7 @@ public:
     const gfx::Font& font() const { return _editor->layout().font(); }
     void setFont(const gfx::Font& font);
     gfx::Size inset() const { return _inset; }
-    // Not negative.
+    // No side of it is negative.
     void setInset(gfx::Size inset);
     // Null is clear: the text is not drawn. Black at first.
     const gfx::ColorRef& textColor() const { return _textColor; }
@@ -82,7 +82,7 @@ public:
     // Whether the content follows the caret; on at first. Off, it is back at the top.
     bool isScrollEnabled() const { return _scrollEnabled; }
     void setScrollEnabled(bool enabled);
-    // For the host's keyboard.
+    // The host's keyboard follows it.
     KeyboardAppearance keyboardAppearance() const { return _keyboardAppearance; }
     void setKeyboardAppearance(KeyboardAppearance appearance) { _keyboardAppearance = appearance; }
     // Whether the keyboard's return key is to be disabled while there is no text.

@@ -23,9 +23,9 @@ class PhotoLibrary;
 class TextView;
 class Window;
 
-// Facts of the main screen.
+// Tells facts of the main screen.
 struct Screen {
-    // Device pixels per point.
+    // So many device pixels make a point.
     double scale = 1;
     // The whole screen in device pixels, portrait, whatever the application covers of it.
     gfx::PixelSize nativeSize;
@@ -52,7 +52,7 @@ public:
     virtual gfx::Device& device() = 0;
     virtual Screen screen() const = 0;
     virtual RunLoop& runLoop() = 0;
-    // Seconds since 1970 by the wall clock.
+    // Counts seconds since 1970 by the wall clock.
     virtual double wallClock() const = 0;
 
     // The largest area, in device pixels, that drawn content may grow to; nothing for no limit.
@@ -116,7 +116,7 @@ private:
     bool _prefersReducedMotion = false;
     std::map<std::string, bool> _userDefaults;
     std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
-    // By the class.
+    // They are found by their class.
     std::map<const void*, std::shared_ptr<void>> _attachments;
 };
 

@@ -12,7 +12,7 @@ public:
 
     // Where it will be, also when one that is up changes its height.
     virtual void keyboardWillShow(const gfx::Rect& /*endFrame*/) {}
-    // Of its last size, below the area it covered.
+    // The frame keeps its last size and lies below the area that it covered.
     virtual void keyboardWillHide(const gfx::Rect& /*endFrame*/) {}
 };
 

@@ -13,7 +13,7 @@ namespace kalim::ui {
 
 // Why the photo library did not do what it was asked for.
 struct PhotoLibraryError {
-    // The host's, for the user.
+    // The host words it for the user.
     std::string message;
 
     bool operator==(const PhotoLibraryError&) const = default;

@@ -43,8 +43,8 @@ public:
     bool cancelsTouches() const { return _cancelsTouches; }
     void setCancelsTouches(bool cancels) { _cancelsTouches = cancels; }
     std::shared_ptr<GestureRecognizer> recognizer() override { return shared_from_this(); }
-    // The middle of the gesture's fingers, in the view's coordinates; in window coordinates for
-    // null. Meaningless before the first finger.
+    // Yields the middle of the gesture's fingers, in the view's coordinates; in window coordinates
+    // for null. It means nothing before the first finger.
     gfx::Point locationIn(const View* view) const;
 
     // ---- beside others
@@ -97,7 +97,7 @@ protected:
     void drive(GestureState state);
     // Returns to Possible if the gesture is over and no finger is down.
     void settle();
-    // Window points.
+    // Locations are window points.
     void setLocation(gfx::Point location) { _location = location; }
     // Window points; `touches` must not be empty.
     static gfx::Point middleOf(const std::vector<TouchRef>& touches);

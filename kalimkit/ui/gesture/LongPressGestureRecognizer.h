@@ -11,7 +11,7 @@ namespace kalim::ui {
 // as it moves after that, and ends when it leaves. A second finger before that makes it fail.
 class KALIM_API LongPressGestureRecognizer : public GestureRecognizer {
 public:
-    // Seconds; at least 0.
+    // The duration is seconds, at least 0.
     double minimumPressDuration() const { return _duration; }
     void setMinimumPressDuration(double seconds);
     // Points that the finger may stray before the gesture begins.
@@ -32,9 +32,9 @@ private:
     double _duration = 0.5;
     double _allowableMovement = 10;
     TouchRef _finger;
-    // Window points.
+    // It is in window points.
     gfx::Point _start;
-    // Of the scheduled beginning; 0 for none.
+    // The number of the scheduled beginning; 0 stands for none.
     std::uint64_t _alarm = 0;
 };
 

@@ -18,7 +18,7 @@ Time now() {
     return Environment::current().runLoop().now();
 }
 
-// An offset of window coordinates in those of a view.
+// Turns an offset of window coordinates into one of a view's.
 gfx::Point offsetIn(const View* view, gfx::Point offset) {
     if (!view) return offset;
     return view->convertPointFrom(offset, nullptr) - view->convertPointFrom({}, nullptr);

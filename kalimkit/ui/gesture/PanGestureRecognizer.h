@@ -18,7 +18,7 @@ public:
     static constexpr double slop = 10;
 
     int minimumNumberOfTouches() const { return _minimum; }
-    // At least one.
+    // A pan needs at least one.
     void setMinimumNumberOfTouches(int count);
     int maximumNumberOfTouches() const { return _maximum; }
     void setMaximumNumberOfTouches(int count) { _maximum = count; }
@@ -49,9 +49,9 @@ private:
 
     int _minimum = 1;
     int _maximum = std::numeric_limits<int>::max();
-    // Those that count, in the order of landing.
+    // These fingers count, in the order of landing.
     std::vector<TouchRef> _fingers;
-    // Their middle at the last event, window points.
+    // Their middle at the last event is in window points.
     gfx::Point _middle;
     // Window points: since the gesture began, or since the fingers were enough for it; and since
     // the first finger landed.

@@ -16,7 +16,7 @@ public:
     // Points that the fingers' distance must change before the gesture begins.
     static constexpr double slop = 8;
 
-    // The fingers' distance in terms of that at the beginning; always above 0.
+    // Divides the fingers' distance by that at the beginning; always above 0.
     double scale() const { return _scale; }
     // What the present distance is to stand for; later changes multiply it. A scale that is not a
     // positive number is ignored.
@@ -44,7 +44,7 @@ private:
     double _lastDistance = 1;
     double _setDistance = 1;
     double _setScale = 1;
-    // Of the distance.
+    // It follows the distance.
     VelocityTracker<double> _tracker;
 };
 

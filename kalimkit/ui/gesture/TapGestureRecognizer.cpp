@@ -34,7 +34,7 @@ void TapGestureRecognizer::touchesBegan(const TouchEvent& event,
     const gfx::Point middle = middleOf(active);
     setLocation(middle);
     if (_taps > 0 && distance(middle, _place) > reach) {
-        // The first of other taps.
+        // This one begins other taps.
         _taps = 0;
         concede();
     }

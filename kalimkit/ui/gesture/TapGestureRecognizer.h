@@ -20,11 +20,11 @@ public:
     static constexpr double reach = 44;
 
     int numberOfTapsRequired() const { return _tapsRequired; }
-    // At least one.
+    // A tap needs at least one.
     void setNumberOfTapsRequired(int count);
-    // Fingers that tap together.
+    // So many fingers tap together.
     int numberOfTouchesRequired() const { return _touchesRequired; }
-    // At least one.
+    // A tap needs at least one.
     void setNumberOfTouchesRequired(int count);
 
 protected:
@@ -38,7 +38,7 @@ protected:
 private:
     struct Finger {
         TouchRef touch;
-        // Window points.
+        // It is in window points.
         gfx::Point start;
     };
 
@@ -53,9 +53,9 @@ private:
     // Of the present tap; those that have left stay until it is complete.
     std::vector<Finger> _fingers;
     bool _isLifting = false;
-    // The middle of the first tap, window points.
+    // The middle of the first tap is in window points.
     gfx::Point _place;
-    // Of the scheduled failure; 0 for none.
+    // The number of the scheduled failure; 0 stands for none.
     std::uint64_t _alarm = 0;
 };
 

@@ -13,7 +13,7 @@ protected:
     virtual void fingersFound() = 0;
     // One of the two has moved.
     virtual void fingersMoved() = 0;
-    // From the first to the second finger, window points.
+    // Leads from the first to the second finger, in window points.
     gfx::Point line() const;
 
     void touchesBegan(const TouchEvent& event, const std::vector<TouchRef>& active) override;
@@ -27,7 +27,7 @@ private:
     void lose(GestureState outcome, const std::vector<TouchRef>& active);
     void locate();
 
-    // Both or neither.
+    // Both are there or neither.
     TouchRef _first;
     TouchRef _second;
 };

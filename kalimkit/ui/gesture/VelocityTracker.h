@@ -34,7 +34,7 @@ private:
         Time time;
         Value value;
     };
-    // Seconds.
+    // The span is seconds.
     static constexpr double span = 0.1;
 
     // One sample older than the span is kept, so that there is something to compare with after

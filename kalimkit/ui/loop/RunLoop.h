@@ -46,7 +46,7 @@ public:
     // Runs once, `delay` seconds from now (at once where negative). The returned number, never 0,
     // cancels it.
     std::uint64_t after(double delay, Work work);
-    // The same at a moment of the clock.
+    // Does the same at a moment of the clock.
     std::uint64_t at(Time due, Work work);
     // A number already run or never given is ignored.
     void cancel(std::uint64_t id);

@@ -31,7 +31,7 @@ private:
     void fire();
 
     RunLoop& _loop;
-    // Of the scheduled firing; 0 for none.
+    // The number of the scheduled firing; 0 stands for none.
     std::uint64_t _id = 0;
     Time _start = 0;
     double _interval = 0;

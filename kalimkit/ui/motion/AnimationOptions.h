@@ -11,7 +11,7 @@ struct Spring {
     // 1 does not overshoot, smaller ratios swing more. Ratios outside of 0.05 to 1 count as the
     // nearer of the two.
     double dampingRatio = 1;
-    // In whole distances per second, towards the target.
+    // Counts whole distances per second, towards the target.
     double initialVelocity = 0;
 };
 
@@ -23,7 +23,7 @@ struct AnimationOptions {
     TimingCurve curve = TimingCurve::EaseInOut;
     // Whether the animated views take touches while it runs.
     bool allowsUserInteraction = false;
-    // Used instead of the curve.
+    // A spring takes the place of the curve.
     std::optional<Spring> spring = std::nullopt;
 };
 

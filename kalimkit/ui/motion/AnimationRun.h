@@ -37,7 +37,7 @@ private:
     Time _start;
     std::function<void(bool finished)> _completion;
     std::vector<std::weak_ptr<Animated>> _animated;
-    // Properties.
+    // These count properties.
     int _taken = 0;
     int _lost = 0;
 };

@@ -18,12 +18,12 @@ class Environment;
 class KALIM_API Animator {
 public:
     explicit Animator(Environment& environment);
-    // The one of the environment in force.
+    // Yields that of the environment in force.
     static Animator& current();
 
     Time now() const { return _loop.now(); }
 
-    // As View::animate and View::performWithoutAnimation.
+    // Do what View::animate and View::performWithoutAnimation do.
     void animate(const AnimationOptions& options, const std::function<void()>& changes,
                  std::function<void(bool finished)> completion);
     void performWithoutAnimation(const std::function<void()>& changes);

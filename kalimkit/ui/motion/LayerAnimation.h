@@ -20,7 +20,7 @@ enum class AnimatedProperty {
     LineWidth
 };
 
-// One property's way from a value to another.
+// Leads one property from a value to another.
 struct BasicAnimation {
     AnimatedProperty property = AnimatedProperty::Opacity;
     double from = 0;
@@ -30,7 +30,7 @@ struct BasicAnimation {
     gfx::ColorRef toColor = nullptr;
     // Seconds after the beginning of the round; until then the property is left alone.
     double beginTime = 0;
-    // Seconds of the way there.
+    // The way there takes so many seconds.
     double duration = 0.25;
     TimingCurve curve = TimingCurve::Linear;
     // The way back follows and takes as long again.

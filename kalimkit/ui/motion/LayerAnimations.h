@@ -36,7 +36,7 @@ private:
         std::string key;
         LayerAnimation animation;
         Time start = 0;
-        // Infinite for an endless one.
+        // The end of an endless one is infinite.
         Time end = 0;
     };
 

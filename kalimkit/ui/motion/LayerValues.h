@@ -10,7 +10,7 @@ namespace kalim::ui {
 struct LayerValues {
     double opacity = 1;
     double scale = 1;
-    // Radians.
+    // The rotation is radians.
     double rotation = 0;
     // Nothing where the layer's own value shows.
     std::optional<double> strokeStart;

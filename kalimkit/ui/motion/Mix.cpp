@@ -9,7 +9,7 @@ namespace kalim::ui {
 
 namespace {
 
-// A scale followed by a rotation and a translation.
+// Scales, then rotates and translates.
 struct Turn {
     double scaleX = 1;
     double scaleY = 1;

@@ -75,7 +75,7 @@ void ShapeLayer::leaveScreen() {
 
 // ---- drawing
 
-// About the frame's centre.
+// The layer turns about its frame's centre.
 gfx::AffineTransform ShapeLayer::toOwner() const {
     const gfx::AffineTransform place = gfx::AffineTransform::translation(_frame.origin);
     if (_values.scale == 1 && _values.rotation == 0) return place;

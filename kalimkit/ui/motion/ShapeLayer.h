@@ -36,7 +36,7 @@ public:
 
     // ---- drawing, in the coordinates of its view
     void draw(gfx::Context& context) const;
-    // The path as shown.
+    // Yields the path as it is shown.
     gfx::Path shownOutline() const;
     // All that it shows; empty where nothing is drawn.
     gfx::Rect extent() const;
@@ -56,7 +56,7 @@ public:
     void setFillColor(gfx::ColorRef color);
     const gfx::ColorRef& strokeColor() const { return _strokeColor; }
     void setStrokeColor(gfx::ColorRef color);
-    // Clamped to 0 to 1.
+    // Values beyond 0 to 1 are clamped.
     double opacity() const { return _opacity; }
     void setOpacity(double opacity);
 

@@ -4,7 +4,7 @@ namespace kalim::ui {
 
 namespace {
 
-// One coordinate of the curve from 0 to 1 with these two controls.
+// Yields one coordinate of the curve from 0 to 1 with these two controls.
 double bezier(double t, double control1, double control2) {
     const double u = 1 - t;
     return 3 * u * u * t * control1 + 3 * u * t * t * control2 + t * t * t;

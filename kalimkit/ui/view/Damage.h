@@ -18,7 +18,7 @@ public:
     void add(const gfx::Rect& rect);
     void clear() { _rects.clear(); }
     bool isEmpty() const { return _rects.empty(); }
-    // Disjoint.
+    // No two of them meet.
     const std::vector<gfx::Rect>& rects() const { return _rects; }
 
 private:

@@ -11,7 +11,7 @@ class KALIM_API Responder {
 public:
     virtual ~Responder();
 
-    // Null at the end of the chain.
+    // The end of the chain has null.
     virtual Responder* nextResponder() const { return nullptr; }
 
     // The defaults pass the event on.

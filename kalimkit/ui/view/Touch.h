@@ -22,7 +22,7 @@ public:
 
     std::int64_t id() const { return _id; }
     TouchPhase phase() const { return _phase; }
-    // Of the last event that changed it.
+    // The last event that changed it happened then.
     Time timestamp() const { return _time; }
     // The view that was hit when the finger landed; it gets the whole sequence. Null once gone.
     std::shared_ptr<View> view() const { return _view.lock(); }
@@ -40,7 +40,7 @@ private:
 
     std::int64_t _id;
     TouchPhase _phase = TouchPhase::Began;
-    // Window points.
+    // Both are window points.
     gfx::Point _location;
     gfx::Point _previous;
     Time _time;

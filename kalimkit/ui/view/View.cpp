@@ -28,7 +28,7 @@ bool isFinite(const gfx::AffineTransform& t) {
            isFinite(gfx::Point{t.tx, t.ty});
 }
 
-// With a negative side, the rectangle that its corners span.
+// A rectangle with a negative side becomes the one that its corners span.
 gfx::Rect standardized(const gfx::Rect& rect) {
     // Corners would round the size of what only moves.
     if (rect.size.width >= 0 && rect.size.height >= 0) return rect;

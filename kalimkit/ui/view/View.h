@@ -231,7 +231,7 @@ protected:
     // background colour is painted already.
     virtual void drawRect(gfx::Context& context, const gfx::Rect& dirty);
     virtual void layoutSubviews() {}
-    // After the view or one above it entered or left a window.
+    // Comes after the view or one above it entered or left a window.
     virtual void didMoveToWindow() {}
     virtual void didBecomeFirstResponder() {}
     // The view may still be in the window or not.
@@ -295,11 +295,11 @@ private:
     std::vector<std::shared_ptr<View>> _subviews;
     View* _superview = nullptr;
     ViewWindow* _window = nullptr;
-    // Final values.
+    // Animations lead to these values.
     ViewLook _look;
     // Null while nothing animates.
     std::unique_ptr<ViewMotion> _motion;
-    // Null without any.
+    // A view without any has null.
     std::unique_ptr<ViewDecoration> _decoration;
     // What contentExtent() has found, while nothing in the subtree changes it. Nothing where a
     // shadow below the view is measured, which what lies above the view has a part in.

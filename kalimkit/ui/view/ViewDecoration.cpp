@@ -98,7 +98,7 @@ void View::layerDamaged(const ShapeLayer& layer) {
     damage(layer.extent());
 }
 
-// The shape layers and the mask.
+// The view owns its shape layers and its mask.
 std::vector<std::shared_ptr<ShapeLayer>> View::ownedLayers() const {
     if (!_decoration) return {};
     std::vector<std::shared_ptr<ShapeLayer>> layers = _decoration->layers;

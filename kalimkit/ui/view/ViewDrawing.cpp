@@ -135,7 +135,7 @@ void View::layoutIfNeeded() {
 
 void View::drawRect(gfx::Context& /*context*/, const gfx::Rect& /*dirty*/) {}
 
-// In superview coordinates.
+// `dirty` is in superview coordinates.
 int View::paint(gfx::Context& context, const gfx::Rect& dirty) {
     const gfx::AffineTransform toHere = shownToSuperview();
     if (!isShown() || !toHere.isInvertible()) return 0;

@@ -10,12 +10,12 @@ namespace kalim::ui {
 struct ViewPlace {
     gfx::Point center;
     gfx::Rect bounds;
-    // About the anchor point.
+    // The transform turns and scales about the anchor point.
     gfx::AffineTransform transform;
     // What of the bounds lies at the centre, in terms of their sides.
     gfx::Point anchorPoint{0.5, 0.5};
 
-    // The anchor point of bounds of the view.
+    // Finds the anchor point of bounds of the view.
     gfx::Point anchorIn(const gfx::Rect& rect) const {
         return {rect.origin.x + rect.size.width * anchorPoint.x,
                 rect.origin.y + rect.size.height * anchorPoint.y};

@@ -38,14 +38,14 @@ public:
     bool activate(int id);
 
 private:
-    // The ids of a view and of its elements by their keys.
+    // Keeps the ids of a view and of its elements by their keys.
     struct Known {
         int id = 0;
         std::map<std::uint64_t, int> elements;
     };
     struct Target {
         std::shared_ptr<View> view;
-        // Of an element.
+        // Only an element has one.
         std::optional<std::uint64_t> key;
     };
 

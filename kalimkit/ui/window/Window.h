@@ -19,13 +19,13 @@ class ViewController;
 // A finger as the host reports it.
 struct Finger {
     std::int64_t id = 0;
-    // Window points.
+    // The location is in window points.
     gfx::Point location;
 };
 
-// What one frame cost.
+// Tells what one frame cost.
 struct FrameCost {
-    // Device pixels inside the damaged rectangles.
+    // Counts the device pixels inside the damaged rectangles.
     std::int64_t pixels = 0;
     // How many views drew; one that several rectangles meet counts for each.
     int views = 0;
@@ -130,7 +130,7 @@ private:
     double _scale;
     std::shared_ptr<View> _root;
     std::shared_ptr<ViewController> _controller;
-    // The environment's list of windows, this one among them.
+    // The environment keeps this list of windows, this one among them.
     std::shared_ptr<std::vector<Window*>> _windows;
     Touches _touches;
     std::weak_ptr<View> _firstResponder;
@@ -143,7 +143,7 @@ private:
     std::vector<gfx::Rect> _lastDamage;
     FrameCost _lastCost;
     std::uint64_t _frames = 0;
-    // In pixels, not yet taken by the host.
+    // The host has not yet taken these pixels.
     Damage _drawn;
 };
 

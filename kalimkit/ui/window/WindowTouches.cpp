@@ -56,7 +56,7 @@ Views viewsOf(const Touches& touches) {
     return views;
 }
 
-// The touched views and all above them, each before its superview.
+// Lists the touched views and all above them, each before its superview.
 Views chainsOf(const Touches& touches) {
     Views chains;
     for (const auto& touched : viewsOf(touches)) {
