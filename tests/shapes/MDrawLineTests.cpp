@@ -2,24 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
-#include "kalimkit/shapes/MeasureText.h"
 #include "tests/support/RecordingContext.h"
 
 namespace kalim {
 namespace {
-
-std::shared_ptr<MDrawLine> lineBetween(gfx::Point start, gfx::Point end) {
-    const auto line = MDrawLine::initWithStartPoint(start);
-    line->setEndPoint(end);
-    line->setLineWidth(4);
-    return line;
-}
-
-TEST(MDrawLine, IsValidAboveFivePoints) {
-    EXPECT_FALSE(lineBetween({0, 0}, {3, 4})->isDrawVaild());
-    EXPECT_TRUE(lineBetween({0, 0}, {5.01, 0})->isDrawVaild());
-}
 
 TEST(MDrawLine, KeepsTheEndOfItsLastMoveOnceFinalized) {
     const auto line = MDrawLine::initWithStartPoint({10, 10});
@@ -34,63 +22,6 @@ TEST(MDrawLine, KeepsTheEndOfItsLastMoveOnceFinalized) {
     const auto tooShort = MDrawLine::initWithStartPoint({10, 10});
     tooShort->drawUp({12, 10});
     EXPECT_FALSE(tooShort->finalized());
-}
-
-TEST(MDrawLine, AShortLineIsCorrectedInXOnly) {
-    const auto line = lineBetween({10, 10}, {10, 13});
-    line->limitValidFeatrue();
-    EXPECT_EQ(line->endPoint(), (gfx::Point{16, 13}));
-    const auto justBegun = MDrawLine::initWithStartPoint({10, 10});
-    justBegun->limitValidFeatrue();
-    EXPECT_EQ(justBegun->endPoint(), (gfx::Point{10, 10}));
-}
-
-TEST(MDrawLine, IsHitWithinItsMarginAndNotFarPastItsEnds) {
-    const auto line = lineBetween({100, 100}, {200, 100});
-    // Half the width plus 8.
-    EXPECT_TRUE(line->hitTest({150, 110}));
-    EXPECT_FALSE(line->hitTest({150, 110.1}));
-    EXPECT_TRUE(line->hitTest({208, 100}));
-    EXPECT_FALSE(line->hitTest({208.01, 100}));
-    EXPECT_TRUE(line->hitTest({92, 100}));
-    EXPECT_FALSE(line->hitTest({91.9, 100}));
-}
-
-TEST(MDrawLine, HandlesComeBeforeTheBodyAndTheStartBeforeTheEnd) {
-    const auto line = lineBetween({100, 100}, {110, 100});
-    EXPECT_TRUE(line->hitOnHandle({105, 100}));
-    EXPECT_EQ(line->moveDirection(), MoveDirection::Start);
-    line->setEndPoint({200, 100});
-    EXPECT_TRUE(line->testHitOnHandle({200, 100}));
-    EXPECT_EQ(line->moveDirection(), MoveDirection::Start);
-    EXPECT_TRUE(line->hitOnHandle({200, 100}));
-    EXPECT_EQ(line->moveDirection(), MoveDirection::End);
-    EXPECT_TRUE(line->hitOnHandle({150, 100}));
-    EXPECT_EQ(line->moveDirection(), MoveDirection::Body);
-    EXPECT_FALSE(line->hitOnHandle({150, 150}));
-    EXPECT_EQ(line->moveDirection(), MoveDirection::None);
-}
-
-TEST(MDrawLine, ADragMovesOnlyWhatWasGrabbed) {
-    const auto line = lineBetween({0, 0}, {100, 0});
-    line->setMoveDirection(MoveDirection::End);
-    line->tryMovePointEndPoint({100, 0}, {90, 30});
-    EXPECT_EQ(line->startPoint(), (gfx::Point{0, 0}));
-    EXPECT_EQ(line->endPoint(), (gfx::Point{90, 30}));
-    line->setMoveDirection(MoveDirection::GroupedLine);
-    line->tryMovePointEndPoint({0, 0}, {10, 10});
-    EXPECT_EQ(line->endPoint(), (gfx::Point{90, 30}));
-    line->stopMoveHandle();
-    EXPECT_EQ(line->moveDirection(), MoveDirection::None);
-}
-
-TEST(MDrawLine, MeasuresItsLengthWithASpaceBeforeTheColon) {
-    resetMeasureLabels();
-    const auto line = lineBetween({0, 0}, {60, 80});
-    EXPECT_EQ(line->measureText(), "Length : 100.00 px");
-    line->setCalibration(0.5);
-    line->setUnit("mm");
-    EXPECT_EQ(line->measureText(), "Length : 0.05 mm");
 }
 
 TEST(MDrawFatArrow, TakesItsShapeFromItsLengthAlone) {
@@ -109,10 +40,15 @@ TEST(MDrawFatArrow, TakesItsShapeFromItsLengthAlone) {
     arrow->draw(context);
     // What follows the content keeps its shadow, the handles included.
     EXPECT_NE(context.lines().back().find("shadow=(0,1) blur=3"), std::string::npos);
-    // The frame of a straight arrow has no width, so it is only caught by its handles.
-    EXPECT_FALSE(arrow->hitTest({100, 150}));
-    EXPECT_TRUE(arrow->testHitOnHandle({100, 200}));
-    EXPECT_EQ(arrow->measureText(), "Length : 100.00 px");
+}
+
+TEST(MDrawEllipse, IgnoresMovesThatWouldFlattenIt) {
+    const auto ellipse = MDrawEllipse::initWithStartPoint({50, 50});
+    ellipse->drawMove({90, 52});
+    EXPECT_EQ(ellipse->endPoint(), (gfx::Point{50, 50}));
+    ellipse->drawMove({90, 80});
+    ellipse->drawMove({48, 90});
+    EXPECT_EQ(ellipse->endPoint(), (gfx::Point{90, 80}));
 }
 
 }  // namespace

@@ -96,25 +96,6 @@ TEST(MDrawPolyline, DragsOneVertexOrAllOfThem) {
     EXPECT_EQ(shape->points().front(), (gfx::Point{1, 2}));
 }
 
-TEST(MDrawPolyline, LeavesTheClosingEdgeOutOfItsLengthAndTruncatesItsArea) {
-    struct Case {
-        Points points;
-        const char* text;
-    };
-    const Case cases[] = {
-        {{{0, 0}}, "Length: 0.00 px\nArea: 0.00 sqpx"},
-        {{{0, 0}, {100, 0}, {100, 100}, {0, 100}}, "Length: 300.00 px\nArea: 10000.00 sqpx"},
-        {{{0, 0}, {101, 101}, {101, 0}}, "Length: 243.84 px\nArea: 5100.00 sqpx"},
-        {{{0, 0}, {101, 0}, {101, 101}}, "Length: 202.00 px\nArea: 5100.00 sqpx"},
-    };
-    resetMeasureLabels();
-    for (const Case& c : cases)
-        EXPECT_EQ(shapeOf(c.points)->measureText(), c.text);
-    const auto calibrated = shapeOf({{0, 0}, {101, 0}, {101, 101}});
-    calibrated->setCalibration(2);
-    EXPECT_EQ(calibrated->measureText(), "Length: 404.00 px\nArea: 20400.00 sqpx");
-}
-
 TEST(MDrawAngle, IsFinishedByItsThirdVertexButNotByItsFirst) {
     const auto angle = shapeOf<MDrawAngle>({{0, 0}, {100, 0}});
     angle->drawUp({0, 0});

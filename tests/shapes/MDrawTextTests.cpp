@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "kalimkit/shapes/MDrawComment.h"
 #include "tests/support/RecordingContext.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"
@@ -91,15 +90,6 @@ TEST_F(MDrawTextTest, TheHandleFitsTheFontToTheArea) {
     EXPECT_EQ(text->frame(), gfx::Rect(5, 6, 30, 20));
 }
 
-TEST_F(MDrawTextTest, IsHitFivePointsAroundWhateverItsAngle) {
-    const auto text = textIn({100, 100, 200, 50}, "x", 12);
-    text->setRotateAngle(1.5);
-    EXPECT_TRUE(text->hitTest({95, 95}));
-    EXPECT_FALSE(text->hitTest({94, 100}));
-    EXPECT_FALSE(text->testHitOnHandle({94, 100}));
-    EXPECT_EQ(text->moveDirection(), MoveDirection::None);
-}
-
 TEST_F(MDrawTextTest, ShrinksTheFontUntilTheTextFitsItsBox) {
     const struct {
         double height, expected;
@@ -136,20 +126,6 @@ TEST_F(MDrawTextTest, IsFilledOverItsOutline) {
     text->moveByOffsetEndPoint({5, 5}, {});
     text->draw(context);
     EXPECT_EQ(device->count, 0) << "nothing has to be measured again";
-}
-
-TEST_F(MDrawTextTest, ShowsOneHandleAndACommentEight) {
-    const auto comment = MDrawComment::initWithStartPoint({0, 0});
-    EXPECT_TRUE(comment->toolClass().isKindOf(MDrawText::Class()));
-    const auto text = textIn({0, 0, 100, 40}, "x", 12);
-    const auto handles = [](MDrawText& tool) {
-        test::RecordingContext context;
-        tool.drawContentHandle(context);
-        // Each is filled and stroked.
-        return context.lines().size() / 2;
-    };
-    EXPECT_EQ(handles(*text), 1U);
-    EXPECT_EQ(handles(*comment), 8U);
 }
 
 TEST_F(MDrawTextTest, ASnapshotRestoresTextFontAndBox) {

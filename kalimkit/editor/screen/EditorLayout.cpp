@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kalimkit/editor/screen/EditorTables.h"
+
 namespace kalim {
 
 namespace {
@@ -80,7 +82,10 @@ ui::EdgeInsets EditorLayout::canvasMargin() const {
 
 PickerSpacing pickerSpacing(double viewWidth) {
     const double width = std::min(viewWidth, widestPanel);
-    return {(width - 228) / 7, (width - 76) / 3};
+    const auto gapBetween = [width](double dots) {
+        return (width - dots * rowHeight) / (dots + 1);
+    };
+    return {gapBetween(static_cast<double>(editorPens().size())), gapBetween(2)};
 }
 
 }  // namespace kalim

@@ -54,8 +54,8 @@ constexpr double configViewDistance = 50;
 constexpr double panelSlide = 100;
 
 // The gap between the dots of an open picker, and how far a folded colour or size picker is moved
-// inwards: six dots spread over the view, two of them over its thirds. Wider views than 480 points
-// count as that wide, so that the dots stay within reach of each other.
+// inwards: a dot a pen spread over the view, two of them over its thirds. Wider views than 480
+// points count as that wide, so that the dots stay within reach of each other.
 struct PickerSpacing {
     double padding = 0;
     double offset = 0;

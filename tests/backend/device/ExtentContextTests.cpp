@@ -30,6 +30,25 @@ const Drawing drawings[] = {
          c.lineTo({120, 90});
          c.stroke();
      }},
+    {"a thick line with square ends", 1,
+     [](Context& c) {
+         c.setLineCap(LineCap::Square);
+         c.setLineJoin(LineJoin::Round);
+         c.setLineWidth(20);
+         c.moveTo({50, 50});
+         c.lineTo({90, 90});
+         c.stroke();
+     }},
+    // Its tip reaches nearly ten times as far as the pen: 19 points.
+    {"a sharp corner", 21,
+     [](Context& c) {
+         c.setLineJoin(LineJoin::Miter);
+         c.setLineWidth(4);
+         c.moveTo({60, 100});
+         c.lineTo({120, 100});
+         c.lineTo({60, 112.75});
+         c.stroke();
+     }},
     {"a pen turned and stretched", 4,
      [](Context& c) {
          c.setLineJoin(LineJoin::Round);

@@ -2,7 +2,9 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
+#include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/window/AccessibilityTree.h"
@@ -55,17 +57,22 @@ protected:
     EnglishEditorTest() {
         host.environment().setShowsAlerts(true);
         host.environment().setPrefersReducedMotion(GetParam());
-        for (const char* text : {"关闭",       "发送",     "完成",         "取消",
-                                 "还原",       "继续标注", "放弃修改",     "工具栏",
-                                 "撤销",       "重做",     "编辑",         "删除",
-                                 "画布",       "确定",     "颜色",         "粗细",
-                                 "画笔",       "马赛克",   "文字",         "矩形",
-                                 "圆形",       "箭头",     "裁剪",         "旋转",
-                                 "红色",       "黄色",     "蓝色",         "白色",
-                                 "黑色",       "极细",     "细",           "中等",
-                                 "粗",         "极粗",     "已选中",       "{}箭头",
-                                 "{}文字",     "{}，上方", "：",           "裁剪框",
-                                 "裁剪工具栏", "好",       "无法载入图片", "载入此图片时出错"})
+        std::vector<std::string> texts{"关闭",     "发送",         "完成",
+                                       "取消",     "还原",         "继续标注",
+                                       "放弃修改", "工具栏",       "撤销",
+                                       "重做",     "编辑",         "删除",
+                                       "画布",     "确定",         "颜色",
+                                       "粗细",     "画笔",         "旋转",
+                                       "红色",     "黄色",         "蓝色",
+                                       "白色",     "黑色",         "已选中",
+                                       "{}箭头",   "{}文字",       "{}，上方",
+                                       "：",       "裁剪框",       "裁剪工具栏",
+                                       "好",       "无法载入图片", "载入此图片时出错"};
+        for (const Pen& pen : pens())
+            texts.emplace_back(pen.text);
+        for (const PenSize& size : penSizes())
+            texts.emplace_back(size.text);
+        for (const std::string& text : texts)
             host.environment().setLocalizedString(text, englishText(text));
         host.editor = TesselViewController::initWithSourceImageWithDelegate(host.picture(300, 400),
                                                                             host.owner);
@@ -77,10 +84,10 @@ TEST_P(EnglishEditorTest, EveryControlHasANameInEveryState) {
     // Close, undo, redo, send and the pen.
     expectNamed("fresh", 5);
     activate("Pen");
-    // In place of the pen the check mark; one colour, one width and six pens.
-    expectNamed("panel", 13);
+    // In place of the pen the check mark; one colour, one width and the pens.
+    expectNamed("panel", 7 + editorPens().size());
     activate("Red");
-    expectNamed("colours", 17);
+    expectNamed("colours", 11 + editorPens().size());
     activate("Blue");
     activate("OK");
     host.draw();

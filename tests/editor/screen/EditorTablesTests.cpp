@@ -7,8 +7,8 @@ namespace {
 
 TEST(EditorTables, PensAndSizesAreDeliberatelyNotAllRecognisedBack) {
     // By pen: the tool type that it starts, and the pen that this type is shown as; -1 for none.
-    constexpr int pens[][2] = {{5, -1}, {3, 1}, {4, -1},  {0, 3},   {6, 4},
-                               {2, 5},  {7, 6}, {-1, -1}, {-1, -1}, {-1, -1}};
+    constexpr int pens[][2] = {{5, -1}, {3, 1}, {4, -1},  {0, 3},  {6, 4},
+                               {2, 5},  {7, 6}, {-1, -1}, {-1, -1}};
     for (unsigned pen = 0; pen < std::size(pens); ++pen) {
         const auto type = toolTypeForPen(pen);
         EXPECT_EQ(type ? *type : -1, pens[pen][0]) << pen;

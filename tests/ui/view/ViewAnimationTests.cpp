@@ -321,6 +321,7 @@ TEST(ShapeLayer, DrawsTheAnimatedPartOfItsPathOverTheViewAndDamagesNoMore) {
     layer->setFrame({5, 5, 10, 4});
     layer->setStrokeColor(gfx::makeColor(0, 0, 1));
     layer->setLineWidth(2);
+    EXPECT_EQ(layer->extent(), gfx::Rect(-5, -3, 30, 20)) << "sharp corners reach far";
     layer->setLineJoin(gfx::LineJoin::Round);
     stage.view->addShapeLayer(layer);
     stage.wait(0.1);
