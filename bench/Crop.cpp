@@ -10,6 +10,9 @@
 #include "bench/BenchHost.h"
 #include "bench/Photo.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/crop/EditImageIntialView.h"
+#include "kalimkit/editor/picker/TesselDot.h"
+#include "kalimkit/editor/picker/TesselPenView.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/window/Window.h"
 

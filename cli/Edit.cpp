@@ -13,6 +13,7 @@
 
 #include "cli/Complaint.h"
 #include "cli/EditOutput.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/editor/screen/EditorRemote.h"

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/environment/Environment.h"

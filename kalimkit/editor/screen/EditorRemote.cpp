@@ -3,8 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/crop/EditImageIntialView.h"
+#include "kalimkit/editor/bar/TesselTopTool.h"
+#include "kalimkit/editor/picker/TesselDot.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"

@@ -2,21 +2,23 @@
 
 #include <utility>
 
-#include "kalimkit/theme/HexColor.h"
+#include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/tool/MDrawLogUtil.h"
 #include "kalimkit/ui/environment/Environment.h"
-#include "kalimkit/ui/gesture/TapGestureRecognizer.h"
 
 namespace kalim {
 
 namespace {
 
-constexpr const char* ringHintKey = "canUseRingAnimation";
-constexpr int confirmButtonTag = 100001;
+// From the appearance to the ring around the pen button.
+constexpr double ringDelay = 0.25;
 
 }  // namespace
 
 // ---- making
+
+TesselViewController::TesselViewController()
+    : EditorReading(static_cast<ui::ViewController&>(*this)) {}
 
 std::shared_ptr<TesselViewController>
 TesselViewController::initWithSourceImageScaleNeedInitAnimateFromRectFromScaleWithDelegate(
@@ -24,12 +26,10 @@ TesselViewController::initWithSourceImageScaleNeedInitAnimateFromRectFromScaleWi
     double fromScale, std::weak_ptr<TesselViewControllerDelegate> delegate) {
     struct Constructible : TesselViewController {};
     std::shared_ptr<TesselViewController> controller = std::make_shared<Constructible>();
-    controller->_needInitAnimate = needInitAnimate;
-    controller->_fromScale = fromScale;
-    controller->_fromRect = fromRect;
-    controller->_fsacal = scale;
+    controller->parts().transition.setStart(needInitAnimate, fromRect, fromScale);
+    controller->parts().picture.setFScal(scale);
+    controller->parts().picture.setSnipImage(std::move(image));
     controller->_delegate = std::move(delegate);
-    controller->_snipImage = std::move(image);
     return controller;
 }
 
@@ -55,55 +55,64 @@ std::shared_ptr<TesselViewController> TesselViewController::self() {
     return std::static_pointer_cast<TesselViewController>(shared_from_this());
 }
 
-void TesselViewController::after(double delay, std::function<void(TesselViewController&)> step) {
-    const std::weak_ptr<TesselViewController> weakSelf = self();
-    ui::Environment::current().runLoop().after(delay, [weakSelf, step = std::move(step)] {
-        if (const auto controller = weakSelf.lock()) step(*controller);
-    });
-}
-
-void TesselViewController::log(const std::string& text, const char* method) {
-    MDrawLogUtil::sharedInstance().logInfoMethodName(text, method);
-}
-
 // ---- for the host
 
 void TesselViewController::setTopNavigationItemTitle(bool isCloseButton, const std::string& title) {
     makeToolView();
+    TesselTopTool& bar = *parts().bar;
     if (isCloseButton) {
-        _toolView->closeButton()->setTitle(title);
+        bar.closeButton()->setTitle(title);
     } else {
-        _toolView->confirmButton()->setTitle(title);
+        bar.confirmButton()->setTitle(title);
     }
-    _toolView->setNeedsLayout();
+    bar.setNeedsLayout();
+}
+
+bool TesselViewController::exportsAtPictureScale() const {
+    return parts().picture.exportsAtPictureScale();
+}
+
+void TesselViewController::setExportsAtPictureScale(bool exports) {
+    parts().picture.setExportsAtPictureScale(exports);
+}
+
+double TesselViewController::largestMagnification() const {
+    return parts().picture.largestMagnification();
+}
+
+void TesselViewController::setLargestMagnification(double pixels) {
+    parts().picture.setLargestMagnification(pixels);
+}
+
+bool TesselViewController::forgiving() const {
+    return parts().stage.isForgiving();
 }
 
 void TesselViewController::setForgiving(bool forgiving) {
-    _forgiving = forgiving;
-    if (_drawView) _drawView->setForgiving(forgiving);
-    if (!_penPopView) return;
-    for (const auto& picker : {_colorPopView, _sizePopView, _penPopView})
-        picker->setTakesTouchesWhileFolding(forgiving);
+    parts().stage.setForgiving(forgiving);
+    parts().picture.setForgiving(forgiving);
+    parts().pickers.setTakesTouchesWhileFolding(forgiving);
+}
+
+double TesselViewController::canvasBasis() const {
+    return parts().picture.canvasBasis();
 }
 
 void TesselViewController::setCanvasBasis(double points) {
-    _canvasBasis = points;
-    if (_drawView) _drawView->setCanvasBasis(points);
+    parts().picture.setCanvasBasis(points);
 }
 
 void TesselViewController::setLaysPictureBetweenBars(bool lays) {
     _laysPictureBetweenBars = lays;
-    if (_drawView) view()->setNeedsLayout();
+    if (parts().picture.canvas()) view()->setNeedsLayout();
+}
+
+bool TesselViewController::clipsToPicture() const {
+    return parts().picture.clipsToPicture();
 }
 
 void TesselViewController::setClipsToPicture(bool clips) {
-    _clipsToPicture = clips;
-    if (_drawView) _drawView->setClipsToPicture(clips);
-}
-
-void TesselViewController::setLargestMagnification(double pixels) {
-    _largestMagnification = pixels;
-    if (_drawView) _drawView->setLargestMagnification(pixels);
+    parts().picture.setClipsToPicture(clips);
 }
 
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
@@ -130,6 +139,23 @@ void TesselViewController::setDelegate(std::weak_ptr<TesselViewControllerDelegat
     _delegate = std::move(delegate);
 }
 
+gfx::ImageRef TesselViewController::exportedImage() {
+    return parts().picture.exported();
+}
+
+void TesselViewController::startAnimateIn(const std::function<void()>& alongside) {
+    const auto alive = self();
+    parts().transition.start(alongside);
+    bringPenButton();
+}
+
+void TesselViewController::startAnimateOut(const gfx::Rect& target,
+                                           std::function<void(bool finished)> completion) {
+    const auto alive = self();
+    if (!parts().picture.isCroped()) return parts().transition.leave(target, std::move(completion));
+    if (completion) completion(false);
+}
+
 // ---- coming and going
 
 void TesselViewController::viewDidLoad() {
@@ -143,138 +169,82 @@ void TesselViewController::viewWillAppear(bool /*animated*/) {
 
 void TesselViewController::viewDidAppear(bool /*animated*/) {
     setNeedsStatusBarAppearanceUpdate();
-    after(0, [](TesselViewController& controller) { controller.setUpAfterAppearance(); });
+    parts().stage.after(0, [this] { setUpAfterAppearance(); });
 }
 
 void TesselViewController::viewWillDisappear(bool /*animated*/) {
-    log("draw viewWillDisappear ", "viewWillDisappear:");
+    MDrawLogUtil::sharedInstance().logInfoMethodName("draw viewWillDisappear ",
+                                                     "viewWillDisappear:");
     ui::Environment::current().setStatusBarHidden(false, false);
 }
 
 void TesselViewController::viewDidDisappear(bool /*animated*/) {
-    // A question that nobody can answer for the editor any more.
-    if (const auto sheet = std::exchange(_actionSheet, nullptr)) sheet->removeFromSuperview();
+    parts().closing.drop();
     // Hidden by the way out; whoever shows the editor again is to see it.
-    if (!_viewAnimateImageView) _drawView->setHidden(_needInitAnimate);
+    const PictureTransition& transition = parts().transition;
+    if (!transition.view()) parts().picture.canvas()->setHidden(transition.isNeeded());
 }
 
 void TesselViewController::setUpAfterAppearance() {
-    initData();
-    initSubviews2();
+    EditorParts& all = parts();
+    all.pickers.makeDots();
+    if (!all.pickers.areMade()) {
+        all.pickers.makeRows(*all.panel.view(), self());
+        all.buttons.make([this] { clickConfigEdit(); }, [this] { clickDelete(); });
+        all.stage.layout();
+    }
     // An editor that comes back to the screen keeps the tool that the user has.
-    if (!std::exchange(_hasAppeared, true)) initDraw();
-    resetOffset();
-    animateEditShape();
-    after(0.25, [](TesselViewController& controller) { controller.startRingHint(); });
+    if (!std::exchange(_hasAppeared, true) && !all.buttons.isOut()) {
+        all.choice.begin();
+        blinkPenview();
+    }
+    all.pickers.fold();
+    all.buttons.move();
+    all.stage.after(ringDelay, [this] { startRingHint(); });
 }
 
 void TesselViewController::startRingHint() {
-    // On until the user has once opened the panel.
-    const bool isWanted = ui::Environment::current().userDefault(ringHintKey).value_or(true);
-    _penView->setCanUseRingAnimation(isWanted);
-    log(std::string("draw canUseRingAnimation ") + (isWanted ? "1" : "0"), "viewDidAppear:");
+    parts().pen.allowRing();
     // The panel covers it; closing that shows it.
-    if (!_showPanel && !_isAnimation) _penView->ringAnimationOp(1);
-}
-
-int TesselViewController::clickAtPenView() {
-    const auto alive = self();
-    if (_penView->canUseRingAnimation()) {
-        ui::Environment::current().setUserDefault(ringHintKey, false);
-        _penView->ringAnimationOp(0);
-        _penView->setCanUseRingAnimation(false);
-    }
-    if (_isAnimation) return 0;
-    if (_showPanel) {
-        hidePop();
-    } else {
-        showPop();
-    }
-    return 0;
+    if (parts().panel.state() == EditorPanel::State::Closed) parts().pen.ring(true);
 }
 
 // ---- set-up
 
 void TesselViewController::initSubviews() {
-    _shouldBlinkPenview = true;
-    makeCanvas();
-    if (_needInitAnimate) {
-        makeTransitionView(_snipImage);
-        placeTransitionView(_fromRect, _fromScale);
-        view()->addSubview(_viewAnimateImageView);
-    }
-    _maskView = QNTMaskView::init();
-    _maskView->setBackgroundColor(nullptr);
-    _maskView->setHidden(true);
-    _maskView->setDelegate(self());
-    view()->addSubview(_maskView);
-
-    makeToolView();
-    _toolView->setAlpha(_needInitAnimate ? 0 : 1);
-    view()->addSubview(_toolView);
-
-    _nibView = TesselDot::initWithSize(2);
-    _nibView->setColor(gfx::makeColor(1, 0, 0));
-    _nibView->setResponseConfig(false);
-    _nibView->setHidden(true);
-    view()->addSubview(_nibView);
-
-    makePenButton();
-    makePanel();
-}
-
-void TesselViewController::makeCanvas() {
-    _drawView = MDrawView::initWithFrame({});
-    _drawView->setLargestMagnification(_largestMagnification);
-    _drawView->setForgiving(_forgiving);
-    _drawView->setClipsToPicture(_clipsToPicture);
-    _drawView->setCanvasBasis(_canvasBasis);
-    _drawView->setFScal(_fsacal);
-    _drawView->setHidden(_needInitAnimate);
+    EditorParts& all = parts();
+    all.pen.setShouldBlink(true);
+    all.picture.makeCanvas(all.transition.isNeeded());
     doApplyTransBlockToCoreModel();
-    const gfx::ColorRef black = gfx::makeColor(0, 0, 0);
-    _drawView->setTextMaskColorsParForTextColors(
-        {{gfx::makeColor(1, 1, 1), black}, {colorWithHexString("FFF700"), black}});
-    _drawView->setSnipImage(_snipImage);
-    _drawView->setDrawViewdelegate(self());
-    _drawView->setAccessibilityRole(ui::AccessibilityRole::Canvas);
-    _drawView->setAccessibilityLabel(ui::Environment::current().localizedString("画布"));
-    view()->addSubview(_drawView);
+    all.picture.showCanvas(self());
+    all.transition.prepare();
+    all.panel.makeMask(self());
+    makeToolView();
+    all.bar->setAlpha(all.transition.isNeeded() ? 0 : 1);
+    view()->addSubview(all.bar);
+    makeNib();
+    all.pen.make(self());
+    all.panel.make(
+        self(), [this] { clickAtMaskView(); }, [this] { clickAtConfirm(); });
+    all.panel.setDidClose([this] {
+        parts().buttons.editingEnded();
+        parts().buttons.move();
+    });
 }
 
 void TesselViewController::makeToolView() {
-    if (_toolView) return;
-    _toolView = TesselTopTool::init();
-    _toolView->setDelegate(self());
+    if (parts().bar) return;
+    parts().bar = TesselTopTool::init();
+    parts().bar->setDelegate(self());
 }
 
-void TesselViewController::makePenButton() {
-    _penView = TesselPenView::initWithFrame({});
-    _penView->setDelegate(self());
-    _penView->setAlpha(0);
-    view()->addSubview(_penView);
-}
-
-void TesselViewController::makePanel() {
-    const std::weak_ptr<TesselViewController> weakSelf = self();
-    _panelView = ui::View::initWithFrame({});
-    const auto tap = std::make_shared<ui::TapGestureRecognizer>();
-    tap->setDelegate(self());
-    tap->setHandler([weakSelf](ui::GestureRecognizer& recognizer) {
-        if (recognizer.state() != ui::GestureState::Ended) return;
-        if (const auto controller = weakSelf.lock()) controller->clickAtMaskView();
-    });
-    _panelView->addGestureRecognizer(tap);
-    _panelView->setHidden(true);
-    view()->addSubview(_panelView);
-
-    _confirmButton = TesselConfirmButton::init();
-    _confirmButton->setTag(confirmButtonTag);
-    _confirmButton->addAction(ui::ControlEvent::TouchUpInside, [weakSelf](ui::Control&) {
-        if (const auto controller = weakSelf.lock()) controller->clickAtConfirm();
-    });
-    _confirmButton->setHidden(true);
-    view()->addSubview(_confirmButton);
+void TesselViewController::makeNib() {
+    const auto nib = TesselDot::initWithSize(2);
+    nib->setColor(gfx::makeColor(1, 0, 0));
+    nib->setResponseConfig(false);
+    nib->setHidden(true);
+    view()->addSubview(nib);
+    parts().nib = nib;
 }
 
 }  // namespace kalim

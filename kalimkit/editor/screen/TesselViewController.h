@@ -11,16 +11,13 @@
 #include "kalimkit/editor/bar/TesselTopToolDelegate.h"
 #include "kalimkit/editor/picker/TesselPenViewDelegate.h"
 #include "kalimkit/editor/picker/TesselPopDelegate.h"
-#include "kalimkit/editor/screen/EditorLayout.h"
-#include "kalimkit/editor/screen/EditorState.h"
-#include "kalimkit/editor/screen/EditorSubviews.h"
+#include "kalimkit/editor/screen/EditorReading.h"
 #include "kalimkit/editor/screen/TesselViewControllerDelegate.h"
 #include "kalimkit/editor/sheet/KLMActionsheetViewDelegate.h"
 #include "kalimkit/editor/sheet/QNTMaskViewDelegate.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
-#include "kalimkit/theme/TesselConfig.h"
 #include "kalimkit/ui/gesture/GestureDelegate.h"
 #include "kalimkit/ui/window/ViewController.h"
 
@@ -30,9 +27,9 @@ namespace kalim {
 // button, from which the panel with the pickers opens. A host makes one with a picture and a
 // delegate, shows it, and takes it away again when the delegate is told to.
 //
-// It owns all its views, see EditorSubviews. The panel goes from closed to opening, open, closing
-// and closed again; the edit and delete buttons stand in for the pen button while something is
-// selected. Lengths are points, durations seconds.
+// It owns all its views. The panel goes from closed to opening, open, closing and closed again; the
+// edit and delete buttons stand in for the pen button while something is selected. Lengths are
+// points, durations seconds.
 class KALIM_API TesselViewController : public ui::ViewController,
                                        public MDrawViewDelegate,
                                        public TesselTopToolDelegate,
@@ -42,8 +39,7 @@ class KALIM_API TesselViewController : public ui::ViewController,
                                        public KLMActionsheetViewDelegate,
                                        public EditImageInitialViewDelegate,
                                        public ui::GestureDelegate,
-                                       public EditorState,
-                                       public EditorSubviews {
+                                       public EditorReading {
 public:
     // ---- making. With needInitAnimate the canvas stays hidden behind a picture at fromRect (of
     // the controller's view) until the host calls startAnimateIn(). `scale` is a display scale for
@@ -84,14 +80,14 @@ public:
     void checkAndTipImageVaild(const gfx::ImageRef& image);
     // Confirming hands over the picture at its own scale, pixel for pixel, instead of at the
     // screen's, and so does cropping to the canvas. Off at first.
-    bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
-    void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
+    bool exportsAtPictureScale() const;
+    void setExportsAtPictureScale(bool exports);
     // How far the canvas may be zoomed, see ZoomedCanvasView::setLargestMagnification. 0 at first.
-    double largestMagnification() const { return _largestMagnification; }
+    double largestMagnification() const;
     void setLargestMagnification(double pixels);
     // Mends what costs people work or nerves, on the canvas (see MDrawView::setForgiving) and in
     // the editor around it. Off at first.
-    bool forgiving() const { return _forgiving; }
+    bool forgiving() const;
     void setForgiving(bool forgiving);
     // Shows another picture; what was drawn, or left by a crop, is lost. Null is ignored.
     void openPicture(const gfx::ImageRef& image);
@@ -105,7 +101,7 @@ public:
     // that was confirmed or has been begun, and after another picture was opened.
     bool asksBeforeClosing() const;
     // What canvas points are, see MDrawView::setCanvasBasis. 0 at first.
-    double canvasBasis() const { return _canvasBasis; }
+    double canvasBasis() const;
     void setCanvasBasis(double points);
     // The picture lies between the tool bar and the pen button in every size of the view, and the
     // button fades while something is drawn under it. Off at first: the picture is fitted into the
@@ -114,7 +110,7 @@ public:
     void setLaysPictureBetweenBars(bool lays);
     // What goes beyond the picture is cut at its edge, see MDrawView::setClipsToPicture. Off at
     // first.
-    bool clipsToPicture() const { return _clipsToPicture; }
+    bool clipsToPicture() const;
     void setClipsToPicture(bool clips);
     // The host tells it when it has changed the screen's safe area and not the window's size.
     void safeAreaDidChange();
@@ -140,8 +136,8 @@ public:
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
     void textToolEditing(bool isEditing) override;
     void didDrawOver(const std::optional<gfx::Rect>& viewRect) override;
-    void didCanvasScaleAndPanStart() override { hideTool(); }
-    void didCanvasScaleAndPanEnd() override { showTool(); }
+    void didCanvasScaleAndPanStart() override;
+    void didCanvasScaleAndPanEnd() override;
     std::optional<bool> isToolbarPlaceBottom() override { return true; }
     std::optional<double> toolbarHeight() override { return 0.0; }
 
@@ -188,92 +184,30 @@ public:
     void OnClickEditImageDoneBarButton() override;
     void OnClickEditImageBackBarButton() override;
 
-    // ---- what it was made with
-    const gfx::ImageRef& snipImage() const { return _snipImage; }
-    bool needInitAnimate() const { return _needInitAnimate; }
-    const gfx::Rect& fromRect() const { return _fromRect; }
-    double fromScale() const { return _fromScale; }
-
     // ---- delegate
     std::shared_ptr<TesselViewControllerDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(std::weak_ptr<TesselViewControllerDelegate> delegate);
 
 protected:
-    TesselViewController() = default;
+    TesselViewController();
 
 private:
     std::shared_ptr<TesselViewController> self();
-    // Runs a step later, as long as the controller is still there.
-    void after(double delay, std::function<void(TesselViewController&)> step);
-    static void log(const std::string& text, const char* method);
 
     // ---- set-up
     void initSubviews();
-    void makeCanvas();
     void makeToolView();
-    void makePenButton();
-    void makePanel();
+    void makeNib();
     void setUpAfterAppearance();
     void startRingHint();
     void doApplyTransBlockToCoreModel();
-
-    // ---- layout (TesselViewControllerLayout.cpp)
-    EditorMeasures measures() const;
     void placeViews();
-    void layout();
-    void spacePickers();
 
-    // ---- tools (TesselViewControllerTools.cpp)
-    void initDraw();
+    // ---- what several parts take part in (TesselViewControllerMessages.cpp)
     void blinkPenview();
-    void chooseColor(const gfx::ColorRef& color);
-    void chooseSize(unsigned size);
-    void choosePen(unsigned pen);
-    void chooseShape(unsigned shape);
-    void showPenInRow(unsigned pen);
-    void resetPopSelectIndexWithColorSizePen(const gfx::ColorRef& color, unsigned size,
-                                             unsigned pen);
-
-    // ---- cropping (TesselViewControllerCrop.cpp)
-    void initEditCutView();
-    void dropEditCutView();
-
-    // ---- panel (TesselViewControllerPanel.cpp)
-    void initData();
-    void initSubviews2();
-    std::shared_ptr<TesselPopView> makePicker(const Dots& dots, int tag, int selectIndex);
-    std::shared_ptr<ui::Button> makeConfigButton(const std::string& image, const std::string& label,
-                                                 void (TesselViewController::*action)());
-    void resetOffset();
-    void setFolded(bool color, bool size, bool isInset);
-    void setPenpopEnable();
-    void shrinkPanel();
-    std::function<void(bool finished)> panelMoved(void (TesselViewController::*ended)());
-    void panelDidOpen();
-    void panelDidClose();
-    void hideTool() { fadeTool(0); }
-    void showTool() { fadeTool(1); }
+    void bringPenButton();
     void fadeTool(double alpha);
-
-    // ---- edit and delete buttons (TesselViewControllerSelection.cpp)
-    void animateEditShape();
-    void moveConfigViews(bool isOut);
-    // Out, or on their way there.
-    bool standInForPenView() const { return _configViewTarget.value_or(_isConfigViewOut); }
-
-    // ---- transitions (TesselViewControllerTransitions.cpp)
-    void makeTransitionView(const gfx::ImageRef& image);
-    void dropTransitionView();
-    void placeTransitionView(const gfx::Rect& rect, double scale);
-    void placeTransitionViewInto(const gfx::Rect& seen, double scale);
-    gfx::Rect shownByCanvas(const gfx::Rect& rect) const;
-    void insertTransitionView();
-    void didAnimateIn();
-    void didAnimateOut();
-    void animateTransition(const std::function<void()>& changes,
-                           void (TesselViewController::*ended)(),
-                           std::function<void(bool finished)> completion = {});
-    void cleanUpTransition(void (*finish)(TesselViewController& controller));
+    void leaveCrop();
 
     // ---- other pictures (TesselViewControllerPicking.cpp)
     void takePickedImage(const gfx::ImageRef& image);
@@ -282,39 +216,10 @@ private:
 
     std::weak_ptr<TesselViewControllerDelegate> _delegate;
     std::function<void(const std::string& text)> _transBlock;
-    gfx::ImageRef _snipImage;
-    bool _needInitAnimate = false;
-    gfx::Rect _fromRect;
-    double _fromScale = 0;
-    float _fsacal = 0;
-    bool _exportsAtPictureScale = false;
-    bool _forgiving = false;
-    bool _clipsToPicture = false;
-    double _largestMagnification = 0;
-    double _canvasBasis = 0;
     bool _laysPictureBetweenBars = false;
     // The pen button, or what stands in for it, has faded for what is drawn under it.
     bool _isDrawnUnderPen = false;
-
     bool _hasAppeared = false;
-    // The panel is open, or about to be, in the buttons' place.
-    bool _isEditingSelection = false;
-    // The state that the buttons are on their way to; nothing while they rest.
-    std::optional<bool> _configViewTarget;
-    // Counts openings and closings of the panel, and transitions, so that the end of one that has
-    // been overtaken is ignored.
-    unsigned _panelTurn = 0;
-    unsigned _transitionTurn = 0;
-
-    // When the edit button was tapped last, by the run loop's clock.
-    double _editTapTime = 0;
-
-    // How far the panel's bottom is below its place.
-    double _panelShift = 0;
-    // The colour and size pickers are moved inwards.
-    bool _arePickersInset = true;
-    // How far the edit and delete buttons are from the pen button.
-    double _configShift = 0;
 };
 
 }  // namespace kalim

@@ -1,3 +1,4 @@
+#include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/theme/SafeArea.h"
 #include "kalimkit/ui/window/Window.h"
@@ -12,69 +13,52 @@ void place(ui::View& view, const gfx::Rect& rect) {
     view.setCenter(rect.center());
 }
 
-}  // namespace
-
-void TesselViewController::viewDidLayoutSubviews() {
-    spacePickers();
-    placeViews();
-}
-
-void TesselViewController::spacePickers() {
-    if (!_penPopView) return;
-    const PickerSpacing spacing =
-        pickerSpacing(view()->bounds().size.width - safeAreaInsets().horizontal());
-    if (spacing.padding == _padding && spacing.offset == _offset) return;
-    _padding = spacing.padding;
-    _offset = spacing.offset;
-    for (const auto& picker : {_colorPopView, _sizePopView, _penPopView})
-        picker->setStaticPadding(_padding);
-}
-
-EditorMeasures TesselViewController::measures() const {
+EditorMeasures measuresOf(const EditorParts& parts) {
     EditorMeasures measures;
-    measures.view = _drawView->superview()->bounds().size;
+    measures.view = parts.stage.view().bounds().size;
     // A window that the editor is shown in stands for the whole screen.
-    measures.screenHeight = window() ? window()->size().height : measures.view.height;
+    const ui::Window* const window = parts.stage.window();
+    measures.screenHeight = window ? window->size().height : measures.view.height;
     measures.safeArea = safeAreaInsets();
-    measures.panelShift = _panelShift;
-    measures.pickerInset = _arePickersInset ? _offset : 0;
-    measures.configShift = _configShift;
-    if (!_penPopView) return measures;
-    measures.penPickerWidth = _penPopView->intrinsicContentSize().width;
-    measures.colorPickerWidth = _colorPopView->intrinsicContentSize().width;
-    measures.sizePickerWidth = _sizePopView->intrinsicContentSize().width;
+    measures.panelShift = parts.panel.shift();
+    measures.configShift = parts.buttons.shift();
+    parts.pickers.measure(measures);
     return measures;
 }
 
+}  // namespace
+
+void TesselViewController::viewDidLayoutSubviews() {
+    parts().pickers.spreadOver(view()->bounds().size.width - safeAreaInsets().horizontal());
+    placeViews();
+}
+
 void TesselViewController::placeViews() {
-    const EditorLayout layout = editorLayout(measures());
-    place(*_drawView, layout.drawView);
-    _drawView->setLayoutMargin(_laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{});
-    place(*_toolView, layout.toolView);
-    place(*_maskView, layout.maskView);
-    place(*_nibView, layout.nibView);
-    place(*_penView, layout.penView);
-    place(*_confirmButton, layout.confirmButton);
-    place(*_panelView, layout.panelView);
-    if (!_penPopView) return;
-    place(*_penPopView, layout.penPicker);
-    place(*_colorPopView, layout.colorPicker);
-    place(*_sizePopView, layout.sizePicker);
-    place(*_configViewEdit, layout.editButton);
-    place(*_configViewDelete, layout.deleteButton);
+    const EditorParts& all = parts();
+    const EditorLayout layout = editorLayout(measuresOf(all));
+    MDrawView& canvas = *all.picture.canvas();
+    place(canvas, layout.drawView);
+    canvas.setLayoutMargin(_laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{});
+    place(*all.bar, layout.toolView);
+    place(*all.panel.mask(), layout.maskView);
+    place(*all.nib, layout.nibView);
+    place(*all.pen.view(), layout.penView);
+    place(*all.panel.confirmButton(), layout.confirmButton);
+    place(*all.panel.view(), layout.panelView);
+    if (!all.pickers.areMade()) return;
+    place(*all.pickers.penPicker(), layout.penPicker);
+    place(*all.pickers.colorPicker(), layout.colorPicker);
+    place(*all.pickers.sizePicker(), layout.sizePicker);
+    place(*all.buttons.editButton(), layout.editButton);
+    place(*all.buttons.deleteButton(), layout.deleteButton);
 }
 
 void TesselViewController::safeAreaDidChange() {
-    if (!_drawView) return;
+    if (!drawView()) return;
     view()->setNeedsLayout();
-    _toolView->setNeedsLayout();
-    if (_actionSheet) _actionSheet->setNeedsLayout();
-    if (_editImageInitialView) _editImageInitialView->safeAreaDidChange();
-}
-
-void TesselViewController::layout() {
-    view()->setNeedsLayout();
-    view()->layoutIfNeeded();
+    toolView()->setNeedsLayout();
+    if (actionSheet()) actionSheet()->setNeedsLayout();
+    if (editImageInitialView()) editImageInitialView()->safeAreaDidChange();
 }
 
 }  // namespace kalim

@@ -2,6 +2,7 @@
 #include <optional>
 #include <utility>
 
+#include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/environment/Environment.h"
 
@@ -25,8 +26,8 @@ void TesselViewController::clickPickImage() {
 }
 
 void TesselViewController::takePickedImage(const gfx::ImageRef& image) {
-    if (!_forgiving) return didPickImage(image);
-    if (!image || _editImageInitialView) {
+    if (!forgiving()) return didPickImage(image);
+    if (!image || editImageInitialView()) {
         didCancelPicking();
         return image ? tellThatCropIsOpen() : checkAndTipImageVaild(image);
     }
@@ -34,7 +35,7 @@ void TesselViewController::takePickedImage(const gfx::ImageRef& image) {
     askToReplaceWork([weakSelf = std::weak_ptr(self()), image](bool isWanted) {
         const auto controller = weakSelf.lock();
         if (!controller) return;
-        if (isWanted && !controller->_editImageInitialView) {
+        if (isWanted && !controller->editImageInitialView()) {
             controller->didPickImage(image);
         } else {
             controller->didCancelPicking();
@@ -43,25 +44,18 @@ void TesselViewController::takePickedImage(const gfx::ImageRef& image) {
 }
 
 void TesselViewController::didPickImage(const gfx::ImageRef& image) {
-    _penView->setAlpha(0);
-    _shouldBlinkPenview = true;
-    if (image) {
-        openPicture(image);
-    } else {
-        _drawView->setSnipImage(nullptr);
-    }
-    if (!_snipImage) _snipImage = image;
+    parts().pen.vanish();
+    parts().pen.setShouldBlink(true);
+    parts().picture.takePicked(image);
     checkAndTipImageVaild(image);
     // Where the edit buttons are out or on their way, the pen button comes back with their going.
-    if (!standInForPenView()) blinkPenview();
+    if (!parts().buttons.standIn()) blinkPenview();
 }
 
 void TesselViewController::openPicture(const gfx::ImageRef& image) {
     if (!image) return;
     const auto alive = self();
-    _hasCropped = false;
-    _hasOpenedPicture = true;
-    _drawView->setSnipImage(image);
+    parts().picture.open(image);
 }
 
 void TesselViewController::askToReplaceWork(std::function<void(bool isWanted)> answer) {
@@ -82,9 +76,9 @@ void TesselViewController::tellThatCropIsOpen() {
 }
 
 void TesselViewController::didCancelPicking() {
-    if (standInForPenView()) return;
-    _penView->setAlpha(1);
-    _shouldBlinkPenview = false;
+    if (parts().buttons.standIn()) return;
+    parts().pen.appear();
+    parts().pen.setShouldBlink(false);
 }
 
 void TesselViewController::checkAndTipImageVaild(const gfx::ImageRef& image) {

@@ -4,6 +4,7 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 
 namespace kalim {

@@ -8,6 +8,8 @@
 #include "kalimkit/album/KVAlbumManager.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/host/browser/PageEditor.h"
 
 // What the page calls. A module holds one editor; a page with several has as many modules. What is

@@ -2,6 +2,9 @@
 #include <array>
 
 #include "kalimkit/backend/html/PackedColor.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/host/browser/PageEditor.h"
 #include "kalimkit/ui/control/AlertView.h"
 

@@ -3,9 +3,17 @@
 #include <string>
 #include <utility>
 
+#include "kalimkit/crop/EditImageIntialView.h"
+#include "kalimkit/editor/picker/TesselDot.h"
+#include "kalimkit/editor/picker/TesselPenView.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
+#include "kalimkit/editor/sheet/QNTMaskView.h"
 #include "kalimkit/host/headless/EditorViews.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/theme/FrameworkImages.h"
+#include "kalimkit/ui/control/Button.h"
+#include "kalimkit/ui/control/ImageView.h"
 
 namespace kalim {
 

@@ -3,7 +3,17 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/crop/EditImageIntialView.h"
+#include "kalimkit/editor/bar/TesselTopTool.h"
+#include "kalimkit/editor/picker/TesselDot.h"
+#include "kalimkit/editor/picker/TesselPenView.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
+#include "kalimkit/editor/sheet/QNTMaskView.h"
+#include "kalimkit/editor/sheet/TesselConfirmButton.h"
 #include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/control/Button.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {

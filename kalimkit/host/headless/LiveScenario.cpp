@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/CanvasCalls.h"
 #include "kalimkit/host/headless/EditorViews.h"
 #include "kalimkit/host/headless/JsonText.h"

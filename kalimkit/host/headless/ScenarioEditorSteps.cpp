@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/EditorPrint.h"
 #include "kalimkit/host/headless/EditorViews.h"
 #include "kalimkit/host/headless/ScenarioStage.h"

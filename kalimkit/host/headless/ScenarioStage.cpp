@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kalimkit/crop/EditImageIntialView.h"
 #include "kalimkit/host/headless/CanvasCalls.h"
 #include "kalimkit/host/headless/CanvasMake.h"
 #include "kalimkit/host/headless/CanvasPrint.h"

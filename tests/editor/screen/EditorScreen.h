@@ -6,7 +6,18 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/crop/EditImageIntialView.h"
+#include "kalimkit/editor/bar/TesselTopTool.h"
+#include "kalimkit/editor/picker/TesselDot.h"
+#include "kalimkit/editor/picker/TesselPenView.h"
+#include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
+#include "kalimkit/editor/sheet/QNTMaskView.h"
+#include "kalimkit/editor/sheet/TesselConfirmButton.h"
+#include "kalimkit/ui/control/Button.h"
+#include "kalimkit/ui/control/ImageView.h"
 #include "tests/support/Finger.h"
 #include "tests/support/TestHost.h"
 

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/editor/screen/EditorKeys.h"

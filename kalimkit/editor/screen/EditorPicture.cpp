@@ -1,0 +1,93 @@
+#include "kalimkit/editor/screen/EditorPicture.h"
+
+#include <utility>
+
+#include "kalimkit/theme/HexColor.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+// ---- making
+
+void EditorPicture::makeCanvas(bool isHidden) {
+    _canvas = MDrawView::initWithFrame({});
+    _canvas->setLargestMagnification(_largestMagnification);
+    _canvas->setForgiving(_stage.isForgiving());
+    _canvas->setClipsToPicture(_clipsToPicture);
+    _canvas->setCanvasBasis(_canvasBasis);
+    _canvas->setFScal(_fScal);
+    _canvas->setHidden(isHidden);
+}
+
+void EditorPicture::showCanvas(std::weak_ptr<MDrawViewDelegate> delegate) {
+    const gfx::ColorRef black = gfx::makeColor(0, 0, 0);
+    _canvas->setTextMaskColorsParForTextColors(
+        {{gfx::makeColor(1, 1, 1), black}, {colorWithHexString("FFF700"), black}});
+    _canvas->setSnipImage(_snipImage);
+    _canvas->setDrawViewdelegate(std::move(delegate));
+    _canvas->setAccessibilityRole(ui::AccessibilityRole::Canvas);
+    _canvas->setAccessibilityLabel(ui::Environment::current().localizedString("画布"));
+    _stage.view().addSubview(_canvas);
+}
+
+// ---- what the host wants
+
+void EditorPicture::setForgiving(bool forgiving) {
+    if (_canvas) _canvas->setForgiving(forgiving);
+}
+
+void EditorPicture::setLargestMagnification(double pixels) {
+    _largestMagnification = pixels;
+    if (_canvas) _canvas->setLargestMagnification(pixels);
+}
+
+void EditorPicture::setCanvasBasis(double points) {
+    _canvasBasis = points;
+    if (_canvas) _canvas->setCanvasBasis(points);
+}
+
+void EditorPicture::setClipsToPicture(bool clips) {
+    _clipsToPicture = clips;
+    if (_canvas) _canvas->setClipsToPicture(clips);
+}
+
+// ---- changes
+
+void EditorPicture::open(const gfx::ImageRef& image) {
+    _hasCropped = false;
+    _hasOpened = true;
+    _canvas->setSnipImage(image);
+}
+
+void EditorPicture::takePicked(const gfx::ImageRef& image) {
+    if (image) {
+        open(image);
+    } else {
+        _canvas->setSnipImage(nullptr);
+    }
+    if (!_snipImage) _snipImage = image;
+}
+
+void EditorPicture::takeCropped(const gfx::ImageRef& image) {
+    const gfx::ImageRef content = exported();
+    // In points the two differ although nothing was cut: what was cut out has a scale of 1.
+    if (content && image && content->pixelSize() != image->pixelSize()) _isCroped = true;
+    _hasCropped = true;
+    _canvas->setSnipImage(image);
+}
+
+// ---- readings
+
+bool EditorPicture::hasWork() const {
+    return _canvas && (_canvas->hasDrawed() || _hasCropped);
+}
+
+gfx::ImageRef EditorPicture::exported() const {
+    return _exportsAtPictureScale ? _canvas->exportImageAtPictureScale() : _canvas->exportImage();
+}
+
+gfx::Rect EditorPicture::shown(const gfx::Rect& rect) const {
+    return _canvas->toSuperview().apply(_canvas->mViewTransform().apply(rect));
+}
+
+}  // namespace kalim

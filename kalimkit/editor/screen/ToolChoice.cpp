@@ -1,0 +1,106 @@
+#include "kalimkit/editor/screen/ToolChoice.h"
+
+#include "kalimkit/canvas/ToolType.h"
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/theme/HexColor.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr unsigned firstPen = EditorPenArrow;
+constexpr unsigned firstSize = 1;
+
+}  // namespace
+
+void ToolChoice::begin() {
+    _color = colorWithHexString(editorColors().front());
+    _penNumber = firstPen;
+    _size = firstSize;
+    _pen.view()->setColor(_color);
+    _pen.view()->setPen(_penNumber);
+    _pen.view()->setSize(_size);
+    _pickers.penPicker()->setSelectIndex(0);
+    _pickers.colorPicker()->setSelectIndex(0);
+    _pickers.sizePicker()->setSelectIndex(firstSize);
+
+    MDrawView& canvas = *_picture.canvas();
+    canvas.setDrawColorIsTranslucent(_color, false);
+    canvas.beginDrawingForTypeWithDrawType(*toolTypeForPen(firstPen), 0);
+    canvas.setDrawLineWidth(*lineWidthForSize(firstSize));
+}
+
+// ---- choosing
+
+void ToolChoice::choose(const TesselConfig& config) {
+    _type = config.type();
+    switch (_type) {
+        case 0:
+            return chooseColor(config.color());
+        case 1:
+            return chooseSize(config.size());
+        case 2:
+            return choosePen(config.pen());
+        case 3:
+            return chooseShape(config.shape());
+        default:
+            return;
+    }
+}
+
+void ToolChoice::chooseColor(const gfx::ColorRef& color) {
+    _pen.view()->setColor(color);
+    _picture.canvas()->setDrawColorIsTranslucent(color, false);
+    _color = color;
+}
+
+void ToolChoice::chooseSize(unsigned size) {
+    _pen.view()->setSize(size);
+    if (const auto width = lineWidthForSize(size)) _picture.canvas()->setDrawLineWidth(*width);
+    _size = size;
+}
+
+void ToolChoice::choosePen(unsigned pen) {
+    _pen.view()->setPen(pen);
+    if (pen == EditorPenCrop) return;
+    if (const auto type = toolTypeForPen(pen))
+        _picture.canvas()->beginDrawingForTypeWithDrawType(*type, 0);
+    _penNumber = pen;
+    _pickers.showPen(pen, pen);
+}
+
+void ToolChoice::chooseShape(unsigned shape) {
+    _shape = shape;
+    MDrawView& canvas = *_picture.canvas();
+    switch (shape) {
+        case 0:
+            canvas.beginDrawingForTypeWithDrawType(ToolType::Rectangle, 0);
+            canvas.setDrawTypeForType(0, ToolType::Rectangle);
+            return;
+        case 1:
+            canvas.beginDrawingForTypeWithDrawType(ToolType::Ellipse, 0);
+            canvas.setDrawTypeForType(0, ToolType::Ellipse);
+            return;
+        case 2:
+            return canvas.beginDrawingForTypeWithDrawType(ToolType::Line, 0);
+        default:
+            return;
+    }
+}
+
+// ---- showing
+
+void ToolChoice::showPen() {
+    _pen.view()->setPen(_penNumber);
+    _pickers.showPen(_penNumber, _penNumber);
+}
+
+void ToolChoice::showTool(std::int64_t type, const gfx::ColorRef& color, double lineWidth) {
+    TesselPenView& shown = *_pen.view();
+    shown.setPen(penForToolType(type).value_or(_penNumber));
+    shown.setColor(color ? color : _color);
+    shown.setSize(sizeForLineWidth(lineWidth).value_or(_size));
+    _pickers.show(shown.color(), shown.size(), shown.pen(), _penNumber);
+}
+
+}  // namespace kalim
