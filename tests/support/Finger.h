@@ -29,10 +29,10 @@ private:
     gfx::Point _at;
 };
 
-// Two fingers on opposite sides of a centre.
+// Moves two fingers on opposite sides of a centre.
 struct TwoFingers {
     gfx::Point center;
-    // From the centre to each finger, points.
+    // Each finger is as far from the centre, in points.
     double radius = 100;
     // Where the second finger is as seen from the centre, radians from the x axis towards the y
     // axis.

@@ -26,9 +26,9 @@ private:
 std::string readText(const std::filesystem::path& path);
 void writeText(const std::filesystem::path& path, const std::string& text);
 
-// What became of a program.
+// Tells what became of a program.
 struct ProgramRun {
-    // The exit status; 128 and the signal's number after a signal.
+    // Holds the exit status; 128 and the signal's number after a signal.
     int status = -1;
     std::string output;
     std::string errors;

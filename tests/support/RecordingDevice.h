@@ -28,7 +28,7 @@ public:
 
     // The surfaces made here that are still alive, oldest first.
     std::vector<std::shared_ptr<gfx::Surface>> surfaces() const;
-    // The recording behind a surface of a device of this kind.
+    // Finds the recording behind a surface of a device of this kind.
     static RecordingContext& recording(gfx::Surface& surface);
 
 private:

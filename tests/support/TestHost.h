@@ -9,9 +9,9 @@
 namespace kalim::test {
 
 struct TestHostOptions {
-    // Pixels per point.
+    // So many pixels make a point.
     double scale = 1;
-    // Of the window, points.
+    // The window is this large, in points.
     gfx::Size size{390, 844};
     // Null stands for a Cairo device.
     std::shared_ptr<gfx::Device> device = nullptr;
@@ -29,7 +29,7 @@ public:
     HeadlessEnvironment& environment() { return *_environment; }
     ui::RunLoop& loop() { return _environment->runLoop(); }
     ui::Window& window() { return _window; }
-    // Seconds.
+    // Waits seconds.
     void wait(double seconds) { _environment->wait(seconds); }
     std::vector<ui::Alert> takeAlerts() { return _environment->takeAlerts(); }
 

@@ -10,7 +10,7 @@ namespace kalim {
 // A button that takes touches a little beside its bounds too.
 class KALIM_API TesselButton : public ui::Button {
 public:
-    // Points around the bounds.
+    // So many points around the bounds count as the button.
     static constexpr double touchMargin = 10;
 
     static std::shared_ptr<TesselButton> initWithFrame(const gfx::Rect& frame);

@@ -35,7 +35,7 @@ public:
     const std::shared_ptr<ui::Button>& closeButton() const { return _closeButton; }
     const std::shared_ptr<TesselButton>& confirmButton() const { return _confirmButton; }
     const std::shared_ptr<ui::Button>& doneButton() const { return _doneButton; }
-    // Never shown.
+    // It is never shown.
     const std::shared_ptr<ui::Button>& moreButton() const { return _moreButton; }
     const std::shared_ptr<ui::Button>& undoButton() const { return _undoButton; }
     const std::shared_ptr<ui::Button>& redoButton() const { return _redoButton; }

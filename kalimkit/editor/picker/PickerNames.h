@@ -12,7 +12,7 @@ std::string penName(unsigned pen);
 std::string sizeName(unsigned size);
 // Of what a dot stands for, by its type.
 std::string choiceName(const TesselConfig& config);
-// Of a row of such dots.
+// Names a row of such dots.
 std::string kindName(unsigned type);
 
 // Of the picture on a pen or shape dot, and of that on the pen button. Empty where there is none.

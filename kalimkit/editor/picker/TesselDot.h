@@ -19,7 +19,7 @@ namespace kalim {
 // configuration. It answers when a finger lands on it.
 class KALIM_API TesselDot : public ui::View {
 public:
-    // Width and height in points.
+    // A dot is as wide and as high, in points.
     static constexpr double side = 38;
 
     // ---- making. A dot without a configuration is one of type 0 without a colour.
@@ -65,7 +65,7 @@ public:
     // Diameter of what is drawn, points: that of the stroke for a size from 0 to 4, nothing for any
     // other size, else the whole dot.
     double dotSize() const;
-    // Null for a colour or a size.
+    // A colour or a size has none.
     const gfx::ImageRef& iconImage() const { return _iconView->image(); }
     const std::shared_ptr<ui::ImageView>& iconView() const { return _iconView; }
 

@@ -32,10 +32,10 @@ public:
     // ---- what it shows. A pen that has no picture leaves the one that is there.
     unsigned pen() const { return _pen; }
     void setPen(unsigned pen);
-    // 0 to 4.
+    // Sizes go from 0 to 4.
     unsigned size() const { return _size; }
     void setSize(unsigned size);
-    // Red at first.
+    // The pen is red at first.
     const gfx::ColorRef& color() const { return _color; }
     void setColor(gfx::ColorRef color);
     // The picture of the three; null before there is one.

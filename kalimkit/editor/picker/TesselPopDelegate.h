@@ -16,7 +16,7 @@ public:
 
     // A dot of an unfolded row was tapped; the row has selected it.
     virtual void clickDotWithConfig(const std::shared_ptr<TesselConfig>& config) = 0;
-    // Any tap on a row, after the message of the dot.
+    // Comes for any tap on a row, after the message of the dot.
     virtual void clickAtPop(TesselPopView& row) = 0;
 };
 

@@ -45,7 +45,7 @@ public:
     // An index without a dot is ignored.
     void setSelectIndex(int index);
     bool isFold() const { return _isFold; }
-    // Animated.
+    // Setting it animates.
     void setIsFold(bool fold);
     // Whether it takes touches while it folds or unfolds, where the dots are to be. Off at first.
     bool takesTouchesWhileFolding() const { return _takesTouchesWhileFolding; }
@@ -55,7 +55,7 @@ public:
     void setEnable(bool enable);
     // Points between the dots, negative where they lie on each other; 16 at first.
     double padding() const { return _padding; }
-    // The same for the unfolded row.
+    // Means the same for the unfolded row.
     double staticPadding() const { return _staticPadding; }
     void setStaticPadding(double padding);
     // Whether it is folding or unfolding.

@@ -26,7 +26,7 @@ namespace {
 constexpr double zoomStep = 1.25;
 constexpr unsigned largestSize = 4;
 
-// Whether a key types something into a text.
+// Tells whether a key types something into a text.
 bool isTyping(std::string_view key) {
     const std::string_view last = key.substr(key.rfind('+') + 1);
     const bool isPlain = last.size() == key.size() || key == "shift+" + std::string(last);

@@ -11,20 +11,20 @@ namespace {
 constexpr double rowHeight = 38;
 constexpr double rowGap = 30;
 constexpr double leastBarHeight = 64;
-// Of the bar below the inset at the top.
+// The bar is as high below the inset at the top.
 constexpr double barRow = 44;
 constexpr double leastPenMargin = 25;
-// Between the pen button and the inset at the bottom.
+// It lies between the pen button and the inset at the bottom.
 constexpr double penGap = 2;
 constexpr double widestPanel = 480;
-// From the picture to the pen button below it.
+// It lies between the picture and the pen button below it.
 constexpr double pictureGap = 8;
 
 gfx::Rect centred(gfx::Point center, double side) {
     return {center.x - side / 2, center.y - side / 2, side, side};
 }
 
-// Above, between and below the rows of dots.
+// The gaps lie above, between and below the rows of dots.
 struct RowGaps {
     double above = rowGap;
     double others = rowGap;
@@ -54,7 +54,7 @@ EditorLayout editorLayout(const EditorMeasures& measures) {
     layout.editButton = centred({pen.x + measures.configShift, pen.y}, 50);
     layout.deleteButton = centred({pen.x - measures.configShift, pen.y}, 50);
 
-    // Two rows of dots with a gap above, between and below them.
+    // Two rows of dots have a gap above, between and below them.
     const RowGaps gaps = rowGaps(layout.confirmButton.minY() - layout.toolView.maxY());
     const double panelHeight = gaps.above + 2 * (rowHeight + gaps.others);
     const double panelRest = layout.confirmButton.minY() - panelHeight;

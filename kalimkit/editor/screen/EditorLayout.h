@@ -42,7 +42,7 @@ struct KALIM_API EditorLayout {
     gfx::Rect editButton;
     gfx::Rect deleteButton;
 
-    // What the tool bar and the pen button cover of the canvas, with a gap beside the button.
+    // The tool bar and the pen button cover so much of the canvas, with a gap beside the button.
     ui::EdgeInsets canvasMargin() const;
 };
 

@@ -13,7 +13,7 @@ constexpr int confirmButtonTag = 100001;
 constexpr double slideDuration = 0.15;
 constexpr double slideDelay = 0.05;
 constexpr double settleDuration = 0.1;
-// Of the pen button on its way under the check mark.
+// The pen button takes so long on its way under the check mark.
 constexpr double penZoomDuration = 0.07;
 constexpr double checkMarkDuration = 0.5;
 

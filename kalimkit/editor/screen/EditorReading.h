@@ -48,7 +48,7 @@ public:
     const std::shared_ptr<TesselConfirmButton>& confirmButton() const;
     const std::shared_ptr<QNTMaskView>& maskView() const;
     const std::shared_ptr<ui::View>& panelView() const;
-    // Null until the first appearance, as the dots.
+    // They are null until the first appearance, as the dots are.
     const std::shared_ptr<TesselPopView>& colorPopView() const;
     const std::shared_ptr<TesselPopView>& sizePopView() const;
     const std::shared_ptr<TesselPopView>& penPopView() const;
@@ -66,7 +66,7 @@ public:
     const Dots& colorViews() const;
     const Dots& sizeViews() const;
     const Dots& penViews() const;
-    // Never shown.
+    // These are never shown.
     const Dots& shapeViews() const;
     const Dots& colors() const { return colorViews(); }
     const Dots& sizes() const { return sizeViews(); }

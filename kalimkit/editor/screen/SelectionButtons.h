@@ -44,7 +44,7 @@ public:
 
     // ---- readings
     bool isOut() const { return _isOut; }
-    // Out, or on their way there.
+    // Holds while they are out or on their way there.
     bool standIn() const { return _target.value_or(_isOut); }
     bool isEditing() const { return _isEditing; }
     // A change has been heard of and not followed yet.

@@ -10,7 +10,7 @@ namespace kalim {
 
 namespace {
 
-// From the appearance to the ring around the pen button.
+// The ring around the pen button comes so long after the appearance.
 constexpr double ringDelay = 0.25;
 
 }  // namespace

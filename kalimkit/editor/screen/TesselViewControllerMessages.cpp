@@ -11,7 +11,7 @@ namespace kalim {
 
 namespace {
 
-// From where the pen button vanishes until it springs up.
+// The pen button springs up so long after it has vanished.
 constexpr double penDelay = 0.1;
 // Of the pen button, or what stands in for it, while something is drawn under it.
 constexpr double fadedAlpha = 0.2;
