@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
+
+#include "kalimkit/shapes/MDrawArrow.h"
 #include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
+#include "kalimkit/shapes/outline/ArrowOutline.h"
 #include "tests/support/RecordingContext.h"
 
 namespace kalim {
@@ -22,6 +26,87 @@ TEST(MDrawLine, KeepsTheEndOfItsLastMoveOnceFinalized) {
     const auto tooShort = MDrawLine::initWithStartPoint({10, 10});
     tooShort->drawUp({12, 10});
     EXPECT_FALSE(tooShort->finalized());
+}
+
+std::shared_ptr<MDrawArrow> arrowBetween(gfx::Point start, gfx::Point end, double width = 2) {
+    const auto arrow = MDrawArrow::initWithStartPoint(start);
+    arrow->setEndPoint(end);
+    arrow->setLineWidth(width);
+    arrow->setColor(gfx::makeColor(1, 0, 0));
+    return arrow;
+}
+
+TEST(MDrawArrow, TheTailFollowsTheFivePensAndCollapsesForOtherWidths) {
+    struct Case {
+        double width;
+        double tail;
+    };
+    constexpr Case cases[] = {{2, 2}, {7, 3}, {12, 4}, {18, 4.5}, {28, 5}, {8, 0}, {2.5, 0}};
+    for (const Case& expected : cases) {
+        EXPECT_EQ(arrowBetween({}, {}, expected.width)->getTailWidth(), expected.tail)
+            << expected.width;
+    }
+}
+
+TEST(MDrawArrow, TheOutlineTapersFromTheNotchToTheRoundTail) {
+    const gfx::Path outline = arrowOutline(100, 7, 2);
+    EXPECT_EQ(outline.points()[1], (gfx::Point{14, -7}));
+    // 0.8 * sqrt(5) * 7 = 12.522, turned by half the head's half-angle.
+    EXPECT_NEAR(outline.points()[2].x, 12.187, 0.001);
+    EXPECT_NEAR(outline.points()[2].y, -2.877, 0.001);
+    EXPECT_EQ(outline.points()[3], (gfx::Point{99, -1}));
+    const gfx::Rect box = outline.boundingBox();
+    EXPECT_NEAR(box.minX(), 0, 1e-9);
+    EXPECT_NEAR(box.maxX(), 100, 1e-9);
+    EXPECT_NEAR(box.minY(), -7, 1e-9);
+    EXPECT_NEAR(box.maxY(), 7, 1e-9);
+}
+
+TEST(MDrawArrow, AReleaseKeepsMoreThanValidityAsksFor) {
+    const auto byEnd = arrowBetween({0, 0}, {30, 0});
+    byEnd->setMoveDirection(MoveDirection::End);
+    byEnd->stopMoveHandle();
+    EXPECT_NEAR(byEnd->endPoint().x, 44, 1e-9);
+    EXPECT_EQ(byEnd->startPoint().x, 0);
+
+    const auto byStart = arrowBetween({0, 0}, {0, 30});
+    byStart->setMoveDirection(MoveDirection::Start);
+    byStart->stopMoveHandle();
+    EXPECT_NEAR(byStart->startPoint().y, -14, 1e-9);
+    EXPECT_EQ(byStart->endPoint().y, 30);
+
+    const auto untouched = arrowBetween({0, 0}, {30, 0});
+    untouched->stopMoveHandle();
+    EXPECT_EQ(untouched->endPoint().x, 30);
+}
+
+TEST(MDrawArrow, IsFilledWithAShadowAndOutlinedWithoutOneWhenSelected) {
+    const auto arrow = arrowBetween({100, 0}, {0, 0});
+    arrow->setSelected(true);
+    arrow->setIsMutableTool(true);
+    test::RecordingContext context;
+    arrow->draw(context);
+    ASSERT_EQ(context.lines().size(), 2u);
+    EXPECT_EQ(context.lines()[0].rfind("fill [M 0,0 L 14,-7 ", 0), 0u) << context.lines()[0];
+    EXPECT_NE(context.lines()[0].find("shadow=(1,1) blur=2 #00000059"), std::string::npos);
+    EXPECT_EQ(context.lines()[1].rfind("stroke [M 0,0 L 14,-7 ", 0), 0u) << context.lines()[1];
+    EXPECT_NE(context.lines()[1].find("#70D0FFFF width=2"), std::string::npos);
+    EXPECT_EQ(context.lines()[1].find("shadow"), std::string::npos);
+}
+
+TEST(MDrawArrow, RotationTurnsItsPointsByTheGesturesTotalAngle) {
+    const auto arrow = arrowBetween({0, 50}, {100, 50});
+    const double quarter = std::numbers::pi / 2;
+    arrow->rotateChangedWithAngle(quarter / 2);
+    arrow->rotateChangedWithAngle(quarter);
+    arrow->rotateEndedWithAngle(quarter);
+    EXPECT_NEAR(arrow->startPoint().x, 50, 1e-9);
+    EXPECT_NEAR(arrow->startPoint().y, 0, 1e-9);
+    EXPECT_NEAR(arrow->endPoint().y, 100, 1e-9);
+    // The next gesture begins at zero again.
+    arrow->rotateChangedWithAngle(quarter);
+    EXPECT_NEAR(arrow->startPoint().x, 100, 1e-9);
+    EXPECT_NEAR(arrow->startPoint().y, 50, 1e-9);
 }
 
 TEST(MDrawFatArrow, TakesItsShapeFromItsLengthAlone) {

@@ -58,18 +58,6 @@ TEST(MDrawMosiac, AReadyPieceIsDrawnInsteadEvenDuringTheDrag) {
     }
 }
 
-TEST(MDrawMosiac, AFinishedPatchIsInert) {
-    const auto patch = finished({10, 10}, {60, 60});
-    EXPECT_FALSE(patch->hitTest({30, 30}));
-    EXPECT_FALSE(patch->testHitOnHandle({10, 10}));
-    EXPECT_FALSE(patch->hitOnHandle({60, 60}));
-    EXPECT_EQ(patch->moveDirection(), MoveDirection::None);
-    test::RecordingContext context;
-    patch->draw(context);
-    EXPECT_EQ(context.takeLines(), Lines{});
-    EXPECT_TRUE(patch->finalized());
-}
-
 TEST(MDrawMosiac, PaintsWithThePatternAndWithNothingWhereThatHasNoImage) {
     test::TestHost host;
     const MosaicBlocks blocks(host.environment().device(), gfx::Bitmap(40, 30), 20);

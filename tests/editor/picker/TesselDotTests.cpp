@@ -4,6 +4,7 @@
 
 #include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/theme/HexColor.h"
+#include "kalimkit/theme/Pens.h"
 #include "tests/support/RecordingContext.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"
@@ -74,17 +75,14 @@ TEST_F(TesselDotTest, HasTheDiameterOrTheIconOfWhatItStandsFor) {
     EXPECT_EQ(TesselDot::initWithSize(5)->dotSize(), 0);
     EXPECT_EQ(TesselDot::initWithPen(1)->dotSize(), 38);
     EXPECT_EQ(dot->iconImage(), nullptr);
-    const char* pens[] = {"mosaic", "text",  "graffiti",  "rectangle", "line",
-                          "circle", "arrow", "rectangle", "cut"};
     const auto pen = TesselDot::initWithPen(0);
-    for (unsigned i = 0; i < 9; ++i) {
-        pen->setPen(i);
-        EXPECT_EQ(frameworkImageName(pen->iconImage()), std::string("icon_tool_") + pens[i]);
-    }
-    const char* shapes[] = {"rectangle", "circle", "line"};
-    for (unsigned i = 0; i < 3; ++i) {
-        EXPECT_EQ(frameworkImageName(TesselDot::initWithShape(i)->iconImage()),
-                  std::string("icon_tool_shape_") + shapes[i]);
+    for (const Pen& each : pens()) {
+        pen->setPen(each.number);
+        const std::string icon(each.icon);
+        EXPECT_EQ(frameworkImageName(pen->iconImage()), "icon_tool_" + icon);
+        if (!each.shape) continue;
+        EXPECT_EQ(frameworkImageName(TesselDot::initWithShape(*each.shape)->iconImage()),
+                  "icon_tool_shape_" + icon);
     }
 }
 
