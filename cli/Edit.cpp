@@ -16,7 +16,6 @@
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
-#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/headless/LiveScenario.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
@@ -27,8 +26,6 @@ namespace {
 
 constexpr int written = 0;
 constexpr int closed = 1;
-// A pixel of the photo never covers more of the screen's than this, along a side.
-constexpr double largestMagnification = 8;
 
 // The window's sizes are points.
 constexpr gfx::Size leastSize{360, 520};
@@ -164,14 +161,8 @@ private:
             photo.bitmap.isEmpty()
                 ? nullptr
                 : device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
-        _editor = TesselViewController::initWithSourceImageWithDelegate(image, self);
-        _editor->setExportsAtPictureScale(!_options.isScreenSize);
-        _editor->setForgiving(true);
-        _editor->setCanvasBasis(MDrawView::usualBasis);
-        _editor->setLaysPictureBetweenBars(true);
-        _editor->setClipsToPicture(!_options.grows);
-        _editor->setLargestMagnification(largestMagnification);
-        _window.present(_editor);
+        _window.present(
+            EditorSeat::makeEditor(image, self, {!_options.isScreenSize, _options.grows}));
         _window.update();
         return image != nullptr;
     }
@@ -198,7 +189,7 @@ private:
     }
 
     void chooseTools() {
-        EditorRemote& remote = *_window.remote();
+        EditorRemote& remote = *_window.seat().remote();
         if (_options.pen) remote.choosePen(*_options.pen);
         if (_options.color) remote.chooseColor(_options.color);
         if (_options.lineWidth) remote.chooseLineWidth(*_options.lineWidth);
@@ -212,7 +203,7 @@ private:
             end(failure);
             return;
         }
-        LiveScenario scenario(_window.window(), _editor, *_window.keys(), [this](double seconds) {
+        LiveScenario scenario(_window.seat(), [this](double seconds) {
             _window.run(seconds);
             // A loop that ended early was stopped.
             _isOver = _isOver || _window.isStopped();
@@ -237,7 +228,6 @@ private:
     const EditOptions& _options;
     EditOutput _output;
     SdlWindow _window;
-    std::shared_ptr<TesselViewController> _editor;
     int _status = closed;
     bool _isOver = false;
 };

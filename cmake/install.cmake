@@ -4,8 +4,6 @@ include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KalimKit)
 get_property(KALIM_PARTS GLOBAL PROPERTY KALIM_PARTS)
-get_property(KALIM_FOLDERS GLOBAL PROPERTY KALIM_FOLDERS)
-get_property(KALIM_FLAGS GLOBAL PROPERTY KALIM_FLAGS)
 
 # kalim_install_library(TARGET FILE): a library whose target is exported in a file of its own, so that
 # a host which wants one part need not have what another takes along.
@@ -30,12 +28,13 @@ endif()
 
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-# The headers are chosen when they are installed, so that the choice is never older than they are.
-install(CODE "
-  set(source \"${PROJECT_SOURCE_DIR}\")
-  set(folders \"${KALIM_FOLDERS}\")
-  set(destination \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_INCLUDEDIR}\")")
-install(SCRIPT cmake/install-headers.cmake)
+# Those that are listed.
+file(STRINGS cmake/headers headers REGEX "^kalimkit/")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS cmake/headers)
+foreach(header IN LISTS headers)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+endforeach()
 
 set(KALIM_NEEDED_PARTS)
 foreach(part IN LISTS KALIM_PARTS)
@@ -75,11 +74,20 @@ install(FILES ${PROJECT_BINARY_DIR}/KalimKitConfig.cmake
               ${PROJECT_BINARY_DIR}/KalimKitConfigVersion.cmake
         DESTINATION ${package_folder})
 
-# The file is found by its place, so it says where the rest is from there.
+# A file for pkg-config each, which finds the rest from its own place. A static library leaves it to
+# the program to link what it needs itself.
 file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")
-list(TRANSFORM KALIM_PARTS PREPEND -lKalimKit- OUTPUT_VARIABLE libraries)
-list(JOIN libraries " " KALIM_LIBRARIES)
-list(JOIN KALIM_FLAGS " " KALIM_PRIVATE_LIBRARIES)
-configure_file(cmake/kalimkit.pc.in ${PROJECT_BINARY_DIR}/kalimkit.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kalimkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+function(kalim_install_pc file library requires needed flags)
+  list(TRANSFORM needed PREPEND kalimkit-)
+  list(JOIN needed " " needed)
+  list(JOIN flags " " flags)
+  configure_file(cmake/kalimkit.pc.in ${PROJECT_BINARY_DIR}/${file}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${file}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+kalim_install_pc(kalimkit KalimKit "" "" "")
+foreach(part IN LISTS KALIM_PARTS)
+  get_property(needed GLOBAL PROPERTY KALIM_PARTS_OF_${part})
+  get_property(flags GLOBAL PROPERTY KALIM_FLAGS_${part})
+  kalim_install_pc(kalimkit-${part} KalimKit-${part} kalimkit "${needed}" "${flags}")
+endforeach()

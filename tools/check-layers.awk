@@ -1,9 +1,11 @@
-# The rules behind tools/check-layers. Reads the names of the files, one a line, from standard input and
-# the rooms from the file `floors`.
+# The rules behind tools/check-layers. Reads the names of the files, one a line, from standard input, the
+# rooms from the file `floors` and the installed headers from the file `list`.
 
 BEGIN {
     while ((getline line < floors) > 0) readRoom(line)
     close(floors)
+    while ((getline line < list) > 0) if (line ~ /^kalimkit\//) isListed[line] = 1
+    close(list)
     count = split("cairo pango fontconfig ft2build jpeglib jerror png zlib webp lcms SDL nlohmann " \
         "CLI fmt gtest gmock benchmark emmintrin", library, " ")
 
@@ -26,8 +28,8 @@ function readRoom(line,   word, n, i) {
 }
 
 END {
-    for (i = 1; i <= publicCount; i++) {
-        header = publicHeaders[i]
+    for (header in isListed) {
+        if (!(header in isThere)) complain(list, 0, "there is no " header)
         for (j = 1; j <= edges[header]; j++) checkPublicInclude(header, j)
     }
     if (!problems) print fileCount " files keep to the floors"
@@ -46,6 +48,8 @@ function roomOf(path,   folder) {
         sub(/\/.*/, "", folder)
         return folder != path && (folder in isProgram) ? folder : ""
     }
+    sub(/\.cpp$/, ".h", folder)
+    if (folder in floorOf) return folder
     while (sub(/\/[^\/]*$/, "", folder)) {
         if ((folder in floorOf) && !(folder in isProgram)) return folder
     }
@@ -60,8 +64,9 @@ function libraryOf(header,   k) {
     return ""
 }
 
-function check(file,   line, number, room, name, isPublic) {
+function check(file,   line, number, room, name, exports) {
     fileCount++
+    isThere[file] = 1
     room = roomOf(file)
     if (room == "") {
         complain(file, 0, "lies in no room")
@@ -69,7 +74,7 @@ function check(file,   line, number, room, name, isPublic) {
     }
     while ((getline line < file) > 0) {
         number++
-        if (line ~ /KALIM_API/ && file ~ /^kalimkit\/.*\.h$/) isPublic = 1
+        if (line ~ /KALIM_API/ && line !~ /^(#define|\/\/)/) exports = 1
         if (line !~ /^[ \t]*#[ \t]*include[ \t]*["<]/) continue
         name = line
         sub(/^[^"<]*["<]/, "", name)
@@ -81,7 +86,9 @@ function check(file,   line, number, room, name, isPublic) {
         else checkOwn(file, number, room, name)
     }
     close(file)
-    if (isPublic) publicHeaders[++publicCount] = file
+    if (exports && file ~ /^kalimkit\/.*\.h$/ && !(file in isListed)) {
+        complain(file, 0, "exports something and is not in " list)
+    }
 }
 
 function checkOwn(file, number, room, name,   other) {
@@ -127,5 +134,7 @@ function checkPublicInclude(header, k,   name, found) {
     } else if ((found = broughtIn(name)) != "") {
         complain(header, lineOf[header, k], "public header includes " name \
             ", which brings in <" found ">")
+    } else if (name ~ /^kalimkit\// && !(name in isListed)) {
+        complain(header, lineOf[header, k], "public header includes " name ", which is not in " list)
     }
 }

@@ -25,7 +25,7 @@ TEST(SmallestHost, WritesThePhotoWithItsArrow) {
 
 TEST(SmallestHost, StandsInTheReadmeAsItIs) {
     const std::string readme = readText(KALIM_ROOT "/README.md");
-    EXPECT_NE(readme.find(readText(KALIM_ROOT "/examples/headless/main.cpp")), std::string::npos);
+    EXPECT_NE(readme.find(readText(KALIM_ROOT "/examples/editor/main.cpp")), std::string::npos);
     const std::string extending = readText(KALIM_ROOT "/docs/extending.md");
     EXPECT_NE(extending.find(readText(KALIM_ROOT "/examples/kind/Star.h")), std::string::npos);
 }

@@ -5,7 +5,7 @@
 namespace kalim::gfx {
 
 // Draws on canvases of the page and measures texts with them.
-class KALIM_API HtmlDevice : public Device {
+class HtmlDevice : public Device {
 public:
     std::shared_ptr<Surface> makeSurface(Size size, double scale, bool opaque) override;
     ImageRef makeImage(Bitmap bitmap, double scale, ImageOrientation orientation) override;

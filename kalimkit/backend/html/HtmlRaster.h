@@ -7,7 +7,7 @@
 namespace kalim::gfx {
 
 // A picture that the page keeps. It is given back with the raster.
-class KALIM_API HtmlRaster : public Raster {
+class HtmlRaster : public Raster {
 public:
     // Takes over a number that the page has given out; nothing for 0.
     static std::shared_ptr<const HtmlRaster> adopt(int picture);

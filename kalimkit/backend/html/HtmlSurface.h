@@ -8,7 +8,7 @@
 namespace kalim::gfx {
 
 // A canvas of the page that is not shown.
-class KALIM_API HtmlSurface : public Surface {
+class HtmlSurface : public Surface {
 public:
     // Fails as Device::makeSurface does.
     static std::shared_ptr<HtmlSurface> make(Size size, double scale, bool opaque);

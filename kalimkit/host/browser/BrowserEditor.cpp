@@ -1,6 +1,6 @@
 #include "kalimkit/host/browser/BrowserEditor.h"
 
-#include <utility>
+#include <vector>
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
@@ -10,9 +10,6 @@
 namespace kalim {
 
 namespace {
-
-// Pixels of the screen for one of the picture.
-constexpr double largestMagnification = 8;
 
 std::shared_ptr<BrowserEnvironment> makeEnvironment(gfx::Size size, double scale) {
     auto environment = std::make_shared<BrowserEnvironment>();
@@ -44,58 +41,37 @@ public:
 
 BrowserEditor::BrowserEditor(gfx::Size size, double scale)
     : _environment(makeEnvironment(size, scale)),
-      _previousEnvironment(ui::Environment::install(_environment)),
-      _window(size),
+      _seat(_environment, size),
       _delegate(std::make_shared<Delegate>()) {
-    _environment->runLoop().setFrameHandler([this] { present(); });
-}
-
-BrowserEditor::~BrowserEditor() {
-    dismiss();
-    _environment->runLoop().setFrameHandler({});
-    ui::Environment::install(std::move(_previousEnvironment));
+    _seat.setCaretHandler([this](ui::TextView* focused, const gfx::Rect& /*caret*/) {
+        // The page hears of the end of the focus when it ends.
+        if (focused) _environment->textInputChanged(focused);
+    });
 }
 
 void BrowserEditor::setSize(gfx::Size size, double scale) {
     _environment->setScreen(size, scale, _safeArea);
-    _window.setSize(size);
+    window().setSize(size);
 }
 
 void BrowserEditor::setSafeArea(const ui::EdgeInsets& insets) {
     if (insets == _safeArea) return;
     _safeArea = insets;
-    _environment->setScreen(_window.size(), _environment->screen().scale, insets);
-    if (_controller) _controller->safeAreaDidChange();
+    _environment->setScreen(window().size(), _environment->screen().scale, insets);
+    if (controller()) controller()->safeAreaDidChange();
 }
 
 void BrowserEditor::setKeyboardHeight(double height) {
-    _environment->keyboard().setHeight(height, _window.size());
+    _environment->keyboard().setHeight(height, window().size());
 }
 
 // ---- the editor
 
 void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale, bool grows) {
+    // The one before gives its memory back first.
     dismiss();
-    _controller = TesselViewController::initWithSourceImageWithDelegate(image, _delegate);
-    _controller->setExportsAtPictureScale(exportsAtPictureScale);
-    _controller->setForgiving(true);
-    _controller->setCanvasBasis(MDrawView::usualBasis);
-    _controller->setLaysPictureBetweenBars(true);
-    _controller->setClipsToPicture(!grows);
-    _controller->setLargestMagnification(largestMagnification);
-    _window.setRootViewController(_controller);
-    _pointer = std::make_unique<EditorPointer>(_controller);
-    _remote = std::make_unique<EditorRemote>(_controller);
-    _keys = std::make_unique<EditorKeys>(_controller, *_pointer, *_remote);
-    _keys->setDelegate(_delegate);
-}
-
-void BrowserEditor::dismiss() {
-    _keys = nullptr;
-    _remote = nullptr;
-    _pointer = nullptr;
-    _window.setRootViewController(nullptr);
-    _controller = nullptr;
+    _seat.present(EditorSeat::makeEditor(image, _delegate, {exportsAtPictureScale, grows}),
+                  _delegate);
 }
 
 int BrowserEditor::picture() const {
@@ -107,66 +83,15 @@ int BrowserEditor::picture() const {
 
 // ---- display
 
-void BrowserEditor::redraw() {
-    _window.setSize(_window.size());
-    if (canvas()) canvas()->invalidateLayers();
-}
-
 void BrowserEditor::show() {
-    _environment->runLoop().drain();
-    followCaret();
-    present();
-}
-
-// A caret also moves with its view, of which nobody tells.
-void BrowserEditor::followCaret() {
-    const auto focused = focusedText();
-    const gfx::Rect caret = focused ? focused->caretRectInWindow() : gfx::Rect{};
-    if (focused && caret != _caret) _environment->textInputChanged(focused.get());
-    _caret = caret;
-}
-
-void BrowserEditor::present() {
-    _window.display();
-    const auto* const surface = dynamic_cast<gfx::HtmlSurface*>(_window.surface().get());
+    const std::vector<gfx::Rect> drawn = _seat.show();
+    const auto* const surface = dynamic_cast<gfx::HtmlSurface*>(window().surface().get());
     if (!surface) return;
-    for (const gfx::Rect& rect : _window.takeDrawn()) {
+    for (const gfx::Rect& rect : drawn) {
         page::present(surface->number(), static_cast<int>(rect.minX()),
                       static_cast<int>(rect.minY()), static_cast<int>(rect.size.width),
                       static_cast<int>(rect.size.height));
     }
-}
-
-// ---- text
-
-bool BrowserEditor::insertText(std::string_view text) {
-    const auto focused = focusedText();
-    if (focused) focused->insertText(text);
-    return focused != nullptr;
-}
-
-bool BrowserEditor::selectText(gfx::TextRange range) {
-    const auto focused = focusedText();
-    if (focused) focused->setSelection({range.begin, range.end});
-    return focused != nullptr;
-}
-
-bool BrowserEditor::replaceText(gfx::TextRange range, std::string_view text) {
-    const auto focused = focusedText();
-    if (!focused) return false;
-    selectText(range);
-    if (!text.empty()) {
-        focused->insertText(text);
-    } else if (range.begin != range.end) {
-        focused->handleKey("backspace");
-    }
-    return true;
-}
-
-bool BrowserEditor::composeText(std::string_view text, gfx::TextRange selection) {
-    const auto focused = focusedText();
-    if (focused) focused->setMarkedText(text, selection);
-    return focused != nullptr;
 }
 
 // ---- export

@@ -4,15 +4,11 @@
 #include <utility>
 
 #include "kalimkit/host/browser/BrowserImports.h"
-#include "kalimkit/theme/EnglishTexts.h"
-#include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 
 namespace kalim {
 
 namespace {
-
-constexpr gfx::Size leastBudget{2560, 1440};
 
 int lengthOf(const std::string& text) {
     return static_cast<int>(text.size());
@@ -34,25 +30,14 @@ std::optional<std::string> readText(const Read& read) {
 
 }  // namespace
 
-void BrowserEnvironment::setLanguage(std::string_view language) {
-    _isEnglish = prefersEnglishTexts(language);
-}
-
 void BrowserEnvironment::setScreen(gfx::Size size, double scale, const ui::EdgeInsets& safeArea) {
-    _screen.safeAreaInsets = safeArea;
-    _screen.scale = scale;
-    _screen.nativeSize = {static_cast<int>(std::lround(size.width * scale)),
-                          static_cast<int>(std::lround(size.height * scale))};
+    const gfx::PixelSize pixels{static_cast<int>(std::lround(size.width * scale)),
+                                static_cast<int>(std::lround(size.height * scale))};
+    setScreen({scale, pixels, false, safeArea});
 }
 
 double BrowserEnvironment::wallClock() const {
     return page::wallClock();
-}
-
-std::optional<gfx::Size> BrowserEnvironment::areaBudget() const {
-    const gfx::Size doubled{2.0 * _screen.nativeSize.width, 2.0 * _screen.nativeSize.height};
-    const bool isEnough = doubled.width * doubled.height >= leastBudget.width * leastBudget.height;
-    return isEnough ? doubled : leastBudget;
 }
 
 std::string BrowserEnvironment::localizedString(const std::string& key) const {
@@ -60,15 +45,7 @@ std::string BrowserEnvironment::localizedString(const std::string& key) const {
         return page::localized(key.data(), lengthOf(key), out, room);
     };
     if (auto text = readText(read)) return *std::move(text);
-    return _isEnglish ? englishText(key) : key;
-}
-
-void BrowserEnvironment::presentAlert(const ui::Alert& alert) {
-    if (ui::Window* const window = keyWindow()) {
-        ui::AlertView::show(*window, alert);
-    } else {
-        Environment::presentAlert(alert);
-    }
+    return SeatEnvironment::localizedString(key);
 }
 
 // ---- what the user chooses

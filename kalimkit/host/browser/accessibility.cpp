@@ -49,7 +49,7 @@ void append(const kalim::ui::AccessibilityNode& node) {
 
 // The number of bytes of a new description of the screen; -1 while nothing is different.
 KALIM_EXPORT("accessibility_update") int accessibilityUpdate() {
-    kalim::ui::AccessibilityTree& tree = kalim::pageEditor()->accessibility();
+    kalim::ui::AccessibilityTree& tree = kalim::pageEditor()->seat().accessibility();
     if (!tree.update()) return -1;
     description.clear();
     for (const kalim::ui::AccessibilityNode& node : tree.nodes())
@@ -65,7 +65,7 @@ KALIM_EXPORT("accessibility_text") const char* accessibilityText() {
 
 // Does what a tap on it does; false where that is nothing.
 KALIM_EXPORT("accessibility_activate") bool accessibilityActivate(int id) {
-    const bool done = kalim::pageEditor()->accessibility().activate(id);
+    const bool done = kalim::pageEditor()->seat().accessibility().activate(id);
     kalim::pageEditor()->show();
     return done;
 }

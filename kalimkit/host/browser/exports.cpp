@@ -112,7 +112,7 @@ KALIM_EXPORT("show") void show() {
 
 // Draws everything anew.
 KALIM_EXPORT("redraw") void redraw() {
-    editor->redraw();
+    editor->seat().redraw();
     editor->show();
 }
 
@@ -142,7 +142,7 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
 // PointerButton; true when the editor pans with it, and it is no finger then.
 
 KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
-    kalim::EditorPointer* const pointer = editor->pointer();
+    kalim::EditorPointer* const pointer = editor->seat().pointer();
     if (!pointer) return false;
     const auto button = static_cast<kalim::PointerButton>(number);
     bool pans = false;
@@ -162,21 +162,20 @@ KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
 }
 
 KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
-    if (kalim::EditorPointer* const pointer = editor->pointer())
-        pointer->pointerZoomed({x, y}, factor);
+    if (auto* const pointer = editor->seat().pointer()) pointer->pointerZoomed({x, y}, factor);
     editor->show();
 }
 
 // The key's name is in the buffer; whether it did something.
 KALIM_EXPORT("press_key") bool pressKey(int length, bool isRepeated) {
-    kalim::EditorKeys* const keys = editor->keys();
+    kalim::EditorKeys* const keys = editor->seat().keys();
     const bool done = keys && keys->press(sharedText(length), isRepeated);
     editor->show();
     return done;
 }
 
 KALIM_EXPORT("release_key") void releaseKey(int length) {
-    if (kalim::EditorKeys* const keys = editor->keys()) keys->release(sharedText(length));
+    editor->seat().releaseKey(sharedText(length));
 }
 
 // ---- the picture
@@ -192,14 +191,14 @@ KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, bool gro
 // Shows it in the editor that is open, which asks first when something was drawn.
 KALIM_EXPORT("offer") void offer(int picture) {
     const kalim::gfx::ImageRef image = takePicture(picture);
-    if (kalim::EditorRemote* const remote = editor->remote()) remote->openPicture(image);
+    if (auto* const remote = editor->seat().remote()) remote->openPicture(image);
     editor->show();
 }
 
 // Tells why one that was offered cannot be shown; the reason is in the buffer.
 KALIM_EXPORT("refuse") void refuse(int length) {
     const std::string reason(sharedText(length));
-    if (kalim::EditorRemote* const remote = editor->remote()) remote->refusePicture(reason);
+    if (auto* const remote = editor->seat().remote()) remote->refusePicture(reason);
     editor->show();
 }
 
@@ -253,9 +252,7 @@ KALIM_EXPORT("save_to_album") bool saveToAlbum(int length) {
 
 // Says that the clipboard has refused a picture.
 KALIM_EXPORT("copy_failed") void copyFailed() {
-    kalim::ui::Environment& environment = editor->environment();
-    environment.presentAlert(
-        {environment.localizedString("剪贴板不可用"), {}, {environment.localizedString("好")}, {}});
+    editor->environment().tell("剪贴板不可用");
     editor->show();
 }
 
@@ -266,20 +263,19 @@ KALIM_EXPORT("has_appeared") bool hasAppeared() {
 }
 
 KALIM_EXPORT("choose_pen") void choosePen(int pen) {
-    if (kalim::EditorRemote* const remote = editor->remote())
-        remote->choosePen(static_cast<unsigned>(pen));
+    if (auto* const remote = editor->seat().remote()) remote->choosePen(static_cast<unsigned>(pen));
     editor->show();
 }
 
 KALIM_EXPORT("choose_color") void chooseColor(std::uint32_t color) {
-    if (kalim::EditorRemote* const remote = editor->remote()) {
+    if (auto* const remote = editor->seat().remote()) {
         remote->chooseColor(kalim::gfx::unpackedColor(color));
     }
     editor->show();
 }
 
 KALIM_EXPORT("choose_line_width") void chooseLineWidth(double width) {
-    if (kalim::EditorRemote* const remote = editor->remote()) remote->chooseLineWidth(width);
+    if (auto* const remote = editor->seat().remote()) remote->chooseLineWidth(width);
     editor->show();
 }
 
@@ -293,7 +289,7 @@ KALIM_EXPORT("set_title") void setTitle(bool isCloseButton, int length) {
 }
 
 KALIM_EXPORT("ask_to_close") void askToClose() {
-    if (kalim::EditorRemote* const remote = editor->remote()) remote->askToClose();
+    if (auto* const remote = editor->seat().remote()) remote->askToClose();
     editor->show();
 }
 
@@ -312,23 +308,23 @@ KALIM_EXPORT("redo") bool redo() {
 // ---- text, in the buffer; offsets are bytes. False while no text has the focus.
 
 KALIM_EXPORT("insert_text") bool insertText(int length) {
-    const bool done = editor->insertText(sharedText(length));
+    const bool done = editor->seat().insertText(sharedText(length));
     editor->show();
     return done;
 }
 
 KALIM_EXPORT("replace_text") bool replaceText(int begin, int end, int length) {
-    const bool done = editor->replaceText(range(begin, end), sharedText(length));
+    const bool done = editor->seat().replaceText(range(begin, end), sharedText(length));
     editor->show();
     return done;
 }
 
 KALIM_EXPORT("select_text") bool selectText(int begin, int end) {
-    return editor->selectText(range(begin, end));
+    return editor->seat().selectText(range(begin, end));
 }
 
 KALIM_EXPORT("compose_text") bool composeText(int length, int begin, int end) {
-    const bool done = editor->composeText(sharedText(length), range(begin, end));
+    const bool done = editor->seat().composeText(sharedText(length), range(begin, end));
     editor->show();
     return done;
 }

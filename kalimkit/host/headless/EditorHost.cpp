@@ -53,9 +53,9 @@ Problem readArguments(std::string_view name, const JsonValue::Array& arguments, 
 
 // ---- making
 
-std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, ui::Window& window,
+std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, EditorSeat& seat,
                                              HeadlessEnvironment& environment) {
-    const std::shared_ptr<EditorHost> host(new EditorHost(window, environment));
+    const std::shared_ptr<EditorHost> host(new EditorHost(seat, environment));
     host->_editor = create(setup, host);
     host->_editor->setLogTranferBlock(
         [logs = host->_logs](const std::string& text) { logs->push_back(text); });
@@ -64,11 +64,11 @@ std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, ui::Windo
 }
 
 void EditorHost::present() {
-    _window.setRootViewController(_editor);
+    _seat.present(_editor);
 }
 
 void EditorHost::remove() {
-    _window.setRootViewController(nullptr);
+    _seat.present(nullptr);
 }
 
 // ---- operations
@@ -184,7 +184,7 @@ void EditorHost::resize(gfx::Size size) {
                              static_cast<int>(std::lround(size.height * screen.scale))};
         _environment.setScreen(screen);
     }
-    _window.setSize(size);
+    _seat.window().setSize(size);
 }
 
 // ---- what it hears

@@ -9,7 +9,7 @@
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim {
 
@@ -17,8 +17,8 @@ namespace kalim {
 // down what it hears from it.
 class EditorHost : public TesselViewControllerDelegate {
 public:
-    // The window and the environment must outlive it. The editor is loaded, not yet shown.
-    static std::shared_ptr<EditorHost> make(const EditorSetup& setup, ui::Window& window,
+    // The seat and the environment must outlive it. The editor is loaded, not yet shown.
+    static std::shared_ptr<EditorHost> make(const EditorSetup& setup, EditorSeat& seat,
                                             HeadlessEnvironment& environment);
 
     TesselViewController& editor() const { return *_editor; }
@@ -45,10 +45,10 @@ private:
     struct Operation;
     static const Operation operations[];
 
-    EditorHost(ui::Window& window, HeadlessEnvironment& environment)
-        : _window(window), _environment(environment) {}
+    EditorHost(EditorSeat& seat, HeadlessEnvironment& environment)
+        : _seat(seat), _environment(environment) {}
 
-    ui::Window& _window;
+    EditorSeat& _seat;
     HeadlessEnvironment& _environment;
     std::shared_ptr<TesselViewController> _editor;
     std::shared_ptr<JsonValue::Array> _logs = std::make_shared<JsonValue::Array>();

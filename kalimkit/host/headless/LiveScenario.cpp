@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/CanvasCalls.h"
 #include "kalimkit/host/headless/EditorViews.h"
 #include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioFingers.h"
-#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim {
 
@@ -18,18 +17,14 @@ namespace {
 
 // Seconds. A longer wait is a slip of the pen.
 constexpr double longestWait = 3600;
+constexpr const char* noFocus = "no text view is focused";
 
 }  // namespace
 
 class LiveScenario::Steps {
 public:
-    Steps(ui::Window& window, std::shared_ptr<TesselViewController> editor, EditorKeys& keys,
-          Wait wait)
-        : _window(window),
-          _editor(std::move(editor)),
-          _keys(keys),
-          _wait(std::move(wait)),
-          _fingers(window) {}
+    Steps(EditorSeat& seat, Wait wait)
+        : _seat(seat), _editor(seat.editor()), _wait(std::move(wait)), _fingers(seat.window()) {}
 
     Problem play(const JsonValue& step);
 
@@ -48,13 +43,9 @@ private:
     Problem call(const JsonValue& step, const JsonValue& value);
     Problem wait(const JsonValue& step, const JsonValue& value);
 
-    // The text and the text view that is to get it.
-    Problem readText(const JsonValue& value, const char* what, std::string& text,
-                     std::shared_ptr<ui::TextView>& view) const;
-
-    ui::Window& _window;
+    EditorSeat& _seat;
+    // Not taken away while a step runs.
     std::shared_ptr<TesselViewController> _editor;
-    EditorKeys& _keys;
     Wait _wait;
     ScenarioFingers _fingers;
 };
@@ -90,34 +81,23 @@ Problem LiveScenario::Steps::tap(const JsonValue& /*step*/, const JsonValue& val
     return _fingers.tap(view->convertRectTo(view->bounds(), nullptr).center());
 }
 
-Problem LiveScenario::Steps::readText(const JsonValue& value, const char* what, std::string& text,
-                                      std::shared_ptr<ui::TextView>& view) const {
-    if (Problem problem = readAs(value, what, text)) return problem;
-    view = ui::TextView::focusedIn(_window);
-    return view ? Problem() : "no text view is focused";
-}
-
 Problem LiveScenario::Steps::type(const JsonValue& /*step*/, const JsonValue& value) {
     std::string text;
-    std::shared_ptr<ui::TextView> view;
-    if (Problem problem = readText(value, "\"type\"", text, view)) return problem;
-    view->insertText(text);
-    return std::nullopt;
+    if (Problem problem = readAs(value, "\"type\"", text)) return problem;
+    return _seat.insertText(text) ? Problem() : noFocus;
 }
 
 Problem LiveScenario::Steps::compose(const JsonValue& /*step*/, const JsonValue& value) {
     std::string text;
-    std::shared_ptr<ui::TextView> view;
-    if (Problem problem = readText(value, "\"compose\"", text, view)) return problem;
-    view->setMarkedText(text, {text.size(), text.size()});
-    return std::nullopt;
+    if (Problem problem = readAs(value, "\"compose\"", text)) return problem;
+    return _seat.composeText(text, {text.size(), text.size()}) ? Problem() : noFocus;
 }
 
 Problem LiveScenario::Steps::pressKey(const JsonValue& /*step*/, const JsonValue& value) {
     std::string name;
     if (Problem problem = readAs(value, "\"key\"", name)) return problem;
-    const bool isDone = _keys.press(name);
-    _keys.release(name);
+    const bool isDone = _seat.pressKey(name);
+    _seat.releaseKey(name);
     return isDone ? Problem() : "nothing happens at the key " + shownName(name);
 }
 
@@ -140,9 +120,8 @@ Problem LiveScenario::Steps::wait(const JsonValue& /*step*/, const JsonValue& va
     return std::nullopt;
 }
 
-LiveScenario::LiveScenario(ui::Window& window, std::shared_ptr<TesselViewController> editor,
-                           EditorKeys& keys, Wait wait)
-    : _steps(std::make_unique<Steps>(window, std::move(editor), keys, std::move(wait))) {}
+LiveScenario::LiveScenario(EditorSeat& seat, Wait wait)
+    : _steps(std::make_unique<Steps>(seat, std::move(wait))) {}
 
 LiveScenario::~LiveScenario() = default;
 

@@ -6,12 +6,11 @@
 #include <string>
 #include <string_view>
 
-#include "kalimkit/editor/screen/EditorKeys.h"
-#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
+
+class EditorSeat;
 
 // Plays the steps of a scenario that a user could do himself, in an editor that another host shows:
 // touch, tap, type, compose, key, call and wait.
@@ -20,9 +19,8 @@ public:
     // Lets the host's time pass, in seconds, and does not return before.
     using Wait = std::function<void(double seconds)>;
 
-    // The window and the keys must outlive this object.
-    LiveScenario(ui::Window& window, std::shared_ptr<TesselViewController> editor, EditorKeys& keys,
-                 Wait wait);
+    // In the editor that is presented; the seat must outlive this object.
+    LiveScenario(EditorSeat& seat, Wait wait);
     ~LiveScenario();
     LiveScenario(const LiveScenario&) = delete;
     LiveScenario& operator=(const LiveScenario&) = delete;

@@ -9,19 +9,19 @@
 namespace kalim {
 
 Problem ScenarioPlayer::Stage::printAccessibility() {
-    _accessibility.update();
-    _output(dumpJson(describeAccessibility(_accessibility.nodes())));
+    _seat.accessibility().update();
+    _output(dumpJson(describeAccessibility(_seat.accessibility().nodes())));
     return std::nullopt;
 }
 
 Problem ScenarioPlayer::Stage::activate(const JsonValue& step) {
     std::string label;
     if (Problem problem = readAs(*step.find("activate"), "\"activate\"", label)) return problem;
-    _accessibility.update();
+    _seat.accessibility().update();
     std::vector<std::string_view> labels;
     int id = 0;
     int count = 0;
-    for (const ui::AccessibilityNode& node : _accessibility.nodes()) {
+    for (const ui::AccessibilityNode& node : _seat.accessibility().nodes()) {
         labels.push_back(node.label);
         if (node.label != label) continue;
         id = node.id;
@@ -33,7 +33,7 @@ Problem ScenarioPlayer::Stage::activate(const JsonValue& step) {
     if (count > 1) {
         return std::to_string(count) + " things are announced as " + shownName(label);
     }
-    if (!_accessibility.activate(id)) {
+    if (!_seat.accessibility().activate(id)) {
         return shownName(label) + " is disabled, or there is nothing that a tap does to it";
     }
     return std::nullopt;

@@ -25,7 +25,7 @@ JsonValue describeUserDefaults(const HeadlessEnvironment& environment) {
 }  // namespace
 
 void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup, bool forgiving) {
-    const gfx::Size size = _window.size();
+    const gfx::Size size = window().size();
     ui::Screen screen = _environment->screen();
     screen.isPhone = setup.nativeHeight.has_value();
     screen.nativeSize = {static_cast<int>(std::lround(size.width * screen.scale)),
@@ -35,7 +35,7 @@ void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup, bool forgivi
     _environment->setShowsAlerts(true);
     for (const auto& [key, value] : setup.userDefaults)
         _environment->setUserDefault(key, value);
-    _host = EditorHost::make(setup, _window, *_environment);
+    _host = EditorHost::make(setup, _seat, *_environment);
     _host->editor().setForgiving(forgiving);
     _canvas = _host->editor().drawView();
     _events = std::make_shared<CanvasEvents>(_host->sharedEditor());
@@ -111,7 +111,7 @@ Problem ScenarioPlayer::Stage::screenshot(const JsonValue& step) {
     std::string path;
     if (Problem problem = readAs(*step.find("screenshot"), "\"screenshot\"", path)) return problem;
     settle();
-    return _files.savePicture(path, _window.surface()->makeImage());
+    return _files.savePicture(path, window().surface()->makeImage());
 }
 
 Problem ScenarioPlayer::Stage::printEditor() {

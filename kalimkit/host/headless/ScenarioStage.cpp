@@ -31,10 +31,8 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
     : _files(files),
       _output(std::move(output)),
       _environment(std::make_shared<HeadlessEnvironment>(device, screen.scale)),
-      _previousEnvironment(ui::Environment::install(_environment)),
-      _window(screen.canvas),
-      _fingers(_window),
-      _accessibility(_window) {
+      _seat(_environment, screen.canvas),
+      _fingers(_seat.window()) {
     if (screen.editor) {
         presentEditor(*screen.editor, screen.forgiving);
     } else {
@@ -42,17 +40,14 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
         _canvas = MDrawView::initWithFrame({{}, screen.canvas});
         _canvas->setDrawViewdelegate(_events);
         _canvas->setForgiving(screen.forgiving);
-        _window.rootView()->addSubview(_canvas);
+        window().rootView()->addSubview(_canvas);
     }
-    _environment->runLoop().setFrameHandler([this] { _window.display(); });
     settle();
 }
 
 ScenarioPlayer::Stage::~Stage() {
-    _environment->runLoop().setFrameHandler({});
     if (_host) _host->remove();
     _canvas->removeFromSuperview();
-    ui::Environment::install(std::move(_previousEnvironment));
 }
 
 // ---- steps
@@ -124,8 +119,7 @@ Problem ScenarioPlayer::Stage::checkKeys(const Kind& kind, const JsonValue::Obje
 }
 
 void ScenarioPlayer::Stage::settle() {
-    _environment->runLoop().drain();
-    _window.display();
+    _seat.show();
 }
 
 Problem ScenarioPlayer::Stage::touch(const JsonValue& step) {
@@ -186,7 +180,7 @@ JsonValue::Object ScenarioPlayer::Stage::takeCanvas() {
     JsonValue::Object members = describeCanvas(*_canvas);
     members.emplace_back("events", _events->take());
     members.emplace_back("alerts", takeAlerts());
-    members.emplace_back("cost", JsonValue::Object{{"pixels", _window.lastCost().pixels},
+    members.emplace_back("cost", JsonValue::Object{{"pixels", window().lastCost().pixels},
                                                    {"tools", _canvas->lastDrawnTools()}});
     return members;
 }
@@ -245,26 +239,16 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
 
 // ---- text
 
-std::shared_ptr<ui::TextView> ScenarioPlayer::Stage::focusedTextView() const {
-    return ui::TextView::focusedIn(_window);
-}
-
 Problem ScenarioPlayer::Stage::type(const JsonValue& step) {
     std::string text;
     if (Problem problem = readAs(*step.find("type"), "\"type\"", text)) return problem;
-    const auto view = focusedTextView();
-    if (!view) return noFocus;
-    view->insertText(text);
-    return std::nullopt;
+    return _seat.insertText(text) ? Problem() : noFocus;
 }
 
 Problem ScenarioPlayer::Stage::compose(const JsonValue& step) {
     std::string text;
     if (Problem problem = readAs(*step.find("compose"), "\"compose\"", text)) return problem;
-    const auto view = focusedTextView();
-    if (!view) return noFocus;
-    view->setMarkedText(text, {text.size(), text.size()});
-    return std::nullopt;
+    return _seat.composeText(text, {text.size(), text.size()}) ? Problem() : noFocus;
 }
 
 Problem ScenarioPlayer::Stage::pressKey(const JsonValue& step) {
@@ -273,7 +257,7 @@ Problem ScenarioPlayer::Stage::pressKey(const JsonValue& step) {
     if (Problem problem = readAs(given, "\"key\"", name)) return problem;
     const auto stroke = ui::KeyStroke::parse(name);
     if (!stroke) return wrongValue("\"key\"", "a key as \"shift+left\"", given);
-    const auto view = focusedTextView();
+    const auto view = _seat.focusedText();
     if (!view) return noFocus;
     if (!view->handleKey(*stroke)) return "a text view does nothing with the key " + quoted(name);
     return std::nullopt;
@@ -283,12 +267,12 @@ Problem ScenarioPlayer::Stage::showKeyboard(const JsonValue& step) {
     double height = 0;
     const JsonValue& given = *step.find("keyboard");
     if (Problem problem = readAs(given, "\"keyboard\"", height)) return problem;
-    const gfx::Size area = _window.size();
+    const gfx::Size area = window().size();
     if (height < 0 || height > area.height) {
         return wrongValue("\"keyboard\"", "a height from 0 to that of the view", given);
     }
     // It may have gone with the focus already.
-    if (height > 0 && !focusedTextView()) return noFocus;
+    if (height > 0 && !_seat.focusedText()) return noFocus;
     _environment->keyboard().setHeight(height, area);
     return std::nullopt;
 }

@@ -11,9 +11,7 @@
 #include "kalimkit/host/headless/ScenarioFingers.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
-#include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/window/AccessibilityTree.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim {
 
@@ -30,7 +28,7 @@ public:
     Problem play(const JsonValue& step);
     Problem setPicture(const std::string& path);
     MDrawView& canvas() const { return *_canvas; }
-    ui::Window& window() { return _window; }
+    ui::Window& window() { return _seat.window(); }
 
 private:
     // A kind of step: the key that names it, the other keys that it may have, and what it does.
@@ -67,7 +65,6 @@ private:
     Problem activate(const JsonValue& step);
     Problem printAccessibility();
 
-    std::shared_ptr<ui::TextView> focusedTextView() const;
     void settle();
     void printLine(JsonValue::Object members);
     JsonValue takeAlerts();
@@ -76,14 +73,12 @@ private:
     ScenarioFiles& _files;
     Output _output;
     std::shared_ptr<HeadlessEnvironment> _environment;
-    std::shared_ptr<ui::Environment> _previousEnvironment;
-    ui::Window _window;
+    EditorSeat _seat;
     std::shared_ptr<CanvasEvents> _events;
     // Null on a bare canvas.
     std::shared_ptr<EditorHost> _host;
     std::shared_ptr<MDrawView> _canvas;
     ScenarioFingers _fingers;
-    ui::AccessibilityTree _accessibility;
 };
 
 }  // namespace kalim

@@ -6,7 +6,6 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/TerminalText.h"
-#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/host/sdl/PictureClipboard.h"
 
 namespace kalim {
@@ -15,7 +14,7 @@ void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
     codec::Bytes png;
     const bool isEncoded = !codec::encodePng(*image->pixels(), png);
     if (isEncoded && PictureClipboard::put(png)) return;
-    tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+    _window.environment().tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
 }
 
 void SdlWindow::Hands::editorKeysPastePicture() {
@@ -24,9 +23,9 @@ void SdlWindow::Hands::editorKeysPastePicture() {
     const bool isOwnText = _window.environment().isOwnTextOnClipboard();
     const std::optional<codec::Bytes> png = isOwnText ? codec::Bytes() : PictureClipboard::get();
     if (!png) {
-        tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+        _window.environment().tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
     } else if (png->empty()) {
-        tell("剪贴板中没有图片", "");
+        _window.environment().tell("剪贴板中没有图片");
     } else {
         open(codec::decode(*png, "the clipboard"), "");
     }
@@ -43,7 +42,7 @@ bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path
     if (decoded.error) {
         const std::string reason = codec::terminalText(*decoded.error);
         std::fprintf(stderr, "%s\n", reason.c_str());
-        _window.remote()->refusePicture(reason);
+        _window.seat().remote()->refusePicture(reason);
         return false;
     }
     gfx::Device& device = _window.environment().device();
@@ -53,16 +52,8 @@ bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path
         const auto hands = weakHands.lock();
         if (isTaken && hands && hands->_window._pictureTaken) hands->_window._pictureTaken(path);
     };
-    _window.remote()->openPicture(image, tellHost);
+    _window.seat().remote()->openPicture(image, tellHost);
     return image != nullptr;
-}
-
-void SdlWindow::Hands::tell(const char* title, const char* message) {
-    SdlEnvironment& environment = _window.environment();
-    environment.presentAlert({environment.localizedString(title),
-                              environment.localizedString(message),
-                              {environment.localizedString("好")},
-                              {}});
 }
 
 }  // namespace kalim

@@ -23,7 +23,6 @@ public:
 private:
     // The path is empty for the clipboard's.
     bool open(codec::DecodeResult decoded, const std::string& path);
-    void tell(const char* title, const char* message);
 
     SdlWindow& _window;
 };

@@ -4,15 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
 #include <string_view>
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/editor/screen/EditorKeys.h"
-#include "kalimkit/editor/screen/EditorPointer.h"
-#include "kalimkit/editor/screen/EditorRemote.h"
-#include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 
 namespace kalim {
@@ -79,41 +74,29 @@ std::optional<std::string> SdlWindow::startVideo() {
 }
 
 SdlWindow::SdlWindow(::SDL_Window* window, double scale)
+    : SdlWindow(window, std::make_shared<SdlEnvironment>(scale)) {}
+
+SdlWindow::SdlWindow(::SDL_Window* window, std::shared_ptr<SdlEnvironment> environment)
     : _sdl(window),
       _id(SDL_GetWindowID(window)),
-      _environment(std::make_shared<SdlEnvironment>(scale)),
-      _previousEnvironment(ui::Environment::install(_environment)),
+      _environment(std::move(environment)),
+      _seat(_environment, takeScreen()),
       _start(SDL_GetTicks64()) {
-    int width = 0;
-    int height = 0;
-    SDL_GetWindowSize(_sdl, &width, &height);
-    _environment->setScreenSize({width, height});
-    _window = std::make_unique<ui::Window>(gfx::Size{width / scale, height / scale});
-    _environment->runLoop().setFrameHandler([this] { _window->display(); });
+    _seat.setCaretHandler([this](const ui::TextView* focused, const gfx::Rect& caret) {
+        placeCaret(focused != nullptr, caret);
+    });
 }
 
 SdlWindow::~SdlWindow() {
-    present(std::shared_ptr<TesselViewController>());
-    _environment->runLoop().setFrameHandler({});
-    _window = nullptr;
-    ui::Environment::install(std::move(_previousEnvironment));
+    present(nullptr);
 }
 
 void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
-    _keys = nullptr;
-    _remote = nullptr;
-    _pointer = nullptr;
-    _hands = nullptr;
     // The events of a window that was resized since it was made may still be under way.
     if (editor) takeSize();
-    _window->setRootViewController(editor);
-    _editor = std::move(editor);
-    if (!_editor) return;
-    _hands = std::make_shared<Hands>(*this);
-    _pointer = std::make_unique<EditorPointer>(_editor);
-    _remote = std::make_unique<EditorRemote>(_editor);
-    _keys = std::make_unique<EditorKeys>(_editor, *_pointer, *_remote);
-    _keys->setDelegate(_hands);
+    auto hands = editor ? std::make_shared<Hands>(*this) : nullptr;
+    _seat.present(std::move(editor), hands);
+    _hands = std::move(hands);
 }
 
 // ---- the loop
@@ -121,7 +104,7 @@ void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
 void SdlWindow::run(std::optional<double> seconds) {
     const double end = seconds ? _environment->runLoop().now() + *seconds : INFINITY;
     _isStopped = false;
-    withinMemory([this] { update(); });
+    _memory.run(*_environment, [this] { update(); });
     while (!_isStopped && _environment->runLoop().now() < end) {
         int wait = waitTime();
         if (seconds) {
@@ -131,26 +114,10 @@ void SdlWindow::run(std::optional<double> seconds) {
         SDL_Event event;
         bool isThere = SDL_WaitEventTimeout(&event, wait) == 1;
         while (isThere) {
-            withinMemory([&] { handle(event); });
+            _memory.run(*_environment, [&] { handle(event); });
             isThere = !_isStopped && SDL_PollEvent(&event) == 1;
         }
-        withinMemory([this] { update(); });
-    }
-}
-
-// What does not fit in memory is told to the user, who still has the work done so far.
-void SdlWindow::withinMemory(const std::function<void()>& work) {
-    try {
-        work();
-        _isShort = false;
-    } catch (const std::bad_alloc&) {
-        // Once, where every frame is too much.
-        if (!std::exchange(_isShort, true)) {
-            _environment->presentAlert({_environment->localizedString("内存不足"),
-                                        "",
-                                        {_environment->localizedString("好")},
-                                        {}});
-        }
+        _memory.run(*_environment, [this] { update(); });
     }
 }
 
@@ -164,15 +131,12 @@ int SdlWindow::waitTime() const {
 
 void SdlWindow::update() {
     _environment->runLoop().advanceTo(static_cast<double>(SDL_GetTicks64() - _start) / 1000);
-    _environment->runLoop().drain();
-    followCaret();
-    _window->display();
-    present(_window->takeDrawn());
+    bringToScreen(_seat.show());
 }
 
-void SdlWindow::present(const std::vector<gfx::Rect>& rects) {
-    if (rects.empty() || !_window->surface()) return;
-    const gfx::Surface& surface = *_window->surface();
+void SdlWindow::bringToScreen(const std::vector<gfx::Rect>& rects) {
+    if (rects.empty() || !window().surface()) return;
+    const gfx::Surface& surface = *window().surface();
     SDL_Surface* const screen = SDL_GetWindowSurface(_sdl);
     const std::uint8_t* const pixels = gfx::CairoDevice::pixels(surface);
     if (!screen || !pixels) return;
@@ -190,18 +154,11 @@ void SdlWindow::present(const std::vector<gfx::Rect>& rects) {
     SDL_UpdateWindowSurfaceRects(_sdl, shown.data(), static_cast<int>(shown.size()));
 }
 
-// A caret also moves with its view, of which nobody tells.
-void SdlWindow::followCaret() {
-    const auto focused = focusedText();
-    const bool isTyping = focused != nullptr;
-    if (isTyping != _isTyping) {
-        _isTyping = isTyping;
+void SdlWindow::placeCaret(bool isTyping, const gfx::Rect& caret) const {
+    if (isTyping != (SDL_IsTextInputActive() == SDL_TRUE)) {
         isTyping ? SDL_StartTextInput() : SDL_StopTextInput();
-        _caret = {};
     }
-    if (!focused) return;
-    const gfx::Rect caret = focused->caretRectInWindow();
-    if (caret == std::exchange(_caret, caret)) return;
+    if (!isTyping) return;
     const double scale = _environment->screen().scale;
     const SDL_Rect place{static_cast<int>(caret.minX() * scale),
                          static_cast<int>(caret.minY() * scale),
@@ -210,15 +167,23 @@ void SdlWindow::followCaret() {
     SDL_SetTextInputRect(&place);
 }
 
+// ---- size
+
+// Makes the SDL window the environment's screen; its size in points.
+gfx::Size SdlWindow::takeScreen() {
+    ui::Screen screen = _environment->screen();
+    SDL_GetWindowSize(_sdl, &screen.nativeSize.width, &screen.nativeSize.height);
+    _environment->setScreen(screen);
+    return {screen.nativeSize.width / screen.scale, screen.nativeSize.height / screen.scale};
+}
+
 void SdlWindow::takeSize() {
     int width = 0;
     int height = 0;
     SDL_GetWindowSize(_sdl, &width, &height);
     const gfx::PixelSize before = _environment->screen().nativeSize;
     if (width < 1 || height < 1 || (before.width == width && before.height == height)) return;
-    _environment->setScreenSize({width, height});
-    const double scale = _environment->screen().scale;
-    _window->setSize({width / scale, height / scale});
+    window().setSize(takeScreen());
 }
 
 }  // namespace kalim

@@ -10,21 +10,16 @@
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/sdl/SdlEnvironment.h"
-#include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/window/Window.h"
+#include "kalimkit/host/seat/EditorSeat.h"
+#include "kalimkit/host/seat/MemoryGuard.h"
 
 struct SDL_Window;
 union SDL_Event;
 
 namespace kalim {
 
-class EditorKeys;
-class EditorPointer;
-class EditorRemote;
-class TesselViewController;
-
-// A ui::Window in an SDL window that the host has made. While it lives, its environment is the
-// current one; the one before comes back with its end. A host without a loop of its own calls
+// The seat of an editor in an SDL window that the host has made. While it lives, its environment is
+// the current one; the one before comes back with its end. A host without a loop of its own calls
 // run(); one that has one hands its events to handle(), calls update() after them, and waits no
 // longer than waitTime().
 class KALIM_API SdlWindow {
@@ -33,14 +28,18 @@ public:
     // success, else a sentence that says why not. SDL_Quit() ends it.
     static std::optional<std::string> startVideo();
 
-    // The SDL window must outlive this object, and nobody else draws in it. Pixels per point.
+    // The SDL window must outlive this object, and nobody else draws in it. The environment may be
+    // one that the host has derived; its screen becomes the window.
+    SdlWindow(::SDL_Window* window, std::shared_ptr<SdlEnvironment> environment);
+    // With an environment of its own; pixels per point.
     SdlWindow(::SDL_Window* window, double scale);
     ~SdlWindow();
     SdlWindow(const SdlWindow&) = delete;
     SdlWindow& operator=(const SdlWindow&) = delete;
 
     SdlEnvironment& environment() { return *_environment; }
-    ui::Window& window() { return *_window; }
+    EditorSeat& seat() { return _seat; }
+    ui::Window& window() { return _seat.window(); }
 
     // ---- the editor
     // Makes the editor the window's screen and connects the keyboard, the pointer, the clipboard
@@ -56,9 +55,6 @@ public:
     // this size, which is told in an alert instead; nothing where it can.
     using PictureRefusal = std::function<std::optional<std::string>(gfx::PixelSize size)>;
     void setPictureRefusal(PictureRefusal refusal) { _pictureRefusal = std::move(refusal); }
-    // Null without an editor.
-    EditorKeys* keys() { return _keys.get(); }
-    EditorRemote* remote() { return _remote.get(); }
 
     // ---- the loop
     // Handles what comes, and sleeps while nothing does, until stop() is called or, with `seconds`,
@@ -87,35 +83,23 @@ private:
     void handleKey(const SDL_Event& event);
     void handleText(const SDL_Event& event);
     gfx::Point pointAt(double x, double y) const;
-    std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(*_window); }
 
-    void withinMemory(const std::function<void()>& work);
+    gfx::Size takeScreen();
     void takeSize();
-    void followCaret();
-    void present(const std::vector<gfx::Rect>& rects);
+    void placeCaret(bool isTyping, const gfx::Rect& caret) const;
+    void bringToScreen(const std::vector<gfx::Rect>& rects);
 
     ::SDL_Window* _sdl;
     std::uint32_t _id;
     std::shared_ptr<SdlEnvironment> _environment;
-    std::shared_ptr<ui::Environment> _previousEnvironment;
-    std::unique_ptr<ui::Window> _window;
+    EditorSeat _seat;
     // SDL's clock when the run loop's began, milliseconds.
     std::uint64_t _start;
     bool _isStopped = false;
-    // The last piece of work did not fit in memory.
-    bool _isShort = false;
-    // The mouse is a finger on the window.
-    bool _isMouseDown = false;
-    bool _isTyping = false;
-    // Where SDL has been told that it is, window points.
-    gfx::Rect _caret;
+    MemoryGuard _memory;
     std::function<void(const std::string& path)> _pictureTaken;
     PictureRefusal _pictureRefusal;
     std::shared_ptr<Hands> _hands;
-    std::shared_ptr<TesselViewController> _editor;
-    std::unique_ptr<EditorPointer> _pointer;
-    std::unique_ptr<EditorRemote> _remote;
-    std::unique_ptr<EditorKeys> _keys;
 };
 
 }  // namespace kalim

@@ -2,9 +2,6 @@
 
 #include <cmath>
 
-#include "kalimkit/editor/screen/EditorKeys.h"
-#include "kalimkit/editor/screen/EditorPointer.h"
-#include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 #include "kalimkit/host/sdl/SdlKeyNames.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
@@ -12,10 +9,6 @@
 namespace kalim {
 
 namespace {
-
-constexpr std::int64_t mouse = -1;
-// How much a notch of the wheel enlarges.
-constexpr double notchFactor = 1.15;
 
 std::int64_t fingerId(const SDL_TouchFingerEvent& finger) {
     return static_cast<std::int64_t>((static_cast<std::uint64_t>(finger.touchId) << 32U) ^
@@ -116,7 +109,7 @@ void SdlWindow::handle(const SDL_Event& event) {
             break;
     }
     // What is typed next may come before the next frame.
-    followCaret();
+    _seat.followCaret();
 }
 
 void SdlWindow::handleWindow(const SDL_Event& event) {
@@ -125,15 +118,15 @@ void SdlWindow::handleWindow(const SDL_Event& event) {
             takeSize();
             break;
         case SDL_WINDOWEVENT_EXPOSED:
-            if (const auto surface = _window->surface()) {
+            if (const auto surface = window().surface()) {
                 const gfx::PixelSize size = surface->pixelSize();
-                present(
+                bringToScreen(
                     {{{}, {static_cast<double>(size.width), static_cast<double>(size.height)}}});
             }
             break;
         case SDL_WINDOWEVENT_CLOSE:
-            if (_remote) {
-                _remote->askToClose();
+            if (EditorRemote* const remote = _seat.remote()) {
+                remote->askToClose();
             } else {
                 stop();
             }
@@ -157,43 +150,33 @@ void SdlWindow::handleFinger(const SDL_Event& event) {
         SDL_GetTouchDeviceType(touch.touchId) == SDL_TOUCH_DEVICE_INDIRECT_RELATIVE) {
         return;
     }
-    const gfx::Size size = _window->size();
+    const gfx::Size size = window().size();
     const ui::Finger finger{fingerId(touch), {touch.x * size.width, touch.y * size.height}};
     if (touch.type == SDL_FINGERDOWN) {
-        _window->fingersBegan({finger});
+        window().fingersBegan({finger});
     } else if (touch.type == SDL_FINGERMOTION) {
-        _window->fingersMoved({finger});
+        window().fingersMoved({finger});
     } else {
-        _window->fingersEnded({finger});
+        window().fingersEnded({finger});
     }
 }
 
 void SdlWindow::handleMouse(const SDL_Event& event) {
     if (event.type == SDL_MOUSEMOTION) {
-        const gfx::Point place = pointAt(event.motion.x, event.motion.y);
-        if (_pointer && _pointer->pointerMoved(place)) return;
-        if (_isMouseDown) _window->fingersMoved({{mouse, place}});
+        _seat.mouseMoved(pointAt(event.motion.x, event.motion.y));
         return;
     }
     const gfx::Point place = pointAt(event.button.x, event.button.y);
     const PointerButton button = buttonOf(event.button.button);
     if (event.type == SDL_MOUSEBUTTONDOWN) {
-        if (_pointer && _pointer->pointerPressed(button, place)) return;
-        if (button != PointerButton::Main) return;
-        _isMouseDown = true;
-        _window->fingersBegan({{mouse, place}});
+        _seat.mousePressed(button, place);
     } else {
-        if (_pointer && _pointer->pointerReleased(button)) return;
-        if (button != PointerButton::Main || !_isMouseDown) return;
-        _isMouseDown = false;
-        _window->fingersEnded({{mouse, place}});
+        _seat.mouseReleased(button, place);
     }
 }
 
 void SdlWindow::handleWheel(const SDL_Event& event) {
-    if (!_pointer) return;
-    const gfx::Point place = pointAt(event.wheel.mouseX, event.wheel.mouseY);
-    _pointer->pointerZoomed(place, std::pow(notchFactor, event.wheel.preciseY));
+    _seat.wheelTurned(pointAt(event.wheel.mouseX, event.wheel.mouseY), event.wheel.preciseY);
 }
 
 // ---- typing
@@ -201,26 +184,20 @@ void SdlWindow::handleWheel(const SDL_Event& event) {
 void SdlWindow::handleKey(const SDL_Event& event) {
     const std::string name = nameOfKey(event.key.keysym);
     if (name.empty()) return;
-    const bool isRepeated = event.key.repeat != 0;
-    if (_keys) {
-        if (event.type == SDL_KEYDOWN) {
-            _keys->press(name, isRepeated);
-        } else {
-            _keys->release(name);
-        }
-        return;
+    if (event.type == SDL_KEYDOWN) {
+        _seat.pressKey(name, event.key.repeat != 0);
+    } else {
+        _seat.releaseKey(name);
     }
-    const auto focused = focusedText();
-    if (focused && event.type == SDL_KEYDOWN) focused->handleKey(name);
 }
 
 void SdlWindow::handleText(const SDL_Event& event) {
-    const auto focused = focusedText();
-    if (!focused) return;
     if (event.type == SDL_TEXTINPUT) {
-        focused->insertText(event.text.text);
+        _seat.insertText(event.text.text);
         return;
     }
+    const auto focused = _seat.focusedText();
+    if (!focused) return;
     const std::string text = event.edit.text;
     if (text.empty() && !focused->markedRange()) return;
     const std::size_t begin = byteAfter(text, event.edit.start);

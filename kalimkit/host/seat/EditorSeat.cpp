@@ -1,0 +1,154 @@
+#include "kalimkit/host/seat/EditorSeat.h"
+
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+#include "kalimkit/canvas/MDrawView.h"
+
+namespace kalim {
+
+namespace {
+
+// No finger of a touch screen has this number.
+constexpr std::int64_t mouse = -1;
+// A notch of the wheel enlarges by this.
+constexpr double notchFactor = 1.15;
+// A pixel of the picture never covers more of the screen's than this, along a side.
+constexpr double largestMagnification = 8;
+
+}  // namespace
+
+EditorSeat::EditorSeat(std::shared_ptr<ui::Environment> environment, gfx::Size size)
+    : _environment(std::move(environment)), _scope(_environment), _window(size) {
+    _environment->runLoop().setFrameHandler([this] { _window.display(); });
+}
+
+EditorSeat::~EditorSeat() {
+    present(nullptr);
+    _environment->runLoop().setFrameHandler({});
+}
+
+// ---- the editor
+
+std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
+    const gfx::ImageRef& image, std::weak_ptr<TesselViewControllerDelegate> delegate,
+    const Choices& choices) {
+    auto editor = TesselViewController::initWithSourceImageWithDelegate(image, std::move(delegate));
+    editor->setExportsAtPictureScale(choices.isPictureSize);
+    editor->setForgiving(true);
+    editor->setCanvasBasis(MDrawView::usualBasis);
+    editor->setLaysPictureBetweenBars(true);
+    editor->setClipsToPicture(!choices.grows);
+    editor->setLargestMagnification(largestMagnification);
+    return editor;
+}
+
+void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
+                         std::weak_ptr<EditorKeysDelegate> delegate) {
+    _keys = nullptr;
+    _remote = nullptr;
+    _pointer = nullptr;
+    _window.setRootViewController(editor);
+    _editor = std::move(editor);
+    if (!_editor) return;
+    _pointer = std::make_unique<EditorPointer>(_editor);
+    _remote = std::make_unique<EditorRemote>(_editor);
+    _keys = std::make_unique<EditorKeys>(_editor, *_pointer, *_remote);
+    _keys->setDelegate(std::move(delegate));
+}
+
+// ---- the mouse
+
+void EditorSeat::mousePressed(PointerButton button, gfx::Point place) {
+    if (_pointer && _pointer->pointerPressed(button, place)) return;
+    if (button != PointerButton::Main) return;
+    _isMouseDown = true;
+    _window.fingersBegan({{mouse, place}});
+}
+
+void EditorSeat::mouseMoved(gfx::Point place) {
+    if (_pointer && _pointer->pointerMoved(place)) return;
+    if (_isMouseDown) _window.fingersMoved({{mouse, place}});
+}
+
+void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
+    if (_pointer && _pointer->pointerReleased(button)) return;
+    if (button != PointerButton::Main || !_isMouseDown) return;
+    _isMouseDown = false;
+    _window.fingersEnded({{mouse, place}});
+}
+
+void EditorSeat::wheelTurned(gfx::Point place, double notches) {
+    if (_pointer) _pointer->pointerZoomed(place, std::pow(notchFactor, notches));
+}
+
+// ---- keys
+
+bool EditorSeat::pressKey(std::string_view name, bool isRepeated) {
+    if (_keys) return _keys->press(name, isRepeated);
+    const auto focused = focusedText();
+    return focused && focused->handleKey(name);
+}
+
+void EditorSeat::releaseKey(std::string_view name) {
+    if (_keys) _keys->release(name);
+}
+
+// ---- text
+
+bool EditorSeat::insertText(std::string_view text) {
+    const auto focused = focusedText();
+    if (focused) focused->insertText(text);
+    return focused != nullptr;
+}
+
+bool EditorSeat::composeText(std::string_view text, gfx::TextRange selection) {
+    const auto focused = focusedText();
+    if (focused) focused->setMarkedText(text, selection);
+    return focused != nullptr;
+}
+
+bool EditorSeat::selectText(gfx::TextRange range) {
+    const auto focused = focusedText();
+    if (focused) focused->setSelection({range.begin, range.end});
+    return focused != nullptr;
+}
+
+bool EditorSeat::replaceText(gfx::TextRange range, std::string_view text) {
+    const auto focused = focusedText();
+    if (!focused) return false;
+    selectText(range);
+    if (!text.empty()) {
+        focused->insertText(text);
+    } else if (range.begin != range.end) {
+        focused->handleKey("backspace");
+    }
+    return true;
+}
+
+void EditorSeat::followCaret() {
+    if (!_caretHandler) return;
+    const auto focused = focusedText();
+    const gfx::Rect caret = focused ? focused->caretRectInWindow() : gfx::Rect();
+    const bool wasTyping = std::exchange(_isTyping, focused != nullptr);
+    const gfx::Rect before = std::exchange(_caret, caret);
+    if (wasTyping == _isTyping && before == caret) return;
+    _caretHandler(focused.get(), caret);
+}
+
+// ---- display
+
+std::vector<gfx::Rect> EditorSeat::show() {
+    _environment->runLoop().drain();
+    followCaret();
+    _window.display();
+    return _window.takeDrawn();
+}
+
+void EditorSeat::redraw() {
+    _window.setSize(_window.size());
+    if (canvas()) canvas()->invalidateLayers();
+}
+
+}  // namespace kalim

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/text/TextRange.h"
+#include "kalimkit/host/seat/EnvironmentScope.h"
+#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/AccessibilityTree.h"
+#include "kalimkit/ui/window/Window.h"
+
+namespace kalim {
+
+// What every host needs around the editor: a window in the host's environment, the editor on it,
+// and the ways in and out: keys, pointer, text, caret, what was drawn, what is told to assistive
+// technologies. While it lives the host's environment is the current one; the one before comes back
+// with its end. The host moves the run loop's clock and shows what show() has drawn.
+//
+// Places are window points. The seat, the window and the editor are not taken away from within a
+// message of the editor's.
+class KALIM_API EditorSeat {
+public:
+    // The window's size in points.
+    EditorSeat(std::shared_ptr<ui::Environment> environment, gfx::Size size);
+    ~EditorSeat();
+    EditorSeat(const EditorSeat&) = delete;
+    EditorSeat& operator=(const EditorSeat&) = delete;
+
+    ui::Window& window() { return _window; }
+    ui::AccessibilityTree& accessibility() { return _accessibility; }
+
+    // ---- the editor
+    // What hosts may leave to their user.
+    struct Choices {
+        // What is sent has a pixel for each of the picture's, instead of the screen's.
+        bool isPictureSize = true;
+        // What is drawn beyond the picture's edge enlarges what is sent, instead of being cut.
+        bool grows = false;
+    };
+    // An editor as people at a desktop or a page have it: forgiving, with lines that are as wide in
+    // every picture, the picture between the bars, and a zoom to eight pixels for one. The bare
+    // class has none of these.
+    static std::shared_ptr<TesselViewController> makeEditor(
+        const gfx::ImageRef& image, std::weak_ptr<TesselViewControllerDelegate> delegate,
+        const Choices& choices);
+    // Makes it the window's screen, in the place of the one before, and connects the keys and the
+    // pointer with it. Null takes it away.
+    void present(std::shared_ptr<TesselViewController> editor,
+                 std::weak_ptr<EditorKeysDelegate> delegate = {});
+    const std::shared_ptr<TesselViewController>& editor() const { return _editor; }
+    // All are null without an editor.
+    MDrawView* canvas() const { return _editor ? _editor->drawView().get() : nullptr; }
+    EditorKeys* keys() const { return _keys.get(); }
+    EditorPointer* pointer() const { return _pointer.get(); }
+    EditorRemote* remote() const { return _remote.get(); }
+
+    // ---- the mouse, which is a finger unless the editor pans with it
+    void mousePressed(PointerButton button, gfx::Point place);
+    void mouseMoved(gfx::Point place);
+    void mouseReleased(PointerButton button, gfx::Point place);
+    // Notches of the wheel, or parts of them; towards the user they are negative.
+    void wheelTurned(gfx::Point place, double notches);
+
+    // ---- keys, by the names of EditorKeys. Without an editor they are the focused text's. Whether
+    // the key did something.
+    bool pressKey(std::string_view name, bool isRepeated = false);
+    void releaseKey(std::string_view name);
+
+    // ---- text; offsets are bytes of UTF-8. False, and nothing happens, while none has the focus.
+    std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(_window); }
+    bool insertText(std::string_view text);
+    // What an input method composes, and what is selected of it; empty ends the composition.
+    bool composeText(std::string_view text, gfx::TextRange selection);
+    bool selectText(gfx::TextRange range);
+    // Puts a text in the place of some bytes.
+    bool replaceText(gfx::TextRange range, std::string_view text);
+    // Hears of the focused text, null for none, and of its caret when either is another than
+    // before: at every show() and followCaret(). A caret also moves with its view, of which nobody
+    // tells.
+    using CaretHandler = std::function<void(ui::TextView* focused, const gfx::Rect& caret)>;
+    void setCaretHandler(CaretHandler handler) { _caretHandler = std::move(handler); }
+    void followCaret();
+
+    // ---- display
+    // Does the work that is due and draws. Answers with all the rectangles, in pixels of the
+    // window's surface, that were drawn since it was asked last.
+    std::vector<gfx::Rect> show();
+    // Has everything drawn anew, where the host has lost it.
+    void redraw();
+
+private:
+    std::shared_ptr<ui::Environment> _environment;
+    // Comes before the window and goes after it, as views ask for the current environment.
+    EnvironmentScope _scope;
+    ui::Window _window;
+    ui::AccessibilityTree _accessibility{_window};
+    std::shared_ptr<TesselViewController> _editor;
+    std::unique_ptr<EditorPointer> _pointer;
+    std::unique_ptr<EditorRemote> _remote;
+    std::unique_ptr<EditorKeys> _keys;
+    // The mouse is a finger on the window.
+    bool _isMouseDown = false;
+    CaretHandler _caretHandler;
+    // What the handler was told last.
+    bool _isTyping = false;
+    gfx::Rect _caret;
+};
+
+}  // namespace kalim

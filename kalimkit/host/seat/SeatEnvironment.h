@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+// What the hosts that show their window to a user have in common: the window is the screen, alerts
+// are shown in it, and texts are in Chinese or in English. What it draws with, the wall clock and
+// what the user keeps are the derived class's.
+class KALIM_API SeatEnvironment : public ui::Environment {
+public:
+    // Of the texts from now on, such as "en-GB" or "zh_CN.UTF-8": Chinese for Chinese and for none
+    // at all, as at first; English otherwise.
+    void setLanguage(std::string_view language);
+    bool isEnglish() const { return _isEnglish; }
+    // The locale of the process's messages, by the variables that name it; may be empty.
+    static std::string messageLocale();
+
+    ui::Screen screen() const override { return _screen; }
+    // The window stands for the screen: its native size is the window's, in pixels. A window that
+    // exists keeps its scale until it gets another size.
+    void setScreen(const ui::Screen& screen) { _screen = screen; }
+    ui::RunLoop& runLoop() override { return _loop; }
+    // Four times the screen, and no less than 2560 x 1440 pixels.
+    std::optional<gfx::Size> areaBudget() const override;
+    std::string localizedString(const std::string& key) const override;
+    void presentAlert(const ui::Alert& alert) override;
+    // Shows an alert of one button; the texts are keys of localizedString().
+    void tell(const std::string& title, const std::string& message = {});
+
+private:
+    ui::Screen _screen;
+    ui::RunLoop _loop;
+    bool _isEnglish = false;
+};
+
+}  // namespace kalim
