@@ -48,7 +48,7 @@ public:
                             Pixels kind);
 
         explicit operator bool() const { return _bitmap != nullptr; }
-        // In pixels; 0 for none.
+        // Both are pixels; 0 stands for none.
         int width() const;
         int height() const;
         // Bgra, rows packed; for as long as a copy of the picture lives. Null for none.
@@ -64,9 +64,9 @@ public:
 
     // ---- making
     struct Settings {
-        // Pixels per point.
+        // So many pixels make a point.
         double scale = 1;
-        // Of the texts, such as "en" or "zh-CN": Chinese or English. Empty: the process's locale.
+        // Texts are Chinese or English, as "zh-CN" or "en" says; empty asks the process's locale.
         std::string language;
         // What is handed over has every pixel of the picture, instead of the screen's.
         bool isPictureSize = true;
@@ -102,7 +102,7 @@ public:
     // ---- the mouse, or whatever moves a pointer. The middle button pans, others do nothing.
     enum class Button { Main, Middle, Other };
     void pointerPressed(double x, double y, Button button = Button::Main);
-    // Also between a press and its release outside of the editor.
+    // It comes also between a press and its release outside of the editor.
     void pointerMoved(double x, double y);
     void pointerReleased(double x, double y, Button button = Button::Main);
     // Zooms about the place, in notches of a wheel or parts of them: in, or out where negative.
@@ -172,7 +172,7 @@ public:
         const std::uint8_t* pixels = nullptr;
         int width = 0;
         int height = 0;
-        // Bytes from one row to the next.
+        // So many bytes lie from one row to the next.
         std::size_t stride = 0;
         std::vector<PixelRect> changed;
     };

@@ -13,7 +13,7 @@ class BrowserEditor {
 public:
     enum class ExportScale { Screen, Picture, View };
 
-    // Size in points.
+    // The size is points.
     BrowserEditor(gfx::Size size, double scale);
     BrowserEditor(const BrowserEditor&) = delete;
     BrowserEditor& operator=(const BrowserEditor&) = delete;
@@ -23,7 +23,7 @@ public:
     ui::Window& window() { return _seat.window(); }
     ui::RunLoop& runLoop() { return _environment->runLoop(); }
     void setSize(gfx::Size size, double scale);
-    // What notches and the like cover at the window's edges, points; none at first.
+    // Notches and the like cover so much at the window's edges, in points; nothing at first.
     void setSafeArea(const ui::EdgeInsets& insets);
     // The on-screen keyboard covers that much of the window, points.
     void setKeyboardHeight(double height);
@@ -39,7 +39,7 @@ public:
     // Both are null without an editor.
     TesselViewController* controller() const { return _seat.editor().get(); }
     MDrawView* canvas() const { return _seat.canvas(); }
-    // The number of the picture on the canvas; 0 for none.
+    // Tells the number of the picture on the canvas; 0 for none.
     int picture() const;
 
     // ---- export

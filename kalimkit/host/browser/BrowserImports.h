@@ -10,7 +10,7 @@ namespace kalim::page {
 
 // Brings a part of a surface, pixels, to the canvas on the screen.
 KALIM_PAGE("present") void present(int surface, int x, int y, int width, int height);
-// Seconds since 1970.
+// Counts seconds since 1970.
 KALIM_PAGE("wall_clock") double wallClock();
 // The page's text for a key; -1 where it has none. Writes no more than there is room for and
 // answers with the whole length.

@@ -1,4 +1,4 @@
-// The box of an element's content, without its border and padding.
+// Finds the box of an element's content, without its border and padding.
 
 const sides = ['Left', 'Top', 'Right', 'Bottom'];
 

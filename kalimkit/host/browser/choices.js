@@ -11,7 +11,7 @@ export function packedColor(color) {
   return parseInt(color.slice(1).padEnd(8, 'f'), 16);
 }
 
-// The name of a pen by its number.
+// Finds the name of a pen by its number.
 export function penName(number) {
   return Object.keys(Pen).find((name) => Pen[name] === number);
 }

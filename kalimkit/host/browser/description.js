@@ -3,8 +3,8 @@
 const fieldEnd = '\x1f';
 const nodeEnd = '\x1e';
 
-// Nodes in reading order: id, parent (0 for the screen itself), role by its number, x, y, width and
-// height in points of the canvas, label, value, isEnabled, isSelected, isFocused.
+// Lists nodes in reading order: id, parent (0 for the screen itself), role by its number, x, y, width and height
+// in points of the canvas, label, value, isEnabled, isSelected, isFocused.
 export function readDescription(text) {
   return text.split(nodeEnd).slice(0, -1).map((line) => {
     const [id, parent, role, state, x, y, width, height, label, value] = line.split(fieldEnd);

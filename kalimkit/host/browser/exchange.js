@@ -123,7 +123,7 @@ export class Exchange {
     return null;
   }
 
-  // One at a time.
+  // Only one picture is sent at a time.
   async confirm(id, { type, quality }) {
     if (this.#isSending) return;
     this.#isSending = true;

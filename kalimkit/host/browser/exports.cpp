@@ -83,7 +83,7 @@ KALIM_EXPORT("resize") void resize(double width, double height, double scale) {
     editor->show();
 }
 
-// What notches and round corners cover at the window's edges, points.
+// Notches and round corners cover so much at the window's edges, in points.
 KALIM_EXPORT("safe_area")
 void safeArea(double top, double left, double bottom, double right) {
     editor->setSafeArea({top, left, bottom, right});
@@ -100,7 +100,7 @@ KALIM_EXPORT("keyboard") void keyboard(double height) {
     editor->show();
 }
 
-// Seconds on the page's clock, from 0 at the creation.
+// Counts seconds on the page's clock, from 0 at the creation.
 KALIM_EXPORT("advance") void advance(double time) {
     editor->runLoop().advanceTo(time);
     editor->show();

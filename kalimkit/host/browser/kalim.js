@@ -143,7 +143,7 @@ export class KalimEditor extends EventTarget {
     this.#options = { ...this.#options, type, quality };
   }
 
-  // 'ctrl' or 'always', as of create().
+  // Takes 'ctrl' or 'always', as create() does.
   setWheel(wheel) {
     this.#options.wheel = wheel;
   }
@@ -198,7 +198,7 @@ export class KalimEditor extends EventTarget {
     this.#choose('choose_color', packedColor(color));
   }
 
-  // Points.
+  // Widths are points.
   chooseLineWidth(width) {
     this.#choose('choose_line_width', width);
   }
@@ -411,7 +411,7 @@ export class KalimEditor extends EventTarget {
     return [x * width, y * height];
   }
 
-  // For what happened at that moment, milliseconds.
+  // Tells the module what happened at that moment, in milliseconds.
   #at(time, name, ...values) {
     this.#module.call('advance', this.#schedule.timeAt(time));
     return this.#call(name, ...values);

@@ -2,7 +2,7 @@
 
 import { colorText, penName } from './choices.js';
 
-// Without a picture.
+// This holds without a picture.
 export const closedState = {
   undoDepth: 0,
   redoDepth: 0,

@@ -20,7 +20,7 @@ export class Schedule {
     this.#target = target;
   }
 
-  // Seconds, from milliseconds as those of performance.now().
+  // Makes seconds of milliseconds as those of performance.now().
   timeAt(milliseconds) {
     const time = (milliseconds - this.#start) / 1000;
     const due = this.#target.nextDue();

@@ -16,7 +16,7 @@ export class Screen {
   #target;
   #context;
   #size = { width: 0, height: 0, scale: 0 };
-  // Points by side.
+  // The insets are points by side.
   #insets = [0, 0, 0, 0];
   // Pixels of the screen, as the browser has told; null where it does not.
   #told = null;
@@ -37,7 +37,7 @@ export class Screen {
     this.#measureInsets();
   }
 
-  // Points, and pixels for each.
+  // A size is points, and there are so many pixels for each.
   get size() {
     return this.#size;
   }

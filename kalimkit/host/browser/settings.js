@@ -3,7 +3,7 @@
 const prefix = 'kalimkit.';
 const held = new Map();
 
-// true, false or undefined.
+// Answers with true, false or undefined.
 export function setting(key) {
   if (held.has(key)) return held.get(key);
   try {

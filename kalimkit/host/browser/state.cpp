@@ -16,7 +16,7 @@ namespace {
 
 enum Flag { CanUndo = 1, CanRedo = 2, IsResting = 4, IsEditing = 8, IsAsking = 16, HasPen = 32 };
 
-// In the order of state.js.
+// They stand in the order of state.js.
 struct State {
     double undoDepth = 0;
     double redoDepth = 0;
@@ -77,7 +77,7 @@ void readPen(kalim::BrowserEditor& editor) {
 
 }  // namespace
 
-// The numbers of State.
+// Answers with the numbers of State.
 KALIM_EXPORT("state") const double* state() {
     kalim::BrowserEditor& editor = *kalim::pageEditor();
     current = {};

@@ -63,7 +63,7 @@ export class Typing {
     area.spellcheck = false;
     area.tabIndex = -1;
     area.setAttribute('aria-label', 'Text');
-    // Browsers zoom in on fields with smaller type.
+    // Browsers zoom in on fields whose type is smaller.
     area.style.cssText =
       'position:fixed;width:1px;height:1em;padding:0;border:0;margin:0;outline:0;resize:none;' +
       'overflow:hidden;opacity:0;pointer-events:none;white-space:pre;font-size:16px';

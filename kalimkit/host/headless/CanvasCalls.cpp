@@ -40,7 +40,7 @@ Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&
     return std::nullopt;
 }
 
-// A list of pairs: a text's colour and that of its outline.
+// Reads a list of pairs: a text's colour and that of its outline.
 Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&,
                      MDrawView::ColorPairs& out) {
     if (!value.array()) return wrongValue(what, "a list of pairs of colours", value);

@@ -12,7 +12,7 @@ namespace kalim {
 
 namespace {
 
-// Points.
+// It is points.
 constexpr double longestSide = 32767;
 
 std::shared_ptr<TesselViewController> create(const EditorSetup& setup,

@@ -28,7 +28,7 @@ public:
     bool isPresented() const { return _editor->window() != nullptr; }
     // An operation of the host by its name. After a problem nothing has happened.
     Problem call(const std::string& name, const JsonValue::Array& arguments);
-    // The size of the window, points.
+    // The window's size is points.
     void resize(gfx::Size size);
 
     // ---- what it has heard since it was asked last, oldest first

@@ -145,7 +145,7 @@ JsonValue describeTransition(const TesselViewController& editor) {
                              {"scale", picture->shownTransform().a}};
 }
 
-// The titles from top to bottom.
+// Lists the titles from top to bottom.
 JsonValue describeSheet(const TesselViewController& editor) {
     const auto& sheet = editor.actionSheet();
     if (!sheet) return {};

@@ -18,7 +18,7 @@ struct EditorSetup {
         double fromScale = 0;
     };
 
-    // Null for none.
+    // Null stands for none.
     gfx::ImageRef picture;
     // The environment is a phone whose screen has that many pixels from top to bottom; nothing for
     // a screen that is no phone's and just what the window covers.

@@ -43,7 +43,7 @@ public:
     void setScreen(const ui::Screen& screen) { _screen = screen; }
     ui::RunLoop& runLoop() override { return _loop; }
     double wallClock() const override;
-    // 2560 x 1440 pixels at first.
+    // It is 2560 x 1440 pixels at first.
     std::optional<gfx::Size> areaBudget() const override { return _areaBudget; }
     void setAreaBudget(std::optional<gfx::Size> budget) { _areaBudget = budget; }
     // The machine's own figures where it is a Linux, unless a test has set others.

@@ -140,7 +140,7 @@ std::string dumpJson(const JsonValue& value) {
 std::string cutQuote(const std::string& dump) {
     if (dump.size() <= longestQuote) return dump;
     std::size_t end = longestQuote;
-    // Not within a character.
+    // The cut does not fall within a character.
     while (end > 0 && (static_cast<unsigned char>(dump[end]) & 0xC0U) == 0x80U)
         --end;
     return dump.substr(0, end) + "...";

@@ -17,7 +17,7 @@ public:
     using Member = std::pair<std::string, JsonValue>;
     using Object = std::vector<Member>;
 
-    // Null.
+    // Makes a null.
     JsonValue() = default;
     // Not explicit, so that a value can be written as nested lists.
     // NOLINTBEGIN(google-explicit-constructor)

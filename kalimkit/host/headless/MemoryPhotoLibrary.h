@@ -15,9 +15,9 @@ namespace kalim {
 class KALIM_API MemoryPhotoLibrary : public ui::PhotoLibrary {
 public:
     struct Contents {
-        // By address.
+        // They are found by address.
         std::map<std::string, gfx::ImageRef> photos;
-        // The addresses in each, in the order of filing.
+        // Each holds its addresses in the order of filing.
         std::map<std::string, std::vector<std::string>> albums;
     };
 

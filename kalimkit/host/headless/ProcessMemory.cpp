@@ -15,7 +15,7 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// The figure behind a label in one of the kernel's tables of "Label:  123 kB".
+// Finds the figure behind a label in one of the kernel's tables of "Label:  123 kB".
 std::optional<double> kilobytesFrom(const char* path, const char* format) {
     const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path, "r"));
     char line[256];

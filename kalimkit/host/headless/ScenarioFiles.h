@@ -21,7 +21,7 @@ public:
     virtual ~ScenarioFiles() = default;
 
     virtual LoadedPicture loadPicture(const std::string& path) = 0;
-    // Nothing on success, else a sentence of the same kind.
+    // Answers with nothing on success, else with a sentence of the same kind.
     virtual std::optional<std::string> savePicture(const std::string& path,
                                                    const gfx::ImageRef& image) = 0;
 };

@@ -7,7 +7,7 @@ namespace kalim {
 
 namespace {
 
-// Of one user.
+// One user has no more.
 constexpr std::size_t mostFingers = 10;
 
 std::string fingerName(std::int64_t id) {

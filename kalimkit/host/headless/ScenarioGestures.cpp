@@ -9,7 +9,7 @@ namespace kalim {
 
 namespace {
 
-// Radians, and the factor of a pinch.
+// No angle in radians and no factor of a pinch is larger.
 constexpr double largestValue = 1e6;
 
 Problem readState(const JsonValue& step, ui::GestureState& state) {

@@ -18,13 +18,13 @@ class MDrawView;
 
 // What a scenario is played on.
 struct ScenarioScreen {
-    // The canvas, points.
+    // The canvas is this large, in points.
     gfx::Size canvas{390, 844};
-    // Pixels per point.
+    // So many pixels make a point.
     double scale = 2;
     // See MDrawView::setForgiving and TesselViewController::setForgiving.
     bool forgiving = false;
-    // The whole editor instead of the bare canvas.
+    // Its presence puts the whole editor in the place of the bare canvas.
     std::optional<EditorSetup> editor = std::nullopt;
 };
 
@@ -46,7 +46,7 @@ public:
     // Each answers with nothing, or with a sentence that says what is wrong; what cannot be
     // understood has done nothing then.
 
-    // The same as a line {"picture":path}.
+    // Does the same as a line {"picture":path}.
     std::optional<std::string> setPicture(const std::string& path);
     // One line. A blank one does nothing.
     std::optional<std::string> play(std::string_view line);

@@ -75,7 +75,7 @@ private:
     std::shared_ptr<HeadlessEnvironment> _environment;
     EditorSeat _seat;
     std::shared_ptr<CanvasEvents> _events;
-    // Null on a bare canvas.
+    // A bare canvas has none.
     std::shared_ptr<EditorHost> _host;
     std::shared_ptr<MDrawView> _canvas;
     ScenarioFingers _fingers;

@@ -13,7 +13,6 @@ namespace {
 
 // Up to here every whole number is a double.
 constexpr double largestWhole = 9007199254740992.0;
-// Bytes of a value that a message quotes.
 
 bool readWhole(const JsonValue& value, double least, double& out) {
     const double* number = value.number();
@@ -22,7 +21,7 @@ bool readWhole(const JsonValue& value, double least, double& out) {
     return out >= least && out <= largestWhole;
 }
 
-// Levenshtein's distance: the fewest letters to insert, drop or change.
+// Computes Levenshtein's distance: the fewest letters to insert, drop or change.
 std::size_t editDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

@@ -23,7 +23,7 @@ inline constexpr double largestCoordinate = 1e6;
 // ---- reading. Fills `out` where the value is of its kind, and answers whether it is.
 bool readValue(const JsonValue& value, bool& out);
 bool readValue(const JsonValue& value, double& out);
-// Within the range of single precision.
+// The number must lie within the range of single precision.
 bool readValue(const JsonValue& value, float& out);
 bool readValue(const JsonValue& value, std::int64_t& out);
 bool readValue(const JsonValue& value, std::uint64_t& out);
@@ -97,11 +97,11 @@ Problem readList(const JsonValue& value, const std::string& what, const std::str
 
 // ---- writing
 JsonValue toJson(gfx::Point point);
-// [x,y,w,h]
+// Writes [x,y,w,h].
 JsonValue toJson(const gfx::Rect& rect);
-// [top,left,bottom,right]
+// Writes [top,left,bottom,right].
 JsonValue toJson(const ui::EdgeInsets& insets);
-// "#RRGGBBAA", or null for none.
+// Writes "#RRGGBBAA", or null for none.
 JsonValue toJson(const gfx::ColorRef& color);
 
 // "; did you mean X?" with the name that is most like a mistyped one; nothing when none is close.

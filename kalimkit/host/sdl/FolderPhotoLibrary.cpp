@@ -34,7 +34,7 @@ PhotoLibraryError problem(const fs::path& path, const std::error_code& error) {
     return {path.string() + ": " + error.message()};
 }
 
-// "2024-01-31 17.05.09", by the clock on the wall.
+// Reads "2024-01-31 17.05.09" by the clock on the wall.
 std::string nameOfNow() {
     const auto now = static_cast<std::time_t>(ui::Environment::current().wallClock());
     std::tm parts{};
@@ -67,7 +67,7 @@ std::error_code linkOrCopy(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::create_hard_link(from, to, error);
     if (!error || error == std::errc::file_exists) return error;
-    // Not on every disk.
+    // Not every disk can do this.
     if ((error = reserve(to))) return error;
     codec::Bytes bytes;
     if (!codec::readFile(from.string(), bytes) && !codec::writeFileAtomically(to.string(), bytes)) {

@@ -52,7 +52,7 @@ struct Copy {
 std::optional<std::string> SdlWindow::startVideo() {
     // Without a graphics card the accelerated path takes as long for a corner as for all.
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
-    // One kind of event for each finger and for the mouse.
+    // Each finger and the mouse send one kind of event only.
     SDL_SetHint(SDL_HINT_TOUCH_MOUSE_EVENTS, "0");
     SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
     // The click that brings the window to the front draws as well.

@@ -29,7 +29,7 @@ namespace kalim {
 // message of the editor's.
 class KALIM_API EditorSeat {
 public:
-    // The window's size in points.
+    // The window's size is points.
     EditorSeat(std::shared_ptr<ui::Environment> environment, gfx::Size size);
     ~EditorSeat();
     EditorSeat(const EditorSeat&) = delete;

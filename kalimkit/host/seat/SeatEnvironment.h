@@ -15,8 +15,8 @@ namespace kalim {
 // what the user keeps are the derived class's.
 class KALIM_API SeatEnvironment : public ui::Environment {
 public:
-    // Of the texts from now on, such as "en-GB" or "zh_CN.UTF-8": Chinese for Chinese and for none
-    // at all, as at first; English otherwise.
+    // Texts have the language from now on. It is such as "en-GB" or "zh_CN.UTF-8": Chinese for
+    // Chinese and for none at all, as at first; English otherwise.
     void setLanguage(std::string_view language);
     bool isEnglish() const { return _isEnglish; }
     // The locale of the process's messages, by the variables that name it; may be empty.
@@ -27,7 +27,7 @@ public:
     // exists keeps its scale until it gets another size.
     void setScreen(const ui::Screen& screen) { _screen = screen; }
     ui::RunLoop& runLoop() override { return _loop; }
-    // Four times the screen, and no less than 2560 x 1440 pixels.
+    // It is four times the screen, and no less than 2560 x 1440 pixels.
     std::optional<gfx::Size> areaBudget() const override;
     std::string localizedString(const std::string& key) const override;
     void presentAlert(const ui::Alert& alert) override;
