@@ -176,7 +176,7 @@ export class Page {
   // The function finds the field in the page.
   async chooseFile(find, file) {
     const element = await this.evaluate(find);
-    await this.#browser.send('ElementSendKeys', { id: Object.values(element)[0], text: file });
+    await this.#browser.send('ElementSendKeys', { element, text: file });
   }
 
   // Takes the file of this name that the page has given the user, as soon as it is there.

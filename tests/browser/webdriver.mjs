@@ -1,14 +1,20 @@
-// Starts a browser and sends it the commands of WebDriver: Chromium and WebKitGTK through their
-// drivers, and Firefox, for which Debian has none, through the connection that one would use.
+// Starts a browser and sends it the commands of WebDriver: Chromium and WebKitGTK through Selenium and
+// their drivers, and Firefox, for which Debian has none, through the connection that one would use.
 
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { closeSync, openSync } from 'node:fs';
 import { mkdir, readFile, writeFile } from 'node:fs/promises';
+import { createRequire } from 'node:module';
 import { createServer, connect } from 'node:net';
 import { join } from 'node:path';
 import { env } from 'node:process';
 import { setTimeout as pause } from 'node:timers/promises';
+
+import { build } from './server.mjs';
+
+// Of what tests/browser/prepare has installed.
+const require = createRequire(join(build, 'driver/'));
 
 const patience = 30000;
 // Of a browser's start, milliseconds.
@@ -25,45 +31,39 @@ export async function until(question, what) {
   throw new Error(`Waited in vain for ${what}`);
 }
 
-function failure({ error, message }) {
-  return new Error(`${error}: ${message}`);
-}
-
 class DriverConnection {
-  static #paths = {
-    NewSession: '',
-    Navigate: '/url',
-    ExecuteAsyncScript: '/execute/async',
-    PerformActions: '/actions',
-    FindElement: '/element',
-    ElementSendKeys: '/element/:id/value',
-    SetWindowRect: '/window/rect',
-    'Chromium:Send': '/goog/cdp/execute',
-  };
   #url;
+  #driver;
+  // Of those that the library has by other names.
+  static #names = {
+    Navigate: 'get',
+    ExecuteAsyncScript: 'executeAsyncScript',
+    PerformActions: 'actions',
+    SetWindowRect: 'setWindowRect',
+  };
 
   constructor(url) {
-    this.#url = `${url}/session`;
+    this.#url = url;
   }
 
-  async send(command, { id, ...body }) {
-    const value = await this.#ask(DriverConnection.#paths[command].replace(':id', id), {
-      method: 'POST',
-      body: JSON.stringify(body),
-    });
-    if (command === 'NewSession') this.#url += `/${value.sessionId}`;
-    return value;
+  async open(capabilities) {
+    const { Builder } = require('selenium-webdriver');
+    this.#driver = await new Builder().disableEnvironmentOverrides().usingServer(this.#url)
+      .withCapabilities(capabilities).build();
+  }
+
+  send(command, parameters) {
+    if (command === 'Chromium:Send') {
+      return this.#driver.sendAndGetDevToolsCommand(parameters.cmd, parameters.params);
+    }
+    if (command === 'ElementSendKeys') return parameters.element.sendKeys(parameters.text);
+    const { Command } = require('selenium-webdriver/lib/command');
+    return this.#driver.execute(
+      new Command(DriverConnection.#names[command]).setParameters(parameters));
   }
 
   quit() {
-    return this.#ask('', { method: 'DELETE' });
-  }
-
-  async #ask(path, request) {
-    const response = await fetch(this.#url + path, request);
-    const { value } = await response.json();
-    if (!response.ok) throw failure(value);
-    return value;
+    return this.#driver.quit();
   }
 }
 
@@ -86,9 +86,15 @@ class MarionetteConnection {
     });
   }
 
+  open(capabilities) {
+    return this.send('NewSession', { capabilities: { alwaysMatch: capabilities } });
+  }
+
   send(command, parameters) {
     const name = command.includes(':') ? command : `WebDriver:${command}`;
-    const message = Buffer.from(JSON.stringify([0, ++this.#last, name, parameters]));
+    const { element, ...others } = parameters;
+    const given = element ? { id: Object.values(element)[0], ...others } : others;
+    const message = Buffer.from(JSON.stringify([0, ++this.#last, name, given]));
     this.#socket.write(Buffer.concat([Buffer.from(`${message.length}:`), message]));
     return new Promise((resolve, reject) => this.#waiting.set(this.#last, { resolve, reject }));
   }
@@ -108,7 +114,7 @@ class MarionetteConnection {
     const [, number, error, result] = message;
     const { resolve, reject } = this.#waiting.get(number);
     this.#waiting.delete(number);
-    if (error) reject(failure(error));
+    if (error) reject(new Error(`${error.error}: ${error.message}`));
     else resolve(result !== null && 'value' in result ? result.value : result);
     return true;
   }
@@ -136,6 +142,7 @@ const browsers = {
   chromium: {
     connect: (start) => startDriver(start, ['chromedriver']),
     options: (folder) => ({
+      browserName: 'chrome',
       'goog:chromeOptions': {
         binary: env.KALIM_CHROMIUM ?? '/usr/bin/chromium',
         args: ['--headless=new', '--no-sandbox', '--force-color-profile=srgb',
@@ -177,6 +184,7 @@ const browsers = {
         ['xvfb-run', '-a', '-s', '-screen 0 1600x3000x24', 'WebKitWebDriver']);
     },
     options: () => ({
+      browserName: 'MiniBrowser',
       'webkitgtk:browserOptions': {
         binary: '/usr/lib/x86_64-linux-gnu/webkit2gtk-4.1/MiniBrowser',
         args: ['--automation'],
@@ -231,9 +239,8 @@ async function launchOnce(kind, folder, fonts) {
   };
   try {
     const connection = await within(startPatience, connectTo(start, folder), `The start of ${kind}`);
-    await within(startPatience, connection.send('NewSession', {
-      capabilities: { alwaysMatch: { timeouts: { script: 300000 }, ...options(folder) } },
-    }), `A session with ${kind}`);
+    const capabilities = { timeouts: { script: 300000 }, ...options(folder) };
+    await within(startPatience, connection.open(capabilities), `A session with ${kind}`);
     return {
       send: (command, parameters) => connection.send(command, parameters),
       async end() {
