@@ -329,8 +329,11 @@ std::optional<Editor::Rect> Editor::caret() const {
 
 void Editor::resize(double width, double height, double scale) {
     perform([&](EditorSeat& seat) {
-        _life->environment->setWindow({width, height}, scale);
-        seat.window().setSize({width, height});
+        const gfx::Size size{width, height};
+        const bool isSame = seat.window().size() == size;
+        if (isSame && _life->environment->screen().scale == scale) return;
+        _life->environment->setWindow(size, scale);
+        seat.window().setSize(size);
     });
 }
 

@@ -137,6 +137,7 @@ public:
     std::optional<Rect> caret() const;
 
     // ---- for the host
+    // In points, and pixels per point; nothing happens where both are as they were.
     void resize(double width, double height, double scale);
     // How much of the window's bottom an on-screen keyboard covers, points; 0 when it goes.
     void setKeyboardHeight(double height);
