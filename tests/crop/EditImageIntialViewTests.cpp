@@ -245,21 +245,65 @@ TEST(EditImageIntialView, ConfirmedUnchangedKeepsEveryPixelAndTurnedExchangesThe
     }
 }
 
-TEST(EditImageIntialView, ATurnKeepsWhatIsUnderTheFrameAndLocksTheBarMeanwhile) {
+TEST(EditImageIntialView, TurnsAboutTheMiddleOfTheFrameWithTheBarLocked) {
     CropScreen screen;
     auto& view = *screen.view;
     screen.drag({20, 491}, {90, -60});
+    const gfx::Point middle = view.cropFrame().center();
+    const auto isLike = [](const gfx::Color& a, const gfx::Color& b) {
+        return std::abs(a.green - b.green) < 0.012 && std::abs(a.blue - b.blue) < 0.012;
+    };
+    const gfx::Color atMiddle = screen.seenAt(middle);
     const gfx::Color topLeft = screen.seenAt(view.cropFrame().origin + gfx::Point{6, 6});
-    Finger(screen.window()).tap({40, 752});
-    EXPECT_TRUE(view.isRotationIconLocked());
-    screen.wait(0.2);
-    screen.tap(view.cropToolBar()->rotateBtn());
+    view.onCropToolBarRotateBtnClicked();
+    for (int moment = 0; moment < 3; ++moment) {
+        screen.wait(0.1);
+        EXPECT_TRUE(isLike(screen.seenAt(middle), atMiddle)) << moment;
+        view.onCropToolBarRotateBtnClicked();
+        view.onCropToolBarCancelBtnClicked();
+        EXPECT_TRUE(view.isRotationIconLocked() && view.isRotating()) << moment;
+    }
+    screen.wait(1);
     EXPECT_EQ(view.currentRotationOrientation(), 1);
+    EXPECT_EQ(screen.opener->back, 0);
     // Counter-clockwise: the top left corner comes to the bottom left.
     const gfx::Rect frame = view.cropFrame();
-    const gfx::Color bottomLeft = screen.seenAt({frame.minX() + 6, frame.maxY() - 7});
-    EXPECT_NEAR(topLeft.green * 255, bottomLeft.green * 255, 3);
-    EXPECT_NEAR(topLeft.blue * 255, bottomLeft.blue * 255, 3);
+    EXPECT_TRUE(isLike(screen.seenAt({frame.minX() + 6, frame.maxY() - 7}), topLeft));
+}
+
+TEST(EditImageIntialView, TurnsToAnOrientationAndTellsOnceWhenItIsThere) {
+    CropScreen screen;
+    auto& view = *screen.view;
+    std::string heard;
+    const auto turnTo = [&](std::int32_t orientation, bool animated) {
+        heard.clear();
+        view.rotateImageToOrientationWithAnimationCompletion(
+            orientation, animated, [&](bool finished) { heard += finished ? "there" : "ignored"; });
+    };
+    struct Case {
+        std::int32_t orientation;
+        bool animated;
+        const char* atOnce;
+        const char* inTheEnd;
+        gfx::Size pixels;
+    };
+    for (const Case& c : {Case{0, true, "there", "there", {240, 180}},
+                          {2, true, "", "there", {240, 180}},
+                          {7, true, "ignored", "ignored", {240, 180}},
+                          {1, false, "there", "there", {180, 240}},
+                          {0, true, "", "there", {240, 180}},
+                          {3, true, "", "there", {180, 240}}}) {
+        turnTo(c.orientation, c.animated);
+        EXPECT_EQ(heard, c.atOnce) << c.orientation;
+        screen.wait(1);
+        EXPECT_EQ(heard, c.inTheEnd) << c.orientation;
+        EXPECT_EQ(view.eIScrollView()->imageView()->pixelsSeen(), c.pixels) << c.orientation;
+    }
+    EXPECT_EQ(view.currentRotationOrientation(), 3);
+    // On its way it takes no other turn.
+    view.onCropToolBarRotateBtnClicked();
+    turnTo(1, true);
+    EXPECT_EQ(heard, "ignored");
 }
 
 TEST(EditImageIntialView, RevertAndCancelTakeEverythingBack) {
@@ -279,6 +323,11 @@ TEST(EditImageIntialView, RevertAndCancelTakeEverythingBack) {
         EXPECT_FALSE(view.isRotated() || view.canRevert()) << turns;
     }
     screen.tap(view.cropToolBar()->rotateBtn());
+    // As it goes the picture is upright again, and where it was.
+    screen.opener->answer = [&](const std::string&) {
+        EXPECT_EQ(view.eIScrollView()->imageView()->pixelsSeen(), gfx::Size(240, 180));
+        EXPECT_EQ(view.eIScrollView()->imageFrame(), frame);
+    };
     screen.tap(view.cropToolBar()->cancelBtn());
     EXPECT_EQ(screen.opener->back, 1);
     EXPECT_EQ(screen.opener->done, 0);
