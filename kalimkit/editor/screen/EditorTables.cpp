@@ -1,7 +1,6 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace kalim {
 
@@ -18,13 +17,12 @@ const std::vector<unsigned>& editorSizes() {
 
 const std::vector<unsigned>& editorPens() {
     static const std::vector<unsigned> offered = [] {
-        std::vector<Pen> rows;
-        std::ranges::copy_if(pens(), std::back_inserter(rows),
-                             [](const Pen& pen) { return pen.place > 0; });
-        std::ranges::sort(rows, {}, &Pen::place);
         std::vector<unsigned> numbers;
-        for (const Pen& pen : rows)
-            numbers.push_back(pen.number);
+        const auto next = [&] {
+            return std::ranges::find(pens(), numbers.size() + 1, &Pen::place);
+        };
+        for (auto pen = next(); pen != pens().end(); pen = next())
+            numbers.push_back(pen->number);
         return numbers;
     }();
     return offered;
