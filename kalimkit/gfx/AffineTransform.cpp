@@ -53,6 +53,10 @@ AffineTransform AffineTransform::inverted() const {
 }
 
 Rect AffineTransform::apply(const Rect& rect) const {
+    // Two corners tell where the others are.
+    if (b == 0 && c == 0) {
+        return Rect::spanning(apply(rect.origin), apply(Point{rect.maxX(), rect.maxY()}));
+    }
     const Point corners[] = {apply(rect.origin), apply(Point{rect.maxX(), rect.minY()}),
                              apply(Point{rect.maxX(), rect.maxY()}),
                              apply(Point{rect.minX(), rect.maxY()})};

@@ -89,6 +89,7 @@ void View::insertSubview(std::shared_ptr<View> view, std::size_t index) {
     const std::shared_ptr<View> added = std::move(view);
     _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), added);
     added->_superview = this;
+    added->announceLayout();
     setNeedsLayout();
     added->setWindow(_window);
     added->forgetExtent();

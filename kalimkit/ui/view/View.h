@@ -259,6 +259,7 @@ private:
     template <typename Change>
     void change(std::initializer_list<ViewProperty> properties, Change make);
     void setPlace(gfx::Point center, const gfx::Rect& bounds);
+    void announceLayout();
     void moveSubview(View& view, std::size_t index);
     void setWindow(ViewWindow* window);
     void collect(std::vector<std::shared_ptr<View>>& subtree);
@@ -307,6 +308,8 @@ private:
     bool _hidden = false;
     bool _clipsToBounds = false;
     bool _needsLayout = true;
+    // Whether anything in it does.
+    bool _needsLayoutBelow = false;
     // Of the class View itself: there is nothing to it but its background and its subviews.
     bool _isPlain = false;
     bool _userInteractionEnabled = true;

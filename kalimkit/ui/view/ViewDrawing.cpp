@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "kalimkit/gfx/GraphicsState.h"
 #include "kalimkit/gfx/RoundedRect.h"
 #include "kalimkit/ui/motion/ShapeLayer.h"
@@ -117,7 +119,14 @@ void View::damage(gfx::Rect rect) {
 
 void View::setNeedsLayout() {
     _needsLayout = true;
+    announceLayout();
     if (_window) _window->requestLayout();
+}
+
+// Where one above knows that something below is to be laid out, all above it do.
+void View::announceLayout() {
+    for (View* view = _superview; view && !view->_needsLayoutBelow; view = view->_superview)
+        view->_needsLayoutBelow = true;
 }
 
 void View::layoutIfNeeded() {
@@ -125,6 +134,7 @@ void View::layoutIfNeeded() {
         _needsLayout = false;
         layoutSubviews();
     }
+    if (!std::exchange(_needsLayoutBelow, false)) return;
     // A copy: laying out may add and remove.
     const std::vector<std::shared_ptr<View>> subviews = _subviews;
     for (const auto& subview : subviews)

@@ -59,14 +59,10 @@ void ViewMotion::advance(Time time, const ViewLook& finals) {
     applyAnimations();
 }
 
-double ViewMotion::shareOf(ViewProperty property) const {
-    const auto& run = _runs[static_cast<std::size_t>(property)];
-    return run ? run->share(_time) : 1;
-}
-
 void ViewMotion::moveProperties(const ViewLook& finals) {
     const auto mixed = [this](ViewProperty property, const auto& from, const auto& to) {
-        return mix(from, to, shareOf(property));
+        const auto& run = _runs[static_cast<std::size_t>(property)];
+        return run ? mix(from, to, run->share(_time)) : to;
     };
     const ViewPlace& place = finals.place;
     _between.place = {

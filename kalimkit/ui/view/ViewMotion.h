@@ -43,7 +43,6 @@ private:
     std::shared_ptr<AnimationRun>& runOf(ViewProperty property) {
         return _runs[static_cast<std::size_t>(property)];
     }
-    double shareOf(ViewProperty property) const;
     void moveProperties(const ViewLook& finals);
     void applyAnimations();
 
