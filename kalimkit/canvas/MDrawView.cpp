@@ -1,11 +1,12 @@
 #include "kalimkit/canvas/MDrawView.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasParts.h"
 #include "kalimkit/canvas/ToolClasses.h"
-#include "kalimkit/shapes/MDrawLine.h"
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
+#include "kalimkit/ui/gesture/TapGestureRecognizer.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 
@@ -18,113 +19,149 @@ std::shared_ptr<MDrawView> MDrawView::initWithFrame(const gfx::Rect& frame) {
     return view;
 }
 
+MDrawView::MDrawView() : _parts(std::make_unique<CanvasParts>(*this, shown())) {}
+
+MDrawView::~MDrawView() = default;
+
 void MDrawView::init(const gfx::Rect& frame) {
     View::init(frame);
     setMultipleTouchEnabled(true);
-    _tools = std::make_shared<ToolList>();
-    _undoManager = std::make_unique<MUndoManager>(_tools);
-    _undoManager->setDelegate(self());
-    _newTools.toolClass = &MDrawLine::Class();
-    _newTools.color = gfx::makeColor(0, 1, 0);
-    _defualtBackgroundColor = gfx::makeColor(1, 1, 1);
-
-    _drawFreeLineHelper = MDrawFreeLineHelper::init();
-    _drawFreeLineHelper->setDelegate(self());
+    _parts->history.listen();
+    _parts->freehand.listen();
     addGestures();
-    _picture.take(nullptr, room());
+    shown().picture.take(nullptr, room());
     placeCanvas();
 }
 
 void MDrawView::addGestures() {
     _rotationGesture = std::make_shared<ui::RotationGestureRecognizer>();
-    _doubleTapGesture = std::make_shared<ui::TapGestureRecognizer>();
-    _doubleTapGesture->setNumberOfTapsRequired(2);
     watch(_rotationGesture, [this](ui::GestureState state) {
         handleRotationGesture(state, _rotationGesture->rotation());
     });
     addViewGestures();
-    watch(_doubleTapGesture, [this](ui::GestureState state) {
-        if (state != ui::GestureState::Ended) return;
-        handleDoubleTapGesture(_doubleTapGesture->locationIn(this));
+    const auto doubleTap = std::make_shared<ui::TapGestureRecognizer>();
+    doubleTap->setNumberOfTapsRequired(2);
+    watch(doubleTap, [this, taps = doubleTap.get()](ui::GestureState state) {
+        if (state == ui::GestureState::Ended) handleDoubleTapGesture(taps->locationIn(this));
     });
 }
 
-std::shared_ptr<MDrawView> MDrawView::self() {
-    return std::static_pointer_cast<MDrawView>(shared_from_this());
+// The parts for somebody who calls from outside: whatever the owner does when it is told of
+// something, the canvas is there until the call returns.
+std::shared_ptr<CanvasParts> MDrawView::held() {
+    return {shared_from_this(), _parts.get()};
 }
 
 void MDrawView::setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate) {
-    _drawViewdelegate = std::move(delegate);
+    _parts->home.setOwner(std::move(delegate));
+}
+
+bool MDrawView::forgiving() const {
+    return _parts->tools.forgiving();
 }
 
 void MDrawView::setForgiving(bool forgiving) {
-    if (forgiving == this->forgiving()) return;
-    _newTools.rules.forgiving = forgiving;
-    _undoManager->setRules(_newTools.rules);
-    if (_handingTools) _handingTools->setRules(_newTools.rules);
-    for (const ToolRef& tool : *_tools)
-        tool->setRules(_newTools.rules);
-    invalidateLayers();
+    _parts->pen.setForgiving(forgiving);
 }
 
 void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
     MDrawLogUtil::sharedInstance().setLogTransferBlock(std::move(block));
 }
 
+// ---- the view
+
 void MDrawView::layoutSubviews() {
+    const auto parts = held();
     fitIntoView();
     placeCanvas();
-    placeTypingView();
-    updateLayers();
+    parts->typing.place();
+    parts->screen.update();
+}
+
+void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
+    const auto parts = held();
+    // A new scale of the screen comes without a layout.
+    if (fitIntoView()) parts->screen.update();
+    parts->screen.draw(context);
 }
 
 // Whether the view's size or the screen's scale asked for anything.
 bool MDrawView::fitIntoView() {
-    const bool isUnused = !_picture.source() && !hasTools() && !canUndo() && !canRedo();
+    const bool isUnused = !sourceImage() && !hasTools() && !canUndo() && !canRedo();
     const gfx::AffineTransform before = mViewTransform();
     const Fitting fitting = fitPicture(isUnused);
     if (fitting == Fitting::Nothing) return false;
-    const auto alive = self();
+    const auto parts = held();
     if (fitting == Fitting::Settled) {
-        _ctxRect = contentRect();
-        _mosaic.take(_picture);
+        parts->content.measure();
+        parts->painter.takeMosaic();
     }
     if (fitting != Fitting::NewScale) {
         fitResized();
-        followView(before);
+        parts->typing.followView(before);
     }
-    invalidateLayers();
+    parts->screen.invalidate();
     return true;
+}
+
+void MDrawView::didMoveToWindow() {
+    if (window()) return;
+    _parts->screen.release();
+    shown().picture.releaseCopies();
 }
 
 // The field of a text that is being typed would stay behind.
 bool MDrawView::mayMoveView() const {
-    return ZoomedCanvasView::mayMoveView() && !_curEdittingTextTool;
+    return ZoomedCanvasView::mayMoveView() && !_parts->typing.text();
+}
+
+bool MDrawView::mayZoomView() const {
+    return mayMoveView() && !_parts->selection.holdsFingers();
 }
 
 void MDrawView::viewGestureDidBegin() {
-    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanStart();
+    if (const auto owner = _parts->home.owner()) owner->didCanvasScaleAndPanStart();
 }
 
 void MDrawView::viewGestureDidEnd() {
-    if (const auto delegate = _drawViewdelegate.lock()) delegate->didCanvasScaleAndPanEnd();
+    if (const auto owner = _parts->home.owner()) owner->didCanvasScaleAndPanEnd();
 }
 
 // ---- the picture
 
 void MDrawView::setSnipImage(const gfx::ImageRef& image) {
-    const auto alive = self();
-    finishEditText();
-    deleteCurrentHandlingTool();
-    _drawFreeLineHelper->reset();
-    clearSelection();
+    const auto parts = held();
+    parts->typing.finish();
+    parts->finger.deleteCreated();
+    parts->freehand.drop();
+    parts->selection.clear();
     resetView();
-    _picture.take(image, room(), _canvasBasis);
-    _ctxRect = bgImgRect();
-    _mosaic.take(_picture);
+    shown().picture.take(image, room(), _canvasBasis);
+    shown().content = bgImgRect();
+    parts->painter.takeMosaic();
     placeCanvas();
-    clearTools();
-    invalidateLayers();
+    parts->history.clear();
+    parts->screen.invalidate();
+}
+
+gfx::ImageRef MDrawView::exportImage() {
+    const auto parts = held();
+    fitIntoView();
+    return parts->exports.image();
+}
+
+gfx::ImageRef MDrawView::exportImageAtPictureScale() {
+    const auto parts = held();
+    fitIntoView();
+    return parts->exports.imageAtPictureScale();
+}
+
+gfx::ImageRef MDrawView::exportImageForScale() {
+    return held()->exports.imageOfView();
+}
+
+gfx::ImageRef MDrawView::filterImg(const gfx::ImageRef& image) const {
+    return CanvasExport::blurred(image);
 }
 
 void MDrawView::setCanvasBasis(double points) {
@@ -136,219 +173,235 @@ void MDrawView::setCanvasBasis(double points) {
     if (!hasTools() && !canUndo() && !canRedo()) setSnipImage(picture);
 }
 
+bool MDrawView::clipsToPicture() const {
+    return _parts->content.clipsToPicture();
+}
+
 void MDrawView::setClipsToPicture(bool clips) {
-    if (clips == _clipsToPicture) return;
-    _clipsToPicture = clips;
-    _ctxRect = contentRect();
-    invalidateLayers();
+    if (clips == clipsToPicture()) return;
+    _parts->content.setClipsToPicture(clips);
+    _parts->content.measure();
+    _parts->screen.invalidate();
+}
+
+bool MDrawView::isDirty() const {
+    return _parts->history.isDirty();
+}
+
+const gfx::ColorRef& MDrawView::defualtBackgroundColor() const {
+    return _parts->painter.background();
 }
 
 void MDrawView::setDefualtBackgroundColor(gfx::ColorRef color) {
     if (!color) return;
-    _defualtBackgroundColor = std::move(color);
-    invalidateLayers();
+    _parts->painter.setBackground(std::move(color));
+    _parts->screen.invalidate();
 }
 
 // ---- what new tools are
 
 void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType) {
-    beginDrawing(getClassForToolType(type), drawType);
+    held()->pen.choose(getClassForToolType(type), drawType);
 }
 
 bool MDrawView::beginDrawingWithClass(const ToolClass& toolClass, std::uint64_t drawType) {
     const bool isByTouch = toolClass.beginning() != ToolBeginning::Taps;
     if (!toolClass.makeWithStartPoint || !isByTouch) return false;
-    beginDrawing(&toolClass, drawType);
+    held()->pen.choose(&toolClass, drawType);
     return true;
 }
 
-void MDrawView::beginDrawing(const ToolClass* toolClass, std::uint64_t drawType) {
-    const auto alive = self();
-    if (toolClass != _newTools.toolClass) endWaitingDrawing();
-    _newTools.toolClass = toolClass;
-    if (!_newTools.toolClass) stopDrawing();
-    const ToolClass* creating = _handingTool ? &_handingTool->toolClass() : nullptr;
-    if (_newTools.toolClass != creating) _newTools.drawType = drawType;
+const ToolClass* MDrawView::drawToolClass() const {
+    return _parts->tools.pen().toolClass;
 }
 
 void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {
-    _newTools.drawType = drawType;
-    const ToolClass* toolClass = getClassForToolType(type);
-    if (!toolClass || !isSelectionValid() || _handingTools->drawType() == drawType) return;
-    _handingTools->setDrawTypeForType(drawType, toolClass);
-    recordSelectionChange();
+    held()->pen.setDrawType(drawType, getClassForToolType(type));
+}
+
+std::uint64_t MDrawView::drawType() const {
+    return _parts->tools.pen().drawType;
 }
 
 void MDrawView::setDrawColorIsTranslucent(gfx::ColorRef color, bool /*isTranslucent*/) {
-    if (!color) return;
-    const auto alive = self();
-    if (!gfx::equalColors(color, _newTools.color)) endWaitingDrawing();
-    _newTools.color = std::move(color);
-    if (const auto text = restyledText(); text && !gfx::equalColors(text->color(), this->color())) {
-        text->takeColor(this->color());
-        return redisplay();
-    }
-    if (!isSelectionValid() || gfx::equalColors(_handingTools->color(), _newTools.color)) return;
-    _handingTools->setColor(_newTools.color);
-    recordSelectionChange();
+    held()->pen.setColor(std::move(color));
+}
+
+const gfx::ColorRef& MDrawView::color() const {
+    return _parts->tools.pen().color;
 }
 
 void MDrawView::setDrawLineWidth(double width) {
-    if (!(width >= 0) || std::isinf(width)) return;
-    const auto alive = self();
-    if (width != _newTools.lineWidth) endWaitingDrawing();
-    _newTools.lineWidth = width;
-    if (const auto text = restyledText(); text && text->lineWidth() != width) {
-        text->takeLineWidth(width);
-        return redisplay();
-    }
-    if (!isSelectionValid() || _handingTools->lineWidth() == width) return;
-    _handingTools->setLineWidth(width);
-    if (forgiving()) _handingTools->growToLineWidth();
-    recordSelectionChange();
+    held()->pen.setLineWidth(width);
 }
 
-// ---- measuring
+double MDrawView::lineWidth() const {
+    return _parts->tools.pen().lineWidth;
+}
+
+void MDrawView::setTextMaskColorsParForTextColors(ColorPairs maskColors) {
+    _parts->typing.setMaskColors(std::move(maskColors));
+    _parts->screen.invalidate();
+}
 
 void MDrawView::setCalibration(double calibration) {
-    _newTools.calibration = calibration;
-    refreshCalibrations();
+    _parts->pen.setCalibration(calibration);
 }
 
 void MDrawView::setUnit(std::string unit) {
-    _newTools.unit = std::move(unit);
-    refreshCalibrations();
+    _parts->pen.setUnit(std::move(unit));
 }
 
 void MDrawView::setShowMeasurement(bool show) {
-    _newTools.showMeasurement = show;
-    refreshCalibrations();
+    _parts->pen.setShowMeasurement(show);
 }
 
-void MDrawView::refreshCalibrations() {
-    for (const ToolRef& tool : *_tools)
-        _newTools.applyShared(*tool);
-    invalidateLayers();
-}
+// ---- tools and selection
 
-// ---- tools
+const ToolList& MDrawView::tools() const {
+    return _parts->tools.list();
+}
 
 bool MDrawView::addTool(const ToolRef& tool) {
-    // A tool with a history belongs, or belonged, to a canvas and its steps.
-    if (!tool || tool->mutabaleToolObjType() || !tool->undoMgr().featureList().empty() ||
-        !tool->isDrawVaild() || isOnCanvas(tool)) {
-        return false;
-    }
-    const auto alive = self();
-    if (!tool->color()) tool->setColor(_newTools.color);
-    _newTools.applyShared(*tool);
-    adoptText(tool);
-    tool->setIsNewBuild(false);
-    tool->setSelected(false);
-    if (!tool->finalized()) tool->finalize();
-    tool->settle();
-    _undoManager->addTool(tool);
-    _undoManager->addToolSuccess(tool);
-    redisplay();
-    return isOnCanvas(tool);
+    return held()->history.add(tool);
 }
 
-bool MDrawView::isOnCanvas(const ToolRef& tool) const {
-    return std::ranges::find(*_tools, tool) != _tools->end();
+void MDrawView::selectTools(const ToolList& tools) {
+    held()->selection.select(tools);
+}
+
+void MDrawView::selectNone() {
+    held()->selection.clear();
+}
+
+bool MDrawView::hasSelectedTools() const {
+    return _parts->selection.isValid();
+}
+
+const std::shared_ptr<MDrawMutableSelect>& MDrawView::handingTools() const {
+    return _parts->selection.group();
+}
+
+ToolRef MDrawView::testHitTestSelectTool(gfx::Point p) const {
+    return _parts->tools.topmostAt(p);
+}
+
+const ToolRef& MDrawView::handingTool() const {
+    return _parts->finger.tool();
 }
 
 void MDrawView::deleteSelectedTools() {
-    if (!_handingTools) return;
-    const auto alive = self();
-    // What fingers are still doing is a step of its own, and may have been the selection's last.
-    if (forgiving()) endStepUnderWay();
-    if (!_handingTools) return;
-    _undoManager->removeTool(_handingTools);
-    clearSelection();
-    refreshContextRect();
-    redisplay();
+    held()->history.removeSelected();
 }
 
 void MDrawView::clearTools() {
-    const auto alive = self();
-    finishEditText();
-    _drawFreeLineHelper->reset();
-    clearSelection();
-    // Nothing of a gesture under way survives, or the next touch would wait for its end.
-    _handingTool = nullptr;
-    _touch.drawing = false;
-    _touch.LastSeletedTestSrcPoint = nullptr;
-    _tools->clear();
-    _createdTools.clear();
-    _undoManager->reset();
-    redisplay();
+    held()->history.clear();
 }
 
 void MDrawView::removeInvaildTools() {
-    const auto alive = self();
-    const ToolList tools = *_tools;
-    for (const ToolRef& tool : tools) {
-        if (tool->isNewBuild() || tool->isDrawVaild()) continue;
-        removeToolFromSelectedTools(tool);
-        _undoManager->removeToolFromAllSystem(tool);
-    }
+    held()->history.removeInvalid();
 }
 
 void MDrawView::finalizeCurrentDrawing() {
-    const auto alive = self();
-    checkAndEndTextToolEdittingText();
-    if (_handingTools) _handingTools->finalize();
-    stopDrawing();
-    redisplay();
+    const auto parts = held();
+    parts->typing.end();
+    if (const auto group = handingTools()) group->finalize();
+    parts->finger.stopDrawing();
+    parts->home.redisplay();
+}
+
+void MDrawView::finishEditText() {
+    held()->typing.finish();
+}
+
+const std::shared_ptr<MDrawText>& MDrawView::curEdittingTextTool() const {
+    return _parts->typing.text();
 }
 
 // ---- undo
 
 bool MDrawView::undo() {
-    return stepHistory([](MUndoManager& manager) { return manager.undo(); });
+    return held()->history.undo();
 }
 
 bool MDrawView::redo() {
-    return stepHistory([](MUndoManager& manager) { return manager.redo(); });
+    return held()->history.redo();
 }
 
-bool MDrawView::stepHistory(bool (*step)(MUndoManager&)) {
-    const auto alive = self();
-    // What is being typed or fades in is the step that is meant.
-    finishEditText();
-    // A finger that is still drawing has done its work with that.
-    if (forgiving() && isCreating(ToolRecorder::Strokes)) endCreation();
-    endFreehand();
-    removeInvaildTools();
-    clearSelection();
-    // What a finger found may be off the canvas after the step.
-    _touch.LastSeletedTestSrcPoint = nullptr;
-    if (!step(*_undoManager)) return false;
-    // A tool that comes back has missed what was set while it was away.
-    for (const ToolRef& tool : *_tools)
-        _newTools.applyShared(*tool);
-    refreshContextRect();
-    redisplay();
-    return true;
+bool MDrawView::canUndo() const {
+    return _parts->history.canUndo();
 }
 
-void MDrawView::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
-    const auto alive = self();
-    if (const auto delegate = _drawViewdelegate.lock()) {
-        const bool waits = hasWaitingDrawing();
-        delegate->canUndoStateChangedCanRedo(canUndo || waits, canRedo && !waits);
-    }
+bool MDrawView::canRedo() const {
+    return _parts->history.canRedo();
 }
 
-void MDrawView::toolsStateChangedState(const ToolRef& tool, State state) {
-    _isDirty = true;
-    _drawn.markListChanged();
-    _drawn.markChanged(tool);
-    if (state != State::AddedOrChanged) dropAbsentFromSelection();
-    const gfx::Rect before = _ctxRect;
-    const bool isChanged = (tool || state != State::AddedOrChanged) && refreshContextRect();
-    if (isChanged && !before.contains(_ctxRect)) autoScaleWhenCtxEnlarged();
-    redisplay();
+MUndoManager& MDrawView::undoManager() {
+    return _parts->tools.undoManager();
+}
+
+// ---- gestures
+
+FingerState MDrawView::fingerState() const {
+    return _parts->finger.state();
+}
+
+void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
+    held()->selection.turn(state, rotation, !shown().zoom.isPinching());
+}
+
+void MDrawView::handleDoubleTapGesture(gfx::Point place) {
+    const auto parts = held();
+    const ToolRef& created = parts->finger.tool();
+    if (created && !created->isDrawVaild()) parts->finger.deleteCreated();
+    // The field that is open takes its own taps, whatever lies under it.
+    if (parts->typing.text() || parts->finger.isCreating()) return;
+    parts->typing.editAt(invertViewPoint(place));
+}
+
+void MDrawView::touchesBegan(const ui::TouchEvent& event) {
+    const auto parts = held();
+    // Points are those of the view as it is now, also where it has not been displayed since.
+    fitIntoView();
+    if (parts->finger.began(event)) View::touchesBegan(event);
+}
+
+void MDrawView::touchesMoved(const ui::TouchEvent& event) {
+    const auto parts = held();
+    parts->finger.moved(event);
+    View::touchesMoved(event);
+}
+
+void MDrawView::touchesEnded(const ui::TouchEvent& event) {
+    const auto parts = held();
+    parts->finger.ended(event);
+    View::touchesEnded(event);
+}
+
+void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
+    const auto parts = held();
+    parts->finger.cancelled(event);
+    View::touchesCancelled(event);
+}
+
+// ---- accessibility
+
+std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
+    return _parts->speech.elements();
+}
+
+bool MDrawView::activateAccessibilityElement(std::uint64_t key) {
+    return held()->speech.activate(key);
+}
+
+// ---- display
+
+void MDrawView::invalidateLayers() {
+    _parts->screen.invalidate();
+}
+
+int MDrawView::lastDrawnTools() const {
+    return _parts->screen.drawnTools();
 }
 
 }  // namespace kalim

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <utility>
 
-#include "kalimkit/canvas/CanvasGlide.h"
+#include "kalimkit/canvas/CanvasShown.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
+#include "kalimkit/ui/gesture/PinchGestureRecognizer.h"
 
 namespace kalim {
 
@@ -15,11 +17,49 @@ constexpr double ordinaryLargestScale = 2.0;
 
 }  // namespace
 
-ZoomedCanvasView::ZoomedCanvasView() = default;
+ZoomedCanvasView::ZoomedCanvasView() : _shown(std::make_unique<CanvasShown>()) {}
 
 ZoomedCanvasView::~ZoomedCanvasView() = default;
 
+// ---- the canvas
+
+const gfx::ImageRef& ZoomedCanvasView::bgImg() const {
+    return _shown->picture.fitted();
+}
+
+const gfx::ImageRef& ZoomedCanvasView::sourceImage() const {
+    return _shown->picture.source();
+}
+
+const gfx::Rect& ZoomedCanvasView::bgImgRect() const {
+    return _shown->picture.rect();
+}
+
+const gfx::Rect& ZoomedCanvasView::ctxRect() const {
+    return _shown->content;
+}
+
 // ---- the scale
+
+double ZoomedCanvasView::getScale() const {
+    return _shown->zoom.scale();
+}
+
+double ZoomedCanvasView::contextScale() const {
+    return _shown->zoom.contextScale();
+}
+
+double ZoomedCanvasView::defaultMinScale() const {
+    return _shown->zoom.defaultMinScale();
+}
+
+double ZoomedCanvasView::largestScale() const {
+    return _shown->zoom.largestScale();
+}
+
+const gfx::AffineTransform& ZoomedCanvasView::mViewTransform() const {
+    return _shown->zoom.toView();
+}
 
 // Changes what is shown, and has it displayed where that makes a difference.
 template <typename Change>
@@ -32,21 +72,21 @@ void ZoomedCanvasView::changeView(Change change) {
 }
 
 void ZoomedCanvasView::setFScal(float scale) {
-    changeView([&] { _zoom.setImposedScale(scale); });
+    changeView([&] { _shown->zoom.setImposedScale(scale); });
 }
 
 void ZoomedCanvasView::checkAndUpdateCTXScale() {
-    changeView([&] { _zoom.clamp(); });
+    changeView([&] { _shown->zoom.clamp(); });
 }
 
 void ZoomedCanvasView::autoScaleWhenCtxEnlarged() {
-    const gfx::AffineTransform before = shownTransform();
+    const gfx::AffineTransform before = _shown->transform();
     // Without a picture the first thing drawn is all of the content; it stays where it was drawn.
-    if (!_picture.source() && !_zoom.isLargerThanView(_ctxRect)) {
-        _zoom.allowOrdinaryZoom();
+    if (!_shown->picture.source() && !_shown->zoom.isLargerThanView(_shown->content)) {
+        _shown->zoom.allowOrdinaryZoom();
         return;
     }
-    changeView([&] { _zoom.fit(_ctxRect); });
+    changeView([&] { _shown->zoom.fit(_shown->content); });
     settleView(before);
 }
 
@@ -58,16 +98,16 @@ void ZoomedCanvasView::setLargestMagnification(double pixels) {
 
 // The zoom at which so many pixels of the screen come to one of the picture; 0 without a picture.
 double ZoomedCanvasView::scaleForMagnification(double pixels) const {
-    const double shown = _picture.fittingScale() * ui::Environment::current().screen().scale;
-    return pixels * _picture.pixelsPerPoint() / shown;
+    const double shown = _shown->picture.fittingScale() * ui::Environment::current().screen().scale;
+    return pixels * _shown->picture.pixelsPerPoint() / shown;
 }
 
 // Has the view go to how the change leaves it.
 template <typename Change>
 bool ZoomedCanvasView::glide(Change change) {
-    if (_zoom.isHeld() || !mayMoveView()) return false;
-    const gfx::AffineTransform before = shownTransform();
-    _glide = nullptr;
+    if (_shown->zoom.isHeld() || !mayMoveView()) return false;
+    const gfx::AffineTransform before = _shown->transform();
+    _shown->glide = nullptr;
     changeView(change);
     settleView(before);
     // Where nothing glides, the view has come to rest already.
@@ -77,23 +117,23 @@ bool ZoomedCanvasView::glide(Change change) {
 }
 
 bool ZoomedCanvasView::zoomToFit() {
-    return glide([this] { _zoom.showWhole(_ctxRect); });
+    return glide([this] { _shown->zoom.showWhole(_shown->content); });
 }
 
 bool ZoomedCanvasView::zoomToPixels() {
     const double scale = scaleForMagnification(1);
-    return scale > 0 && glide([&] { _zoom.zoomTo(scale, _ctxRect); });
+    return scale > 0 && glide([&] { _shown->zoom.zoomTo(scale, _shown->content); });
 }
 
 bool ZoomedCanvasView::zoomBy(double factor) {
     if (!(factor > 0) || std::isinf(factor)) return false;
-    return glide([&] { _zoom.zoomTo(_zoom.scale() * factor, _ctxRect); });
+    return glide([&] { _shown->zoom.zoomTo(_shown->zoom.scale() * factor, _shown->content); });
 }
 
 gfx::Point ZoomedCanvasView::invertViewPoint(gfx::Point p) const {
     constexpr double fractions = 256;
-    const gfx::Point point = _zoom.toCanvas().apply(p);
-    if (!_picture.hasBasis()) return point;
+    const gfx::Point point = _shown->zoom.toCanvas().apply(p);
+    if (!_shown->picture.hasBasis()) return point;
     return {std::round(point.x * fractions) / fractions,
             std::round(point.y * fractions) / fractions};
 }
@@ -117,25 +157,26 @@ gfx::Rect ZoomedCanvasView::room() const {
 
 void ZoomedCanvasView::placeCanvas() {
     changeView([&] {
-        const gfx::Rect canvas = _picture.isSettled() ? _picture.canvas() : room();
+        const gfx::Rect canvas = _shown->picture.isSettled() ? _shown->picture.canvas() : room();
         // A margin sets the picture apart from the screen's edges already.
-        const bool isScreenShot = _picture.fillsView() && _layoutMargin == ui::EdgeInsets{};
+        const bool isScreenShot = _shown->picture.fillsView() && _layoutMargin == ui::EdgeInsets{};
         const double largest =
             std::max(ordinaryLargestScale, scaleForMagnification(_largestMagnification));
-        _zoom.setPlace({canvas.center(), room(), _picture.fittingScale(), isScreenShot, largest});
+        _shown->zoom.setPlace(
+            {canvas.center(), room(), _shown->picture.fittingScale(), isScreenShot, largest});
     });
 }
 
 ZoomedCanvasView::Fitting ZoomedCanvasView::fitPicture(bool isUnused) {
     const double screenScale = ui::Environment::current().screen().scale;
     const gfx::Rect room = this->room();
-    if (room.isEmpty() || _picture.isShownIn(room, screenScale)) return Fitting::Nothing;
-    const bool isResized = !_picture.isShownIn(room, _picture.screenScale());
-    const bool isUnsettled = isUnused || !_picture.isSettled();
+    if (room.isEmpty() || _shown->picture.isShownIn(room, screenScale)) return Fitting::Nothing;
+    const bool isResized = !_shown->picture.isShownIn(room, _shown->picture.screenScale());
+    const bool isUnsettled = isUnused || !_shown->picture.isSettled();
     if (isUnused) {
-        _picture.take(nullptr, room);
+        _shown->picture.take(nullptr, room);
     } else {
-        _picture.showIn(room, screenScale);
+        _shown->picture.showIn(room, screenScale);
     }
     if (isUnsettled) return Fitting::Settled;
     return isResized ? Fitting::Resized : Fitting::NewScale;
@@ -143,44 +184,38 @@ ZoomedCanvasView::Fitting ZoomedCanvasView::fitPicture(bool isUnused) {
 
 void ZoomedCanvasView::fitResized() {
     resetView();
-    const bool isAsFirstShown = !_picture.source() && room().size == _picture.canvas().size;
-    if (!_ctxRect.isEmpty() && (!isAsFirstShown || _zoom.isLargerThanView(_ctxRect))) {
-        changeView([&] { _zoom.fit(_ctxRect); });
+    const bool isAsFirstShown =
+        !_shown->picture.source() && room().size == _shown->picture.canvas().size;
+    if (!_shown->content.isEmpty() &&
+        (!isAsFirstShown || _shown->zoom.isLargerThanView(_shown->content))) {
+        changeView([&] { _shown->zoom.fit(_shown->content); });
     }
 }
 
 // ---- what is shown
 
 void ZoomedCanvasView::resetView() {
-    _glide = nullptr;
-    const bool wasHeld = _zoom.isHeld();
-    changeView([&] { _zoom.reset(); });
+    _shown->glide = nullptr;
+    const bool wasHeld = _shown->zoom.isHeld();
+    changeView([&] { _shown->zoom.reset(); });
     placeCanvas();
     if (!wasHeld) return;
     viewGestureDidEnd();
-}
-
-bool ZoomedCanvasView::isViewMoving() const {
-    return _zoom.isHeld() || _glide;
-}
-
-gfx::AffineTransform ZoomedCanvasView::shownTransform() const {
-    return _glide ? _glide->shown() : mViewTransform();
 }
 
 // Glides from how the view is shown to how it is from now on.
 void ZoomedCanvasView::settleView(const gfx::AffineTransform& from) {
     if (from == mViewTransform() || !window()) return;
     if (ui::Environment::current().prefersReducedMotion()) {
-        _glide = nullptr;
+        _shown->glide = nullptr;
         return;
     }
     const std::weak_ptr<ui::View> weakSelf = weak_from_this();
-    _glide = std::make_unique<CanvasGlide>(
+    _shown->glide = std::make_unique<CanvasGlide>(
         from, mViewTransform(), ui::Environment::current().runLoop(), [weakSelf](bool isOver) {
             const auto view = std::static_pointer_cast<ZoomedCanvasView>(weakSelf.lock());
             if (!view) return;
-            if (isOver) view->_glide = nullptr;
+            if (isOver) view->_shown->glide = nullptr;
             view->setNeedsLayout();
             view->setNeedsDisplay();
         });
@@ -217,12 +252,12 @@ void ZoomedCanvasView::handlePinchGesture(ui::GestureState state, double scale, 
     const auto alive = shared_from_this();
     if (state == ui::GestureState::Began && mayZoomView()) {
         beginViewGesture();
-        _zoom.beginPinch();
+        _shown->zoom.beginPinch();
     }
-    if (!_zoom.isPinching()) return;
-    changeView([&] { _zoom.pinch(scale, focus); });
+    if (!_shown->zoom.isPinching()) return;
+    changeView([&] { _shown->zoom.pinch(scale, focus); });
     if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
-    changeView([&] { _zoom.endPinch(focus, _ctxRect); });
+    changeView([&] { _shown->zoom.endPinch(focus, _shown->content); });
     endViewGesture();
 }
 
@@ -231,25 +266,25 @@ void ZoomedCanvasView::handlePanGesture(ui::GestureState state, gfx::Point trans
     const auto alive = shared_from_this();
     if (state == ui::GestureState::Began && mayMoveView()) {
         beginViewGesture();
-        _zoom.beginPan();
+        _shown->zoom.beginPan();
     }
-    if (!_zoom.isPanning()) return;
-    changeView([&] { _zoom.pan(translation); });
+    if (!_shown->zoom.isPanning()) return;
+    changeView([&] { _shown->zoom.pan(translation); });
     if (state == ui::GestureState::Began || state == ui::GestureState::Changed) return;
-    _zoom.endPan();
+    _shown->zoom.endPan();
     endViewGesture();
 }
 
 void ZoomedCanvasView::beginViewGesture() {
-    if (std::exchange(_glide, nullptr)) setNeedsDisplay();
-    if (_zoom.isHeld()) return;
+    if (std::exchange(_shown->glide, nullptr)) setNeedsDisplay();
+    if (_shown->zoom.isHeld()) return;
     viewGestureDidBegin();
 }
 
 // Two fingers may pinch and pan at once; the view comes to rest when both are over.
 void ZoomedCanvasView::endViewGesture() {
-    if (_zoom.isHeld()) return;
-    settleView(_zoom.settle(_ctxRect));
+    if (_shown->zoom.isHeld()) return;
+    settleView(_shown->zoom.settle(_shown->content));
     setNeedsLayout();
     setNeedsDisplay();
     viewGestureDidEnd();

@@ -3,17 +3,19 @@
 #include <functional>
 #include <memory>
 
-#include "kalimkit/canvas/CanvasPicture.h"
-#include "kalimkit/canvas/CanvasZoom.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
-#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
-#include "kalimkit/ui/gesture/PinchGestureRecognizer.h"
 #include "kalimkit/ui/view/View.h"
+
+namespace kalim::ui {
+class PanGestureRecognizer;
+class PinchGestureRecognizer;
+}  // namespace kalim::ui
 
 namespace kalim {
 
-class CanvasGlide;
+struct CanvasShown;
 
 // A view of a canvas that two fingers zoom and move. Lengths are points; "canvas" points are those
 // of the picture and what lies over it, which zoom, pan and rotation map to the view's own. The
@@ -25,25 +27,25 @@ public:
 
     // ---- the canvas
     // The upright, fitted picture; null when there is none.
-    const gfx::ImageRef& bgImg() const { return _picture.fitted(); }
+    const gfx::ImageRef& bgImg() const;
     // As it was handed in, upright; null without one.
-    const gfx::ImageRef& sourceImage() const { return _picture.source(); }
+    const gfx::ImageRef& sourceImage() const;
     // Where it lies, canvas points.
-    const gfx::Rect& bgImgRect() const { return _picture.rect(); }
+    const gfx::Rect& bgImgRect() const;
     // The content: the picture's rectangle united with every tool's extent, canvas points.
-    const gfx::Rect& ctxRect() const { return _ctxRect; }
+    const gfx::Rect& ctxRect() const;
 
     // ---- zoom
     // View point to canvas point. Where canvas points are the picture's, to 1/256 of one, so that
     // the same place of the picture is the same point in views of every size.
     gfx::Point invertViewPoint(gfx::Point p) const;
     // The factor at which the canvas is shown, over the one that fits it into the view.
-    double getScale() const { return _zoom.scale(); }
-    double contextScale() const { return _zoom.contextScale(); }
+    double getScale() const;
+    double contextScale() const;
     // The smallest zoom.
-    double defaultMinScale() const { return _zoom.defaultMinScale(); }
+    double defaultMinScale() const;
     // The largest zoom: 2, or as much more as the magnification allows.
-    double largestScale() const { return _zoom.largestScale(); }
+    double largestScale() const;
     // How many pixels of the screen may come to one of the picture. 0, the default, leaves it at a
     // zoom of 2, which is always allowed. Values that are not finite or below zero are ignored.
     void setLargestMagnification(double pixels);
@@ -60,7 +62,7 @@ public:
     bool zoomToPixels();
     bool zoomBy(double factor);
     // Canvas point to view point: the zoom and move in force, whatever is still being animated.
-    const gfx::AffineTransform& mViewTransform() const { return _zoom.toView(); }
+    const gfx::AffineTransform& mViewTransform() const;
     // A scale for display while the canvas is not zoomed; 0 for none.
     void setFScal(float scale);
 
@@ -106,14 +108,9 @@ protected:
     void fitResized();
     // Nothing zoomed, moved or held.
     void resetView();
-    // By fingers or on its way.
-    bool isViewMoving() const;
-    // What is on the screen at this moment.
-    gfx::AffineTransform shownTransform() const;
 
-    CanvasPicture _picture;
-    CanvasZoom _zoom;
-    gfx::Rect _ctxRect;
+    CanvasShown& shown() { return *_shown; }
+    const CanvasShown& shown() const { return *_shown; }
 
 private:
     template <typename Change>
@@ -125,13 +122,12 @@ private:
     void beginViewGesture();
     void endViewGesture();
 
+    std::unique_ptr<CanvasShown> _shown;
     ui::EdgeInsets _layoutMargin;
     bool _enableGesture = true;
     double _largestMagnification = 0;
     std::shared_ptr<ui::PinchGestureRecognizer> _pinchGesture;
     std::shared_ptr<ui::PanGestureRecognizer> _panGesture;
-    // On the way from an earlier zoom and move to those in force; none while the view rests.
-    std::unique_ptr<CanvasGlide> _glide;
 };
 
 }  // namespace kalim

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "tests/support/TestHost.h"
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "kalimkit/canvas/ToolType.h"
+#include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/theme/ColorName.h"
 #include "tests/canvas/CanvasHost.h"
 

@@ -3,6 +3,8 @@
 #include <functional>
 
 #include "kalimkit/shapes/MDrawPolyline.h"
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/ui/control/TextView.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {

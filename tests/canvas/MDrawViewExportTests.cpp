@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/shapes/MDrawMosiac.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "kalimkit/shapes/MDrawText.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {

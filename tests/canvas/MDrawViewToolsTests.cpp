@@ -4,6 +4,8 @@
 
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/shapes/MDrawFatArrow.h"
+#include "kalimkit/tool/MUndoManager.h"
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "tests/canvas/CanvasHost.h"
 #include "tests/support/RecordingDevice.h"
 

@@ -5,6 +5,7 @@
 #include <numbers>
 #include <utility>
 
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {

@@ -28,7 +28,10 @@ TEST(TouchMeaning, AForgivingCanvasDrawsOverToolsAndDragsTheSelectionAlone) {
          {.hasSelection = true, .hasClass = true, .beginsAtOnce = true},
          draws,
          draws},
-        {"text on a tool", {.isOnTool = true, .hasClass = true, .beginsAtOnce = true}, picks, draws},
+        {"text on a tool",
+         {.isOnTool = true, .hasClass = true, .beginsAtOnce = true},
+         picks,
+         draws},
     };
     for (const Case& each : cases) {
         TouchDown down = each.down;

@@ -4,7 +4,10 @@
 #include <array>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {

@@ -4,9 +4,12 @@
 #include <string_view>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/shapes/MDrawRect.h"
+#include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "tests/scenarios/JsonMatch.h"
 
 namespace kalim::test {

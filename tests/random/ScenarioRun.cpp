@@ -8,6 +8,7 @@
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "kalimkit/ui/window/Window.h"
 #include "tests/random/CanvasWatch.h"
 #include "tests/random/ForgivingWatch.h"

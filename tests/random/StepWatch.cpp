@@ -1,7 +1,9 @@
 #include "tests/random/StepWatch.h"
 
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
+#include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/tool/ToolClass.h"
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/crop/EditImageIntialView.h"
 #include "kalimkit/editor/bar/TesselTopTool.h"

@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 
 namespace kalim {

@@ -7,6 +7,7 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
+#include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/window/AccessibilityTree.h"
 #include "tests/editor/screen/EditorScreen.h"
 

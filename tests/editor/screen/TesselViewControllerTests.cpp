@@ -67,14 +67,16 @@ TEST(TesselViewController, WhiteAndYellowTextStandsOnBlack) {
     EditorScreen host;
     MDrawView& canvas = *host.present().editor->drawView();
     const auto text = MDrawText::initWithStartPoint({0, 0});
+    text->setText("x");
+    ASSERT_TRUE(canvas.addTool(text));
     for (const char* color : {"FFFFFF", "FFF700"}) {
         text->setColor(colorWithHexString(color));
-        const auto backing = canvas.drawTextAskForMaskColor(*text);
+        const auto backing = text->delegate()->drawTextAskForMaskColor(*text);
         ASSERT_TRUE(backing.has_value()) << color;
         EXPECT_EQ((*backing)->hex(), "#000000FF") << color;
     }
     text->setColor(colorWithHexString("F63434"));
-    EXPECT_EQ(canvas.drawTextAskForMaskColor(*text), std::nullopt);
+    EXPECT_EQ(text->delegate()->drawTextAskForMaskColor(*text), std::nullopt);
 }
 
 TEST(TesselViewController, TheFirstTapOnThePenButtonEndsTheRingHintForGood) {

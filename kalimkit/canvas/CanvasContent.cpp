@@ -1,8 +1,13 @@
+#include "kalimkit/canvas/CanvasContent.h"
+
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
+#include "kalimkit/canvas/CanvasScreen.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/canvas/DrawnExtent.h"
-#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/loop/FlagScope.h"
 
@@ -38,10 +43,14 @@ double areaLimit(const ui::Environment& environment, bool hasBasis) {
 
 }  // namespace
 
-gfx::Rect MDrawView::contentRect() const {
-    gfx::Rect content = _picture.rect();
-    if (cutsAtPicture()) return content;
-    for (const ToolRef& tool : *_tools) {
+bool CanvasContent::endsAtPicture() const {
+    return _clipsToPicture && _canvas.shown.picture.source();
+}
+
+gfx::Rect CanvasContent::measured() const {
+    gfx::Rect content = _canvas.shown.picture.rect();
+    if (endsAtPicture()) return content;
+    for (const ToolRef& tool : _canvas.tools.list()) {
         // The ground reaches no farther than the picture.
         if (tool->toolClass().layer() == ToolLayer::Ground) continue;
         // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
@@ -52,13 +61,17 @@ gfx::Rect MDrawView::contentRect() const {
     return content;
 }
 
+void CanvasContent::measure() {
+    _canvas.shown.content = measured();
+}
+
 // Under forgiving rules shapes that reach beyond the content are not cut there: the heads of arrows
 // are wider than what counts for them. A shadow alone makes nothing grow.
-gfx::Rect MDrawView::exportedRect() const {
-    const gfx::Rect content = contentRect();
-    if (!forgiving() || cutsAtPicture()) return content;
+gfx::Rect CanvasContent::exported() const {
+    const gfx::Rect content = measured();
+    if (!_canvas.tools.forgiving() || endsAtPicture()) return content;
     gfx::Rect whole = content;
-    for (const ToolRef& tool : *_tools) {
+    for (const ToolRef& tool : _canvas.tools.list()) {
         if (tool->toolClass().layer() == ToolLayer::Ground) continue;
         const gfx::Rect shape = shapeExtent(*tool).inset(roundingError, roundingError);
         if (shape.isEmpty() || content.contains(shape)) continue;
@@ -67,30 +80,34 @@ gfx::Rect MDrawView::exportedRect() const {
     return whole;
 }
 
-bool MDrawView::refreshContextRect() {
+bool CanvasContent::refresh() {
     if (_isTakingBack) return false;
-    const gfx::Rect old = _ctxRect;
-    _ctxRect = contentRect();
-    ui::Environment& environment = ui::Environment::current();
-    if (_ctxRect.area() > old.area() &&
-        _ctxRect.area() > areaLimit(environment, _picture.hasBasis())) {
-        _ctxRect = old;
-        environment.presentAlert({"",
-                                  environment.localizedString("面积不能超过2K"),
-                                  {environment.localizedString("我知道了")},
-                                  {}});
-        // Once: what is undone may leave the content as large, where vertices are in no snapshot.
-        const ui::FlagScope takingBack(_isTakingBack);
-        _undoManager->undo();
+    gfx::Rect& content = _canvas.shown.content;
+    const gfx::Rect old = content;
+    content = measured();
+    const ui::Environment& environment = ui::Environment::current();
+    if (content.area() > old.area() &&
+        content.area() > areaLimit(environment, _canvas.shown.picture.hasBasis())) {
+        content = old;
+        takeBack();
         return false;
     }
-    if (_ctxRect == old) return false;
+    if (content == old) return false;
     // The background reaches as far as the content.
-    for (const gfx::Rect& rect : {old, _ctxRect}) {
-        _layers.invalidate(CanvasLayers::Ground, rect);
-        mark(rect);
-    }
+    for (const gfx::Rect& rect : {old, content})
+        _canvas.screen.invalidateGround(rect);
     return true;
+}
+
+void CanvasContent::takeBack() {
+    ui::Environment& environment = ui::Environment::current();
+    environment.presentAlert({"",
+                              environment.localizedString("面积不能超过2K"),
+                              {environment.localizedString("我知道了")},
+                              {}});
+    // Once: what is undone may leave the content as large, where vertices are in no snapshot.
+    const ui::FlagScope takingBack(_isTakingBack);
+    _canvas.tools.undoManager().undo();
 }
 
 }  // namespace kalim

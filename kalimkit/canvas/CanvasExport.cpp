@@ -1,0 +1,128 @@
+#include "kalimkit/canvas/CanvasExport.h"
+
+#include <cmath>
+
+#include "kalimkit/canvas/CanvasContent.h"
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasHistory.h"
+#include "kalimkit/canvas/CanvasPainter.h"
+#include "kalimkit/canvas/CanvasScreen.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/CanvasTyping.h"
+#include "kalimkit/image/GaussianBlur.h"
+#include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double tolerance = 1e-6;
+
+// Whole device pixels from the same corner on, so that no pixel at the far edges is left half
+// covered.
+gfx::Rect grownToPixels(const gfx::Rect& rect, double scale) {
+    return {rect.origin,
+            {std::ceil(rect.size.width * scale - tolerance) / scale,
+             std::ceil(rect.size.height * scale - tolerance) / scale}};
+}
+
+}  // namespace
+
+// What is being drawn and typed belongs to the picture, too, and nothing leaves as a preview.
+void CanvasExport::settle() {
+    _canvas.finger.endCreation();
+    _canvas.typing.finish();
+    _canvas.selection.clear();
+    _canvas.history.removeInvalid();
+}
+
+gfx::ImageRef CanvasExport::image() {
+    settle();
+    return drawnAtScreenScale();
+}
+
+gfx::ImageRef CanvasExport::drawnAtScreenScale() {
+    ui::Environment& environment = ui::Environment::current();
+    const double scale = environment.screen().scale;
+    const CanvasPicture& picture = _canvas.shown.picture;
+    // Points of the screen for one of the canvas.
+    const double points = picture.hasBasis() ? picture.fittingScale() : 1;
+    // Letting go of the selection may have changed its geometry, so that the content as it was last
+    // measured is not asked.
+    const gfx::Rect content =
+        gfx::AffineTransform::scaling(points, points).apply(_canvas.content.exported());
+    const gfx::Rect whole = grownToPixels(content, scale);
+    const auto surface = environment.device().makeSurface(whole.size, scale, true);
+    if (!surface) return nullptr;
+    gfx::Context& context = surface->context();
+    context.setInterpolation(gfx::Interpolation::High);
+    context.translate(-whole.minX(), -whole.minY());
+    _canvas.painter.fillBackground(context, whole);
+    context.scale(points, points);
+    const gfx::ImageRef& fitted = picture.fitted();
+    const gfx::Rect place = _canvas.painter.placeOf(fitted, context);
+    if (fitted) context.drawImage(*fitted, place);
+    const gfx::Rect ground = gfx::AffineTransform::scaling(1 / points, 1 / points).apply(whole);
+    _canvas.screen.drawExported(context, _canvas.painter.drawnPicture({fitted, place}, ground));
+    _canvas.history.noteExported();
+    return surface->makeImage();
+}
+
+gfx::ImageRef CanvasExport::imageAtPictureScale() {
+    settle();
+    const gfx::ImageRef& source = _canvas.shown.picture.source();
+    const gfx::Rect& place = _canvas.shown.picture.rect();
+    if (!source || place.isEmpty()) return image();
+    const gfx::PixelSize pixels = source->pixelSize();
+    const gfx::AffineTransform toPixels =
+        gfx::AffineTransform::scaling(pixels.width / place.size.width,
+                                      pixels.height / place.size.height)
+            .translated(-place.minX(), -place.minY());
+    const gfx::Rect picture(0, 0, pixels.width, pixels.height);
+    const gfx::Rect whole = toPixels.apply(_canvas.content.exported())
+                                .inset(tolerance, tolerance)
+                                .roundedOut()
+                                .unionWith(picture);
+    const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);
+    if (!surface) return nullptr;
+    gfx::Context& context = surface->context();
+    context.translate(-whole.minX(), -whole.minY());
+    // Where the picture lets something through it goes on doing so; beside it there is background.
+    if (whole != picture) {
+        _canvas.painter.fillBackground(context, whole);
+        context.setBlendMode(gfx::BlendMode::Clear);
+        context.fillRect(picture);
+        context.setBlendMode(gfx::BlendMode::Normal);
+    }
+    // Pixel for pixel.
+    context.setInterpolation(gfx::Interpolation::None);
+    context.drawImage(*source, picture);
+    context.concat(toPixels);
+    _canvas.screen.drawExported(context, _canvas.painter.drawnPicture({source, place}, place));
+    _canvas.history.noteExported();
+    return surface->makeImage();
+}
+
+gfx::ImageRef CanvasExport::imageOfView() {
+    _canvas.finger.endCreation();
+    ui::Environment& environment = ui::Environment::current();
+    const auto surface = environment.device().makeSurface(_canvas.view.bounds().size,
+                                                          environment.screen().scale, false);
+    if (!surface) return nullptr;
+    _canvas.view.renderIn(surface->context());
+    return surface->makeImage();
+}
+
+gfx::ImageRef CanvasExport::blurred(const gfx::ImageRef& image) {
+    constexpr double inputRadius = 100;
+    if (!image) return nullptr;
+    const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(image);
+    return ui::Environment::current().device().makeImage(
+        gaussianBlurred(*upright->pixels(), inputRadius), upright->scale(),
+        gfx::ImageOrientation::Up);
+}
+
+}  // namespace kalim

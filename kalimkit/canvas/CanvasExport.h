@@ -1,0 +1,52 @@
+#pragma once
+
+#include "kalimkit/gfx/Image.h"
+
+namespace kalim::ui {
+class View;
+}
+
+namespace kalim {
+
+class CanvasContent;
+class CanvasFinger;
+class CanvasHistory;
+class CanvasPainter;
+class CanvasScreen;
+class CanvasSelection;
+class CanvasTyping;
+struct CanvasShown;
+
+// The pictures that a canvas hands out.
+class CanvasExport {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        ui::View& view;
+        CanvasShown& shown;
+        CanvasContent& content;
+        CanvasPainter& painter;
+        CanvasScreen& screen;
+        CanvasSelection& selection;
+        CanvasTyping& typing;
+        CanvasFinger& finger;
+        CanvasHistory& history;
+    };
+    explicit CanvasExport(const Canvas& canvas) : _canvas(canvas) {}
+
+    // The view has been brought up to date before. See MDrawView::exportImage(),
+    // exportImageAtPictureScale() and exportImageForScale().
+    gfx::ImageRef image();
+    gfx::ImageRef imageAtPictureScale();
+    gfx::ImageRef imageOfView();
+    // See MDrawView::filterImg().
+    static gfx::ImageRef blurred(const gfx::ImageRef& image);
+
+private:
+    void settle();
+    gfx::ImageRef drawnAtScreenScale();
+
+    Canvas _canvas;
+};
+
+}  // namespace kalim

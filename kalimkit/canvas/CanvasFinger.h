@@ -1,0 +1,126 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/canvas/FingerState.h"
+#include "kalimkit/canvas/MDrawMutableSelect.h"
+#include "kalimkit/canvas/TouchMeaning.h"
+#include "kalimkit/ui/view/Touch.h"
+
+namespace kalim {
+
+class CanvasFreehand;
+class CanvasHistory;
+class CanvasHome;
+class CanvasScreen;
+class CanvasSelection;
+class CanvasTools;
+class CanvasTyping;
+
+// The one finger on a canvas: it taps, makes a tool, or drags the selection. Points are canvas
+// points.
+class CanvasFinger {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        CanvasHome& home;
+        CanvasTools& tools;
+        CanvasScreen& screen;
+        CanvasSelection& selection;
+        CanvasTyping& typing;
+        CanvasFreehand& freehand;
+        CanvasHistory& history;
+    };
+    explicit CanvasFinger(const Canvas& canvas) : _canvas(canvas) {}
+
+    FingerState state() const { return _state; }
+    // Whether the finger has gone farther than a tap; one that another finger has joined, too,
+    // until the next comes down.
+    bool hasMoved() const { return _hasMoved; }
+
+    // ---- touches
+    // Whether the view is still touched once the owner has been told.
+    bool began(const ui::TouchEvent& event);
+    void moved(const ui::TouchEvent& event);
+    void ended(const ui::TouchEvent& event);
+    void cancelled(const ui::TouchEvent& event);
+
+    // ---- the tool that it makes
+    // Null between gestures.
+    const ToolRef& tool() const { return _tool; }
+    bool isCreating() const;
+    // Whether a tool is being created that is recorded so.
+    bool isCreating(ToolRecorder recorder) const;
+    // The tool is finished as it is by now, and the gesture makes no more.
+    void stopDrawing();
+    // What is being drawn is finished as it is by now, with its step, and so is a drawing that
+    // waits for more strokes. A text that nobody has typed yet shows nothing and may go on.
+    void endCreation();
+    // The tool goes without a record.
+    void deleteCreated();
+    void letGoOf(const ToolRef& tool);
+
+    // ---- the rest of the gesture
+    // The finger has done its work.
+    void abort();
+    // What broke a drag off gives it its record, under forgiving rules.
+    void endDrag();
+    // The selection has lost members.
+    void forgetDragged() { _dragged = nullptr; }
+    // What was found under the finger may be off the canvas.
+    void forgetFound() { _found = nullptr; }
+    // Every tool is off the canvas.
+    void forgetTools();
+
+private:
+    // ---- transitions
+    void enter(FingerState state);
+    bool staysAlone(const ui::TouchEvent& event);
+    void down(gfx::Point p);
+    void move(gfx::Point from, gfx::Point to);
+    void up(gfx::Point p);
+    void join();
+
+    bool isTapping(const ui::Touch& touch) const;
+    gfx::Point placeOf(const ui::Touch& touch) const;
+    gfx::Point lastMovePoint() const;
+    void tellDrawnOver();
+
+    // ---- drawing
+    void create(gfx::Point p);
+    ToolRef makeTool(gfx::Point p);
+    bool finishCreation(gfx::Point p);
+    void drawNoMore();
+    bool makesDot() const;
+    void makeDot(gfx::Point p);
+
+    // ---- dragging and tapping
+    void takeHold();
+    void finishDrag();
+    void finishTap(gfx::Point p);
+
+    Canvas _canvas;
+    FingerState _state = FingerState::Idle;
+    // What the finger came down for.
+    TouchMeaning _meaning;
+    // No other finger has joined it.
+    bool _isAlone = false;
+    bool _hasMoved = false;
+
+    ToolRef _tool;
+    // The unselected tool that was under the finger at touch-down.
+    ToolRef _found;
+    // The selection as far as it has been dragged; null while it has not.
+    std::shared_ptr<MDrawMutableSelect> _dragged;
+
+    gfx::Point _downPoint;
+    gfx::Point _movePoint;
+    // Where a drag goes on from: how far the selection has followed the finger.
+    gfx::Point _takenPoint;
+    // Where the finger landed, view points.
+    gfx::Point _downPlace;
+    // The owner has been told that something is drawn, and not yet that it is not any more.
+    bool _isDrawingOver = false;
+};
+
+}  // namespace kalim

@@ -1,0 +1,135 @@
+#include "kalimkit/canvas/CanvasHistory.h"
+
+#include "kalimkit/canvas/CanvasContent.h"
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasFreehand.h"
+#include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasScreen.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/CanvasTyping.h"
+
+namespace kalim {
+
+void CanvasHistory::listen() {
+    _canvas.tools.undoManager().setDelegate(_canvas.home.held(*this));
+}
+
+// ---- undo
+
+bool CanvasHistory::canUndo() const {
+    return _canvas.freehand.isWaiting() || _canvas.tools.undoManager().canUndo();
+}
+
+bool CanvasHistory::canRedo() const {
+    return !_canvas.freehand.isWaiting() && _canvas.tools.undoManager().canRedo();
+}
+
+bool CanvasHistory::undo() {
+    return step(&MUndoManager::undo);
+}
+
+bool CanvasHistory::redo() {
+    return step(&MUndoManager::redo);
+}
+
+bool CanvasHistory::step(bool (MUndoManager::*take)()) {
+    // What is being typed or fades in is the step that is meant.
+    _canvas.typing.finish();
+    // A finger that is still drawing has done its work with that.
+    if (_canvas.tools.forgiving() && _canvas.finger.isCreating(ToolRecorder::Strokes)) {
+        _canvas.finger.endCreation();
+    }
+    _canvas.freehand.end();
+    removeInvalid();
+    _canvas.selection.clear();
+    _canvas.finger.forgetFound();
+    if (!(_canvas.tools.undoManager().*take)()) return false;
+    // A tool that comes back has missed what was set while it was away.
+    _canvas.tools.refreshShared();
+    _canvas.content.refresh();
+    _canvas.home.redisplay();
+    return true;
+}
+
+void CanvasHistory::tell() {
+    if (const auto owner = _canvas.home.owner()) {
+        owner->canUndoStateChangedCanRedo(canUndo(), canRedo());
+    }
+}
+
+// ---- tools
+
+bool CanvasHistory::add(const ToolRef& tool) {
+    // A tool with a history belongs, or belonged, to a canvas and its steps.
+    if (!tool || tool->mutabaleToolObjType() || !tool->undoMgr().featureList().empty() ||
+        !tool->isDrawVaild() || _canvas.tools.contains(tool)) {
+        return false;
+    }
+    const NewTools& pen = _canvas.tools.pen();
+    if (!tool->color()) tool->setColor(pen.color);
+    pen.applyShared(*tool);
+    _canvas.typing.adopt(tool);
+    tool->setIsNewBuild(false);
+    tool->setSelected(false);
+    if (!tool->finalized()) tool->finalize();
+    tool->settle();
+    _canvas.tools.add(tool);
+    _canvas.tools.record(tool);
+    _canvas.home.redisplay();
+    return _canvas.tools.contains(tool);
+}
+
+void CanvasHistory::removeSelected() {
+    CanvasSelection& selection = _canvas.selection;
+    if (!selection.group()) return;
+    // What fingers are still doing is a step of its own, and may have been the selection's last.
+    if (_canvas.tools.forgiving()) selection.endStepUnderWay();
+    if (!selection.group()) return;
+    _canvas.tools.remove(selection.group());
+    selection.clear();
+    _canvas.content.refresh();
+    _canvas.home.redisplay();
+}
+
+void CanvasHistory::clear() {
+    _canvas.typing.finish();
+    _canvas.freehand.drop();
+    _canvas.selection.clear();
+    _canvas.finger.forgetTools();
+    _canvas.screen.forgetCreated();
+    _canvas.tools.clear();
+    _canvas.home.redisplay();
+}
+
+void CanvasHistory::removeInvalid() {
+    const ToolList tools = _canvas.tools.list();
+    for (const ToolRef& tool : tools) {
+        if (tool->isNewBuild() || tool->isDrawVaild()) continue;
+        _canvas.selection.remove(tool);
+        _canvas.tools.forget(tool);
+    }
+}
+
+// ---- messages
+
+void CanvasHistory::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
+    if (const auto owner = _canvas.home.owner()) {
+        const bool waits = _canvas.freehand.isWaiting();
+        owner->canUndoStateChangedCanRedo(canUndo || waits, canRedo && !waits);
+    }
+}
+
+void CanvasHistory::toolsStateChangedState(const ToolRef& tool, State state) {
+    _isDirty = true;
+    _canvas.screen.markListChanged();
+    _canvas.screen.markChanged(tool);
+    if (state != State::AddedOrChanged) _canvas.selection.dropAbsent();
+    ZoomedCanvasView& view = _canvas.home.view();
+    const gfx::Rect before = view.ctxRect();
+    const bool isChanged = (tool || state != State::AddedOrChanged) && _canvas.content.refresh();
+    if (isChanged && !before.contains(view.ctxRect())) view.autoScaleWhenCtxEnlarged();
+    _canvas.home.redisplay();
+}
+
+}  // namespace kalim

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "kalimkit/tool/MUndoManager.h"
+
+namespace kalim {
+
+class CanvasContent;
+class CanvasFinger;
+class CanvasFreehand;
+class CanvasHome;
+class CanvasScreen;
+class CanvasSelection;
+class CanvasTools;
+class CanvasTyping;
+
+// The steps of a canvas: what comes, goes, and is undone. It sees to it that everybody else knows.
+class CanvasHistory : public MUndoManagerDelegate {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        CanvasHome& home;
+        CanvasTools& tools;
+        CanvasContent& content;
+        CanvasScreen& screen;
+        CanvasSelection& selection;
+        CanvasTyping& typing;
+        CanvasFreehand& freehand;
+        CanvasFinger& finger;
+    };
+    explicit CanvasHistory(const Canvas& canvas) : _canvas(canvas) {}
+    // Once the view can be held.
+    void listen();
+
+    // Whether anything has changed since the last export.
+    bool isDirty() const { return _isDirty; }
+    void noteExported() { _isDirty = false; }
+
+    // ---- steps; see the operations of MDrawView
+    bool canUndo() const;
+    bool canRedo() const;
+    bool undo();
+    bool redo();
+    bool add(const ToolRef& tool);
+    void removeSelected();
+    // Without a record.
+    void clear();
+    void removeInvalid();
+    // The owner hears what can be undone and redone.
+    void tell();
+
+    // ---- from the undo manager
+    void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
+    void toolsStateChangedState(const ToolRef& tool, State state) override;
+
+private:
+    bool step(bool (MUndoManager::*take)());
+
+    Canvas _canvas;
+    bool _isDirty = false;
+};
+
+}  // namespace kalim

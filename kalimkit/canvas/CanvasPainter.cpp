@@ -1,0 +1,137 @@
+#include "kalimkit/canvas/CanvasPainter.h"
+
+#include <algorithm>
+
+#include "kalimkit/canvas/CanvasContent.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/PictureLayout.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+bool isGround(const MDrawTool& tool) {
+    return tool.toolClass().layer() == ToolLayer::Ground;
+}
+
+// Carries one rectangle onto another; nothing moves where one of them is empty.
+gfx::AffineTransform carrying(const gfx::Rect& from, const gfx::Rect& to) {
+    if (from == to || from.isEmpty() || to.isEmpty()) return {};
+    return gfx::AffineTransform::translation({-from.minX(), -from.minY()})
+        .concat(gfx::AffineTransform::scaling(to.size.width / from.size.width,
+                                              to.size.height / from.size.height))
+        .concat(gfx::AffineTransform::translation({to.minX(), to.minY()}));
+}
+
+}  // namespace
+
+CanvasPainter::CanvasPainter(const Canvas& canvas)
+    : _canvas(canvas), _background(gfx::makeColor(1, 1, 1)) {}
+
+void CanvasPainter::fillBackground(gfx::Context& context, const gfx::Rect& rect) const {
+    if (rect.isEmpty()) return;
+    const gfx::GraphicsStateGuard guard(context);
+    context.setFillColor(*_background);
+    context.fillRect(rect);
+}
+
+void CanvasPainter::takeMosaic() {
+    _mosaic.take(_canvas.shown.picture);
+}
+
+// ---- the picture
+
+// A copy that has to be made waits until the view rests, unless it is made in no time. Beyond the
+// ordinary zoom pixels that have become large are shown as the squares that they are.
+CanvasPainter::ShownPicture CanvasPainter::pictureToShow(const gfx::Context& context) {
+    constexpr double ordinaryLargestScale = 2;
+    constexpr double squareSide = 4;
+    using enum PictureReductions::Making;
+    CanvasPicture& picture = _canvas.shown.picture;
+    const double pixelsPerPoint =
+        context.transform().largestStretch() * ui::Environment::current().screen().scale;
+    const gfx::ImageRef image =
+        picture.shownAt(pixelsPerPoint, _canvas.shown.isMoving() ? Cheap : Any);
+    const bool isMagnified = image && _canvas.shown.zoom.scale() > ordinaryLargestScale &&
+                             pixelsPerPoint >= squareSide * picture.pixelsPerPoint();
+    return {image, placeOf(image, context),
+            isMagnified ? gfx::Interpolation::None : gfx::Interpolation::High};
+}
+
+gfx::Rect CanvasPainter::placeOf(const gfx::ImageRef& image, const gfx::Context& context) const {
+    const gfx::Rect& rect = _canvas.shown.picture.rect();
+    if (!image) return rect;
+    return pixelAlignedRect(rect, context.transform(), ui::Environment::current().screen().scale,
+                            image->pixelSize());
+}
+
+DrawnPicture CanvasPainter::drawnPicture(const ShownPicture& picture,
+                                         const gfx::Rect& ground) const {
+    return {_canvas.shown.picture.source(), picture.image, picture.rect, ground, *_background,
+            picture.interpolation};
+}
+
+// As the copy that is shown has been aligned.
+std::optional<gfx::Rect> CanvasPainter::pictureEdge(const gfx::Context& context) const {
+    if (!_canvas.content.endsAtPicture()) return std::nullopt;
+    const CanvasPicture& picture = _canvas.shown.picture;
+    for (const gfx::ImageRef& image : {picture.shown(), picture.lastShown()}) {
+        const gfx::Rect shown = placeOf(image, context);
+        if (shown != picture.rect()) return shown;
+    }
+    return placeOf(picture.fitted(), context);
+}
+
+// No copy that is shown is coarser than this one. Where the copy is aligned patches are seen a part
+// of a pixel from where they are.
+double CanvasPainter::rimOnScreen() const {
+    const CanvasPicture& picture = _canvas.shown.picture;
+    const gfx::ImageRef& shown = picture.shown();
+    if (!shown) return 0;
+    const gfx::AffineTransform& toView = _canvas.shown.zoom.toView();
+    const double scale = ui::Environment::current().screen().scale;
+    const gfx::Rect aligned = pixelAlignedRect(picture.rect(), toView, scale, shown->pixelSize());
+    const double pixel =
+        aligned == picture.rect() ? 0 : 1 / (scale * _canvas.shown.zoom.shownScale());
+    return std::max(pixel, rimWidth(drawnPicture({shown, picture.rect()}, {}),
+                                    toView.concat(gfx::AffineTransform::scaling(scale, scale))));
+}
+
+// ---- tools
+
+void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) const {
+    tool.setVisibleRect(pictureEdge(context));
+    tool.draw(context);
+    tool.drawMeasurement(context);
+}
+
+// Patches go along with the copy that is drawn, which has been aligned: they cover on every screen
+// exactly those of the picture's pixels that they hide in the picture itself.
+void CanvasPainter::drawPatches(gfx::Context& context, const DrawnPicture& picture,
+                                const PatchTest& isWanted, const PatchTest& isResting) const {
+    const gfx::Rect& rect = _canvas.shown.picture.rect();
+    const gfx::AffineTransform along = carrying(rect, picture.rect);
+    const auto draw = [&](gfx::Context& target, const auto& isDrawn) {
+        for (const ToolRef& tool : _canvas.tools) {
+            if (!isGround(*tool) || !isDrawn(*tool)) continue;
+            const gfx::GraphicsStateGuard guard(target);
+            if (tool->isHiding()) target.concat(along);
+            tool->drawOnGround(target, _mosaic.fill(rect), rect);
+        }
+    };
+    // Rims that rest in the ground know nothing of live patches, which have theirs over it and may
+    // be dragged away at any time.
+    const auto isLaid = [&](const MDrawTool& patch) {
+        return patch.isHiding() && (isWanted(patch) || isResting(patch));
+    };
+    const double width = rimWidth(picture, toDevicePixels(context));
+    for (const ToolRef& tool : _canvas.tools) {
+        if (!(width > 0) || !isGround(*tool) || !isWanted(*tool) || !tool->isHiding()) continue;
+        drawRim(context, picture, along.apply(tool->frame()), width,
+                [&](gfx::Context& pixels) { draw(pixels, isLaid); });
+    }
+    draw(context, isWanted);
+}
+
+}  // namespace kalim

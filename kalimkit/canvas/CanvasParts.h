@@ -1,0 +1,53 @@
+#pragma once
+
+#include "kalimkit/canvas/CanvasContent.h"
+#include "kalimkit/canvas/CanvasExport.h"
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasFreehand.h"
+#include "kalimkit/canvas/CanvasHistory.h"
+#include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasPainter.h"
+#include "kalimkit/canvas/CanvasPen.h"
+#include "kalimkit/canvas/CanvasScreen.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/CanvasSpeech.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/CanvasTyping.h"
+
+namespace kalim {
+
+// All that a canvas is made of. They name each other before they are made, and use each other only
+// afterwards.
+struct CanvasParts {
+    CanvasParts(ZoomedCanvasView& view, CanvasShown& shown)
+        : home(view, screen),
+          tools(shown),
+          content({tools, shown, screen}),
+          painter({tools.list(), shown, content}),
+          screen({view, shown, tools, painter, selection}),
+          selection({home, tools, finger, freehand}),
+          freehand({home, tools, finger}),
+          typing({home, shown, tools, screen, selection, finger}),
+          finger({home, tools, screen, selection, typing, freehand, history}),
+          history({home, tools, content, screen, selection, typing, freehand, finger}),
+          pen({home, tools, screen, selection, typing, freehand, finger}),
+          exports({view, shown, content, painter, screen, selection, typing, finger, history}),
+          speech({home, tools, selection, typing, finger}) {}
+
+    CanvasHome home;
+    CanvasTools tools;
+    CanvasContent content;
+    CanvasPainter painter;
+    CanvasScreen screen;
+    CanvasSelection selection;
+    CanvasFreehand freehand;
+    CanvasTyping typing;
+    CanvasFinger finger;
+    CanvasHistory history;
+    CanvasPen pen;
+    CanvasExport exports;
+    CanvasSpeech speech;
+};
+
+}  // namespace kalim

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "kalimkit/gfx/Color.h"
+#include "kalimkit/tool/ToolClass.h"
+
+namespace kalim {
+
+class CanvasFinger;
+class CanvasFreehand;
+class CanvasHome;
+class CanvasScreen;
+class CanvasSelection;
+class CanvasTools;
+class CanvasTyping;
+
+// What is chosen for new tools on a canvas, and what of the rest gets it, too.
+class CanvasPen {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        CanvasHome& home;
+        CanvasTools& tools;
+        CanvasScreen& screen;
+        CanvasSelection& selection;
+        CanvasTyping& typing;
+        CanvasFreehand& freehand;
+        CanvasFinger& finger;
+    };
+    explicit CanvasPen(const Canvas& canvas) : _canvas(canvas) {}
+
+    // See the operations of MDrawView. A null class draws nothing.
+    void setForgiving(bool forgiving);
+    void choose(const ToolClass* toolClass, std::uint64_t drawType);
+    void setDrawType(std::uint64_t drawType, const ToolClass* toolClass);
+    void setColor(gfx::ColorRef color);
+    void setLineWidth(double width);
+    void setCalibration(double calibration);
+    void setUnit(std::string unit);
+    void setShowMeasurement(bool show);
+
+private:
+    void refreshShared();
+
+    Canvas _canvas;
+};
+
+}  // namespace kalim

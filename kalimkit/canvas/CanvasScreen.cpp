@@ -1,0 +1,279 @@
+#include "kalimkit/canvas/CanvasScreen.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/canvas/CanvasPainter.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/DrawnExtent.h"
+#include "kalimkit/canvas/PictureLayout.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
+
+namespace kalim {
+
+namespace {
+
+CanvasLayers::Layer layerOf(const MDrawTool& tool) {
+    return tool.toolClass().layer() == ToolLayer::Ground ? CanvasLayers::Ground
+                                                         : CanvasLayers::Items;
+}
+
+// View points per canvas point; 1 while nothing can be seen.
+double layerScale(const CanvasLayers& layers) {
+    const double scale = layers.toView().largestStretch();
+    return scale > 0 ? scale : 1;
+}
+
+// Whether the layers show the canvas at another scale than before.
+bool rescale(CanvasLayers& layers, gfx::Size size, const gfx::AffineTransform& toView) {
+    const double before = layerScale(layers);
+    layers.setView(size, ui::Environment::current().screen().scale, toView);
+    return layerScale(layers) != before;
+}
+
+}  // namespace
+
+CanvasScreen::CanvasScreen(const Canvas& canvas)
+    : _canvas(canvas),
+      _drawn(
+          {[this](MDrawTool& tool) { return drawnExtent(tool, layerScale(_layers)); }, layerOf}) {}
+
+// ---- what has changed
+
+void CanvasScreen::redisplay() {
+    _drawn.markLiveChanged();
+    _canvas.view.setNeedsLayout();
+}
+
+void CanvasScreen::invalidate() {
+    _drawn.forget();
+    _layers.invalidateAll();
+    _canvas.view.setNeedsLayout();
+    _canvas.view.setNeedsDisplay();
+}
+
+void CanvasScreen::invalidateGround(const gfx::Rect& rect) {
+    _layers.invalidate(CanvasLayers::Ground, rect);
+    mark(rect);
+}
+
+void CanvasScreen::markCreated(const ToolRef& tool) {
+    if (std::ranges::find(_created, tool) == _created.end()) _created.push_back(tool);
+    _drawn.markListChanged();
+}
+
+void CanvasScreen::mark(const gfx::Rect& canvasRect) {
+    if (_canvas.shown.isMoving()) return _canvas.view.setNeedsDisplay();
+    _canvas.view.setNeedsDisplay(_layers.shownRect(canvasRect));
+}
+
+// A tool may have become invalid only if it is selected or has been reported; the others are not
+// looked at, because there may be thousands of them.
+void CanvasScreen::sweepChangedTools() {
+    ToolList candidates = _drawn.changed();
+    if (const auto& group = _canvas.selection.group()) group->addSubToolToArray(candidates);
+    for (const ToolRef& tool : candidates) {
+        if (tool->isNewBuild() || tool->isDrawVaild() || !_canvas.tools.contains(tool)) continue;
+        _canvas.selection.remove(tool);
+        _canvas.tools.forget(tool);
+    }
+}
+
+// The selection where it is on the canvas.
+ToolRef CanvasScreen::selection() const {
+    const auto& group = _canvas.selection.group();
+    if (!group || !_canvas.tools.contains(group->firstSelectedTool())) return nullptr;
+    return group;
+}
+
+const ToolList& CanvasScreen::createdTools() {
+    std::erase_if(_created, [this](const ToolRef& tool) {
+        return !tool->isNewBuild() || !_canvas.tools.contains(tool);
+    });
+    return _created;
+}
+
+bool CanvasScreen::hasLivePatch() const {
+    const auto& group = _canvas.selection.group();
+    return group && std::ranges::any_of(group->subTools(), [](const ToolRef& tool) {
+               return layerOf(*tool) == CanvasLayers::Ground;
+           });
+}
+
+void CanvasScreen::update() {
+    sweepChangedTools();
+    // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
+    if (!_canvas.shown.isMoving() &&
+        rescale(_layers, _canvas.view.bounds().size, _canvas.shown.zoom.toView())) {
+        _drawn.forget();
+        _canvas.view.setNeedsDisplay();
+    }
+    if (const auto& group = _canvas.selection.group()) _canvas.tools.scaleForScreen(*group);
+    const DrawnTools::Stale stale =
+        _drawn.update(_canvas.tools.list(), selection(), createdTools());
+    markStale(stale);
+    drawOnTop(stale);
+}
+
+void CanvasScreen::markStale(const DrawnTools::Stale& stale) {
+    const double rim = _canvas.painter.rimOnScreen();
+    for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
+        // Patches also change what is seen beside them.
+        const double reach = layer == CanvasLayers::Ground ? rim : 0;
+        for (const gfx::Rect& rect : stale.layers[layer]) {
+            _layers.invalidate(layer, rect.inset(-reach, -reach));
+            mark(rect.inset(-reach, -reach));
+        }
+    }
+    const bool isLive = hasLivePatch();
+    const double liveReach = std::exchange(_hasLivePatch, isLive) || isLive ? rim : 0;
+    for (const gfx::Rect& rect : stale.live)
+        mark(rect.inset(-liveReach, -liveReach));
+}
+
+void CanvasScreen::drawOnTop(const DrawnTools::Stale& stale) {
+    if (!stale.onTop) return;
+    mark(stale.onTopExtent);
+    if (_layers.isStale(CanvasLayers::Items)) {
+        _layers.invalidate(CanvasLayers::Items, stale.onTopExtent);
+    } else {
+        _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
+            _canvas.painter.drawTool(context, *stale.onTop);
+            _count.addAhead();
+        });
+    }
+}
+
+// ---- drawing what has changed
+
+bool CanvasScreen::refreshLayers() {
+    gfx::Device& device = ui::Environment::current().device();
+    const auto ground = [this](gfx::Context& context, const gfx::Rect& rect) {
+        paintGround(context, rect);
+    };
+    const auto items = [this](gfx::Context& context, const gfx::Rect& rect) {
+        paintItems(context, rect);
+    };
+    return _layers.refresh(CanvasLayers::Ground, device, ground) &&
+           _layers.refresh(CanvasLayers::Items, device, items);
+}
+
+void CanvasScreen::draw(gfx::Context& context) {
+    const ui::Window* window = _canvas.view.window();
+    _count.begin(window ? window->frames() : 0);
+    context.setInterpolation(gfx::Interpolation::High);
+    const bool hasLayers = refreshLayers();
+    const gfx::AffineTransform shown = _canvas.shown.transform();
+    const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);
+    const auto inCanvas = [&](auto draw) {
+        const gfx::GraphicsStateGuard guard(context);
+        context.concat(shown);
+        draw();
+    };
+    // While the view moves the ground is drawn as it is, so that the photo reaches to the edges;
+    // the items are shown from their layer, wherever it is then.
+    if (hasLayers && further.isIdentity()) {
+        _layers.show(CanvasLayers::Ground, context);
+    } else {
+        inCanvas([&] { paintGround(context, shown.inverted().apply(_canvas.view.bounds())); });
+    }
+    inCanvas([&] { drawLivePatches(context); });
+    if (hasLayers) {
+        _layers.show(CanvasLayers::Items, context, further);
+    } else {
+        inCanvas([&] { drawRestingItems(context); });
+    }
+    inCanvas([&] {
+        drawSelection(context, true);
+        drawCreatedItems(context);
+    });
+}
+
+void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
+    const CanvasPainter& painter = _canvas.painter;
+    const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
+    // Edges that lie between pixels would show the fill through as a hairline around the picture.
+    const double scale =
+        ui::Environment::current().screen().scale * _canvas.shown.zoom.shownScale();
+    const double pixel = picture.image ? 1 / scale : 0;
+    const gfx::Rect ground = alongPicture(_canvas.shown.content, _canvas.shown.picture.rect(),
+                                          picture.rect.inset(pixel, pixel));
+    painter.fillBackground(context, ground);
+    context.setInterpolation(picture.interpolation);
+    if (picture.image) context.drawImage(*picture.image, picture.rect);
+    context.setInterpolation(gfx::Interpolation::High);
+    const double rim = painter.rimOnScreen();
+    painter.drawPatches(
+        context, painter.drawnPicture(picture, ground),
+        [&](const MDrawTool& tool) {
+            return _drawn.isDrawnIn(tool, CanvasLayers::Ground, rect.inset(-rim, -rim));
+        },
+        [this](const MDrawTool& patch) { return isResting(patch); });
+}
+
+void CanvasScreen::paintItems(gfx::Context& context, const gfx::Rect& rect) {
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
+    }
+}
+
+// Whether a patch lies in the ground.
+bool CanvasScreen::isResting(const MDrawTool& patch) const {
+    return _drawn.isDrawnIn(patch, CanvasLayers::Ground, patch.frame());
+}
+
+void CanvasScreen::drawTool(gfx::Context& context, MDrawTool& tool) {
+    _canvas.painter.drawTool(context, tool);
+    _count.add();
+}
+
+void CanvasScreen::drawRestingItems(gfx::Context& context) {
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        const bool isResting = !_canvas.selection.contains(tool) && !tool->isNewBuild();
+        if (isResting && layerOf(*tool) == CanvasLayers::Items) drawTool(context, *tool);
+    }
+}
+
+void CanvasScreen::drawCreatedItems(gfx::Context& context) {
+    for (const ToolRef& tool : createdTools()) {
+        if (layerOf(*tool) == CanvasLayers::Items) drawTool(context, *tool);
+    }
+}
+
+// Those that rest in no layer: being created, or selected.
+void CanvasScreen::drawLivePatches(gfx::Context& context) {
+    if (createdTools().empty() && !_canvas.selection.group()) return;
+    const gfx::GraphicsStateGuard guard(context);
+    if (const auto edge = _canvas.painter.pictureEdge(context)) context.clipToRect(*edge);
+    const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
+    _canvas.painter.drawPatches(
+        context, _canvas.painter.drawnPicture(picture, picture.rect),
+        [](const MDrawTool& tool) { return tool.isNewBuild() || tool.selected(); },
+        [this](const MDrawTool& patch) { return isResting(patch); });
+}
+
+void CanvasScreen::drawSelection(gfx::Context& context, bool showsHandles) {
+    const std::shared_ptr<MDrawMutableSelect> group = _canvas.selection.group();
+    if (!group || !_canvas.tools.contains(group->firstSelectedTool())) return;
+    _canvas.tools.scaleForScreen(*group);
+    if (!showsHandles) group->setSelected(false);
+    _canvas.painter.drawTool(context, *group);
+    if (!showsHandles) group->setSelected(true);
+    _count.add(static_cast<int>(group->subTools().size()));
+}
+
+void CanvasScreen::drawExported(gfx::Context& context, const DrawnPicture& picture) {
+    const FrameCount drawnOnScreen = _count;
+    const auto all = [](const MDrawTool&) { return true; };
+    context.setInterpolation(gfx::Interpolation::High);
+    _canvas.painter.drawPatches(context, picture, all, all);
+    drawRestingItems(context);
+    drawSelection(context, false);
+    drawCreatedItems(context);
+    _count = drawnOnScreen;
+}
+
+}  // namespace kalim

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "kalimkit/canvas/CanvasLayers.h"
+#include "kalimkit/canvas/DrawnTools.h"
+#include "kalimkit/canvas/FrameCount.h"
+#include "kalimkit/canvas/PatchRim.h"
+
+namespace kalim::ui {
+class View;
+}
+
+namespace kalim {
+
+class CanvasPainter;
+class CanvasSelection;
+class CanvasTools;
+struct CanvasShown;
+
+// What of a canvas is on the screen: it finds out what has changed, and draws that alone.
+class CanvasScreen {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        ui::View& view;
+        CanvasShown& shown;
+        CanvasTools& tools;
+        CanvasPainter& painter;
+        CanvasSelection& selection;
+    };
+    explicit CanvasScreen(const Canvas& canvas);
+
+    // ---- what has changed
+    // The selection and what is being created may look different.
+    void redisplay();
+    // Everything is drawn anew at the next frame.
+    void invalidate();
+    // The same for the background in a canvas rectangle.
+    void invalidateGround(const gfx::Rect& rect);
+    void markListChanged() { _drawn.markListChanged(); }
+    void markChanged(const ToolRef& tool) { _drawn.markChanged(tool); }
+    // A finger has begun to make the tool, or nothing is being made any more.
+    void markCreated(const ToolRef& tool);
+    void forgetCreated() { _created.clear(); }
+    // Gives the memory back that only a screen needs.
+    void release() { _layers.release(); }
+
+    // Finds out what has to be drawn again, in the layers and on the screen.
+    void update();
+
+    // ---- drawing
+    // The frame that the view has begun, view coordinates.
+    void draw(gfx::Context& context);
+    // What lies over the picture, which has been drawn, without selection or handles.
+    void drawExported(gfx::Context& context, const DrawnPicture& picture);
+    // See MDrawView::lastDrawnTools().
+    int drawnTools() const { return _count.tools(); }
+
+private:
+    void mark(const gfx::Rect& canvasRect);
+    void markStale(const DrawnTools::Stale& stale);
+    void drawOnTop(const DrawnTools::Stale& stale);
+    void sweepChangedTools();
+    bool hasLivePatch() const;
+    ToolRef selection() const;
+    const ToolList& createdTools();
+    bool refreshLayers();
+
+    void paintGround(gfx::Context& context, const gfx::Rect& rect);
+    void paintItems(gfx::Context& context, const gfx::Rect& rect);
+    bool isResting(const MDrawTool& patch) const;
+    void drawTool(gfx::Context& context, MDrawTool& tool);
+    void drawRestingItems(gfx::Context& context);
+    void drawCreatedItems(gfx::Context& context);
+    void drawLivePatches(gfx::Context& context);
+    void drawSelection(gfx::Context& context, bool showsHandles);
+
+    Canvas _canvas;
+    CanvasLayers _layers;
+    DrawnTools _drawn;
+    // Those made by a finger and not finished yet; brought up to date when asked for.
+    ToolList _created;
+    FrameCount _count;
+    // A patch is selected, as of the last update.
+    bool _hasLivePatch = false;
+};
+
+}  // namespace kalim

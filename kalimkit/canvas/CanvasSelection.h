@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/canvas/MDrawMutableSelect.h"
+#include "kalimkit/canvas/RotationUnderWay.h"
+#include "kalimkit/canvas/TapMemory.h"
+#include "kalimkit/ui/gesture/GestureRecognizer.h"
+
+namespace kalim {
+
+class CanvasFinger;
+class CanvasFreehand;
+class CanvasHome;
+class CanvasTools;
+
+// The selection of a canvas: which tools are in it, what the owner hears of it, and how two fingers
+// turn it.
+class CanvasSelection {
+public:
+    // What of the canvas it uses.
+    struct Canvas {
+        CanvasHome& home;
+        CanvasTools& tools;
+        CanvasFinger& finger;
+        const CanvasFreehand& freehand;
+    };
+    explicit CanvasSelection(const Canvas& canvas) : _canvas(canvas) {}
+
+    // Null when nothing is selected.
+    const std::shared_ptr<MDrawMutableSelect>& group() const { return _group; }
+    bool isValid() const { return _group && _group->isValidTools(); }
+    bool contains(const ToolRef& tool) const { return _group && _group->containTool(tool); }
+    // Whether the tool may become a part of it.
+    bool isPickable(const MDrawTool& tool) const;
+
+    // ---- choosing
+    // See MDrawView::selectTools().
+    void select(const ToolList& tools);
+    void clear();
+    // As by a finger at the point; a tool that is in it leaves it.
+    void add(const ToolRef& tool, gfx::Point p);
+    void remove(const ToolRef& tool);
+    // Members that have left the canvas leave it.
+    void dropAbsent();
+    // The members have another look from now on.
+    void recordChange();
+    // What fingers are doing with it becomes a step of its own.
+    void endStepUnderWay();
+
+    // ---- taps on a text of it
+    bool isSecondTap(const ToolRef& tool) const;
+    void forgetTap() { _taps.forget(); }
+
+    // ---- two fingers
+    // `mayTurn`: no other gesture has the fingers.
+    void turn(ui::GestureState state, double angle, bool mayTurn);
+    bool holdsFingers() const { return _rotation.holdsFingers; }
+
+private:
+    std::shared_ptr<MDrawMutableSelect> makeGroup() const;
+    void drop();
+    void notify();
+    void endRotationUnderWay();
+    void endRotation(double angle);
+
+    Canvas _canvas;
+    std::shared_ptr<MDrawMutableSelect> _group;
+    RotationUnderWay _rotation;
+    TapMemory _taps;
+};
+
+}  // namespace kalim

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/canvas/CanvasGlide.h"
+#include "kalimkit/canvas/CanvasPicture.h"
+#include "kalimkit/canvas/CanvasZoom.h"
+#include "kalimkit/gfx/Rect.h"
+
+namespace kalim {
+
+// What a canvas's view shows: the picture, the content around it, and how their points become the
+// view's.
+struct CanvasShown {
+    // By fingers or on its way.
+    bool isMoving() const { return zoom.isHeld() || glide; }
+    // What is on the screen at this moment.
+    gfx::AffineTransform transform() const { return glide ? glide->shown() : zoom.toView(); }
+    // View points per canvas point for what keeps its size on the screen; 1 where canvas points
+    // stand for it.
+    double touchScale() const { return picture.hasBasis() ? zoom.shownScale() : 1; }
+
+    CanvasPicture picture;
+    CanvasZoom zoom;
+    // The picture's rectangle united with every tool's extent, canvas points.
+    gfx::Rect content;
+    // On the way from an earlier zoom and move to those in force; null while the view rests.
+    std::unique_ptr<CanvasGlide> glide;
+};
+
+}  // namespace kalim

@@ -1,0 +1,65 @@
+#include "kalimkit/canvas/CanvasTools.h"
+
+#include <algorithm>
+
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/shapes/MDrawLine.h"
+
+namespace kalim {
+
+CanvasTools::CanvasTools(const CanvasShown& shown)
+    : _shown(shown), _list(std::make_shared<ToolList>()), _undoManager(_list) {
+    _pen.toolClass = &MDrawLine::Class();
+    _pen.color = gfx::makeColor(0, 1, 0);
+}
+
+bool CanvasTools::contains(const ToolRef& tool) const {
+    return std::ranges::find(*_list, tool) != _list->end();
+}
+
+void CanvasTools::setForgiving(bool forgiving) {
+    _pen.rules.forgiving = forgiving;
+    _undoManager.setRules(_pen.rules);
+    for (const ToolRef& tool : *_list)
+        tool->setRules(_pen.rules);
+}
+
+void CanvasTools::refreshShared() {
+    for (const ToolRef& tool : *_list)
+        _pen.applyShared(*tool);
+}
+
+void CanvasTools::discard(const ToolRef& tool) {
+    const ToolRef kept = tool;
+    forget(kept);
+    kept->setIsNewBuild(false);
+}
+
+void CanvasTools::clear() {
+    _list->clear();
+    _undoManager.reset();
+}
+
+// Patches lie below everything else, whenever they were made.
+ToolRef CanvasTools::topmostAt(gfx::Point p) const {
+    ToolRef patch;
+    for (auto tool = _list->rbegin(); tool != _list->rend(); ++tool) {
+        if ((*tool)->isNewBuild()) continue;
+        (*tool)->setViewScale(_shown.picture.hasBasis() ? _shown.touchScale() : 0);
+        if (!(*tool)->hitTest(p)) continue;
+        if ((*tool)->toolClass().layer() == ToolLayer::Items) return *tool;
+        if (!patch) patch = *tool;
+    }
+    return patch;
+}
+
+double CanvasTools::touchScale() const {
+    return _shown.touchScale();
+}
+
+void CanvasTools::scaleForScreen(MDrawTool& tool) const {
+    tool.setHandleViewScale(_shown.zoom.contextScale() * _shown.picture.fittingScale());
+    tool.setViewScale(_shown.picture.hasBasis() ? _shown.touchScale() : 0);
+}
+
+}  // namespace kalim

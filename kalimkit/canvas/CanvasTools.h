@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/canvas/NewTools.h"
+#include "kalimkit/tool/MDrawTool.h"
+#include "kalimkit/tool/MUndoManager.h"
+
+namespace kalim {
+
+struct CanvasShown;
+
+// The tools on a canvas in drawing order, their undo, and what tools get that are made from now on.
+class CanvasTools {
+public:
+    explicit CanvasTools(const CanvasShown& shown);
+
+    const ToolList& list() const { return *_list; }
+    bool contains(const ToolRef& tool) const;
+    MUndoManager& undoManager() { return _undoManager; }
+    const MUndoManager& undoManager() const { return _undoManager; }
+    NewTools& pen() { return _pen; }
+    const NewTools& pen() const { return _pen; }
+
+    bool forgiving() const { return _pen.rules.forgiving; }
+    void setForgiving(bool forgiving);
+    // Every tool gets what all of them share.
+    void refreshShared();
+
+    // ---- on the canvas and off it; what the undo manager says of each holds here, too
+    void add(const ToolRef& tool) { _undoManager.addTool(tool); }
+    void record(const ToolRef& tool) { _undoManager.addToolSuccess(tool); }
+    void remove(const ToolRef& tool) { _undoManager.removeTool(tool); }
+    // Off the canvas without a record.
+    void forget(const ToolRef& tool) { _undoManager.removeToolFromAllSystem(tool); }
+    // The same for one that was being created.
+    void discard(const ToolRef& tool);
+    // All of them, with their records.
+    void clear();
+
+    // ---- by touch
+    // The topmost finished tool under a canvas point; null for none.
+    ToolRef topmostAt(gfx::Point p) const;
+    // View points per canvas point for what keeps its size on the screen.
+    double touchScale() const;
+    // Has what a finger can grasp keep its size on the screen.
+    void scaleForScreen(MDrawTool& tool) const;
+
+private:
+    const CanvasShown& _shown;
+    // Shared with the undo manager.
+    std::shared_ptr<ToolList> _list;
+    MUndoManager _undoManager;
+    NewTools _pen;
+};
+
+}  // namespace kalim
