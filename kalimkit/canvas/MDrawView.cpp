@@ -68,8 +68,6 @@ void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
     MDrawLogUtil::sharedInstance().setLogTransferBlock(std::move(block));
 }
 
-// ---- the view
-
 void MDrawView::layoutSubviews() {
     const auto parts = held();
     fitIntoView();
@@ -318,8 +316,6 @@ const std::shared_ptr<MDrawText>& MDrawView::curEdittingTextTool() const {
     return _parts->typing.text();
 }
 
-// ---- undo
-
 bool MDrawView::undo() {
     return held()->history.undo();
 }
@@ -384,8 +380,6 @@ void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
     View::touchesCancelled(event);
 }
 
-// ---- accessibility
-
 std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
     return _parts->speech.elements();
 }
@@ -393,8 +387,6 @@ std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
 bool MDrawView::activateAccessibilityElement(std::uint64_t key) {
     return held()->speech.activate(key);
 }
-
-// ---- display
 
 void MDrawView::invalidateLayers() {
     _parts->screen.invalidate();

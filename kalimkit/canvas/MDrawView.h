@@ -160,16 +160,12 @@ public:
     void touchesMoved(const ui::TouchEvent& event) override;
     void touchesEnded(const ui::TouchEvent& event) override;
     void touchesCancelled(const ui::TouchEvent& event) override;
-
-    // ---- accessibility
     // The finished tools in drawing order, but for the text that is being edited: that is a text
     // field meanwhile.
     std::vector<ui::AccessibilityElement> accessibilityElements() override;
     // As a tap on the tool alone: it becomes the selection, or leaves it. A text that is selected
     // is edited instead.
     bool activateAccessibilityElement(std::uint64_t key) override;
-
-    // ---- display
     // Has everything drawn anew at the next frame. Whoever changes a tool of the canvas by itself
     // calls it; the canvas's own operations draw again what they changed.
     void invalidateLayers();

@@ -6,6 +6,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
+#include "kalimkit/ui/gesture/GestureRecognizer.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {

@@ -5,6 +5,7 @@
 #include <numbers>
 #include <utility>
 
+#include "kalimkit/canvas/FingerState.h"
 #include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "tests/canvas/CanvasHost.h"
 
@@ -402,6 +403,44 @@ TEST(MDrawViewTouches, ADelegateMayDropTheCanvasFromWithinAMessage) {
     host.pick(ToolType::Line);
     host.drag({50, 50}, {100, 100});
     EXPECT_FALSE(host.canvas);
+}
+
+// What a finger does is one thing at a time, also where something comes between.
+TEST(MDrawViewTouches, AFingerTapsDrawsDragsOrHasDoneItsWork) {
+    using enum FingerState;
+    CanvasHost host;
+    MDrawView& canvas = *host.canvas;
+    using Act = std::function<void()>;
+    const auto lands = [&](gfx::Point p) -> Act { return [&host, p] { host.down(p); }; };
+    const auto moves = [&](gfx::Point p) -> Act { return [&host, p] { host.move(p); }; };
+    const Act lifts = [&] { host.up(); };
+    const Act joined = [&] { host.window().fingersBegan({{2, {90, 90}}}); };
+    const Act leftAlone = [&] { host.window().fingersEnded({{2, {90, 90}}}); };
+    const Act cancelled = [&] { host.window().fingersCancelled({}); };
+    const Act typing = [&] { host.pick(ToolType::Text), host.tap({100, 100}); };
+    const std::pair<Act, FingerState> steps[] = {{[&] { host.pick(ToolType::Rectangle); }, Idle},
+                                                 {lands({20, 20}), Tapping},
+                                                 {moves({80, 80}), Drawing},
+                                                 {[&] { canvas.exportImage(); }, Aborted},
+                                                 {moves({90, 90}), Aborted},
+                                                 {lifts, Idle},
+                                                 {lands({20, 50}), Tapping},
+                                                 {moves({30, 60}), Dragging},
+                                                 {joined, Idle},
+                                                 {leftAlone, Idle},
+                                                 {lifts, Idle},
+                                                 {[&] { canvas.setForgiving(true); }, Idle},
+                                                 {lands({30, 60}), Tapping},
+                                                 {moves({40, 70}), Dragging},
+                                                 {[&] { canvas.undo(); }, Aborted},
+                                                 {cancelled, Idle},
+                                                 {typing, Idle},
+                                                 {lands({20, 150}), Aborted},
+                                                 {lifts, Idle}};
+    for (std::size_t step = 0; step < std::size(steps); ++step) {
+        steps[step].first();
+        EXPECT_EQ(canvas.fingerState(), steps[step].second) << "after step " << step;
+    }
 }
 
 }  // namespace
