@@ -15,7 +15,7 @@ namespace kalim {
 
 namespace {
 
-// Around the content; below it the bar with the rotate button above it.
+// This margin lies around the content; below it the bar has the rotate button above it.
 constexpr double contentMargin = 20;
 constexpr double barsInSafeArea = 14;
 constexpr double bottomBars = 60 + 63;
@@ -25,7 +25,7 @@ constexpr double barRise = 60;
 constexpr double showDuration = 0.3;
 // What makes a zoom differ from the least one.
 constexpr double zoomTolerance = 0.01;
-// Under the tool bar.
+// The grid lies under the tool bar.
 constexpr std::size_t gridIndex = 1;
 
 }  // namespace
@@ -169,7 +169,7 @@ void CropBoard::limitZoom() {
     _scroll->setMinimumZoomScale(limits.minimum);
     _scroll->setMaximumZoomScale(std::max(limits.maximum, zoom));
     if (zoom >= limits.minimum) return;
-    // About the middle of the frame.
+    // The picture turns about the middle of the frame.
     const gfx::Point middle = _frame.center() - _scroll->frame().origin;
     const gfx::Point place = _scroll->contentOffset() + middle;
     _scroll->setZoomScale(limits.minimum);

@@ -59,7 +59,7 @@ public:
     // turns; its pixels are turned when they are cut.
     void turnPicture(bool isBackwards);
     bool isRotated() const { return _orientation != 0; }
-    // Under the frame.
+    // Describes what lies under the frame.
     CropPicture measures() const;
 
     // ---- what goes on
@@ -87,7 +87,7 @@ public:
 
     // ---- the frame
     const gfx::Rect& frame() const { return _frame; }
-    // Without anything else.
+    // Changes nothing else.
     void startFrame(const gfx::Rect& frame) { _frame = frame; }
     // Moves grid, inset, zoom limits and bright frame along, and the picture as far as it must to
     // cover the frame.
@@ -116,7 +116,7 @@ public:
     // What moves by itself stays where it is seen at this moment, frame and picture alike; else
     // each part that is not changed next would go on by itself.
     void stopContent();
-    // Frame and picture back to the middle, animated.
+    // Frame and picture glide back to the middle.
     void moveToCenter();
     // The same, after a delay in which nothing else begins.
     void settleAfter(double delay);

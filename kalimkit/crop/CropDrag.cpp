@@ -58,7 +58,7 @@ CropEdge cropEdgeForPoint(gfx::Point p, const gfx::Rect& frame) {
     if (isNear({x2, y1, 0, size.height}, edgeTolerance, edgeTolerance)) return CropEdge::Right;
     if (isNear({x1, y2, size.width, 0}, edgeTolerance, edgeTolerance)) return CropEdge::Bottom;
     if (isNear({x1, y1, 0, size.height}, edgeTolerance, edgeTolerance)) return CropEdge::Left;
-    // Much easier to grab than the others, deliberately.
+    // The top is much easier to grab than the others, and is meant to be.
     if (isNear({x1, y1, size.width, 0}, edgeTolerance, topTolerance)) return CropEdge::Top;
     return CropEdge::None;
 }

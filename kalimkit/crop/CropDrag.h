@@ -18,7 +18,7 @@ KALIM_API CropEdge cropEdgeForPoint(gfx::Point p, const gfx::Rect& frame);
 // its border.
 KALIM_API bool isOnCropBorder(gfx::Point p, const gfx::Rect& frame);
 
-// One drag of an edge or a corner, points of the crop view.
+// Does one drag of an edge or a corner, in points of the crop view.
 struct KALIM_API CropDrag {
     // The frame with the finger at a point. `frame` is the one that the drag has made so far.
     gfx::Rect frameAt(gfx::Point p, const gfx::Rect& frame) const;

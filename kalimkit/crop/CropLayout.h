@@ -47,7 +47,7 @@ KALIM_API gfx::Rect cropCutRect(const gfx::Rect& bright, gfx::PixelSize raster, 
 
 // ---- quarter turns
 
-// The orientation after a tap on the rotate button: 0 to 3, round and round.
+// Yields the orientation after a tap on the rotate button: 0 to 3, round and round.
 KALIM_API std::int32_t nextCropOrientation(std::int32_t orientation);
 
 // By how many quarters of a circle the picture is turned on its way from one orientation to

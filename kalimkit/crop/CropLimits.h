@@ -11,9 +11,9 @@ inline constexpr double largestCropZoom = 15;
 // What a drag leaves of a picture either way, pixels.
 inline constexpr double leastCropPixels = 16;
 
-// The picture under a crop frame.
+// Describes the picture under a crop frame.
 struct CropPicture {
-    // At a zoom of 1, points.
+    // The size counts points at a zoom of 1.
     gfx::Size size;
     gfx::PixelSize raster;
     double zoomScale = 1;
@@ -23,7 +23,7 @@ struct CropPicture {
 struct CropOutcome {
     // Of the picture once the frame has gone back to the middle of the content.
     double zoomScale = 1;
-    // Of the picture's raster, under the frame.
+    // So many pixels of the picture's raster lie under the frame.
     gfx::Size pixels;
 };
 // Frame and content are points. A frame that is larger than the picture zooms it until it is
@@ -38,7 +38,7 @@ struct KALIM_API CropLimits {
     bool allow(const CropOutcome& outcome) const;
 
     double largestZoom = largestCropZoom;
-    // Pixels of the raster.
+    // It is in pixels of the raster.
     gfx::Size leastPixels;
 };
 

@@ -14,8 +14,8 @@ inline const gfx::Rect wholePicture{0, 0, 1, 1};
 // The nearest share that the picture has, in the same proportion.
 KALIM_API gfx::Rect coveredCropShare(const gfx::Rect& share);
 
-// The same part of the picture turned by quarters of a circle: -1, 1 or 2; positive ones clockwise
-// as seen.
+// Turns the same part of the picture by quarters of a circle: -1, 1 or 2; positive ones go
+// clockwise as seen.
 KALIM_API gfx::Rect turnedCropShare(const gfx::Rect& share, std::int32_t quarterTurns);
 
 // Where picture and frame are once the frame rests in the middle of the content. Points of the crop
@@ -27,7 +27,7 @@ struct KALIM_API CropPlacement {
     // Of the picture at a zoom of 1: as large as it fits the content.
     gfx::Size imageSize;
     double zoomScale = 1;
-    // Of the zoomed picture.
+    // The zoomed picture lies there.
     gfx::Rect image;
     gfx::Rect frame;
 };

@@ -14,11 +14,12 @@ class KALIM_API EditImageCropGridView : public ui::View {
 public:
     static std::shared_ptr<EditImageCropGridView> initWithFrame(const gfx::Rect& frame);
 
-    // Top, right, bottom, left.
+    // The lines come as top, right, bottom, left.
     const std::array<std::shared_ptr<ui::View>, 4>& borderGridLines() const {
         return _borderGridLines;
     }
-    // Of each corner the upright arm and the level one; at the lower right the other way round.
+    // A corner has the upright arm first and then the level one; at the lower right it is the other
+    // way round.
     using Corner = std::array<std::shared_ptr<ui::View>, 2>;
     const Corner& tlLineView() const { return _tlLineView; }
     const Corner& trLineView() const { return _trLineView; }

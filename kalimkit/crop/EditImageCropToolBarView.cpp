@@ -15,7 +15,7 @@ constexpr double sideMargin = 10;
 constexpr double buttonWidth = 60;
 constexpr double revertWidth = 50;
 constexpr double ruleHeight = 0.5;
-// Seconds.
+// The duration is seconds.
 constexpr double fadeDuration = 0.3;
 
 }  // namespace

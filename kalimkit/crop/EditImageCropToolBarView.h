@@ -15,7 +15,7 @@ namespace kalim {
 // button. It decides nothing: every button reports to the delegate.
 class KALIM_API EditImageCropToolBarView : public ui::View {
 public:
-    // Invisible at first.
+    // A new bar is invisible.
     static std::shared_ptr<EditImageCropToolBarView> init();
 
     // Whether there is something to revert; not at first.

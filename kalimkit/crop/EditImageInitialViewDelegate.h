@@ -32,7 +32,7 @@ public:
     // What was cut out: scale 1, upright. Sent before OnClickEditImageDoneBarButton.
     virtual void onCropImageDone(const gfx::ImageRef& /*image*/) {}
     virtual void OnClickEditImageDoneBarButton() {}
-    // The user left without applying.
+    // Tells that the user left without applying.
     virtual void OnClickEditImageBackBarButton() {}
 };
 

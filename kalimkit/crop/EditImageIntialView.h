@@ -56,7 +56,7 @@ public:
     // cover the frame.
     void setCropFrame(const gfx::Rect& frame);
     void matchOverlayViewToCropGridView();
-    // Back to the middle of the content, animated.
+    // Glides back to the middle of the content.
     void moveContentToCenter();
 
     // ---- turns
@@ -161,7 +161,7 @@ public:
     void scrollViewDidEndDecelerating(ui::ScrollView& view) override;
     void scrollViewWillBeginZooming(ui::ScrollView& view) override;
     void scrollViewDidEndZooming(ui::ScrollView& view, double scale) override;
-    // The pan of the frame: touches that land on its border, and no second finger.
+    // The pan of the frame takes touches that land on its border, and no second finger.
     bool shouldReceiveTouch(const ui::GestureRecognizer& recognizer,
                             const ui::Touch& touch) override;
 

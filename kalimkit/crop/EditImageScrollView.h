@@ -91,7 +91,7 @@ protected:
 private:
     std::shared_ptr<EditImageView> _imageView;
     std::shared_ptr<ui::RotationGestureRecognizer> _toolRotation;
-    // All of the drawing tools' recognisers.
+    // These are all of the drawing tools' recognisers.
     std::array<std::shared_ptr<ui::GestureRecognizer>, 5> _toolGestures;
     bool _admitsGestures = true;
     std::optional<gfx::Rect> _cropFrame;

@@ -19,7 +19,7 @@ gfx::ImageOrientation orientationAfter(std::int32_t quarterTurns) {
     return orientations[quarterTurns];
 }
 
-// The same raster, seen in another way.
+// Shares the raster and sees it in another way.
 gfx::ImageRef turned(const gfx::Image& image, gfx::ImageOrientation orientation) {
     return std::make_shared<gfx::Image>(image.raster(), image.scale(), orientation);
 }

@@ -32,7 +32,7 @@ public:
     void editImageViewDidStartDraw();
     void editImageViewdidEndDraw();
 
-    // As large as the view.
+    // It is as large as the view.
     const std::shared_ptr<EditImageCropOverlayView>& overlayView() const { return _overlayView; }
 
     // ---- delegate
