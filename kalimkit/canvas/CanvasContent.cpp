@@ -17,7 +17,7 @@ namespace {
 
 // Far beyond every budget and every surface, yet finite, so that unions stay finite, too.
 constexpr double farthest = 1e12;
-// Of extents, points.
+// Extents may be off by as much, in points.
 constexpr double roundingError = 1e-6;
 
 constexpr gfx::Size budgetOfBasis{2560, 1440};
@@ -31,7 +31,7 @@ gfx::Rect withinReach(const gfx::Rect& rect) {
                                {withinReach(rect.maxX()), withinReach(rect.maxY())});
 }
 
-// The budget in square points of the current screen; infinite without one.
+// Yields the budget in square points of the current screen; infinite without one.
 double areaLimit(const ui::Environment& environment, bool hasBasis) {
     const std::optional<gfx::Size> budget = environment.areaBudget();
     if (!budget) return INFINITY;

@@ -48,7 +48,7 @@ gfx::ImageRef CanvasExport::drawnAtScreenScale() {
     ui::Environment& environment = ui::Environment::current();
     const double scale = environment.screen().scale;
     const CanvasPicture& picture = _canvas.shown.picture;
-    // Points of the screen for one of the canvas.
+    // So many points of the screen make one of the canvas.
     const double points = picture.hasBasis() ? picture.fittingScale() : 1;
     // Letting go of the selection may have changed its geometry, so that the content as it was last
     // measured is not asked.
@@ -97,7 +97,7 @@ gfx::ImageRef CanvasExport::imageAtPictureScale() {
         context.fillRect(picture);
         context.setBlendMode(gfx::BlendMode::Normal);
     }
-    // Pixel for pixel.
+    // The picture is copied pixel for pixel.
     context.setInterpolation(gfx::Interpolation::None);
     context.drawImage(*source, picture);
     context.concat(toPixels);

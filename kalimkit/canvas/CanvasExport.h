@@ -17,7 +17,7 @@ class CanvasSelection;
 class CanvasTyping;
 struct CanvasShown;
 
-// The pictures that a canvas hands out.
+// Makes the pictures that a canvas hands out.
 class CanvasExport {
 public:
     // What of the canvas it uses.

@@ -117,7 +117,7 @@ private:
     gfx::Point _movePoint;
     // Where a drag goes on from: how far the selection has followed the finger.
     gfx::Point _takenPoint;
-    // Where the finger landed, view points.
+    // The finger landed there, in view points.
     gfx::Point _downPlace;
     // The owner has been told that something is drawn, and not yet that it is not any more.
     bool _isDrawingOver = false;

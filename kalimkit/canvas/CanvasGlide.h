@@ -11,7 +11,7 @@ namespace kalim {
 // takes part; the canvas is where it is going to be.
 class CanvasGlide {
 public:
-    // Seconds.
+    // The duration is seconds.
     static constexpr double duration = 0.25;
 
     // `step` is called at every display tick with whether it was the last. It may destroy the

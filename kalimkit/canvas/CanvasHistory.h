@@ -42,7 +42,7 @@ public:
     bool redo();
     bool add(const ToolRef& tool);
     void removeSelected();
-    // Without a record.
+    // It leaves no record.
     void clear();
     void removeInvalid();
     // The owner hears what can be undone and redone.

@@ -48,7 +48,7 @@ public:
 private:
     struct Kept {
         std::shared_ptr<gfx::Surface> surface;
-        // View points.
+        // It is in view points.
         ui::Damage stale;
     };
 

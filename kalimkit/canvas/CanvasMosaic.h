@@ -28,7 +28,7 @@ private:
         std::optional<MosaicBlocks> computed;
     };
 
-    // Null without a picture.
+    // There is none without a picture.
     std::shared_ptr<Work> _work;
 };
 

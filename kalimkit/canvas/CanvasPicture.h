@@ -51,9 +51,9 @@ public:
     // What to draw where a canvas point comes to this many pixels of the screen: shown() as long as
     // that has the pixels, else a copy with more of the picture's own.
     gfx::ImageRef shownAt(double pixelsPerPoint, PictureReductions::Making making);
-    // What that answered last; null before.
+    // Repeats what that answered last; null before.
     const gfx::ImageRef& lastShown() const { return _lastShown; }
-    // Pixels of the picture per canvas point; 0 without one.
+    // Tells how many pixels of the picture make a canvas point; 0 without one.
     double pixelsPerPoint() const;
     // Gives the memory of the copies for shownAt() back.
     void releaseCopies();

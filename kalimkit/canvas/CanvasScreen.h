@@ -34,7 +34,7 @@ public:
     void redisplay();
     // Everything is drawn anew at the next frame.
     void invalidate();
-    // The same for the background in a canvas rectangle.
+    // Does the same for the background in a canvas rectangle.
     void invalidateGround(const gfx::Rect& rect);
     void markListChanged() { _drawn.markListChanged(); }
     void markChanged(const ToolRef& tool) { _drawn.markChanged(tool); }

@@ -12,7 +12,7 @@ namespace kalim {
 // What a canvas's view shows: the picture, the content around it, and how their points become the
 // view's.
 struct CanvasShown {
-    // By fingers or on its way.
+    // Holds while fingers move the view, and while it is on its way.
     bool isMoving() const { return zoom.isHeld() || glide; }
     // What is on the screen at this moment.
     gfx::AffineTransform transform() const { return glide ? glide->shown() : zoom.toView(); }
@@ -22,7 +22,7 @@ struct CanvasShown {
 
     CanvasPicture picture;
     CanvasZoom zoom;
-    // The picture's rectangle united with every tool's extent, canvas points.
+    // The content unites the picture's rectangle with every tool's extent, in canvas points.
     gfx::Rect content;
     // On the way from an earlier zoom and move to those in force; null while the view rests.
     std::unique_ptr<CanvasGlide> glide;

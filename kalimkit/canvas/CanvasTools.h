@@ -31,7 +31,7 @@ public:
     void add(const ToolRef& tool) { _undoManager.addTool(tool); }
     void record(const ToolRef& tool) { _undoManager.addToolSuccess(tool); }
     void remove(const ToolRef& tool) { _undoManager.removeTool(tool); }
-    // Off the canvas without a record.
+    // Takes the tool off the canvas without a record.
     void forget(const ToolRef& tool) { _undoManager.removeToolFromAllSystem(tool); }
     // The same for one that was being created.
     void discard(const ToolRef& tool);
@@ -48,7 +48,7 @@ public:
 
 private:
     const CanvasShown& _shown;
-    // Shared with the undo manager.
+    // The undo manager shares it.
     std::shared_ptr<ToolList> _list;
     MUndoManager _undoManager;
     NewTools _pen;

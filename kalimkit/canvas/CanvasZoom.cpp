@@ -116,7 +116,7 @@ void CanvasZoom::zoomTo(double scale, const gfx::Rect& content) {
     isSmallerThanView(content) ? centre(content) : keepInReach(content);
 }
 
-// In either direction.
+// Holds where the content is smaller in either direction.
 bool CanvasZoom::isSmallerThanView(const gfx::Rect& content) const {
     const gfx::Size shown = content.size * shownScale();
     const gfx::Size room = _place.bounds.size;

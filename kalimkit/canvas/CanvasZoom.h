@@ -17,28 +17,28 @@ public:
     // The canvas, and the part of the view in whose middle it lies when nothing is zoomed.
     struct Place {
         gfx::Point canvasCenter;
-        // View points.
+        // The bounds are view points.
         gfx::Rect bounds;
-        // View points per canvas point.
+        // So many view points make a canvas point.
         double fittingScale = 1;
         // The picture fills the view.
         bool isScreenShot = false;
-        // Of the zoom, over the fitting scale.
+        // No zoom goes beyond it, over the fitting scale.
         double largestScale = 2;
     };
     void setPlace(const Place& place);
-    // Back to nothing zoomed, moved or turned, and no fingers on it.
+    // Goes back to nothing zoomed, moved or turned, and no fingers on it.
     void reset();
 
     // ---- what is in force
     const gfx::AffineTransform& toView() const { return _toView; }
     const gfx::AffineTransform& toCanvas() const { return _toCanvas; }
-    // Over the fitting scale.
+    // Counts over the fitting scale.
     double scale() const;
-    // View points per canvas point.
+    // So many view points make a canvas point.
     double shownScale() const { return scale() * _place.fittingScale; }
     double contextScale() const { return _contextScale; }
-    // The smallest zoom and the largest.
+    // The zoom stays between these two.
     double defaultMinScale() const { return _defaultMinScale; }
     double largestScale() const { return _place.largestScale; }
     double rotateDegree() const { return _curRotateDegree; }
@@ -85,12 +85,12 @@ private:
     Place _place;
     gfx::AffineTransform _toView;
     gfx::AffineTransform _toCanvas;
-    // Committed, and the factor of a pinch in progress.
+    // The first is committed, the second the factor of a pinch in progress.
     double _contextScale = 1.0;
     double _tmpContextScale = 1.0;
     double _defaultMinScale = 0.5;
     gfx::Point _move;
-    // Radians, in spite of its name.
+    // It is radians, in spite of its name.
     double _curRotateDegree = 0;
     float _imposedScale = 0;
     // Somebody has chosen the zoom, so that nothing stands in for a zoom of 1.
@@ -101,7 +101,7 @@ private:
     bool _isPictureShrinked = false;
     // How a pinch left the view before the zoom was brought within its bounds.
     std::optional<gfx::AffineTransform> _shownBeforeClamping;
-    // Of a pan under way, as last heard.
+    // A pan under way said so last.
     gfx::Point _panTranslation;
 };
 

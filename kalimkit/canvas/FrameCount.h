@@ -10,7 +10,7 @@ class FrameCount {
 public:
     int tools() const { return _tools; }
     void add(int tools = 1) { _tools += tools; }
-    // Into a layer, for the next frame.
+    // Counts a drawing into a layer for the next frame.
     void addAhead() { ++_ahead; }
     // A view draws several times in a frame where several rectangles are damaged.
     void begin(std::uint64_t frame) {

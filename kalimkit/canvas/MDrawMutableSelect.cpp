@@ -86,7 +86,7 @@ std::uint64_t MDrawMutableSelect::drawType() const {
 gfx::ColorRef MDrawMutableSelect::color() const {
     if (_subTools.empty()) return nullptr;
     const gfx::ColorRef first = _subTools.front()->color();
-    // By identity, not by value.
+    // Colours are the same by identity, not by value.
     const bool same =
         std::ranges::all_of(_subTools, [&](const ToolRef& tool) { return tool->color() == first; });
     return same ? first : nullptr;

@@ -29,7 +29,7 @@ public:
     ToolRef copyOfGroup() const override { return copy(); }
     static const ToolClass& Class();
     const ToolClass& toolClass() const override { return Class(); }
-    // The same members in any order.
+    // Holds for the same members in any order.
     bool isEqual(const MDrawTool* other) const;
 
     // ---- members, in the order they were selected
@@ -37,7 +37,7 @@ public:
     bool containTool(const ToolRef& tool) const override;
     void addSubTool(const ToolRef& tool) override;
     void removeSubTool(const ToolRef& tool) override;
-    // Not empty.
+    // A valid group is not empty.
     bool isValidTools() const { return !_subTools.empty(); }
     bool isDrawVaild() const override { return isValidTools(); }
     ToolRef firstSelectedTool() const;
@@ -59,7 +59,8 @@ public:
     // ---- geometry and hit testing
     // The union of the members' frames; the zero rectangle when empty.
     gfx::Rect frame() const override;
-    // A point right of and a point above the union's lower-right corner; deliberately asymmetric.
+    // Lies a point right of and a point above the union's lower-right corner; the asymmetry is
+    // meant.
     gfx::Point HandlePoint() const;
     bool hitTest(gfx::Point p) override;
     bool hitOnHandle(gfx::Point p) override;

@@ -83,7 +83,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
     parts->screen.draw(context);
 }
 
-// Whether the view's size or the screen's scale asked for anything.
+// Tells whether the view's size or the screen's scale asked for anything.
 bool MDrawView::fitIntoView() {
     const bool isUnused = !sourceImage() && !hasTools() && !canUndo() && !canRedo();
     const gfx::AffineTransform before = mViewTransform();

@@ -32,7 +32,7 @@ public:
     // the first touch.
     bool forgiving() const;
     void setForgiving(bool forgiving);
-    // The host's callback for log texts, for the whole process.
+    // Sets the host's callback for log texts, for the whole process.
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
     // ---- the picture
@@ -125,12 +125,12 @@ public:
     bool hasSelectedTools() const;
     // The selection group; null when nothing is selected.
     const std::shared_ptr<MDrawMutableSelect>& handingTools() const;
-    // The topmost finished tool under a canvas point; null for none.
+    // Finds the topmost finished tool under a canvas point; null for none.
     ToolRef testHitTestSelectTool(gfx::Point p) const;
     // The tool that the current gesture is creating; null between gestures.
     const ToolRef& handingTool() const;
     void deleteSelectedTools();
-    // Not undoable.
+    // No undo reverses these.
     void clearTools();
     void removeInvaildTools();
     // Also ends the editing of a text, and a creation under way: a tool that is valid by now stays.
@@ -154,7 +154,7 @@ public:
     FingerState fingerState() const;
     ui::RotationGestureRecognizer& rotationGesture() { return *_rotationGesture; }
     void handleRotationGesture(ui::GestureState state, double rotation);
-    // On a text: edits it. View points.
+    // Edits the text at the place, if there is one; view points.
     void handleDoubleTapGesture(gfx::Point place);
     void touchesBegan(const ui::TouchEvent& event) override;
     void touchesMoved(const ui::TouchEvent& event) override;

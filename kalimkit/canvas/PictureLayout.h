@@ -6,10 +6,11 @@
 
 namespace kalim {
 
-// A size centred in a box.
+// Centres a size in a box.
 KALIM_API gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box);
 
-// Canvas to view: view point = seenAt + scale * R(angle) * (canvas point - center). Radians.
+// Carries canvas to view: view point = seenAt + scale * R(angle) * (canvas point - center). The
+// angle is radians.
 KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
                                             double angle);
 

@@ -10,7 +10,7 @@ namespace kalim {
 struct RotationUnderWay {
     // The selection that the gesture turns; null when it turns none.
     std::shared_ptr<MDrawMutableSelect> tools;
-    // So far, radians.
+    // The gesture has turned this far, in radians.
     double angle = 0;
     // The gesture goes on, but what it turned has been let go, or the fingers pinch instead.
     bool isOver = false;

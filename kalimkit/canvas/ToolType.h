@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The tool-type numbers of the canvas's interface.
+// These are the tool-type numbers of the canvas's interface.
 namespace kalim::ToolType {
 
 enum Number : std::int64_t {

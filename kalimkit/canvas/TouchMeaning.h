@@ -12,7 +12,7 @@ struct TouchDown {
     // Of what lies under the finger: the selection, or else a finished tool.
     bool isOnSelection = false;
     bool isOnTool = false;
-    // Anywhere.
+    // Something is selected, anywhere.
     bool hasSelection = false;
     // Whether there is a class of new tools, and whether they begin where a finger lands.
     bool hasClass = false;
@@ -40,7 +40,7 @@ struct TouchMove {
     bool hasSelection = false;
     // The finger landed on the selection.
     bool isOnSelection = false;
-    // From where the finger landed, canvas points and view points.
+    // These count from where the finger landed, in canvas points and view points.
     double canvasDistance = 0;
     double viewDistance = 0;
 };

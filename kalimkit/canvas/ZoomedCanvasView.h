@@ -33,7 +33,7 @@ public:
     const gfx::ImageRef& sourceImage() const;
     // Where it lies, canvas points.
     const gfx::Rect& bgImgRect() const;
-    // The content: the picture's rectangle united with every tool's extent, canvas points.
+    // The content unites the picture's rectangle with every tool's extent, in canvas points.
     const gfx::Rect& ctxRect() const;
 
     // ---- zoom
@@ -43,7 +43,7 @@ public:
     // The factor at which the canvas is shown, over the one that fits it into the view.
     double getScale() const;
     double contextScale() const;
-    // The smallest zoom.
+    // No zoom is smaller.
     double defaultMinScale() const;
     // The largest zoom: 2, or as much more as the magnification allows.
     double largestScale() const;
@@ -77,7 +77,7 @@ public:
 
     // ---- gestures
     bool enableGesture() const { return _enableGesture; }
-    // Two-finger gestures.
+    // This admits two-finger gestures.
     void setEnableGesture(bool enable) { _enableGesture = enable; }
     ui::PinchGestureRecognizer& pinchGesture() { return *_pinchGesture; }
     ui::PanGestureRecognizer& panGesture() { return *_panGesture; }
