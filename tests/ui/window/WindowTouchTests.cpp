@@ -3,53 +3,34 @@
 #include <algorithm>
 #include <limits>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "kalimkit/ui/gesture/GestureRecognizer.h"
-#include "tests/support/Finger.h"
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
-#include "tests/ui/LogView.h"
+#include "tests/ui/Stage.h"
 
 namespace kalim::ui {
 
 namespace {
 
 using test::Finger;
+using test::Lines;
 using test::LogView;
-using Lines = LogView::Lines;
 
-// Two views side by side in a third: a at x 0, b at x 100, both in "back".
-struct Stage : test::TestHost {
-    Stage() : TestHost({.device = std::make_shared<test::RecordingDevice>()}) {
-        back = LogView::make("back", {0, 0, 300, 300}, lines);
-        a = LogView::make("a", {0, 0, 100, 100}, lines);
-        b = LogView::make("b", {100, 0, 100, 100}, lines);
-        back->addSubview(a);
-        back->addSubview(b);
-        window().rootView()->addSubview(back);
+// Two views side by side: a at x 0, b at x 100.
+struct WindowTouches : testing::Test, test::Stage {
+    WindowTouches() {
+        root->addSubview(a);
+        root->addSubview(b);
         a->setMultipleTouchEnabled(true);
     }
-    // Leaves the two to themselves, so that nobody repeats their messages.
-    void removeBack() {
-        window().rootView()->addSubview(a);
-        window().rootView()->addSubview(b);
-        back->removeFromSuperview();
-    }
-    Lines take() { return std::exchange(lines, {}); }
 
-    Lines lines;
-    std::shared_ptr<LogView> back;
-    std::shared_ptr<LogView> a;
-    std::shared_ptr<LogView> b;
+    std::shared_ptr<LogView> a = LogView::make("a", {0, 0, 100, 100}, lines);
+    std::shared_ptr<LogView> b = LogView::make("b", {100, 0, 100, 100}, lines);
 };
 
 // Writes what it is fed, and begins when a finger has moved `beginAfter` times.
 class LogRecognizer : public GestureRecognizer {
 public:
-    explicit LogRecognizer(Lines& lines, int beginAfter = 1000)
-        : _lines(lines), _beginAfter(beginAfter) {}
+    LogRecognizer(Lines& lines, int beginAfter) : _lines(lines), _beginAfter(beginAfter) {}
 
 protected:
     void touchesBegan(const TouchEvent& event, const std::vector<TouchRef>& active) override {
@@ -81,135 +62,108 @@ private:
     int _moves = 0;
 };
 
-TEST(WindowTouches, AFingerBelongsToTheViewItLandedOn) {
-    Stage stage;
+TEST_F(WindowTouches, AFingerBelongsToTheViewItLandedOnOrToWhatIsAboveIt) {
     std::vector<gfx::Point> path;
-    stage.b->onTouch = [&](const std::string&, const TouchEvent& event) {
-        path.push_back(event.touches.front()->previousLocationIn(stage.b.get()));
-        path.push_back(event.touches.front()->locationIn(stage.b.get()));
-        EXPECT_EQ(event.touches.front()->view(), stage.b);
-        EXPECT_EQ(event.time, stage.loop().now());
+    b->onTouch = [&](const std::string&, const TouchEvent& event) {
+        path.push_back(event.touches.front()->previousLocationIn(b.get()));
+        path.push_back(event.touches.front()->locationIn(b.get()));
+        EXPECT_EQ(event.touches.front()->view(), b);
+        EXPECT_EQ(event.time, loop().now());
     };
-    Finger finger(stage.window(), 7);
+    Finger finger(window(), 7);
     finger.down({110, 10});
-    stage.wait(0.5);
+    wait(0.5);
     finger.moveTo({10, 10}, 2).up();
-    EXPECT_EQ(stage.take(),
+    EXPECT_EQ(take(),
               (Lines{"b began 7 of 7", "b moved 7 of 7", "b moved 7 of 7", "b ended 7 of 7"}));
     EXPECT_EQ(
         path,
         (std::vector<gfx::Point>{
             {10, 10}, {10, 10}, {10, 10}, {-40, 10}, {-40, 10}, {-90, 10}, {-90, 10}, {-90, 10}}));
-    EXPECT_TRUE(stage.window().activeTouches().empty());
-}
+    EXPECT_TRUE(window().activeTouches().empty());
 
-TEST(WindowTouches, WhatAViewDoesNotUseGoesUpTheChain) {
-    Stage stage;
     const auto inner = View::initWithFrame({10, 10, 50, 50});
-    stage.a->addSubview(View::initWithFrame({0, 0, 100, 100}));
-    stage.a->subviews()[0]->addSubview(inner);
-    stage.a->onTouch = [&](const std::string&, const TouchEvent& event) {
+    a->addSubview(View::initWithFrame({0, 0, 100, 100}));
+    a->subviews()[0]->addSubview(inner);
+    a->onTouch = [&](const std::string&, const TouchEvent& event) {
         EXPECT_EQ(event.touches.front()->view(), inner);
     };
-    Finger finger(stage.window());
-    finger.down({20, 20}).moveTo({200, 200}).up().down({20, 20}).cancel();
-    EXPECT_EQ(stage.take(), (Lines{"a began 1 of 1", "a moved 1 of 1", "a ended 1 of 1",
-                                   "a began 1 of 1", "a cancelled 1 of 1"}));
+    one.down({20, 20}).moveTo({200, 200}).up().down({20, 20}).cancel();
+    EXPECT_EQ(take(), (Lines{"a began 1 of 1", "a moved 1 of 1", "a ended 1 of 1", "a began 1 of 1",
+                             "a cancelled 1 of 1"}));
     // Where nobody uses them, they end with the window.
-    finger.tap({350, 350});
-    EXPECT_EQ(stage.take(), Lines());
+    one.tap({350, 350});
+    EXPECT_EQ(take(), Lines());
 }
 
-TEST(WindowTouches, OneHostCallIsOneMessageToEachView) {
-    Stage stage;
-    stage.removeBack();
-    Window& window = stage.window();
-    window.fingersBegan({{1, {10, 10}}, {2, {110, 10}}, {3, {20, 10}}});
-    window.fingersMoved({{3, {21, 10}}, {2, {111, 10}}, {1, {10, 10}}});
-    EXPECT_EQ(window.activeTouches()[0]->phase(), TouchPhase::Stationary) << "it has not moved";
-    window.fingersMoved({{1, {11, 10}}, {3, {22, 10}}});
-    window.fingersEnded({{1, {11, 10}}});
-    window.fingersEnded({{3, {30, 10}}, {2, {111, 10}}});
-    EXPECT_EQ(stage.take(), (Lines{"a began 1 3 of 1 3", "b began 2 of 2", "a moved 3 of 1 3",
-                                   "b moved 2 of 2", "a moved 1 3 of 1 3", "a ended 1 of 1 3",
-                                   "b ended 2 of 2", "a ended 3 of 3"}));
+TEST_F(WindowTouches, OneHostCallIsOneMessageToEachViewAndTheFirstFingerToOneForOneFinger) {
+    window().fingersBegan({{1, {10, 10}}, {2, {110, 10}}, {3, {20, 10}}});
+    window().fingersMoved({{3, {21, 10}}, {2, {111, 10}}, {1, {10, 10}}});
+    EXPECT_EQ(window().activeTouches()[0]->phase(), TouchPhase::Stationary) << "it has not moved";
+    window().fingersMoved({{1, {11, 10}}, {3, {22, 10}}});
+    window().fingersEnded({{1, {11, 10}}});
+    window().fingersEnded({{3, {30, 10}}, {2, {111, 10}}});
+    EXPECT_EQ(take(), (Lines{"a began 1 3 of 1 3", "b began 2 of 2", "a moved 3 of 1 3",
+                             "b moved 2 of 2", "a moved 1 3 of 1 3", "a ended 1 of 1 3",
+                             "b ended 2 of 2", "a ended 3 of 3"}));
+
+    one.down({110, 10});
+    two.down({120, 10}).moveTo({125, 10});
+    one.moveTo({111, 10}).up();
+    three.down({130, 10});
+    two.up();
+    three.up();
+    one.tap({110, 10});
+    EXPECT_EQ(take(), (Lines{"b began 1 of 1", "b moved 1 of 1", "b ended 1 of 1", "b began 1 of 1",
+                             "b ended 1 of 1"}));
 }
 
-TEST(WindowTouches, AViewForOneFingerGetsTheFirstOfASequence) {
-    Stage stage;
-    stage.removeBack();
-    Finger first(stage.window(), 1);
-    Finger second(stage.window(), 2);
-    Finger third(stage.window(), 3);
-    first.down({110, 10});
-    second.down({120, 10}).moveTo({125, 10});
-    first.moveTo({111, 10}).up();
-    third.down({130, 10});
-    second.up();
-    third.up();
-    first.tap({110, 10});
-    EXPECT_EQ(stage.take(), (Lines{"b began 1 of 1", "b moved 1 of 1", "b ended 1 of 1",
-                                   "b began 1 of 1", "b ended 1 of 1"}));
-}
-
-TEST(WindowTouches, IgnoresWhatNoFingerCanDo) {
+TEST_F(WindowTouches, IgnoresWhatNoFingerCanDo) {
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     constexpr double endless = std::numeric_limits<double>::infinity();
-    Stage stage;
-    stage.removeBack();
-    Window& window = stage.window();
-    window.fingersMoved({{1, {10, 10}}});
-    window.fingersEnded({{1, {10, 10}}});
-    window.fingersCancelled({{1, {}}});
-    window.fingersBegan({{1, {none, 10}}, {2, {10, endless}}, {3, {1000, 10}}});
-    window.fingersMoved({{1, {10, 10}}, {3, {10, 10}}});
-    EXPECT_EQ(stage.take(), Lines()) << "none of them is down";
-    window.fingersBegan({{1, {10, 10}}, {1, {20, 10}}});
-    window.fingersBegan({{1, {30, 10}}});
-    window.fingersMoved({{1, {none, 10}}});
-    window.fingersMoved({});
-    EXPECT_EQ(window.activeTouches().front()->locationIn(nullptr), (gfx::Point{10, 10}));
-    window.fingersEnded({{1, {none, none}}, {1, {15, 15}}});
-    EXPECT_EQ(stage.take(), (Lines{"a began 1 of 1", "a ended 1 of 1"}))
+    window().fingersMoved({{1, {10, 10}}});
+    window().fingersEnded({{1, {10, 10}}});
+    window().fingersCancelled({{1, {}}});
+    window().fingersBegan({{1, {none, 10}}, {2, {10, endless}}, {3, {1000, 10}}});
+    window().fingersMoved({{1, {10, 10}}, {3, {10, 10}}});
+    EXPECT_EQ(take(), Lines()) << "none of them is down";
+    window().fingersBegan({{1, {10, 10}}, {1, {20, 10}}});
+    window().fingersBegan({{1, {30, 10}}});
+    window().fingersMoved({{1, {none, 10}}});
+    window().fingersMoved({});
+    EXPECT_EQ(window().activeTouches().front()->locationIn(nullptr), (gfx::Point{10, 10}));
+    window().fingersEnded({{1, {none, none}}, {1, {15, 15}}});
+    EXPECT_EQ(take(), (Lines{"a began 1 of 1", "a ended 1 of 1"}))
         << "a finger that leaves nowhere has left all the same";
-    EXPECT_TRUE(window.activeTouches().empty());
+    EXPECT_TRUE(window().activeTouches().empty());
 }
 
-TEST(WindowTouches, CancelsTheFingersNamedOrAll) {
-    Stage stage;
-    stage.removeBack();
-    Window& window = stage.window();
-    window.fingersBegan({{1, {10, 10}}, {2, {20, 10}}, {3, {30, 10}}});
-    window.fingersCancelled({{2, {}}});
-    window.fingersCancelled({});
-    window.fingersEnded({{1, {10, 10}}});
-    EXPECT_EQ(stage.take(), (Lines{"a began 1 2 3 of 1 2 3", "a cancelled 2 of 1 2 3",
-                                   "a cancelled 1 3 of 1 3"}));
-}
+TEST_F(WindowTouches, CancelsTheFingersNamedOrAllOrThoseOfAViewThatLeaves) {
+    window().fingersBegan({{1, {10, 10}}, {2, {20, 10}}, {3, {30, 10}}});
+    window().fingersCancelled({{2, {}}});
+    window().fingersCancelled({});
+    window().fingersEnded({{1, {10, 10}}});
+    EXPECT_EQ(take(), (Lines{"a began 1 2 3 of 1 2 3", "a cancelled 2 of 1 2 3",
+                             "a cancelled 1 3 of 1 3"}));
 
-TEST(WindowTouches, AViewThatLeavesItsParentLosesItsFingers) {
-    Stage stage;
-    stage.removeBack();
-    Window& window = stage.window();
-    window.fingersBegan({{1, {10, 10}}, {2, {110, 10}}});
-    stage.a->onTouch = [&](const std::string& phase, const TouchEvent& event) {
+    window().fingersBegan({{1, {10, 10}}, {2, {110, 10}}});
+    a->onTouch = [&](const std::string& phase, const TouchEvent& event) {
         if (phase != "cancelled") return;
-        EXPECT_EQ(event.touches.front()->locationIn(stage.a.get()), (gfx::Point{10, 10}));
+        EXPECT_EQ(event.touches.front()->locationIn(a.get()), (gfx::Point{10, 10}));
         EXPECT_EQ(event.touches.front()->phase(), TouchPhase::Cancelled);
-        stage.a->removeFromSuperview();
+        a->removeFromSuperview();
     };
-    stage.a->removeFromSuperview();
-    EXPECT_EQ(stage.a->superview(), nullptr);
-    window.fingersMoved({{1, {11, 10}}, {2, {111, 10}}});
-    EXPECT_EQ(stage.take(),
+    a->removeFromSuperview();
+    EXPECT_EQ(a->superview(), nullptr);
+    window().fingersMoved({{1, {11, 10}}, {2, {111, 10}}});
+    EXPECT_EQ(take(),
               (Lines{"a began 1 of 1", "b began 2 of 2", "a cancelled 1 of 1", "b moved 2 of 2"}));
 }
 
-TEST(WindowTouches, AViewMayBeDestroyedByItsOwnTouch) {
+TEST_F(WindowTouches, AViewMayBeDestroyedByItsOwnTouch) {
     for (const std::string phase : {"began", "moved", "ended", "cancelled"}) {
-        Stage stage;
         auto holder = View::initWithFrame({0, 0, 100, 100});
-        auto inner = LogView::make("inner", {0, 0, 100, 100}, stage.lines);
+        auto inner = LogView::make("inner", {0, 0, 100, 100}, lines);
         inner->passesOn = true;
         const std::weak_ptr<View> watch = inner;
         inner->onTouch = [&](const std::string& now, const TouchEvent&) {
@@ -220,103 +174,86 @@ TEST(WindowTouches, AViewMayBeDestroyedByItsOwnTouch) {
             inner = nullptr;
         };
         holder->addSubview(inner);
-        stage.back->addSubview(holder);
-        Finger finger(stage.window());
-        finger.down({10, 10}).moveTo({20, 10});
-        phase == "cancelled" ? finger.cancel() : finger.up();
+        a->addSubview(holder);
+        one.down({10, 10}).moveTo({20, 10});
+        phase == "cancelled" ? one.cancel() : one.up();
         EXPECT_TRUE(watch.expired()) << phase;
-        EXPECT_TRUE(stage.window().activeTouches().empty()) << phase;
-        const auto count = std::ranges::count_if(stage.lines, [](const std::string& line) {
-            return line.starts_with("inner cancelled");
-        });
+        EXPECT_TRUE(window().activeTouches().empty()) << phase;
+        const auto count = std::ranges::count_if(
+            take(), [](const auto& line) { return line.starts_with("inner cancelled"); });
         EXPECT_EQ(count, phase == "ended" ? 0 : 1) << phase;
     }
 }
 
-TEST(WindowTouches, AHandlerMayTakeAwayAViewThatIsStillToBeTold) {
-    Stage stage;
-    stage.removeBack();
-    stage.a->onTouch = [&](const std::string& phase, const TouchEvent&) {
-        if (phase == "moved") stage.b->removeFromSuperview();
+TEST_F(WindowTouches, AHandlerMayTakeAwayAViewThatIsStillToBeTold) {
+    a->onTouch = [&](const std::string& phase, const TouchEvent&) {
+        if (phase == "moved") b->removeFromSuperview();
     };
-    stage.window().fingersBegan({{1, {10, 10}}, {2, {110, 10}}});
-    stage.window().fingersMoved({{1, {11, 10}}, {2, {111, 10}}});
-    EXPECT_EQ(stage.take(),
+    window().fingersBegan({{1, {10, 10}}, {2, {110, 10}}});
+    window().fingersMoved({{1, {11, 10}}, {2, {111, 10}}});
+    EXPECT_EQ(take(),
               (Lines{"a began 1 of 1", "b began 2 of 2", "a moved 1 of 1", "b cancelled 2 of 2"}));
-    stage.a->onTouch = [&](const std::string&, const TouchEvent&) {
-        stage.window().fingersCancelled({});
-    };
-    stage.window().fingersBegan({{3, {20, 10}}});
-    EXPECT_EQ(stage.take(), (Lines{"a began 3 of 1 3", "a cancelled 1 3 of 1 3"}));
+    a->onTouch = [&](const std::string&, const TouchEvent&) { window().fingersCancelled({}); };
+    window().fingersBegan({{3, {20, 10}}});
+    EXPECT_EQ(take(), (Lines{"a began 3 of 1 3", "a cancelled 1 3 of 1 3"}));
 }
 
-TEST(WindowTouches, ARecognizerSeesItsSubtreeBeforeTheViewsDo) {
-    Stage stage;
-    stage.removeBack();
-    const auto observer = std::make_shared<LogRecognizer>(stage.lines, 1);
+TEST_F(WindowTouches, ARecognizerSeesItsSubtreeFirstAndTakesTheTouchesWhenItBegins) {
+    const auto observer = std::make_shared<LogRecognizer>(lines, 1);
     observer->setCancelsTouches(false);
-    stage.window().rootView()->addGestureRecognizer(observer);
-    Finger finger(stage.window());
-    finger.down({10, 10}).moveTo({20, 10}).up();
-    EXPECT_EQ(stage.take(), (Lines{"gesture began 1 active 1", "a began 1 of 1",
-                                   "gesture moved 1 active 1", "a moved 1 of 1",
-                                   "gesture ended 1 active 0", "gesture reset", "a ended 1 of 1"}));
+    root->addGestureRecognizer(observer);
+    one.down({10, 10}).moveTo({20, 10}).up();
+    EXPECT_EQ(take(), (Lines{"gesture began 1 active 1", "a began 1 of 1",
+                             "gesture moved 1 active 1", "a moved 1 of 1",
+                             "gesture ended 1 active 0", "gesture reset", "a ended 1 of 1"}));
     EXPECT_EQ(observer->state(), GestureState::Possible);
-}
 
-TEST(WindowTouches, ABegunGestureTakesTheTouchesFromTheViews) {
-    Stage stage;
-    stage.back->addGestureRecognizer(std::make_shared<LogRecognizer>(stage.lines, 2));
-    Finger one(stage.window(), 1);
-    Finger two(stage.window(), 2);
+    root->removeGestureRecognizer(*observer);
+    take();
+    root->addGestureRecognizer(std::make_shared<LogRecognizer>(lines, 2));
     one.down({10, 10});
     two.down({110, 10}).moveTo({111, 10});
-    stage.take();
+    take();
     one.moveTo({11, 10});
-    EXPECT_EQ(stage.take(),
+    EXPECT_EQ(take(),
               (Lines{"gesture moved 1 active 2", "a cancelled 1 of 1", "b cancelled 2 of 2"}));
     two.moveTo({112, 10});
     // A finger that joins belongs to the gesture as well.
-    Finger three(stage.window(), 3);
     three.down({20, 10}).moveTo({21, 10}).up();
     one.up();
     two.up();
-    EXPECT_EQ(stage.take(),
+    EXPECT_EQ(take(),
               (Lines{"gesture moved 1 active 2", "gesture began 1 active 3",
                      "gesture moved 1 active 3", "gesture ended 1 active 2",
                      "gesture ended 1 active 1", "gesture ended 1 active 0", "gesture reset"}));
     one.tap({10, 10});
-    EXPECT_EQ(stage.take(), (Lines{"gesture began 1 active 1", "a began 1 of 1",
-                                   "gesture ended 1 active 0", "gesture reset", "a ended 1 of 1"}));
+    EXPECT_EQ(take(), (Lines{"gesture began 1 active 1", "a began 1 of 1",
+                             "gesture ended 1 active 0", "gesture reset", "a ended 1 of 1"}));
 }
 
-TEST(WindowTouches, ARecognizerThatIsTakenAwayOrDisabledIsLeftAlone) {
-    Stage stage;
-    stage.removeBack();
-    auto recognizer = std::make_shared<LogRecognizer>(stage.lines, 1);
+TEST_F(WindowTouches, ARecognizerThatIsTakenAwayIsLeftAlone) {
+    auto recognizer = std::make_shared<LogRecognizer>(lines, 1);
     recognizer->setHandler([&](GestureRecognizer& gesture) {
-        if (gesture.state() == GestureState::Began) stage.a->removeGestureRecognizer(gesture);
+        if (gesture.state() == GestureState::Began) a->removeGestureRecognizer(gesture);
     });
-    stage.a->addGestureRecognizer(recognizer);
+    a->addGestureRecognizer(recognizer);
     const std::weak_ptr<LogRecognizer> watch = recognizer;
     recognizer = nullptr;
-    Finger finger(stage.window());
-    finger.down({10, 10}).moveTo({20, 10}).moveTo({30, 10});
+    one.down({10, 10}).moveTo({20, 10}).moveTo({30, 10});
     EXPECT_TRUE(watch.expired());
-    EXPECT_EQ(stage.take(),
+    EXPECT_EQ(take(),
               (Lines{"gesture began 1 active 1", "a began 1 of 1", "gesture moved 1 active 1",
                      "gesture reset", "a moved 1 of 1", "a moved 1 of 1"}));
 }
 
-TEST(WindowTouches, AnEventEndsWithTheMainQueueDrainedAndTheMarkedViewsDisplayed) {
-    Stage stage;
-    stage.window().display();
-    stage.window().takeDrawn();
-    stage.a->onTouch = [&](const std::string&, const TouchEvent&) {
-        stage.loop().async([&] { stage.b->setBackgroundColor(gfx::makeColor(1, 0, 0)); });
+TEST_F(WindowTouches, AnEventEndsWithTheMainQueueDrainedAndTheMarkedViewsDisplayed) {
+    window().display();
+    window().takeDrawn();
+    a->onTouch = [&](const std::string&, const TouchEvent&) {
+        loop().async([&] { b->setBackgroundColor(gfx::makeColor(1, 0, 0)); });
     };
-    Finger(stage.window()).down({10, 10});
-    EXPECT_EQ(stage.window().takeDrawn(), std::vector<gfx::Rect>{gfx::Rect(100, 0, 100, 100)});
+    one.down({10, 10});
+    EXPECT_EQ(window().takeDrawn(), std::vector<gfx::Rect>{gfx::Rect(100, 0, 100, 100)});
 }
 
 }  // namespace
