@@ -4,40 +4,37 @@
 
 #include "kalimkit/ui/control/ImageView.h"
 #include "kalimkit/ui/control/Label.h"
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
+#include "tests/ui/Stage.h"
 
 namespace kalim::ui {
 
 namespace {
 
-using Lines = std::vector<std::string>;
+using test::Lines;
 
 // At size 10 a letter is 5 wide, an ellipsis too; a line is 10 high, its baseline at 8, and the
 // next one starts 11 below it.
-struct ButtonTest : testing::Test {
+struct ButtonTest : testing::Test, test::Stage {
     static Lines drawn(View& view) {
         test::RecordingContext context;
         view.renderIn(context);
         return context.takeLines();
     }
-    gfx::ImageRef image(int width, int height) {
-        return device->makeImage(gfx::Bitmap(width, height), 1, gfx::ImageOrientation::Up);
+    gfx::ImageRef image(gfx::Size size) {
+        return environment().device().makeImage(
+            gfx::Bitmap(static_cast<int>(size.width), static_cast<int>(size.height)), 1,
+            gfx::ImageOrientation::Up);
     }
-
-    std::shared_ptr<test::RecordingDevice> device = std::make_shared<test::RecordingDevice>();
-    test::TestHost host{{.device = device}};
 };
 
 TEST_F(ButtonTest, PutsThePictureLeftOfTheTitleInTheMiddle) {
-    struct Case {
+    // In the 100 x 40 of the button less the insets: (10, 0) to (100, 30).
+    const struct {
         const char* title;
         gfx::Size image;
         gfx::Rect imageRect;
         gfx::Rect titleRect;
-    };
-    // In the 100 x 40 of the button less the insets: (10, 0) to (100, 30).
-    const Case cases[] = {
+    } cases[] = {
         {"abcd", {}, {}, {45, 10, 20, 10}},
         {"", {20, 10}, {45, 10, 20, 10}, {}},
         {"abcd", {20, 10}, {31, 10, 20, 10}, {59, 10, 20, 10}},
@@ -46,15 +43,12 @@ TEST_F(ButtonTest, PutsThePictureLeftOfTheTitleInTheMiddle) {
         // The title gives way.
         {"abcdefghijklmnopqrst", {20, 10}, {10, 10, 20, 10}, {38, 10, 62, 10}},
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         const auto button = Button::initWithFrame({5, 5, 100, 40});
         button->setContentEdgeInsets({0, 10, 10, 0});
         button->setTitleFont({"", 10});
         button->setTitle(each.title);
-        if (!each.image.isEmpty()) {
-            button->setImage(
-                image(static_cast<int>(each.image.width), static_cast<int>(each.image.height)));
-        }
+        if (!each.image.isEmpty()) button->setImage(image(each.image));
         EXPECT_EQ(button->imageRect(), each.imageRect) << each.title;
         EXPECT_EQ(button->titleRect(), each.titleRect) << each.title;
     }
@@ -64,32 +58,25 @@ TEST_F(ButtonTest, FallsBackToTheNormalLooksAndFadesThePicture) {
     const auto button = Button::initWithFrame({0, 0, 48, 20});
     button->setTitleFont({"", 10});
     button->setTitle("a");
-    button->setImage(image(10, 10));
+    button->setImage(image({10, 10}));
     button->setTitle("s", ControlState::Selected);
     button->setTitleColor(gfx::makeColor(1, 0, 0), ControlState::Highlighted);
-    button->setBackgroundImage(image(2, 2), ControlState::Disabled);
-    const auto icon = [](const std::string& rest) {
-        return "raster 10x10@1 rect=(12.5,5,10,10)" + rest;
-    };
-    const auto text = [](const std::string& rest) { return "text \"" + rest; };
-    EXPECT_EQ(drawn(*button), (Lines{icon(""), text("a\" at=(30.5,13) size=10 #FFFFFFFF")}));
+    button->setBackgroundImage(image({2, 2}), ControlState::Disabled);
+    const std::string icon = "raster 10x10@1 rect=(12.5,5,10,10)";
+    const std::string place = "\" at=(30.5,13) size=10 ";
+    EXPECT_EQ(drawn(*button), (Lines{icon, "text \"a" + place + "#FFFFFFFF"}));
     button->setSelected(true);
-    EXPECT_EQ(drawn(*button), (Lines{icon(""), text("s\" at=(30.5,13) size=10 #FFFFFFFF")}));
+    EXPECT_EQ(drawn(*button), (Lines{icon, "text \"s" + place + "#FFFFFFFF"}));
     button->setHighlighted(true);
-    EXPECT_EQ(drawn(*button),
-              (Lines{icon(" alpha=0.6"), text("a\" at=(30.5,13) size=10 #FF0000FF")}));
+    EXPECT_EQ(drawn(*button), (Lines{icon + " alpha=0.6", "text \"a" + place + "#FF0000FF"}));
     button->setEnabled(false);
-    EXPECT_EQ(drawn(*button), (Lines{"raster 2x2@1 rect=(0,0,48,20)", icon(" alpha=0.5"),
-                                     text("a\" at=(30.5,13) size=10 #FFFFFFFF")}));
-    button->setImage(image(10, 10), ControlState::Disabled);
-    EXPECT_EQ(drawn(*button)[1], icon(""));
+    EXPECT_EQ(drawn(*button), (Lines{"raster 2x2@1 rect=(0,0,48,20)", icon + " alpha=0.5",
+                                     "text \"a" + place + "#FFFFFFFF"}));
+    button->setImage(image({10, 10}), ControlState::Disabled);
+    EXPECT_EQ(drawn(*button)[1], icon);
     EXPECT_EQ(button->intrinsicContentSize(), (gfx::Size{23, 10}));
-}
 
-TEST_F(ButtonTest, AnnouncesItsTitleUnlessItIsNamed) {
-    const auto button = Button::initWithFrame({});
-    button->setTitle("Done");
-    EXPECT_EQ(button->accessibilityLabel(), "Done");
+    EXPECT_EQ(button->accessibilityLabel(), "a") << "its title unless it is named";
     EXPECT_EQ(button->accessibilityRole(), AccessibilityRole::Button);
     button->setAccessibilityLabel("Close");
     button->setAccessibilityRole(AccessibilityRole::RadioButton);
@@ -98,14 +85,13 @@ TEST_F(ButtonTest, AnnouncesItsTitleUnlessItIsNamed) {
 }
 
 TEST_F(ButtonTest, LabelsAlignBreakAndCutTheirText) {
-    struct Case {
+    const struct {
         const char* text;
         TextAlignment alignment;
         std::size_t mostLines;
         gfx::Size size;
         Lines lines;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"abcd", TextAlignment::Center, 1, {40, 20}, {"\"abcd\" at=(10,13)"}},
         {"abcd", TextAlignment::Left, 1, {40, 20}, {"\"abcd\" at=(0,13)"}},
         {"abcd", TextAlignment::Right, 1, {40, 20}, {"\"abcd\" at=(20,13)"}},
@@ -118,7 +104,7 @@ TEST_F(ButtonTest, LabelsAlignBreakAndCutTheirText) {
         {"ab cd ef", TextAlignment::Left, 0, {20, 31}, {"\"ab \" at=(0,13)", "\"cd…\" at=(0,24)"}},
         {"abcd", TextAlignment::Center, 1, {2, 20}, {"\"…\" at=(0,13)"}},
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         const auto label = Label::initWithFrame({{}, each.size});
         label->setFont({"", 10});
         label->setText(each.text);
@@ -130,9 +116,7 @@ TEST_F(ButtonTest, LabelsAlignBreakAndCutTheirText) {
             line = line.substr(5, line.find(" size=") - 5);
         EXPECT_EQ(lines, each.lines) << each.text;
     }
-}
 
-TEST_F(ButtonTest, LabelsTakeWhatTheirTextNeeds) {
     const auto label = Label::initWithFrame({7, 9, 1, 1});
     label->setFont({"", 11});
     label->setText("abc de");
@@ -146,19 +130,16 @@ TEST_F(ButtonTest, LabelsTakeWhatTheirTextNeeds) {
 }
 
 TEST_F(ButtonTest, PicturesFillTheirViewByTheMode) {
-    struct Case {
-        ContentMode mode;
-        gfx::Rect rect;
-    };
-    const auto view = ImageView::initWithImage(image(40, 20));
+    const auto view = ImageView::initWithImage(image({40, 20}));
     EXPECT_EQ(view->frame(), gfx::Rect(0, 0, 40, 20));
     view->setFrame({0, 0, 20, 30});
-    for (const Case& each : {Case{ContentMode::ScaleToFill, {0, 0, 20, 30}},
-                             Case{ContentMode::AspectFit, {0, 10, 20, 10}},
-                             Case{ContentMode::AspectFill, {-20, 0, 60, 30}},
-                             Case{ContentMode::Center, {-10, 5, 40, 20}}}) {
-        view->setContentMode(each.mode);
-        EXPECT_EQ(view->imageRect(), each.rect);
+    const std::pair<ContentMode, gfx::Rect> cases[] = {{ContentMode::ScaleToFill, {0, 0, 20, 30}},
+                                                       {ContentMode::AspectFit, {0, 10, 20, 10}},
+                                                       {ContentMode::AspectFill, {-20, 0, 60, 30}},
+                                                       {ContentMode::Center, {-10, 5, 40, 20}}};
+    for (const auto& [mode, rect] : cases) {
+        view->setContentMode(mode);
+        EXPECT_EQ(view->imageRect(), rect);
     }
     EXPECT_EQ(drawn(*view), (Lines{"clip [M 0,0 L 20,0 L 20,30 L 0,30 Z]",
                                    "raster 40x20@1 rect=(-10,5,40,20)", "unclip"}));

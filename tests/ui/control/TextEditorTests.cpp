@@ -2,15 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
+#include "tests/ui/Stage.h"
 
 namespace kalim::ui {
 
 namespace {
 
-class TextEditorTest : public testing::Test {
-protected:
+struct TextEditorTest : testing::Test, test::Stage {
     // The text with "[" at the anchor and "|" at the head, or "|" alone at the caret.
     std::string shown() const {
         std::string text = editor.text();
@@ -24,9 +22,7 @@ protected:
         editor.select({anchor, head});
     }
 
-    std::shared_ptr<test::RecordingDevice> device = std::make_shared<test::RecordingDevice>();
-    test::TestHost host{{1, {390, 844}, device}};
-    TextEditor editor{*device};
+    TextEditor editor{environment().device()};
 };
 
 TEST_F(TextEditorTest, InsertsInPlaceOfTheSelection) {
@@ -138,11 +134,11 @@ TEST_F(TextEditorTest, TakesBackWhatWasTypedAsAWhole) {
 TEST_F(TextEditorTest, CutsAndPastesThroughTheEnvironment) {
     start("one two", 0, 4);
     editor.cut();
-    EXPECT_EQ(host.environment().clipboardText(), "one ");
+    EXPECT_EQ(environment().clipboardText(), "one ");
     EXPECT_EQ(shown(), "|two");
     editor.copy();
-    EXPECT_EQ(host.environment().clipboardText(), "one ");
-    host.environment().setClipboardText("1\r\n2");
+    EXPECT_EQ(environment().clipboardText(), "one ");
+    environment().setClipboardText("1\r\n2");
     editor.selectAll();
     editor.paste();
     EXPECT_EQ(shown(), "1\n2|");

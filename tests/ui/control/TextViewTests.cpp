@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "tests/support/Finger.h"
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
+#include "tests/ui/Stage.h"
 
 namespace kalim::ui {
 
@@ -22,23 +20,19 @@ public:
 };
 
 // At size 10 a letter is 5 wide and a line 11 high; the text starts at (15, 18) of the window.
-class TextViewTest : public testing::Test {
-protected:
+struct TextViewTest : testing::Test, test::Stage {
     TextViewTest() {
         view->setFont({{}, 10});
         view->setDelegate(delegate);
-        host.window().rootView()->addSubview(view);
-        host.window().display();
+        root->addSubview(view);
+        window().display();
     }
     std::vector<gfx::Rect> damageOf(const auto& change) {
-        host.window().display();
+        window().display();
         change();
-        return host.window().damage().rects();
+        return window().damage().rects();
     }
 
-    std::shared_ptr<test::RecordingDevice> device = std::make_shared<test::RecordingDevice>();
-    test::TestHost host{{1, {390, 844}, device}};
-    test::Finger finger{host.window()};
     std::shared_ptr<TextView> view = TextView::initWithFrame({10, 10, 110, 60});
     std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
 };
@@ -61,7 +55,7 @@ TEST_F(TextViewTest, LosesTheFocusWhenItCanNoLongerBeSeen) {
     const auto other = TextView::initWithFrame({0, 100, 50, 50});
     EXPECT_FALSE(other->becomeFirstResponder());
     const auto panel = View::initWithFrame({0, 0, 300, 300});
-    host.window().rootView()->addSubview(panel);
+    root->addSubview(panel);
     panel->addSubview(other);
     const std::function<void()> ends[] = {
         [&] { panel->setHidden(true); },
@@ -70,13 +64,13 @@ TEST_F(TextViewTest, LosesTheFocusWhenItCanNoLongerBeSeen) {
     };
     for (const auto& end : ends) {
         panel->setHidden(false);
-        host.window().rootView()->addSubview(panel);
+        root->addSubview(panel);
         ASSERT_TRUE(other->becomeFirstResponder());
-        EXPECT_EQ(TextView::focusedIn(host.window()), other);
-        host.environment().keyboard().setHeight(300, host.window().size());
+        EXPECT_EQ(TextView::focusedIn(window()), other);
+        environment().keyboard().setHeight(300, window().size());
         end();
         EXPECT_FALSE(other->isFirstResponder());
-        EXPECT_EQ(host.environment().keyboard().isShown(), view->isFirstResponder());
+        EXPECT_EQ(environment().keyboard().isShown(), view->isFirstResponder());
     }
     panel->setHidden(true);
     EXPECT_FALSE(other->becomeFirstResponder());
@@ -84,24 +78,24 @@ TEST_F(TextViewTest, LosesTheFocusWhenItCanNoLongerBeSeen) {
 
 TEST_F(TextViewTest, TapsPlaceTheCaretDragsSelectAndDoubleTapsSelectAWord) {
     view->setText("one two\nthree");
-    finger.tap({26, 20});
+    one.tap({26, 20});
     EXPECT_TRUE(view->isFirstResponder());
     EXPECT_EQ(view->selection(), TextSelection(2, 2));
     EXPECT_EQ(view->caretRectInWindow(), gfx::Rect(25, 18, 2, 10));
-    host.wait(1);
-    finger.down({26, 20}).moveTo({28, 21});
+    wait(1);
+    one.down({26, 20}).moveTo({28, 21});
     EXPECT_TRUE(view->selection().isEmpty());
-    finger.moveTo({26, 35}).up();
+    one.moveTo({26, 35}).up();
     EXPECT_EQ(view->selection(), TextSelection(2, 10));
-    finger.tap({41, 20});
-    host.wait(0.2);
-    finger.down({42, 20}).moveTo({43, 20}).up();
+    one.tap({41, 20});
+    wait(0.2);
+    one.down({42, 20}).moveTo({43, 20}).up();
     EXPECT_EQ(view->selection(), TextSelection(4, 7));
     // Too late, and too far away.
-    host.wait(1);
-    finger.tap({41, 20}).tap({80, 31});
-    host.wait(0.5);
-    finger.tap({80, 31});
+    wait(1);
+    one.tap({41, 20}).tap({80, 31});
+    wait(0.5);
+    one.tap({80, 31});
     EXPECT_EQ(view->selection(), TextSelection(13, 13));
 }
 
@@ -110,16 +104,16 @@ TEST_F(TextViewTest, BlinksAndDrawsAgainOnlyWhatChanged) {
     view->becomeFirstResponder();
     using Rects = std::vector<gfx::Rect>;
     const gfx::Rect caret(40, 40, 2, 10);
-    EXPECT_EQ(damageOf([&] { host.loop().advanceTo(0.49); }), Rects());
-    host.loop().setFrameHandler({});
-    EXPECT_EQ(damageOf([&] { host.wait(0.01); }), Rects({caret}));
-    EXPECT_EQ(damageOf([&] { host.wait(0.49); }), Rects());
-    EXPECT_EQ(damageOf([&] { host.wait(0.01); }), Rects({caret}));
+    EXPECT_EQ(damageOf([&] { loop().advanceTo(0.49); }), Rects());
+    loop().setFrameHandler({});
+    EXPECT_EQ(damageOf([&] { wait(0.01); }), Rects({caret}));
+    EXPECT_EQ(damageOf([&] { wait(0.49); }), Rects());
+    EXPECT_EQ(damageOf([&] { wait(0.01); }), Rects({caret}));
     // The second line alone, a quarter of a line more above and below for what reaches out of it.
     view->setSelection({5, 5});
     EXPECT_EQ(damageOf([&] { view->insertText("x"); }), Rects({{10, 26, 110, 17}}));
     view->resignFirstResponder();
-    EXPECT_EQ(damageOf([&] { host.wait(2); }), Rects());
+    EXPECT_EQ(damageOf([&] { wait(2); }), Rects());
 }
 
 TEST_F(TextViewTest, DrawsSelectionTextCompositionAndCaret) {
@@ -128,11 +122,10 @@ TEST_F(TextViewTest, DrawsSelectionTextCompositionAndCaret) {
     view->insertText("ab");
     view->setMarkedText("c", {0, 1});
     view->setNeedsDisplay();
-    test::RecordingContext& context = device->recording(*host.window().surface());
-    context.takeLines();
-    host.window().display();
-    const auto drawn = context.takeLines();
-    const auto holds = [](const std::vector<std::string>& lines, const std::string& line) {
+    takeDrawing();
+    window().display();
+    const test::Lines drawn = takeDrawing();
+    const auto holds = [](const test::Lines& lines, const std::string& line) {
         return std::ranges::find(lines, line) != lines.end();
     };
     EXPECT_TRUE(holds(drawn, "fill [M 15,8 L 20,8 L 20,19 L 15,19 Z] #007AFF4D"));
@@ -140,23 +133,20 @@ TEST_F(TextViewTest, DrawsSelectionTextCompositionAndCaret) {
     EXPECT_TRUE(holds(drawn, "fill [M 15,17 L 20,17 L 20,18 L 15,18 Z] #000000FF"));
     view->setTextColor(nullptr);
     view->insertText("c");
-    host.window().display();
-    const auto clear = context.takeLines();
+    window().display();
+    const test::Lines clear = takeDrawing();
     EXPECT_TRUE(holds(clear, "fill [M 20,8 L 22,8 L 22,18 L 20,18 Z] #007AFFFF"));
     for (const std::string& line : clear)
         EXPECT_FALSE(line.starts_with("text")) << line;
 }
 
-TEST_F(TextViewTest, TellsTheSizeThatFits) {
+TEST_F(TextViewTest, TellsTheSizeThatFitsAndScrollsToKeepTheCaretInSight) {
     EXPECT_EQ(view->sizeThatFits({100, 500}), gfx::Size(10, 27));
     view->setText("aaa bbb c");
     EXPECT_EQ(view->sizeThatFits({300, 500}), gfx::Size(55, 27));
     EXPECT_EQ(view->sizeThatFits({45, 500}), gfx::Size(45, 38));
     EXPECT_EQ(view->sizeThatFits({44, 500}), gfx::Size(35, 38));
     EXPECT_EQ(view->sizeThatFits({44, 30}), gfx::Size(35, 30));
-}
-
-TEST_F(TextViewTest, ScrollsToKeepTheCaretInSight) {
     view->setText("1\n2\n3\n4\n5\n6");
     // The caret ends at 73, the inset below it at 81; the view is 60 high.
     EXPECT_EQ(view->bounds().minY(), 21);
@@ -168,33 +158,29 @@ TEST_F(TextViewTest, ScrollsToKeepTheCaretInSight) {
     EXPECT_EQ(view->bounds().minY(), 0);
 }
 
-class Observer : public KeyboardObserver {
-public:
-    void keyboardWillShow(const gfx::Rect& frame) override { shown.push_back(frame); }
-    void keyboardWillHide(const gfx::Rect& frame) override { hidden.push_back(frame); }
-    std::vector<gfx::Rect> shown;
-    std::vector<gfx::Rect> hidden;
+struct Observer : KeyboardObserver {
+    void keyboardWillShow(const gfx::Rect& frame) override { frames.push_back(frame); }
+    void keyboardWillHide(const gfx::Rect& frame) override { frames.push_back(frame); }
+    std::vector<gfx::Rect> frames;
 };
 
 TEST(Keyboard, TellsItsObserversWhereItWillBe) {
     Keyboard keyboard;
     const auto observer = std::make_shared<Observer>();
-    auto gone = std::make_shared<Observer>();
-    keyboard.addObserver(gone);
+    keyboard.addObserver(std::make_shared<Observer>());  // it is gone at once
     keyboard.addObserver(observer);
     keyboard.addObserver(observer);
-    gone.reset();
     keyboard.hide();
     keyboard.setHeight(-1, {390, 844});
     keyboard.setHeight(300, {390, 844});
     keyboard.setHeight(300, {390, 844});
     EXPECT_EQ(keyboard.frame(), gfx::Rect(0, 544, 390, 300));
+    EXPECT_EQ(observer->frames, std::vector<gfx::Rect>({{0, 544, 390, 300}}));
     keyboard.hide();
-    EXPECT_EQ(observer->shown, std::vector<gfx::Rect>({{0, 544, 390, 300}}));
-    EXPECT_EQ(observer->hidden, std::vector<gfx::Rect>({{0, 844, 390, 300}}));
+    EXPECT_EQ(observer->frames.back(), gfx::Rect(0, 844, 390, 300));
     keyboard.removeObserver(*observer);
     keyboard.setHeight(200, {390, 844});
-    EXPECT_EQ(observer->shown.size(), 1u);
+    EXPECT_EQ(observer->frames.size(), 2u);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace kalim::ui {
 
 namespace {
 
-TEST(Environment, AskingForOneThatIsNotThereIsAProgrammingError) {
+TEST(Environment, TheOneBeforeComesBackWhenAScopeEnds) {
     ASSERT_FALSE(Environment::hasCurrent());
     try {
         Environment::current();
@@ -18,9 +18,6 @@ TEST(Environment, AskingForOneThatIsNotThereIsAProgrammingError) {
     } catch (const ProgrammingError& error) {
         EXPECT_EQ(error.name(), "EnvironmentException");
     }
-}
-
-TEST(Environment, TheOneBeforeComesBackWhenAScopeEnds) {
     const auto device = std::make_shared<test::RecordingDevice>();
     {
         test::TestHost outer({.device = device});
@@ -33,13 +30,14 @@ TEST(Environment, TheOneBeforeComesBackWhenAScopeEnds) {
     EXPECT_FALSE(Environment::hasCurrent());
 }
 
-TEST(HeadlessEnvironment, RecordsAlertsInOrderAndAnswersEachAtOnce) {
-    test::TestHost host({.device = std::make_shared<test::RecordingDevice>()});
+TEST(HeadlessEnvironment, RecordsAlertsInOrderAnswersEachAtOnceAndGoesWithTheRunLoop) {
+    test::TestHost host({.scale = 3, .device = std::make_shared<test::RecordingDevice>()});
+    HeadlessEnvironment& environment = host.environment();
     std::vector<std::size_t> answers;
-    host.environment().presentAlert({"first", "text", {"OK", "Cancel"}, [&](std::size_t button) {
-                                         answers.push_back(button);
-                                         host.environment().presentAlert({"second", "", {}, {}});
-                                     }});
+    environment.presentAlert({"first", "text", {"OK", "Cancel"}, [&](std::size_t button) {
+                                  answers.push_back(button);
+                                  environment.presentAlert({"second", "", {}, {}});
+                              }});
     EXPECT_EQ(answers, std::vector<std::size_t>{0});
     const std::vector<Alert> alerts = host.takeAlerts();
     ASSERT_EQ(alerts.size(), 2u);
@@ -47,17 +45,14 @@ TEST(HeadlessEnvironment, RecordsAlertsInOrderAndAnswersEachAtOnce) {
     EXPECT_EQ(alerts[0].buttons, (std::vector<std::string>{"OK", "Cancel"}));
     EXPECT_EQ(alerts[1].title, "second");
     EXPECT_TRUE(host.takeAlerts().empty());
-}
 
-TEST(HeadlessEnvironment, TheWallClockGoesWithTheRunLoop) {
-    test::TestHost host({.scale = 3, .device = std::make_shared<test::RecordingDevice>()});
-    const double start = host.environment().wallClock();
+    const double start = environment.wallClock();
     host.wait(1.5);
-    EXPECT_EQ(host.environment().wallClock(), start + 1.5);
-    EXPECT_EQ(host.environment().screen().nativeSize, (gfx::PixelSize{1170, 2532}));
-    host.environment().setLocalizedString("kalim.ok", "好");
-    EXPECT_EQ(host.environment().localizedString("kalim.ok"), "好");
-    EXPECT_EQ(host.environment().localizedString("kalim.none"), "kalim.none");
+    EXPECT_EQ(environment.wallClock(), start + 1.5);
+    EXPECT_EQ(environment.screen().nativeSize, (gfx::PixelSize{1170, 2532}));
+    environment.setLocalizedString("kalim.ok", "好");
+    EXPECT_EQ(environment.localizedString("kalim.ok"), "好");
+    EXPECT_EQ(environment.localizedString("kalim.none"), "kalim.none");
 }
 
 }  // namespace

@@ -8,15 +8,15 @@
 #include <vector>
 
 #include "kalimkit/ui/control/AlertView.h"
-#include "tests/support/Finger.h"
-#include "tests/support/RecordingDevice.h"
-#include "tests/support/TestHost.h"
+#include "tests/ui/Stage.h"
 
 namespace kalim::ui {
 
 namespace {
 
-struct AccessibilityTreeTest : testing::Test {
+struct AccessibilityTreeTest : testing::Test, test::Stage {
+    AccessibilityTreeTest() : Stage({200, 200}) {}
+
     template <typename Kind>
     std::shared_ptr<Kind> named(const std::string& label, const gfx::Rect& frame,
                                 const std::shared_ptr<View>& in) {
@@ -36,9 +36,8 @@ struct AccessibilityTreeTest : testing::Test {
         std::string text;
         for (const AccessibilityNode& node : tree.nodes()) {
             text += node.label;
-            for (const AccessibilityNode& other : tree.nodes()) {
-                if (other.id == node.parent) text += "<" + other.label;
-            }
+            for (const AccessibilityNode& other : tree.nodes())
+                text += other.id == node.parent ? "<" + other.label : "";
             text += " ";
         }
         return text;
@@ -51,9 +50,7 @@ struct AccessibilityTreeTest : testing::Test {
         return {};
     }
 
-    test::TestHost host{{.size = {200, 200}, .device = std::make_shared<test::RecordingDevice>()}};
-    std::shared_ptr<View> root = host.window().rootView();
-    AccessibilityTree tree{host.window()};
+    AccessibilityTree tree{window()};
     std::string heard;
 };
 
@@ -122,9 +119,9 @@ TEST_F(AccessibilityTreeTest, AnIdIsOfOneThingForItsLife) {
 TEST_F(AccessibilityTreeTest, OnlyTheTopmostModalViewCounts) {
     button("behind");
     const int behind = node("behind").id;
-    const auto first = AlertView::show(host.window(), {"first", "", {"a"}, {}});
-    const auto second = AlertView::show(host.window(), {"second", "why", {"b", "c"}, {}});
-    host.wait(1);
+    const auto first = AlertView::show(window(), {"first", "", {"a"}, {}});
+    const auto second = AlertView::show(window(), {"second", "why", {"b", "c"}, {}});
+    wait(1);
     EXPECT_EQ(listed(), "second second<second why<second b<second c<second ");
     EXPECT_FALSE(tree.activate(behind));
     // One that is going does not count any more.
@@ -142,30 +139,25 @@ TEST_F(AccessibilityTreeTest, ActivatesWhatATapWouldReach) {
     const int id = node("x").id;
     EXPECT_TRUE(tree.activate(id));
     EXPECT_EQ(heard, "x");
-    struct Case {
-        const char* what;
-        std::function<void(bool)> spoil;
+    const auto role = [&](bool on) {
+        return on ? AccessibilityRole::Text : AccessibilityRole::None;
     };
-    test::Finger finger(host.window());
-    const Case cases[] = {
+    const std::pair<const char*, std::function<void(bool)>> cases[] = {
         {"disabled", [&](bool on) { control->setEnabled(!on); }},
         {"takes no touches", [&](bool on) { control->setUserInteractionEnabled(!on); }},
         {"in what takes none", [&](bool on) { root->setUserInteractionEnabled(!on); }},
         {"hidden", [&](bool on) { root->setHidden(on); }},
         {"silent", [&](bool on) { control->setAccessibilityHidden(on); }},
-        {"no button",
-         [&](bool on) {
-             control->setAccessibilityRole(on ? AccessibilityRole::Text : AccessibilityRole::None);
-         }},
+        {"no button", [&](bool on) { control->setAccessibilityRole(role(on)); }},
         {"held", [&](bool on) {
              if (on) root->bringSubviewToFront(*control);
-             on ? finger.down({15, 15}) : finger.cancel();
+             on ? one.down({15, 15}) : one.cancel();
          }}};
-    for (const Case& each : cases) {
-        each.spoil(true);
-        EXPECT_FALSE(tree.activate(id)) << each.what;
-        each.spoil(false);
-        EXPECT_EQ(heard, "x") << each.what;
+    for (const auto& [what, spoil] : cases) {
+        spoil(true);
+        EXPECT_FALSE(tree.activate(id)) << what;
+        spoil(false);
+        EXPECT_EQ(heard, "x") << what;
     }
     EXPECT_FALSE(tree.activate(node("board").id));
     EXPECT_FALSE(tree.activate(node("high").id));
@@ -187,14 +179,14 @@ TEST_F(AccessibilityTreeTest, SurvivesWhatActivationDestroys) {
     EXPECT_EQ(listed(), "");
     EXPECT_FALSE(tree.activate(id));
 
-    auto window = std::make_unique<Window>(gfx::Size{50, 50});
-    auto doomed = std::make_unique<AccessibilityTree>(*window);
-    const auto last = named<Button>("last", {0, 0, 50, 50}, window->rootView());
+    auto other = std::make_unique<Window>(gfx::Size{50, 50});
+    auto doomed = std::make_unique<AccessibilityTree>(*other);
+    const auto last = named<Button>("last", {0, 0, 50, 50}, other->rootView());
     last->addAction(ControlEvent::TouchUpInside, [&](Control&) {
         doomed.reset();
-        window.reset();
+        other.reset();
     });
-    AccessibilityTree widow(*window);
+    AccessibilityTree widow(*other);
     EXPECT_TRUE(widow.update());
     doomed->update();
     EXPECT_TRUE(doomed->activate(doomed->nodes()[0].id));
