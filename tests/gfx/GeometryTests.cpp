@@ -39,7 +39,7 @@ TEST(AffineTransform, InverseUndoesUnlessThereIsNone) {
     EXPECT_EQ(flat, flat.inverted());
 }
 
-TEST(Rect, RightAndBottomEdgesLieOutside) {
+TEST(Rect, RightAndBottomEdgesLieOutsideAndWithoutAreaItStillHasAPlace) {
     const Rect rect{10, 20, 30, 40};
     EXPECT_TRUE(rect.contains(Point{10, 20}));
     EXPECT_FALSE(rect.contains(Point{40, 20}));
@@ -48,15 +48,9 @@ TEST(Rect, RightAndBottomEdgesLieOutside) {
     EXPECT_FALSE(rect.intersects({40, 20, 5, 5}));
     EXPECT_TRUE(rect.intersection({40, 20, 5, 5}).isEmpty());
     EXPECT_EQ(Rect(39, 59, 1, 1), rect.intersection({39, 59, 5, 5}));
-}
-
-TEST(Rect, WithoutAreaItStillHasAPlace) {
     EXPECT_EQ(Rect(0, 0, 12, 13), Rect(0, 0, 2, 2).unionWith({12, 13, 0, 0}));
     EXPECT_EQ(Rect(5, 7, 0, 0), Rect(0, 0, 10, 14).inset(6, 8));
     EXPECT_EQ(Rect(-1, -2, 12, 18), Rect(0, 0, 10, 14).inset(-1, -2));
-}
-
-TEST(Rect, RoundsOutToWholeDevicePixels) {
     EXPECT_EQ(Rect(0, 1, 3, 3), Rect(0.2, 1.9, 2.1, 1.2).roundedOut());
     EXPECT_EQ(Rect(0.5, -0.5, 1, 1), Rect(0.6, -0.1, 0.8, 0.3).roundedOut(2));
 }
