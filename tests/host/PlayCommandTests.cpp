@@ -29,11 +29,11 @@ constexpr const char* box = R"({"make":"MDrawRect","points":[[10,10],[110,60]]})
 
 TEST_F(PlayCommand, StopsAtABrokenLineAndKeepsWhatWasPrinted) {
     writeText(folder.path() / "steps.jsonl",
-              "{\"call\":\"lineWidth\"}\n\n{\"call\":\"fly\"}\n{\"call\":\"lineWidth\"}\n");
+              "{\"call\":\"lineWidth\"}\r\n   \n\n{\"call\":\"fly\"}\n{\"call\":\"lineWidth\"}\n");
     const ProgramRun result = run({"play", "steps.jsonl"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.output, "{\"result\":7}\n");
-    EXPECT_EQ(result.errors, "kalimkit: steps.jsonl:3: the canvas has no operation fly\n");
+    EXPECT_EQ(result.errors, "kalimkit: steps.jsonl:4: the canvas has no operation fly\n");
 }
 
 TEST_F(PlayCommand, ReadsStandardInput) {

@@ -226,35 +226,6 @@ TEST_F(ScenarioPlayerTest, PrintsAnEmptyCanvasInTheOrderOfTheKeys) {
               R"("cost":{"pixels":1316640,"tools":0}})");
 }
 
-TEST_F(ScenarioPlayerTest, PrintsAToolWithAllItsKeys) {
-    playWell({R"({"make":"MDrawLine","points":[[10,20],[13.5,24]],"color":"#11223380"})"});
-    EXPECT_NE(
-        printedCanvas().find(
-            R"("tools":[{"class":"MDrawLine","name":"MDrawLine:Index:0","startPoint":[10,20],)"
-            R"("endPoint":[13.5,24],"color":"#11223380","lineWidth":7,"drawType":0,)"
-            R"("rotateAngle":0,"lastRotateAngle":0,"selected":false,"finalized":true,)"
-            R"("isNewBuild":false,"moveDirection":0,"frame":[10,20,3.5,4],)"
-            R"("measureText":"Length : 5.32 px"}])"),
-        std::string::npos)
-        << printed.back();
-}
-
-TEST_F(ScenarioPlayerTest, EventsAndAlertsAreThoseSinceTheLastPrint) {
-    const std::string empty = R"("events":[],"alerts":[])";
-    playWell({R"({"touch":"began","points":[[5,5]]})",
-              R"({"make":"MDrawRect","points":[[0,0],[3000,3000]]})"});
-    const std::string first = printedCanvas();
-    EXPECT_NE(
-        first.find(R"("events":[["didDrawStarted"],["canUndoStateChangedCanRedo",true,false])"),
-        std::string::npos)
-        << first;
-    EXPECT_NE(
-        first.find(R"("alerts":[{"title":"","message":"面积不能超过2K","buttons":["我知道了"]}])"),
-        std::string::npos)
-        << first;
-    EXPECT_NE(printedCanvas().find(empty), std::string::npos) << printed.back();
-}
-
 TEST_F(ScenarioPlayerTest, ReturnedValuesArePrintedAndOthersAreNot) {
     playWell({R"({"picture":"photo.png"})"});
     const std::pair<const char*, const char*> calls[] = {
@@ -273,55 +244,10 @@ TEST_F(ScenarioPlayerTest, ReturnedValuesArePrintedAndOthersAreNot) {
         EXPECT_EQ(printOf(line), output) << line;
 }
 
-TEST_F(ScenarioPlayerTest, MadeToolsTakeTheLookOfTheCanvasUnlessTheyBringTheirOwn) {
-    playWell({R"({"call":"setDrawColorIsTranslucent","args":["#336699",false]})",
-              R"({"call":"beginDrawingForTypeWithDrawType","args":[0,1]})",
-              R"({"make":"MDrawRect","points":[[0,0],[70,70],[50,40]]})",
-              R"({"make":"MDrawRect","points":[[0,0],[50,40]],"lineWidth":2,"drawType":0})"});
-    const std::string print = printedCanvas();
-    EXPECT_NE(print.find(R"("endPoint":[50,40],"color":"#336699FF","lineWidth":7,"drawType":1)"),
-              std::string::npos)
-        << print;
-    EXPECT_NE(print.find(R"("endPoint":[50,40],"color":"#336699FF","lineWidth":2,"drawType":0)"),
-              std::string::npos)
-        << print;
-}
-
-TEST_F(ScenarioPlayerTest, WaitingMovesTheVirtualClockAndRunsWhatIsDue) {
-    ui::RunLoop& loop = ui::Environment::current().runLoop();
-    const ui::Time start = loop.now();
-    ui::Time ran = -1;
-    loop.after(0.25, [&] { ran = loop.now(); });
-    playWell({R"({"wait":0.2})"});
-    EXPECT_EQ(ran, -1);
-    playWell({R"({"wait":0.3})"});
-    EXPECT_DOUBLE_EQ(ran, start + 0.25);
-    EXPECT_DOUBLE_EQ(loop.now(), start + 0.5);
-}
-
-TEST_F(ScenarioPlayerTest, ARotationKeepsItsLastValueWhereAStepHasNone) {
-    playWell({R"({"make":"MDrawRect","points":[[10,10],[110,60]]})",
-              R"({"call":"selectTools","args":[[0]]})", R"({"gesture":"rotation","state":"began"})",
-              R"({"gesture":"rotation","state":"changed","value":0.5})",
-              R"({"gesture":"rotation","state":"ended"})"});
-    EXPECT_NE(printedCanvas().find(R"("rotateAngle":0.5,"lastRotateAngle":0.5)"),
-              std::string::npos);
-}
-
 TEST_F(ScenarioPlayerTest, ExportHandsTheCompositeToTheFilesAndReportsTheirTrouble) {
     playWell({R"({"picture":"photo.png"})", R"({"export":"out.png"})"});
     EXPECT_EQ(files.saved.at("out.png"), (gfx::PixelSize{780, 520}));
     EXPECT_EQ(problemOf(R"({"export":"full.png"})"), "full.png: no room");
-}
-
-TEST_F(ScenarioPlayerTest, AWholeTextStopsAtItsFirstMistakeAndNamesTheLine) {
-    const std::string text =
-        "{\"call\":\"lineWidth\"}\r\n   "
-        "\n\n{\"call\":\"hasTools\"}\n{\"wait\":true}\n{\"call\":\"color\"}";
-    EXPECT_EQ(player.playAll(text).value_or(""), "line 5: \"wait\" must be a number, not true");
-    EXPECT_EQ(printed, (std::vector<std::string>{R"({"result":7})", R"({"result":false})"}));
-    EXPECT_EQ(player.playAll("\n{\"call\":\"color\"}\n").value_or(""), "");
-    EXPECT_EQ(printed.size(), 3U);
 }
 
 TEST(ScenarioPlayer, GivesTheEnvironmentBackThatWasThereBefore) {

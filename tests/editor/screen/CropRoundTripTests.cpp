@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -35,24 +34,7 @@ public:
         Finger(window()).down(from).moveTo(from + by, 8).up();
         wait(1);
     }
-    void zoom(double factor, gfx::Point by) {
-        auto& crop = *editor->editImageInitialView();
-        const auto pinch = crop.pinchGestureRecognizer();
-        const auto pan = crop.panGestureRecognizer();
-        for (const auto state :
-             {ui::GestureState::Began, ui::GestureState::Changed, ui::GestureState::Ended})
-            pinch->drive(state, state == ui::GestureState::Began ? 1 : factor);
-        wait(1);
-        for (const auto state :
-             {ui::GestureState::Began, ui::GestureState::Changed, ui::GestureState::Ended})
-            pan->drive(state, state == ui::GestureState::Began ? gfx::Point{} : by);
-        wait(1);
-    }
     gfx::BitmapRef composite() { return editor->drawView()->exportImageAtPictureScale()->pixels(); }
-    gfx::BitmapRef screenshot() {
-        window().display();
-        return window().surface()->makeImage()->pixels();
-    }
 };
 
 // How the cut differs from a part of what it was made of, or empty.
@@ -64,52 +46,6 @@ std::string difference(const gfx::Bitmap& cut, const gfx::Bitmap& whole, int lef
         }
     }
     return "";
-}
-
-TEST(CropRoundTrip, CutsWhatIsSeenUnderTheFrameToThePixel) {
-    for (int number = 0; number < 12; ++number) {
-        CropRoundTrip screen;
-        auto& crop = screen.open();
-        const int turns = number % 4;
-        screen.dragEdge(crop.cropFrame().origin + gfx::Point{1, 1}, {number % 2 ? 60. : 30., 35});
-        for (int turn = 0; turn < turns; ++turn)
-            screen.rotate();
-        screen.zoom(number >= 4 ? 1.7 : 1, number >= 8 ? gfx::Point{-31, 22} : gfx::Point{});
-        const gfx::Rect frame = crop.cropFrame();
-        const gfx::Rect image = crop.eIScrollView()->imageFrame();
-        const gfx::Size raster = turns % 2 ? gfx::Size{180, 240} : gfx::Size{240, 180};
-        // Of a point of the screen in the cut, which begins with a whole pixel.
-        const auto placeInCut = [](double p, double frameStart, double start, double length,
-                                   double pixels) {
-            const double first = (frameStart - start) / length * pixels;
-            return (p - start) / length * pixels - std::floor(first + 1e-6);
-        };
-        struct Sample {
-            gfx::Point place;
-            gfx::Color seen;
-        };
-        std::vector<Sample> samples;
-        const gfx::BitmapRef screenshot = screen.screenshot();
-        for (const gfx::Point share :
-             {gfx::Point{0.06, 0.06}, {0.2, 0.8}, {0.5, 0.45}, {0.93, 0.1}, {0.93, 0.93}}) {
-            const gfx::Point p{std::floor(frame.minX() + share.x * frame.size.width) + 0.5,
-                               std::floor(frame.minY() + share.y * frame.size.height) + 0.5};
-            samples.push_back(
-                {{placeInCut(p.x, frame.minX(), image.minX(), image.size.width, raster.width),
-                  placeInCut(p.y, frame.minY(), image.minY(), image.size.height, raster.height)},
-                 screenshot->colorAt(static_cast<int>(p.x), static_cast<int>(p.y))});
-        }
-        screen.confirm();
-        ASSERT_FALSE(screen.editor->editImageInitialView());
-        EXPECT_TRUE(screen.editor->isImageCroped());
-        const gfx::BitmapRef cut = screen.composite();
-        for (const auto& [place, seen] : samples) {
-            const gfx::Color is =
-                cut->colorAt(static_cast<int>(place.x), static_cast<int>(place.y));
-            EXPECT_NEAR(is.green * 255, seen.green * 255, 1.01) << number << " " << place.x;
-            EXPECT_NEAR(is.blue * 255, seen.blue * 255, 1.01) << number << " " << place.y;
-        }
-    }
 }
 
 TEST(CropRoundTrip, TwoCropsTakePixelsAsTheyAreAndWhatAMosaicHidStaysHidden) {

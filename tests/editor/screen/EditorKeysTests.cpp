@@ -7,6 +7,7 @@
 #include <tuple>
 #include <vector>
 
+#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
@@ -50,7 +51,7 @@ TEST_F(EditorKeysTest, LettersChooseThePensAndDeselect) {
                           {"m", 0, 5}}) {
         EXPECT_TRUE(keys.press(c.key)) << c.key;
         EXPECT_EQ(screen.editor->currentPen(), c.pen) << c.key;
-        EXPECT_EQ(toolTypeForPen(c.pen), c.toolType) << c.key;
+        EXPECT_EQ(canvas().drawToolClass(), getClassForToolType(c.toolType)) << c.key;
         EXPECT_EQ(screen.editor->penView()->pen(), c.pen) << c.key;
     }
     // The row has no dot for a line or a stroke: the first stands in for them.

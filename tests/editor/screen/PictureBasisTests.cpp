@@ -140,24 +140,6 @@ TEST(PictureBasis, ThePictureLiesBetweenTheBarsInEveryWindow) {
     EXPECT_LT(screen.shownPicture().minY(), 60);
 }
 
-TEST(PictureBasis, ThePenButtonFadesWhileSomethingIsDrawnUnderIt) {
-    BasisScreen screen({390, 844});
-    const auto& pen = screen.editor->penView();
-    const gfx::Point under = screen.shown(pen).center();
-    screen.canvas().beginDrawingForTypeWithDrawType(ToolType::Arrow, 0);
-    Finger finger(screen.window());
-    finger.down({100, 400}).moveTo({200, 500});
-    EXPECT_EQ(pen->alpha(), 1);
-    finger.moveTo(under, 3);
-    EXPECT_LT(pen->alpha(), 0.5);
-    finger.moveTo({200, 500}, 3);
-    EXPECT_EQ(pen->alpha(), 1);
-    finger.moveTo(under, 3).up();
-    EXPECT_EQ(pen->alpha(), 1);
-    screen.wait(1);
-    EXPECT_EQ(pen->shownAlpha(), 1);
-}
-
 TEST(PictureBasis, HandlesAndReachesKeepTheirSizeOnTheScreen) {
     for (const gfx::Size size : {gfx::Size{3840, 2160}, gfx::Size{390, 844}}) {
         BasisScreen screen(size);

@@ -26,47 +26,17 @@ TEST(TesselViewController, ASelectionIsShownByThePenButtonAndThePickers) {
     };
     const auto blue = gfx::makeColor(*editor->colorViews()[2]->color());
     EXPECT_EQ(show(ToolType::Ellipse, blue, 28), std::tuple(5u, 4u, 1, 4, 2));
+    EXPECT_EQ(show(ToolType::Text, blue, 12), std::tuple(1u, 2u, 3, 2, 2));
+    EXPECT_EQ(show(ToolType::Rectangle, blue, 2), std::tuple(3u, 0u, 2, 0, 2));
+    EXPECT_EQ(show(ToolType::Arrow, blue, 7), std::tuple(6u, 1u, 0, 1, 2));
+    // Patches and strokes show the pen that is chosen.
+    EXPECT_EQ(show(ToolType::Mosaic, blue, 7), std::tuple(6u, 1u, 0, 1, 2));
+    EXPECT_EQ(show(ToolType::Freehand, blue, 7), std::tuple(6u, 1u, 0, 1, 2));
     EXPECT_EQ(show(ToolType::RoundedRectangle, nullptr, 18), std::tuple(6u, 1u, 0, 1, 0));
     // A pen that is in no picker, and a colour that is in none.
     EXPECT_EQ(show(ToolType::Line, gfx::makeColor(0, 1, 0), 24), std::tuple(4u, 3u, 0, 3, 0));
     EXPECT_EQ(editor->currentPen(), 6u);
     EXPECT_EQ(editor->currentColor()->hex(), "#F63434FF");
-}
-
-TEST(TesselViewController, TheEditAndDeleteButtonsStandInForThePenButtonWhileSomethingIsSelected) {
-    EditorScreen host;
-    const auto& editor = host.present().editor;
-    host.drawAndSelect();
-    ASSERT_TRUE(editor->drawView()->hasSelectedTools());
-    EXPECT_TRUE(editor->isConfigViewOut() && editor->elementSelected());
-    EXPECT_TRUE(isShown(*editor->configViewEdit()) && isShown(*editor->configViewDelete()));
-    EXPECT_EQ(editor->penView()->alpha(), 0);
-    EXPECT_EQ(editor->configViewEdit()->frame(), gfx::Rect(220, 769, 50, 50));
-    EXPECT_EQ(editor->configViewDelete()->frame(), gfx::Rect(120, 769, 50, 50));
-
-    editor->startAnimateIn();
-    host.wait(1);
-    EXPECT_EQ(editor->penView()->alpha(), 0);
-
-    host.tap(editor->configViewEdit());
-    host.wait(0.1);
-    Finger(host.window()).tap({245, 794});
-    host.wait(1);
-    EXPECT_TRUE(editor->showPanel() && editor->drawView()->hasSelectedTools());
-    EXPECT_FALSE(editor->penPopView()->enable());
-    EXPECT_EQ(editor->configViewEdit()->alpha(), 0);
-    host.use(editor->colorViews()[0]);
-    host.use(editor->colorViews()[4]);
-    EXPECT_EQ(editor->drawView()->tools().front()->color()->hex(), "#000000FF");
-    host.use(editor->confirmButton());
-    EXPECT_FALSE(editor->drawView()->hasSelectedTools() || editor->isConfigViewOut());
-    EXPECT_TRUE(isShown(*editor->penView()) && editor->penPopView()->enable());
-
-    Finger(host.window()).tap({175, 350});
-    host.wait(1);
-    host.use(editor->configViewDelete());
-    EXPECT_FALSE(editor->drawView()->hasDrawed() || editor->isConfigViewOut());
-    EXPECT_EQ(editor->configViewEdit()->frame(), editor->penView()->frame());
 }
 
 TEST(TesselViewController, TheButtonsFollowASelectionThatChangesWhileTheyMove) {
@@ -96,7 +66,8 @@ TEST(TesselViewController, TheButtonsFollowASelectionThatChangesWhileTheyMove) {
     EXPECT_EQ(editor->configViewEdit()->alpha(), 0);
 }
 
-TEST(TesselViewController, TwoFingersOnTheCanvasFadeTheButtons) {
+TEST(TesselViewController,
+     TheEditAndDeleteButtonsFadeUnderTwoFingersAndKeepTheirPlaceForOneTapOnly) {
     EditorScreen host;
     const auto& editor = host.present().editor;
     const test::TwoFingers apart{.center = {195, 400}, .radius = 60};
@@ -116,6 +87,15 @@ TEST(TesselViewController, TwoFingersOnTheCanvasFadeTheButtons) {
     host.drawAndSelect();
     fade({editor->configViewEdit(), editor->configViewDelete()});
     EXPECT_EQ(editor->penView()->alpha(), 0);
+    editor->startAnimateIn();
+    host.wait(1);
+    EXPECT_EQ(editor->penView()->alpha(), 0);
+    // A second tap on the way of the first does not deselect what is to be edited.
+    host.tap(editor->configViewEdit());
+    host.wait(0.1);
+    Finger(host.window()).tap({245, 794});
+    host.wait(1);
+    EXPECT_TRUE(editor->showPanel() && editor->drawView()->hasSelectedTools());
 }
 
 }  // namespace

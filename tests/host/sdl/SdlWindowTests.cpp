@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <new>
+#include <string>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/canvas/MDrawView.h"
@@ -13,6 +14,7 @@
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/control/AlertView.h"
+#include "tests/support/ProgramRun.h"
 
 namespace kalim::test {
 
@@ -174,11 +176,13 @@ TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
 TEST_F(SdlWindowTest, ADroppedPictureThatTheHostRefusesLeavesTheOneThatIsThere) {
     codec::Bytes png;
     ASSERT_EQ(codec::encodePng(gfx::Bitmap(30, 20), png), std::nullopt);
-    ASSERT_EQ(codec::writeFileAtomically("dropped.png", png), std::nullopt);
+    const TemporaryFolder folder;
+    const std::string path = folder.path() / "dropped.png";
+    ASSERT_EQ(codec::writeFileAtomically(path, png), std::nullopt);
     const auto drop = [&] {
         SDL_Event event{};
         event.type = SDL_DROPFILE;
-        event.drop.file = SDL_strdup("dropped.png");
+        event.drop.file = SDL_strdup(path.c_str());
         window->handle(event);
         return canvas().sourceImage()->pixelSize().width;
     };
