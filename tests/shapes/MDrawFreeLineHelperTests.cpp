@@ -81,23 +81,19 @@ TEST_F(MDrawFreeLineHelperTest, AStrokeDuringTheFadeJoinsTheDrawingAndStartsTheF
     EXPECT_TRUE(helper->firstFreelinPart());
 }
 
-TEST_F(MDrawFreeLineHelperTest, FivePointsWaitForMoreUntilTheyAreReset) {
-    const auto line = stroke(5);
+TEST_F(MDrawFreeLineHelperTest, FivePointsWaitUntilTheyAreResetAndWithoutAFadeSixAreDoneAtOnce) {
+    auto line = stroke(5);
     host.wait(3);
     EXPECT_TRUE(helper->isFreelineDrawing());
     helper->reset();
     EXPECT_FALSE(helper->isFreelineDrawing());
     EXPECT_TRUE(line->finalized() && !line->isNewBuild());
     EXPECT_EQ(receiver->take(), Lines{});
-    // A reset ends a fade, too.
     stroke(6);
     helper->reset();
-    EXPECT_FALSE(host.loop().isBusy());
-}
-
-TEST_F(MDrawFreeLineHelperTest, WithoutAFadeAPauseFinishesAtOnce) {
+    EXPECT_FALSE(host.loop().isBusy()) << "a reset ends a fade, too";
     helper->setEnable(false);
-    const auto line = stroke(6);
+    line = stroke(6);
     EXPECT_EQ(receiver->take(), Lines{"1 strokes done"});
     EXPECT_EQ(line->maskColor()->alpha, 1);
     EXPECT_FALSE(helper->isFreelineDrawing());

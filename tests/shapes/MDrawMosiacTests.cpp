@@ -32,15 +32,10 @@ Lines painted(MDrawMosiac& patch) {
     return context.takeLines();
 }
 
-TEST(MDrawMosiac, PreviewIsATranslucentBoxOnAndOffThePictureWhateverTheColour) {
+TEST(MDrawMosiac, IsPreviewedWhateverItsColourAndFilledOverThePictureOnly) {
     const auto patch = dragged({0, 0}, {40, 30});
-    const Lines preview{"fill [M 1,1 L 39,1 L 39,29 L 1,29 Z] #0000004D"};
-    EXPECT_EQ(painted(*patch), preview);
     patch->setColor(gfx::makeColor(1, 0, 0));
-    EXPECT_EQ(painted(*patch), preview);
-}
-
-TEST(MDrawMosiac, AFinishedPatchIsFilledOverThePictureOnly) {
+    EXPECT_EQ(painted(*patch), Lines{"fill [M 1,1 L 39,1 L 39,29 L 1,29 Z] #0000004D"});
     EXPECT_EQ(painted(*finished({0, 0}, {40, 30})),
               Lines{"fill [M 10,10 L 40,10 L 40,30 L 10,30 Z] #FFFFFFFF aliased"});
     EXPECT_EQ(painted(*finished({100, 70}, {70, 40})),

@@ -203,17 +203,5 @@ TEST_F(MDrawTextEditing, ATextMayBeDroppedAtAnyMoment) {
     EXPECT_EQ(canvas->take(), Lines{"begin"});
 }
 
-TEST_F(MDrawTextEditing, TakesAHugePaste) {
-    const auto text = textAt({50, 60});
-    text->startEdittingText();
-    std::string paste;
-    while (paste.size() < 100000)
-        paste += "lorem ipsum ";
-    text->textView()->insertText(paste);
-    EXPECT_EQ(text->textView()->frame().size.height, 814) << "the canvas less 30";
-    text->stopEdittingText();
-    EXPECT_EQ(text->frame().size.height, 814);
-}
-
 }  // namespace
 }  // namespace kalim

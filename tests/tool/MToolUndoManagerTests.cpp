@@ -5,52 +5,34 @@
 namespace kalim {
 namespace {
 
-FeatureRef widthOf(double width) {
-    Feature feature;
-    feature.set("width", width);
-    return std::make_shared<const Feature>(feature);
-}
-
-double current(const MToolUndoManager& history) {
-    return *history.feature()->get<double>("width");
-}
-
-TEST(MToolUndoManager, StepsThroughItsStatesButNeverBeforeTheFirst) {
+TEST(MToolUndoManager, StepsThroughItsStatesAndNamesAnOldOneUnlessTheFutureIsCut) {
     MToolUndoManager history;
+    const auto record = [&](double width) {
+        Feature feature;
+        feature.set("width", width);
+        history.setFeature(std::make_shared<const Feature>(feature));
+    };
+    const auto current = [&] { return *history.feature()->get<double>("width"); };
     EXPECT_EQ(history.feature(), nullptr);
     EXPECT_FALSE(history.canUndo() || history.canRedo() || history.undo() || history.redo());
-    history.setFeature(widthOf(1));
-    EXPECT_FALSE(history.canUndo());
-    history.setFeature(widthOf(2));
+    record(1);
+    EXPECT_FALSE(history.canUndo() || history.undo());
+    record(2);
     EXPECT_TRUE(history.undo());
-    EXPECT_EQ(current(history), 1);
+    EXPECT_EQ(current(), 1);
     EXPECT_FALSE(history.undo());
     EXPECT_TRUE(history.redo());
-    EXPECT_EQ(current(history), 2);
+    EXPECT_EQ(current(), 2);
     EXPECT_FALSE(history.redo());
-}
-
-TEST(MToolUndoManager, ResetRedoForgetsWhatLiesAhead) {
-    MToolUndoManager history;
-    for (const double width : {1, 2, 3})
-        history.setFeature(widthOf(width));
     history.undo();
+    record(3);
+    EXPECT_EQ(current(), 2) << "nothing has cut what lay ahead";
     history.undo();
     history.resetRedo();
     EXPECT_FALSE(history.canRedo());
-    history.setFeature(widthOf(9));
-    EXPECT_EQ(current(history), 9);
+    record(9);
+    EXPECT_EQ(current(), 9);
     EXPECT_EQ(history.featureList().size(), 2u);
-}
-
-TEST(MToolUndoManager, RecordingWithoutCuttingNamesAnOldEntry) {
-    MToolUndoManager history;
-    for (const double width : {1, 2, 3})
-        history.setFeature(widthOf(width));
-    history.undo();
-    history.undo();
-    history.setFeature(widthOf(9));
-    EXPECT_EQ(current(history), 2);
 }
 
 }  // namespace

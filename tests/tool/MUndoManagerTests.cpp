@@ -31,10 +31,6 @@ protected:
         manager.addToolSuccess(box);
         return box;
     }
-    void recolour(const ToolRef& tool, const gfx::ColorRef& color) {
-        tool->setColor(color);
-        manager.addToolSuccess(tool);
-    }
     static std::shared_ptr<MDrawMutableSelect> groupOf(const ToolList& tools) {
         const auto group = MDrawMutableSelect::make();
         for (const ToolRef& tool : tools)
@@ -47,61 +43,6 @@ protected:
     std::shared_ptr<ToolList> tools = std::make_shared<ToolList>();
     MUndoManager manager{tools};
 };
-
-TEST_F(MUndoManagerTest, UndoStepsBackThroughChangesAndThenTakesTheToolAway) {
-    const auto box = addBox(0);
-    recolour(box, blue);
-    EXPECT_TRUE(manager.undo());
-    EXPECT_EQ(box->color(), red);
-    EXPECT_TRUE(manager.undo());
-    EXPECT_TRUE(tools->empty());
-    EXPECT_FALSE(manager.undo());
-    EXPECT_TRUE(manager.redo());
-    EXPECT_EQ(*tools, ToolList{box});
-    EXPECT_EQ(box->color(), red);
-    EXPECT_TRUE(manager.redo());
-    EXPECT_EQ(box->color(), blue);
-    EXPECT_FALSE(manager.redo());
-}
-
-TEST_F(MUndoManagerTest, ADeletedToolReturnsOnTop) {
-    const auto lower = addBox(0);
-    const auto upper = addBox(100);
-    manager.removeTool(lower);
-    EXPECT_EQ(*tools, ToolList{upper});
-    manager.undo();
-    EXPECT_EQ(*tools, (ToolList{upper, lower}));
-    manager.redo();
-    EXPECT_EQ(*tools, ToolList{upper});
-}
-
-TEST_F(MUndoManagerTest, ANewRecordCutsEveryHistoryBeforeItIsTaken) {
-    const auto first = addBox(0);
-    const auto second = addBox(100);
-    recolour(first, blue);
-    manager.undo();
-    recolour(second, blue);
-    EXPECT_FALSE(manager.canRedo());
-    EXPECT_FALSE(first->undoMgr().canRedo());
-    // Recording on the very tool that was stepped back must not name its old future.
-    manager.undo();
-    second->setLineWidth(20);
-    manager.addToolSuccess(second);
-    manager.undo();
-    manager.redo();
-    EXPECT_EQ(second->lineWidth(), 20);
-    EXPECT_EQ(second->color(), red);
-}
-
-TEST_F(MUndoManagerTest, ADeletionLeavesTheRedoStackAlone) {
-    const auto kept = addBox(0);
-    const auto undone = addBox(100);
-    manager.undo();
-    manager.removeTool(kept);
-    EXPECT_TRUE(manager.canRedo());
-    manager.redo();
-    EXPECT_EQ(*tools, ToolList{undone});
-}
 
 TEST_F(MUndoManagerTest, AGroupEntryKeepsTheMembersOfItsMoment) {
     const auto first = addBox(0);
