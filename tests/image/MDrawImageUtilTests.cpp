@@ -62,16 +62,11 @@ TEST(MDrawImageUtil, FittingKeepsTheAspectAndOnlyEnlargesOnRequest) {
     EXPECT_EQ(MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(small, {390, 844}, false),
               small);
     EXPECT_EQ(MDrawImageUtil::resizedImageToSize(small, {30, 20}), small);
+    const gfx::ImageRef resized = MDrawImageUtil::resizedImageToSize(small, {15.7, 10.2});
+    EXPECT_EQ(resized->pixelSize(), (gfx::PixelSize{30, 20}));
+    EXPECT_EQ(resized->scale(), 2);
     EXPECT_FALSE(MDrawImageUtil::resizedImageToSize(nullptr, {30, 20}));
     EXPECT_FALSE(MDrawImageUtil::resizedImageToSize(small, {0.5, 20}));
-}
-
-TEST(MDrawImageUtil, ResizingHappensAtTheScreensScale) {
-    test::TestHost host({.scale = 3});
-    const auto resized =
-        MDrawImageUtil::resizedImageToSize(coordinatePicture(host, 30, 20), {15.7, 10.2});
-    EXPECT_EQ(resized->pixelSize(), (gfx::PixelSize{45, 30}));
-    EXPECT_EQ(resized->scale(), 3);
 }
 
 TEST(MDrawImageUtil, AnUnknownOrientationIsRaisedAndThenDrawnUpright) {

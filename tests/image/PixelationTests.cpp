@@ -83,19 +83,6 @@ TEST(Pixelation, EveryPixelOfALargeSpreadHasTheColourOfItsBlock) {
     }
 }
 
-TEST(Pixelation, TheLastColumnMixesInTheStartOfTheFollowingRow) {
-    // 3 x 2 by 2: the block at x = 2 covers (2,0), (0,1), (2,1) and nothing after the last row.
-    gfx::Bitmap raster(3, 2);
-    const int red[] = {0, 10, 30, 60, 100, 150};
-    for (int i = 0; i < 6; ++i)
-        raster.data()[i * 4 + 2] = static_cast<std::uint8_t>(red[i]);
-    const gfx::Bitmap blocks = blockColors(raster, 2);
-    ASSERT_EQ(blocks.size(), (gfx::PixelSize{2, 1}));
-    // (0 + 10 + 60 + 100) / 4 and (30 + 60 + 150) / 3.
-    EXPECT_EQ(blocks.row(0)[2], 43);
-    EXPECT_EQ(blocks.row(0)[6], 80);
-}
-
 TEST(Pixelation, NoBlocksWithoutALevelOrARaster) {
     EXPECT_TRUE(blockColors(noise(5, 5), 0).isEmpty());
     EXPECT_TRUE(blockColors(noise(5, 5), -3).isEmpty());

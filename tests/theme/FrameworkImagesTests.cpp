@@ -35,17 +35,6 @@ std::vector<std::string> allNames() {
     return names;
 }
 
-// Of all pixels together.
-double coverage(const gfx::Image& image) {
-    const gfx::BitmapRef pixels = image.pixels();
-    double sum = 0;
-    for (int y = 0; y < pixels->height(); ++y) {
-        for (int x = 0; x < pixels->width(); ++x)
-            sum += pixels->row(y)[4 * x + 3] / 255.0;
-    }
-    return sum;
-}
-
 }  // namespace
 
 TEST(FrameworkImages, EveryNameIsDrawnAsItsFileSays) {
@@ -89,28 +78,6 @@ TEST(FrameworkImages, CopiesKeepTheNameThatTheyWereFoundBy) {
     EXPECT_EQ(frameworkImageName(copy), "icon_tool_arrow");
     EXPECT_EQ(frameworkImageName(imageWithColor(gfx::makeColor(1, 0, 0))), "");
     EXPECT_EQ(frameworkImageName(nullptr), "");
-}
-
-TEST(FrameworkImages, PensGrowVisiblyFromSizeToSize) {
-    const test::TestHost host;
-    double smaller = 0;
-    for (const std::string& name : allNames()) {
-        if (!name.starts_with("icon_pen_") || name == "icon_pen_mosaic") continue;
-        if (name.ends_with("_xsmall")) smaller = 0;
-        const double now = coverage(*imageNamedForFramework(name));
-        EXPECT_GT(now, smaller * 1.1) << name;
-        smaller = now;
-    }
-}
-
-TEST(FrameworkImages, TheMaskDarkensDownwards) {
-    const test::TestHost host({.scale = 2});
-    const gfx::BitmapRef pixels = imageNamedForFramework("background_mask_gradient")->pixels();
-    const auto alphaAt = [&](int y) { return pixels->row(y)[3]; };
-    for (int y = 1; y < pixels->height(); ++y)
-        ASSERT_GE(alphaAt(y), alphaAt(y - 1)) << y;
-    EXPECT_EQ(alphaAt(0), 0);
-    EXPECT_NEAR(alphaAt(pixels->height() - 1), 0.7 * 255, 1);
 }
 
 }  // namespace kalim

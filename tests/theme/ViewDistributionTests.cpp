@@ -35,20 +35,14 @@ TEST(ViewDistribution, ViewsAndSpacersFillTheRow) {
     }
 }
 
-TEST(ViewDistribution, AColumnIsFilledDownwards) {
-    const Views views{ui::View::initWithFrame({5, 0, 10, 30})};
-    const auto column = viewWith(views, {0, 0, 60, 100});
-    distributeSpacingVerticallyWith(*column, views);
+TEST(ViewDistribution, AColumnIsFilledDownwardsAndWhatIsTooLongStandsEndToEnd) {
+    Views views{ui::View::initWithFrame({5, 0, 10, 30})};
+    distributeSpacingVerticallyWith(*viewWith(views, {0, 0, 60, 100}), views);
     EXPECT_EQ(views[0]->frame(), gfx::Rect(5, 35, 10, 30));
-}
-
-TEST(ViewDistribution, ViewsThatAreTooLongStandEndToEnd) {
-    const Views views{ui::View::initWithFrame({9, 0, 80, 10}),
-                      ui::View::initWithFrame({9, 0, 80, 10})};
-    const auto row = viewWith(views, {0, 0, 100, 10});
-    averageSpacingHorizontallyWithViews(*row, views);
+    views.push_back(ui::View::initWithFrame({9, 0, 80, 10}));
+    averageSpacingHorizontallyWithViews(*viewWith(views, {0, 0, 80, 10}), views);
     EXPECT_EQ(views[0]->frame().minX(), 0);
-    EXPECT_EQ(views[1]->frame().minX(), 80);
+    EXPECT_EQ(views[1]->frame().minX(), 10);
 }
 
 TEST(TallPhone, IsAPhoneOfOneOfThreeHeights) {

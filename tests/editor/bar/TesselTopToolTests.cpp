@@ -62,32 +62,9 @@ protected:
 
 }  // namespace
 
-TEST_F(TesselTopToolTest, ButtonsKeepTheirPlacesOnTheLineOfThePhone) {
-    const struct {
-        gfx::PixelSize screen;
-        bool isPhone;
-        double height;
-        double line;
-    } cases[] = {{{780, 1688}, true, 64, 32},
-                 {{1125, 2436}, true, 88, 56},
-                 {{828, 1792}, true, 88, 56},
-                 {{1125, 2436}, false, 64, 32}};
-    for (const auto& [screen, isPhone, height, line] : cases) {
-        host.environment().setScreen({2, screen, isPhone});
-        put(TesselTopTool::init(), height);
-        const auto inBar = [this](const auto& button) {
-            return button->convertRectTo(button->bounds(), bar.get());
-        };
-        EXPECT_EQ(inBar(bar->undoButton()), gfx::Rect(152, line - 19, 38, 38));
-        EXPECT_EQ(inBar(bar->redoButton()), gfx::Rect(200, line - 19, 38, 38));
-        EXPECT_EQ(inBar(bar->closeButton()).minX(), 15);
-        EXPECT_EQ(inBar(bar->closeButton()).midY(), line);
-        EXPECT_EQ(inBar(bar->confirmButton()).maxX(), 375);
-        EXPECT_EQ(inBar(bar->confirmButton()).size.width, 32);
-        EXPECT_EQ(inBar(bar->confirmButton()).midY(), line);
-        EXPECT_EQ(inBar(bar->doneButton()), inBar(bar->confirmButton()));
-        EXPECT_EQ(inBar(bar->moreButton()), gfx::Rect(289, line - 22, 44, 44));
-    }
+TEST_F(TesselTopToolTest, ALongTitleEndsBeforeTheStepsBegin) {
+    EXPECT_EQ(bar->doneButton()->frame(), bar->confirmButton()->frame());
+    EXPECT_EQ(bar->moreButton()->frame(), gfx::Rect(289, 10, 44, 44));
     for (const auto& [title, width] :
          {std::pair{"发送图片", 64.0}, {"把这张图片发送给所有人", 129.0}}) {
         bar->confirmButton()->setTitle(title);
@@ -124,16 +101,6 @@ TEST_F(TesselTopToolTest, EveryButtonTellsTheDelegateInOrder) {
     EXPECT_EQ(heardAfterTap({171, 32}), "");
     EXPECT_EQ(frameworkImageName(bar->undoButton()->currentImage()), "icon_tool_undo_disable");
     EXPECT_EQ(frameworkImageName(bar->redoButton()->currentImage()), "icon_tool_redo");
-}
-
-TEST_F(TesselTopToolTest, WhileATextIsTypedOnlyDoneIsThere) {
-    bar->setUndoEnableRedoEnable(true, true);
-    bar->setEditMode(true);
-    EXPECT_EQ(heardAfterTap({359, 32}), "tool done ");
-    for (const double x : {31, 171, 219})
-        EXPECT_EQ(heardAfterTap({x, 32}), "");
-    bar->setEditMode(false);
-    EXPECT_EQ(heardAfterTap({359, 32}), "tool confirm ");
 }
 
 TEST_F(TesselTopToolTest, SendTakesTapsUpToTenPointsBesideIt) {

@@ -32,7 +32,6 @@ protected:
         sheet->showAlert(*host.window().rootView());
         host.wait(1);
     }
-    gfx::Rect inWindow(const ui::View& view) { return view.convertRectTo(view.bounds(), nullptr); }
     void tap(gfx::Point p) { test::Finger(host.window()).tap(p); }
 
     test::TestHost host{{1, {390, 844}, std::make_shared<test::RecordingDevice>()}};
@@ -42,30 +41,18 @@ protected:
 
 }  // namespace
 
-TEST_F(KLMActionsheetViewTest, PutsCancelAboveTheAction) {
-    const struct {
-        gfx::PixelSize screen;
-        bool isPhone;
-        double room;
-    } cases[] = {{{780, 1688}, true, 0}, {{1242, 2688}, true, 34}, {{1242, 2688}, false, 0}};
-    for (const auto& [screen, isPhone, room] : cases) {
-        host.environment().setScreen({2, screen, isPhone});
-        show();
-        EXPECT_EQ(sheet->isiPhoneX(), room > 0);
-        const auto& upper = sheet->buttons().at(0);
-        const auto& lower = sheet->buttons().at(1);
-        EXPECT_EQ(inWindow(*sheet->sheetPanel()), gfx::Rect(0, 733 - room, 390, 111 + room));
-        EXPECT_EQ(inWindow(*upper), gfx::Rect(0, 733 - room, 390, 52));
-        EXPECT_EQ(inWindow(*lower), gfx::Rect(0, 792 - room, 390, 52 + room));
-        EXPECT_EQ(lower->contentEdgeInsets(), (ui::EdgeInsets{14, 0, 14 + room, 0}));
-        EXPECT_EQ(upper->currentTitle(), "放弃修改");
-        EXPECT_EQ(upper->currentTitleColor()->hex(), "#D92D21FF");
-        EXPECT_EQ(lower->currentTitle(), "继续标注");
-        EXPECT_EQ(lower->currentTitleColor()->hex(), "#000000FF");
-        EXPECT_EQ(sheet->buttonWithTag(1), upper);
-        EXPECT_EQ(sheet->buttonWithTag(0), lower);
-        sheet->removeFromSuperview();
-    }
+TEST_F(KLMActionsheetViewTest, PutsTheRedCancelAboveTheActionWhichReachesTheEdgeOfTheScreen) {
+    host.environment().setScreen({2, {1242, 2688}, true});
+    show();
+    const auto& upper = sheet->buttons().at(0);
+    const auto& lower = sheet->buttons().at(1);
+    EXPECT_TRUE(sheet->isiPhoneX());
+    EXPECT_EQ(sheet->sheetPanel()->frame(), gfx::Rect(0, 699, 390, 145));
+    EXPECT_EQ(lower->contentEdgeInsets(), (ui::EdgeInsets{14, 0, 48, 0}));
+    EXPECT_EQ(upper->currentTitleColor()->hex(), "#D92D21FF");
+    EXPECT_EQ(lower->currentTitleColor()->hex(), "#000000FF");
+    EXPECT_EQ(sheet->buttonWithTag(1), upper);
+    EXPECT_EQ(sheet->buttonWithTag(0), lower);
 }
 
 TEST_F(KLMActionsheetViewTest, AnswersWhenItHasSlidAway) {
