@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include "kalimkit/codec/Encode.h"
 #include "tests/codec/PictureFiles.h"
@@ -19,17 +20,6 @@ namespace {
 
 Bytes bytesOf(const std::string& text) {
     return {text.begin(), text.end()};
-}
-
-std::string errorOf(const Bytes& file, const DecodeLimits& limits = {}) {
-    return decode(file, "photo", limits).error.value_or("none");
-}
-
-// Blue, green, red, alpha of every pixel.
-Bytes pixelsOf(const Bytes& file) {
-    const DecodeResult result = decode(file, "photo");
-    EXPECT_EQ(result.error, std::nullopt);
-    return {result.bitmap.data(), result.bitmap.data() + result.bitmap.byteCount()};
 }
 
 gfx::Bitmap gradient(int width, int height) {
@@ -62,23 +52,10 @@ Bytes cutTo(const Bytes& file, std::size_t size) {
     return {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)};
 }
 
-void expectErrorForEveryCut(const Bytes& file, const std::string& format) {
-    for (std::size_t size = 12; size < file.size(); ++size) {
-        const DecodeResult result = decode(cutTo(file, size), "photo");
-        EXPECT_EQ(result.error, "photo: the " + format + " data end too early") << size;
-        EXPECT_TRUE(result.bitmap.isEmpty()) << size;
-    }
-}
-
 }  // namespace
 
 TEST(Decode, PngOfEveryKindBecomesPremultipliedBlueGreenRedAlpha) {
-    struct Case {
-        const char* what;
-        PngRecipe recipe;
-        Bytes pixels;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, PngRecipe, Bytes> cases[] = {
         {"palette of two bits with alpha, entries 2 1 0",
          {.width = 3,
           .bitDepth = 2,
@@ -113,18 +90,12 @@ TEST(Decode, PngOfEveryKindBecomesPremultipliedBlueGreenRedAlpha) {
           .rows = {255, 128, 0, 1, 9, 9, 9, 0, 1, 2, 3, 255}},
          {0, 1, 1, 1, 0, 0, 0, 0, 3, 2, 1, 255}},
     };
-    for (const Case& expected : cases) {
-        EXPECT_EQ(pixelsOf(makePng(expected.recipe)), expected.pixels) << expected.what;
-    }
+    for (const auto& [what, recipe, pixels] : cases)
+        EXPECT_EQ(pixelsOf(makePng(recipe)), pixels) << what;
 }
 
 TEST(Decode, JpegOfEveryColourSpaceBecomesOpaqueBlueGreenRed) {
-    struct Case {
-        const char* what;
-        JpegRecipe recipe;
-        Bytes pixel;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, JpegRecipe, Bytes> cases[] = {
         {"grey", {JCS_GRAYSCALE, JCS_GRAYSCALE, {90}}, {90, 90, 90, 255}},
         {"luminance and chrominance", {JCS_RGB, JCS_YCbCr, {200, 100, 50}}, {50, 100, 200, 255}},
         {"progressive", {JCS_RGB, JCS_YCbCr, {200, 100, 50}, true}, {50, 100, 200, 255}},
@@ -138,19 +109,16 @@ TEST(Decode, JpegOfEveryColourSpaceBecomesOpaqueBlueGreenRed) {
          {JCS_CMYK, JCS_YCCK, {204, 153, 255, 204}, false, true},
          {204, 122, 163, 255}},
     };
-    for (const Case& expected : cases) {
-        const Bytes pixels = pixelsOf(makeJpeg(expected.recipe));
-        ASSERT_EQ(pixels.size(), 16U * 16 * 4) << expected.what;
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            ASSERT_NEAR(pixels[i], expected.pixel[i % 4], 2) << expected.what << " byte " << i;
-        }
+    for (const auto& [what, recipe, pixel] : cases) {
+        const Bytes pixels = pixelsOf(makeJpeg(recipe));
+        ASSERT_EQ(pixels.size(), 16U * 16 * 4) << what;
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            ASSERT_NEAR(pixels[i], pixel[i % 4], 2) << what << " byte " << i;
     }
 }
 
-TEST(Decode, KeepsEveryPixelInItsPlace) {
+TEST(Decode, AJpegKeepsEveryPixelInItsPlace) {
     const gfx::Bitmap original = gradient(40, 30);
-    EXPECT_EQ(decode(pngOf(original), "photo").bitmap, original);
-
     const DecodeResult jpeg = decode(jpegOf(original), "photo");
     ASSERT_EQ(jpeg.bitmap.size(), original.size());
     for (std::size_t i = 0; i < original.byteCount(); ++i) {
@@ -194,7 +162,7 @@ TEST(Decode, DataThatAreCutOffAreAnErrorUnlessAllPixelsAreThere) {
         const std::size_t endMarker = file.size() - 2;
         EXPECT_EQ(pixelsOf(cutTo(file, endMarker)), pixelsOf(file));
         EXPECT_EQ(pixelsOf(cutTo(file, endMarker + 1)), pixelsOf(file));
-        expectErrorForEveryCut(cutTo(file, endMarker), "JPEG");
+        expectErrorForEveryCut(file, "JPEG", endMarker);
     }
 }
 
@@ -203,20 +171,14 @@ TEST(Decode, DamagedDataAreAnError) {
     for (std::size_t i = 0; i < png.size(); ++i) {
         Bytes damaged = png;
         damaged[i] ^= 0x55;
-        EXPECT_TRUE(decode(damaged, "photo").error.has_value()) << i;
+        EXPECT_NE(errorOf(damaged), "none") << i;
     }
     // Half of the picture is missing, but the end marker is there.
     const Bytes jpeg = jpegOf(gradient(40, 30));
     Bytes half(jpeg.begin(), jpeg.end() - 300);
     half.insert(half.end(), {0xFF, 0xD9});
     EXPECT_EQ(errorOf(half), "photo: the JPEG data are damaged");
-    // No byte of the file may lead out of bounds, whatever it is changed to.
-    for (std::size_t i = 3; i < jpeg.size(); ++i) {
-        Bytes damaged = jpeg;
-        damaged[i] ^= 0xFF;
-        const DecodeResult result = decode(damaged, "photo", {.maxPixels = 1 << 20});
-        EXPECT_EQ(result.error.has_value(), result.bitmap.isEmpty()) << i;
-    }
+    expectPictureOrErrorForEveryDamage(jpeg, 3);
 }
 
 TEST(Decode, HoldsTheSizeAgainstTheLimits) {

@@ -2,28 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "tests/codec/PictureFiles.h"
 
 namespace kalim::codec::test {
 
-using gfx::ImageOrientation;
+using enum gfx::ImageOrientation;
 
 TEST(ExifOrientation, ReadsTheEightValuesInBothByteOrders) {
-    const std::pair<std::uint16_t, ImageOrientation> cases[] = {
-        {1, ImageOrientation::Up},
-        {2, ImageOrientation::UpMirrored},
-        {3, ImageOrientation::Down},
-        {4, ImageOrientation::DownMirrored},
-        {5, ImageOrientation::LeftMirrored},
-        {6, ImageOrientation::Right},
-        {7, ImageOrientation::RightMirrored},
-        {8, ImageOrientation::Left},
-        {0, ImageOrientation::Up},
-        {9, ImageOrientation::Up},
-        {0x0600, ImageOrientation::Up},
-    };
+    const std::pair<std::uint16_t, gfx::ImageOrientation> cases[] = {
+        {1, Up},           {2, UpMirrored}, {3, Down},          {4, DownMirrored},
+        {5, LeftMirrored}, {6, Right},      {7, RightMirrored}, {8, Left},
+        {0, Up},           {9, Up},         {0x0600, Up}};
     for (const auto& [value, orientation] : cases) {
         EXPECT_EQ(exifOrientation(makeExif(false, value)), orientation) << value;
         EXPECT_EQ(exifOrientation(makeExif(true, value)), orientation) << value;
@@ -37,19 +30,12 @@ TEST(ExifOrientation, ABlockThatIsCutOffIsUpright) {
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         // A copy of its own, so that reading behind its end is noticed.
         const Bytes part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-        EXPECT_EQ(exifOrientation(part),
-                  size < valueEnd ? ImageOrientation::Up : ImageOrientation::Right)
-            << size;
+        EXPECT_EQ(exifOrientation(part), size < valueEnd ? Up : Right) << size;
     }
 }
 
 TEST(ExifOrientation, DamagedFieldsAreUpright) {
-    struct Damage {
-        const char* what;
-        std::size_t offset;
-        Bytes bytes;
-    };
-    const Damage damages[] = {
+    const std::tuple<const char*, std::size_t, Bytes> damages[] = {
         {"mixed byte order", 0, {'M', 'I'}},
         {"no TIFF number", 2, {0, 43}},
         {"the directory is the header", 4, {0, 0, 0, 0}},
@@ -65,11 +51,10 @@ TEST(ExifOrientation, DamagedFieldsAreUpright) {
          8,
          {0xFF, 0xFF, 1, 1, 0, 4, 0, 0, 0, 1, 0, 0, 2, 0x80, 1, 2}},
     };
-    for (const Damage& damage : damages) {
+    for (const auto& [what, offset, bytes] : damages) {
         Bytes exif = makeExif(true, 6);
-        std::copy(damage.bytes.begin(), damage.bytes.end(),
-                  exif.begin() + static_cast<std::ptrdiff_t>(damage.offset));
-        EXPECT_EQ(exifOrientation(exif), ImageOrientation::Up) << damage.what;
+        std::copy(bytes.begin(), bytes.end(), exif.begin() + static_cast<std::ptrdiff_t>(offset));
+        EXPECT_EQ(exifOrientation(exif), Up) << what;
     }
 }
 

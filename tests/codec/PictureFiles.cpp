@@ -1,10 +1,12 @@
 #include "tests/codec/PictureFiles.h"
 
+#include <gtest/gtest.h>
 #include <lcms2.h>
 #include <png.h>
 #include <webp/encode.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -65,6 +67,33 @@ Bytes takeBytes(cmsHPROFILE profile) {
 }
 
 }  // namespace
+
+std::string errorOf(const Bytes& file, const DecodeLimits& limits) {
+    const DecodeResult result = decode(file, "photo", limits);
+    EXPECT_EQ(result.error.has_value(), result.bitmap.isEmpty());
+    return result.error.value_or("none");
+}
+
+Bytes pixelsOf(const Bytes& file) {
+    const DecodeResult result = decode(file, "photo");
+    EXPECT_EQ(result.error, std::nullopt);
+    return {result.bitmap.data(), result.bitmap.data() + result.bitmap.byteCount()};
+}
+
+void expectErrorForEveryCut(const Bytes& file, const std::string& format, std::size_t wholeSize) {
+    for (std::size_t size = 12; size < std::min(file.size(), wholeSize); ++size) {
+        const Bytes part(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_EQ(errorOf(part), "photo: the " + format + " data end too early") << size;
+    }
+}
+
+void expectPictureOrErrorForEveryDamage(const Bytes& file, std::size_t first) {
+    for (std::size_t i = first; i < file.size(); ++i) {
+        Bytes damaged = file;
+        damaged[i] ^= 0xFF;
+        errorOf(damaged, {.maxPixels = 1 << 20});
+    }
+}
 
 Bytes makePng(const PngRecipe& recipe) {
     Bytes file;

@@ -3,12 +3,23 @@
 #include <cstdint>
 #include <string>
 
-#include "kalimkit/codec/Bytes.h"
-#include "kalimkit/gfx/Bitmap.h"
+#include "kalimkit/codec/Decode.h"
 
 namespace kalim::codec::test {
 
-// ---- files that the codec itself never writes ---------------------------------------------------
+// ---- what comes of a file
+
+// "none" without an error.
+std::string errorOf(const Bytes& file, const DecodeLimits& limits = {});
+// Blue, green, red, alpha of every pixel; an error fails the test.
+Bytes pixelsOf(const Bytes& file);
+// A file that has lost its end says so wherever it was cut before `wholeSize`, by default its size.
+void expectErrorForEveryCut(const Bytes& file, const std::string& format,
+                            std::size_t wholeSize = std::string::npos);
+// No byte of the file may lead out of bounds, whatever it is changed to.
+void expectPictureOrErrorForEveryDamage(const Bytes& file, std::size_t first);
+
+// ---- files that the codec itself never writes
 
 // One PNG of the given libpng colour type; `rows` holds the packed rows one after another.
 struct PngRecipe {
@@ -47,7 +58,7 @@ Bytes makeJpeg(const JpegRecipe& recipe);
 // A WebP file of the given chunks.
 Bytes makeWebp(const Bytes& chunks);
 
-// ---- colour profiles ----------------------------------------------------------------------------
+// ---- colour profiles
 
 // sRGB but for red and green, which change places.
 Bytes makeSwappingProfile();
@@ -57,7 +68,7 @@ Bytes makeLinearGreyProfile();
 // Without black ink every mixture is the grey of lightness 50, with it black.
 Bytes makeInkProfile();
 
-// ---- pieces -------------------------------------------------------------------------------------
+// ---- pieces
 
 // An Exif block with one entry before the orientation.
 Bytes makeExif(bool bigEndian, std::uint16_t orientation);

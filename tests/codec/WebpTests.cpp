@@ -24,10 +24,6 @@ Bytes pixelAt(const gfx::Bitmap& bitmap, int x, int y) {
     return {pixel, pixel + 4};
 }
 
-std::string errorOf(const Bytes& file) {
-    return decode(file, "photo").error.value_or("none");
-}
-
 // A frame's header: its place in steps of two pixels and its size less one, three bytes each.
 Bytes frameChunk(std::uint8_t halfX, std::uint8_t halfY, std::uint8_t side, const Bytes& pixels) {
     const auto less = static_cast<std::uint8_t>(side - 1);
@@ -113,16 +109,8 @@ TEST(Webp, DataThatAreCutOffOrDamagedAreAnError) {
     Bytes lossy;
     ASSERT_EQ(encodeWebp(filled(20, 10, {1, 99, 3, 120}), 90, lossy), std::nullopt);
     for (const Bytes& file : {makeWebp(makeLosslessChunk(filled(3, 2, {1, 2, 3, 4}))), lossy}) {
-        for (std::size_t size = 12; size < file.size() - 1; ++size) {
-            const Bytes part(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
-            EXPECT_EQ(errorOf(part), "photo: the WebP data end too early") << size;
-        }
-        for (std::size_t i = 12; i < file.size(); ++i) {
-            Bytes damaged = file;
-            damaged[i] ^= 0xFF;
-            const DecodeResult result = decode(damaged, "photo", {.maxPixels = 1 << 20});
-            EXPECT_EQ(result.error.has_value(), result.bitmap.isEmpty()) << i;
-        }
+        expectErrorForEveryCut(file, "WebP", file.size() - 1);
+        expectPictureOrErrorForEveryDamage(file, 12);
     }
 }
 
