@@ -81,22 +81,21 @@ TEST(MDrawAngle, IsFinishedByItsThirdVertexButNotByItsFirst) {
 }
 
 TEST(MDrawAngle, MarksAndMeasuresTheTurnFromItsFirstArm) {
-    struct Case {
+    const gfx::Point o{100, 100};
+    const struct {
         Points points;
         const char* text;
         // Where the arc starts and ends.
         const char* start;
         const char* end;
-    };
-    const gfx::Point o{100, 100};
-    const Case cases[] = {
+    } cases[] = {
         {{{150, 100}, o, {100, 140}}, "Degree : 90.00", "[M 120,100 C ", " 100,120] "},
         {{{100, 140}, o, {150, 100}}, "Degree : 270.00", "[M 100,120 C ", " 120,100] "},
         {{{40, 100}, o, {160, 100}}, "Degree : 180.00", "[M 80,100 C ", " 120,100] "},
         {{{150, 100}, o, {100, 110}}, "Degree : 90.00", "[M 110,100 C ", " 100,110] "},
     };
     resetMeasureLabels();
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const auto angle = shapeOf<MDrawAngle>(c.points);
         EXPECT_EQ(angle->measureText(), c.text);
         const Lines lines = drawn(*angle).outlines;

@@ -243,40 +243,24 @@ TEST_F(Shape, SaysWhatItMeasures) {
     const struct {
         Kind kind;
         Points points;
-        double calibration;
-        const char* unit;
         const char* text;
+        double calibration = 0;
+        const char* unit = "px";
     } cases[] = {
-        {line, {{0, 0}, {60, 80}}, 0.5, "mm", "Length : 0.05 mm"},
-        {line, {{0, 0}, {60, 80}}, 2, "furlong", "Length : 200.00 furlong"},
-        {fat, {{0, 0}, {0, 100}}, 0, "px", "Length : 100.00 px"},
-        {arrow, {{0, 0}, {0, 100}}, 0, "px", ""},
-        {rect,
-         {{100, 60}, {0, 0}},
-         2,
-         "um",
-         "Width: 200.00 um\nHeight: 120.00 um\nArea: 24000.00 squm"},
+        {line, {{0, 0}, {60, 80}}, "Length : 0.05 mm", 0.5, "mm"},
+        {line, {{0, 0}, {60, 80}}, "Length : 200.00 furlong", 2, "furlong"},
+        {fat, {{0, 0}, {0, 100}}, "Length : 100.00 px"},
+        {arrow, {{0, 0}, {0, 100}}, ""},
+        {rect, {{9, 6}, {0, 0}}, "Width: 18.00 um\nHeight: 12.00 um\nArea: 216.00 squm", 2, "um"},
         // As a circle of half its width.
-        {ellipse,
-         {{100, 100}, {0, 0}},
-         0,
-         "px",
-         "Radius: 50.00 px\nArea: 7853.98 sqpx\nPerimeter: 314.16 px"},
+        {ellipse, {{9, 10}, {1, 1}}, "Radius: 4.00 px\nArea: 50.27 sqpx\nPerimeter: 25.13 px"},
         // Without the closing edge; half points of area are cut off.
-        {polyline, {{0, 0}}, 0, "px", "Length: 0.00 px\nArea: 0.00 sqpx"},
-        {polyline,
-         {{0, 0}, {101, 101}, {101, 0}},
-         0,
-         "px",
-         "Length: 243.84 px\nArea: 5100.00 sqpx"},
-        {polyline,
-         {{0, 0}, {101, 0}, {101, 101}},
-         2,
-         "px",
-         "Length: 404.00 px\nArea: 20400.00 sqpx"},
-        {angle, {{0, 0}, {100, 0}}, 0, "px", ""},
-        {arc, {{0, 0}}, 0, "px", ""},
-        {arc, {{0, 0}, {80, 60}}, 0, "px", "Length: 100.00 px\nDistance: 100.00 px"},
+        {polyline, {{0, 0}}, "Length: 0.00 px\nArea: 0.00 sqpx"},
+        {polyline, {{0, 0}, {101, 101}, {101, 0}}, "Length: 243.84 px\nArea: 5100.00 sqpx"},
+        {polyline, {{0, 0}, {101, 0}, {101, 101}}, "Length: 404.00 px\nArea: 20400.00 sqpx", 2},
+        {angle, {{0, 0}, {100, 0}}, ""},
+        {arc, {{0, 0}}, ""},
+        {arc, {{0, 0}, {80, 60}}, "Length: 100.00 px\nDistance: 100.00 px"},
     };
     for (const auto& each : cases) {
         const ToolRef tool = shapeOf(each.kind, each.points);
