@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "kalimkit/image/EditImageUtil.h"
 #include "tests/support/TestHost.h"
 
@@ -11,43 +13,39 @@ namespace {
 using ui::View;
 
 TEST(EditImageModView, AChangeIsToldOnlyOfWhatTheRecordCovers) {
+    const std::function<void(View&)> changes[] = {
+        [](View& view) {
+            view.setCenter({70, 70});
+        },
+        [](View& view) { view.setTransform(gfx::AffineTransform::scaling(2, 2)); },
+        [](View& view) { view.setHidden(true); },
+        // The place is kept, but for what the record calls the centre.
+        [](View& view) {
+            EditImageUtil::setAnchorPointForView({1, 0.25}, view.shared_from_this());
+            EXPECT_EQ(view.frame(), gfx::Rect(10, 20, 100, 50));
+            EXPECT_EQ(view.center(), (gfx::Point{110, 32.5}));
+        }};
     const struct {
         std::uint32_t property;
-        bool afterMove, afterTurn, afterHiding;
-    } cases[] = {
-        {0, true, true, true},
-        {EditImageModView::Frame, true, true, false},
-        {EditImageModView::Transform, false, true, false},
-        {EditImageModView::Center, true, false, false},
-        {EditImageModView::AnchorPoint, false, false, false},
-        {EditImageModView::Hidden, false, false, true},
-        // These bits stand for nothing that is compared.
-        {16 + 32, false, false, false},
-    };
-    for (const auto& [property, afterMove, afterTurn, afterHiding] : cases) {
-        const auto changedBy = [property = property](auto change) {
+        // After each of the changes.
+        bool isChanged[4];
+    } cases[] = {{0, {true, true, true, true}},
+                 {EditImageModView::Frame, {true, true, false, false}},
+                 {EditImageModView::Transform, {false, true, false, false}},
+                 {EditImageModView::Center, {true, false, false, true}},
+                 {EditImageModView::AnchorPoint, {false, false, false, true}},
+                 {EditImageModView::Hidden, {false, false, true, false}},
+                 // These bits stand for nothing that is compared.
+                 {16 + 32, {false, false, false, false}}};
+    for (const auto& [property, isChanged] : cases) {
+        for (std::size_t i = 0; i < 4; ++i) {
             const auto view = View::initWithFrame({10, 20, 100, 50});
             EditImageModView record = EditImageModView::initWithCurrentView(view);
             record.modProperty = property;
             EXPECT_EQ(record.isChanged(), property == 0);
-            change(*view);
-            return record.isChanged();
-        };
-        EXPECT_EQ(changedBy([](View& view) { view.setCenter({70, 70}); }), afterMove) << property;
-        EXPECT_EQ(
-            changedBy([](View& view) { view.setTransform(gfx::AffineTransform::scaling(2, 2)); }),
-            afterTurn)
-            << property;
-        EXPECT_EQ(changedBy([](View& view) { view.setHidden(true); }), afterHiding) << property;
-        // The place is kept, but for what the record calls the centre.
-        EXPECT_EQ(changedBy([](View& view) {
-                      EditImageUtil::setAnchorPointForView({1, 0.25}, view.shared_from_this());
-                      EXPECT_EQ(view.frame(), gfx::Rect(10, 20, 100, 50));
-                      EXPECT_EQ(view.center(), (gfx::Point{110, 32.5}));
-                  }),
-                  (property & (EditImageModView::AnchorPoint | EditImageModView::Center)) != 0 ||
-                      property == 0)
-            << property;
+            changes[i](*view);
+            EXPECT_EQ(record.isChanged(), isChanged[i]) << property << " " << i;
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "kalimkit/gfx/Raise.h"
 #include "kalimkit/image/UprightBitmap.h"
@@ -14,34 +15,26 @@ namespace {
 using test::coordinatePicture;
 using test::coordinates;
 
+// The column and row that a pixel's colour tells, as "x,y".
+std::string originAt(const gfx::Bitmap& bitmap, int x, int y) {
+    const std::uint8_t* pixel = bitmap.row(y) + x * 4;
+    return std::to_string(pixel[0]) + "," + std::to_string(pixel[1]);
+}
+
 TEST(UprightBitmap, TurnsEachOrientationPixelByPixel) {
-    struct Case {
-        gfx::ImageOrientation orientation;
-        gfx::PixelSize size;
-        // The raster positions that come to the upright picture's top-left and top-right corners.
-        gfx::PixelSize topLeft;
-        gfx::PixelSize topRight;
+    using enum gfx::ImageOrientation;
+    // Of a raster of 3 x 2, the positions that come to the upright picture's top corners.
+    const std::tuple<gfx::ImageOrientation, gfx::PixelSize, const char*, const char*> cases[] = {
+        {Up, {3, 2}, "0,0", "2,0"},           {Down, {3, 2}, "2,1", "0,1"},
+        {Left, {2, 3}, "2,0", "2,1"},         {Right, {2, 3}, "0,1", "0,0"},
+        {UpMirrored, {3, 2}, "2,0", "0,0"},   {DownMirrored, {3, 2}, "0,1", "2,1"},
+        {LeftMirrored, {2, 3}, "0,0", "0,1"}, {RightMirrored, {2, 3}, "2,1", "2,0"},
     };
-    // A raster of 3 x 2.
-    constexpr Case cases[] = {
-        {gfx::ImageOrientation::Up, {3, 2}, {0, 0}, {2, 0}},
-        {gfx::ImageOrientation::Down, {3, 2}, {2, 1}, {0, 1}},
-        {gfx::ImageOrientation::Left, {2, 3}, {2, 0}, {2, 1}},
-        {gfx::ImageOrientation::Right, {2, 3}, {0, 1}, {0, 0}},
-        {gfx::ImageOrientation::UpMirrored, {3, 2}, {2, 0}, {0, 0}},
-        {gfx::ImageOrientation::DownMirrored, {3, 2}, {0, 1}, {2, 1}},
-        {gfx::ImageOrientation::LeftMirrored, {2, 3}, {0, 0}, {0, 1}},
-        {gfx::ImageOrientation::RightMirrored, {2, 3}, {2, 1}, {2, 0}},
-    };
-    for (const Case& expected : cases) {
-        const gfx::Bitmap upright = uprightBitmap(coordinates(3, 2), expected.orientation);
-        ASSERT_EQ(upright.size(), expected.size) << static_cast<int>(expected.orientation);
-        const std::uint8_t* left = upright.row(0);
-        const std::uint8_t* right = upright.row(0) + (upright.width() - 1) * 4;
-        EXPECT_EQ((gfx::PixelSize{left[0], left[1]}), expected.topLeft)
-            << static_cast<int>(expected.orientation);
-        EXPECT_EQ((gfx::PixelSize{right[0], right[1]}), expected.topRight)
-            << static_cast<int>(expected.orientation);
+    for (const auto& [orientation, size, left, right] : cases) {
+        const gfx::Bitmap upright = uprightBitmap(coordinates(3, 2), orientation);
+        ASSERT_EQ(upright.size(), size) << static_cast<int>(orientation);
+        EXPECT_EQ(originAt(upright, 0, 0), left) << static_cast<int>(orientation);
+        EXPECT_EQ(originAt(upright, size.width - 1, 0), right) << static_cast<int>(orientation);
     }
 }
 
@@ -82,12 +75,6 @@ TEST(MDrawImageUtil, AnUnknownOrientationIsRaisedAndThenDrawnUpright) {
     EXPECT_EQ(resized->size(), (gfx::Size{15, 10}));
 }
 
-// The column and row that a pixel's colour tells, as "x,y".
-std::string originAt(const gfx::ImageRef& image, int x, int y) {
-    const std::uint8_t* pixel = image->pixels()->row(y) + x * 4;
-    return std::to_string(pixel[0]) + "," + std::to_string(pixel[1]);
-}
-
 TEST(MDrawImageUtil, ARasterPartIsRoundedOutAndForgetsScaleAndOrientation) {
     test::TestHost host({.scale = 2});
     for (int orientation = 0; orientation < 8; ++orientation) {
@@ -97,8 +84,8 @@ TEST(MDrawImageUtil, ARasterPartIsRoundedOutAndForgetsScaleAndOrientation) {
         EXPECT_EQ(part->pixelSize(), (gfx::PixelSize{11, 6})) << orientation;
         EXPECT_EQ(part->scale(), 1);
         EXPECT_EQ(part->orientation(), gfx::ImageOrientation::Up);
-        EXPECT_EQ(originAt(part, 0, 0), "4,6");
-        EXPECT_EQ(originAt(part, 10, 5), "14,11");
+        EXPECT_EQ(originAt(*part->pixels(), 0, 0), "4,6");
+        EXPECT_EQ(originAt(*part->pixels(), 10, 5), "14,11");
     }
     const auto source = coordinatePicture(host, 30, 20);
     EXPECT_EQ(MDrawImageUtil::imageFromImageInRect(source, {-5, 15, 10, 90})->pixelSize(),
@@ -109,25 +96,20 @@ TEST(MDrawImageUtil, ARasterPartIsRoundedOutAndForgetsScaleAndOrientation) {
 }
 
 TEST(MDrawImageUtil, CroppingCutsWhatIsSeenAndKeepsScaleAndOrientation) {
-    struct Case {
-        int orientation;
-        // Of the raster's pixel at the top left of the cut raster, and the cut's size in pixels.
-        const char* topLeft;
-        gfx::PixelSize size;
-    };
-    // A raster of 30 x 20. The seen picture's part at (2, 3), 7 wide and 4 high; mirrored ones are
+    // Of the raster's pixel at the top left of the cut raster, and the cut's size in pixels. A
+    // raster of 30 x 20. The seen picture's part at (2, 3), 7 wide and 4 high; mirrored ones are
     // cut as if they were upright.
-    constexpr Case cases[] = {{0, "2,3", {7, 4}},  {1, "21,13", {7, 4}}, {2, "23,2", {4, 7}},
-                              {3, "3,11", {4, 7}}, {4, "2,3", {7, 4}},   {5, "2,3", {7, 4}},
-                              {6, "2,3", {7, 4}},  {7, "2,3", {7, 4}}};
+    const std::tuple<int, const char*, gfx::PixelSize> cases[] = {
+        {0, "2,3", {7, 4}}, {1, "21,13", {7, 4}}, {2, "23,2", {4, 7}}, {3, "3,11", {4, 7}},
+        {4, "2,3", {7, 4}}, {5, "2,3", {7, 4}},   {6, "2,3", {7, 4}},  {7, "2,3", {7, 4}}};
     test::TestHost host({.scale = 2});
-    for (const Case& expected : cases) {
-        const auto orientation = static_cast<gfx::ImageOrientation>(expected.orientation);
+    for (const auto& [number, topLeft, size] : cases) {
+        const auto orientation = static_cast<gfx::ImageOrientation>(number);
         const auto source = coordinatePicture(host, 30, 20, 1, orientation);
         const auto cut = MDrawImageUtil::cropImageToRect(source, {2, 3, 7, 4});
         ASSERT_TRUE(cut);
-        EXPECT_EQ(cut->pixelSize(), expected.size) << expected.orientation;
-        EXPECT_EQ(originAt(cut, 0, 0), expected.topLeft) << expected.orientation;
+        EXPECT_EQ(cut->pixelSize(), size) << number;
+        EXPECT_EQ(originAt(*cut->pixels(), 0, 0), topLeft) << number;
         EXPECT_EQ(cut->orientation(), orientation);
         EXPECT_EQ(MDrawImageUtil::cropImageToRect(source, {{5, 5}, source->size()}), source);
         EXPECT_FALSE(MDrawImageUtil::cropImageToRect(source, {}));
@@ -136,7 +118,7 @@ TEST(MDrawImageUtil, CroppingCutsWhatIsSeenAndKeepsScaleAndOrientation) {
     const auto cut = MDrawImageUtil::cropImageToRect(fine, {1, 2, 3, 4});
     EXPECT_EQ(cut->scale(), 2);
     EXPECT_EQ(cut->size(), (gfx::Size{3, 4}));
-    EXPECT_EQ(originAt(cut, 0, 0), "4,12");
+    EXPECT_EQ(originAt(*cut->pixels(), 0, 0), "4,12");
 }
 
 TEST(MDrawImageUtil, ResizingPairsTheTargetsSizeWithTheSourcesOffsets) {

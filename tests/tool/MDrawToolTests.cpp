@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <tuple>
 
 #include "kalimkit/shapes/MDrawLine.h"
 #include "kalimkit/shapes/MDrawRect.h"
@@ -20,22 +21,15 @@ TEST(MDrawTool, OnlyTheFirstToolOfTheProcessGetsIndexZero) {
 }
 
 TEST(MDrawTool, HandlesKeepTheirSizeOnScreen) {
-    struct Case {
-        double lineWidth;
-        double viewScale;
-        int size;
-        int outline;
-    };
-    constexpr Case cases[] = {{8, 1, 14, 2},   {31, 1, 16, 2}, {30, 1, 14, 2},   {31, 4, 4, 1},
-                              {8, 0.5, 28, 2}, {8, 2, 7, 1},   {31, 0.5, 32, 2}, {8, 1.5, 9, 1}};
+    const std::tuple<double, double, int, int> cases[] = {
+        {8, 1, 14, 2},   {31, 1, 16, 2}, {30, 1, 14, 2},   {31, 4, 4, 1},
+        {8, 0.5, 28, 2}, {8, 2, 7, 1},   {31, 0.5, 32, 2}, {8, 1.5, 9, 1}};
     const auto tool = MDrawLine::initWithStartPoint({});
-    for (const Case& expected : cases) {
-        tool->setLineWidth(expected.lineWidth);
-        tool->setHandleViewScale(expected.viewScale);
-        EXPECT_EQ(tool->handleSize(), expected.size)
-            << expected.lineWidth << "@" << expected.viewScale;
-        EXPECT_EQ(tool->handleLineWidthSize(), expected.outline)
-            << expected.lineWidth << "@" << expected.viewScale;
+    for (const auto& [lineWidth, viewScale, size, outline] : cases) {
+        tool->setLineWidth(lineWidth);
+        tool->setHandleViewScale(viewScale);
+        EXPECT_EQ(tool->handleSize(), size) << lineWidth << "@" << viewScale;
+        EXPECT_EQ(tool->handleLineWidthSize(), outline) << lineWidth << "@" << viewScale;
     }
 }
 

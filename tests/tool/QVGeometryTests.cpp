@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <tuple>
 
+#include "kalimkit/tool/HandleReach.h"
 #include "tests/support/TestHost.h"
 
 namespace kalim {
@@ -49,6 +51,34 @@ TEST(QVGeometry, PathsScaleAboutTheCentreOfWhatIsDrawn) {
     const gfx::Path point = CGPath_ZRCreateCopyByScalingPathAroundCentre(path, 0);
     EXPECT_EQ(point.boundingBox(), gfx::Rect(10, 5, 0, 0));
     EXPECT_TRUE(CGPath_ZRCreateCopyByScalingPathAroundCentre({}, 2).isEmpty());
+}
+
+TEST(HandleReach, LeavesTheMiddleThirdOfABoxToItsBody) {
+    using enum MoveDirection;
+    const gfx::Rect box(100, 100, 30, 60);
+    const std::tuple<gfx::Point, MoveDirection, bool> cases[] = {
+        {{110, 120}, TopLeft, true},      {{111, 120}, TopLeft, false},
+        {{110, 121}, TopLeft, false},     {{60, 60}, TopLeft, true},
+        {{120, 120}, TopRight, true},     {{119, 120}, TopRight, false},
+        {{140, 141}, BottomRight, true},  {{140, 139}, BottomRight, false},
+        {{110, 140}, BottomLeft, true},   {{115, 180}, BottomLeft, false},
+        {{115, 130}, BottomRight, false}, {{115, 130}, Body, true},
+    };
+    for (const auto& [p, corner, isWithin] : cases)
+        EXPECT_EQ(isWithinThirdsOfCorner(p, corner, box), isWithin) << p.x << " " << p.y;
+}
+
+TEST(HandleReach, LeavesTheMiddleThirdOfALineAndOfAVertexShape) {
+    EXPECT_TRUE(isWithinThirdOfSegment({10, 5}, {0, 0}, {30, 0}));
+    EXPECT_FALSE(isWithinThirdOfSegment({11, 5}, {0, 0}, {30, 0}));
+    EXPECT_TRUE(isWithinThirdOfSegment({-50, 0}, {0, 0}, {30, 0}));
+    // Two ends at one place are reached from everywhere.
+    EXPECT_TRUE(isWithinThirdOfSegment({4, 4}, {0, 0}, {0, 0}));
+
+    const gfx::Rect box(0, 0, 30, 30);
+    EXPECT_TRUE(isWithinThirdsOfVertex({10, 10}, {0, 0}, box));
+    EXPECT_FALSE(isWithinThirdsOfVertex({15, 5}, {0, 0}, box));
+    EXPECT_TRUE(isWithinThirdsOfVertex({35, 5}, {0, 0}, box));
 }
 
 }  // namespace
