@@ -46,14 +46,13 @@ protected:
 };
 
 TEST_F(TextLayoutTest, BreaksGreedilyAndLetsSpacesHang) {
-    struct Case {
+    const struct {
         const char* what;
         std::string text;
         double limit;
         Strings lines;
         double width;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"nothing", "", 100, {""}, 0},
         {"words", "aaa bbb ccc", 40, {"aaa bbb ", "ccc"}, 35},
         {"as wide as the limit", "aaa bbb", 35, {"aaa bbb"}, 35},
@@ -70,7 +69,7 @@ TEST_F(TextLayoutTest, BreaksGreedilyAndLetsSpacesHang) {
         {"no room", "ab", 0, {"a", "b"}, 5},
         {"a tab", "a\tb", 99, {"a\tb"}, 25},
     };
-    for (const Case& item : cases) {
+    for (const auto& item : cases) {
         const TextLayout layout = layoutOf(item.text, item.limit);
         EXPECT_EQ(linesOf(layout), item.lines) << item.what;
         EXPECT_EQ(layout.size(), Size(item.width, 11.0 * double(item.lines.size()))) << item.what;
@@ -238,13 +237,9 @@ TEST(Directions, LettersAndNumbersAreSeenInTheirOrder) {
 
 TEST_F(TextLayoutTest, CaretAndSelectionLieWhereTheLettersAre) {
     const TextLayout mixed = layoutOf("ab אבג c\nאב 12  ", 99);
-    struct Case {
-        TextPosition position;
-        double x;
-    };
-    const Case cases[] = {{{0}, 0},        {{3}, 30},  {{3, true}, 15}, {{5}, 25},
-                          {{9, true}, 15}, {{9}, 30},  {{11}, 40},      {{12}, 35},
-                          {{14}, 30},      {{17}, 10}, {{19}, 10},      {{21}, 0}};
+    const std::pair<TextPosition, double> cases[] = {
+        {{0}, 0},   {{3}, 30},  {{3, true}, 15}, {{5}, 25},  {{9, true}, 15}, {{9}, 30},
+        {{11}, 40}, {{12}, 35}, {{14}, 30},      {{17}, 10}, {{19}, 10},      {{21}, 0}};
     for (const auto& [position, x] : cases)
         EXPECT_EQ(mixed.caretRect(position).minX(), x) << position.offset;
     EXPECT_EQ(mixed.positionAt({16, 5}), (TextPosition{9, true}));

@@ -57,7 +57,6 @@ TEST(ScrollMotion, SlowsDownAndComesBackFromBeyondTheEdge) {
 
 struct Log : ScrollViewDelegate {
     std::shared_ptr<View> viewForZoomingInScrollView(ScrollView&) override { return zoomed; }
-    void scrollViewDidScroll(ScrollView&) override { ++scrolls; }
     void scrollViewWillBeginDragging(ScrollView&) override { heard += "drag "; }
     void scrollViewDidEndDragging(ScrollView&, bool goesOn) override {
         heard += goesOn ? "let go " : "dropped ";
@@ -70,7 +69,6 @@ struct Log : ScrollViewDelegate {
         if (onZoomed) onZoomed();
     }
     std::string heard;
-    int scrolls = 0;
     std::shared_ptr<View> zoomed;
     std::function<void()> onZoomed;
 };

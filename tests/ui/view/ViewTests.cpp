@@ -49,19 +49,15 @@ TEST(ViewHitTest, FindsTheDeepestViewThroughTransformsAndScrolling) {
     scene.add("in scrolled", {10, 510, 20, 20}, "scrolled");
     scene.add("jutting out", {90, 590, 50, 50}, "scrolled");
     scene.add("crushed", {0, 0, 50, 50}).setTransform(AffineTransform::scaling(0, 1));
-    struct Case {
-        gfx::Point point;
-        const char* expected;
-    };
-    const Case cases[] = {
+    const std::pair<gfx::Point, const char*> cases[] = {
         {{100, 60}, "turned"},      {{100, 35}, "in turned"},    {{60, 60}, "root"},
         {{231, 81}, "enlarged"},    {{269, 119}, "in enlarged"}, {{229, 81}, "root"},
         {{5, 205}, "scrolled"},     {{15, 215}, "in scrolled"},  {{9, 209}, "scrolled"},
         {{95, 295}, "jutting out"}, {{105, 295}, "root"},        {{20, 20}, "root"},
         {{300, 10}, "nothing"},     {{-1, 10}, "nothing"},       {{0, 0}, "root"},
     };
-    for (const Case& item : cases)
-        EXPECT_EQ(scene.hit(item.point), item.expected) << item.point.x << "," << item.point.y;
+    for (const auto& [point, expected] : cases)
+        EXPECT_EQ(scene.hit(point), expected) << point.x << "," << point.y;
 }
 
 TEST(ViewHitTest, PassesOverWhatTakesNoTouchesWithAllThatIsInIt) {
@@ -110,12 +106,12 @@ TEST(View, FrameFollowsFromBoundsCentreAndTransform) {
     EXPECT_EQ(view->bounds(), gfx::Rect(7, 8, 40, 40)) << "the scroll position stays";
     view->setFrame({40, 30, -40, -30});
     EXPECT_EQ(view->frame(), gfx::Rect(0, 0, 40, 30));
-}
 
-TEST(View, IgnoresGeometryThatIsNotFinite) {
+    // What is not finite changes nothing.
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     constexpr double endless = std::numeric_limits<double>::infinity();
-    const auto view = View::initWithFrame({10, 20, 100, 50});
+    view->setBounds({0, 0, 100, 50});
+    view->setFrame({10, 20, 100, 50});
     view->setFrame({0, none, 10, 10});
     view->setBounds({0, 0, endless, 10});
     view->setCenter({none, 0});

@@ -66,29 +66,9 @@ TEST(ViewController, HearsInOrderWhenItsViewComesAndGoes) {
     EXPECT_EQ(log, "b wont, b didnt, b gone, ");
 }
 
-TEST(ViewController, AsksForTheStatusBarWhileItIsTheRoot) {
+TEST(ViewController, TheKeyWindowIsTheOldestThatIsLeftAndItsRootAsksForTheStatusBar) {
     test::RecordingDevice device;
     const auto environment = std::make_shared<BarEnvironment>(device, 1);
-    const auto before = Environment::install(environment);
-    {
-        std::string log;
-        Window window({100, 200});
-        const auto controller = std::make_shared<LogController>("a", log);
-        controller->setNeedsStatusBarAppearanceUpdate();
-        EXPECT_EQ(environment->bar, "");
-        window.setRootViewController(controller);
-        controller->hidesStatusBar = false;
-        controller->setNeedsStatusBarAppearanceUpdate();
-        EXPECT_EQ(environment->bar, "hidden shown ");
-        window.setRootViewController(nullptr);
-        EXPECT_FALSE(controller->window());
-    }
-    Environment::install(before);
-}
-
-TEST(ViewController, TheKeyWindowIsTheOldestThatIsLeft) {
-    test::RecordingDevice device;
-    const auto environment = std::make_shared<HeadlessEnvironment>(device, 1);
     const auto before = Environment::install(environment);
     EXPECT_EQ(environment->keyWindow(), nullptr);
     auto first = std::make_unique<Window>(gfx::Size{10, 10});
@@ -96,9 +76,22 @@ TEST(ViewController, TheKeyWindowIsTheOldestThatIsLeft) {
     EXPECT_EQ(environment->keyWindow(), first.get());
     first = nullptr;
     EXPECT_EQ(environment->keyWindow(), second.get());
+
+    std::string log;
+    const auto controller = std::make_shared<LogController>("a", log);
+    controller->setNeedsStatusBarAppearanceUpdate();
+    EXPECT_EQ(environment->bar, "");
+    second->setRootViewController(controller);
+    controller->hidesStatusBar = false;
+    controller->setNeedsStatusBarAppearanceUpdate();
+    EXPECT_EQ(environment->bar, "hidden shown ");
+    second->setRootViewController(nullptr);
+    EXPECT_FALSE(controller->window());
+
     environment->setUserDefault("hint", true);
     EXPECT_EQ(environment->userDefault("hint"), true);
     EXPECT_EQ(environment->userDefault("other"), std::nullopt);
+    second = nullptr;
     Environment::install(before);
 }
 
