@@ -15,6 +15,7 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/NewFile.h"
 #include "kalimkit/codec/TerminalText.h"
+#include "tests/support/ProgramRun.h"
 
 namespace kalim::codec::test {
 
@@ -23,14 +24,7 @@ namespace fs = std::filesystem;
 // Each test works in an empty folder of its own.
 class Files : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "kalim-files-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        _folder = pattern;
-    }
-    void TearDown() override { fs::remove_all(_folder); }
-
-    std::string path(const std::string& name) const { return (_folder / name).string(); }
+    std::string path(const std::string& name) const { return (_folder.path() / name).string(); }
     void write(const std::string& name, const Bytes& bytes) const {
         ASSERT_EQ(writeFileAtomically(path(name), bytes), std::nullopt);
     }
@@ -41,14 +35,14 @@ protected:
     }
     std::set<std::string> names() const {
         std::set<std::string> found;
-        for (const auto& entry : fs::directory_iterator(_folder)) {
+        for (const auto& entry : fs::directory_iterator(_folder.path())) {
             found.insert(entry.path().filename().string());
         }
         return found;
     }
 
 private:
-    fs::path _folder;
+    kalim::test::TemporaryFolder _folder;
 };
 
 TEST_F(Files, AWrittenFileHoldsExactlyTheNewBytes) {
@@ -69,11 +63,8 @@ TEST_F(Files, AnExistingFileKeepsItsModeAndANewOneFollowsTheMask) {
     write("old", {2});
     write("new", {2});
     ::umask(mask);
-    struct stat status {};
-    ASSERT_EQ(::stat(path("old").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777U, 0640U);
-    ASSERT_EQ(::stat(path("new").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777U, 0640U);
+    for (const char* name : {"old", "new"})
+        EXPECT_EQ(fs::status(path(name)).permissions(), fs::perms{0640}) << name;
 }
 
 TEST_F(Files, ASymbolicLinkStaysAndItsTargetIsReplaced) {

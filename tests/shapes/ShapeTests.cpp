@@ -61,20 +61,6 @@ struct Shape : testing::Test {
     test::TestHost host;
 };
 
-TEST_F(Shape, IsValidFromItsSmallestSizeOn) {
-    const struct {
-        Kind kind;
-        gfx::Point end;
-        bool isValid;
-    } cases[] = {{line, {3, 4}, false},    {line, {5.01, 0}, true}, {rect, {19, 0}, false},
-                 {rect, {12, 16}, true},   {rect, {0, 0}, false},   {arrow, {23.9, 0}, false},
-                 {arrow, {24, 0}, true},   {arrow, {0, 0}, false},  {mosaic, {12, 15.9}, false},
-                 {ellipse, {12, 16}, true}};
-    for (const auto& each : cases)
-        EXPECT_EQ(shapeOf(each.kind, {{0, 0}, each.end})->isDrawVaild(), each.isValid)
-            << at(*shapeOf(each.kind, {{0, 0}}), each.end);
-}
-
 TEST_F(Shape, GrowsToItsSmallestSizeAtItsEnd) {
     const struct {
         Kind kind;
