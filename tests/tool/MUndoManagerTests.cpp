@@ -31,6 +31,10 @@ protected:
         manager.addToolSuccess(box);
         return box;
     }
+    void recolour(const ToolRef& tool, const gfx::ColorRef& color) {
+        tool->setColor(color);
+        manager.addToolSuccess(tool);
+    }
     static std::shared_ptr<MDrawMutableSelect> groupOf(const ToolList& tools) {
         const auto group = MDrawMutableSelect::make();
         for (const ToolRef& tool : tools)
@@ -43,6 +47,24 @@ protected:
     std::shared_ptr<ToolList> tools = std::make_shared<ToolList>();
     MUndoManager manager{tools};
 };
+
+TEST_F(MUndoManagerTest, ANewRecordCutsEveryHistoryBeforeItIsTaken) {
+    const auto first = addBox(0);
+    const auto second = addBox(100);
+    recolour(first, blue);
+    manager.undo();
+    recolour(second, blue);
+    EXPECT_FALSE(manager.canRedo());
+    EXPECT_FALSE(first->undoMgr().canRedo());
+    // Recording on the very tool that was stepped back must not name its old future.
+    manager.undo();
+    second->setLineWidth(20);
+    manager.addToolSuccess(second);
+    manager.undo();
+    manager.redo();
+    EXPECT_EQ(second->lineWidth(), 20);
+    EXPECT_EQ(second->color(), red);
+}
 
 TEST_F(MUndoManagerTest, AGroupEntryKeepsTheMembersOfItsMoment) {
     const auto first = addBox(0);
