@@ -202,5 +202,17 @@ TEST_F(MDrawTextEditing, ATextMayBeDroppedAtAnyMoment) {
     EXPECT_EQ(canvas->take(), Lines{"begin"});
 }
 
+TEST_F(MDrawTextEditing, AHugePasteEndsThirtyPointsBeforeTheCanvas) {
+    const auto text = textAt({50, 60});
+    text->startEdittingText();
+    std::string paste;
+    while (paste.size() < 100000)
+        paste += "lorem ipsum ";
+    text->textView()->insertText(paste);
+    EXPECT_EQ(text->textView()->frame().size.height, 814);
+    text->stopEdittingText();
+    EXPECT_EQ(text->frame().size.height, 814);
+}
+
 }  // namespace
 }  // namespace kalim
