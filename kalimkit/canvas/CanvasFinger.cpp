@@ -80,6 +80,8 @@ gfx::Point CanvasFinger::placeOf(const ui::Touch& touch) const {
 // Where a second finger or a cancel ends a creation. The stored point is a canvas point already; by
 // itself the canvas deliberately converts it once more.
 gfx::Point CanvasFinger::lastMovePoint() const {
+    // What was put down and not moved yet stays where it is.
+    if (!_hasMoved && isCreating(ToolRecorder::Touch)) return _downPoint;
     return _canvas.tools.forgiving() ? _movePoint : _canvas.home.view().invertViewPoint(_movePoint);
 }
 
@@ -279,7 +281,7 @@ void CanvasFinger::stopDrawing() {
     if (isCreating(ToolRecorder::Typing)) {
         deleteCreated();
     } else {
-        finishCreation(_movePoint);
+        finishCreation(_hasMoved ? _movePoint : _downPoint);
     }
     drawNoMore();
 }

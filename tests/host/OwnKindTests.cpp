@@ -1,14 +1,33 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "examples/kind/Star.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/shapes/MDrawPolyline.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {
 namespace {
+
+// Stands where a finger has landed, whether that moves or not.
+class Stamp : public MDrawRect {
+public:
+    static const ToolClass& Class() {
+        static const ToolClass toolClass{"Stamp",
+                                         &MDrawRect::Class(),
+                                         &MDrawTool::makeToolAt<Stamp>,
+                                         {.beginning = ToolBeginning::TouchDown}};
+        return toolClass;
+    }
+    const ToolClass& toolClass() const override { return Class(); }
+    void drawUp(gfx::Point p) override { MDrawRect::drawUp(p + gfx::Point{30, 30}); }
+
+protected:
+    Stamp() = default;
+};
 
 // What the print of the canvas says of its only tool.
 JsonValue printed(const MDrawView& canvas, const char* key) {
@@ -46,6 +65,30 @@ TEST(OwnKind, IsDrawnPickedCutMovedUndonePrintedAndSpokenOf) {
     EXPECT_FALSE(canvas.hasTools());
     EXPECT_TRUE(canvas.redo());
     EXPECT_EQ(canvas.tools(), ToolList{star});
+}
+
+TEST(OwnKind, IsPutDownByATapAndByWhatBreaksItOff) {
+    test::CanvasHost host;
+    MDrawView& canvas = *host.canvas;
+    canvas.setEnableGesture(false);
+    EXPECT_TRUE(canvas.beginDrawingWithClass(Stamp::Class()));
+    const std::function<void()> ends[] = {
+        [&] { host.up(); },
+        [&] { canvas.finalizeCurrentDrawing(); },
+        [&] {
+            host.window().fingersBegan({{2, {50, 50}}});
+        },
+        [&] { host.window().fingersCancelled({}); },
+    };
+    for (const auto& end : ends) {
+        canvas.clearTools();
+        host.down({200, 300});
+        end();
+        host.window().fingersCancelled({});
+        ASSERT_EQ(canvas.tools().size(), 1u);
+        EXPECT_EQ(canvas.tools().front()->frame(), gfx::Rect(200, 300, 30, 30));
+        EXPECT_EQ(canvas.undoManager().undoTools().size(), 1u);
+    }
 }
 
 TEST(OwnKind, IsRefusedWhereNoTouchBeginsIt) {
