@@ -1,343 +1,286 @@
 #include "tests/random/CanvasWatch.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "kalimkit/canvas/MDrawMutableSelect.h"
-#include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/tool/MUndoManager.h"
+#include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::test {
 
 namespace {
 
-using Entry = UndoModel::Entry;
-
 bool contains(const ToolList& list, const ToolRef& tool) {
     return std::ranges::find(list, tool) != list.end();
 }
 
-Entry entryOf(const ToolRef& tool) {
-    if (!tool->mutabaleToolObjType()) return {{tool}, false};
-    return {static_cast<const MDrawMutableSelect&>(*tool).subTools(), true};
+ToolList membersOf(const ToolRef& entry) {
+    if (!entry->mutabaleToolObjType()) return {entry};
+    return static_cast<const MDrawMutableSelect&>(*entry).subTools();
 }
 
-std::vector<Entry> entriesOf(const ToolList& stack) {
-    std::vector<Entry> entries;
-    for (const ToolRef& tool : stack)
-        entries.push_back(entryOf(tool));
-    return entries;
-}
-
-std::array<const ToolList*, 2> stacksOf(MDrawView& canvas) {
-    const MUndoManager& manager = canvas.undoManager();
-    return {&manager.undoTools(), &manager.redoTools()};
-}
-
-std::string namesOf(const ToolList& tools) {
-    std::string names = "[";
-    for (const ToolRef& tool : tools)
-        names += (names.size() > 1 ? " " : "") + tool->name();
-    return names + "]";
-}
-
-std::string namesOf(const std::vector<Entry>& entries) {
-    std::string names;
-    for (const Entry& entry : entries)
-        names += (entry.isGroup ? "group" : "") + namesOf(entry.members) + " ";
-    return names.empty() ? "nothing" : names;
+bool isAnyOf(const ToolList& tools, const auto& predicate) {
+    return std::ranges::any_of(tools, predicate);
 }
 
 }  // namespace
 
+struct CanvasWatch::Listener : MDrawViewDelegate {
+    void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override {
+        told = {canUndo, canRedo};
+    }
+    std::pair<bool, bool> told;
+};
+
+CanvasWatch::CanvasWatch(MDrawView& canvas)
+    : _canvas(canvas), _listener(std::make_shared<Listener>()), _prints{printsOf(canvas)} {
+    canvas.setDrawViewdelegate(_listener);
+}
+
 void CanvasWatch::willPlay() {
-    _before = {};
-    _before.tools = _canvas.tools();
-    for (const ToolList* stack : stacksOf(_canvas))
-        _before.entries.insert(stack->begin(), stack->end());
-    for (const ToolRef& tool : _before.tools) {
-        if (tool->isNewBuild()) {
-            _before.created.insert(tool);
-        } else if (!tool->isDrawVaild()) {
-            _before.invalid.push_back(tool);
-        }
+    const std::size_t fingers = _canvas.window()->activeTouches().size();
+    _before = {stacks(), _canvas.canUndo(), fingers > 1, fingers > 0, {}, selected(), {}};
+    for (const ToolRef& tool : _canvas.tools()) {
+        if (tool->isNewBuild() || !tool->isDrawVaild()) _before.unfinished.push_back(tool);
     }
-    if (_canvas.curEdittingTextTool()) _before.created.insert(_canvas.curEdittingTextTool());
-    if (_canvas.handingTools()) {
-        _before.selection = entryOf(_canvas.handingTools());
-        for (const ToolRef& tool : _before.selection->members)
-            _before.looks.push_back(tool->getFeature());
+    if (_canvas.curEdittingTextTool()) {
+        _before.unfinished.push_back(_canvas.curEdittingTextTool());
     }
-    _before.isSeveralFingers = _canvas.window()->activeTouches().size() > 1;
-    _before.isFingerDown = !_canvas.window()->activeTouches().empty();
+    if (!_before.selected.empty()) _before.prints = printsOf(_canvas);
 }
 
 CanvasWatch::Fault CanvasWatch::didPlay(const JsonValue& step) {
-    _alerts = takeAlerts();
-    _hasTakenBack = _hasTakenBack || _alerts > 0;
-    noteUnrecorded(step);
-    noteLetGo();
-    Fault fault;
-    follow(step, fault);
+    const Stacks now = stacks();
+    if (!_canvas.forgiving()) noteUnrecorded(step);
+    if (Fault fault = follow(step, now)) return fault;
     countQuietTime(step);
-    return fault ? fault : check();
+    if (Fault fault = checkHistory(now)) return fault;
+    if (Fault fault = checkNothingIsMade()) return fault;
+    if (!isSettled()) return std::nullopt;
+    if (Fault fault = checkPrints(now.undoable.size())) return fault;
+    return checkContent();
 }
 
-bool CanvasWatch::comesBack(const ToolRef& tool) const {
-    return !_model.hasDeletedAfterUndo && !_hasTakenBack && !_unrecorded.contains(tool);
+// ---- what the canvas has
+
+CanvasWatch::Stacks CanvasWatch::stacks() const {
+    const auto entriesOf = [](const ToolList& stack) {
+        Entries entries;
+        for (const ToolRef& entry : stack) {
+            entries.push_back({entry, membersOf(entry), {}});
+            for (const ToolRef& tool : entries.back().members) {
+                const auto& features = tool->undoMgr().featureList();
+                entries.back().latest.push_back(features.empty() ? nullptr : features.back());
+            }
+        }
+        return entries;
+    };
+    const MUndoManager& manager = _canvas.undoManager();
+    return {entriesOf(manager.undoTools()), entriesOf(manager.redoTools())};
 }
 
-// A second finger, a call in the middle of a drag and a rotation that is refused or broken off
-// leave what was dragged where it is.
-void CanvasWatch::noteUnrecorded(const JsonValue& step) {
-    const bool isTouch = step.find("touch");
-    const bool isSeveral = _before.isSeveralFingers || _canvas.window()->activeTouches().size() > 1;
-    if (!step.find("gesture") && !(isTouch && isSeveral) && !(_before.isFingerDown && !isTouch)) {
-        return;
-    }
-    if (_before.selection) {
-        _unrecorded.insert(_before.selection->members.begin(), _before.selection->members.end());
-    }
-    if (!_canvas.handingTools()) return;
-    const ToolList& members = _canvas.handingTools()->subTools();
-    _unrecorded.insert(members.begin(), members.end());
+ToolList CanvasWatch::selected() const {
+    return _canvas.handingTools() ? _canvas.handingTools()->subTools() : ToolList();
 }
 
-// Letting go of a tool may bring it within its bounds, without a record.
-void CanvasWatch::noteLetGo() {
-    for (std::size_t index = 0; index < _before.looks.size(); ++index) {
-        const ToolRef& tool = _before.selection->members[index];
-        if (_canvas.handingTools() && _canvas.handingTools()->containTool(tool)) continue;
-        if (differingKey(*tool, _before.looks[index], tool->getFeature())) _unrecorded.insert(tool);
-    }
+// No fingers, nothing typed or turned.
+bool CanvasWatch::isQuiet() const {
+    const ui::GestureState state = _canvas.rotationGesture().state();
+    return _canvas.window()->activeTouches().empty() && !_canvas.curEdittingTextTool() &&
+           state != ui::GestureState::Began && state != ui::GestureState::Changed;
+}
+
+// Nothing is under way that has no step yet.
+bool CanvasWatch::isSettled() const {
+    return isQuiet() && std::ranges::none_of(_canvas.tools(), &MDrawTool::isNewBuild);
+}
+
+void CanvasWatch::countQuietTime(const JsonValue& step) {
+    const JsonValue* seconds = step.find("wait");
+    _quietTime = seconds && isQuiet() ? _quietTime + *seconds->number() : 0;
 }
 
 // ---- what the step has done
 
-void CanvasWatch::follow(const JsonValue& step, Fault& fault) {
+CanvasWatch::Fault CanvasWatch::follow(const JsonValue& step, const Stacks& now) {
     const JsonValue* call = step.find("call");
-    _stepsHistory = false;
-    if (step.find("picture")) {
-        _model.reset();
+    const std::string name = call ? *call->string() : "";
+    const bool isTakenBack =
+        !static_cast<HeadlessEnvironment&>(ui::Environment::current()).takeAlerts().empty();
+    if (step.find("picture") || name == "clearTools") {
+        forgetPrints(0, now);
         _unrecorded.clear();
-    } else if (!call || !followCall(*call->string(), step)) {
-        observe(fault);
+        _unknown.clear();
+    } else if (isTakenBack) {
+        followAlert(now);
+    } else if (isForgotten(now)) {
+        forgetPrints(0, now);
+    } else if (name == "undo") {
+        return followUndo(now);
+    } else if (name == "redo") {
+        return followRedo(now);
+    } else if (now.redoable != _before.stacks.redoable ||
+               now.undoable.size() != _before.stacks.undoable.size()) {
+        return followRecords(now, 0);
     }
+    return std::nullopt;
 }
 
-// Whether the call is one whose effect is known beforehand.
-bool CanvasWatch::followCall(const std::string& name, const JsonValue& step) {
-    _stepsHistory = name == "undo" || name == "redo";
-    if (_stepsHistory) {
-        followHistory(name == "undo");
-    } else if (name == "clearTools") {
-        _model.reset();
-        _unrecorded.clear();
-    } else if (name == "deleteSelectedTools") {
-        if (_before.selection) _model.remove(*_before.selection);
-        followEndOfRotation(1);
-    } else if (name.starts_with("setDraw")) {
-        // The canvas still has what it had: the call's own values are compared with the members'.
-        if (changesSelection(name, *step.find("args")->array())) record(*_before.selection);
-        takeBack();
-    } else {
-        return false;
+// Content that grew too large was taken back, and may have been a step more.
+void CanvasWatch::followAlert(const Stacks& now) {
+    if (!now.redoable.empty()) noteRecorded(now.redoable.back());
+    forgetPrints(std::min(_before.stacks.undoable.size(), now.undoable.size()) + 1, now);
+}
+
+CanvasWatch::Fault CanvasWatch::followUndo(const Stacks& now) {
+    const Stacks& before = _before.stacks;
+    if (now == before) {
+        if (_before.couldUndo) return "canUndo was true, and undo did nothing";
+        return std::nullopt;
+    }
+    if (!_before.couldUndo && _canvas.forgiving() && isSettled()) {
+        return "canUndo was false, and undo did something";
+    }
+    const bool isPlain =
+        now.undoable.size() + 1 == before.undoable.size() &&
+        now.redoable.size() == before.redoable.size() + 1 &&
+        std::equal(before.redoable.begin(), before.redoable.end(), now.redoable.begin());
+    if (!isPlain) return followRecords(now, 1);
+    noteRecorded(now.redoable.back());
+    return std::nullopt;
+}
+
+CanvasWatch::Fault CanvasWatch::followRedo(const Stacks& now) {
+    const Stacks& before = _before.stacks;
+    if (now == before) {
+        if (!before.redoable.empty()) return "there was something to redo, and nothing was";
+        return std::nullopt;
+    }
+    const bool isPlain = !before.redoable.empty() &&
+                         now.redoable.size() + 1 == before.redoable.size() &&
+                         now.undoable.back() == before.redoable.back();
+    if (!isPlain) return followRecords(now, 0);
+    noteRecorded(now.undoable.back());
+    return std::nullopt;
+}
+
+// Records come on top of what there was, empty what was to be redone, and may then be undone.
+CanvasWatch::Fault CanvasWatch::followRecords(const Stacks& now, std::size_t undone) {
+    const Stacks& before = _before.stacks;
+    const bool isRecorded = now.redoable.size() == undone && now.height() > before.undoable.size();
+    if (!isRecorded && !followDeletion(now)) {
+        return "the steps to undo and redo were " + std::to_string(before.undoable.size()) +
+               " and " + std::to_string(before.redoable.size()) + " and are " +
+               std::to_string(now.undoable.size()) + " and " + std::to_string(now.redoable.size());
+    }
+    for (std::size_t step = before.undoable.size(); step < now.undoable.size(); ++step)
+        noteRecorded(now.undoable[step]);
+    if (undone > 0) noteRecorded(now.redoable.back());
+    forgetPrints(before.undoable.size() + 1, now);
+    return std::nullopt;
+}
+
+// By itself a deletion leaves what there is to redo.
+bool CanvasWatch::followDeletion(const Stacks& now) {
+    const auto isGone = [this](const ToolRef& tool) { return !contains(_canvas.tools(), tool); };
+    const bool isDeletion = !_canvas.forgiving() && now.redoable == _before.stacks.redoable &&
+                            now.undoable.size() == _before.stacks.undoable.size() + 1 &&
+                            std::ranges::all_of(now.undoable.back().members, isGone);
+    if (!isDeletion) return false;
+    for (const Entry& entry : now.redoable) {
+        for (const ToolRef& tool : entry.members)
+            if (contains(now.undoable.back().members, tool)) _unknown.insert(tool);
     }
     return true;
 }
 
-void CanvasWatch::followHistory(bool isUndo) {
-    for (const ToolRef& tool : _before.invalid)
-        _model.forget(tool);
-    followUnfinished();
-    followEndOfRotation(0);
-    if (!(isUndo ? _model.undo() : _model.redo())) return;
-    for (const ToolRef& tool : (isUndo ? _model.redoStack : _model.undoStack).back().members)
-        _unrecorded.erase(tool);
-    takeBack();
-}
-
-// What is being made or typed ends before the history is stepped: on record, or as nothing.
-void CanvasWatch::followUnfinished() {
-    const auto stepsOf = [](std::vector<Entry> steps, const std::vector<Entry>& redoable) {
-        steps.insert(steps.end(), redoable.rbegin(), redoable.rend());
-        return steps;
-    };
-    const std::vector<Entry> steps = stepsOf(entriesOf(_canvas.undoManager().undoTools()),
-                                             entriesOf(_canvas.undoManager().redoTools()));
-    const std::vector<Entry> known = stepsOf(_model.undoStack, _model.redoStack);
-    // The latest step of each tool, in the order of the steps.
-    for (auto step = steps.begin(); step != steps.end(); ++step) {
-        if (step->isGroup || !_before.created.contains(step->members.front())) continue;
-        if (std::find(step + 1, steps.end(), *step) != steps.end()) continue;
-        if (std::ranges::count(steps, *step) > std::ranges::count(known, *step)) record(*step);
-    }
-    for (const ToolRef& tool : _before.created) {
-        if (!_model.current(tool) && !contains(_canvas.tools(), tool)) _model.forget(tool);
-    }
-}
-
-// A selection that is dropped while it is being turned is recorded first.
-void CanvasWatch::followEndOfRotation(std::size_t recordsToCome) {
-    if (!_before.selection || !isTurning()) return;
-    std::size_t records = 0;
-    for (const ToolList* stack : stacksOf(_canvas))
-        records += static_cast<std::size_t>(std::ranges::count_if(
-            *stack, [this](const ToolRef& entry) { return !_before.entries.contains(entry); }));
-    if (records > recordsToCome) record(*_before.selection);
-}
-
-bool CanvasWatch::changesSelection(const std::string& name,
-                                   const JsonValue::Array& arguments) const {
-    if (!_before.selection) return false;
-    const ToolList& members = _before.selection->members;
-    return std::ranges::any_of(members, [&](const ToolRef& tool) {
-        const Feature* last = _model.current(tool);
-        if (!last) return true;
-        // A text's width is that of the pen for its type; no snapshot has it.
-        if (name == "setDrawLineWidth" && isText(*tool)) {
-            const double size = static_cast<const MDrawText&>(*tool).fontSize();
-            return *last->get<double>("MDrawText-fontSize") != size ||
-                   tool->lineWidth() != *arguments[0].number();
-        }
-        if (name == "setDrawLineWidth") {
-            return *last->get<double>("MDrawTool-lineWidth") != *arguments[0].number();
-        }
-        if (name == "setDrawTypeForType") {
-            const auto style = static_cast<std::int64_t>(*arguments[0].number());
-            return *last->get<std::int64_t>("MDrawTool-drawType") != style;
-        }
-        gfx::ColorRef color;
-        readValue(arguments[0], color);
-        const auto* lastColor = last->get<gfx::ColorRef>("MDrawTool-color");
-        // Members that have their colours from different steps share none.
-        return !lastColor || !gfx::equalColors(*lastColor, color) ||
-               *lastColor !=
-                   *_model.current(members.front())->get<gfx::ColorRef>("MDrawTool-color");
+// By itself the canvas sweeps away, with all their steps, tools that were never finished or that
+// are not valid any more.
+bool CanvasWatch::isForgotten(const Stacks& now) const {
+    const auto isSwept = [this](const ToolRef& tool) { return !contains(_canvas.tools(), tool); };
+    if (_canvas.forgiving() || !isAnyOf(_before.unfinished, isSwept)) return false;
+    return std::ranges::any_of(_before.stacks.undoable, [&](const Entry& entry) {
+        const auto isIt = [&](const Entry& other) { return other.entry == entry.entry; };
+        return std::ranges::none_of(now.undoable, isIt) && std::ranges::none_of(now.redoable, isIt);
     });
 }
 
-void CanvasWatch::record(const Entry& entry) {
-    const bool isStepped = _alerts > 0 || _stepsHistory;
-    _model.record(entry, [isStepped](MDrawTool& tool) -> std::optional<Feature> {
-        if (!tool.isDrawVaild()) return std::nullopt;
-        const bool hasChangedSince = isStepped || isText(tool);
-        return hasChangedSince ? *tool.undoMgr().featureList().back() : tool.getFeature();
-    });
+void CanvasWatch::forgetPrints(std::size_t from, const Stacks& now) {
+    _prints.resize(from);
+    _prints.resize(now.height() + 1);
+}
+
+// A second finger, a call in the middle of a drag and a rotation that is refused or broken off
+// leave what was dragged where it is; letting go of a tool may bring it within its bounds.
+void CanvasWatch::noteUnrecorded(const JsonValue& step) {
+    const bool isTouch = step.find("touch");
+    const bool isSeveral = _before.isSeveralFingers || _canvas.window()->activeTouches().size() > 1;
+    const bool breaksOff =
+        step.find("gesture") || (isTouch && isSeveral) || (_before.isFingerDown && !isTouch);
+    const ToolList held = selected();
+    if (breaksOff) _unrecorded.insert(held.begin(), held.end());
+    for (const ToolRef& tool : _before.selected) {
+        const bool isLetGo = !contains(held, tool);
+        const auto print = isLetGo ? printOf(printsOf(_canvas), tool) : std::nullopt;
+        const bool isChanged = print && print != printOf(_before.prints, tool);
+        if (breaksOff || isChanged) _unrecorded.insert(tool);
+    }
+}
+
+void CanvasWatch::noteRecorded(const Entry& entry) {
     for (const ToolRef& tool : entry.members)
         _unrecorded.erase(tool);
 }
 
-void CanvasWatch::takeBack() {
-    for (; _alerts > 0; --_alerts)
-        _model.undo();
-}
-
-// Lets the canvas say what came, went and was recorded.
-void CanvasWatch::observe(Fault& fault) {
-    for (const ToolRef& tool : _canvas.tools()) {
-        if (!_model.isOnCanvas(tool) && !_model.histories.contains(tool)) _model.begin(tool);
-    }
-    const std::vector<Entry> redone = entriesOf(_canvas.undoManager().redoTools());
-    if (_alerts > 0 && !redone.empty()) {
-        fault = observeRecord(redone.back());
-        takeBack();
-    }
-    if (!fault) fault = observeVanished();
-    const std::vector<Entry> recorded = entriesOf(_canvas.undoManager().undoTools());
-    while (!fault && _model.undoStack.size() < recorded.size())
-        fault = observeRecord(recorded[_model.undoStack.size()]);
-}
-
-CanvasWatch::Fault CanvasWatch::observeVanished() {
-    const std::vector<Entry> recorded = entriesOf(_canvas.undoManager().undoTools());
-    for (const ToolRef& tool : ToolList(_model.tools)) {
-        if (contains(_canvas.tools(), tool)) continue;
-        const bool isRecorded =
-            recorded.size() > _model.undoStack.size() && contains(recorded.back().members, tool);
-        if (isRecorded) continue;
-        const bool isUnfinished = _before.created.contains(tool) || !tool->isDrawVaild();
-        if (!isUnfinished) return tool->name() + " has gone without a record";
-        _model.forget(tool);
-    }
-    return std::nullopt;
-}
-
-CanvasWatch::Fault CanvasWatch::observeRecord(const Entry& entry) {
-    const ToolRef& first = entry.members.front();
-    if (entry.isGroup) {
-        const bool wasSelected = _before.selection && *_before.selection == entry;
-        if (!wasSelected) return "a record of tools that were not selected: " + namesOf({entry});
-    } else if (contains(_before.tools, first) && !_before.created.contains(first)) {
-        return "a record of a tool that was neither made nor edited: " + first->name();
-    }
-    const bool isRemoved =
-        _alerts == 0 && _model.isOnCanvas(first) && !contains(_canvas.tools(), first);
-    if (isRemoved) {
-        _model.remove(entry);
-    } else {
-        record(entry);
-    }
-    return std::nullopt;
-}
-
 // ---- what must be so after every step
 
-CanvasWatch::Fault CanvasWatch::check() const {
-    if (Fault fault = checkStacks()) return fault;
+CanvasWatch::Fault CanvasWatch::checkNothingIsMade() const {
+    // Fingers, texts and freehand drawings have had the time to come to rest.
+    if (!isQuiet() || _quietTime < 3) return std::nullopt;
+    for (const ToolRef& tool : _canvas.tools())
+        if (tool->isNewBuild()) return tool->name() + " is still being made";
+    if (_canvas.handingTool()) {
+        return "the canvas still holds " + _canvas.handingTool()->name() + " as being made";
+    }
+    return std::nullopt;
+}
+
+CanvasWatch::Fault CanvasWatch::checkHistory(const Stacks& now) const {
+    const std::pair known{_canvas.canUndo(), _canvas.canRedo()};
+    if (_listener->told != known) return "the owner was told otherwise of canUndo and canRedo";
+    const std::pair held{!now.undoable.empty(), !now.redoable.empty()};
+    if (isSettled() && known != held) return "canUndo and canRedo do not say what the stacks hold";
+    return std::nullopt;
+}
+
+CanvasWatch::Fault CanvasWatch::checkPrints(std::size_t height) {
+    const ToolPrints now = printsOf(_canvas, _unrecorded);
+    std::optional<ToolPrints>& then = _prints[height];
+    if (!then) then = now;
+    const auto difference = differenceOf(*then, now, _unknown);
+    if (difference) {
+        return "with " + std::to_string(height) +
+               " steps done there was another picture: " + *difference;
+    }
+    for (ToolPrint& each : *then)
+        if (!each.print) each.print = printOf(now, each.tool);
+    return std::nullopt;
+}
+
+// Rotations are kept in single precision, so an extent may lie a little beyond. Drawing fits a
+// text's box and font to each other after the content's measuring.
+CanvasWatch::Fault CanvasWatch::checkContent() const {
+    if (_canvas.clipsToPicture()) return std::nullopt;
+    const gfx::Rect room = _canvas.ctxRect().inset(-0.001, -0.001);
     for (const ToolRef& tool : _canvas.tools()) {
-        if (Fault fault = checkHistory(tool)) return fault;
-        if (!isQuiet() || tool->isNewBuild()) continue;
-        if (Fault fault = checkResting(tool)) return fault;
-    }
-    if (Fault fault = checkNothingIsMade()) return fault;
-    return isQuiet() ? checkContent(_unrecorded) : std::nullopt;
-}
-
-CanvasWatch::Fault CanvasWatch::checkStacks() const {
-    const auto compare = [](const std::string& what, const auto& expected,
-                            const auto& actual) -> Fault {
-        if (expected == actual) return std::nullopt;
-        return what + ": " + namesOf(actual) + " instead of " + namesOf(expected);
-    };
-    if (Fault fault = compare("the tools", _model.tools, _canvas.tools())) return fault;
-    MUndoManager& manager = _canvas.undoManager();
-    const auto undoable = entriesOf(manager.undoTools());
-    const auto redoable = entriesOf(manager.redoTools());
-    if (Fault fault = compare("to undo", _model.undoStack, undoable)) return fault;
-    if (Fault fault = compare("to redo", _model.redoStack, redoable)) return fault;
-    if (_canvas.canUndo() != !undoable.empty() || _canvas.canRedo() != !redoable.empty()) {
-        return "canUndo and canRedo do not say what the stacks hold";
-    }
-    return std::nullopt;
-}
-
-CanvasWatch::Fault CanvasWatch::checkHistory(const ToolRef& tool) const {
-    const auto found = _model.histories.find(tool);
-    const MToolUndoManager& kept = tool->undoMgr();
-    const std::size_t states = found == _model.histories.end() ? 0 : found->second.states.size();
-    if (kept.featureList().size() != states) {
-        return tool->name() + " has " + std::to_string(kept.featureList().size()) +
-               " states instead of " + std::to_string(states);
-    }
-    const Feature* expected = _model.current(tool);
-    if (!expected) return std::nullopt;
-    const auto key = kept.feature() ? differingKey(*tool, *expected, *kept.feature()) : "state";
-    if (key) return tool->name() + " has another " + *key + " on record than when it was recorded";
-    return std::nullopt;
-}
-
-CanvasWatch::Fault CanvasWatch::checkResting(const ToolRef& tool) const {
-    if (_unrecorded.contains(tool)) return std::nullopt;
-    const Feature* expected = _model.current(tool);
-    if (!expected) return tool->name() + " is on the canvas without a record";
-    const auto key = differingKey(*tool, *expected, tool->getFeature());
-    const bool isFitted = isText(*tool) && (key == "box" || key == "MDrawText-fontSize");
-    if (key && !isFitted) {
-        return tool->name() + " has another " + *key + " than its record";
+        const bool isGround = tool->toolClass().layer() == ToolLayer::Ground;
+        if (isGround || tool->toolClass().isKindOf(MDrawText::Class())) continue;
+        if (_unrecorded.contains(tool) || room.contains(tool->frameIncludeLineWidth())) continue;
+        return tool->name() + " reaches beyond ctxRect";
     }
     return std::nullopt;
 }

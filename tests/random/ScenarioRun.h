@@ -8,7 +8,7 @@
 
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
-#include "tests/random/StepWatch.h"
+#include "tests/random/CanvasWatch.h"
 
 namespace kalim::test {
 
@@ -51,7 +51,7 @@ private:
     std::shared_ptr<gfx::Device> _device;
     std::unique_ptr<ScenarioFiles> _files;
     std::unique_ptr<ScenarioPlayer> _player;
-    std::unique_ptr<StepWatch> _watch;
+    std::unique_ptr<CanvasWatch> _watch;
     std::optional<std::string> _fault;
     Lines _played;
 };
