@@ -139,24 +139,6 @@ TEST(MDrawMutableSelect, ScalingAfterAMoveKeepsTheCentreThatTheMembersWereGather
     EXPECT_EQ(first->frame(), gfx::Rect(125, -50, 100, 100));
 }
 
-TEST(MDrawMutableSelect, LinesStayWhereTheyAreWhenAGroupIsDraggedByItsBody) {
-    const auto box = boxAt(0, 0);
-    const auto arrow = MDrawArrow::initWithStartPoint({100, 0});
-    arrow->setEndPoint({100, 100});
-    arrow->setLineWidth(2);
-    const auto group = groupOf({box, arrow});
-    ASSERT_TRUE(group->hitOnHandle({50, 50}));
-    EXPECT_EQ(group->moveDirection(), MoveDirection::Body);
-    group->tryMovePointEndPoint({50, 50}, {60, 70});
-    EXPECT_EQ(box->startPoint(), (gfx::Point{10, 20}));
-    EXPECT_EQ(arrow->startPoint(), (gfx::Point{100, 0}));
-    EXPECT_EQ(arrow->moveDirection(), MoveDirection::GroupedLine);
-    // Scaling reaches lines, too.
-    group->setMoveDirection(MoveDirection::Scale);
-    group->tryMovePointEndPoint({60, 70}, {200, 200});
-    EXPECT_NE(arrow->startPoint(), (gfx::Point{100, 0}));
-}
-
 TEST(MDrawMutableSelect, SeveralShareOneHandleRightOfAndAboveTheCorner) {
     const auto first = boxAt(0, 0);
     const auto second = boxAt(100, 50);

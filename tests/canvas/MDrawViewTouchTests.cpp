@@ -14,53 +14,6 @@ namespace {
 
 using test::CanvasHost;
 
-TEST(MDrawViewTouches, ATapLeavesNoDotAndADragDrawsWithTheCurrentSettings) {
-    CanvasHost host;
-    host.pick(ToolType::Rectangle, 1);
-    host.canvas->setDrawLineWidth(12);
-    const auto blue = gfx::makeColor(0, 0, 1);
-    host.canvas->setDrawColorIsTranslucent(blue, false);
-    host.tap({100, 100});
-    EXPECT_TRUE(host.canvas->tools().empty());
-    host.down({100, 100});
-    host.move({150, 140});
-    const ToolRef box = host.canvas->tools().front();
-    EXPECT_TRUE(box->isNewBuild());
-    EXPECT_FALSE(host.canvas->canUndo());
-    host.up({200, 180});
-    EXPECT_EQ(box->startPoint(), (gfx::Point{100, 100}));
-    EXPECT_EQ(box->endPoint(), (gfx::Point{200, 180}));
-    EXPECT_EQ(box->color(), blue);
-    EXPECT_EQ(box->lineWidth(), 12);
-    EXPECT_EQ(box->drawType(), 1u);
-    EXPECT_FALSE(box->isNewBuild());
-    EXPECT_TRUE(host.canvas->canUndo());
-    EXPECT_FALSE(host.canvas->hasSelectedTools());
-}
-
-TEST(MDrawViewTouches, ALineEndsAtItsLastMoveAndABoxWhereTheFingerLeaves) {
-    CanvasHost host;
-    host.pick(ToolType::Line);
-    host.down({10, 10});
-    host.move({50, 10});
-    host.up({60, 10});
-    EXPECT_EQ(host.canvas->tools().back()->endPoint(), (gfx::Point{50, 10}));
-    host.pick(ToolType::Rectangle);
-    host.down({10, 100});
-    host.move({50, 150});
-    host.up({60, 160});
-    EXPECT_EQ(host.canvas->tools().back()->endPoint(), (gfx::Point{60, 160}));
-}
-
-TEST(MDrawViewTouches, ATooSmallToolIsDroppedWithoutARecord) {
-    CanvasHost host;
-    EXPECT_FALSE(host.draw(ToolType::Line, {10, 10}, {13, 14}));
-    EXPECT_FALSE(host.draw(ToolType::Rectangle, {10, 10}, {15, 15}));
-    EXPECT_FALSE(host.canvas->canUndo());
-    EXPECT_FALSE(host.canvas->handingTool());
-    EXPECT_TRUE(host.draw(ToolType::Line, {10, 10}, {40, 40}));
-}
-
 TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
     CanvasHost host;
     for (const std::int64_t type : {8, -1}) {
@@ -68,90 +21,6 @@ TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
         host.drag({10, 10}, {100, 100});
         EXPECT_TRUE(host.canvas->tools().empty()) << type;
     }
-}
-
-TEST(MDrawViewTouches, ATapSelectsTheTopmostToolAndASecondTapLetsGo) {
-    CanvasHost host;
-    const ToolRef lower = host.draw(ToolType::Line, {50, 100}, {250, 100});
-    // Begun beside the lower line, so that it is drawn rather than the other one dragged.
-    const ToolRef upper = host.draw(ToolType::Line, {150, 50}, {150, 200});
-    host.events->take();
-    host.tap({150, 100});
-    EXPECT_TRUE(host.isSelected(upper));
-    EXPECT_TRUE(upper->selected());
-    const std::vector<std::string> selected{"started", "selected", "type 6 #00FF00FF 2"};
-    EXPECT_EQ(host.events->take(), selected);
-    host.tap({80, 100});
-    EXPECT_TRUE(host.isSelected(lower));
-    EXPECT_FALSE(host.isSelected(upper) || upper->selected());
-    host.tap({80, 100});
-    EXPECT_FALSE(host.canvas->hasSelectedTools());
-    host.tap({80, 100});
-    host.events->take();
-    host.tap({300, 400});
-    const std::vector<std::string> unselected{"started", "unselected", "type -1 none 0"};
-    EXPECT_EQ(host.events->take(), unselected);
-}
-
-TEST(MDrawViewTouches, DraggingAnUnselectedToolSelectsAndMovesItInOneStep) {
-    CanvasHost host;
-    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
-    host.drag({150, 100}, {160, 130});
-    EXPECT_TRUE(host.isSelected(box));
-    EXPECT_EQ(box->frame(), gfx::Rect(110, 130, 100, 100));
-    EXPECT_EQ(host.canvas->tools().size(), 1u);
-    EXPECT_TRUE(host.canvas->undo());
-    EXPECT_EQ(box->frame(), gfx::Rect(100, 100, 100, 100));
-    EXPECT_FALSE(host.canvas->hasSelectedTools());
-    EXPECT_TRUE(host.canvas->undo());
-    EXPECT_FALSE(host.canvas->canUndo());
-}
-
-TEST(MDrawViewTouches, ASelectedBoxIsResizedByItsCornersPastTheOppositeOnes) {
-    CanvasHost host;
-    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 200});
-    host.tap({150, 100});
-    host.drag({200, 200}, {60, 50});
-    EXPECT_EQ(box->frame(), gfx::Rect(60, 50, 40, 50));
-    host.drag({60, 50}, {50, 40});
-    EXPECT_EQ(box->frame(), gfx::Rect(50, 40, 50, 60));
-}
-
-TEST(MDrawViewTouches, WhileSomethingIsSelectedAFingerElsewhereMayTrembleWithoutDrawing) {
-    CanvasHost host;
-    const ToolRef line = host.draw(ToolType::Line, {50, 100}, {250, 100});
-    host.tap({150, 100});
-    host.down({150, 300});
-    host.move({152, 302});
-    EXPECT_TRUE(host.isSelected(line));
-    host.move({153, 300});
-    EXPECT_FALSE(host.canvas->hasSelectedTools());
-    EXPECT_EQ(host.canvas->tools().size(), 2u);
-    EXPECT_EQ(host.canvas->tools().back()->startPoint(), (gfx::Point{150, 300}));
-    host.up();
-    EXPECT_EQ(host.canvas->tools().size(), 1u);
-}
-
-TEST(MDrawViewTouches, ASecondFingerKeepsAValidToolAndDropsAHalfDrawnOne) {
-    CanvasHost host;
-    // Else the two fingers would move the view.
-    host.canvas->setEnableGesture(false);
-    const auto drawUntilSecondFinger = [&](gfx::Point to) {
-        host.pick(ToolType::Rectangle);
-        host.down({50, 50});
-        host.move(to);
-        host.window().fingersBegan({{2, {300, 300}}});
-        EXPECT_FALSE(host.canvas->handingTool());
-        host.window().fingersMoved({{1, {10, 10}}, {2, {320, 320}}});
-        host.window().fingersEnded({{1, {10, 10}}, {2, {320, 320}}});
-    };
-    drawUntilSecondFinger({60, 60});
-    EXPECT_TRUE(host.canvas->tools().empty());
-    EXPECT_FALSE(host.canvas->canUndo());
-    drawUntilSecondFinger({150, 150});
-    ASSERT_EQ(host.canvas->tools().size(), 1u);
-    EXPECT_EQ(host.canvas->tools().front()->frame(), gfx::Rect(50, 50, 100, 100));
-    EXPECT_TRUE(host.canvas->canUndo());
 }
 
 TEST(MDrawViewTouches, TwoFingersAtOnceLeaveNoInkEvenWhenOneStays) {
@@ -164,36 +33,6 @@ TEST(MDrawViewTouches, TwoFingersAtOnceLeaveNoInkEvenWhenOneStays) {
     host.window().fingersEnded({{1, {150, 150}}});
     EXPECT_TRUE(host.canvas->tools().empty());
     EXPECT_TRUE(host.draw(ToolType::Line, {50, 50}, {100, 100}));
-}
-
-TEST(MDrawViewTouches, ACancelledDragKeepsWhatWasDrawnSoFar) {
-    CanvasHost host;
-    host.pick(ToolType::Rectangle);
-    host.down({50, 50});
-    host.move({150, 150});
-    host.window().fingersCancelled({});
-    ASSERT_EQ(host.canvas->tools().size(), 1u);
-    EXPECT_EQ(host.canvas->tools().front()->frame(), gfx::Rect(50, 50, 100, 100));
-    EXPECT_TRUE(host.canvas->canUndo());
-}
-
-TEST(MDrawViewTouches, TwoFingersTurnTheSelectionAsOneStep) {
-    CanvasHost host;
-    const ToolRef box = host.draw(ToolType::Rectangle, {100, 100}, {200, 160});
-    host.tap({150, 100});
-    host.window().fingersBegan({{1, {100, 400}}, {2, {200, 400}}});
-    // Half of the quarter turn lets the gesture begin, and it measures from there.
-    for (const gfx::Point p : {gfx::Point{200, 500}, {150, 500}, {100, 500}}) {
-        host.window().fingersMoved({{1, {100, 400}}, {2, p}});
-    }
-    host.window().fingersEnded({{1, {100, 400}}, {2, {100, 500}}});
-    EXPECT_NEAR(box->rotateAngle(), std::numbers::pi / 4, 1e-9);
-    EXPECT_EQ(box->lastRotateAngle(), box->rotateAngle());
-    host.canvas->undo();
-    EXPECT_EQ(box->rotateAngle(), 0);
-    EXPECT_TRUE(host.canvas->canUndo());
-    host.canvas->undo();
-    EXPECT_FALSE(host.canvas->canUndo());
 }
 
 TEST(MDrawViewTouches, RotationNeedsASingleSelectedToolAndGesturesSwitchedOn) {
@@ -218,20 +57,6 @@ TEST(MDrawViewTouches, RotationNeedsASingleSelectedToolAndGesturesSwitchedOn) {
     EXPECT_EQ(first->rotateAngle(), 0.5);
     turn();
     EXPECT_EQ(first->rotateAngle(), 1.0);
-}
-
-TEST(MDrawViewTouches, TouchesReachTheCanvasThroughTheZoom) {
-    CanvasHost host;
-    // A picture that fills the view is shown at 0.86 about the centre of the 390 x 844 view.
-    host.canvas->setSnipImage(host.plainPicture(390, 844, {1, 1, 1, 1}));
-    EXPECT_EQ(host.canvas->getScale(), 0.86);
-    const gfx::Point canvasPoint = host.canvas->invertViewPoint({195 + 86, 422 - 86});
-    EXPECT_NEAR(canvasPoint.x, 295, 1e-9);
-    EXPECT_NEAR(canvasPoint.y, 322, 1e-9);
-    const ToolRef line = host.draw(ToolType::Line, {195, 422}, {281, 336});
-    EXPECT_NEAR(line->endPoint().x, 295, 1e-9);
-    host.canvas->setFScal(0.5F);
-    EXPECT_EQ(host.canvas->getScale(), 0.5);
 }
 
 TEST(MDrawViewTouches, ClearingDuringAGestureDoesNotLockTheCanvas) {

@@ -22,46 +22,10 @@ struct ZoomHost : CanvasHost {
         canvas->handlePinchGesture(GestureState::Changed, scale, focus);
         canvas->handlePinchGesture(GestureState::Ended, scale, focus);
     }
-    void pan(gfx::Point by) {
-        canvas->handlePanGesture(GestureState::Began, {});
-        canvas->handlePanGesture(GestureState::Changed, by);
-        canvas->handlePanGesture(GestureState::Ended, by);
-    }
-    gfx::Rect shownPicture() { return canvas->mViewTransform().apply(canvas->bgImgRect()); }
-    // The left and right edges of the blue picture on the screen's middle row.
-    std::pair<int, int> blueOnScreen() {
-        window().display();
-        const auto pixels = window().surface()->makeImage()->pixels();
-        std::pair<int, int> edges{-1, -1};
-        for (int x = 0; x < 390; ++x) {
-            if (pixels->colorAt(x, 422).hex() != "#0000FFFF") continue;
-            if (edges.first < 0) edges.first = x;
-            edges.second = x + 1;
-        }
-        return edges;
-    }
 };
-
-TEST(MDrawViewZoom, APinchKeepsItsFocusWhileItLastsAndAPictureSmallerThanTheViewIsRecentred) {
-    ZoomHost host;
-    host.canvas->handlePinchGesture(GestureState::Began, 1, {95, 422});
-    host.canvas->handlePinchGesture(GestureState::Changed, 1.5, {95, 422});
-    EXPECT_EQ(host.shownPicture(), gfx::Rect(95, 347, 300, 150));
-    host.canvas->handlePinchGesture(GestureState::Ended, 1.5, {95, 422});
-    EXPECT_EQ(host.canvas->contextScale(), 1.5);
-    EXPECT_EQ(host.shownPicture(), gfx::Rect(45, 347, 300, 150));
-    // Shown where the fingers left it, half-way after half the time, there after a quarter second.
-    EXPECT_EQ(host.blueOnScreen().first, 95);
-    host.wait(0.125);
-    EXPECT_NEAR(host.blueOnScreen().first, 70, 3);
-    host.wait(0.15);
-    EXPECT_EQ(host.blueOnScreen(), std::pair(45, 345));
-}
 
 TEST(MDrawViewZoom, TheZoomStaysWithinItsBounds) {
     ZoomHost host;
-    host.pinch(5, {195, 422});
-    EXPECT_EQ(host.canvas->contextScale(), 2.0);
     host.pinch(0.01, {195, 422});
     EXPECT_EQ(host.canvas->contextScale(), 0.5);
     for (const double nonsense : {0.0, -1.0, static_cast<double>(NAN)}) {
@@ -133,18 +97,6 @@ TEST(MDrawViewZoom, ZoomedInThePhotosOwnPixelsAreShown) {
     host.canvas->handlePinchGesture(GestureState::Ended, 8, {195, 422});
     host.wait(0.3);
     EXPECT_NE(shownColumns().find("wwwwwwwwbbbbbbbb"), std::string::npos);
-}
-
-TEST(MDrawViewZoom, APanMovesTheViewAndLeavesTheContentInReach) {
-    ZoomHost host;
-    host.pan({30, -20});
-    EXPECT_EQ(host.shownPicture().origin, (gfx::Point{125, 352}));
-    host.wait(0.3);
-    // A finger draws where it is seen.
-    const ToolRef line = host.draw(ToolType::Line, {130, 360}, {200, 400});
-    EXPECT_EQ(line->startPoint(), (gfx::Point{100, 380}));
-    host.pan({-5000, 0});
-    EXPECT_EQ(host.shownPicture().maxX(), 44);
 }
 
 TEST(MDrawViewZoom, ContentLargerThanTheViewIsFittedAndMayBeZoomedThatFarOut) {
