@@ -69,6 +69,14 @@ TEST(MDrawPolyline, ShowsItsVerticesAndARubberBandWhileItGrows) {
     EXPECT_EQ(drawn(*shape).outlines[0], "stroke [M 0,0 L 100,0] #FF0000FF width=2");
 }
 
+TEST(MDrawPolyline, NoVertexFollowsOnceItIsLetGo) {
+    const auto shape = shapeOf({{0, 0}, {100, 0}, {100, 60}});
+    ASSERT_TRUE(shape->hitOnHandle({100, 0}));
+    shape->stopMoveHandle();
+    shape->tryMovePointEndPoint({100, 0}, {150, 50});
+    EXPECT_EQ(shape->points(), (Points{{0, 0}, {100, 0}, {100, 60}}));
+}
+
 TEST(MDrawAngle, IsFinishedByItsThirdVertexButNotByItsFirst) {
     const auto angle = shapeOf<MDrawAngle>({{0, 0}, {100, 0}});
     angle->drawUp({0, 0});
