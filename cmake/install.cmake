@@ -26,12 +26,16 @@ if(TARGET kalimkit)
   install(TARGETS kalimkit)
 endif()
 
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE docs/embedding.md docs/extending.md docs/scenarios.md docs/window.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # Those that are listed.
 file(STRINGS cmake/headers headers REGEX "^kalimkit/")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS cmake/headers)
 foreach(header IN LISTS headers)
+  if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${header})
+    message(FATAL_ERROR "cmake/headers lists ${header}, which is not there")
+  endif()
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()

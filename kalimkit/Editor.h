@@ -66,7 +66,8 @@ public:
     struct Settings {
         // So many pixels make a point.
         double scale = 1;
-        // Texts are Chinese or English, as "zh-CN" or "en" says; empty asks the process's locale.
+        // Texts are Chinese or English, as "zh-CN" or "en" says; empty asks the
+        // environment's locale, whether setlocale() was called or not.
         std::string language;
         // What is handed over has every pixel of the picture, instead of the screen's.
         bool isPictureSize = true;
@@ -119,8 +120,10 @@ public:
     // A key by its name, "ctrl+shift+z": any of ctrl, alt and shift, in this order, before a letter
     // in lower case, a digit, "[", "]", "=", "-", "plus", "enter", "escape", "tab", "space",
     // "backspace", "delete", "left", "right", "up", "down", "home" or "end"; all others do nothing.
-    // Whether the key did something; if not, it is the host's. docs/window.md lists what they do.
+    // Whether the key did something; if not, it is the host's. Its text goes to textTyped() in
+    // either case. docs/window.md lists what they do.
     bool keyPressed(std::string_view name, bool isRepeated = false);
+    // Only the space is waited for; what of ctrl, alt and shift is still held does not matter.
     void keyReleased(std::string_view name);
     // What the keys have typed, UTF-8, after keyPressed() of them; control characters are left out,
     // as these keys have names. Does nothing unless a text is edited: while caret() is there.
@@ -168,8 +171,8 @@ public:
     };
     // The editor as it is now, and what of it is not as it was in the frame before.
     struct Frame {
-        // Bgra, opaque; the editor's, and as they are until its next call. Null when memory does
-        // not suffice.
+        // Bgra, opaque; the editor's, and as they are until its next call. Null when the editor
+        // has no size, or memory does not suffice.
         const std::uint8_t* pixels = nullptr;
         int width = 0;
         int height = 0;
@@ -181,6 +184,7 @@ public:
 
     // ---- beyond this header
     // Work on the window, the controller and the canvas themselves, which are there in it alone.
+    // The first tick() brings the editor up with its own pen, so a pen is chosen after that.
     void perform(const std::function<void(EditorSeat& seat)>& work);
 
 private:
