@@ -2,10 +2,12 @@
 #include <array>
 
 #include "kalimkit/backend/html/PackedColor.h"
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "kalimkit/ui/control/AlertView.h"
 
 // What the page watches after every call, to tell its listeners what has become different.
