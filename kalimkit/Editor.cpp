@@ -225,10 +225,12 @@ Editor::Editor(Picture picture, double width, double height)
 
 Editor::Editor(Picture picture, double width, double height, const Settings& settings)
     : _life(std::make_shared<Life>(gfx::Size{width, height}, settings)) {
+    gfx::ImageRef image;
+    // The user is told of one that memory does not suffice for, and has an editor without it.
+    _life->run([&] { image = _life->imageOf(std::move(picture)); });
     _life->run([&] {
-        _life->seat->present(EditorSeat::makeEditor(_life->imageOf(std::move(picture)), _life,
-                                                    {settings.isPictureSize, settings.grows}),
-                             _life);
+        _life->seat->present(
+            EditorSeat::makeEditor(image, _life, {settings.isPictureSize, settings.grows}), _life);
     });
 }
 
@@ -344,28 +346,36 @@ void Editor::setKeyboardHeight(double height) {
 }
 
 void Editor::close() {
-    perform([](EditorSeat& seat) { seat.remote()->askToClose(); });
+    // Where memory did not suffice for an editor nobody can be asked.
+    perform(
+        [&](EditorSeat& seat) { seat.remote() ? seat.remote()->askToClose() : _life->close(); });
 }
 
 bool Editor::hasWork() const {
     const EnvironmentScope scope(_life->environment);
-    return _life->seat->editor()->hasWork();
+    const auto& editor = _life->seat->editor();
+    return editor && editor->hasWork();
 }
 
 void Editor::openPicture(Picture picture) {
-    perform(
-        [&](EditorSeat& seat) { seat.remote()->openPicture(_life->imageOf(std::move(picture))); });
+    perform([&](EditorSeat& seat) {
+        if (EditorRemote* const remote = seat.remote())
+            remote->openPicture(_life->imageOf(std::move(picture)));
+    });
 }
 
 Editor::Picture Editor::picture() {
     Picture picture;
-    perform([&](EditorSeat& seat) { picture = Life::pictureOf(seat.editor()->exportedImage()); });
+    perform([&](EditorSeat& seat) {
+        if (seat.editor()) picture = Life::pictureOf(seat.editor()->exportedImage());
+    });
     return picture;
 }
 
 // ---- time and display
 
 void Editor::tick(double now) {
+    if (!std::isfinite(now)) return;
     perform([&](EditorSeat&) {
         ui::RunLoop& loop = _life->environment->runLoop();
         if (!_life->start) _life->start = now - loop.now();

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -168,7 +169,9 @@ TEST_F(EditorTest, TakesPicturesThatAreNoneForWhatTheyAre) {
     EXPECT_EQ(Editor::Picture::copy(half, 1, 1, 4, Editor::Pixels::Rgba).pixels()[2], 128)
         << "premultiplied";
     editor = std::make_unique<Editor>(Editor::Picture(), 300, 600, english());
+    editor->tick(NAN);  // No time either.
     turn();
+    EXPECT_TRUE(editor->keyPressed("r"));
     editor->openPicture(grey());
     EXPECT_EQ(editor->picture().width(), 300);
 }
