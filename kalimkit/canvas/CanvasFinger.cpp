@@ -257,9 +257,12 @@ bool CanvasFinger::finishCreation(gfx::Point p) {
     const ToolClass& kind = _tool->toolClass();
     if (!_hasMoved && kind.beginning() != ToolBeginning::TouchDown) return false;
     const bool isFreehand = kind.recorder() == ToolRecorder::Strokes;
-    _tool->drawUp(p);
+    const ToolRef tool = _tool;
+    tool->drawUp(p);
+    // The owner, told of a text that is typed from now on, may have ended it.
+    if (_tool != tool) return true;
     // No longer under way when the owner is told of the step: it may ask for the picture then.
-    const ToolRef tool = std::exchange(_tool, nullptr);
+    _tool = nullptr;
     if (!tool->isDrawVaild()) {
         _canvas.tools.discard(tool);
         _canvas.freehand.end();
