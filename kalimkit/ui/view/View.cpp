@@ -37,14 +37,18 @@ gfx::Rect standardized(const gfx::Rect& rect) {
 
 }  // namespace
 
-// Changes properties that can be animated.
+// Changes properties that can be animated. A view that only sets out shows what it did before, so
+// its place is marked once.
 template <typename Change>
 void View::change(std::initializer_list<ViewProperty> properties, Change make) {
-    change([&] {
-        startMotion(properties);
-        make();
-        settleMotion();
-    });
+    const bool stoodStill = !_motion;
+    damageExtent();
+    startMotion(properties);
+    make();
+    settleMotion();
+    if (stoodStill && _motion) return;
+    forgetExtent();
+    damageExtent();
 }
 
 // ---- making
