@@ -42,8 +42,8 @@ bool AffineTransform::isInvertible() const {
 }
 
 AffineTransform AffineTransform::inverted() const {
-    if (!isInvertible()) return *this;
     const double value = determinant();
+    if (!std::isfinite(value) || value == 0) return *this;
     return {d / value,
             -b / value,
             -c / value,
@@ -55,7 +55,8 @@ AffineTransform AffineTransform::inverted() const {
 Rect AffineTransform::apply(const Rect& rect) const {
     // Two corners tell where the others are.
     if (b == 0 && c == 0) {
-        return Rect::spanning(apply(rect.origin), apply(Point{rect.maxX(), rect.maxY()}));
+        const Point end{rect.origin.x + rect.size.width, rect.origin.y + rect.size.height};
+        return Rect::spanning(apply(rect.origin), apply(end));
     }
     const Point corners[] = {apply(rect.origin), apply(Point{rect.maxX(), rect.minY()}),
                              apply(Point{rect.maxX(), rect.maxY()}),

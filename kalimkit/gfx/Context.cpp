@@ -20,7 +20,10 @@ bool isFinite(const AffineTransform& t) {
 }
 
 bool isFinite(const Path& path) {
-    return std::ranges::all_of(path.points(), [](Point p) { return isFinite(p); });
+    for (const Point& p : path.points()) {
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) return false;
+    }
+    return true;
 }
 
 // Further than anything is drawn, and small enough to calculate with.
@@ -36,7 +39,11 @@ Path rectPath(const Rect& rect) {
 
 // Of every corner: a bounding box could hide one.
 bool isFinite(const Rect& rect, const AffineTransform& transform) {
-    return isFinite(rectPath(rect).transformed(transform));
+    const double right = rect.origin.x + rect.size.width;
+    const double bottom = rect.origin.y + rect.size.height;
+    return isFinite(transform.apply(rect.origin)) && isFinite(transform.apply({right, bottom})) &&
+           isFinite(transform.apply({right, rect.origin.y})) &&
+           isFinite(transform.apply({rect.origin.x, bottom}));
 }
 
 Path ellipsePath(const Rect& rect) {

@@ -126,11 +126,13 @@ void Path::close() {
 }
 
 void Path::addRect(const Rect& rect) {
-    moveTo(rect.origin);
-    lineTo({rect.maxX(), rect.minY()});
-    lineTo({rect.maxX(), rect.maxY()});
-    lineTo({rect.minX(), rect.maxY()});
-    close();
+    using enum PathCommand;
+    const Point start = rect.origin;
+    const Point end{start.x + rect.size.width, start.y + rect.size.height};
+    _commands.insert(_commands.end(), {Move, Line, Line, Line, Close});
+    _points.insert(_points.end(), {start, {end.x, start.y}, end, {start.x, end.y}});
+    _current = start;
+    _subpathStart = start;
 }
 
 void Path::addEllipse(const Rect& rect) {

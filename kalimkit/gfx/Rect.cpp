@@ -5,6 +5,23 @@
 
 namespace kalim::gfx {
 
+namespace {
+
+struct Edges {
+    double left;
+    double top;
+    double right;
+    double bottom;
+};
+
+Edges commonEdges(const Rect& a, const Rect& b) {
+    return {std::max(a.origin.x, b.origin.x), std::max(a.origin.y, b.origin.y),
+            std::min(a.origin.x + a.size.width, b.origin.x + b.size.width),
+            std::min(a.origin.y + a.size.height, b.origin.y + b.size.height)};
+}
+
+}  // namespace
+
 Rect Rect::spanning(Point a, Point b) {
     return {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(b.x - a.x), std::abs(b.y - a.y)};
 }
@@ -19,23 +36,21 @@ bool Rect::contains(const Rect& other) const {
 }
 
 bool Rect::intersects(const Rect& other) const {
-    return !intersection(other).isEmpty();
+    const Edges common = commonEdges(*this, other);
+    return common.right > common.left && common.bottom > common.top;
 }
 
 Rect Rect::intersection(const Rect& other) const {
-    const double left = std::max(minX(), other.minX());
-    const double top = std::max(minY(), other.minY());
-    const double right = std::min(maxX(), other.maxX());
-    const double bottom = std::min(maxY(), other.maxY());
+    const auto [left, top, right, bottom] = commonEdges(*this, other);
     if (!(right > left && bottom > top)) return {left, top, 0, 0};
     return {left, top, right - left, bottom - top};
 }
 
 Rect Rect::unionWith(const Rect& other) const {
-    const double left = std::min(minX(), other.minX());
-    const double top = std::min(minY(), other.minY());
-    const double right = std::max(maxX(), other.maxX());
-    const double bottom = std::max(maxY(), other.maxY());
+    const double left = std::min(origin.x, other.origin.x);
+    const double top = std::min(origin.y, other.origin.y);
+    const double right = std::max(origin.x + size.width, other.origin.x + other.size.width);
+    const double bottom = std::max(origin.y + size.height, other.origin.y + other.size.height);
     return {left, top, right - left, bottom - top};
 }
 

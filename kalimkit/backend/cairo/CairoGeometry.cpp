@@ -17,9 +17,9 @@ void tracePath(cairo_t* context, const Path& path, double scale) {
     cairo_new_path(context);
     const Point* next = path.points().data();
     const auto take = [&] {
-        const Point p = *next++ * scale;
-        return Point{std::clamp(p.x, -largestCoordinate, largestCoordinate),
-                     std::clamp(p.y, -largestCoordinate, largestCoordinate)};
+        const Point& p = *next++;
+        return Point{std::clamp(p.x * scale, -largestCoordinate, largestCoordinate),
+                     std::clamp(p.y * scale, -largestCoordinate, largestCoordinate)};
     };
     Point current;
     Point subpathStart;

@@ -11,8 +11,10 @@ DeviceBox DeviceBox::around(const Rect& rect) {
     const auto limited = [](double value) {
         return static_cast<int>(std::clamp(value, -largestCoordinate, largestCoordinate));
     };
-    return {limited(std::floor(rect.minX())), limited(std::floor(rect.minY())),
-            limited(std::ceil(rect.maxX())), limited(std::ceil(rect.maxY()))};
+    const Point start = rect.origin;
+    return {limited(std::floor(start.x)), limited(std::floor(start.y)),
+            limited(std::ceil(start.x + rect.size.width)),
+            limited(std::ceil(start.y + rect.size.height))};
 }
 
 DeviceBox DeviceBox::intersection(const DeviceBox& other) const {

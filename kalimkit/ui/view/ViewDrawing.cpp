@@ -108,7 +108,8 @@ void View::damage(gfx::Rect rect) {
         const ViewPlace& place = view->shown().place;
         if (view->_clipsToBounds) rect = rect.intersection(place.bounds);
         if (rect.isEmpty()) return;
-        rect = place.toSuperview().apply(view->withShadow(rect));
+        if (view->_decoration) rect = view->withShadow(rect);
+        rect = place.toSuperview().apply(rect);
         if (!view->_superview) break;
         view = view->_superview;
     }
