@@ -23,6 +23,23 @@ TEST(MDrawViewTouches, ATypeWithoutAClassDrawsNothing) {
     }
 }
 
+TEST(MDrawViewTouches, AnOwnerMayEndATextAtOnceThatItIsToldOf) {
+    struct Ender : MDrawViewDelegate {
+        void textToolEditing(bool isEditing) override {
+            if (isEditing) canvas->clearTools();
+        }
+        std::shared_ptr<MDrawView> canvas;
+    };
+    CanvasHost host;
+    const auto owner = std::make_shared<Ender>();
+    owner->canvas = host.canvas;
+    host.canvas->setDrawViewdelegate(owner);
+    host.pick(ToolType::Text);
+    host.tap({100, 100});
+    EXPECT_TRUE(host.canvas->tools().empty());
+    EXPECT_EQ(host.canvas->fingerState(), FingerState::Idle);
+}
+
 TEST(MDrawViewTouches, TwoFingersAtOnceLeaveNoInkEvenWhenOneStays) {
     CanvasHost host;
     host.pick(ToolType::Line);
