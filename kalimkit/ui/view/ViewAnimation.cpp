@@ -127,8 +127,8 @@ bool View::isAnimating() const {
     if (_motion && (_motion->hasProperties() || _motion->animations().isRunning(now()))) {
         return true;
     }
-    return std::ranges::any_of(
-        ownedLayers(), [](const auto& layer) { return layer->isAnimating(); });
+    return std::ranges::any_of(ownedLayers(),
+                               [](const auto& layer) { return layer->isAnimating(); });
 }
 
 // ---- keyed animations
