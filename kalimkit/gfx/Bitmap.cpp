@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <utility>
 
 namespace kalim::gfx {
 
@@ -14,16 +15,33 @@ std::uint8_t toByte(double component) {
 
 }  // namespace
 
+Bitmap::Bitmap(const Bitmap& other) : Bitmap(unwritten(other.width(), other.height())) {
+    std::copy_n(other.data(), byteCount(), data());
+}
+
+Bitmap::Bitmap(Bitmap&& other) noexcept
+    : _size(std::exchange(other._size, {})), _bytes(std::move(other._bytes)) {}
+
+Bitmap& Bitmap::operator=(Bitmap other) noexcept {
+    std::swap(_size, other._size);
+    std::swap(_bytes, other._bytes);
+    return *this;
+}
+
 Bitmap::Bitmap(int width, int height) : Bitmap(unwritten(width, height)) {
-    std::ranges::fill(_bytes, std::uint8_t{0});
+    std::fill_n(data(), byteCount(), std::uint8_t{0});
 }
 
 Bitmap Bitmap::unwritten(int width, int height) {
     Bitmap bitmap;
     if (width <= 0 || height <= 0) return bitmap;
     bitmap._size = {width, height};
-    bitmap._bytes.resize(bitmap.stride() * static_cast<std::size_t>(height));
+    bitmap._bytes = std::make_unique_for_overwrite<std::uint8_t[]>(bitmap.byteCount());
     return bitmap;
+}
+
+bool Bitmap::operator==(const Bitmap& other) const {
+    return _size == other._size && std::equal(data(), data() + byteCount(), other.data());
 }
 
 Color Bitmap::colorAt(int x, int y) const {

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
@@ -16,6 +15,10 @@ namespace kalim::gfx {
 class KALIM_API Bitmap {
 public:
     Bitmap() = default;
+    Bitmap(const Bitmap& other);
+    // The other one is empty afterwards.
+    Bitmap(Bitmap&& other) noexcept;
+    Bitmap& operator=(Bitmap other) noexcept;
     // All bytes zero: transparent black. A side of zero or below gives an empty bitmap.
     Bitmap(int width, int height);
     // Its bytes are anything, for somebody who is about to write every one of them.
@@ -27,34 +30,26 @@ public:
     bool isEmpty() const { return _size.isEmpty(); }
     // Counts the bytes from one row to the next.
     std::size_t stride() const { return static_cast<std::size_t>(_size.width) * 4; }
-    std::size_t byteCount() const { return _bytes.size(); }
-
-    std::uint8_t* row(int y) { return _bytes.data() + stride() * static_cast<std::size_t>(y); }
-    const std::uint8_t* row(int y) const {
-        return _bytes.data() + stride() * static_cast<std::size_t>(y);
+    std::size_t byteCount() const {
+        return isEmpty() ? 0 : stride() * static_cast<std::size_t>(_size.height);
     }
-    std::uint8_t* data() { return _bytes.data(); }
-    const std::uint8_t* data() const { return _bytes.data(); }
+
+    std::uint8_t* row(int y) { return _bytes.get() + stride() * static_cast<std::size_t>(y); }
+    const std::uint8_t* row(int y) const {
+        return _bytes.get() + stride() * static_cast<std::size_t>(y);
+    }
+    std::uint8_t* data() { return _bytes.get(); }
+    const std::uint8_t* data() const { return _bytes.get(); }
 
     // One pixel with straight components. The position must lie inside.
     Color colorAt(int x, int y) const;
     void setColorAt(int x, int y, const Color& color);
 
-    bool operator==(const Bitmap&) const = default;
+    bool operator==(const Bitmap& other) const;
 
 private:
-    // Leaves new bytes as they are.
-    struct Unwritten : std::allocator<std::uint8_t> {
-        template <typename>
-        struct rebind {
-            using other = Unwritten;
-        };
-        void construct(std::uint8_t*) const {}
-        void construct(std::uint8_t* byte, std::uint8_t value) const { *byte = value; }
-    };
-
     PixelSize _size;
-    std::vector<std::uint8_t, Unwritten> _bytes;
+    std::unique_ptr<std::uint8_t[]> _bytes;
 };
 
 using BitmapRef = std::shared_ptr<const Bitmap>;
