@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 #include "tests/random/ToolPrints.h"
 
 namespace kalim::test {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/json/JsonText.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/window/Window.h"
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/json/JsonText.h"
 #include "kalimkit/tool/MUndoManager.h"
 #include "kalimkit/ui/window/Window.h"
 #include "tests/random/RedrawComparison.h"

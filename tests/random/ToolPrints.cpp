@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "kalimkit/host/headless/CanvasPrint.h"
-#include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/json/JsonText.h"
 #include "kalimkit/shapes/MDrawRect.h"
 #include "kalimkit/shapes/MDrawText.h"
 #include "tests/scenarios/JsonMatch.h"

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 #include "kalimkit/ui/window/AccessibilityNode.h"
 
 namespace kalim {

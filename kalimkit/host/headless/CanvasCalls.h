@@ -4,8 +4,8 @@
 #include <string>
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

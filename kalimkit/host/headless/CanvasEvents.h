@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawViewDelegate.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

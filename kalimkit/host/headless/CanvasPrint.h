@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

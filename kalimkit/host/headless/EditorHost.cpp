@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

@@ -7,9 +7,9 @@
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/host/headless/EditorSetup.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/host/seat/EditorSeat.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

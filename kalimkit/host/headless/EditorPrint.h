@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kalimkit/host/headless/EditorHost.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

@@ -7,9 +7,9 @@
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/host/headless/CanvasCalls.h"
 #include "kalimkit/host/headless/EditorViews.h"
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioFingers.h"
 #include "kalimkit/host/seat/EditorSeat.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

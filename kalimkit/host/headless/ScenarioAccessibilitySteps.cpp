@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "kalimkit/host/headless/AccessibilityPrint.h"
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioStage.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

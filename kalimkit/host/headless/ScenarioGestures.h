@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
+#include "kalimkit/json/JsonValue.h"
 #include "kalimkit/ui/gesture/PanGestureRecognizer.h"
 #include "kalimkit/ui/gesture/PinchGestureRecognizer.h"
 #include "kalimkit/ui/gesture/RotationGestureRecognizer.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioStage.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

@@ -9,8 +9,8 @@
 #include "kalimkit/host/headless/CanvasCalls.h"
 #include "kalimkit/host/headless/CanvasMake.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
-#include "kalimkit/host/headless/JsonText.h"
 #include "kalimkit/host/headless/ScenarioGestures.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

@@ -7,11 +7,11 @@
 #include "kalimkit/host/headless/CanvasEvents.h"
 #include "kalimkit/host/headless/EditorHost.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
-#include "kalimkit/host/headless/JsonValue.h"
 #include "kalimkit/host/headless/ScenarioFingers.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "kalimkit/host/headless/ScenarioValues.h"
 #include "kalimkit/host/seat/EditorSeat.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 

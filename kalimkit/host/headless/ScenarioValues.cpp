@@ -5,7 +5,7 @@
 #include <limits>
 #include <numeric>
 
-#include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/json/JsonText.h"
 
 namespace kalim {
 

@@ -9,7 +9,7 @@
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/gfx/Rect.h"
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
 
 namespace kalim {

@@ -1,4 +1,4 @@
-#include "kalimkit/host/headless/JsonText.h"
+#include "kalimkit/json/JsonText.h"
 
 #include <cmath>
 #include <utility>
@@ -15,8 +15,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t maximumDepth = 32;
-constexpr std::size_t mostKeys = 32;
 constexpr double largestExactWhole = 9007199254740992.0;
 // Bytes; the parser's reasons quote what it has read.
 constexpr std::size_t longestReason = 200;
@@ -24,6 +22,8 @@ constexpr std::size_t longestReason = 200;
 // Builds a JsonValue from the parser's events. Each returns whether to go on.
 class ValueBuilder {
 public:
+    explicit ValueBuilder(const JsonLimits& limits) : _limits(limits) {}
+
     ParsedJson take() { return {std::move(_root), std::move(_error)}; }
 
     bool null() { return put({}); }
@@ -39,9 +39,9 @@ public:
     bool start_array(std::size_t) { return open(JsonValue::Array{}); }
     bool end_array() { return close(); }
     bool key(std::string& name) {
-        // No step needs more, and looking for each among thousands would take for ever.
-        if (_open.back()->object()->size() >= mostKeys) {
-            return fail("an object has more than " + std::to_string(mostKeys) + " keys");
+        // Looking for each among thousands would take for ever.
+        if (_open.back()->object()->size() >= _limits.keys) {
+            return fail("an object has more than " + std::to_string(_limits.keys) + " keys");
         }
         if (_open.back()->find(name)) {
             return fail("the key " + cutQuote(dumpJson(name)) + " is there twice");
@@ -75,13 +75,27 @@ private:
         return _open.back()->object()->back().second;
     }
 
+    // Whether one more value would be too many elements for an array of the outermost object.
+    bool isFull() {
+        constexpr std::size_t depth = 2;
+        if (_open.size() != depth || !_open.back()->array()) return false;
+        return _open.back()->array()->size() >= _limits.elements;
+    }
+
+    bool failFull() {
+        const std::string name = _root.object() ? _root.object()->back().first : std::string();
+        return fail(name + ": more than " + std::to_string(_limits.elements) + " elements");
+    }
+
     bool put(JsonValue value) {
+        if (isFull()) return failFull();
         nextPlace() = std::move(value);
         return true;
     }
 
     bool open(JsonValue value) {
-        if (_open.size() == maximumDepth) return fail("too deeply nested JSON");
+        if (isFull()) return failFull();
+        if (_open.size() == _limits.depth) return fail("too deeply nested JSON");
         JsonValue& place = nextPlace();
         place = std::move(value);
         _open.push_back(&place);
@@ -93,6 +107,7 @@ private:
         return true;
     }
 
+    JsonLimits _limits;
     JsonValue _root;
     std::optional<std::string> _error;
     // From the root inwards. An open value is the last of its parent, which therefore does not grow
@@ -127,8 +142,8 @@ Json toJson(const JsonValue& value) {
 
 }  // namespace
 
-ParsedJson parseJson(std::string_view text) {
-    ValueBuilder builder;
+ParsedJson parseJson(std::string_view text, const JsonLimits& limits) {
+    ValueBuilder builder(limits);
     Json::sax_parse(text.begin(), text.end(), &builder);
     return builder.take();
 }

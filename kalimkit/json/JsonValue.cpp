@@ -1,4 +1,4 @@
-#include "kalimkit/host/headless/JsonValue.h"
+#include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
 
