@@ -22,6 +22,7 @@ namespace kalim::ui {
 class PhotoLibrary;
 class TextView;
 class Window;
+class WorkStore;
 
 // Tells facts of the main screen.
 struct Screen {
@@ -94,6 +95,9 @@ public:
     // The library that pictures are saved in; each call may answer with another object. Null where
     // the host has none.
     virtual std::shared_ptr<PhotoLibrary> makePhotoLibrary() { return nullptr; }
+    // Where unfinished works are kept, so that they survive a crash; the environment's own. Null
+    // where the host does not keep any.
+    virtual WorkStore* workStore() { return nullptr; }
 
     // ---- text input
     // The text on the clipboard, empty where there is none; the default has no clipboard.
