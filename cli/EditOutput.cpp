@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
+#include "cli/StandardOutput.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 
@@ -19,14 +19,6 @@ namespace kalim::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::optional<std::string> writeStandardOutput(const codec::Bytes& bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() &&
-        std::fflush(stdout) == 0) {
-        return std::nullopt;
-    }
-    return std::string("standard output: ") + std::strerror(errno);
-}
 
 // Why no file can be made or replaced at the path, as far as that can be told beforehand.
 std::string pathProblem(const std::string& path) {
@@ -126,7 +118,9 @@ std::optional<std::string> EditOutput::write(const gfx::Image& image) {
     auto problem = encode(image, _format, bytes);
     if (problem) return (isStandard ? "standard output" : path) + ": " + *problem;
     if (isStandard) {
-        problem = writeStandardOutput(bytes);
+        StandardOutput standard;
+        standard.write(bytes);
+        problem = standard.error();
     } else if (_path.empty()) {
         problem = writeUnderFreeName(bytes, path);
     } else {

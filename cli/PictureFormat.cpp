@@ -3,18 +3,13 @@
 #include <algorithm>
 
 #include "kalimkit/codec/Encode.h"
+#include "kalimkit/codec/FileFormat.h"
 
 namespace kalim::cli {
 
 namespace {
 
 constexpr int lossyQuality = 90;
-
-bool beginsWith(codec::ByteSpan bytes, std::size_t at, std::string_view text) {
-    return bytes.size() >= at + text.size() &&
-           std::ranges::equal(bytes.subspan(at, text.size()), text, {}, {},
-                              [](char letter) { return static_cast<std::uint8_t>(letter); });
-}
 
 }  // namespace
 
@@ -37,9 +32,16 @@ std::optional<PictureFormat> pictureFormatOfPath(const std::string& path) {
 }
 
 std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes) {
-    if (beginsWith(bytes, 0, "\x89PNG")) return PictureFormat::Png;
-    if (beginsWith(bytes, 0, "\xFF\xD8\xFF")) return PictureFormat::Jpeg;
-    if (beginsWith(bytes, 0, "RIFF") && beginsWith(bytes, 8, "WEBP")) return PictureFormat::Webp;
+    switch (codec::fileFormat(bytes)) {
+        case codec::FileFormat::Jpeg:
+            return PictureFormat::Jpeg;
+        case codec::FileFormat::Png:
+            return PictureFormat::Png;
+        case codec::FileFormat::Webp:
+            return PictureFormat::Webp;
+        case codec::FileFormat::Other:
+            break;
+    }
     return std::nullopt;
 }
 

@@ -1,37 +1,15 @@
 #include "cli/Play.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <memory>
 #include <optional>
 
 #include "cli/Complaint.h"
 #include "cli/LineReader.h"
 #include "cli/PictureFiles.h"
+#include "cli/StandardOutput.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 
 namespace kalim::cli {
-
-namespace {
-
-// Lines on standard output. Each is flushed, so that what was printed stays printed when a later
-// step fails; after an error nothing more is written.
-class StandardOutput {
-public:
-    void printLine(const std::string& line) {
-        if (_error) return;
-        const bool isWritten = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() &&
-                               std::fputc('\n', stdout) != EOF && std::fflush(stdout) == 0;
-        if (!isWritten) _error = std::string("standard output: ") + std::strerror(errno);
-    }
-    const std::optional<std::string>& error() const { return _error; }
-
-private:
-    std::optional<std::string> _error;
-};
-
-}  // namespace
 
 int play(const PlayOptions& options) {
     LineReader reader(options.scenario);

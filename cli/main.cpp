@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <new>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "cli/Edit.h"
 #include "cli/EditOptionValues.h"
 #include "cli/Image.h"
+#include "cli/Info.h"
 #include "cli/OptionValues.h"
 #include "cli/Play.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
@@ -47,6 +49,7 @@ public:
         addEditorOptions(play);
         addImage();
         addEdit();
+        addInfo();
         addVersion(_app);
     }
 
@@ -69,10 +72,7 @@ public:
     }
 
     // Does what the command line asks for; the exit status.
-    int run() const {
-        if (_edit) return edit(*_edit);
-        return _image ? image(*_image) : cli::play(_play);
-    }
+    int run() const { return _command ? _command() : cli::play(_play); }
 
 private:
     void addEditorOptions(CLI::App& play) {
@@ -127,7 +127,7 @@ private:
         app.add_option("OUT", _asked.output, "The picture to write")->required();
         app.callback([this, operation] {
             _asked.operation = operation;
-            _image = _asked;
+            _command = [this] { return image(_asked); };
         });
         return app;
     }
@@ -160,7 +160,13 @@ private:
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
-        command.callback([this] { _edit = _askedEdit; });
+        command.callback([this] { _command = [this] { return edit(_askedEdit); }; });
+    }
+
+    void addInfo() {
+        CLI::App& command = *_app.add_subcommand("info", "Say what a picture's file holds");
+        command.add_option("FILE", _info.file, "The file; - reads standard input")->required();
+        command.callback([this] { _command = [this] { return info(_info); }; });
     }
 
     // To each command as well: what is asked for behind its name is looked up there only.
@@ -205,11 +211,10 @@ private:
     // This is read only with --editor.
     EditorSetup _editor;
     ImageOptions _asked;
-    // This is set only for `kalimkit image`.
-    std::optional<ImageOptions> _image;
     EditOptions _askedEdit;
-    // This is set only for `kalimkit edit`.
-    std::optional<EditOptions> _edit;
+    InfoOptions _info;
+    // What is to be done if not to play.
+    std::function<int()> _command;
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "kalimkit/codec/DecodeSteps.h"
+#include "kalimkit/codec/FileFormat.h"
 #include "kalimkit/codec/Files.h"
 
 namespace kalim::codec {
@@ -13,11 +14,6 @@ namespace kalim::codec {
 namespace {
 
 using std::string_view_literals::operator""sv;
-
-constexpr std::string_view jpegStart = "\xFF\xD8\xFF"sv;
-constexpr std::string_view pngStart = "\x89PNG\r\n\x1A\n"sv;
-constexpr std::string_view riffStart = "RIFF"sv;
-constexpr std::string_view webpForm = "WEBP"sv;
 
 struct Signature {
     std::size_t offset;
@@ -71,24 +67,15 @@ std::string sizeText(std::uint32_t width, std::uint32_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
-enum class Format { Jpeg, Png, Webp, Other };
-
-Format formatOf(ByteSpan bytes) {
-    if (hasAt(bytes, 0, jpegStart)) return Format::Jpeg;
-    if (hasAt(bytes, 0, pngStart)) return Format::Png;
-    const bool isWebp = hasAt(bytes, 0, riffStart) && hasAt(bytes, 8, webpForm);
-    return isWebp ? Format::Webp : Format::Other;
-}
-
 DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
-    switch (formatOf(bytes)) {
-        case Format::Jpeg:
+    switch (fileFormat(bytes)) {
+        case FileFormat::Jpeg:
             return decodeJpeg(bytes, limits);
-        case Format::Png:
+        case FileFormat::Png:
             return decodePng(bytes, limits);
-        case Format::Webp:
+        case FileFormat::Webp:
             return decodeWebp(bytes, limits);
-        case Format::Other:
+        case FileFormat::Other:
             break;
     }
     return refuse(bytes);
@@ -131,7 +118,7 @@ DecodeResult decode(ByteSpan bytes, const std::string& name, const DecodeLimits&
 }
 
 bool mayBePicture(ByteSpan start) {
-    return formatOf(start) != Format::Other;
+    return fileFormat(start) != FileFormat::Other;
 }
 
 std::optional<std::string> readPictureFile(const std::string& path, Bytes& bytes,

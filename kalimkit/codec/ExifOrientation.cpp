@@ -1,5 +1,6 @@
 #include "kalimkit/codec/ExifOrientation.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -15,6 +16,18 @@ constexpr std::size_t headerSize = 8;
 constexpr std::size_t entrySize = 12;
 constexpr std::uint32_t orientationTag = 0x0112;
 constexpr std::uint32_t shortType = 3;
+
+// In the order of the tag's numbers, from 1 on.
+constexpr std::array orientations{
+    ImageOrientation::Up,
+    ImageOrientation::UpMirrored,
+    ImageOrientation::Down,
+    ImageOrientation::DownMirrored,
+    ImageOrientation::LeftMirrored,
+    ImageOrientation::Right,
+    ImageOrientation::RightMirrored,
+    ImageOrientation::Left,
+};
 
 class TiffReader {
 public:
@@ -56,21 +69,16 @@ std::optional<std::uint32_t> orientationValue(const TiffReader& tiff) {
 }  // namespace
 
 ImageOrientation exifOrientation(ByteSpan exif) {
-    constexpr std::array orientations{
-        ImageOrientation::Up,
-        ImageOrientation::UpMirrored,
-        ImageOrientation::Down,
-        ImageOrientation::DownMirrored,
-        ImageOrientation::LeftMirrored,
-        ImageOrientation::Right,
-        ImageOrientation::RightMirrored,
-        ImageOrientation::Left,
-    };
     if (exif.size() < headerSize || exif[0] != exif[1]) return ImageOrientation::Up;
     if (exif[0] != 'I' && exif[0] != 'M') return ImageOrientation::Up;
     const std::uint32_t value = orientationValue(TiffReader(exif, exif[0] == 'M')).value_or(1);
     return value >= 1 && value <= orientations.size() ? orientations[value - 1]
                                                       : ImageOrientation::Up;
+}
+
+int exifOrientationNumber(ImageOrientation orientation) {
+    return static_cast<int>(std::ranges::find(orientations, orientation) - orientations.begin()) +
+           1;
 }
 
 }  // namespace kalim::codec

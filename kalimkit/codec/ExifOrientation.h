@@ -9,5 +9,7 @@ namespace kalim::codec {
 // The orientation in an Exif block, which begins with its byte order, "II" or "MM". Up when the
 // block names none, is damaged, or holds a value that is none of the eight.
 KALIM_API gfx::ImageOrientation exifOrientation(ByteSpan exif);
+// The tag's number for it, 1 to 8.
+KALIM_API int exifOrientationNumber(gfx::ImageOrientation orientation);
 
 }  // namespace kalim::codec

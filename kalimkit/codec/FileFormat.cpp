@@ -1,0 +1,41 @@
+#include "kalimkit/codec/FileFormat.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace kalim::codec {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+bool hasAt(ByteSpan bytes, std::size_t offset, std::string_view expected) {
+    return bytes.size() >= offset + expected.size() &&
+           std::ranges::equal(bytes.subspan(offset, expected.size()), expected, {}, {},
+                              [](char letter) { return static_cast<std::uint8_t>(letter); });
+}
+
+}  // namespace
+
+FileFormat fileFormat(ByteSpan start) {
+    if (hasAt(start, 0, "\xFF\xD8\xFF"sv)) return FileFormat::Jpeg;
+    if (hasAt(start, 0, "\x89PNG\r\n\x1A\n"sv)) return FileFormat::Png;
+    const bool isWebp = hasAt(start, 0, "RIFF"sv) && hasAt(start, 8, "WEBP"sv);
+    return isWebp ? FileFormat::Webp : FileFormat::Other;
+}
+
+const char* mediaType(FileFormat format) {
+    switch (format) {
+        case FileFormat::Jpeg:
+            return "image/jpeg";
+        case FileFormat::Png:
+            return "image/png";
+        case FileFormat::Webp:
+            return "image/webp";
+        case FileFormat::Other:
+            break;
+    }
+    return nullptr;
+}
+
+}  // namespace kalim::codec

@@ -1,0 +1,153 @@
+#include "kalimkit/codec/PersonalTraces.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "kalimkit/codec/PictureChunks.h"
+#include "kalimkit/codec/PngText.h"
+
+namespace kalim::codec {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr std::string_view exifPrefix = "Exif\0\0"sv;
+constexpr std::string_view xmpPrefix = "http://ns.adobe.com/xap/1.0/\0"sv;
+constexpr std::string_view longXmpPrefix = "http://ns.adobe.com/xmp/extension/\0"sv;
+constexpr std::string_view photoshopPrefix = "Photoshop 3.0\0"sv;
+
+ByteSpan span(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+// Cuts the prefix off; false where the bytes begin otherwise.
+bool takePrefix(ByteSpan& bytes, std::string_view prefix) {
+    if (bytes.size() < prefix.size() ||
+        !std::ranges::equal(bytes.first(prefix.size()), span(prefix)))
+        return false;
+    bytes = bytes.subspan(prefix.size());
+    return true;
+}
+
+// A JPEG's segments end at 64 KiB, so longer blocks stand in several.
+class JpegBlocks {
+public:
+    void add(const PictureChunk& segment) {
+        ByteSpan data = segment.data;
+        if (segment.type == 0xED && takePrefix(data, photoshopPrefix))
+            _photoshop.insert(_photoshop.end(), data.begin(), data.end());
+        if (segment.type != 0xE1) return;
+        if (takePrefix(data, exifPrefix)) _traces |= tracesInExif(data);
+        if (takePrefix(data, xmpPrefix)) _traces |= tracesInXmp(data);
+        if (takePrefix(data, longXmpPrefix)) addLongXmp(data);
+    }
+
+    PersonalTraces traces() {
+        for (const auto& [name, parts] : _longXmp) {
+            Bytes whole;
+            for (const auto& [offset, data] : parts)
+                whole.insert(whole.end(), data.begin(), data.end());
+            _traces |= tracesInXmp(whole);
+        }
+        _traces |= tracesInIptc(_photoshop);
+        return _traces;
+    }
+
+private:
+    // Behind the prefix: a name of 32 letters, the length of the whole and this part's place in it.
+    void addLongXmp(ByteSpan data) {
+        if (data.size() < 40) return;
+        const std::string name(data.begin(), data.begin() + 32);
+        _longXmp[name].emplace(bigEndian(data.subspan(36, 4)), data.subspan(40));
+    }
+
+    PersonalTraces _traces;
+    Bytes _photoshop;
+    std::map<std::string, std::map<std::uint32_t, ByteSpan>> _longXmp;
+};
+
+// Some programs write a block as text: a line with its kind, one with its length, then in
+// hexadecimal digits what it holds.
+Bytes unwrapped(std::string_view text) {
+    Bytes bytes;
+    text.remove_prefix(std::min(text.find_first_not_of("\r\n "), text.size()));
+    text.remove_prefix(std::min(text.find('\n'), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of("\r\n "), text.size()));
+    text.remove_prefix(std::min(text.find('\n'), text.size()));
+    std::string digits(text);
+    std::erase_if(digits,
+                  [](char letter) { return letter == '\n' || letter == '\r' || letter == ' '; });
+    for (std::size_t at = 0; at + 2 <= digits.size(); at += 2) {
+        std::uint8_t byte = 0;
+        const char* const end = digits.data() + at + 2;
+        if (std::from_chars(digits.data() + at, end, byte, 16).ptr != end) break;
+        bytes.push_back(byte);
+    }
+    return bytes;
+}
+
+// The kinds of block that "Raw profile type" and "XML:com.adobe.xmp" name, and the format's own.
+PersonalTraces tracesInText(const PngText& text) {
+    if (text.keyword == "XML:com.adobe.xmp") return tracesInXmp(span(text.text));
+    const bool isOwner = text.keyword == "Author" || text.keyword == "Copyright";
+    if (isOwner && text.text.find_first_not_of(" \t\r\n") != std::string::npos)
+        return {.owner = true};
+    constexpr std::string_view wrapping = "Raw profile type ";
+    if (text.keyword.rfind(wrapping, 0) != 0) return {};
+    const std::string kind = text.keyword.substr(wrapping.size());
+    const Bytes block = unwrapped(text.text);
+    ByteSpan rest = block;
+    if (kind == "iptc" || kind == "8bim") return tracesInIptc(rest);
+    if (kind != "exif" && kind != "APP1" && kind != "xmp") return {};
+    if (takePrefix(rest, exifPrefix)) return tracesInExif(rest);
+    if (takePrefix(rest, xmpPrefix) || kind == "xmp") return tracesInXmp(rest);
+    return tracesInExif(rest);
+}
+
+PersonalTraces tracesInChunk(const PictureChunk& chunk) {
+    constexpr std::size_t maxTextBytes = std::size_t{8} << 20U;
+    ByteSpan data = chunk.data;
+    switch (chunk.type) {
+        case chunkType("eXIf"):
+        case chunkType("EXIF"):
+            takePrefix(data, exifPrefix);
+            return tracesInExif(data);
+        case chunkType("XMP "):
+            return tracesInXmp(data);
+        default:
+            break;
+    }
+    const auto text = readPngText(chunk, maxTextBytes);
+    return text ? tracesInText(*text) : PersonalTraces{};
+}
+
+}  // namespace
+
+PersonalTraces& PersonalTraces::operator|=(const PersonalTraces& other) {
+    place |= other.place;
+    owner |= other.owner;
+    serialNumber |= other.serialNumber;
+    return *this;
+}
+
+PersonalTraces personalTraces(ByteSpan file) {
+    const bool isJpeg = fileFormat(file) == FileFormat::Jpeg;
+    PersonalTraces traces;
+    JpegBlocks blocks;
+    PictureChunks chunks(file);
+    while (const auto chunk = chunks.next()) {
+        if (isJpeg) {
+            blocks.add(*chunk);
+        } else {
+            traces |= tracesInChunk(*chunk);
+        }
+    }
+    return isJpeg ? blocks.traces() : traces;
+}
+
+}  // namespace kalim::codec
