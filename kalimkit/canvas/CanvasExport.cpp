@@ -31,7 +31,7 @@ gfx::Rect grownToPixels(const gfx::Rect& rect, double scale) {
 
 }  // namespace
 
-// What is being drawn and typed belongs to the picture, too, and nothing leaves as a preview.
+// Nothing leaves as a preview.
 void CanvasExport::settle() {
     _canvas.finger.endCreation();
     _canvas.typing.finish();

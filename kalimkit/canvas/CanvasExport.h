@@ -34,6 +34,10 @@ public:
     };
     explicit CanvasExport(const Canvas& canvas) : _canvas(canvas) {}
 
+    // Ends what is being drawn and typed, which belongs to the picture, too, and lets go of the
+    // selection.
+    void settle();
+
     // The view has been brought up to date before. See MDrawView::exportImage(),
     // exportImageAtPictureScale() and exportImageForScale().
     gfx::ImageRef image();
@@ -43,7 +47,6 @@ public:
     static gfx::ImageRef blurred(const gfx::ImageRef& image);
 
 private:
-    void settle();
     gfx::ImageRef drawnAtScreenScale();
 
     Canvas _canvas;

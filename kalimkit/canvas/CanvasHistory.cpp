@@ -1,5 +1,7 @@
 #include "kalimkit/canvas/CanvasHistory.h"
 
+#include <utility>
+
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
@@ -99,6 +101,13 @@ void CanvasHistory::clear() {
     _canvas.finger.forgetTools();
     _canvas.screen.forgetCreated();
     _canvas.tools.clear();
+    _canvas.home.redisplay();
+}
+
+void CanvasHistory::open(ToolList tools) {
+    clear();
+    _canvas.tools.open(std::move(tools));
+    _isDirty = false;
     _canvas.home.redisplay();
 }
 

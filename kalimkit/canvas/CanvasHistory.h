@@ -44,6 +44,8 @@ public:
     void removeSelected();
     // It leaves no record.
     void clear();
+    // Takes tools that have been finished elsewhere in the place of all there are; no steps.
+    void open(ToolList tools);
     void removeInvalid();
     // The owner hears what can be undone and redone.
     void tell();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kalimkit/canvas/CanvasContent.h"
+#include "kalimkit/canvas/CanvasDocument.h"
 #include "kalimkit/canvas/CanvasExport.h"
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
@@ -33,6 +34,7 @@ struct CanvasParts {
           history({home, tools, content, screen, selection, typing, freehand, finger}),
           pen({home, tools, screen, selection, typing, freehand, finger}),
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
+          document({home, shown, tools, painter, typing, exports}),
           speech({home, tools, selection, typing, finger}) {}
 
     CanvasHome home;
@@ -47,6 +49,7 @@ struct CanvasParts {
     CanvasHistory history;
     CanvasPen pen;
     CanvasExport exports;
+    CanvasDocument document;
     CanvasSpeech speech;
 };
 

@@ -13,14 +13,15 @@ namespace {
 
 // A side that comes out below a point is given one: a very flat picture is squeezed rather than
 // lost. Where there is no room at all, the picture stays as it is.
-gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image) {
+gfx::ImageRef fittedInto(gfx::Size box, const gfx::ImageRef& image, double screenScale) {
     const gfx::ImageRef fitted =
-        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false);
+        MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(image, box, false, screenScale);
     if (fitted || box.isEmpty()) return fitted ? fitted : image;
     const gfx::PixelSize raster = image->pixelSize();
     const double factor = std::min(box.width / raster.width, box.height / raster.height);
     const gfx::ImageRef squeezed = MDrawImageUtil::resizedImageToSize(
-        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)});
+        image, {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)},
+        screenScale);
     return squeezed ? squeezed : image;
 }
 
@@ -51,9 +52,30 @@ void CanvasPicture::settle(const gfx::Rect& bounds) {
     _canvas = _bounds = bounds;
     _screenScale = _firstScale = ui::Environment::current().screen().scale;
     if (!_source) return;
-    if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source);
+    if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source, _firstScale);
     _fitted = _shown = _first;
     _rect = centredRect(_first->size(), bounds);
+}
+
+CanvasPicture::Settlement CanvasPicture::settlement() const {
+    return {_canvas, _rect, _basis, _firstScale > 0 ? _firstScale : 1};
+}
+
+void CanvasPicture::takeSettled(const gfx::ImageRef& image, const Settlement& settlement,
+                                const gfx::Rect& bounds) {
+    *this = {};
+    _source = _first = _fitted = _shown = MDrawImageUtil::fixOrientation(image);
+    _reductions.take(_source);
+    _basis = settlement.basis;
+    _canvas = settlement.canvas;
+    _rect = settlement.rect;
+    if (!hasBasis()) {
+        _firstScale = settlement.scale;
+        if (_source && _source->size() != _canvas.size) {
+            _first = fittedInto(_canvas.size, _source, _firstScale);
+        }
+    }
+    showIn(bounds, ui::Environment::current().screen().scale);
 }
 
 void CanvasPicture::showIn(const gfx::Rect& bounds, double screenScale) {

@@ -18,6 +18,20 @@ public:
     // its canvas. Null for none. Bounds without an area leave the canvas unsettled until showIn().
     // `basis` is how many canvas points the picture's longer side is to have; 0 for none.
     void take(const gfx::ImageRef& image, const gfx::Rect& bounds, double basis = 0);
+    // How a canvas was settled, so that it can be settled so again, whatever view shows it then.
+    struct Settlement {
+        // Canvas points.
+        gfx::Rect canvas;
+        gfx::Rect rect;
+        // 0 for none.
+        double basis = 0;
+        // The screen's pixels per point where a view settled it.
+        double scale = 1;
+    };
+    Settlement settlement() const;
+    // Takes a picture as take() does, but settled in that way.
+    void takeSettled(const gfx::ImageRef& image, const Settlement& settlement,
+                     const gfx::Rect& bounds);
     // The view has these bounds from now on, on a screen with this many pixels per point. Ignored
     // for bounds without an area.
     void showIn(const gfx::Rect& bounds, double screenScale);

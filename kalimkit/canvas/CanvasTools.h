@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "kalimkit/canvas/NewTools.h"
 #include "kalimkit/tool/MDrawTool.h"
@@ -37,6 +38,8 @@ public:
     void discard(const ToolRef& tool);
     // All of them, with their records.
     void clear();
+    // Lays tools onto the empty canvas, without a record.
+    void open(ToolList tools) { *_list = std::move(tools); }
 
     // ---- by touch
     // The topmost finished tool under a canvas point; null for none.

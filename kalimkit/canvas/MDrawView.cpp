@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/CanvasParts.h"
+#include "kalimkit/canvas/SealedDocument.h"
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "kalimkit/ui/gesture/TapGestureRecognizer.h"
@@ -135,11 +136,39 @@ void MDrawView::setSnipImage(const gfx::ImageRef& image) {
     parts->selection.clear();
     resetView();
     shown().picture.take(image, room(), _canvasBasis);
+    parts->document.forget();
     shown().content = bgImgRect();
     parts->painter.takeMosaic();
     placeCanvas();
     parts->history.clear();
     parts->screen.invalidate();
+}
+
+Document MDrawView::document() {
+    return held()->document.document();
+}
+
+SealedDocument MDrawView::sealedDocument() {
+    return held()->document.sealed();
+}
+
+std::optional<std::string> MDrawView::openDocument(const Document& document,
+                                                   const gfx::ImageRef& picture) {
+    const auto parts = held();
+    if (auto problem = parts->document.problemOf(document, picture)) return problem;
+    setSnipImage(nullptr);
+    shown().picture.takeSettled(picture, CanvasDocument::settlementOf(document), room());
+    parts->document.takeHead(document);
+    parts->painter.takeMosaic();
+    placeCanvas();
+    parts->history.open(parts->document.toolsOf(document));
+    parts->content.measure();
+    parts->screen.invalidate();
+    return std::nullopt;
+}
+
+void MDrawView::setOwnKinds(std::vector<const ToolClass*> kinds) {
+    _parts->document.setOwnKinds(std::move(kinds));
 }
 
 gfx::ImageRef MDrawView::exportImage() {

@@ -15,6 +15,8 @@ namespace kalim {
 class MDrawMutableSelect;
 class MDrawText;
 class MUndoManager;
+struct Document;
+struct SealedDocument;
 enum class FingerState;
 struct CanvasParts;
 
@@ -40,6 +42,19 @@ public:
     // step. Null leaves the canvas without a picture. The blocks that mosaic patches show are
     // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
+    // What is on the canvas as a document, but for the bytes of the picture's file, which the host
+    // has. Like every export it first ends what is under way.
+    Document document();
+    // The same to be given away: with its picture, which holds nothing that a patch hides or a crop
+    // has cut off; drawings outside of the crop are left out.
+    SealedDocument sealedDocument();
+    // Takes a document and its picture, decoded, in the place of all that is there, as it was where
+    // it was saved, whatever size this view has. Its tools have no steps. Answers with what is
+    // wrong, such as a picture of another size: nothing has happened then.
+    std::optional<std::string> openDocument(const Document& document, const gfx::ImageRef& picture);
+    // The kinds of tools that the host brings along, besides the library's, by which documents name
+    // them. They outlive the canvas.
+    void setOwnKinds(std::vector<const ToolClass*> kinds);
     // The content at the screen's scale, with a canvas basis as large as the view shows it when
     // nothing is zoomed, without selection or handles, on an opaque bitmap: a picture larger than
     // the view comes out at the size at which the view shows it; exportImageAtPictureScale() keeps

@@ -127,7 +127,8 @@ gfx::ImageRef MDrawImageUtil::cropImageToRect(const gfx::ImageRef& image, const 
         cutOut(*image->pixels(), toRaster.apply(rect)), image->scale(), image->orientation());
 }
 
-gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx::Size size) {
+gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx::Size size,
+                                                 double screenScale) {
     if (!image) return nullptr;
     const gfx::PixelSize raster = image->pixelSize();
     if (size == gfx::Size{static_cast<double>(raster.width), static_cast<double>(raster.height)}) {
@@ -137,8 +138,8 @@ gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx
     const gfx::ImageOrientation orientation = image->orientation();
     if (gfx::exchangesSides(orientation)) std::swap(target.width, target.height);
     ui::Environment& environment = ui::Environment::current();
-    const std::shared_ptr<gfx::Surface> surface =
-        environment.device().makeSurface(target, environment.screen().scale, false);
+    const std::shared_ptr<gfx::Surface> surface = environment.device().makeSurface(
+        target, screenScale > 0 ? screenScale : environment.screen().scale, false);
     if (!surface) return nullptr;
     // Where the screen's scale is no whole number, the last pixels are covered, too.
     target = gfx::Size{static_cast<double>(surface->pixelSize().width),
@@ -161,18 +162,19 @@ gfx::ImageRef MDrawImageUtil::resizedImageToSize(const gfx::ImageRef& image, gfx
 
 gfx::ImageRef MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(const gfx::ImageRef& image,
                                                                     gfx::Size box,
-                                                                    bool scaleIfSmaller) {
+                                                                    bool scaleIfSmaller,
+                                                                    double screenScale) {
     if (!image) return nullptr;
     const double width = image->pixelSize().width;
     const double height = image->pixelSize().height;
     if (gfx::exchangesSides(image->orientation())) std::swap(box.width, box.height);
     if (width < box.width && !scaleIfSmaller && height < box.height) {
-        return resizedImageToSize(image, {width, height});
+        return resizedImageToSize(image, {width, height}, screenScale);
     }
     if (box.height / height <= box.width / width) {
-        return resizedImageToSize(image, {width * box.height / height, box.height});
+        return resizedImageToSize(image, {width * box.height / height, box.height}, screenScale);
     }
-    return resizedImageToSize(image, {box.width, height * box.width / width});
+    return resizedImageToSize(image, {box.width, height * box.width / width}, screenScale);
 }
 
 gfx::ImageRef MDrawImageUtil::mosiacImageMosaicLevel(const gfx::ImageRef& image,

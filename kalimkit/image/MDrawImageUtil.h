@@ -29,12 +29,15 @@ public:
     // very same image is returned where both sides agree; otherwise the result is that many points
     // large (rounded down) at the screen's scale. Null where no surface of that size can be had. An
     // orientation above 7 raises "InternalInconsistencyException" and then counts as upright.
-    static gfx::ImageRef resizedImageToSize(const gfx::ImageRef& image, gfx::Size size);
+    // `screenScale` stands in for the screen's, where it is above 0.
+    static gfx::ImageRef resizedImageToSize(const gfx::ImageRef& image, gfx::Size size,
+                                            double screenScale = 0);
 
     // As above, at the largest size of the same aspect that fits into the box. An image whose
     // raster is smaller than the box both ways is only enlarged when asked to.
     static gfx::ImageRef resizedImageToFitInSizeScaleIfSmaller(const gfx::ImageRef& image,
-                                                               gfx::Size box, bool scaleIfSmaller);
+                                                               gfx::Size box, bool scaleIfSmaller,
+                                                               double screenScale = 0);
 
     // The image in square blocks of `level` raster pixels, each in the mean colour of what it
     // covers (see Pixelation.h). Upright raster order, opaque, at the image's scale: one raster

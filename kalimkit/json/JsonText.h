@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "kalimkit/gfx/Export.h"
 #include "kalimkit/json/JsonValue.h"
 
 namespace kalim {
@@ -29,16 +30,16 @@ struct JsonLimits {
 // Reads one JSON value; a byte order mark before it is passed over. Errors are a key that an object
 // has twice, numbers too large for a double, texts that are no UTF-8 or name half of a surrogate
 // pair, and what goes beyond the limits.
-ParsedJson parseJson(std::string_view text, const JsonLimits& limits = {});
+KALIM_API ParsedJson parseJson(std::string_view text, const JsonLimits& limits = {});
 
 // One line without a line feed. Whole numbers up to 2^53 are written without a fraction, so that a
 // reader may use them as indexes; all others with the fewest digits that read back exactly.
-std::string dumpJson(const JsonValue& value);
+KALIM_API std::string dumpJson(const JsonValue& value);
 
 // The longest quotation of what was read in a message, bytes.
 inline constexpr std::size_t longestQuote = 60;
 
 // A dump, cut short where it is longer than that.
-std::string cutQuote(const std::string& dump);
+KALIM_API std::string cutQuote(const std::string& dump);
 
 }  // namespace kalim

@@ -8,10 +8,12 @@
 #include <variant>
 #include <vector>
 
+#include "kalimkit/gfx/Export.h"
+
 namespace kalim {
 
 // A JSON value. Numbers are doubles; objects keep the order of their keys.
-class JsonValue {
+class KALIM_API JsonValue {
 public:
     using Array = std::vector<JsonValue>;
     using Member = std::pair<std::string, JsonValue>;

@@ -10,6 +10,8 @@ namespace kalim {
 
 namespace {
 
+constexpr ToolDetailRule detailRules[] = {{"linePoints", ToolDetailRule::Type::Lines}};
+
 constexpr std::size_t minimumPoints = 5;
 // The margin is points of the screen.
 constexpr double hitMargin = 8;
@@ -23,11 +25,13 @@ std::shared_ptr<MDrawFreeline> MDrawFreeline::initWithStartPoint(gfx::Point star
 }
 
 const ToolClass& MDrawFreeline::Class() {
-    static const ToolClass toolClass{
-        "MDrawFreeline",
-        &MDrawRect::Class(),
-        &MDrawTool::makeToolAt<MDrawFreeline>,
-        {.label = "{}涂鸦", .recorder = ToolRecorder::Strokes, .toolType = 4}};
+    static const ToolClass toolClass{"MDrawFreeline",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawFreeline>,
+                                     {.label = "{}涂鸦",
+                                      .recorder = ToolRecorder::Strokes,
+                                      .toolType = 4,
+                                      .details = detailRules}};
     return toolClass;
 }
 
@@ -97,6 +101,17 @@ std::vector<gfx::Point> MDrawFreeline::allPoints() const {
 void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle) {
     _strokes.mapPoints(handle);
     strokesChanged();
+}
+
+bool MDrawFreeline::takeDetail(std::string_view name, const ToolDetailValue& value) {
+    const auto* const lines = std::get_if<PointLines>(&value);
+    if (name != "linePoints" || !lines) return false;
+    if (*lines != linePoints()) {
+        _strokes.setLines(*lines);
+        strokesChanged();
+    }
+    _needNewLine = true;
+    return true;
 }
 
 void MDrawFreeline::limitValidFeatrue() {

@@ -42,6 +42,7 @@ public:
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
     const PointLines& linePoints() const { return _strokes.lines(); }
     ToolDetails details() const override { return {{"linePoints", linePoints()}}; }
+    bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
 
     // A turned drawing has no smallest size: its box is what it is turned about. Under forgiving
     // rules none has: letting go of a flat drawing would change it without a record.

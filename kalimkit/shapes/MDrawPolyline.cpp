@@ -15,6 +15,7 @@ namespace kalim {
 namespace {
 
 constexpr gfx::Color clear{0, 0, 0, 0};
+constexpr ToolDetailRule detailRules[] = {{"points", ToolDetailRule::Type::Points}};
 constexpr std::string_view pointsKey = "MDrawPolyline-points";
 
 }  // namespace
@@ -24,10 +25,11 @@ std::shared_ptr<MDrawPolyline> MDrawPolyline::initWithStartPoint(gfx::Point star
 }
 
 const ToolClass& MDrawPolyline::Class() {
-    static const ToolClass toolClass{"MDrawPolyline",
-                                     &MDrawTool::Class(),
-                                     &MDrawPolyline::makeToolWithVertex<MDrawPolyline>,
-                                     {.label = "{}多边形", .beginning = ToolBeginning::Taps}};
+    static const ToolClass toolClass{
+        "MDrawPolyline",
+        &MDrawTool::Class(),
+        &MDrawPolyline::makeToolWithVertex<MDrawPolyline>,
+        {.label = "{}多边形", .beginning = ToolBeginning::Taps, .details = detailRules}};
     return toolClass;
 }
 
@@ -134,6 +136,13 @@ void MDrawPolyline::setFeature(const FeatureRef& feature) {
     const auto* const recorded = feature->get<PointLinesRef>(pointsKey);
     if (recorded && *recorded) _points = (*recorded)->front();
     MDrawTool::setFeature(feature);
+}
+
+bool MDrawPolyline::takeDetail(std::string_view name, const ToolDetailValue& value) {
+    const auto* const points = std::get_if<std::vector<gfx::Point>>(&value);
+    if (name != "points" || !points) return false;
+    _points = *points;
+    return true;
 }
 
 std::string MDrawPolyline::measureText() const {

@@ -45,6 +45,7 @@ public:
 
     const std::vector<gfx::Point>& points() const { return _points; }
     ToolDetails details() const override { return {{"points", _points}}; }
+    bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
     // The length leaves the closing edge out; the area is truncated to a whole number.
     std::string measureText() const override;
 

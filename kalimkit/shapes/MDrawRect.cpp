@@ -13,6 +13,9 @@ namespace kalim {
 
 namespace {
 
+constexpr std::string_view radiusKey = "rectArcRadius";
+constexpr ToolDetailRule detailRules[] = {{radiusKey, ToolDetailRule::Type::Number, false}};
+
 constexpr double minimumDiagonal = 20.0;
 
 // The end coordinate of a side that is too short: just long enough, on the side it was dragged to.
@@ -27,11 +30,13 @@ std::shared_ptr<MDrawRect> MDrawRect::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawRect::Class() {
-    static const ToolClass toolClass{
-        "MDrawRect",
-        &MDrawLine::Class(),
-        &MDrawTool::makeToolAt<MDrawRect>,
-        {.label = "{}矩形", .moveInGroup = MoveDirection::Body, .toolType = 0}};
+    static const ToolClass toolClass{"MDrawRect",
+                                     &MDrawLine::Class(),
+                                     &MDrawTool::makeToolAt<MDrawRect>,
+                                     {.label = "{}矩形",
+                                      .moveInGroup = MoveDirection::Body,
+                                      .toolType = 0,
+                                      .details = detailRules}};
     return toolClass;
 }
 
@@ -138,6 +143,20 @@ void MDrawRect::drawContentHandle(gfx::Context& context) {
     drawHandleAtPoint(context, {box.maxX(), box.minY()});
     drawHandleAtPoint(context, {box.maxX(), box.maxY()});
     drawHandleAtPoint(context, {box.minX(), box.maxY()});
+}
+
+ToolDetails MDrawRect::keptDetails() const {
+    ToolDetails kept = details();
+    if (_rectArcRadius != usualArcRadius()) kept.push_back({radiusKey, _rectArcRadius * 1.0});
+    return kept;
+}
+
+bool MDrawRect::takeDetail(std::string_view name, const ToolDetailValue& value) {
+    const auto* const radius = std::get_if<double>(&value);
+    if (name != radiusKey || !radius) return false;
+    constexpr double largest = 1e6;
+    _rectArcRadius = static_cast<std::int32_t>(std::clamp(*radius, -largest, largest));
+    return true;
 }
 
 std::string MDrawRect::measureText() const {

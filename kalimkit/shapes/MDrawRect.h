@@ -42,12 +42,16 @@ public:
     const gfx::ColorRef& maskColor() const { return _maskColor; }
     void setMaskColor(gfx::ColorRef color) { _maskColor = std::move(color); }
     std::string measureText() const override;
+    ToolDetails keptDetails() const override;
+    bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
 
 protected:
     MDrawRect() = default;
     void init() override;
     // Each handle test first normalises the points to the top-left and bottom-right corners.
     MoveDirection handleAt(gfx::Point p) override;
+    // The corner radius of the kind, where nobody has set another.
+    virtual std::int32_t usualArcRadius() const { return 0; }
     // Whether a point of the unrotated frame is on the handle at that corner of the box.
     bool isOnCorner(gfx::Point own, MoveDirection corner, const gfx::Rect& box) const;
     // Strokes and fills the current path as drawType says. After style 2's stroke the fill finds no

@@ -16,7 +16,7 @@ const ToolClass& MDrawRoundedRect::Class() {
 
 void MDrawRoundedRect::init() {
     MDrawRect::init();
-    setRectArcRadius(15);
+    setRectArcRadius(usualArcRadius());
 }
 
 }  // namespace kalim

@@ -15,6 +15,7 @@ public:
 protected:
     MDrawRoundedRect() = default;
     void init() override;
+    std::int32_t usualArcRadius() const override { return 15; }
 };
 
 }  // namespace kalim

@@ -27,6 +27,10 @@ const Pen& penOf(double fontSize) {
     return pen == pens.end() ? pens.back() : *pen;
 }
 
+constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
+                                          {"fontSize", ToolDetailRule::Type::Number, true, 0.01},
+                                          {"inset", ToolDetailRule::Type::Number, false, 0}};
+
 constexpr double hitMargin = 5;
 constexpr gfx::Size smallestBox{30, 20};
 constexpr double selectedLineWidth = 2.0;
@@ -59,7 +63,8 @@ const ToolClass& MDrawText::Class() {
                                       .beginning = ToolBeginning::TouchDown,
                                       .recorder = ToolRecorder::Typing,
                                       .keepsToFrame = true,
-                                      .toolType = 3}};
+                                      .toolType = 3,
+                                      .details = detailRules}};
     return toolClass;
 }
 
@@ -249,6 +254,28 @@ void MDrawText::setText(const std::string& text) {
 
 ToolDetails MDrawText::details() const {
     return {{"text", text()}, {"fontSize", _fontSize}};
+}
+
+// The lines break where they did on the screen that it was typed on.
+ToolDetails MDrawText::keptDetails() const {
+    ToolDetails kept = MDrawText::details();
+    if (_inset != usualInset) kept.push_back({"inset", _inset});
+    return kept;
+}
+
+bool MDrawText::takeDetail(std::string_view name, const ToolDetailValue& value) {
+    const auto* const number = std::get_if<double>(&value);
+    const auto* const text = std::get_if<std::string>(&value);
+    if (name == "text" && text) {
+        _text = gfx::plainText(*text);
+    } else if (name == "fontSize" && number) {
+        _fontSize = *number;
+    } else if (name == "inset" && number) {
+        _inset = *number;
+    } else {
+        return false;
+    }
+    return true;
 }
 
 double MDrawText::lineWidth() const {

@@ -121,6 +121,8 @@ public:
     std::optional<std::string> words() const override { return text(); }
     void setWords(const std::string& words) override { setText(words); }
     ToolDetails details() const override;
+    ToolDetails keptDetails() const override;
+    bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
     double fontSize() const { return _fontSize; }
     void setFontSize(double size) { _fontSize = size; }
     // Follows from the font size, and sets it; a width that is none of the five pens' sets nothing.
@@ -143,6 +145,9 @@ protected:
                                             gfx::Point start);
 
 private:
+    // Points.
+    static constexpr double usualInset = 5;
+
     // ---- editing (MDrawTextEditing.cpp)
     template <typename Message>
     void tell(Message message);
@@ -178,7 +183,7 @@ private:
     // Its look has changed since editing began last.
     bool _isRestyled = false;
     // From each side of the box to the lines: as on the screen when it was edited last.
-    double _inset = 5;
+    double _inset = usualInset;
     std::weak_ptr<MDrawTextDelegate> _delegate;
     // What was laid out last, for laying out is slow.
     mutable std::optional<gfx::TextLayout> _layout;

@@ -1,6 +1,7 @@
 #include "kalimkit/tool/MDrawTool.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <map>
 #include <optional>
@@ -66,6 +67,19 @@ void MDrawTool::initName() {
     }
     nameMgr()->insert_or_assign(std::string(className), index);
     _name = std::string(className) + ":Index:" + std::to_string(index);
+}
+
+void MDrawTool::takeName(std::string name) {
+    constexpr std::string_view mark = ":Index:";
+    const std::size_t place = name.rfind(mark);
+    int index = 0;
+    const char* const end = name.data() + name.size();
+    if (place != std::string::npos &&
+        std::from_chars(name.data() + place + mark.size(), end, index).ptr == end && nameMgr()) {
+        int& last = (*nameMgr())[name.substr(0, place)];
+        last = std::max(last, index);
+    }
+    _name = std::move(name);
 }
 
 void MDrawTool::resetNames() {

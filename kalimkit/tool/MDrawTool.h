@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/AffineTransform.h"
@@ -41,6 +42,8 @@ public:
     // The name reads "Class:Index:n"; n counts the tools of that class in this process.
     const std::string& name() const { return _name; }
     void setName(std::string name) { _name = std::move(name); }
+    // Takes the name of a tool that it stands for. Names given out later do not repeat it.
+    void takeName(std::string name);
     // Forgets the counters behind the names, for tests.
     static void resetNames();
 
@@ -218,6 +221,20 @@ public:
     // What else there is to say about it, in a fixed order.
     virtual ToolDetails details() const { return {}; }
 
+    // ---- keeping: what besides the common properties makes the tool, see ToolRow::details
+    virtual ToolDetails keptDetails() const { return details(); }
+    // Becomes as it was when that was named. Whether the kind has such a detail.
+    virtual bool takeDetail(std::string_view /*name*/, const ToolDetailValue& /*value*/) {
+        return false;
+    }
+    // The members of a JSON object that a document has for the tool and nobody here knows; empty
+    // for none. They are kept for the next document.
+    const std::string& foreignKeys() const { return _foreignKeys; }
+    void setForeignKeys(std::string json) { _foreignKeys = std::move(json); }
+    // How the picture was turned when the tool was made: quarters counter-clockwise, 0 to 3.
+    int quarterTurns() const { return _quarterTurns; }
+    void setQuarterTurns(int turns) { _quarterTurns = turns; }
+
     // ---- measurement
     // Units per point; 0 means uncalibrated.
     double calibration() const { return _calibration; }
@@ -264,6 +281,8 @@ private:
     void drawSelectedState(gfx::Context& context);
 
     std::string _name;
+    std::string _foreignKeys;
+    int _quarterTurns = 0;
     gfx::ColorRef _color;
     gfx::ColorRef _fillColor;
     double _lineWidth = 0;

@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/tool/MoveDirection.h"
+#include "kalimkit/tool/ToolDetail.h"
 #include "kalimkit/ui/view/Accessibility.h"
 
 namespace kalim {
@@ -63,6 +65,9 @@ struct ToolRow {
     // The number that the canvas's interface knows it by. It is no other kind's, and is not
     // inherited.
     std::optional<std::int64_t> toolType = {};
+    // What makes a tool of the kind besides what all have: the details that MDrawTool::keptDetails
+    // names and takeDetail takes. The list outlives the class.
+    std::span<const ToolDetailRule> details = {};
 };
 
 // A kind of tools at run time: its name, its base, how one is made, and what it is. There is one
@@ -98,6 +103,12 @@ struct KALIM_API ToolClass {
     ToolRecorder recorder() const { return said(&ToolRow::recorder, ToolRecorder::Touch); }
     bool keepsToFrame() const { return said(&ToolRow::keepsToFrame, false); }
     MoveDirection moveInGroup() const { return said(&ToolRow::moveInGroup, MoveDirection::None); }
+    std::span<const ToolDetailRule> details() const {
+        for (const ToolClass* current = this; current; current = current->base) {
+            if (!current->row.details.empty()) return current->row.details;
+        }
+        return {};
+    }
 
 private:
     template <typename Value>
