@@ -17,6 +17,7 @@
 #include "cli/Info.h"
 #include "cli/OptionValues.h"
 #include "cli/Play.h"
+#include "cli/Works.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 
 namespace kalim::cli {
@@ -50,6 +51,7 @@ public:
         addImage();
         addEdit();
         addInfo();
+        addWorks();
         addVersion(_app);
     }
 
@@ -169,6 +171,19 @@ private:
         command.callback([this] { _command = [this] { return info(_info); }; });
     }
 
+    void addWorks() {
+        CLI::App& command =
+            *_app.add_subcommand("works", "List the works that were neither sent nor discarded");
+        CLI::Option& json = *command.add_flag("--json", _works.isJson, "Print one JSON array");
+        command.add_option("--forget", _works.forgotten, "Remove one of them, or all")
+            ->type_name("ID|all")
+            ->excludes(&json)
+            ->check([](const std::string& id) {
+                return std::string(id.empty() ? "must be the id of a work, or all" : "");
+            });
+        command.callback([this] { _command = [this] { return works(_works); }; });
+    }
+
     // To each command as well: what is asked for behind its name is looked up there only.
     static void addVersion(CLI::App& command) {
         command.set_version_flag("--version", "kalimkit " KALIM_VERSION);
@@ -213,6 +228,7 @@ private:
     ImageOptions _asked;
     EditOptions _askedEdit;
     InfoOptions _info;
+    WorksOptions _works;
     // What is to be done if not to play.
     std::function<int()> _command;
 };

@@ -89,7 +89,7 @@ ui::WorkSummary summaryOf(const Statement& row, bool isHeld) {
     return {idOf(row.number(0)),
             row.text(1),
             row.text(2),
-            row.text(3),
+            ui::utcTime(row.real(3)),
             static_cast<std::size_t>(row.number(4)),
             isHeld};
 }
