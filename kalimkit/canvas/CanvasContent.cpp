@@ -44,11 +44,12 @@ double areaLimit(const ui::Environment& environment, bool hasBasis) {
 }  // namespace
 
 bool CanvasContent::endsAtPicture() const {
-    return _clipsToPicture && _canvas.shown.picture.source();
+    return _canvas.shown.isCropped() || (_clipsToPicture && _canvas.shown.picture.source());
 }
 
 gfx::Rect CanvasContent::measured() const {
     gfx::Rect content = _canvas.shown.picture.rect();
+    if (_canvas.shown.isCropped()) return _canvas.shown.picture.part();
     if (endsAtPicture()) return content;
     for (const ToolRef& tool : _canvas.tools.list()) {
         // The ground reaches no farther than the picture.

@@ -21,7 +21,7 @@ public:
 
     bool clipsToPicture() const { return _clipsToPicture; }
     void setClipsToPicture(bool clips) { _clipsToPicture = clips; }
-    // Whether there is a picture whose edge cuts what is drawn.
+    // Whether there is a picture whose edge, or that of the part that is shown, cuts what is drawn.
     bool endsAtPicture() const;
 
     // Finds the content anew, as it is.

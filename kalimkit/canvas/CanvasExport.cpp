@@ -1,5 +1,6 @@
 #include "kalimkit/canvas/CanvasExport.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "kalimkit/canvas/CanvasContent.h"
@@ -12,7 +13,9 @@
 #include "kalimkit/canvas/CanvasTyping.h"
 #include "kalimkit/image/GaussianBlur.h"
 #include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/image/PictureCut.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/loop/FlagScope.h"
 #include "kalimkit/ui/view/View.h"
 
 namespace kalim {
@@ -41,15 +44,19 @@ void CanvasExport::settle() {
 
 gfx::ImageRef CanvasExport::image() {
     settle();
-    return drawnAtScreenScale();
+    return turned(_canvas.shown.isCropped() ? cropAtScreenScale() : drawnAtScreenScale());
+}
+
+// So many points of the screen make one of the canvas.
+double CanvasExport::pointsOnScreen() const {
+    const CanvasPicture& picture = _canvas.shown.picture;
+    return picture.hasBasis() ? picture.fittingScale() : picture.settledScale();
 }
 
 gfx::ImageRef CanvasExport::drawnAtScreenScale() {
     ui::Environment& environment = ui::Environment::current();
     const double scale = environment.screen().scale;
-    const CanvasPicture& picture = _canvas.shown.picture;
-    // So many points of the screen make one of the canvas.
-    const double points = picture.hasBasis() ? picture.fittingScale() : 1;
+    const double points = pointsOnScreen();
     // Letting go of the selection may have changed its geometry, so that the content as it was last
     // measured is not asked.
     const gfx::Rect content =
@@ -62,7 +69,7 @@ gfx::ImageRef CanvasExport::drawnAtScreenScale() {
     context.translate(-whole.minX(), -whole.minY());
     _canvas.painter.fillBackground(context, whole);
     context.scale(points, points);
-    const gfx::ImageRef& fitted = picture.fitted();
+    const gfx::ImageRef fitted = _canvas.shown.picture.exportedAt(points * scale);
     const gfx::Rect place = _canvas.painter.placeOf(fitted, context);
     if (fitted) context.drawImage(*fitted, place);
     const gfx::Rect ground = gfx::AffineTransform::scaling(1 / points, 1 / points).apply(whole);
@@ -71,11 +78,56 @@ gfx::ImageRef CanvasExport::drawnAtScreenScale() {
     return surface->makeImage();
 }
 
+// Stretched by less than a pixel, so that it comes out in whole ones: beside it there is nothing to
+// fill a pixel up with.
+gfx::ImageRef CanvasExport::cropAtScreenScale() {
+    ui::Environment& environment = ui::Environment::current();
+    const double scale = environment.screen().scale;
+    const double points = pointsOnScreen();
+    CanvasPicture& picture = _canvas.shown.picture;
+    const gfx::Rect part = picture.part();
+    const auto whole = [&](double length) {
+        return std::max(std::round(length * points * scale), 1.0) / scale;
+    };
+    const gfx::Size size{whole(part.size.width), whole(part.size.height)};
+    const auto surface = environment.device().makeSurface(size, scale, true);
+    if (!surface) return nullptr;
+    gfx::Context& context = surface->context();
+    context.setInterpolation(gfx::Interpolation::High);
+    _canvas.painter.fillBackground(context, {{}, size});
+    context.scale(size.width / part.size.width, size.height / part.size.height);
+    context.translate(-part.minX(), -part.minY());
+    const gfx::ImageRef copy = picture.exportedAt(points * scale);
+    context.drawImage(*copy, picture.rect());
+    _canvas.screen.drawExported(context,
+                                _canvas.painter.drawnPicture({copy, picture.rect()}, part));
+    _canvas.history.noteExported();
+    return surface->makeImage();
+}
+
 gfx::ImageRef CanvasExport::imageAtPictureScale() {
     settle();
+    const CanvasPicture& picture = _canvas.shown.picture;
+    if (!picture.source() || picture.rect().isEmpty()) return image();
+    const auto [whole, origin] = drawnAtPictureScale();
+    if (!picture.isCropped()) return turned(whole);
+    return turned(MDrawImageUtil::imageFromImageInRect(whole, picture.cut().crop->offset(origin)));
+}
+
+gfx::ImageRef CanvasExport::uncutImage() {
+    settle();
+    const CanvasPicture& picture = _canvas.shown.picture;
+    if (!picture.source() || picture.rect().isEmpty()) return nullptr;
+    const auto [whole, origin] = drawnAtPictureScale();
+    const gfx::PixelSize pixels = picture.source()->pixelSize();
+    if (!whole || whole->pixelSize() == pixels) return whole;
+    return MDrawImageUtil::imageFromImageInRect(whole, partOf({}, pixels).offset(origin));
+}
+
+CanvasExport::Drawn CanvasExport::drawnAtPictureScale() {
+    const ui::FlagScope uncropped(_canvas.shown.showsUncropped);
     const gfx::ImageRef& source = _canvas.shown.picture.source();
     const gfx::Rect& place = _canvas.shown.picture.rect();
-    if (!source || place.isEmpty()) return image();
     const gfx::PixelSize pixels = source->pixelSize();
     const gfx::AffineTransform toPixels =
         gfx::AffineTransform::scaling(pixels.width / place.size.width,
@@ -87,7 +139,7 @@ gfx::ImageRef CanvasExport::imageAtPictureScale() {
                                 .roundedOut()
                                 .unionWith(picture);
     const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);
-    if (!surface) return nullptr;
+    if (!surface) return {};
     gfx::Context& context = surface->context();
     context.translate(-whole.minX(), -whole.minY());
     // Where the picture lets something through it goes on doing so; beside it there is background.
@@ -103,7 +155,12 @@ gfx::ImageRef CanvasExport::imageAtPictureScale() {
     context.concat(toPixels);
     _canvas.screen.drawExported(context, _canvas.painter.drawnPicture({source, place}, place));
     _canvas.history.noteExported();
-    return surface->makeImage();
+    return {surface->makeImage(), gfx::Point{} - whole.origin};
+}
+
+// What has been drawn as the picture lies is turned pixel by pixel.
+gfx::ImageRef CanvasExport::turned(const gfx::ImageRef& image) const {
+    return turnedImage(image, _canvas.shown.picture.cut().quarterTurns);
 }
 
 gfx::ImageRef CanvasExport::imageOfView() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Point.h"
 
 namespace kalim::ui {
 class View;
@@ -42,12 +43,23 @@ public:
     // exportImageAtPictureScale() and exportImageForScale().
     gfx::ImageRef image();
     gfx::ImageRef imageAtPictureScale();
+    // See MDrawView::exportUncutImage().
+    gfx::ImageRef uncutImage();
     gfx::ImageRef imageOfView();
     // See MDrawView::filterImg().
     static gfx::ImageRef blurred(const gfx::ImageRef& image);
 
 private:
     gfx::ImageRef drawnAtScreenScale();
+    // What comes at the picture's scale, whole and unturned, and where the picture's corner is.
+    struct Drawn {
+        gfx::ImageRef image;
+        gfx::Point origin;
+    };
+    Drawn drawnAtPictureScale();
+    gfx::ImageRef cropAtScreenScale();
+    double pointsOnScreen() const;
+    gfx::ImageRef turned(const gfx::ImageRef& image) const;
 
     Canvas _canvas;
 };

@@ -35,6 +35,14 @@ bool CanvasHistory::redo() {
     return step(&MUndoManager::redo);
 }
 
+void CanvasHistory::endUnderWay() {
+    _canvas.typing.finish();
+    _canvas.finger.endCreation();
+    removeInvalid();
+    _canvas.selection.clear();
+    _canvas.finger.forgetFound();
+}
+
 bool CanvasHistory::step(bool (MUndoManager::*take)()) {
     // What is being typed or fades in is the step that is meant.
     _canvas.typing.finish();

@@ -40,6 +40,8 @@ public:
     bool canRedo() const;
     bool undo();
     bool redo();
+    // What is being typed, drawn, dragged or selected comes to its end, with its step.
+    void endUnderWay();
     bool add(const ToolRef& tool);
     void removeSelected();
     // It leaves no record.

@@ -72,9 +72,18 @@ DrawnPicture CanvasPainter::drawnPicture(const ShownPicture& picture,
             picture.interpolation};
 }
 
-// As the copy that is shown has been aligned.
 std::optional<gfx::Rect> CanvasPainter::pictureEdge(const gfx::Context& context) const {
+    const CutGlide* const cut = _canvas.shown.changingCut();
+    if (cut && !_canvas.shown.showsUncropped) return cut->whole();
     if (!_canvas.content.endsAtPicture()) return std::nullopt;
+    const CanvasPicture& picture = _canvas.shown.picture;
+    const gfx::Rect shown = shownPlace(context);
+    return _canvas.shown.isCropped() ? carrying(picture.rect(), shown).apply(picture.part())
+                                     : shown;
+}
+
+// As the copy that is shown has been aligned.
+gfx::Rect CanvasPainter::shownPlace(const gfx::Context& context) const {
     const CanvasPicture& picture = _canvas.shown.picture;
     for (const gfx::ImageRef& image : {picture.shown(), picture.lastShown()}) {
         const gfx::Rect shown = placeOf(image, context);

@@ -50,12 +50,15 @@ public:
     // The patches that are wanted, over the picture; others may rest in the ground already.
     void drawPatches(gfx::Context& context, const DrawnPicture& picture, const PatchTest& isWanted,
                      const PatchTest& isResting) const;
-    // Where what is drawn is to be cut; nothing where it is not to be.
+    // Where what is drawn is to be cut; nothing where it is not to be. Between two cuts of the
+    // picture it is all that is shown on the way.
     std::optional<gfx::Rect> pictureEdge(const gfx::Context& context) const;
     // How far the patches change what is seen of the picture beside them at most, canvas points.
     double rimOnScreen() const;
 
 private:
+    gfx::Rect shownPlace(const gfx::Context& context) const;
+
     Canvas _canvas;
     CanvasMosaic _mosaic;
     gfx::ColorRef _background;

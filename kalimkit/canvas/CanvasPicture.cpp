@@ -55,6 +55,7 @@ void CanvasPicture::settle(const gfx::Rect& bounds) {
     if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source, _firstScale);
     _fitted = _shown = _first;
     _rect = centredRect(_first->size(), bounds);
+    if (_cut != PictureCut{}) fit();
 }
 
 CanvasPicture::Settlement CanvasPicture::settlement() const {
@@ -84,17 +85,32 @@ void CanvasPicture::showIn(const gfx::Rect& bounds, double screenScale) {
     _bounds = bounds;
     _screenScale = screenScale;
     _fittingScale = 1;
-    if (!_source) return;
-    if (hasBasis() || bounds.size != _canvas.size) {
-        const gfx::Size size = sizeIn(bounds.size);
-        _fittingScale = std::min(size.width / _rect.size.width, size.height / _rect.size.height);
-    }
+    if (_source) fit();
+}
+
+// A part that is shown larger than all of the picture would be is drawn from copies made for the
+// zoom: one of the whole picture at that size may be larger than memory.
+void CanvasPicture::fit() {
+    _fittingScale = scaleIn(_bounds.size);
+    const double scale =
+        isCropped() ? std::min(_fittingScale, scaleIn(_bounds.size, {})) : _fittingScale;
     if (hasBasis()) {
-        _fitted = _shown = redrawn(_fittingScale, screenScale);
+        _fitted = _shown = redrawn(scale, _screenScale);
     } else {
-        _fitted = copy(1, screenScale);
-        _shown = copy(_fittingScale, screenScale);
+        _fitted = copy(1, _screenScale);
+        _shown = copy(scale, _screenScale);
     }
+}
+
+double CanvasPicture::scaleIn(gfx::Size box) const {
+    const bool isAsSettled = !hasBasis() && box == _canvas.size && _cut == PictureCut{};
+    return isAsSettled || !_source ? 1 : scaleIn(box, _cut);
+}
+
+double CanvasPicture::scaleIn(gfx::Size box, const PictureCut& cut) const {
+    const gfx::Size size = sizeIn(box, cut);
+    const gfx::Size part = turnedSize(partOnCanvas(cut).size, cut.quarterTurns);
+    return std::min(size.width / part.width, size.height / part.height);
 }
 
 bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const {
@@ -102,7 +118,8 @@ bool CanvasPicture::isShownIn(const gfx::Rect& bounds, double screenScale) const
 }
 
 bool CanvasPicture::fillsView() const {
-    return _source && kalim::fillsView(_rect.size * _fittingScale, _bounds.size);
+    const gfx::Size shown = turnedSize(part().size, _cut.quarterTurns) * _fittingScale;
+    return _source && kalim::fillsView(shown, _bounds.size);
 }
 
 gfx::ImageRef CanvasPicture::shownAt(double pixelsPerPoint, PictureReductions::Making making) {
@@ -117,6 +134,13 @@ gfx::ImageRef CanvasPicture::shownAt(double pixelsPerPoint, PictureReductions::M
     return _lastShown = copy ? copy : _shown;
 }
 
+gfx::ImageRef CanvasPicture::exportedAt(double pixelsPerPoint) {
+    if (!_fitted || _cut == PictureCut{}) return _fitted;
+    const double wanted = pixelsPerPoint * _rect.size.width;
+    if (std::abs(_shown->pixelSize().width - wanted) <= 0.5) return _shown;
+    return _reductions.atLeast(wanted, PictureReductions::Making::Any);
+}
+
 void CanvasPicture::releaseCopies() {
     _lastShown = nullptr;
     _reductions.release();
@@ -126,17 +150,44 @@ double CanvasPicture::pixelsPerPoint() const {
     return _source && !_rect.isEmpty() ? _source->pixelSize().width / _rect.size.width : 0;
 }
 
-// What the picture would measure if it came to a view of this size, but for the fractions of a
-// point that a picture loses there.
-gfx::Size CanvasPicture::sizeIn(gfx::Size box) const {
+// ---- what of it is shown
+
+void CanvasPicture::setCut(const PictureCut& cut) {
+    if (!_source || !isCutOf(cut, _source->pixelSize()) || cut == _cut) return;
+    _cut = cut;
+    if (!_bounds.isEmpty()) fit();
+}
+
+bool CanvasPicture::isCropped() const {
+    return _source && isCropOf(_cut, _source->pixelSize());
+}
+
+gfx::Rect CanvasPicture::part() const {
+    return partOnCanvas(_cut);
+}
+
+gfx::Rect CanvasPicture::partOnCanvas(const PictureCut& cut) const {
+    if (!_source || !isCropOf(cut, _source->pixelSize())) return _rect;
     const gfx::PixelSize raster = _source->pixelSize();
+    const double across = _rect.size.width / raster.width;
+    const double down = _rect.size.height / raster.height;
+    const auto [origin, size] = partOf(cut, raster);
+    return {_rect.minX() + origin.x * across, _rect.minY() + origin.y * down, size.width * across,
+            size.height * down};
+}
+
+// What the part would measure if it came as a picture to a view of this size, but for the fractions
+// of a point that a picture loses there.
+gfx::Size CanvasPicture::sizeIn(gfx::Size box, const PictureCut& cut) const {
+    const gfx::Size raster = turnedSize(partOf(cut, _source->pixelSize()).size, cut.quarterTurns);
+    const gfx::Size natural{raster.width / _source->scale(), raster.height / _source->scale()};
     const bool isSmaller = raster.width < box.width && raster.height < box.height;
     // Lines that are as wide as the picture is large want it to be seen large.
     if (isSmaller && hasBasis()) {
         const double largest = std::min(box.width / raster.width, box.height / raster.height);
-        return gfx::Size(raster.width, raster.height) * std::floor(largest);
+        return raster * std::floor(largest);
     }
-    if (isSmaller || _source->size() == box) return _source->size();
+    if (isSmaller || natural == box) return natural;
     const double factor = std::min(box.width / raster.width, box.height / raster.height);
     return {std::max(raster.width * factor, 1.0), std::max(raster.height * factor, 1.0)};
 }

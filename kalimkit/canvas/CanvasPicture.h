@@ -3,6 +3,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/image/PictureCut.h"
 #include "kalimkit/image/PictureReductions.h"
 
 namespace kalim {
@@ -47,8 +48,19 @@ public:
     const gfx::Rect& rect() const { return _rect; }
     // View points per canvas point for a view that shows the canvas as it first came.
     double fittingScale() const { return _fittingScale; }
+    // The same for a view as large as the canvas was settled for: 1 as long as nothing is cut.
+    double settledScale() const { return scaleIn(_canvas.size); }
     // Whether the picture, shown so, fills the view.
     bool fillsView() const;
+
+    // ---- what of it is shown. A new picture is shown as a whole, as it is.
+    const PictureCut& cut() const { return _cut; }
+    // The copies follow. Ignored where it is no cut of the picture.
+    void setCut(const PictureCut& cut);
+    // Whether anything of it is left away.
+    bool isCropped() const;
+    // The part that is shown, canvas points: rect() where that is all of it.
+    gfx::Rect part() const;
 
     // All null without a picture. As it was handed in, upright.
     const gfx::ImageRef& source() const { return _source; }
@@ -65,6 +77,8 @@ public:
     // What to draw where a canvas point comes to this many pixels of the screen: shown() as long as
     // that has the pixels, else a copy with more of the picture's own.
     gfx::ImageRef shownAt(double pixelsPerPoint, PictureReductions::Making making);
+    // The same for an export, which does not care what a view shows.
+    gfx::ImageRef exportedAt(double pixelsPerPoint);
     // Repeats what that answered last; null before.
     const gfx::ImageRef& lastShown() const { return _lastShown; }
     // Tells how many pixels of the picture make a canvas point; 0 without one.
@@ -75,11 +89,16 @@ public:
 private:
     void settle(const gfx::Rect& bounds);
     void settleByBasis();
-    gfx::Size sizeIn(gfx::Size box) const;
+    void fit();
+    double scaleIn(gfx::Size box) const;
+    gfx::Size sizeIn(gfx::Size box, const PictureCut& cut) const;
+    double scaleIn(gfx::Size box, const PictureCut& cut) const;
+    gfx::Rect partOnCanvas(const PictureCut& cut) const;
     gfx::ImageRef copy(double factor, double screenScale) const;
     gfx::ImageRef redrawn(double factor, double screenScale) const;
 
     double _basis = 0;
+    PictureCut _cut;
     gfx::Rect _canvas;
     gfx::Rect _rect;
     double _fittingScale = 1;

@@ -103,14 +103,22 @@ bool CanvasScreen::hasLivePatch() const {
            });
 }
 
+// While the view moves the layers stay as they are; from cut to cut they show all that is on the
+// way.
+void CanvasScreen::updateLayersView() {
+    const CanvasShown& shown = _canvas.shown;
+    const CutGlide* const cut = shown.changingCut();
+    if (shown.isMoving() && !cut) return;
+    const gfx::AffineTransform& toView = cut ? cut->overview() : shown.zoom.toView();
+    // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
+    if (!rescale(_layers, _canvas.view.bounds().size, toView)) return;
+    _drawn.forget();
+    _canvas.view.setNeedsDisplay();
+}
+
 void CanvasScreen::update() {
     sweepChangedTools();
-    // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
-    if (!_canvas.shown.isMoving() &&
-        rescale(_layers, _canvas.view.bounds().size, _canvas.shown.zoom.toView())) {
-        _drawn.forget();
-        _canvas.view.setNeedsDisplay();
-    }
+    updateLayersView();
     if (const auto& group = _canvas.selection.group()) _canvas.tools.scaleForScreen(*group);
     const DrawnTools::Stale stale =
         _drawn.update(_canvas.tools.list(), selection(), createdTools());
@@ -168,9 +176,11 @@ void CanvasScreen::draw(gfx::Context& context) {
     const bool hasLayers = refreshLayers();
     const gfx::AffineTransform shown = _canvas.shown.transform();
     const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);
+    const auto edge = further.isIdentity() ? std::nullopt : edgeOnScreen(context);
     const auto inCanvas = [&](auto draw) {
         const gfx::GraphicsStateGuard guard(context);
         context.concat(shown);
+        if (edge) context.clipToRect(*edge);
         draw();
     };
     // While the view moves the ground is drawn as it is, so that the photo reaches to the edges;
@@ -181,7 +191,12 @@ void CanvasScreen::draw(gfx::Context& context) {
         inCanvas([&] { paintGround(context, shown.inverted().apply(_canvas.view.bounds())); });
     }
     inCanvas([&] { drawLivePatches(context); });
-    if (hasLayers) {
+    if (hasLayers && edge) {
+        inCanvas([&] {
+            context.concat(shown.inverted());
+            _layers.show(CanvasLayers::Items, context, further);
+        });
+    } else if (hasLayers) {
         _layers.show(CanvasLayers::Items, context, further);
     } else {
         inCanvas([&] { drawRestingItems(context); });
@@ -192,15 +207,26 @@ void CanvasScreen::draw(gfx::Context& context) {
     });
 }
 
+// Where all that is shown ends while the layers, which may show more, are on their way.
+std::optional<gfx::Rect> CanvasScreen::edgeOnScreen(const gfx::Context& context) const {
+    if (const CutGlide* const cut = _canvas.shown.changingCut()) return cut->shown();
+    if (!_canvas.shown.isCropped()) return std::nullopt;
+    return _canvas.painter.pictureEdge(context);
+}
+
 void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     const CanvasPainter& painter = _canvas.painter;
+    const gfx::GraphicsStateGuard guard(context);
+    if (_canvas.shown.isCropped()) context.clipToRect(*painter.pictureEdge(context));
     const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale =
         ui::Environment::current().screen().scale * _canvas.shown.zoom.shownScale();
     const double pixel = picture.image ? 1 / scale : 0;
-    const gfx::Rect ground = alongPicture(_canvas.shown.content, _canvas.shown.picture.rect(),
-                                          picture.rect.inset(pixel, pixel));
+    const CutGlide* const cut = _canvas.shown.changingCut();
+    const gfx::Rect ground =
+        alongPicture(cut ? cut->whole() : _canvas.shown.content, _canvas.shown.picture.rect(),
+                     picture.rect.inset(pixel, pixel));
     painter.fillBackground(context, ground);
     context.setInterpolation(picture.interpolation);
     if (picture.image) context.drawImage(*picture.image, picture.rect);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "kalimkit/canvas/CanvasLayers.h"
 #include "kalimkit/canvas/DrawnTools.h"
 #include "kalimkit/canvas/FrameCount.h"
@@ -57,6 +59,7 @@ public:
 
 private:
     void mark(const gfx::Rect& canvasRect);
+    void updateLayersView();
     void markStale(const DrawnTools::Stale& stale);
     void drawOnTop(const DrawnTools::Stale& stale);
     void sweepChangedTools();
@@ -65,6 +68,7 @@ private:
     const ToolList& createdTools();
     bool refreshLayers();
 
+    std::optional<gfx::Rect> edgeOnScreen(const gfx::Context& context) const;
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     bool isResting(const MDrawTool& patch) const;

@@ -14,16 +14,24 @@ namespace kalim {
 struct CanvasShown {
     // Holds while fingers move the view, and while it is on its way.
     bool isMoving() const { return zoom.isHeld() || glide; }
+    // Whether a part of the picture is all that is shown.
+    bool isCropped() const { return picture.isCropped() && !showsUncropped; }
     // What is on the screen at this moment.
     gfx::AffineTransform transform() const { return glide ? glide->shown() : zoom.toView(); }
+    // On the way from one cut of the picture to another; null where nothing but the zoom changes.
+    const CutGlide* changingCut() const { return glide ? glide->changingCut() : nullptr; }
     // View points per canvas point for what keeps its size on the screen; 1 where canvas points
     // stand for it.
     double touchScale() const { return picture.hasBasis() ? zoom.shownScale() : 1; }
 
     CanvasPicture picture;
     CanvasZoom zoom;
-    // The content unites the picture's rectangle with every tool's extent, in canvas points.
+    // The content unites the picture's rectangle with every tool's extent, in canvas points. Where
+    // the picture is cropped, and where what is drawn ends at the picture, it is the part shown.
     gfx::Rect content;
+    // An export is drawn as a whole, and the part is cut out of it: so its pixels are the very
+    // same.
+    bool showsUncropped = false;
     // On the way from an earlier zoom and move to those in force; null while the view rests.
     std::unique_ptr<CanvasGlide> glide;
 };

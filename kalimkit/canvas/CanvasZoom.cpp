@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/PictureLayout.h"
+#include "kalimkit/image/PictureCut.h"
 
 namespace kalim {
 
@@ -48,7 +49,7 @@ void CanvasZoom::reset() {
 
 void CanvasZoom::update() {
     _toView = canvasToView(_place.canvasCenter, _place.bounds.center() + _move, shownScale(),
-                           _curRotateDegree);
+                           _curRotateDegree, _place.quarterTurns);
     _toCanvas = _toView.inverted();
 }
 
@@ -70,7 +71,7 @@ void CanvasZoom::setImposedScale(float scale) {
 bool CanvasZoom::isLargerThanView(const gfx::Rect& content) const {
     // What fits exactly may come out too large by the last bits.
     constexpr double tolerance = 1e-9;
-    const gfx::Size shown = content.size * shownScale();
+    const gfx::Size shown = shownSize(content);
     return shown.width > _place.bounds.size.width + tolerance ||
            shown.height > _place.bounds.size.height + tolerance;
 }
@@ -83,7 +84,7 @@ void CanvasZoom::clamp() {
 void CanvasZoom::fit(const gfx::Rect& content) {
     allowOrdinaryZoom();
     if (isLargerThanView(content)) {
-        const gfx::Size shown = content.size * shownScale();
+        const gfx::Size shown = shownSize(content);
         const gfx::Size room = _place.bounds.size;
         const double fitting =
             scale() * std::min(room.width / shown.width, room.height / shown.height);
@@ -118,9 +119,13 @@ void CanvasZoom::zoomTo(double scale, const gfx::Rect& content) {
 
 // Holds where the content is smaller in either direction.
 bool CanvasZoom::isSmallerThanView(const gfx::Rect& content) const {
-    const gfx::Size shown = content.size * shownScale();
+    const gfx::Size shown = shownSize(content);
     const gfx::Size room = _place.bounds.size;
     return shown.width < room.width || shown.height < room.height;
+}
+
+gfx::Size CanvasZoom::shownSize(const gfx::Rect& content) const {
+    return turnedSize(content.size, _place.quarterTurns) * shownScale();
 }
 
 // Where the content is seen, from the bounds' corner on.

@@ -19,6 +19,8 @@ public:
         gfx::Point canvasCenter;
         // The bounds are view points.
         gfx::Rect bounds;
+        // Counter-clockwise, about the canvas's centre.
+        int quarterTurns = 0;
         // So many view points make a canvas point.
         double fittingScale = 1;
         // The picture fills the view.
@@ -76,6 +78,7 @@ public:
 
 private:
     void update();
+    gfx::Size shownSize(const gfx::Rect& content) const;
     void zoomAbout(gfx::Point focus, const std::function<void()>& change);
     gfx::Rect placeInBounds(const gfx::Rect& content) const;
     void centre(const gfx::Rect& content);

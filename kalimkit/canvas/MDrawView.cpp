@@ -183,6 +183,12 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     return parts->exports.imageAtPictureScale();
 }
 
+gfx::ImageRef MDrawView::exportUncutImage() {
+    const auto parts = held();
+    fitIntoView();
+    return parts->exports.uncutImage();
+}
+
 gfx::ImageRef MDrawView::exportImageForScale() {
     return held()->exports.imageOfView();
 }
@@ -196,8 +202,11 @@ void MDrawView::setCanvasBasis(double points) {
     if (points != 0 && !(points >= 1 && points <= largest)) return;
     if (points == _canvasBasis) return;
     _canvasBasis = points;
+    if (hasTools() || canUndo() || canRedo()) return;
     const gfx::ImageRef picture = sourceImage();
-    if (!hasTools() && !canUndo() && !canRedo()) setSnipImage(picture);
+    const PictureCut cut = pictureCut();
+    setSnipImage(picture);
+    resetPictureCut(cut);
 }
 
 bool MDrawView::clipsToPicture() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "kalimkit/canvas/MDrawViewDelegate.h"
 #include "kalimkit/canvas/ToolType.h"
 #include "kalimkit/canvas/ZoomedCanvasView.h"
@@ -38,8 +40,8 @@ public:
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
     // ---- the picture
-    // Takes a new picture, turned upright and fitted into the view, and forgets every tool and
-    // step. Null leaves the canvas without a picture. The blocks that mosaic patches show are
+    // Takes a new picture, turned upright and fitted into the view, and forgets every tool, step
+    // and cut. Null leaves the canvas without a picture. The blocks that mosaic patches show are
     // computed a millisecond later, or when the first patch needs them.
     void setSnipImage(const gfx::ImageRef& image);
     // What is on the canvas as a document, but for the bytes of the picture's file, which the host
@@ -67,6 +69,9 @@ public:
     // transparent as well. Drawings and patches are scaled with it. Without a picture as
     // exportImage(). Null as there.
     gfx::ImageRef exportImageAtPictureScale();
+    // All of the picture, and nothing beyond it, at its own scale as the one above, with all that
+    // is drawn there, whatever its cut: what the cut is chosen from. Null without a picture.
+    gfx::ImageRef exportUncutImage();
     // What the view shows at present, at the screen's scale, selection and open text field and all.
     // No patch is shown as the preview that hides nothing: what is being drawn is finished first.
     // Null for a view without a size.
@@ -88,6 +93,17 @@ public:
     // and nothing grows; without a picture there is no edge. Off at first: the content grows then.
     bool clipsToPicture() const;
     void setClipsToPicture(bool clips);
+    // Shows another part of the picture, and turns it, as a step of undo like any other: nothing of
+    // what is drawn changes, canvas points stay those of the whole picture as it is unturned, and
+    // what lies outside of the part is hidden, in every export as well. Ends what is under way, and
+    // glides to the part from how the view is shown, or from where somebody has shown the part
+    // already, view points. Answers whether there is such a step: not without a picture, for what
+    // isCutOf() refuses, and for what shows nothing else.
+    bool setPictureCut(const PictureCut& cut) { return setPictureCutSeenAt(cut, {}); }
+    bool setPictureCutSeenAt(const PictureCut& cut, const gfx::Rect& seenAt);
+    // The same at once and without a step, for a picture that comes with its cut. Answers whether
+    // it is one of the picture.
+    bool resetPictureCut(const PictureCut& cut);
     bool isDirty() const;
     // Under the picture and where drawings reach beyond it; white at first.
     const gfx::ColorRef& defualtBackgroundColor() const;
@@ -204,6 +220,8 @@ protected:
 private:
     void addGestures();
     bool fitIntoView();
+    gfx::AffineTransform placingContent(const gfx::Rect& seenAt) const;
+    void showCut(const PictureCut& cut, const std::optional<Seen>& from);
     std::shared_ptr<CanvasParts> held();
 
     std::unique_ptr<CanvasParts> _parts;

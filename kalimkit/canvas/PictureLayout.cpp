@@ -1,6 +1,9 @@
 #include "kalimkit/canvas/PictureLayout.h"
 
 #include <cmath>
+#include <utility>
+
+#include "kalimkit/image/PictureCut.h"
 
 namespace kalim {
 
@@ -8,19 +11,21 @@ gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box) {
     return {{box.midX() - size.width * 0.5, box.midY() - size.height * 0.5}, size};
 }
 
-gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
-                                  double angle) {
-    return gfx::AffineTransform::translation(seenAt)
-        .rotated(angle)
-        .scaled(scale, scale)
-        .translated(-center.x, -center.y);
+gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale, double angle,
+                                  int quarterTurns) {
+    const auto placed =
+        gfx::AffineTransform::translation(seenAt).rotated(angle).scaled(scale, scale);
+    if (quarterTurns == 0) return placed.translated(-center.x, -center.y);
+    return quarterTurn(quarterTurns).concat(placed).translated(-center.x, -center.y);
 }
 
 gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
                            double scale, gfx::PixelSize raster) {
-    if (!toSurface.isScaleAndTranslation()) return rect;
+    const bool isTurned = toSurface.a == 0 && toSurface.d == 0;
+    if (!isTurned && (toSurface.b != 0 || toSurface.c != 0)) return rect;
     const gfx::Rect shown = toSurface.apply(rect);
     const gfx::Size pixels = shown.size * scale;
+    if (isTurned) std::swap(raster.width, raster.height);
     if (std::abs(pixels.width - raster.width) > 0.5 ||
         std::abs(pixels.height - raster.height) > 0.5) {
         return rect;

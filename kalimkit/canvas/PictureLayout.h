@@ -10,14 +10,14 @@ namespace kalim {
 KALIM_API gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box);
 
 // Carries canvas to view: view point = seenAt + scale * R(angle) * (canvas point - center). The
-// angle is radians.
+// angle is radians; the quarter turns, counter-clockwise, come before it and are exact.
 KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double scale,
-                                            double angle);
+                                            double angle, int quarterTurns = 0);
 
 // Where to draw a raster that is shown pixel for pixel: the rectangle moved by less than a device
 // pixel, so that pixels fall on pixels and nothing is resampled. `toSurface` is the context's
 // transform, `scale` the surface's pixels per point. The rectangle itself where the raster is shown
-// at another size, or turned.
+// at another size, or turned by less than a quarter.
 KALIM_API gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
                                      double scale, gfx::PixelSize raster);
 

@@ -39,6 +39,10 @@ const gfx::Rect& ZoomedCanvasView::ctxRect() const {
     return _shown->content;
 }
 
+const PictureCut& ZoomedCanvasView::pictureCut() const {
+    return _shown->picture.cut();
+}
+
 // ---- the scale
 
 double ZoomedCanvasView::getScale() const {
@@ -157,13 +161,15 @@ gfx::Rect ZoomedCanvasView::room() const {
 
 void ZoomedCanvasView::placeCanvas() {
     changeView([&] {
-        const gfx::Rect canvas = _shown->picture.isSettled() ? _shown->picture.canvas() : room();
+        const CanvasPicture& picture = _shown->picture;
+        const gfx::Rect canvas = picture.isSettled() ? picture.canvas() : room();
+        const gfx::Rect middle = picture.isCropped() ? picture.part() : canvas;
         // A margin sets the picture apart from the screen's edges already.
-        const bool isScreenShot = _shown->picture.fillsView() && _layoutMargin == ui::EdgeInsets{};
+        const bool isScreenShot = picture.fillsView() && _layoutMargin == ui::EdgeInsets{};
         const double largest =
             std::max(ordinaryLargestScale, scaleForMagnification(_largestMagnification));
-        _shown->zoom.setPlace(
-            {canvas.center(), room(), _shown->picture.fittingScale(), isScreenShot, largest});
+        _shown->zoom.setPlace({middle.center(), room(), picture.cut().quarterTurns,
+                               picture.fittingScale(), isScreenShot, largest});
     });
 }
 
@@ -201,6 +207,23 @@ void ZoomedCanvasView::resetView() {
     placeCanvas();
     if (!wasHeld) return;
     viewGestureDidEnd();
+}
+
+ZoomedCanvasView::Seen ZoomedCanvasView::seen() const {
+    const CutGlide* const cut = _shown->changingCut();
+    return {_shown->transform(), cut ? cut->shown() : _shown->content};
+}
+
+void ZoomedCanvasView::takeCut(const PictureCut& cut) {
+    _shown->picture.setCut(cut);
+    resetView();
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
+void ZoomedCanvasView::glideFrom(const Seen& before) {
+    settleView(before.transform);
+    if (_shown->glide) _shown->glide->changeCut(before.content, _shown->content, bounds());
 }
 
 // Glides from how the view is shown to how it is from now on.

@@ -5,6 +5,7 @@
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/image/PictureCut.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
 #include "kalimkit/ui/gesture/GestureRecognizer.h"
 #include "kalimkit/ui/view/View.h"
@@ -33,8 +34,11 @@ public:
     const gfx::ImageRef& sourceImage() const;
     // Where it lies, canvas points.
     const gfx::Rect& bgImgRect() const;
-    // The content unites the picture's rectangle with every tool's extent, in canvas points.
+    // The content unites the picture's rectangle with every tool's extent, in canvas points. Of a
+    // cropped picture it is the part that is shown.
     const gfx::Rect& ctxRect() const;
+    // Which part of the picture is shown, and how it is turned; all of it, as it is, without one.
+    const PictureCut& pictureCut() const;
 
     // ---- zoom
     // View point to canvas point. Where canvas points are the picture's, to 1/256 of one, so that
@@ -109,6 +113,15 @@ protected:
     void fitResized();
     // Nothing zoomed, moved or held.
     void resetView();
+    // Shows another part of the picture, or the same turned. The content is measured by the caller,
+    // who then lets the view glide there from how it was shown, if it is to be seen.
+    struct Seen {
+        gfx::AffineTransform transform;
+        gfx::Rect content;
+    };
+    Seen seen() const;
+    void takeCut(const PictureCut& cut);
+    void glideFrom(const Seen& before);
 
     CanvasShown& shown() { return *_shown; }
     const CanvasShown& shown() const { return *_shown; }

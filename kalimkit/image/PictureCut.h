@@ -2,7 +2,11 @@
 
 #include <optional>
 
+#include "kalimkit/gfx/AffineTransform.h"
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/gfx/Size.h"
 
 namespace kalim {
 
@@ -17,5 +21,27 @@ struct PictureCut {
 
     bool operator==(const PictureCut&) const = default;
 };
+
+// Whether it is a cut of an upright picture with so many pixels, as the fields say.
+KALIM_API bool isCutOf(const PictureCut& cut, gfx::PixelSize picture);
+
+// The pixels that it shows of such a picture, before they are turned.
+KALIM_API gfx::Rect partOf(const PictureCut& cut, gfx::PixelSize picture);
+
+// Whether it leaves anything of such a picture away.
+KALIM_API bool isCropOf(const PictureCut& cut, gfx::PixelSize picture);
+
+// A size after quarter turns.
+KALIM_API gfx::Size turnedSize(gfx::Size size, int quarterTurns);
+
+// Turns about the origin by quarters, counter-clockwise as seen where y points down; exact.
+KALIM_API gfx::AffineTransform quarterTurn(int quarterTurns);
+
+// How an upright raster is seen after so many quarter turns.
+KALIM_API gfx::ImageOrientation orientationAfter(int quarterTurns);
+
+// The same image with its upright pixels turned, exactly and at the same scale. The very same image
+// for no turn; null for null.
+KALIM_API gfx::ImageRef turnedImage(const gfx::ImageRef& image, int quarterTurns);
 
 }  // namespace kalim

@@ -78,7 +78,7 @@ JsonValue::Object describeCanvas(const MDrawView& canvas) {
     JsonValue::Array tools;
     for (const ToolRef& tool : canvas.tools())
         tools.push_back(describeTool(*tool));
-    return {
+    JsonValue::Object print{
         {"tools", std::move(tools)},
         {"selection", describeSelection(canvas)},
         {"canUndo", canvas.canUndo()},
@@ -88,6 +88,9 @@ JsonValue::Object describeCanvas(const MDrawView& canvas) {
         {"contextScale", canvas.contextScale()},
         {"editingText", canvas.curEdittingTextTool() != nullptr},
     };
+    if (canvas.pictureCut() != PictureCut{})
+        print.emplace_back("pictureCut", toJson(canvas.pictureCut()));
+    return print;
 }
 
 }  // namespace kalim

@@ -133,6 +133,27 @@ bool readValue(const JsonValue& value, ui::EdgeInsets& out) {
     return true;
 }
 
+bool readValue(const JsonValue& value, PictureCut& out) {
+    if (!value.object()) return false;
+    PictureCut cut;
+    for (const auto& [key, member] : *value.object()) {
+        if (key == "crop") {
+            gfx::Rect crop;
+            if (member.isNull()) continue;
+            if (!readValue(member, crop)) return false;
+            cut.crop = crop;
+        } else if (key == "quarterTurns") {
+            std::uint64_t turns = 0;
+            if (!readValue(member, turns) || turns > 3) return false;
+            cut.quarterTurns = static_cast<int>(turns);
+        } else {
+            return false;
+        }
+    }
+    out = cut;
+    return true;
+}
+
 bool readValue(const JsonValue& value, gfx::ColorRef& out) {
     const std::string* text = value.string();
     const std::optional<gfx::Color> color = text ? gfx::Color::fromHex(*text) : std::nullopt;
@@ -164,6 +185,11 @@ JsonValue toJson(const gfx::Rect& rect) {
 
 JsonValue toJson(const ui::EdgeInsets& insets) {
     return JsonValue::Array{insets.top, insets.left, insets.bottom, insets.right};
+}
+
+JsonValue toJson(const PictureCut& cut) {
+    return JsonValue::Object{{"crop", cut.crop ? toJson(*cut.crop) : JsonValue()},
+                             {"quarterTurns", cut.quarterTurns}};
 }
 
 JsonValue toJson(const gfx::ColorRef& color) {

@@ -9,6 +9,7 @@
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/image/PictureCut.h"
 #include "kalimkit/json/JsonValue.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
 
@@ -31,6 +32,7 @@ bool readValue(const JsonValue& value, std::string& out);
 bool readValue(const JsonValue& value, gfx::Point& out);
 bool readValue(const JsonValue& value, gfx::Rect& out);
 bool readValue(const JsonValue& value, ui::EdgeInsets& out);
+bool readValue(const JsonValue& value, PictureCut& out);
 // Makes a new colour object.
 bool readValue(const JsonValue& value, gfx::ColorRef& out);
 
@@ -58,6 +60,9 @@ inline constexpr std::string_view kindName<gfx::Rect> =
 template <>
 inline constexpr std::string_view kindName<ui::EdgeInsets> =
     "margins [top,left,bottom,right] with numbers from 0 to 1000000";
+template <>
+inline constexpr std::string_view kindName<PictureCut> =
+    "a cut {\"crop\":[x,y,w,h] or null,\"quarterTurns\":0 to 3}";
 template <>
 inline constexpr std::string_view kindName<gfx::ColorRef> = "a colour \"#RRGGBB\" or \"#RRGGBBAA\"";
 
@@ -101,6 +106,7 @@ JsonValue toJson(gfx::Point point);
 JsonValue toJson(const gfx::Rect& rect);
 // Writes [top,left,bottom,right].
 JsonValue toJson(const ui::EdgeInsets& insets);
+JsonValue toJson(const PictureCut& cut);
 // Writes "#RRGGBBAA", or null for none.
 JsonValue toJson(const gfx::ColorRef& color);
 
