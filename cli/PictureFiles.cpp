@@ -5,16 +5,57 @@
 #include "cli/PictureFormat.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/host/files/SavedDocument.h"
 
 namespace kalim::cli {
 
+namespace {
+
+constexpr const char* noRoom = "there is no room for a picture of this size";
+
+}  // namespace
+
 ScenarioFiles::LoadedPicture PictureFiles::loadPicture(const std::string& path) {
-    codec::DecodeResult decoded = codec::decodeFile(path);
+    codec::Bytes bytes;
+    if (auto problem = codec::readPictureFile(path, bytes)) return {nullptr, *problem};
+    codec::DecodeResult decoded = codec::decode(bytes, path);
     if (decoded.error) return {nullptr, *decoded.error};
-    // A file's pixels are points until the canvas fits them into its view.
-    gfx::ImageRef image = _device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
-    if (!image) return {nullptr, path + ": there is no room for a picture of this size"};
+    gfx::ImageRef image = _origins.make(_device, std::move(decoded), bytes, path);
+    if (!image) return {nullptr, path + ": " + noRoom};
     return {image, {}};
+}
+
+ScenarioFiles::LoadedPicture PictureFiles::takePicture(OpenedFile opened) {
+    gfx::ImageRef image = _origins.make(_device, opened);
+    if (!image) return {nullptr, opened.picturePath + ": " + noRoom};
+    return {image, {}};
+}
+
+ScenarioFiles::LoadedDocument PictureFiles::takeDocument(OpenedFile opened) {
+    LoadedDocument loaded;
+    loaded.picture = _origins.make(_device, opened);
+    loaded.document = std::move(*opened.document);
+    if (loaded.document.picture && !loaded.picture) loaded.error = noRoom;
+    return loaded;
+}
+
+ScenarioFiles::LoadedDocument PictureFiles::loadDocument(const std::string& path) {
+    OpenedFile opened = openFile(path);
+    LoadedDocument loaded;
+    loaded.error = std::move(opened.error);
+    if (loaded.error) return loaded;
+    if (!opened.document) {
+        loaded.error = path + ": this is a picture without a document inside";
+        return loaded;
+    }
+    loaded = takeDocument(std::move(opened));
+    if (loaded.error) loaded.error = path + ": " + *loaded.error;
+    return loaded;
+}
+
+std::optional<std::string> PictureFiles::saveDocument(const std::string& path, MDrawView& canvas,
+                                                      const DocumentSaving& saving) {
+    return kalim::saveDocument(canvas, _origins, {saving.isSealed, saving.isLinked}, path);
 }
 
 std::optional<std::string> PictureFiles::savePicture(const std::string& path,

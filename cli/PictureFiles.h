@@ -5,12 +5,14 @@
 #include <string>
 
 #include "kalimkit/gfx/Device.h"
+#include "kalimkit/host/files/OpenedFile.h"
+#include "kalimkit/host/files/PictureOrigins.h"
 #include "kalimkit/host/headless/ScenarioFiles.h"
 
 namespace kalim::cli {
 
-// The pictures of a scenario as files, named relative to the working directory. JPEG, PNG
-// and WebP are read; what is written follows the name: .png, .jpg, .jpeg or .webp.
+// The pictures and documents of a scenario as files, named relative to the working directory. JPEG,
+// PNG and WebP are read; what is written follows the name: .png, .jpg, .jpeg or .webp.
 class PictureFiles : public ScenarioFiles {
 public:
     // The device makes the pictures that are read, and must outlive this object.
@@ -19,9 +21,16 @@ public:
     LoadedPicture loadPicture(const std::string& path) override;
     std::optional<std::string> savePicture(const std::string& path,
                                            const gfx::ImageRef& image) override;
+    LoadedDocument loadDocument(const std::string& path) override;
+    std::optional<std::string> saveDocument(const std::string& path, MDrawView& canvas,
+                                            const DocumentSaving& saving) override;
+    // The picture of a file that was opened, which has no document, or else its document.
+    LoadedPicture takePicture(OpenedFile opened);
+    LoadedDocument takeDocument(OpenedFile opened);
 
 private:
     gfx::Device& _device;
+    PictureOrigins _origins;
 };
 
 }  // namespace kalim::cli

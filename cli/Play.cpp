@@ -11,6 +11,37 @@
 
 namespace kalim::cli {
 
+namespace {
+
+// What --picture names: a picture, or a document with its own.
+struct Start {
+    gfx::ImageRef picture;
+    std::optional<ScenarioFiles::LoadedDocument> document;
+};
+
+std::optional<std::string> readStart(const PlayOptions& options, PictureFiles& files,
+                                     Start& start) {
+    if (options.picture.empty()) return std::nullopt;
+    OpenedFile opened = openFile(options.picture, {options.isFlat});
+    if (opened.error) return opened.error;
+    if (!opened.document) {
+        ScenarioFiles::LoadedPicture loaded = files.takePicture(std::move(opened));
+        start.picture = std::move(loaded.image);
+        return start.picture ? std::nullopt : std::optional(loaded.error);
+    }
+    start.document = files.takeDocument(std::move(opened));
+    start.picture = start.document->picture;
+    return start.document->error;
+}
+
+std::optional<std::string> begin(ScenarioPlayer& player, const Start& start, bool isEditor) {
+    if (start.document) return player.openDocument(*start.document);
+    if (start.picture && !isEditor) player.setPicture(start.picture);
+    return std::nullopt;
+}
+
+}  // namespace
+
 int play(const PlayOptions& options) {
     LineReader reader(options.scenario);
     if (reader.error()) return complain(*reader.error());
@@ -18,19 +49,14 @@ int play(const PlayOptions& options) {
     PictureFiles files(*device);
     StandardOutput output;
     ScenarioScreen screen = options.screen;
-    const bool hasPicture = !options.picture.empty();
-    if (screen.editor && hasPicture) {
-        ScenarioFiles::LoadedPicture loaded = files.loadPicture(options.picture);
-        if (!loaded.image) return complain("--picture: " + loaded.error);
-        screen.editor->picture = loaded.image;
-    }
+    Start start;
+    if (const auto problem = readStart(options, files, start))
+        return complain("--picture: " + *problem);
+    if (screen.editor) screen.editor->picture = start.picture;
     ScenarioPlayer player(
         *device, files, [&](const std::string& line) { output.printLine(line); }, screen);
-    if (!screen.editor && hasPicture) {
-        if (const auto problem = player.setPicture(options.picture)) {
-            return complain("--picture: " + *problem);
-        }
-    }
+    if (const auto problem = begin(player, start, screen.editor.has_value()))
+        return complain("--picture: " + options.picture + ": " + *problem);
     while (reader.next()) {
         const auto problem = player.play(reader.line());
         if (output.error()) return complain(*output.error());

@@ -11,6 +11,8 @@ struct PlayOptions {
     std::string scenario;
     // Empty stands for none.
     std::string picture;
+    // A picture with a document inside is just the picture.
+    bool isFlat = false;
     ScenarioScreen screen;
 };
 

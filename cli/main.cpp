@@ -43,8 +43,11 @@ public:
             ->type_name("K")
             ->check(
                 [this](const std::string& text) { return readScale(text, _play.screen.scale); });
-        play.add_option("--picture", _play.picture, "The photo to draw on: JPEG, PNG or WebP")
+        play.add_option("--picture", _play.picture,
+                        "The photo to draw on: JPEG, PNG or WebP; or a document")
             ->type_name("FILE");
+        play.add_flag("--flat", _play.isFlat,
+                      "Take a picture with a document inside for the picture alone");
         play.add_flag("--forgiving", _play.screen.forgiving,
                       "Mend what costs people work, as the window and the page do");
         addEditorOptions(play);

@@ -137,7 +137,10 @@ std::optional<std::string> readFileIf(const std::string& path, Bytes& bytes, std
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.descriptor(), &status) != 0) return message(path, errno);
     if (S_ISDIR(status.st_mode)) return message(path, EISDIR);
-    if (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) <= maxBytes) {
+    const std::string isTooLong =
+        path + ": the file is longer than " + std::to_string(maxBytes) + " bytes";
+    if (S_ISREG(status.st_mode)) {
+        if (static_cast<std::uint64_t>(status.st_size) > maxBytes) return isTooLong;
         bytes.reserve(static_cast<std::size_t>(status.st_size));
     }
     std::array<std::uint8_t, 1 << 16> block{};
@@ -155,9 +158,7 @@ std::optional<std::string> readFileIf(const std::string& path, Bytes& bytes, std
             return std::nullopt;
         }
         bytes.clear();
-        return error != 0
-                   ? message(path, error)
-                   : path + ": the file is longer than " + std::to_string(maxBytes) + " bytes";
+        return error != 0 ? message(path, error) : isTooLong;
     }
 }
 

@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,9 @@
 #include "kalimkit/backend/html/HtmlDevice.h"
 #include "kalimkit/backend/html/HtmlImports.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/SealedDocument.h"
+#include "kalimkit/document/DocumentText.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 
 // The scenario player as a module of a page: what tests/browser/player.js calls and supplies. One
@@ -51,6 +55,35 @@ public:
         page::save(path.data(), lengthOf(path), raster->picture());
         return std::nullopt;
     }
+
+    // Documents stay in memory, as texts without their pictures' bytes.
+    std::optional<std::string> saveDocument(const std::string& path, kalim::MDrawView& canvas,
+                                            const DocumentSaving& saving) override {
+        if (saving.isLinked) return path + ": a page has no files to link to";
+        if (saving.isSealed) {
+            const kalim::SealedDocument sealed = canvas.sealedDocument();
+            _documents[path] = {kalim::documentText(sealed.document), sealed.picture};
+        } else {
+            const kalim::gfx::ImageRef picture = canvas.sourceImage();
+            _documents[path] = {kalim::documentText(canvas.document()), picture};
+        }
+        return std::nullopt;
+    }
+
+    LoadedDocument loadDocument(const std::string& path) override {
+        const auto saved = _documents.find(path);
+        if (saved == _documents.end()) return ScenarioFiles::loadDocument(path);
+        kalim::ReadDocument read =
+            kalim::readDocument(saved->second.text, {.ownKinds = {}, .needsBytes = false});
+        return {std::move(read.document), saved->second.picture, std::move(read.problem)};
+    }
+
+private:
+    struct Saved {
+        std::string text;
+        kalim::gfx::ImageRef picture;
+    };
+    std::map<std::string, Saved> _documents;
 };
 
 PageFiles files;

@@ -3,10 +3,13 @@
 #include <optional>
 #include <string>
 
+#include "kalimkit/document/Document.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 
 namespace kalim {
+
+class MDrawView;
 
 // Where the pictures of a scenario come from and go to. A player's maker supplies it: a program
 // reads files, a test hands out pictures of its own.
@@ -24,6 +27,24 @@ public:
     // Answers with nothing on success, else with a sentence of the same kind.
     virtual std::optional<std::string> savePicture(const std::string& path,
                                                    const gfx::ImageRef& image) = 0;
+
+    // ---- documents; the defaults have none and say so
+    // A document and its picture, null for one without, or a sentence of that kind.
+    struct LoadedDocument {
+        Document document;
+        gfx::ImageRef picture;
+        std::optional<std::string> error;
+    };
+    virtual LoadedDocument loadDocument(const std::string& path);
+    struct DocumentSaving {
+        // It may be given away.
+        bool isSealed = false;
+        // Its picture stays in the file that it came from.
+        bool isLinked = false;
+    };
+    // What is on the canvas, which ends what is under way.
+    virtual std::optional<std::string> saveDocument(const std::string& path, MDrawView& canvas,
+                                                    const DocumentSaving& saving);
 };
 
 }  // namespace kalim

@@ -18,6 +18,15 @@ std::optional<std::string> ScenarioPlayer::setPicture(const std::string& path) {
     return _stage->setPicture(path);
 }
 
+void ScenarioPlayer::setPicture(const gfx::ImageRef& picture) {
+    _stage->setPicture(picture);
+}
+
+std::optional<std::string> ScenarioPlayer::openDocument(
+    const ScenarioFiles::LoadedDocument& loaded) {
+    return _stage->openDocument(loaded);
+}
+
 std::optional<std::string> ScenarioPlayer::play(std::string_view line) {
     if (line.find_first_not_of(" \t\r\n") == std::string_view::npos) return std::nullopt;
     const ParsedJson step = parseJson(line);

@@ -48,6 +48,10 @@ public:
 
     // Does the same as a line {"picture":path}.
     std::optional<std::string> setPicture(const std::string& path);
+    // The same with one that is there already.
+    void setPicture(const gfx::ImageRef& picture);
+    // Takes a document and its picture in the place of all that is there.
+    std::optional<std::string> openDocument(const ScenarioFiles::LoadedDocument& loaded);
     // One line. A blank one does nothing.
     std::optional<std::string> play(std::string_view line);
     // All lines of a text up to the first that fails; its number, counted from 1, is put in front

@@ -67,6 +67,8 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"print", {}, &Stage::print},
     {"picture", {}, &Stage::picture},
     {"export", {"at"}, &Stage::exportPicture},
+    {"saveDocument", {"sealed", "link"}, &Stage::saveDocument},
+    {"openDocument", {}, &Stage::openDocument},
     {"type", {}, &Stage::type},
     {"compose", {}, &Stage::compose},
     {"key", {}, &Stage::pressKey},
@@ -210,9 +212,13 @@ Problem ScenarioPlayer::Stage::picture(const JsonValue& step) {
 Problem ScenarioPlayer::Stage::setPicture(const std::string& path) {
     ScenarioFiles::LoadedPicture loaded = _files.loadPicture(path);
     if (!loaded.image) return loaded.error;
-    _canvas->setSnipImage(loaded.image);
-    settle();
+    setPicture(loaded.image);
     return std::nullopt;
+}
+
+void ScenarioPlayer::Stage::setPicture(const gfx::ImageRef& picture) {
+    _canvas->setSnipImage(picture);
+    settle();
 }
 
 Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
@@ -235,6 +241,32 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
         return "there is nothing to export: no picture and nothing drawn";
     }
     return "the drawing is too large to export";
+}
+
+// ---- documents
+
+Problem ScenarioPlayer::Stage::saveDocument(const JsonValue& step) {
+    std::string path;
+    ScenarioFiles::DocumentSaving saving;
+    if (Problem problem = readAs(*step.find("saveDocument"), "\"saveDocument\"", path))
+        return problem;
+    if (Problem problem = readOwn(step, "sealed", saving.isSealed)) return problem;
+    if (Problem problem = readOwn(step, "link", saving.isLinked)) return problem;
+    return _files.saveDocument(path, *_canvas, saving);
+}
+
+Problem ScenarioPlayer::Stage::openDocument(const JsonValue& step) {
+    std::string path;
+    if (Problem problem = readAs(*step.find("openDocument"), "\"openDocument\"", path))
+        return problem;
+    return openDocument(_files.loadDocument(path));
+}
+
+Problem ScenarioPlayer::Stage::openDocument(const ScenarioFiles::LoadedDocument& loaded) {
+    if (loaded.error) return loaded.error;
+    Problem problem = _canvas->openDocument(loaded.document, loaded.picture);
+    settle();
+    return problem;
 }
 
 // ---- text

@@ -27,6 +27,8 @@ public:
     // A whole step; a problem means that nothing of it was done.
     Problem play(const JsonValue& step);
     Problem setPicture(const std::string& path);
+    void setPicture(const gfx::ImageRef& picture);
+    Problem openDocument(const ScenarioFiles::LoadedDocument& loaded);
     MDrawView& canvas() const { return *_canvas; }
     ui::Window& window() { return _seat.window(); }
 
@@ -46,6 +48,8 @@ private:
     Problem print(const JsonValue& step);
     Problem picture(const JsonValue& step);
     Problem exportPicture(const JsonValue& step);
+    Problem saveDocument(const JsonValue& step);
+    Problem openDocument(const JsonValue& step);
     Problem type(const JsonValue& step);
     Problem compose(const JsonValue& step);
     Problem pressKey(const JsonValue& step);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/host/files/PictureOrigins.h"
+
+namespace kalim {
+
+class MDrawView;
+
+// How a document is written. Both at once are an error.
+struct DocumentSaving {
+    // It can be given away: nothing hidden or cut off is in it.
+    bool isSealed = false;
+    // Its picture's bytes stay in the file that they came from.
+    bool isLinked = false;
+};
+
+// The document of what is on the canvas as a text, for a file in the folder. Like every export it
+// ends what is under way. A picture that came from no file is written as PNG, and a sealed one as
+// PNG where it came from that, else as JPEG. Answers with nothing on success, else with what stands
+// in the way.
+KALIM_API std::optional<std::string> documentTextOf(MDrawView& canvas,
+                                                    const PictureOrigins& origins,
+                                                    const DocumentSaving& saving,
+                                                    const std::string& folder, std::string& text);
+
+// Writes it in the place of a file, all of it or nothing. What is wrong begins with the path.
+KALIM_API std::optional<std::string> saveDocument(MDrawView& canvas, const PictureOrigins& origins,
+                                                  const DocumentSaving& saving,
+                                                  const std::string& path);
+
+}  // namespace kalim

@@ -1,0 +1,23 @@
+#include "kalimkit/host/headless/ScenarioFiles.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr const char* noDocuments = ": documents are not to be had here";
+
+}  // namespace
+
+ScenarioFiles::LoadedDocument ScenarioFiles::loadDocument(const std::string& path) {
+    LoadedDocument loaded;
+    loaded.error = path + noDocuments;
+    return loaded;
+}
+
+std::optional<std::string> ScenarioFiles::saveDocument(const std::string& path,
+                                                       MDrawView& /*canvas*/,
+                                                       const DocumentSaving& /*saving*/) {
+    return path + noDocuments;
+}
+
+}  // namespace kalim
