@@ -203,9 +203,39 @@ void CropBoard::placeAtStart() {
     setOverlayLevel(overlayLevelAtRest);
 }
 
+CropPlacement CropBoard::openingPlacement() const {
+    if (!_openingCrop) return startPlacement();
+    const gfx::PixelSize pixels = _picture->pixelSize();
+    const gfx::Size whole(pixels.width, pixels.height);
+    const auto [origin, size] = *_openingCrop;
+    return CropPlacement::settled(whole,
+                                  {origin.x / whole.width, origin.y / whole.height,
+                                   size.width / whole.width, size.height / whole.height},
+                                  contentFrame());
+}
+
+void CropBoard::placeAtOpening() {
+    place(openingPlacement());
+    setOverlayLevel(overlayLevelAtRest);
+}
+
 void CropBoard::restart() {
     _originalFrame = startPlacement().frame;
-    placeAtStart();
+    placeAtOpening();
+}
+
+PictureCut CropBoard::chosenCut() const {
+    // Of a pixel; what goes to points and back comes to the same pixels.
+    constexpr double tolerance = 1e-3;
+    const gfx::PixelSize raster = measures().raster;
+    const gfx::Rect part = share();
+    const gfx::Rect seen{part.minX() * raster.width, part.minY() * raster.height,
+                         part.size.width * raster.width, part.size.height * raster.height};
+    const gfx::Rect pixels =
+        seen.inset(tolerance, tolerance).roundedOut().intersection(partOf({}, raster));
+    const int turns = (_orientation - _startOrientation + 4) % 4;
+    const PictureCut cut{turnedPart(pixels, raster, 4 - turns), turns};
+    return isCropOf(cut, _picture->pixelSize()) ? cut : PictureCut{std::nullopt, turns};
 }
 
 bool CropBoard::isCropped() const {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "kalimkit/crop/CropLimits.h"
 #include "kalimkit/crop/CropPlacement.h"
@@ -11,6 +12,7 @@
 #include "kalimkit/crop/EditImageScrollView.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/image/PictureCut.h"
 #include "kalimkit/ui/loop/Timer.h"
 #include "kalimkit/ui/view/View.h"
 
@@ -51,6 +53,9 @@ public:
     // ---- the picture: upright, before any turn; null for none
     const gfx::ImageRef& picture() const { return _picture; }
     void setPicture(gfx::ImageRef picture) { _picture = std::move(picture); }
+    // The part that the frame lies around when crop mode begins, its pixels; nothing for all of it.
+    const std::optional<gfx::Rect>& openingCrop() const { return _openingCrop; }
+    void setOpeningCrop(const std::optional<gfx::Rect>& crop) { _openingCrop = crop; }
     // Quarter turns counter-clockwise: as it is seen, and as it was when crop mode began.
     std::int32_t orientation() const { return _orientation; }
     std::int32_t startOrientation() const { return _startOrientation; }
@@ -95,11 +100,16 @@ public:
     // The part of the picture that is under it.
     gfx::Rect share() const;
     void place(const CropPlacement& placement);
-    // Where picture and frame are at first.
+    // Where picture and frame are while nothing of it is cropped.
     CropPlacement startPlacement() const;
     void placeAtStart();
-    // Also keeps that as what a crop is measured by.
+    // Where they are at first, with the crop that there is already.
+    CropPlacement openingPlacement() const;
+    void placeAtOpening();
+    // Also keeps what a crop is measured by.
     void restart();
+    // What lies under the frame, in whole pixels, and the turns since crop mode began.
+    PictureCut chosenCut() const;
     const gfx::Rect& originalFrame() const { return _originalFrame; }
     // Of the picture at a zoom of 1, as it is turned at present.
     gfx::Size imageSize() const { return _imageSize; }
@@ -144,6 +154,7 @@ private:
     std::weak_ptr<EditImageCropOverlayView> _overlay;
     std::shared_ptr<ui::PanGestureRecognizer> _gridPan;
     gfx::ImageRef _picture;
+    std::optional<gfx::Rect> _openingCrop;
     std::int32_t _orientation = 0;
     std::int32_t _startOrientation = 0;
     gfx::Rect _frame;

@@ -43,7 +43,7 @@ void CropOpening::glide() {
     EditImageScrollView& scroll = *_board.scroll();
     const gfx::Rect seen = scroll.imageFrame();
     _board.layOutScroll(seen.size);
-    const CropPlacement placement = _board.startPlacement();
+    const CropPlacement placement = _board.openingPlacement();
     const double zoom = seen.size.width / placement.imageSize.width;
     // The size is not in whole points as later, so that nothing is seen to jump.
     scroll.placeImage(seen.size * (1 / zoom), zoom, seen.origin);

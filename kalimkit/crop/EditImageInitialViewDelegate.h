@@ -7,6 +7,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/image/PictureCut.h"
 
 namespace kalim {
 
@@ -29,6 +30,16 @@ public:
     // superview: the opening begins there. Nothing where it is not seen.
     virtual std::optional<gfx::Rect> originalImageFrame() { return std::nullopt; }
 
+    // The part of it that the frame lies around at first, its pixels; nothing for all of it. The
+    // picture is handed over before.
+    virtual std::optional<gfx::Rect> originalCrop() { return std::nullopt; }
+
+    // What was chosen, as a cut of the picture that was handed over, and where that is seen,
+    // coordinates of the editor's superview. Answers whether the delegate makes of it what it
+    // wants: no picture is cut out then, and onCropImageDone does not come.
+    virtual bool onCropChosen(const PictureCut& /*cut*/, const gfx::Rect& /*frame*/) {
+        return false;
+    }
     // What was cut out: scale 1, upright. Sent before OnClickEditImageDoneBarButton.
     virtual void onCropImageDone(const gfx::ImageRef& /*image*/) {}
     virtual void OnClickEditImageDoneBarButton() {}

@@ -72,6 +72,8 @@ void EditImageIntialView::didGetOriginalImage(const gfx::ImageRef& image) {
     const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(image);
     _parts->board.setPicture(upright);
     if (!upright) return OnClickEditImageBackBarButton();
+    if (const auto delegate = _delegate.lock())
+        _parts->board.setOpeningCrop(delegate->originalCrop());
     showImage(upright);
     onCropEditImage();
 }

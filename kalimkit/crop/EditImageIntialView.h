@@ -70,7 +70,11 @@ public:
     void checkForCanRevert();
     bool isCropped() const;
     bool canRevert() const;
-    // Frame, zoom and turns become what they were when crop mode began.
+    // Whether another part is under the frame, or it is turned otherwise, than when crop mode
+    // began.
+    bool hasChanged() const;
+    // Frame and zoom become those of the whole picture, and the turns what they were when crop mode
+    // began.
     void revertLayoutContentImage();
 
     // ---- from the tool bar; ignored while the rotation icon is locked
@@ -179,6 +183,7 @@ private:
 
     // ---- leaving
     gfx::Rect cutRect() const;
+    bool isUnchanged() const;
     bool keepsWholePicture() const;
     gfx::ImageRef cutImage() const;
     void saveProperties();

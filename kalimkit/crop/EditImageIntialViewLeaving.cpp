@@ -30,13 +30,16 @@ void EditImageIntialView::onCropToolBarDoneBtnClicked() {
     board.setIsOver(true);
     clearOperation();
     saveProperties();
-    if (_leavesWhenUnchanged && keepsWholePicture()) return OnClickEditImageBackBarButton();
+    if (_leavesWhenUnchanged && isUnchanged()) return OnClickEditImageBackBarButton();
     board.animate(leaveDuration,
                   [&board] { board.scroll()->cropImage(board.scroll()->lastCropFrame()); });
+    const auto owner = _delegate.lock();
+    if (owner && owner->onCropChosen(board.chosenCut(), toSuperview().apply(board.frame())))
+        return OnClickEditImageDoneBarButton();
     const gfx::ImageRef image = cutImage();
     // Nothing to apply, where no memory is left for it.
     if (!image) return OnClickEditImageBackBarButton();
-    if (const auto delegate = _delegate.lock()) delegate->onCropImageDone(image);
+    if (owner) owner->onCropImageDone(image);
     OnClickEditImageDoneBarButton();
 }
 
@@ -45,6 +48,10 @@ gfx::Rect EditImageIntialView::cutRect() const {
     const EditImageScrollView& scroll = *eIScrollView();
     return cropCutRect(scroll.lastCropFrame(), _parts->board.measures().raster,
                        scroll.imageView()->frame().size, scroll.zoomScale());
+}
+
+bool EditImageIntialView::isUnchanged() const {
+    return _parts->board.openingCrop() ? !hasChanged() : keepsWholePicture();
 }
 
 bool EditImageIntialView::keepsWholePicture() const {
@@ -86,7 +93,7 @@ void EditImageIntialView::onCropToolBarCancelBtnClicked() {
     if (isRotationIconLocked() || !board.isCropping() || board.isOver()) return;
     board.scroll()->stopMoving();
     _parts->turns.takeBack();
-    board.placeAtStart();
+    board.placeAtOpening();
     board.moveToCenter();
     board.stayHere();
     board.setOverlayLevel(overlayLevelWhenOver);

@@ -39,6 +39,12 @@ bool EditImageIntialView::isCropped() const {
     return _parts->board.isCropped();
 }
 
+bool EditImageIntialView::hasChanged() const {
+    const CropBoard& board = _parts->board;
+    if (!board.isCropping() || !board.picture()) return false;
+    return board.chosenCut() != PictureCut{board.openingCrop(), 0};
+}
+
 bool EditImageIntialView::canRevert() const {
     return _parts->board.bar() && _parts->board.bar()->revertBtnEnable();
 }

@@ -40,6 +40,11 @@ bool isCropOf(const PictureCut& cut, gfx::PixelSize picture) {
     return partOf(cut, picture) != wholeOf(picture);
 }
 
+gfx::Rect turnedPart(const gfx::Rect& part, gfx::PixelSize picture, int quarterTurns) {
+    const gfx::AffineTransform turn = quarterTurn(quarterTurns);
+    return turn.apply(part).offset(gfx::Point{} - turn.apply(wholeOf(picture)).origin);
+}
+
 gfx::Size turnedSize(gfx::Size size, int quarterTurns) {
     if (quarterTurns % 2 != 0) std::swap(size.width, size.height);
     return size;

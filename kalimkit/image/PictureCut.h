@@ -31,6 +31,10 @@ KALIM_API gfx::Rect partOf(const PictureCut& cut, gfx::PixelSize picture);
 // Whether it leaves anything of such a picture away.
 KALIM_API bool isCropOf(const PictureCut& cut, gfx::PixelSize picture);
 
+// Where a part of a picture with so many pixels is in the picture after quarter turns; other turns
+// lead back: those that are missing to a full circle.
+KALIM_API gfx::Rect turnedPart(const gfx::Rect& part, gfx::PixelSize picture, int quarterTurns);
+
 // A size after quarter turns.
 KALIM_API gfx::Size turnedSize(gfx::Size size, int quarterTurns);
 

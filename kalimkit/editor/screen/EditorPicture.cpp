@@ -76,10 +76,56 @@ void EditorPicture::takeCropped(const gfx::ImageRef& image) {
     _canvas->setSnipImage(image);
 }
 
+bool EditorPicture::takeCut(const PictureCut& cut, const gfx::Rect& seenAt) {
+    if (!cutsGeometry()) return false;
+    const gfx::PixelSize pixels = _canvas->sourceImage()->pixelSize();
+    const int turns = _canvas->pictureCut().quarterTurns;
+    const gfx::Size turned = turnedSize(partOf({}, pixels).size, turns);
+    const gfx::PixelSize handedOver{static_cast<int>(turned.width),
+                                    static_cast<int>(turned.height)};
+    PictureCut whole{std::nullopt, (turns + cut.quarterTurns) % 4};
+    if (cut.crop) whole.crop = turnedPart(*cut.crop, handedOver, 4 - turns);
+    _canvas->setPictureCutSeenAt(whole, _canvas->toSuperview().inverted().apply(seenAt));
+    return true;
+}
+
 // ---- readings
 
+// Without a picture there is nothing but what is drawn to be cut.
+bool EditorPicture::cutsGeometry() const {
+    return _cropKeepsDrawings && _canvas && _canvas->sourceImage();
+}
+
+bool EditorPicture::hasCropped() const {
+    return _hasCropped || (_canvas && _canvas->pictureCut() != PictureCut{});
+}
+
+bool EditorPicture::isCroped() const {
+    if (_isCroped || !_canvas || !_canvas->sourceImage()) return _isCroped;
+    const gfx::PixelSize pixels = _canvas->sourceImage()->pixelSize();
+    const PictureCut& cut = _canvas->pictureCut();
+    return turnedSize(partOf(cut, pixels).size, cut.quarterTurns) != partOf({}, pixels).size;
+}
+
 bool EditorPicture::hasWork() const {
-    return _canvas && (_canvas->hasDrawed() || _hasCropped);
+    return _canvas && (_canvas->hasDrawed() || hasCropped());
+}
+
+gfx::ImageRef EditorPicture::pictureToCrop() const {
+    if (!cutsGeometry()) return exported();
+    return turnedImage(_canvas->exportUncutImage(), _canvas->pictureCut().quarterTurns);
+}
+
+gfx::Rect EditorPicture::contentToCrop() const {
+    return cutsGeometry() ? _canvas->bgImgRect() : _canvas->ctxRect();
+}
+
+std::optional<gfx::Rect> EditorPicture::presentCrop() const {
+    if (!cutsGeometry()) return std::nullopt;
+    const PictureCut& cut = _canvas->pictureCut();
+    const gfx::PixelSize pixels = _canvas->sourceImage()->pixelSize();
+    if (!isCropOf(cut, pixels)) return std::nullopt;
+    return turnedPart(*cut.crop, pixels, cut.quarterTurns);
 }
 
 gfx::ImageRef EditorPicture::exported() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/screen/EditorStage.h"
@@ -34,6 +35,8 @@ public:
     void setCanvasBasis(double points);
     bool clipsToPicture() const { return _clipsToPicture; }
     void setClipsToPicture(bool clips);
+    bool cropKeepsDrawings() const { return _cropKeepsDrawings; }
+    void setCropKeepsDrawings(bool keeps) { _cropKeepsDrawings = keeps; }
     bool exportsAtPictureScale() const { return _exportsAtPictureScale; }
     void setExportsAtPictureScale(bool exports) { _exportsAtPictureScale = exports; }
 
@@ -44,23 +47,35 @@ public:
     void takePicked(const gfx::ImageRef& image);
     // What a crop has left.
     void takeCropped(const gfx::ImageRef& image);
+    // Shows another cut of what pictureToCrop() was, from where it is seen already, coordinates of
+    // the screen's view. Answers whether crops keep the drawings; nothing happens otherwise.
+    bool takeCut(const PictureCut& cut, const gfx::Rect& seenAt);
     // Whether something is selected on the canvas, as that has told last.
     void selectionChanged(bool hasSelection) { _hasSelection = hasSelection; }
 
     // ---- readings
     bool hasSelection() const { return _hasSelection; }
     bool hasOpened() const { return _hasOpened; }
-    bool hasCropped() const { return _hasCropped; }
+    bool hasCropped() const;
     // A crop has changed how many pixels there are.
-    bool isCroped() const { return _isCroped; }
+    bool isCroped() const;
     // Something was drawn, or a crop applied.
     bool hasWork() const;
+    // ---- what a crop is chosen from: all of the picture, turned as it is, where crops keep the
+    // drawings; else what is exported
+    gfx::ImageRef pictureToCrop() const;
+    // Canvas points.
+    gfx::Rect contentToCrop() const;
+    // The part that is shown already, its pixels; nothing for all of it.
+    std::optional<gfx::Rect> presentCrop() const;
     // The picture with all that is drawn. Ends what is being typed.
     gfx::ImageRef exported() const;
     // Where the canvas shows a rectangle of its own, coordinates of the screen's view.
     gfx::Rect shown(const gfx::Rect& rect) const;
 
 private:
+    bool cutsGeometry() const;
+
     const EditorStage& _stage;
     std::shared_ptr<MDrawView> _canvas;
     gfx::ImageRef _snipImage;
@@ -69,6 +84,7 @@ private:
     double _canvasBasis = 0;
     bool _clipsToPicture = false;
     bool _exportsAtPictureScale = false;
+    bool _cropKeepsDrawings = false;
     bool _hasSelection = false;
     bool _hasOpened = false;
     bool _hasCropped = false;

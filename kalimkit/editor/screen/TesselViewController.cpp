@@ -94,6 +94,14 @@ void TesselViewController::setForgiving(bool forgiving) {
     parts().pickers.setTakesTouchesWhileFolding(forgiving);
 }
 
+bool TesselViewController::cropKeepsDrawings() const {
+    return parts().picture.cropKeepsDrawings();
+}
+
+void TesselViewController::setCropKeepsDrawings(bool keeps) {
+    parts().picture.setCropKeepsDrawings(keeps);
+}
+
 double TesselViewController::canvasBasis() const {
     return parts().picture.canvasBasis();
 }

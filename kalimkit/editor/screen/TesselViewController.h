@@ -89,6 +89,12 @@ public:
     // the editor around it. Off at first.
     bool forgiving() const;
     void setForgiving(bool forgiving);
+    // A crop is a step of undo that shows another part of the picture, and turns it: drawings stay
+    // and can be edited, see MDrawView::setPictureCut. The crop editor then opens with the whole
+    // picture and its present frame. Off at first, as without a picture: what is cropped becomes
+    // the picture, with all that was drawn on it.
+    bool cropKeepsDrawings() const;
+    void setCropKeepsDrawings(bool keeps);
     // Shows another picture; what was drawn, or left by a crop, is lost. Null is ignored.
     void openPicture(const gfx::ImageRef& image);
     // Whether another picture would replace work: something was drawn, or the picture cropped.
@@ -177,8 +183,11 @@ public:
     void getOriginalImage(const OriginalImageCallback& callback) override;
     // There is none, so the callback gets null.
     void getDisplayImage(const DisplayImageCallback& callback) override;
-    // Where the canvas shows the content.
+    // Where the canvas shows the content, or would show all of the picture.
     std::optional<gfx::Rect> originalImageFrame() override;
+    std::optional<gfx::Rect> originalCrop() override;
+    // Where crops keep the drawings, the canvas shows the cut, and the crop editor goes.
+    bool onCropChosen(const PictureCut& cut, const gfx::Rect& frame) override;
     // The canvas takes the picture, and the crop editor goes.
     void onCropImageDone(const gfx::ImageRef& image) override;
     void OnClickEditImageDoneBarButton() override;

@@ -213,7 +213,7 @@ void TesselViewController::clickDelete() {
 
 void TesselViewController::getOriginalImage(const OriginalImageCallback& callback) {
     const auto alive = self();
-    callback(exportedImage(), 0);
+    callback(parts().picture.pictureToCrop(), 0);
 }
 
 void TesselViewController::getDisplayImage(const DisplayImageCallback& callback) {
@@ -223,7 +223,18 @@ void TesselViewController::getDisplayImage(const DisplayImageCallback& callback)
 }
 
 std::optional<gfx::Rect> TesselViewController::originalImageFrame() {
-    return parts().picture.shown(drawView()->ctxRect());
+    return parts().picture.shown(parts().picture.contentToCrop());
+}
+
+std::optional<gfx::Rect> TesselViewController::originalCrop() {
+    return parts().picture.presentCrop();
+}
+
+bool TesselViewController::onCropChosen(const PictureCut& cut, const gfx::Rect& frame) {
+    const auto alive = self();
+    if (!parts().picture.takeCut(cut, frame)) return false;
+    leaveCrop();
+    return true;
 }
 
 void TesselViewController::onCropImageDone(const gfx::ImageRef& image) {

@@ -134,6 +134,13 @@ const EditorHost::Operation EditorHost::operations[] = {
          host._editor->setClipsToPicture(clips);
          return Problem();
      }},
+    {"setCropKeepsDrawings",
+     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+         bool keeps = false;
+         if (Problem problem = readArguments(name, arguments, keeps)) return problem;
+         host._editor->setCropKeepsDrawings(keeps);
+         return Problem();
+     }},
     {"setSafeArea",
      [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
          ui::EdgeInsets insets;

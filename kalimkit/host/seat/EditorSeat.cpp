@@ -37,6 +37,7 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
     auto editor = TesselViewController::initWithSourceImageWithDelegate(image, std::move(delegate));
     editor->setExportsAtPictureScale(choices.isPictureSize);
     editor->setForgiving(true);
+    editor->setCropKeepsDrawings(true);
     editor->setCanvasBasis(MDrawView::usualBasis);
     editor->setLaysPictureBetweenBars(true);
     editor->setClipsToPicture(!choices.grows);
