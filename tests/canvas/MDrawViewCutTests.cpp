@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include "kalimkit/canvas/PictureCutStep.h"
+#include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/tool/MUndoManager.h"
+#include "tests/canvas/CanvasHost.h"
+
+namespace kalim {
+namespace {
+
+using test::CanvasHost;
+
+// A picture in which no two pixels nearby are alike, with a tool of every kind over it.
+struct CutHost : CanvasHost {
+    explicit CutHost(double basis = 1000, bool clips = true) : CanvasHost({.scale = 2}) {
+        gfx::Bitmap noise(600, 400);
+        for (int y = 0; y < 400; ++y) {
+            for (int x = 0; x < 600; ++x)
+                noise.setColorAt(x, y, {x % 7 / 6.0, y % 5 / 4.0, (x * 3 + y) % 256 / 255.0, 1});
+        }
+        picture = environment().device().makeImage(noise, 1, gfx::ImageOrientation::Up);
+        canvas->setForgiving(true);
+        canvas->setClipsToPicture(clips);
+        canvas->setCanvasBasis(basis);
+        canvas->setSnipImage(picture);
+        canvas->setCalibration(1);
+        canvas->setShowMeasurement(true);
+        double x = -40;
+        for (const ToolClass* kind : kinds()) {
+            const auto tool = kind->makeWithStartPoint({x, 20});
+            if (!tool) continue;
+            tool->setWords("Ag");
+            tool->drawThrough(std::vector<gfx::Point>{{x + 40, 200}, {x + 80, 90}, {x + 160, 240}});
+            canvas->addTool(tool);
+            x += 60;
+        }
+    }
+    bool cut(std::optional<gfx::Rect> crop, int turns) {
+        return canvas->setPictureCut({crop, turns});
+    }
+
+    gfx::ImageRef picture;
+};
+
+TEST(MDrawViewCut, WhatIsExportedIsThatPartOfTheWholeExportTurned) {
+    for (const auto& [basis, clips] : {std::pair{1000.0, true}, {1000.0, false}, {0.0, true}}) {
+        CutHost host(basis, clips);
+        ASSERT_GE(host.canvas->tools().size(), 10U);
+        const gfx::Bitmap whole = *host.canvas->exportImageAtPictureScale()->pixels();
+        const gfx::Bitmap uncut = *host.canvas->exportUncutImage()->pixels();
+        for (int turns = 0; turns < 4; ++turns) {
+            const gfx::Rect crop(100 + turns, 60, 301, 222);
+            ASSERT_TRUE(host.cut(crop, turns));
+            const auto cut = host.canvas->exportImageAtPictureScale()->pixels();
+            int differing = 0;
+            for (int y = 0; y < 222; ++y) {
+                for (int x = 0; x < 301; ++x) {
+                    const gfx::Point at[] = {{x * 1.0, y * 1.0},
+                                             {y * 1.0, 300.0 - x},
+                                             {300.0 - x, 221.0 - y},
+                                             {221.0 - y, x * 1.0}};
+                    const auto seen =
+                        cut->colorAt(static_cast<int>(at[turns].x), static_cast<int>(at[turns].y));
+                    differing += seen != uncut.colorAt(x + 100 + turns, y + 60);
+                }
+            }
+            EXPECT_EQ(differing, 0) << basis << ", turned " << turns;
+            EXPECT_EQ(cut->width(), turns % 2 == 0 ? 301 : 222);
+            // The whole stays what it was, whatever is shown of it.
+            EXPECT_EQ(*host.canvas->exportUncutImage()->pixels(), uncut);
+        }
+        for (int step = 0; step < 4; ++step)
+            EXPECT_TRUE(host.canvas->undo());
+        EXPECT_EQ(*host.canvas->exportImageAtPictureScale()->pixels(), whole);
+    }
+}
+
+TEST(MDrawViewCut, IsAStepLikeAnyOther) {
+    CutHost host;
+    MDrawView& canvas = *host.canvas;
+    const auto steps = canvas.undoManager().undoTools().size();
+    // No cuts of this picture, and none that change anything.
+    for (const auto& [crop, turns] : std::vector<std::pair<gfx::Rect, int>>{{{0, 0, 0, 10}, 0},
+                                                                            {{0.5, 0, 10, 10}, 0},
+                                                                            {{500, 0, 101, 10}, 0},
+                                                                            {{-1, 0, 10, 10}, 0},
+                                                                            {{0, 0, 10, 10}, 4},
+                                                                            {{0, 0, 600, 400}, 0}})
+        EXPECT_FALSE(host.cut(crop, turns));
+    EXPECT_FALSE(host.cut(std::nullopt, 0));
+    EXPECT_EQ(canvas.undoManager().undoTools().size(), steps);
+
+    const PictureCut first{gfx::Rect(100, 50, 200, 100), 1};
+    const PictureCut second{std::nullopt, 2};
+    const gfx::Rect whole = canvas.ctxRect();
+    const ToolRef tool = canvas.tools().front();
+    const gfx::Point start = tool->startPoint();
+    ASSERT_TRUE(canvas.setPictureCut(first));
+    const gfx::Rect part = canvas.ctxRect();
+    EXPECT_NEAR(part.minX(), 100 * 1000 / 600.0, 1e-9);
+    // The part lies in the middle of the view, turned, and what is touched there is in it.
+    EXPECT_NEAR(canvas.invertViewPoint({195, 422}).x, part.midX(), 0.01);
+    const gfx::Rect seen = canvas.mViewTransform().apply(part);
+    EXPECT_NEAR(seen.size.height / seen.size.width, 2, 1e-9);
+    ASSERT_TRUE(canvas.setPictureCut(second));
+    const auto& last = static_cast<PictureCutStep&>(*canvas.undoManager().undoTools().back());
+    EXPECT_EQ(last.before(), first);
+    EXPECT_EQ(last.after(), second);
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_EQ(canvas.pictureCut(), first);
+    EXPECT_EQ(canvas.ctxRect(), part);
+    // In the middle of the way; nothing waits for its end.
+    host.wait(0.1);
+    EXPECT_TRUE(canvas.undo());
+    host.wait(0.1);
+    EXPECT_EQ(canvas.pictureCut(), PictureCut{});
+    EXPECT_EQ(canvas.ctxRect(), whole);
+    EXPECT_TRUE(canvas.redo());
+    EXPECT_EQ(canvas.pictureCut(), first);
+    EXPECT_EQ(tool->startPoint(), start);
+    // A step of another kind cuts what could be redone.
+    host.draw(ToolType::Rectangle, {180, 400}, {220, 440});
+    EXPECT_FALSE(canvas.canRedo());
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_TRUE(canvas.undo());
+    EXPECT_EQ(canvas.pictureCut(), PictureCut{});
+    // A document's cut is no step, and another picture has none.
+    EXPECT_TRUE(canvas.resetPictureCut(second));
+    EXPECT_TRUE(canvas.canRedo());
+    canvas.setSnipImage(host.picture);
+    EXPECT_EQ(canvas.pictureCut(), PictureCut{});
+    canvas.setSnipImage(nullptr);
+    EXPECT_FALSE(canvas.setPictureCut(second));
+}
+
+TEST(MDrawViewCut, ATurnIsSeenTurningAndIsCutShortByTwoFingers) {
+    CutHost host;
+    MDrawView& canvas = *host.canvas;
+    const auto shown = [&](gfx::Point p) {
+        return canvas.exportImageForScale()
+            ->pixels()
+            ->colorAt(static_cast<int>(p.x * 2), static_cast<int>(p.y * 2))
+            .alpha;
+    };
+    ASSERT_TRUE(host.cut(std::nullopt, 1));
+    host.wait(0.125);
+    // On its corner half-way: beyond the upright picture above, and not as high as the turned one.
+    EXPECT_GT(shown({195, 240}), 0);
+    EXPECT_EQ(shown({10, 180}), 0);
+    canvas.handlePinchGesture(ui::GestureState::Began, 1, {195, 422});
+    EXPECT_GT(shown({10, 180}), 0);
+    canvas.handlePinchGesture(ui::GestureState::Ended, 1, {195, 422});
+}
+
+TEST(MDrawViewCut, NothingOutsideIsSeen) {
+    for (const bool clips : {true, false}) {
+        CutHost host(1000, clips);
+        ASSERT_TRUE(host.cut(gfx::Rect(200, 100, 200, 200), 3));
+        host.wait(1);
+        const auto seen = host.canvas->exportImageForScale()->pixels();
+        const gfx::Rect part =
+            host.canvas->mViewTransform().apply(host.canvas->ctxRect()).inset(-0.5, -0.5);
+        int outside = 0;
+        for (int y = 0; y < seen->height(); y += 3) {
+            for (int x = 0; x < seen->width(); x += 3) {
+                const bool isIn = part.contains(gfx::Point{x / 2.0, y / 2.0});
+                outside += !isIn && seen->colorAt(x, y).alpha > 0;
+            }
+        }
+        EXPECT_EQ(outside, 0);
+    }
+}
+
+}  // namespace
+}  // namespace kalim
