@@ -81,8 +81,16 @@ gfx::Rect CanvasContent::exported() const {
     return whole;
 }
 
+std::shared_ptr<void> CanvasContent::suspended() {
+    _isSuspended = true;
+    return {nullptr, [this](void*) {
+                _isSuspended = false;
+                measure();
+            }};
+}
+
 bool CanvasContent::refresh() {
-    if (_isTakingBack) return false;
+    if (_isTakingBack || _isSuspended) return false;
     gfx::Rect& content = _canvas.shown.content;
     const gfx::Rect old = content;
     content = measured();

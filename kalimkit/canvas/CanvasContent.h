@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "kalimkit/gfx/Rect.h"
 
 namespace kalim {
@@ -29,6 +31,8 @@ public:
     // The same, but a step that takes it beyond the area budget is taken back with an alert, and
     // what comes or goes is drawn again. Whether the content has changed.
     bool refresh();
+    // As long as this lives nothing is measured or taken back; then it is measured once.
+    std::shared_ptr<void> suspended();
     // What an export shows, canvas points.
     gfx::Rect exported() const;
 
@@ -40,6 +44,7 @@ private:
     bool _clipsToPicture = false;
     // A step beyond the area budget is being undone.
     bool _isTakingBack = false;
+    bool _isSuspended = false;
 };
 
 }  // namespace kalim

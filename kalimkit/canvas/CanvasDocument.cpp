@@ -48,6 +48,11 @@ Document CanvasDocument::head() const {
     Document document = _head;
     document.generator = std::string("KalimKit ") + versionText();
     document.isSealed = false;
+    document.cut = picture.cut();
+    if (picture.source()) {
+        const gfx::PixelSize size = picture.source()->pixelSize();
+        if (document.cut.crop == gfx::Rect(0, 0, size.width, size.height)) document.cut.crop = {};
+    }
     if (const gfx::ImageRef& source = picture.source()) {
         if (!document.picture) document.picture.emplace();
         document.picture->size = source->pixelSize();
@@ -79,10 +84,13 @@ SealedDocument CanvasDocument::sealed() {
     _canvas.exports.settle();
     SealedDocument sealed{head(), pictureWithPatches()};
     Document& document = sealed.document;
-    gfx::Rect seen = _canvas.shown.picture.rect();
+    gfx::Rect& seen = document.canvas.pictureRect;
     if (sealed.picture) {
         document.isSealed = true;
-        document.picture->size = sealed.picture->pixelSize();
+        seen = _canvas.shown.picture.part();
+        const gfx::PixelSize size = sealed.picture->pixelSize();
+        document.picture->size = size;
+        document.cut.crop = gfx::Rect(0, 0, size.width, size.height);
     }
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (sealed.picture && (isGround(*tool) || !seen.intersects(drawnExtent(*tool)))) continue;
@@ -109,7 +117,9 @@ gfx::ImageRef CanvasDocument::pictureWithPatches() const {
     const auto all = [](const MDrawTool&) { return true; };
     _canvas.painter.drawPatches(context, _canvas.painter.drawnPicture({source, place}, place), all,
                                 all);
-    return surface->makeImage();
+    const std::optional<gfx::Rect>& crop = _canvas.shown.picture.cut().crop;
+    const gfx::ImageRef image = surface->makeImage();
+    return crop ? MDrawImageUtil::imageFromImageInRect(image, *crop) : image;
 }
 
 // ---- opening
@@ -118,6 +128,7 @@ std::optional<std::string> CanvasDocument::problemOf(const Document& document,
                                                      const gfx::ImageRef& picture) {
     if (!document.picture) return std::nullopt;
     if (!picture) return "picture: it cannot be shown";
+    if (!isCutOf(document.cut, document.picture->size)) return "crop is not inside the picture";
     gfx::PixelSize size = picture->pixelSize();
     if (gfx::exchangesSides(picture->orientation())) std::swap(size.width, size.height);
     if (size == document.picture->size) return std::nullopt;

@@ -6,6 +6,7 @@
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasJournal.h"
 #include "kalimkit/canvas/CanvasScreen.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
@@ -115,6 +116,7 @@ void CanvasHistory::clear() {
 void CanvasHistory::open(ToolList tools) {
     clear();
     _canvas.tools.open(std::move(tools));
+    _canvas.screen.markListChanged();
     _isDirty = false;
     _canvas.home.redisplay();
 }
@@ -129,6 +131,10 @@ void CanvasHistory::removeInvalid() {
 }
 
 // ---- messages
+
+void CanvasHistory::didStep(Step step, const ToolRef& entry) {
+    _canvas.journal.note(step, entry);
+}
 
 void CanvasHistory::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
     if (const auto owner = _canvas.home.owner()) {

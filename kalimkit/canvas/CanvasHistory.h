@@ -8,6 +8,7 @@ class CanvasContent;
 class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
+class CanvasJournal;
 class CanvasScreen;
 class CanvasSelection;
 class CanvasTools;
@@ -26,6 +27,7 @@ public:
         CanvasTyping& typing;
         CanvasFreehand& freehand;
         CanvasFinger& finger;
+        CanvasJournal& journal;
     };
     explicit CanvasHistory(const Canvas& canvas) : _canvas(canvas) {}
     // Once the view can be held.
@@ -53,6 +55,7 @@ public:
     void tell();
 
     // ---- from the undo manager
+    void didStep(Step step, const ToolRef& entry) override;
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
     void toolsStateChangedState(const ToolRef& tool, State state) override;
 

@@ -7,6 +7,7 @@
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHistory.h"
 #include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasJournal.h"
 #include "kalimkit/canvas/CanvasPainter.h"
 #include "kalimkit/canvas/CanvasPen.h"
 #include "kalimkit/canvas/CanvasScreen.h"
@@ -31,10 +32,11 @@ struct CanvasParts {
           freehand({home, tools, finger}),
           typing({home, shown, tools, screen, selection, finger}),
           finger({home, tools, screen, selection, typing, freehand, history}),
-          history({home, tools, content, screen, selection, typing, freehand, finger}),
-          pen({home, tools, screen, selection, typing, freehand, finger}),
+          history({home, tools, content, screen, selection, typing, freehand, finger, journal}),
+          pen({home, tools, screen, selection, typing, freehand, finger, journal}),
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
           document({home, shown, tools, painter, typing, exports}),
+          journal({tools, content, typing, document, history}),
           speech({home, tools, selection, typing, finger}) {}
 
     CanvasHome home;
@@ -50,6 +52,7 @@ struct CanvasParts {
     CanvasPen pen;
     CanvasExport exports;
     CanvasDocument document;
+    CanvasJournal journal;
     CanvasSpeech speech;
 };
 

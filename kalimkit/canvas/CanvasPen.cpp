@@ -6,6 +6,7 @@
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasJournal.h"
 #include "kalimkit/canvas/CanvasScreen.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
@@ -79,22 +80,23 @@ void CanvasPen::setLineWidth(double width) {
 
 void CanvasPen::setCalibration(double calibration) {
     _canvas.tools.pen().calibration = calibration;
-    refreshShared();
+    measuringChanged();
 }
 
 void CanvasPen::setUnit(std::string unit) {
     _canvas.tools.pen().unit = std::move(unit);
-    refreshShared();
+    measuringChanged();
 }
 
 void CanvasPen::setShowMeasurement(bool show) {
     _canvas.tools.pen().showMeasurement = show;
-    refreshShared();
+    measuringChanged();
 }
 
-void CanvasPen::refreshShared() {
+void CanvasPen::measuringChanged() {
     _canvas.tools.refreshShared();
     _canvas.screen.invalidate();
+    _canvas.journal.noteMeasuring();
 }
 
 }  // namespace kalim

@@ -11,6 +11,7 @@ namespace kalim {
 class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
+class CanvasJournal;
 class CanvasScreen;
 class CanvasSelection;
 class CanvasTools;
@@ -28,6 +29,7 @@ public:
         CanvasTyping& typing;
         CanvasFreehand& freehand;
         CanvasFinger& finger;
+        CanvasJournal& journal;
     };
     explicit CanvasPen(const Canvas& canvas) : _canvas(canvas) {}
 
@@ -42,7 +44,7 @@ public:
     void setShowMeasurement(bool show);
 
 private:
-    void refreshShared();
+    void measuringChanged();
 
     Canvas _canvas;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -40,6 +41,11 @@ public:
     void clear();
     // Lays tools onto the empty canvas, without a record.
     void open(ToolList tools) { *_list = std::move(tools); }
+
+    // Lays a tool below those from a place on, without a record.
+    void insert(const ToolRef& tool, std::size_t place) {
+        _list->insert(_list->begin() + static_cast<std::ptrdiff_t>(place), tool);
+    }
 
     // ---- by touch
     // The topmost finished tool under a canvas point; null for none.

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "kalimkit/canvas/CanvasPicture.h"
 #include "kalimkit/canvas/MDrawViewDelegate.h"
 #include "kalimkit/canvas/ToolType.h"
 #include "kalimkit/canvas/ZoomedCanvasView.h"
@@ -17,6 +18,7 @@ namespace kalim {
 class MDrawMutableSelect;
 class MDrawText;
 class MUndoManager;
+class StepListener;
 struct Document;
 struct SealedDocument;
 enum class FingerState;
@@ -57,6 +59,17 @@ public:
     // The kinds of tools that the host brings along, besides the library's, by which documents name
     // them. They outlive the canvas.
     void setOwnKinds(std::vector<const ToolClass*> kinds);
+    // Who hears of every finished step, as a text of what it has changed; not owned. Nothing is
+    // written down while there is nobody.
+    void setStepListener(std::weak_ptr<StepListener> listener);
+    // How the canvas was before its first step: the text of a document without the picture's bytes,
+    // see DocumentReading::needsBytes.
+    std::string stepsSetUp() const;
+    // Plays steps again on a canvas that has been set up so by openDocument() and has none. The
+    // tools, the stacks, their snapshots and the colours that tools share are then what they were,
+    // and later steps follow on. Answers with what is wrong with a step: it and those after it have
+    // not happened.
+    std::optional<std::string> replaySteps(std::span<const std::string> steps);
     // The content at the screen's scale, with a canvas basis as large as the view shows it when
     // nothing is zoomed, without selection or handles, on an opaque bitmap: a picture larger than
     // the view comes out at the size at which the view shows it; exportImageAtPictureScale() keeps
@@ -222,6 +235,8 @@ private:
     bool fitIntoView();
     gfx::AffineTransform placingContent(const gfx::Rect& seenAt) const;
     void showCut(const PictureCut& cut, const std::optional<Seen>& from);
+    void takePicture(const gfx::ImageRef& image,
+                     const std::optional<CanvasPicture::Settlement>& settlement);
     std::shared_ptr<CanvasParts> held();
 
     std::unique_ptr<CanvasParts> _parts;

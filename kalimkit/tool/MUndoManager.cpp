@@ -13,6 +13,20 @@ ToolRef entryFor(const ToolRef& tool) {
     return tool->mutabaleToolObjType() ? tool->copyOfGroup() : tool;
 }
 
+using Step = MUndoManagerDelegate::Step;
+
+MUndoManager::State stateAfter(Step step) {
+    switch (step) {
+        case Step::Recorded:
+            return MUndoManager::State::AddedOrChanged;
+        case Step::Undone:
+        case Step::Redone:
+            return MUndoManager::State::UndoneOrRedone;
+        default:
+            return MUndoManager::State::Removed;
+    }
+}
+
 ToolList membersOf(const ToolRef& entry) {
     if (!entry->mutabaleToolObjType()) return {entry};
     ToolList members;
@@ -36,7 +50,7 @@ void MUndoManager::addToolSuccess(const ToolRef& tool) {
     cutRedo();
     entry->updatefeature();
     _undoTools.push_back(entry);
-    report(entry, State::AddedOrChanged);
+    report(Step::Recorded, entry);
 }
 
 void MUndoManager::cutRedo() {
@@ -53,7 +67,7 @@ void MUndoManager::removeTool(const ToolRef& tool) {
     if (_rules.forgiving) cutRedo();
     cross({membersOf(entry), {}});
     _undoTools.push_back(entry);
-    report(entry, State::Removed);
+    report(Step::Removed, entry);
 }
 
 void MUndoManager::removeToolFromAllSystem(const ToolRef& tool) {
@@ -66,7 +80,7 @@ void MUndoManager::removeToolFromAllSystem(const ToolRef& tool) {
         std::erase(_redoTools, kept);
         std::erase(_undoTools, kept);
     }
-    report(kept, State::Removed);
+    report(Step::Forgotten, kept);
 }
 
 void MUndoManager::removeInvaildMutableToolsByTool(const ToolRef& tool) {
@@ -97,7 +111,7 @@ bool MUndoManager::undo() {
     }
     cross(crossing);
     _redoTools.push_back(entry);
-    report(entry, State::UndoneOrRedone);
+    report(Step::Undone, entry);
     return true;
 }
 
@@ -113,7 +127,7 @@ bool MUndoManager::redo() {
     }
     cross(crossing);
     _undoTools.push_back(entry);
-    report(entry, State::UndoneOrRedone);
+    report(Step::Redone, entry);
     return true;
 }
 
@@ -154,18 +168,19 @@ void MUndoManager::reset() {
     _undoTools.clear();
     _redoTools.clear();
     _places = {};
-    report(nullptr, State::Removed);
+    report(Step::Reset, nullptr);
 }
 
 bool MUndoManager::isOnCanvas(const ToolRef& tool) const {
     return std::ranges::find(*_tools, tool) != _tools->end();
 }
 
-void MUndoManager::report(const ToolRef& tool, State state) {
+void MUndoManager::report(Step step, const ToolRef& tool) {
     const std::shared_ptr<MUndoManagerDelegate> delegate = _delegate.lock();
     if (!delegate) return;
+    delegate->didStep(step, tool);
     delegate->canUndoStateChangedCanRedo(canUndo(), canRedo());
-    delegate->toolsStateChangedState(tool, state);
+    delegate->toolsStateChangedState(tool, stateAfter(step));
 }
 
 }  // namespace kalim

@@ -14,7 +14,13 @@ class KALIM_API MUndoManagerDelegate {
 public:
     enum State { UndoneOrRedone = 0, AddedOrChanged = 1, Removed = 2 };
 
+    // What was done to the stacks. Recorded and Removed have put the entry onto the undo stack;
+    // Forgotten has left no record, and Reset has no entry.
+    enum class Step { Recorded, Removed, Undone, Redone, Forgotten, Reset };
+
     virtual ~MUndoManagerDelegate() = default;
+    // Comes before the two below.
+    virtual void didStep(Step /*step*/, const ToolRef& /*entry*/) {}
     virtual void canUndoStateChangedCanRedo(bool /*canUndo*/, bool /*canRedo*/) {}
     // The tool is null after a reset.
     virtual void toolsStateChangedState(const ToolRef& /*tool*/, State /*state*/) {}
@@ -75,7 +81,7 @@ private:
     void cross(const Crossing& crossing);
     bool isOnCanvas(const ToolRef& tool) const;
     void cutRedo();
-    void report(const ToolRef& tool, State state);
+    void report(MUndoManagerDelegate::Step step, const ToolRef& tool);
 
     std::shared_ptr<ToolList> _tools;
     ToolList _undoTools;

@@ -58,6 +58,7 @@ ScenarioRun::ScenarioRun(const Setting& setting)
         *_device, *_files, [](const std::string&) {}, setting.screen);
     if (setting.hasPicture) _player->setPicture("picture.png");
     _watch = std::make_unique<CanvasWatch>(canvas());
+    _survival = std::make_unique<Survival>(canvas());
 }
 
 ScenarioRun::~ScenarioRun() = default;
@@ -95,11 +96,12 @@ void ScenarioRun::finish() {
 void ScenarioRun::undoAndRedoAll(std::size_t own) {
     play(R"({"call":"selectNone"})");
     const gfx::ImageRef shown = canvas().exportImage();
+    checkSurvival();
     const std::size_t steps = canvas().undoManager().undoTools().size();
-    for (std::size_t step = 0; step < steps; ++step)
-        play(R"({"call":"undo"})");
-    for (std::size_t step = 0; step < steps; ++step)
-        play(R"({"call":"redo"})");
+    for (std::size_t count = 0; count < steps; ++count)
+        step(Survival::Direction::Undo);
+    for (std::size_t count = 0; count < steps; ++count)
+        step(Survival::Direction::Redo);
     // Null while there is nothing.
     if (_fault || !_setting.screen.forgiving || !shown) return;
     const auto difference =
@@ -108,6 +110,18 @@ void ScenarioRun::undoAndRedoAll(std::size_t own) {
     _fault = "after all was undone and redone, " + *difference;
     // Every run ends like this by itself.
     _played.resize(own);
+}
+
+// What has no record is not to be recovered.
+void ScenarioRun::checkSurvival() {
+    if (!_fault) _fault = _survival->lossBySaving();
+    if (!_fault && _setting.screen.forgiving) _fault = _survival->recover();
+}
+
+void ScenarioRun::step(Survival::Direction direction) {
+    const bool isUndo = direction == Survival::Direction::Undo;
+    play(isUndo ? R"({"call":"undo"})" : R"({"call":"redo"})");
+    if (!_fault) _fault = _survival->follow(direction);
 }
 
 // ---- shrinking

@@ -9,6 +9,7 @@
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 #include "tests/random/CanvasWatch.h"
+#include "tests/random/Survival.h"
 
 namespace kalim::test {
 
@@ -46,12 +47,15 @@ public:
 private:
     // `own` lines came before the end.
     void undoAndRedoAll(std::size_t own);
+    void checkSurvival();
+    void step(Survival::Direction direction);
 
     Setting _setting;
     std::shared_ptr<gfx::Device> _device;
     std::unique_ptr<ScenarioFiles> _files;
     std::unique_ptr<ScenarioPlayer> _player;
     std::unique_ptr<CanvasWatch> _watch;
+    std::unique_ptr<Survival> _survival;
     std::optional<std::string> _fault;
     Lines _played;
 };
