@@ -29,7 +29,7 @@ constexpr std::string_view measuringName = "measuring";
 constexpr std::int64_t mostSteps = std::int64_t{1} << 40U;
 constexpr JsonLimits limits{.depth = 64, .keys = 1000};
 
-JsonValue jsonOf(const PictureCut& cut) {
+JsonValue cutEntry(const PictureCut& cut) {
     return JsonValue::Object{{"crop", cut.crop ? jsonOf(*cut.crop) : JsonValue()},
                              {"quarterTurns", cut.quarterTurns}};
 }
@@ -97,7 +97,7 @@ void CanvasJournal::note(Step step, const ToolRef& entry) {
         return;
     }
     if (step == Step::Recorded && &entry->toolClass() == &PictureCutStep::Class()) {
-        members.emplace_back("cut", jsonOf(static_cast<const PictureCutStep&>(*entry).after()));
+        members.emplace_back("cut", cutEntry(static_cast<const PictureCutStep&>(*entry).after()));
         return listener->canvasDidStep(dumpJson(members));
     }
     if (step == Step::Recorded || step == Step::Undone || step == Step::Redone) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/document/DocumentText.h"
@@ -14,9 +15,11 @@ namespace kalim::test {
 
 namespace {
 
+constexpr double precision = 1e9;
 const DocumentReading withoutBytes{.needsBytes = false};
 
-// A touch may put the corners of a box in order, which is no step and nothing that is seen.
+// A touch may put the corners of a box in order, to the last digits, which is no step and nothing
+// that is seen.
 void inOrder(JsonValue& tool) {
     const std::string& name = *tool.find("class")->string();
     const ToolClass* const kind = toolClassNamed(name);
@@ -30,6 +33,8 @@ void inOrder(JsonValue& tool) {
         JsonValue& low = (*corners[0])[axis];
         JsonValue& high = (*corners[1])[axis];
         if (*low.number() > *high.number()) std::swap(low, high);
+        for (JsonValue* const number : {&low, &high})
+            *number = std::round(*number->number() * precision) / precision;
     }
 }
 
