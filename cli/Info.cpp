@@ -2,14 +2,17 @@
 
 #include <optional>
 #include <utility>
+#include <variant>
 
 #include "cli/Complaint.h"
+#include "cli/OpenedCanvas.h"
 #include "cli/StandardOutput.h"
+#include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/ColorProfile.h"
-#include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/ExifOrientation.h"
 #include "kalimkit/codec/FileFormat.h"
 #include "kalimkit/codec/PersonalTraces.h"
+#include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/json/JsonText.h"
 
 namespace kalim::cli {
@@ -27,40 +30,92 @@ JsonValue colorProfile(codec::ByteSpan file) {
     return name ? JsonValue(*name) : JsonValue();
 }
 
-JsonValue metadata(codec::ByteSpan file) {
-    const codec::PersonalTraces traces = codec::personalTraces(file);
+JsonValue describe(const codec::PersonalTraces& traces) {
     return JsonValue::Object{
         {"place", traces.place}, {"owner", traces.owner}, {"serialNumber", traces.serialNumber}};
 }
 
-JsonValue describe(codec::ByteSpan file, const codec::DecodeResult& picture) {
+// The bytes of the picture's own file.
+codec::ByteSpan pictureFile(const OpenedFile& opened) {
+    if (!opened.document) return opened.bytes;
+    if (!opened.document->picture) return {};
+    const std::string& data = opened.document->picture->data;
+    return {reinterpret_cast<const std::uint8_t*>(data.data()), data.size()};
+}
+
+JsonValue::Object describePicture(const OpenedFile& opened) {
+    const codec::ByteSpan file = pictureFile(opened);
+    if (file.empty()) {
+        return {{"mediaType", {}},
+                {"size", {}},
+                {"orientation", {}},
+                {"colorProfile", {}},
+                {"bytes", opened.bytes.size()},
+                {"metadata", {}}};
+    }
+    codec::PersonalTraces traces = codec::personalTraces(file);
+    // The picture around a document may say more.
+    if (opened.isInside) traces |= codec::personalTraces(opened.bytes);
+    return {{"mediaType", codec::mediaType(codec::fileFormat(file))},
+            {"size", uprightSize(opened.picture)},
+            {"orientation", codec::exifOrientationNumber(opened.picture.orientation)},
+            {"colorProfile", colorProfile(file)},
+            {"bytes", opened.bytes.size()},
+            {"metadata", describe(traces)}};
+}
+
+JsonValue describe(const DocumentTool& described, const MDrawTool& tool) {
+    JsonValue text;
+    for (const auto& [name, value] : described.details) {
+        const auto* const letters = std::get_if<std::string>(&value);
+        if (name == "text" && letters) text = *letters;
+    }
+    const std::string measureText = tool.measureText();
     return JsonValue::Object{
-        {"kind", "picture"},
-        {"mediaType", codec::mediaType(codec::fileFormat(file))},
-        {"size", uprightSize(picture)},
-        {"orientation", codec::exifOrientationNumber(picture.orientation)},
-        {"colorProfile", colorProfile(file)},
-        {"bytes", file.size()},
-        {"metadata", metadata(file)},
-        {"tools", {}},
-        {"crop", {}},
-        {"quarterTurns", {}},
-        {"sealed", {}},
-    };
+        {"class", described.className},
+        {"text", std::move(text)},
+        {"measureText", measureText.empty() ? JsonValue() : JsonValue(measureText)}};
+}
+
+// What a tool measures it tells only on a canvas, in the order of the document. Uses the picture
+// up.
+std::optional<std::string> describeTools(OpenedFile& opened, JsonValue& described) {
+    const auto device = gfx::CairoDevice::make();
+    const Document document = *opened.document;
+    OpenedCanvas canvas(*device, document, false);
+    if (auto problem = canvas.open(opened)) return problem;
+    JsonValue::Array tools;
+    const ToolList& drawn = canvas.canvas().tools();
+    for (std::size_t i = 0; i < drawn.size(); ++i)
+        tools.push_back(describe(document.tools.at(i), *drawn[i]));
+    described = std::move(tools);
+    return std::nullopt;
+}
+
+JsonValue describe(const std::optional<gfx::Rect>& crop) {
+    if (!crop) return {};
+    return JsonValue::Array{crop->minX(), crop->minY(), crop->size.width, crop->size.height};
 }
 
 }  // namespace
 
 int info(const InfoOptions& options) {
-    const bool isPiped = options.file == "-";
-    const std::string name = isPiped ? "standard input" : options.file;
-    codec::Bytes file;
-    if (const auto problem = codec::readPictureFile(isPiped ? "/dev/stdin" : name, file))
-        return complain(*problem);
-    const codec::DecodeResult picture = codec::decode(file, name);
-    if (picture.error) return complain(*picture.error);
+    OpenedFile opened = openFile(options.file, {options.isFlat});
+    if (opened.error) return complain(*opened.error);
+    JsonValue::Object members{{"kind", opened.document ? "document" : "picture"}};
+    for (JsonValue::Member& member : describePicture(opened))
+        members.push_back(std::move(member));
+    JsonValue tools;
+    auto problem = opened.document ? describeTools(opened, tools) : std::nullopt;
+    if (problem) return complain(options.file + ": " + *problem);
+    const Document* const document = opened.document ? &*opened.document : nullptr;
+    members.emplace_back("tools", std::move(tools));
+    members.emplace_back("crop", document ? describe(document->cut.crop) : JsonValue());
+    members.emplace_back("quarterTurns",
+                         document ? JsonValue(document->cut.quarterTurns) : JsonValue());
+    members.emplace_back("sealed", document ? JsonValue(document->isSealed) : JsonValue());
     StandardOutput output;
-    output.printLine(dumpJson(describe(file, picture)));
+    output.printLine(dumpJson(members));
     return output.error() ? complain(*output.error()) : 0;
 }
 

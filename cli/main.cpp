@@ -17,6 +17,7 @@
 #include "cli/Info.h"
 #include "cli/OptionValues.h"
 #include "cli/Play.h"
+#include "cli/Render.h"
 #include "cli/Works.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 
@@ -54,6 +55,7 @@ public:
         addImage();
         addEdit();
         addInfo();
+        addRender();
         addWorks();
         addVersion(_app);
     }
@@ -169,9 +171,44 @@ private:
     }
 
     void addInfo() {
-        CLI::App& command = *_app.add_subcommand("info", "Say what a picture's file holds");
+        CLI::App& command =
+            *_app.add_subcommand("info", "Say what a picture's or a document's file holds");
         command.add_option("FILE", _info.file, "The file; - reads standard input")->required();
+        command.add_flag("--flat", _info.isFlat,
+                         "Take a picture with a document inside for the picture alone");
         command.callback([this] { _command = [this] { return info(_info); }; });
+    }
+
+    void addRender() {
+        CLI::App& command = *_app.add_subcommand("render", "Make pictures of documents");
+        RenderOptions& asked = _render;
+        command.add_option("FILE", asked.files, "Documents; - reads one from standard input")
+            ->required();
+        CLI::Option& output =
+            *command
+                 .add_option("-o,--output", asked.output,
+                             "The picture of one document; - is standard output; without it a name "
+                             "after the document's, beside it")
+                 ->type_name("OUT");
+        command.add_option("--out-dir", asked.folder, "The folder for pictures named so")
+            ->type_name("DIR")
+            ->excludes(&output);
+        addEditOption(command, "-f,--format", "FORMAT", "png, jpeg or webp (png)", readFormat,
+                      asked.format);
+        command.add_flag("--screen-size", asked.isScreenSize,
+                         "A pixel for each point, not for each pixel of the photo");
+        command.add_option("--max-side", asked.maxSide, "The most pixels of the longer side")
+            ->type_name("N")
+            ->check(CLI::Range(1, static_cast<int>(longestSide)));
+        command.add_option("-j,--jobs", asked.workers, "So many at a time (as there are cores)")
+            ->type_name("N")
+            ->check(CLI::Range(1, 1024));
+        command.add_flag("--json", asked.isJson, "Print a line of JSON for each that is done");
+        command.add_flag("--flat", asked.isFlat,
+                         "Take a picture with a document inside for the picture alone");
+        command.add_flag("--update", asked.isUpdate,
+                         "Pass over those whose picture is there and not older");
+        command.callback([this] { _command = [this] { return render(_render); }; });
     }
 
     void addWorks() {
@@ -231,6 +268,7 @@ private:
     ImageOptions _asked;
     EditOptions _askedEdit;
     InfoOptions _info;
+    RenderOptions _render;
     WorksOptions _works;
     // What is to be done if not to play.
     std::function<int()> _command;

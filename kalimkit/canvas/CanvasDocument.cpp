@@ -3,6 +3,7 @@
 #include <map>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasExport.h"
 #include "kalimkit/canvas/CanvasHome.h"
 #include "kalimkit/canvas/CanvasPainter.h"
@@ -65,6 +66,8 @@ Document CanvasDocument::head() const {
     document.canvas.basis = settlement.basis;
     document.canvas.bounds = settlement.canvas;
     document.canvas.scale = settlement.scale;
+    document.canvas.clips = _canvas.content.clipsToPicture();
+    document.canvas.textOutlines = _canvas.typing.maskColors();
     document.measuring.calibration = pen.calibration;
     document.measuring.unit = pen.unit.empty() ? usualUnit : pen.unit;
     document.measuring.show = pen.showMeasurement;
@@ -91,6 +94,8 @@ SealedDocument CanvasDocument::sealed() {
         const gfx::PixelSize size = sealed.picture->pixelSize();
         document.picture->size = size;
         document.cut.crop = gfx::Rect(0, 0, size.width, size.height);
+        // What was cut at a crop's edge still is where that is the picture's.
+        document.canvas.clips = _canvas.content.endsAtPicture();
     }
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (sealed.picture && (isGround(*tool) || !seen.intersects(drawnExtent(*tool)))) continue;
@@ -148,6 +153,8 @@ void CanvasDocument::takeHead(const Document& document) {
     _head = document;
     _head.tools.clear();
     if (_head.picture) _head.picture->data.clear();
+    _canvas.content.setClipsToPicture(document.canvas.clips);
+    _canvas.typing.setMaskColors(document.canvas.textOutlines);
     NewTools& pen = _canvas.tools.pen();
     pen.calibration = document.measuring.calibration;
     pen.unit = document.measuring.unit;

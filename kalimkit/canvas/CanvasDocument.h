@@ -12,6 +12,7 @@
 
 namespace kalim {
 
+class CanvasContent;
 class CanvasExport;
 class CanvasHome;
 class CanvasPainter;
@@ -32,6 +33,7 @@ public:
         CanvasPainter& painter;
         CanvasTyping& typing;
         CanvasExport& exports;
+        CanvasContent& content;
     };
     explicit CanvasDocument(const Canvas& canvas) : _canvas(canvas) {}
 

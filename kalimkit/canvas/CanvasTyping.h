@@ -37,6 +37,7 @@ public:
     std::shared_ptr<MDrawText> restyledText() const;
     // See MDrawView::setTextMaskColorsParForTextColors().
     using ColorPairs = std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>>;
+    const ColorPairs& maskColors() const { return _maskColors; }
     void setMaskColors(ColorPairs colors) { _maskColors = std::move(colors); }
 
     // ---- editing

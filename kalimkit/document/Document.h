@@ -45,6 +45,11 @@ struct DocumentCanvas {
     double basis = 0;
     gfx::Rect bounds;
     double scale = 1;
+    // What goes beyond the picture is cut at its edge, see MDrawView::setClipsToPicture.
+    bool clips = false;
+    // The colours that outline texts, by the texts' colours; see
+    // MDrawView::setTextMaskColorsParForTextColors.
+    std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>> textOutlines;
     JsonValue::Object others;
 };
 

@@ -40,6 +40,13 @@ JsonValue writePicture(const DocumentPicture& picture) {
     return members;
 }
 
+JsonValue writeOutlines(const DocumentCanvas& canvas) {
+    JsonValue::Array pairs;
+    for (const auto& [text, outline] : canvas.textOutlines)
+        pairs.push_back(JsonValue::Array{jsonOf(text), jsonOf(outline)});
+    return pairs;
+}
+
 JsonValue writeCanvas(const DocumentCanvas& canvas, bool hasPicture) {
     JsonValue::Object members{
         {"pictureRect", hasPicture ? jsonOf(canvas.pictureRect) : JsonValue()},
@@ -55,6 +62,8 @@ JsonValue writeCanvas(const DocumentCanvas& canvas, bool hasPicture) {
         members.emplace_back("bounds", jsonOf(canvas.bounds));
         members.emplace_back("scale", canvas.scale);
     }
+    if (canvas.clips) members.emplace_back("clips", true);
+    if (!canvas.textOutlines.empty()) members.emplace_back("textOutlines", writeOutlines(canvas));
     append(members, canvas.others);
     return members;
 }
@@ -153,6 +162,24 @@ std::optional<gfx::Rect> readCrop(DocumentPlace& place, const Document& document
     return crop;
 }
 
+void readOutlines(DocumentPlace& place, DocumentCanvas& canvas) {
+    constexpr std::string_view key = "textOutlines";
+    constexpr std::size_t mostOutlines = 100;
+    const JsonValue::Array* const pairs = place.find(key) ? place.find(key)->array() : nullptr;
+    const auto colorOf = [](const JsonValue& value) {
+        const auto color = value.string() ? gfx::Color::fromHex(*value.string()) : std::nullopt;
+        return color ? gfx::makeColor(*color) : nullptr;
+    };
+    bool isRight = !place.find(key) || (pairs && pairs->size() <= mostOutlines);
+    for (std::size_t i = 0; isRight && pairs && i < pairs->size(); ++i) {
+        const JsonValue::Array* const pair = (*pairs)[i].array();
+        isRight = pair && pair->size() == 2 && colorOf(pair->front()) && colorOf(pair->back());
+        if (isRight)
+            canvas.textOutlines.emplace_back(colorOf(pair->front()), colorOf(pair->back()));
+    }
+    if (!isRight) place.fail(key, "pairs of colours [\"#RRGGBBAA\",\"#RRGGBBAA\"]");
+}
+
 DocumentCanvas readCanvas(DocumentPlace place, bool hasPicture) {
     DocumentCanvas canvas;
     if (hasPicture) {
@@ -170,8 +197,10 @@ DocumentCanvas readCanvas(DocumentPlace place, bool hasPicture) {
     if (place.find("bounds")) canvas.bounds = readRect(place, "bounds");
     constexpr double largestScale = 100;
     if (place.find("scale")) canvas.scale = place.number("scale", 0.01, largestScale);
-    canvas.others = place.others(
-        {"pictureRect", "background", "backgroundComponents", "basis", "bounds", "scale"});
+    if (place.find("clips")) canvas.clips = place.flag("clips");
+    readOutlines(place, canvas);
+    canvas.others = place.others({"pictureRect", "background", "backgroundComponents", "basis",
+                                  "bounds", "scale", "clips", "textOutlines"});
     return canvas;
 }
 

@@ -20,14 +20,20 @@ void EditorPicture::makeCanvas(bool isHidden) {
 }
 
 void EditorPicture::showCanvas(std::weak_ptr<MDrawViewDelegate> delegate) {
-    const gfx::ColorRef black = gfx::makeColor(0, 0, 0);
-    _canvas->setTextMaskColorsParForTextColors(
-        {{gfx::makeColor(1, 1, 1), black}, {colorWithHexString("FFF700"), black}});
+    applyOwnWays();
     _canvas->setSnipImage(_snipImage);
     _canvas->setDrawViewdelegate(std::move(delegate));
     _canvas->setAccessibilityRole(ui::AccessibilityRole::Canvas);
     _canvas->setAccessibilityLabel(ui::Environment::current().localizedString("画布"));
     _stage.view().addSubview(_canvas);
+}
+
+// A document that was opened brings others along.
+void EditorPicture::applyOwnWays() {
+    const gfx::ColorRef black = gfx::makeColor(0, 0, 0);
+    _canvas->setTextMaskColorsParForTextColors(
+        {{gfx::makeColor(1, 1, 1), black}, {colorWithHexString("FFF700"), black}});
+    _canvas->setClipsToPicture(_clipsToPicture);
 }
 
 // ---- what the host wants
@@ -56,6 +62,7 @@ void EditorPicture::setClipsToPicture(bool clips) {
 void EditorPicture::open(const gfx::ImageRef& image) {
     _hasCropped = false;
     _hasOpened = true;
+    applyOwnWays();
     _canvas->setSnipImage(image);
 }
 

@@ -74,6 +74,7 @@ public:
     gfx::Rect shown(const gfx::Rect& rect) const;
 
 private:
+    void applyOwnWays();
     bool cutsGeometry() const;
 
     const EditorStage& _stage;

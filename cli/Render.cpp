@@ -1,0 +1,171 @@
+#include "cli/Render.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <new>
+#include <thread>
+#include <utility>
+
+#include "cli/Complaint.h"
+#include "cli/OpenedCanvas.h"
+#include "cli/RenderTasks.h"
+#include "cli/StandardOutput.h"
+#include "cli/Workers.h"
+#include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/codec/Files.h"
+#include "kalimkit/host/files/OpenedFile.h"
+#include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/json/JsonText.h"
+
+namespace kalim::cli {
+
+namespace {
+
+// Makes one picture after the other. The fonts are looked for once.
+class Renderer {
+public:
+    explicit Renderer(const RenderOptions& options) : _options(options) {}
+
+    // Empty on success, else a sentence that begins with a name.
+    std::string render(const RenderTask& task) {
+        try {
+            if (!_device) _device = gfx::CairoDevice::make();
+            return renderFile(task);
+        } catch (const std::bad_alloc&) {
+            return task.file + ": there is not enough memory";
+        } catch (const std::exception& error) {
+            return task.file + ": " + error.what();
+        }
+    }
+
+private:
+    std::string renderFile(const RenderTask& task) {
+        OpenedFile opened = openFile(task.file, {_options.isFlat});
+        if (opened.error) return *opened.error;
+        if (!opened.document && !_options.isFlat)
+            return task.file + ": this is a picture without a document inside";
+        // To reduce a picture an environment is needed as well.
+        const Document blank;
+        OpenedCanvas canvas(*_device, opened.document ? *opened.document : blank,
+                            _options.isScreenSize);
+        std::string problem;
+        gfx::ImageRef image = opened.document ? drawn(canvas, opened, problem)
+                                              : PictureOrigins().make(*_device, opened);
+        if (image && _options.maxSide) image = reduced(image, *_options.maxSide);
+        if (problem.empty() && !image) problem = "there is nothing to render, or no room for it";
+        if (!problem.empty()) return task.file + ": " + problem;
+        return write(task, *image);
+    }
+
+    gfx::ImageRef drawn(OpenedCanvas& canvas, OpenedFile& opened, std::string& problem) const {
+        problem = canvas.open(opened).value_or("");
+        if (!problem.empty()) return nullptr;
+        return _options.isScreenSize ? canvas.canvas().exportImage()
+                                     : canvas.canvas().exportImageAtPictureScale();
+    }
+
+    static gfx::ImageRef reduced(const gfx::ImageRef& image, int side) {
+        const gfx::PixelSize size = image->pixelSize();
+        const int longer = std::max(size.width, size.height);
+        if (longer <= side) return image;
+        const double factor = static_cast<double>(side) / longer;
+        const auto shorten = [factor](int length) {
+            return std::max(1.0, std::round(length * factor));
+        };
+        constexpr double pixelsPerPoint = 1;
+        return MDrawImageUtil::resizedImageToSize(
+            image, {shorten(size.width), shorten(size.height)}, pixelsPerPoint);
+    }
+
+    static std::string write(const RenderTask& task, const gfx::Image& image) {
+        codec::Bytes bytes;
+        auto problem = encode(image, task.format, bytes);
+        if (problem) return task.file + ": " + *problem;
+        if (task.output != "-")
+            return codec::writeFileAtomically(task.output, bytes).value_or(std::string());
+        StandardOutput output;
+        output.write(bytes);
+        return output.error().value_or(std::string());
+    }
+
+    const RenderOptions& _options;
+    std::shared_ptr<gfx::CairoDevice> _device;
+};
+
+// What is told while the work goes on: a line that counts, what has failed, and JSON.
+class Report {
+public:
+    Report(const RenderOptions& options, std::size_t count) : _options(options), _count(count) {}
+
+    void tell(const RenderTask& task, const std::string& problem) {
+        ++_done;
+        if (!problem.empty()) {
+            ++_failed;
+            clearLine();
+            say(problem);
+        }
+        if (_options.isJson) {
+            const auto [key, value] =
+                problem.empty() ? std::pair("output", task.output) : std::pair("error", problem);
+            _output.printLine(dumpJson(JsonValue::Object{{"file", task.file}, {key, value}}));
+        }
+        count();
+    }
+
+    int finish() {
+        clearLine();
+        if (_output.error()) return complain(*_output.error());
+        return _failed > 0 ? failure : 0;
+    }
+
+private:
+    void count() const {
+        if (!_counts) return;
+        std::fprintf(stderr, "\r%zu of %zu", _done, _count);
+        if (_failed > 0) std::fprintf(stderr, ", %zu failed", _failed);
+        std::fflush(stderr);
+    }
+    void clearLine() const {
+        if (_counts) std::fputs("\r\x1B[K", stderr);
+    }
+
+    const RenderOptions& _options;
+    std::size_t _count;
+    std::size_t _done = 0;
+    std::size_t _failed = 0;
+    bool _counts = ::isatty(STDERR_FILENO) != 0;
+    StandardOutput _output;
+};
+
+}  // namespace
+
+int render(const RenderOptions& options) {
+    std::string problem;
+    const std::vector<RenderTask> tasks = renderTasks(options, problem);
+    if (!problem.empty()) return complain(problem);
+    Report report(options, tasks.size());
+    std::vector<std::size_t> numbers;
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        const RenderTask& task = tasks[i];
+        if (task.isDone || !task.problem.empty()) {
+            report.tell(task, task.problem);
+        } else {
+            numbers.push_back(i);
+        }
+    }
+    Renderer renderer(options);
+    Workers workers(
+        [&](std::size_t number) { return renderer.render(tasks[number]); },
+        [&](std::size_t number) { return tasks[number].file; },
+        [&](std::size_t number, const std::string& failed) { report.tell(tasks[number], failed); });
+    const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
+    workers.run(numbers, options.workers > 0 ? static_cast<std::size_t>(options.workers) : cores);
+    return report.finish();
+}
+
+}  // namespace kalim::cli
