@@ -236,7 +236,7 @@ void CanvasFinger::create(gfx::Point p) {
     if (!_canvas.tools.pen().toolClass) return;
     if (_canvas.tools.forgiving()) _canvas.freehand.endOfOtherPen();
     const ToolRef tool = makeTool(p);
-    _canvas.tools.pen().prepare(*tool);
+    _canvas.tools.prepare(*tool);
     _tool = tool;
     _canvas.tools.add(tool);
     _canvas.screen.markCreated(tool);

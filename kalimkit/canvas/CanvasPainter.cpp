@@ -1,6 +1,7 @@
 #include "kalimkit/canvas/CanvasPainter.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasShown.h"
@@ -110,7 +111,14 @@ double CanvasPainter::rimOnScreen() const {
 // ---- tools
 
 void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) const {
+    const gfx::AffineTransform& toView = context.transform();
     tool.setVisibleRect(pictureEdge(context));
+    // Shadows turn with the picture, as in what is exported.
+    const gfx::GraphicsStateGuard guard(context);
+    if (const double scale = std::hypot(toView.a, toView.b); toView.b != 0 && scale > 0) {
+        context.setShadowTurn(
+            {toView.a / scale, toView.b / scale, -toView.b / scale, toView.a / scale, 0, 0});
+    }
     tool.draw(context);
     tool.drawMeasurement(context);
 }

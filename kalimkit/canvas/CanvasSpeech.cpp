@@ -12,7 +12,9 @@
 namespace kalim {
 
 bool CanvasSpeech::isAnnounced(const MDrawTool& tool) const {
-    return !tool.isNewBuild() && &tool != _canvas.typing.text().get();
+    const ZoomedCanvasView& view = _canvas.home.view();
+    const bool isHidden = view.pictureCut().crop && !view.ctxRect().intersects(tool.frame());
+    return !isHidden && !tool.isNewBuild() && &tool != _canvas.typing.text().get();
 }
 
 // In view points. One that is drawn along a line has an area all the same.
@@ -30,13 +32,14 @@ gfx::Rect CanvasSpeech::announcedFrame(MDrawTool& tool) const {
 std::vector<ui::AccessibilityElement> CanvasSpeech::elements() {
     _keys.forgetGone();
     const ZoomedCanvasView& view = _canvas.home.view();
-    const gfx::Rect content = view.bgImgRect().isEmpty() ? view.ctxRect() : view.bgImgRect();
+    const bool showsPicture = !view.bgImgRect().isEmpty() && !view.pictureCut().crop;
+    const gfx::Rect content = showsPicture ? view.bgImgRect() : view.ctxRect();
     std::vector<ui::AccessibilityElement> elements;
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (!isAnnounced(*tool)) continue;
         elements.push_back({.key = _keys.keyOf(tool),
                             .role = tool->toolClass().role(),
-                            .label = describeTool(*tool, content),
+                            .label = describeTool(*tool, content, view.pictureCut().quarterTurns),
                             .value = {},
                             .frame = announcedFrame(*tool),
                             .isEnabled = _canvas.selection.isPickable(*tool),

@@ -24,6 +24,15 @@ void CanvasTools::setForgiving(bool forgiving) {
         tool->setRules(_pen.rules);
 }
 
+void CanvasTools::prepare(MDrawTool& tool) const {
+    _pen.prepare(tool);
+    tool.setQuarterTurns(quarterTurns());
+}
+
+int CanvasTools::quarterTurns() const {
+    return _shown.picture.cut().quarterTurns;
+}
+
 void CanvasTools::refreshShared() {
     for (const ToolRef& tool : *_list)
         _pen.applyShared(*tool);
@@ -42,6 +51,8 @@ void CanvasTools::clear() {
 
 // Patches lie below everything else, whenever they were made.
 ToolRef CanvasTools::topmostAt(gfx::Point p) const {
+    // What is not to be seen cannot be meant.
+    if (_shown.isCropped() && !_shown.picture.part().contains(p)) return nullptr;
     ToolRef patch;
     for (auto tool = _list->rbegin(); tool != _list->rend(); ++tool) {
         if ((*tool)->isNewBuild()) continue;

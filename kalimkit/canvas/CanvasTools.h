@@ -26,6 +26,9 @@ public:
 
     bool forgiving() const { return _pen.rules.forgiving; }
     void setForgiving(bool forgiving);
+    // Readies a tool that is made from now on, on the picture as it is turned at present.
+    void prepare(MDrawTool& tool) const;
+    int quarterTurns() const;
     // Every tool gets what all of them share.
     void refreshShared();
 

@@ -38,13 +38,15 @@ std::shared_ptr<MDrawText> CanvasTyping::restyledText() const {
 void CanvasTyping::adopt(const ToolRef& tool) {
     if (!isText(tool)) return;
     auto& text = static_cast<MDrawText&>(*tool);
-    text.setSuperView(fieldsView());
+    text.setSuperView(fieldsView(text));
     text.setDelegate(_canvas.home.held(*this));
 }
 
 void CanvasTyping::edit(const ToolRef& text) {
     _canvas.selection.clear();
     _canvas.selection.forgetTap();
+    // The picture may be turned otherwise than when it came.
+    adopt(text);
     if (_canvas.tools.contains(text)) static_cast<MDrawText&>(*text).startEdittingText();
 }
 
@@ -83,6 +85,7 @@ void CanvasTyping::drawTextAskForRedraw(MDrawText& text) {
 
 void CanvasTyping::drawTextBeginEdittingText(MDrawText& text) {
     _text = shared(text);
+    place();
     drawTextAskForRedraw(text);
     if (const auto owner = _canvas.home.owner()) owner->textToolEditing(true);
 }
@@ -127,11 +130,23 @@ void CanvasTyping::drawTextAskForSaveState(MDrawText& text) {
 
 // ---- where fields lie
 
-// What a text's field is put into. Where canvas points are the picture's, fields are laid out in
-// those and shown as large as the canvas is: lines break in every view where they do in any other.
-std::shared_ptr<ui::View> CanvasTyping::fieldsView() {
+// Without a text it is one that would be made now.
+int CanvasTyping::turnsOf(const MDrawText* text) const {
+    return text ? text->quarterTurns() : _canvas.tools.quarterTurns();
+}
+
+// Where canvas points are the picture's, fields are laid out in those and shown as large as the
+// canvas is: lines break in every view where they do in any other. Turned ones are laid out
+// upright.
+bool CanvasTyping::usesFieldsView(const MDrawText* text) const {
+    return _canvas.shown.picture.hasBasis() || _canvas.tools.quarterTurns() != 0 ||
+           turnsOf(text) != 0;
+}
+
+// What a text's field is put into.
+std::shared_ptr<ui::View> CanvasTyping::fieldsView(const MDrawText& text) {
     ui::View& view = _canvas.home.view();
-    if (!_canvas.shown.picture.hasBasis()) return view.shared_from_this();
+    if (!usesFieldsView(&text)) return view.shared_from_this();
     if (!_fields) {
         _fields = TypingView::initWithFrame(view.bounds());
         view.addSubview(_fields);
@@ -140,23 +155,31 @@ std::shared_ptr<ui::View> CanvasTyping::fieldsView() {
     return _fields;
 }
 
-// Canvas points to those of a text's field: the view's, or canvas points from the view's corner on.
-// It is a whole point, so that nothing is lost on the way there and back.
-gfx::AffineTransform CanvasTyping::toFields(const gfx::AffineTransform& toView) const {
-    if (!_canvas.shown.picture.hasBasis()) return toView;
-    const gfx::Point corner = toView.inverted().apply(gfx::Point{});
-    return gfx::AffineTransform::translation({-std::floor(corner.x), -std::floor(corner.y)});
+// Canvas points to those of a text's field: the view's, or canvas points, turned as the text is,
+// from the view's corner on. It is a whole point, so that nothing is lost on the way there and
+// back.
+gfx::AffineTransform CanvasTyping::toFields(const gfx::AffineTransform& toView,
+                                            const MDrawText* text) const {
+    if (!usesFieldsView(text)) return toView;
+    const auto turn = gfx::AffineTransform::quarterTurn(turnsOf(text));
+    const gfx::Rect view({}, _canvas.home.view().bounds().size);
+    const gfx::Point corner = toView.inverted().concat(turn).apply(view).origin;
+    return turn.concat(
+        gfx::AffineTransform::translation({-std::floor(corner.x), -std::floor(corner.y)}));
 }
 
+// A text that is seen turned is typed as it is seen.
 void CanvasTyping::place() {
-    if (!_fields || !_canvas.shown.picture.hasBasis()) return;
+    if (!_fields || !usesFieldsView(_text.get())) return;
     const gfx::AffineTransform& canvasToView = _canvas.shown.zoom.toView();
     const double scale = _canvas.shown.zoom.shownScale();
-    const gfx::Rect visible({}, _canvas.home.view().bounds().size * (1 / scale));
-    const auto toView = toFields(canvasToView).inverted().concat(canvasToView);
+    const int turns = turnsOf(_text.get()) - _canvas.tools.quarterTurns();
+    const gfx::Rect visible({}, turnedSize(_canvas.home.view().bounds().size, turns) * (1 / scale));
+    const auto toView = toFields(canvasToView, _text.get()).inverted().concat(canvasToView);
     _fields->setBounds(visible);
     _fields->setCenter(toView.apply(visible.center()));
-    _fields->setTransform(gfx::AffineTransform::scaling(scale, scale));
+    _fields->setTransform(gfx::AffineTransform::scaling(scale, scale)
+                              .concat(gfx::AffineTransform::quarterTurn(-turns)));
 }
 
 // ---- the keyboard
@@ -194,7 +217,10 @@ void CanvasTyping::followView(const gfx::AffineTransform& before) {
     const std::shared_ptr<MDrawText> text = _text;
     place();
     const gfx::AffineTransform& toView = _canvas.shown.zoom.toView();
-    if (text) text->moveTextView(toFields(before).inverted().concat(toFields(toView)));
+    if (text) {
+        text->moveTextView(
+            toFields(before, text.get()).inverted().concat(toFields(toView, text.get())));
+    }
     if (!_frameWithoutKeyboard) return;
     // Whoever sized the view has placed it, too.
     _frameWithoutKeyboard = _canvas.home.view().frame();
@@ -204,19 +230,19 @@ void CanvasTyping::followView(const gfx::AffineTransform& before) {
 // ---- questions
 
 // Where there is no picture, there is no edge either.
-std::optional<gfx::Rect> CanvasTyping::drawTextAskForCurrentCtxRect(const MDrawText&) {
+std::optional<gfx::Rect> CanvasTyping::drawTextAskForCurrentCtxRect(const MDrawText& text) {
     const CanvasShown& shown = _canvas.shown;
-    return shown.picture.source() ? toFields(shown.zoom.toView()).apply(shown.content)
+    return shown.picture.source() ? toFields(shown.zoom.toView(), &text).apply(shown.content)
                                   : _canvas.home.view().bounds();
 }
 
-std::optional<double> CanvasTyping::drawTextAskForCurrentCtxScale(const MDrawText&) {
-    return _canvas.shown.picture.hasBasis() ? 1 : _canvas.shown.zoom.shownScale();
+std::optional<double> CanvasTyping::drawTextAskForCurrentCtxScale(const MDrawText& text) {
+    return usesFieldsView(&text) ? 1 : _canvas.shown.zoom.shownScale();
 }
 
 std::optional<gfx::AffineTransform> CanvasTyping::drawTextAskForCurrentCtxTransform(
-    const MDrawText&) {
-    return toFields(_canvas.shown.zoom.toView());
+    const MDrawText& text) {
+    return toFields(_canvas.shown.zoom.toView(), &text);
 }
 
 std::optional<double> CanvasTyping::drawTextAskForCurrentCtxRotateAngle(const MDrawText&) {

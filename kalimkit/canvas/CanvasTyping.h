@@ -74,8 +74,10 @@ public:
 
 private:
     void settle(const std::shared_ptr<MDrawText>& text);
-    std::shared_ptr<ui::View> fieldsView();
-    gfx::AffineTransform toFields(const gfx::AffineTransform& toView) const;
+    bool usesFieldsView(const MDrawText* text) const;
+    std::shared_ptr<ui::View> fieldsView(const MDrawText& text);
+    gfx::AffineTransform toFields(const gfx::AffineTransform& toView, const MDrawText* text) const;
+    int turnsOf(const MDrawText* text) const;
     void keepAboveKeyboard(const MDrawText& text);
     void leaveKeyboard();
 

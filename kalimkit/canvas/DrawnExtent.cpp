@@ -24,7 +24,7 @@ gfx::Rect drawnExtent(MDrawTool& tool, double scale) {
 }
 
 gfx::Rect shapeExtent(MDrawTool& tool) {
-    if (tool.toolClass().keepsToFrame()) return tool.frame();
+    if (tool.toolClass().keepsToFrame() && !tool.isTurnedByQuarters()) return tool.frame();
     return extentWith(tool, 1, gfx::ExtentContext::Shadows::LeftOut);
 }
 

@@ -3,8 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "kalimkit/image/PictureCut.h"
-
 namespace kalim {
 
 gfx::Rect centredRect(gfx::Size size, const gfx::Rect& box) {
@@ -16,7 +14,9 @@ gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt, double s
     const auto placed =
         gfx::AffineTransform::translation(seenAt).rotated(angle).scaled(scale, scale);
     if (quarterTurns == 0) return placed.translated(-center.x, -center.y);
-    return quarterTurn(quarterTurns).concat(placed).translated(-center.x, -center.y);
+    return gfx::AffineTransform::quarterTurn(quarterTurns)
+        .concat(placed)
+        .translated(-center.x, -center.y);
 }
 
 gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,

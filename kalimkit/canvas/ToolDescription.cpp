@@ -37,11 +37,12 @@ const char* placeOf(gfx::Point middle, const gfx::Rect& content) {
 
 }  // namespace
 
-std::string describeTool(const MDrawTool& tool, const gfx::Rect& content) {
+std::string describeTool(const MDrawTool& tool, const gfx::Rect& content, int quarterTurns) {
+    const auto turn = gfx::AffineTransform::quarterTurn(quarterTurns);
     std::string description = filled(tool.toolClass().label(), colorName(tool.color()));
     if (const std::optional<std::string> words = tool.words())
         description += ui::Environment::current().localizedString("：") + *words;
-    return filled(placeOf(tool.frame().center(), content), description);
+    return filled(placeOf(turn.apply(tool.frame().center()), turn.apply(content)), description);
 }
 
 }  // namespace kalim

@@ -15,6 +15,16 @@ AffineTransform AffineTransform::rotation(double angle, Point about) {
     return translation(about).rotated(angle).translated(-about.x, -about.y);
 }
 
+AffineTransform AffineTransform::quarterTurn(int counterClockwise) {
+    constexpr AffineTransform turns[] = {
+        {1, 0, 0, 1, 0, 0}, {0, -1, 1, 0, 0, 0}, {-1, 0, 0, -1, 0, 0}, {0, 1, -1, 0, 0, 0}};
+    return turns[(counterClockwise % 4 + 4) % 4];
+}
+
+AffineTransform AffineTransform::about(Point center) const {
+    return translation({-center.x, -center.y}).concat(*this).concat(translation(center));
+}
+
 AffineTransform AffineTransform::translated(double x, double y) const {
     return translation(x, y).concat(*this);
 }

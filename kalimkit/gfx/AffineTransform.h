@@ -25,12 +25,17 @@ struct KALIM_API AffineTransform {
     // Radians; positive angles turn the x axis towards the y axis.
     static AffineTransform rotation(double angle);
     static AffineTransform rotation(double angle, Point about);
+    // By quarters about the origin, counter-clockwise as seen where y points down; exact.
+    static AffineTransform quarterTurn(int counterClockwise);
 
     // This transform with another step in front: points are translated (scaled, rotated) first and
     // then mapped by this one, in the way a drawing context accumulates its transform.
     AffineTransform translated(double x, double y) const;
     AffineTransform scaled(double x, double y) const;
     AffineTransform rotated(double angle) const;
+
+    // The same about another point.
+    AffineTransform about(Point center) const;
 
     // Applies this transform first and `next` after it.
     AffineTransform concat(const AffineTransform& next) const;

@@ -89,7 +89,8 @@ void Context::setFillPattern(const Pattern& pattern) {
 
 void Context::setShadow(const Shadow& shadow) {
     if (!isFinite(shadow.offset) || !std::isfinite(shadow.blur)) return;
-    _state.shadow = {shadow.offset, std::max(shadow.blur, 0.0), shadow.color};
+    _state.shadow = {_state.shadowTurn.apply(shadow.offset), std::max(shadow.blur, 0.0),
+                     shadow.color};
 }
 
 void Context::setAlpha(double alpha) {

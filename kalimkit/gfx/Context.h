@@ -43,6 +43,9 @@ public:
     // Ignored when not finite; a negative blur counts as 0.
     void setShadow(const Shadow& shadow);
     void clearShadow() { _state.shadow.reset(); }
+    // Shadows that are set from now on fall to where the turn takes their offset, as if all that is
+    // drawn were turned as a picture.
+    void setShadowTurn(const AffineTransform& turn) { _state.shadowTurn = turn; }
     // Values beyond 0 to 1 are clamped.
     void setAlpha(double alpha);
     void setBlendMode(BlendMode mode) { _state.blendMode = mode; }

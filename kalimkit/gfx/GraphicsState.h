@@ -55,6 +55,8 @@ struct GraphicsState {
     // Used instead of the fill colour while set; already carried into the surface's points.
     std::optional<Pattern> fillPattern;
     std::optional<Shadow> shadow;
+    // Applied to the offset of a shadow when it is set.
+    AffineTransform shadowTurn;
     double alpha = 1;
     BlendMode blendMode = BlendMode::Normal;
     Interpolation interpolation = Interpolation::Low;

@@ -41,19 +41,13 @@ bool isCropOf(const PictureCut& cut, gfx::PixelSize picture) {
 }
 
 gfx::Rect turnedPart(const gfx::Rect& part, gfx::PixelSize picture, int quarterTurns) {
-    const gfx::AffineTransform turn = quarterTurn(quarterTurns);
+    const gfx::AffineTransform turn = gfx::AffineTransform::quarterTurn(quarterTurns);
     return turn.apply(part).offset(gfx::Point{} - turn.apply(wholeOf(picture)).origin);
 }
 
 gfx::Size turnedSize(gfx::Size size, int quarterTurns) {
     if (quarterTurns % 2 != 0) std::swap(size.width, size.height);
     return size;
-}
-
-gfx::AffineTransform quarterTurn(int quarterTurns) {
-    static constexpr gfx::AffineTransform turns[] = {
-        {1, 0, 0, 1, 0, 0}, {0, -1, 1, 0, 0, 0}, {-1, 0, 0, -1, 0, 0}, {0, 1, -1, 0, 0, 0}};
-    return turns[withinCircle(quarterTurns)];
 }
 
 gfx::ImageOrientation orientationAfter(int quarterTurns) {

@@ -2,7 +2,6 @@
 
 #include <optional>
 
-#include "kalimkit/gfx/AffineTransform.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
@@ -37,9 +36,6 @@ KALIM_API gfx::Rect turnedPart(const gfx::Rect& part, gfx::PixelSize picture, in
 
 // A size after quarter turns.
 KALIM_API gfx::Size turnedSize(gfx::Size size, int quarterTurns);
-
-// Turns about the origin by quarters, counter-clockwise as seen where y points down; exact.
-KALIM_API gfx::AffineTransform quarterTurn(int quarterTurns);
 
 // How an upright raster is seen after so many quarter turns.
 KALIM_API gfx::ImageOrientation orientationAfter(int quarterTurns);

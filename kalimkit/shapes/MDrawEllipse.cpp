@@ -50,7 +50,7 @@ void MDrawEllipse::drawSlectedStateContent(gfx::Context& context) {
 
 std::string MDrawEllipse::measureText() const {
     // The vertical extent is ignored on purpose.
-    const double radius = (_startPoint.x - _endPoint.x) * 0.5;
+    const double radius = uprightFrame().size.width * 0.5;
     const double area = unitConvertIsSquare(radius * radius * std::numbers::pi, true);
     const double perimeter = unitConvertIsSquare(std::abs(radius) * 2 * std::numbers::pi, false);
     return measureLabel("Radius") + ": " +

@@ -62,7 +62,7 @@ const gfx::TextLayout* MDrawMeasurementInfo::layout() const {
 gfx::Rect MDrawMeasurementInfo::textFrame(const gfx::TextLayout& layout) const {
     const std::shared_ptr<const MDrawTool> shape = tool();
     return calculateTextFrameWithTextSizeForToolFrame(layout.size(),
-                                                      shape ? shape->frame() : gfx::Rect());
+                                                      shape ? shape->uprightFrame() : gfx::Rect());
 }
 
 }  // namespace kalim

@@ -14,7 +14,8 @@
 namespace kalim {
 
 // The label above a measured shape: its text on a half-transparent white plate, centred over the
-// shape's unrotated frame and not clamped to the canvas. It shows nothing once its tool is gone.
+// shape's unrotated frame, upright as the shape was made, and not clamped to the canvas. It shows
+// nothing once its tool is gone.
 class KALIM_API MDrawMeasurementInfo : public MeasurementLabel {
 public:
     // A label without a tool is a mistake of the caller: raises "InitException", and answers null

@@ -160,7 +160,7 @@ bool MDrawRect::takeDetail(std::string_view name, const ToolDetailValue& value) 
 }
 
 std::string MDrawRect::measureText() const {
-    const gfx::Size size = frame().size;
+    const gfx::Size size = uprightFrame().size;
     const auto text = [this](double value, bool isSquare) {
         return measureValue(unitConvertIsSquare(value, isSquare));
     };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
@@ -76,13 +77,14 @@ void MDrawText::init() {
 
 // ---- creation
 
+// A text that is turned has no box before it is typed, which would turn with it.
 void MDrawText::drawMove(gfx::Point p) {
-    _endPoint = p;
+    _endPoint = isTurnedByQuarters() ? _startPoint : p;
     if (text().empty()) startEdittingText();
 }
 
 void MDrawText::drawUp(gfx::Point p) {
-    _endPoint = p;
+    _endPoint = isTurnedByQuarters() ? _startPoint : p;
     if (selected()) {
         finalize();
     } else if (text().empty()) {
@@ -106,6 +108,41 @@ void MDrawText::finalize() {
 }
 
 // ---- hit testing and dragging
+
+int MDrawText::quarterTurns() const {
+    const double quarters = std::remainder(rotateAngle() / (std::numbers::pi / 2), 4);
+    return std::isfinite(quarters) ? (static_cast<int>(std::lround(quarters)) + 4) % 4 : 0;
+}
+
+void MDrawText::setQuarterTurns(int turns) {
+    const int before = quarterTurns();
+    const int after = (turns % 4 + 4) % 4;
+    if (before == after) return;
+    setRotateAngle(after * std::numbers::pi / 2);
+    if ((after - before) % 2 == 0) return;
+    const gfx::Rect box = frame();
+    const gfx::Point half{box.size.height / 2, box.size.width / 2};
+    _startPoint = box.center() - half;
+    _endPoint = box.center() + half;
+}
+
+gfx::Point MDrawText::invertRotatePoint(gfx::Point p) const {
+    if (!isTurnedByQuarters()) return p;
+    return gfx::AffineTransform::quarterTurn(quarterTurns()).about(frame().center()).apply(p);
+}
+
+gfx::Point MDrawText::beginning() const {
+    if (!isTurnedByQuarters()) return _startPoint;
+    const gfx::Rect box = frame();
+    return gfx::AffineTransform::quarterTurn(-quarterTurns()).about(box.center()).apply(box.origin);
+}
+
+void MDrawText::keepBeginning(gfx::Point p) {
+    if (!isTurnedByQuarters()) return;
+    const gfx::Point drift = p - beginning();
+    _startPoint += drift;
+    _endPoint += drift;
+}
 
 bool MDrawText::hitTest(gfx::Point p) {
     const double margin = onCanvas(hitMargin);
@@ -146,8 +183,15 @@ void MDrawText::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
 
 gfx::Point MDrawText::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
     const gfx::Point corner = _endPoint;
+    const gfx::Point beginning = this->beginning();
+    const gfx::Size size = frame().size;
     const gfx::Point taken = MDrawRect::tryMovePointEndPoint(p1, p2);
-    return _moveDirection == MoveDirection::BottomRight ? p1 + (_endPoint - corner) : taken;
+    if (_moveDirection != MoveDirection::BottomRight) return taken;
+    if (!isTurnedByQuarters()) return p1 + (_endPoint - corner);
+    keepBeginning(beginning);
+    const gfx::Size grown = frame().size;
+    return p1 + gfx::AffineTransform::quarterTurn(-quarterTurns())
+                    .apply(gfx::Point{grown.width - size.width, grown.height - size.height});
 }
 
 // ---- drawing

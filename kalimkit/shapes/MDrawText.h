@@ -73,13 +73,18 @@ public:
     // ---- hit testing and dragging
     // The frame grown by five points on every side.
     bool hitTest(gfx::Point p) override;
-    // A text is not turned: the point itself.
-    gfx::Point invertRotatePoint(gfx::Point p) const { return p; }
+    // Canvas point to the text's unturned box.
+    gfx::Point invertRotatePoint(gfx::Point p) const;
     // The bottom-right handle fits the font size to the box.
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     // Where the box is as small as it may be, the drag has come as far as its corner.
     gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
     bool isSupportGestureRotate() const override { return false; }
+    // Kept as the angle, which whole quarters alone count of.
+    int quarterTurns() const override;
+    // The box stays where it is seen.
+    void setQuarterTurns(int turns) override;
+    bool isTurnedByQuarters() const override { return quarterTurns() != 0; }
 
     // ---- drawing
     void drawContent(gfx::Context& context) override;
@@ -159,6 +164,9 @@ private:
     gfx::Size mostSize() const;
     void updateTextViewSuitableFrame();
     double getMinTextViewHeight() const { return _textView->fontSize(); }
+    // The place of the corner where the text begins, canvas points; both follow the quarter turns.
+    gfx::Point beginning() const;
+    void keepBeginning(gfx::Point p);
     void reCalcStartAndEndPoint();
     void updateEndPoint();
     void registKeyboardNotification();

@@ -50,7 +50,7 @@ void MDrawText::tell(Message message) {
 void MDrawText::startEdittingText() {
     const auto view = _superView.lock();
     if (_isEdittingText || !view) return;
-    if (!canEditAt(convertPointToCoordinate(_startPoint, Coordinate::View))) return;
+    if (!canEditAt(convertPointToCoordinate(beginning(), Coordinate::View))) return;
     const auto alive = self();
     prepareTextView();
     registKeyboardNotification();
@@ -134,7 +134,7 @@ void MDrawText::takeLineWidth(double width) {
 }
 
 void MDrawText::placeTextView() {
-    const gfx::Point origin = convertPointToCoordinate(_startPoint, Coordinate::View);
+    const gfx::Point origin = convertPointToCoordinate(beginning(), Coordinate::View);
     const double scale = getCurrentCtxScale();
     if (_text.empty()) {
         _textView->setInset(ui::TextView::textInset);
@@ -170,10 +170,17 @@ gfx::Size MDrawText::mostSize() const {
 // ---- the box after editing
 
 void MDrawText::reCalcStartAndEndPoint() {
-    const double x = tidy(convertPointToCoordinate(_startPoint, Coordinate::View).x);
+    gfx::Point beginning = this->beginning();
+    const gfx::Point inView = convertPointToCoordinate(beginning, Coordinate::View);
+    const double x = tidy(inView.x);
     const double viewX = tidyFrame(*_textView).minX();
-    if (viewX != x) _startPoint.x += (viewX - x) / getCurrentCtxScale();
+    if (viewX != x && isTurnedByQuarters()) {
+        beginning = convertPointToCoordinate({viewX, inView.y}, Coordinate::Tool);
+    } else if (viewX != x) {
+        _startPoint.x += (viewX - x) / getCurrentCtxScale();
+    }
     updateEndPoint();
+    keepBeginning(beginning);
 }
 
 void MDrawText::updateEndPoint() {

@@ -99,10 +99,11 @@ gfx::Rect MDrawText::reSetFont(const std::string& text) {
 // in the old font, unless that would lead beyond the canvas; then they use what room there is.
 void MDrawText::updateFrameWhenChangeLineWidth(double oldFontSize) {
     const double width = wrappingWidth();
+    const gfx::Point beginning = this->beginning();
     const bool hasBox = frame().size != gfx::Size{};
     double widest = hasBox ? width * _fontSize / oldFontSize : gfx::TextLayout::unlimited;
     if (const auto canvas = delegate()) {
-        const double left = convertPointToCoordinate(_startPoint, Coordinate::View).x;
+        const double left = convertPointToCoordinate(beginning, Coordinate::View).x;
         const gfx::Size room{getCurrentCtxRect().maxX() - left, 0};
         const double roomInTool = convertSizeToCoordinate(room, Coordinate::Tool).width;
         widest = std::min(widest, std::max(width, roomInTool - 2 * _inset));
@@ -110,6 +111,7 @@ void MDrawText::updateFrameWhenChangeLineWidth(double oldFontSize) {
     const gfx::Size measured = measureFrame(layoutOf(text(), widest));
     _endPoint = _startPoint + gfx::Point{measured.width + 2 * _inset, measured.height};
     limitValidFeatrue();
+    keepBeginning(beginning);
 }
 
 // ---- drawing

@@ -119,6 +119,15 @@ gfx::Point MDrawTool::transformPoint(gfx::Point p) const {
     return isTurnedByContext() ? _transform.apply(p) : p;
 }
 
+gfx::Rect MDrawTool::uprightFrame() const {
+    gfx::Rect box = frame();
+    if (quarterTurns() % 2 == 0 || isTurnedByQuarters()) return box;
+    const gfx::Point middle = box.center();
+    std::swap(box.size.width, box.size.height);
+    box.origin = middle - gfx::Point{box.size.width / 2, box.size.height / 2};
+    return box;
+}
+
 void MDrawTool::reCalcCenter() {
     const gfx::Rect box = frame();
     _centerPoint = box.center();

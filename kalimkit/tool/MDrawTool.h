@@ -74,6 +74,13 @@ public:
     // are not turned by their drawing context.
     virtual gfx::Point invertPoint(gfx::Point p) const;
     gfx::Point transformPoint(gfx::Point p) const;
+    // Quarter turns, counter-clockwise and 0 to 3, by which the picture was turned when the tool
+    // was made: what it has of words stands upright on a picture that is turned so. 0 at first.
+    // Kinds that are nothing but words are turned back themselves.
+    virtual int quarterTurns() const { return _quarterTurns; }
+    virtual void setQuarterTurns(int turns) { _quarterTurns = (turns % 4 + 4) % 4; }
+    // The frame as it lies on the picture turned so, about the same middle.
+    gfx::Rect uprightFrame() const;
     // centerPoint becomes the frame's centre, preScalePoint its far corner.
     void reCalcCenter();
     // Turns points into units, with isSquare square points into square units; uncalibrated it
@@ -128,6 +135,8 @@ public:
 
     // ---- capabilities
     virtual bool isSupportGestureRotate() const { return false; }
+    // Whether the tool is turned by whole quarters and not by gestures.
+    virtual bool isTurnedByQuarters() const { return false; }
     // Whether rotation is applied by turning the drawing context; others turn their own points.
     virtual bool isRotateByRotateCtx() const { return true; }
 
@@ -231,9 +240,6 @@ public:
     // for none. They are kept for the next document.
     const std::string& foreignKeys() const { return _foreignKeys; }
     void setForeignKeys(std::string json) { _foreignKeys = std::move(json); }
-    // How the picture was turned when the tool was made: quarters counter-clockwise, 0 to 3.
-    int quarterTurns() const { return _quarterTurns; }
-    void setQuarterTurns(int turns) { _quarterTurns = turns; }
 
     // ---- measurement
     // Units per point; 0 means uncalibrated.
@@ -276,7 +282,9 @@ private:
     double handleSizeOnScreen() const;
     bool isPointOnScreenHandle(gfx::Point p, gfx::Point handle) const;
     void rotateAbout(gfx::Point center);
-    bool isTurnedByContext() const { return isSupportGestureRotate() && isRotateByRotateCtx(); }
+    bool isTurnedByContext() const {
+        return (isSupportGestureRotate() || isTurnedByQuarters()) && isRotateByRotateCtx();
+    }
     void drawVisibleContent(gfx::Context& context);
     void drawSelectedState(gfx::Context& context);
 

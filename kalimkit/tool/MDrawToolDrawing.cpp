@@ -73,7 +73,9 @@ void MDrawTool::refreshTransform() {
 }
 
 void MDrawTool::rotateAbout(gfx::Point center) {
-    _transform = gfx::AffineTransform::rotation(_rotateAngle, center);
+    _transform = isTurnedByQuarters()
+                     ? gfx::AffineTransform::quarterTurn(-quarterTurns()).about(center)
+                     : gfx::AffineTransform::rotation(_rotateAngle, center);
     _mInvertTransform = _transform.inverted();
 }
 
@@ -81,9 +83,11 @@ void MDrawTool::drawMeasurement(gfx::Context& context) {
     if (!_showMeasurement || !_finalized || _selected || measureText().empty()) return;
     if (!_measurement) _measurement = makeMeasurement();
     if (!_measurement) return;
-    if (!_visibleRect) return _measurement->drawContent(context);
+    if (!_visibleRect && quarterTurns() == 0) return _measurement->drawContent(context);
     const gfx::GraphicsStateGuard guard(context);
-    context.clipToRect(*_visibleRect);
+    if (_visibleRect) context.clipToRect(*_visibleRect);
+    const auto turn = gfx::AffineTransform::quarterTurn(-quarterTurns());
+    if (quarterTurns() != 0) context.concat(turn.about(frame().center()));
     _measurement->drawContent(context);
 }
 

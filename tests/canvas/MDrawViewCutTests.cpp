@@ -2,6 +2,7 @@
 
 #include "kalimkit/canvas/PictureCutStep.h"
 #include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/tool/MUndoManager.h"
 #include "tests/canvas/CanvasHost.h"
 
@@ -168,6 +169,66 @@ TEST(MDrawViewCut, NothingOutsideIsSeen) {
             }
         }
         EXPECT_EQ(outside, 0);
+    }
+}
+
+// Where a text's box is seen.
+gfx::Rect seenBox(const MDrawView& canvas, const MDrawTool& text) {
+    const auto turn = gfx::AffineTransform::quarterTurn(-text.quarterTurns());
+    const gfx::Rect box = text.frame();
+    return canvas.mViewTransform().apply(turn.about(box.center()).apply(box));
+}
+
+TEST(MDrawViewCut, ATextStandsUprightWhereItIsTypedAndIsTypedOnAfterFurtherTurns) {
+    for (const double basis : {1000.0, 0.0}) {
+        for (int turns = 0; turns < 4; ++turns) {
+            SCOPED_TRACE(std::to_string(basis) + ", turned " + std::to_string(turns));
+            CutHost host(basis);
+            MDrawView& canvas = *host.canvas;
+            canvas.clearTools();
+            ASSERT_EQ(host.cut(gfx::Rect(turns, 0, 600 - turns, 400), turns), turns > 0);
+            host.wait(1);
+            host.pick(ToolType::Text);
+            canvas.setDrawLineWidth(12);
+            const gfx::Point place{100, 400};
+            host.tap(place);
+            ASSERT_TRUE(canvas.curEdittingTextTool());
+            canvas.curEdittingTextTool()->textView()->insertText("Some words");
+            canvas.finishEditText();
+            ASSERT_EQ(canvas.tools().size(), 1U);
+            auto& text = static_cast<MDrawText&>(*canvas.tools().front());
+            EXPECT_EQ(text.quarterTurns(), turns);
+            const gfx::Rect typed = seenBox(canvas, text);
+            EXPECT_NEAR(typed.minX(), place.x, 0.3);
+            EXPECT_NEAR(typed.minY(), place.y, 0.3);
+            EXPECT_GT(typed.size.width, 2 * typed.size.height);
+
+            // Its handle is at the lower right, and the other corner stays.
+            const gfx::Point handle{typed.maxX(), typed.maxY()};
+            host.drag(handle, handle + gfx::Point{40, 30});
+            const gfx::Rect larger = seenBox(canvas, text);
+            EXPECT_NEAR(larger.minX(), typed.minX(), 1e-6);
+            EXPECT_NEAR(larger.minY(), typed.minY(), 1e-6);
+            EXPECT_NEAR(larger.size.width, typed.size.width + 40, 1);
+            EXPECT_NEAR(larger.size.height, typed.size.height + 30, 1);
+            host.drag(larger.center(), larger.center() + gfx::Point{20, -60});
+            EXPECT_NEAR(seenBox(canvas, text).minX(), larger.minX() + 20, 0.3);
+            EXPECT_NEAR(seenBox(canvas, text).minY(), larger.minY() - 60, 0.3);
+
+            ASSERT_TRUE(host.cut(std::nullopt, (turns + 1) % 4));
+            host.wait(1);
+            const gfx::Rect turned = seenBox(canvas, text);
+            EXPECT_GT(turned.size.height, turned.size.width);
+            canvas.handleDoubleTapGesture(turned.center());
+            ASSERT_TRUE(canvas.curEdittingTextTool());
+            // The field lies over the box, turned as that.
+            const gfx::Rect field =
+                text.textView()->convertRectTo(text.textView()->bounds(), &canvas);
+            EXPECT_NEAR(field.center().x, turned.center().x, 1);
+            EXPECT_NEAR(field.size.height, turned.size.height, 2);
+            canvas.finishEditText();
+            EXPECT_EQ(seenBox(canvas, text), turned);
+        }
     }
 }
 
