@@ -97,8 +97,11 @@ SealedDocument CanvasDocument::sealed() {
         // What was cut at a crop's edge still is where that is the picture's.
         document.canvas.clips = _canvas.content.endsAtPicture();
     }
+    // Beyond a picture that nothing is cut from there may be more to see.
+    const bool isCut = sealed.picture && _canvas.content.endsAtPicture();
     for (const ToolRef& tool : _canvas.tools.list()) {
-        if (sealed.picture && (isGround(*tool) || !seen.intersects(drawnExtent(*tool)))) continue;
+        if (sealed.picture && isGround(*tool)) continue;
+        if (isCut && !seen.intersects(drawnExtent(*tool))) continue;
         document.tools.push_back(describeTool(*tool));
     }
     return sealed;

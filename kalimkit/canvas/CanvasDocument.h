@@ -30,10 +30,10 @@ public:
         CanvasHome& home;
         CanvasShown& shown;
         CanvasTools& tools;
+        CanvasContent& content;
         CanvasPainter& painter;
         CanvasTyping& typing;
         CanvasExport& exports;
-        CanvasContent& content;
     };
     explicit CanvasDocument(const Canvas& canvas) : _canvas(canvas) {}
 

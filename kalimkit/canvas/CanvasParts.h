@@ -35,7 +35,7 @@ struct CanvasParts {
           history({home, tools, content, screen, selection, typing, freehand, finger, journal}),
           pen({home, tools, screen, selection, typing, freehand, finger, journal}),
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
-          document({home, shown, tools, painter, typing, exports, content}),
+          document({home, shown, tools, content, painter, typing, exports}),
           journal({tools, content, typing, document, history}),
           speech({home, tools, selection, typing, finger}) {}
 

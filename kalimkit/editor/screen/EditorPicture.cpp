@@ -59,7 +59,17 @@ void EditorPicture::setClipsToPicture(bool clips) {
 
 // ---- changes
 
+std::optional<std::string> EditorPicture::open(const Document& document,
+                                               const gfx::ImageRef& picture) {
+    if (auto problem = _canvas->openDocument(document, picture)) return problem;
+    _isDocument = true;
+    _hasCropped = _isCroped = false;
+    if (!_snipImage) _snipImage = picture;
+    return std::nullopt;
+}
+
 void EditorPicture::open(const gfx::ImageRef& image) {
+    _isDocument = false;
     _hasCropped = false;
     _hasOpened = true;
     applyOwnWays();
@@ -70,6 +80,7 @@ void EditorPicture::takePicked(const gfx::ImageRef& image) {
     if (image) {
         open(image);
     } else {
+        _isDocument = false;
         _canvas->setSnipImage(nullptr);
     }
     if (!_snipImage) _snipImage = image;
@@ -80,6 +91,7 @@ void EditorPicture::takeCropped(const gfx::ImageRef& image) {
     // In points the two differ although nothing was cut: what was cut out has a scale of 1.
     if (content && image && content->pixelSize() != image->pixelSize()) _isCroped = true;
     _hasCropped = true;
+    _isDocument = false;
     _canvas->setSnipImage(image);
 }
 
@@ -115,7 +127,8 @@ bool EditorPicture::isCroped() const {
 }
 
 bool EditorPicture::hasWork() const {
-    return _canvas && (_canvas->hasDrawed() || hasCropped());
+    if (!_canvas) return false;
+    return _isDocument ? _canvas->canUndo() || _hasCropped : _canvas->hasDrawed() || hasCropped();
 }
 
 gfx::ImageRef EditorPicture::pictureToCrop() const {

@@ -43,6 +43,8 @@ public:
     // ---- changes
     // Puts another picture in the place of the one there is, with what was drawn on it.
     void open(const gfx::ImageRef& image);
+    // Or a document; answers with what is wrong.
+    std::optional<std::string> open(const Document& document, const gfx::ImageRef& picture);
     // As it was picked: none leaves nothing to draw on.
     void takePicked(const gfx::ImageRef& image);
     // What a crop has left.
@@ -88,6 +90,8 @@ private:
     bool _cropKeepsDrawings = false;
     bool _hasSelection = false;
     bool _hasOpened = false;
+    // What was on the canvas before the first step came with a document.
+    bool _isDocument = false;
     bool _hasCropped = false;
     bool _isCroped = false;
 };

@@ -23,6 +23,8 @@
 
 namespace kalim {
 
+struct Document;
+
 // The editor's screen: the canvas with the picture, the tool bar above it, and below it the pen
 // button, from which the panel with the pickers opens. A host makes one with a picture and a
 // delegate, shows it, and takes it away again when the delegate is told to.
@@ -97,6 +99,12 @@ public:
     void setCropKeepsDrawings(bool keeps);
     // Shows another picture; what was drawn, or left by a crop, is lost. Null is ignored.
     void openPicture(const gfx::ImageRef& image);
+    // What confirming would hand over as a document, see MDrawView::document(): everything can
+    // still be moved. Ends what is under way.
+    Document document();
+    // Shows a document with its picture, decoded, in the place of all that is there; see
+    // MDrawView::openDocument. Nothing of it counts as work before something changes.
+    std::optional<std::string> openDocument(const Document& document, const gfx::ImageRef& picture);
     // Whether another picture would replace work: something was drawn, or the picture cropped.
     bool hasWork() const;
     // Asks the user whether another picture may replace that work.

@@ -2,6 +2,7 @@
 #include <optional>
 #include <utility>
 
+#include "kalimkit/document/Document.h"
 #include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -56,6 +57,20 @@ void TesselViewController::openPicture(const gfx::ImageRef& image) {
     if (!image) return;
     const auto alive = self();
     parts().picture.open(image);
+}
+
+Document TesselViewController::document() {
+    const auto alive = self();
+    view();
+    return parts().picture.canvas()->document();
+}
+
+std::optional<std::string> TesselViewController::openDocument(const Document& document,
+                                                              const gfx::ImageRef& picture) {
+    const auto alive = self();
+    view();
+    if (editImageInitialView()) return "it cannot be opened while the picture is being cropped";
+    return parts().picture.open(document, picture);
 }
 
 void TesselViewController::askToReplaceWork(std::function<void(bool isWanted)> answer) {
