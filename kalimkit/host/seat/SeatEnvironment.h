@@ -1,12 +1,15 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/WorkStore.h"
 
 namespace kalim {
 
@@ -29,6 +32,8 @@ public:
     ui::RunLoop& runLoop() override { return _loop; }
     // It is four times the screen, and no less than 2560 x 1440 pixels.
     std::optional<gfx::Size> areaBudget() const override;
+    ui::WorkStore* workStore() override { return _workStore.get(); }
+    void setWorkStore(std::shared_ptr<ui::WorkStore> store) { _workStore = std::move(store); }
     std::string localizedString(const std::string& key) const override;
     void presentAlert(const ui::Alert& alert) override;
     // Shows an alert of one button; the texts are keys of localizedString().
@@ -38,6 +43,7 @@ private:
     ui::Screen _screen;
     ui::RunLoop _loop;
     bool _isEnglish = false;
+    std::shared_ptr<ui::WorkStore> _workStore;
 };
 
 }  // namespace kalim
