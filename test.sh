@@ -7,13 +7,13 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
 # The longest first, of those that go side by side.
 default_stages=(layers format scripts build browser install unit window npm headers seam)
-more_stages=(browsers tidy)
+more_stages=(browsers kills tidy)
 passed=0
 failed=0
 
 help() {
     cat << 'EOF'
-Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
+Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills and tidy
        ./test.sh --all            these, too
        ./test.sh --list           the names of the stages
        ./test.sh mutants ROOM...  plants small faults into rooms and tells which tests notice them;
@@ -31,6 +31,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers and tidy
   browser   the editor's page in a headless Chromium, and every scenario there as it goes natively
   npm       the package for web pages, in an app and in a plain page
   browsers  the same in Firefox and WebKitGTK, as far as these go
+  kills     the editor's window is killed 100 times, or KALIM_KILLS, and loses nothing
   tidy      clang-tidy over the library and the command; slow
 EOF
 }
@@ -73,7 +74,7 @@ stage_format() {
 stage_scripts() {
     local script
     for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
-        tests/browser/run tests/window/run npm/tests/run; do
+        tests/browser/run tests/window/* npm/tests/run; do
         [[ -d $script || $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -143,6 +144,12 @@ count_of() {
 stage_window() {
     check 'the command compiles' tools/compile ci kalimkit
     count_of tests/window/run
+    count_of tests/window/kill
+}
+
+stage_kills() {
+    check 'the command compiles' tools/compile ci kalimkit
+    count_of tests/window/kill "${KALIM_KILLS-100}"
 }
 
 stage_install() {
@@ -188,7 +195,7 @@ groups_of() {
         seam) echo seam ;;
         browser) echo native browser ;;
         npm) echo npm ;;
-        window) echo native window ;;
+        window | kills) echo native window ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
     esac

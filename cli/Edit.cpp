@@ -13,6 +13,7 @@
 
 #include "cli/Complaint.h"
 #include "cli/EditOutput.h"
+#include "cli/EditRecovery.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
@@ -92,11 +93,25 @@ void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
     SDL_ShowWindow(window);
 }
 
+// A file, and the picture in it.
+struct Opened {
+    EditRecovery::File file;
+    codec::DecodeResult picture;
+};
+
+Opened open(codec::Bytes bytes, const std::string& path, const std::string& name) {
+    codec::DecodeResult picture = codec::decode(bytes, name);
+    return {EditRecovery::makeFile(path, std::move(bytes)), std::move(picture)};
+}
+
 // Keeps one photo in the editor, from the window's opening to its end.
 class Session : public TesselViewControllerDelegate {
 public:
     Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)
-        : _options(options), _output(std::move(output)), _window(sdl, options.scale) {
+        : _options(options),
+          _output(std::move(output)),
+          _window(sdl, options.scale),
+          _recovery(_window, options.recovery) {
         // The search for the fonts takes longer than the first frame, which would wait for it.
         _window.environment().device().lineMetrics({});
         // Without either the format follows the picture.
@@ -108,6 +123,7 @@ public:
         });
         _window.setPictureTaken([this, sdl](const std::string& path) {
             _output.follow(_options, path);
+            _recovery.follow(path);
             SDL_SetWindowTitle(sdl, titleOf(path.empty() ? "clipboard" : path).c_str());
         });
     }
@@ -118,16 +134,17 @@ public:
         return _output.problemOf(photo.bitmap.size());
     }
 
-    int run(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
+    int run(Opened photo, const std::shared_ptr<Session>& self) {
         bool isShown = false;
         try {
-            isShown = show(std::move(photo), self);
+            isShown = show(std::move(photo.picture), self);
         } catch (const std::bad_alloc&) {
             complain("there is not enough memory for the picture");
             show({}, self);
         }
         if (isShown) {
             chooseTools();
+            _recovery.start(std::move(photo.file), _picture);
             playScenario();
         } else {
             refusePhoto();
@@ -148,23 +165,26 @@ public:
             return;
         }
         if (!_output.written().empty()) say("the picture is in " + _output.written());
+        _recovery.end();
         end(written);
     }
 
-    void close() override { end(_status); }
+    void close() override {
+        _recovery.end();
+        end(_status);
+    }
 
 private:
     // Presents the editor. Whether it has a picture.
     bool show(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
         gfx::Device& device = _window.environment().device();
-        const gfx::ImageRef image =
-            photo.bitmap.isEmpty()
-                ? nullptr
-                : device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        _picture = photo.bitmap.isEmpty()
+                       ? nullptr
+                       : device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
         _window.present(
-            EditorSeat::makeEditor(image, self, {!_options.isScreenSize, _options.grows}));
+            EditorSeat::makeEditor(_picture, self, {!_options.isScreenSize, _options.grows}));
         _window.update();
-        return image != nullptr;
+        return _picture != nullptr;
     }
 
     void end(int status) {
@@ -228,6 +248,8 @@ private:
     const EditOptions& _options;
     EditOutput _output;
     SdlWindow _window;
+    EditRecovery _recovery;
+    gfx::ImageRef _picture;
     int _status = closed;
     bool _isOver = false;
 };
@@ -245,7 +267,8 @@ int edit(const EditOptions& options) {
     std::optional<EditOutput> output = EditOutput::make(options, bytes, problem);
     if (!output) return complain(problem);
     // Large photos take longer than the connection to the screen and the window do.
-    auto decoding = std::async(std::launch::async, [&] { return codec::decode(bytes, name); });
+    auto opening =
+        std::async(std::launch::async, [&] { return open(std::move(bytes), options.photo, name); });
     const Video video;
     const SdlWindowHandle window = video.problem() ? nullptr : openWindow(options);
     std::shared_ptr<Session> session;
@@ -255,16 +278,15 @@ int edit(const EditOptions& options) {
         problem =
             video.problem().value_or(std::string("no window can be opened: ") + SDL_GetError());
     }
-    codec::DecodeResult photo = decoding.get();
-    if (photo.error) complain(*photo.error);
-    bytes = {};
+    Opened photo = opening.get();
+    if (photo.picture.error) complain(*photo.picture.error);
     if (!session) return complain(problem);
     // Nobody sees an alert that waits at the end of a pipe.
-    if (photo.error && isPiped) return failure;
-    if (const auto unwritable = session->problemOf(photo)) {
+    if (photo.picture.error && isPiped) return failure;
+    if (const auto unwritable = session->problemOf(photo.picture)) {
         return complain(name + ": " + *unwritable);
     }
-    showWindow(window.get(), windowSize(photo, options.scale), options.scale);
+    showWindow(window.get(), windowSize(photo.picture, options.scale), options.scale);
     return session->run(std::move(photo), session);
 }
 

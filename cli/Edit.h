@@ -29,6 +29,10 @@ struct EditOptions {
     bool grows = false;
     // A scenario to play in the window; empty for none.
     std::string scenario;
+    // What becomes of unfinished work on the photo: the user is asked, or it is gone on with, or it
+    // is left alone and nothing new is recorded.
+    enum class Recovery { Ask, GoOn, Off };
+    Recovery recovery = Recovery::Ask;
 };
 
 // Runs `kalimkit edit`: shows the editor in a window until the user confirms or closes it. The exit

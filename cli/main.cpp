@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -167,7 +168,21 @@ private:
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
+        addRecovery(command);
         command.callback([this] { _command = [this] { return edit(_askedEdit); }; });
+    }
+
+    void addRecovery(CLI::App& command) {
+        const auto choose = [this](EditOptions::Recovery recovery) {
+            return [this, recovery](std::int64_t) { _askedEdit.recovery = recovery; };
+        };
+        CLI::Option& goOn =
+            *command.add_flag_function("--recover", choose(EditOptions::Recovery::GoOn),
+                                       "Go on with unfinished work without asking");
+        command
+            .add_flag_function("--no-recovery", choose(EditOptions::Recovery::Off),
+                               "Start anew, and record nothing that could be gone on with")
+            ->excludes(&goOn);
     }
 
     void addInfo() {

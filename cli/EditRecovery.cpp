@@ -1,0 +1,82 @@
+#include "cli/EditRecovery.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "cli/Complaint.h"
+#include "kalimkit/codec/Decode.h"
+#include "kalimkit/document/Sha256.h"
+#include "kalimkit/store/SqliteWorkStore.h"
+
+namespace kalim::cli {
+
+namespace {
+
+WorkRecorder::Source sourceOf(EditRecovery::File file) {
+    const auto kept = std::make_shared<const EditRecovery::File>(std::move(file));
+    return [kept]() -> ui::WorkStart { return {kept->name, kept->sha256, kept->bytes, {}}; };
+}
+
+}  // namespace
+
+EditRecovery::File EditRecovery::makeFile(const std::string& path, codec::Bytes bytes) {
+    std::string hash = sha256({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    return {path.substr(path.find_last_of('/') + 1), std::move(bytes), std::move(hash)};
+}
+
+EditRecovery::EditRecovery(SdlWindow& window, EditOptions::Recovery choice)
+    : _window(window), _choice(choice) {
+    if (_choice == EditOptions::Recovery::Off) return;
+    auto store = std::make_shared<store::SqliteWorkStore>(store::SqliteWorkStore::usualPath());
+    store->setOnProblem([](const std::string& sentence) {
+        say("what is drawn would not survive a crash: " + sentence);
+    });
+    _window.environment().setWorkStore(store);
+    _recorder = std::make_shared<WorkRecorder>(*store);
+}
+
+void EditRecovery::start(File file, const gfx::ImageRef& picture) {
+    if (!_recorder) return;
+    _sha256 = file.sha256;
+    _picture = picture;
+    _recorder->attach(_window.seat().editor(), sourceOf(std::move(file)));
+    offer();
+}
+
+void EditRecovery::follow(const std::string& path) {
+    codec::Bytes bytes;
+    if (!_recorder || path.empty() || codec::readPictureFile(path, bytes)) return;
+    _recorder->setSource(sourceOf(makeFile(path, std::move(bytes))));
+}
+
+void EditRecovery::end() {
+    if (_recorder) _recorder->end();
+}
+
+// Of several works of one file the newest comes first; starting anew discards it and goes on to the
+// next.
+void EditRecovery::offer() {
+    ui::WorkStore& store = *_window.environment().workStore();
+    findUnfinishedWork(store, _sha256, [&](const std::optional<ui::WorkSummary>& work) {
+        if (!work) return;
+        if (_choice == EditOptions::Recovery::GoOn) return goOnWith(work->id);
+        askToGoOn([this, &store, id = work->id](bool goesOn) {
+            if (goesOn) return goOnWith(id);
+            store.forget(id);
+            offer();
+        });
+    });
+}
+
+// Nothing happens where another process has taken or forgotten it meanwhile.
+void EditRecovery::goOnWith(const std::string& id) {
+    _window.environment().workStore()->open(id, [&](const std::optional<ui::Work>& work) {
+        if (!work) return;
+        if (const auto problem = _recorder->goOnWith(*work, _picture)) {
+            say("the unfinished drawing cannot be gone on with: " + *problem);
+        }
+    });
+}
+
+}  // namespace kalim::cli
