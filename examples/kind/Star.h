@@ -56,8 +56,13 @@ public:
         MDrawRect::setFeature(feature);
     }
 
-    // ---- what prints of the canvas say of it besides
+    // ---- what prints and documents say of it besides
     kalim::ToolDetails details() const override { return {{"depth", _depth}}; }
+    bool takeDetail(std::string_view name, const kalim::ToolDetailValue& value) override {
+        const auto* depth = std::get_if<double>(&value);
+        if (name == "depth" && depth) _depth = std::clamp(*depth, 0.1, 0.9);
+        return name == "depth" && depth;
+    }
 
 protected:
     Star() = default;

@@ -1,7 +1,8 @@
 // Plays every scenario of this folder with the kalimkit command and holds what it prints, and the
 // picture it exports, against what is written down:
 //
-//     NAME.jsonl                      the scenario; it finds the sample photos in photos/
+//     NAME.jsonl                      the scenario; it finds the sample photos in photos/,
+//                                     documents of earlier versions in documents/
 //     NAME.options                    options for the command, where it needs any
 //     NAME.expected                   what each printed line must hold, see JsonMatch.h
 //     ../golden/cairo/NAME.png        the picture NAME.png that it exports, where it is compared
@@ -54,6 +55,7 @@ public:
 
     void TestBody() override {
         fs::create_directory_symlink(KALIM_PHOTOS, _folder.path() / "photos");
+        fs::create_directory_symlink(KALIM_DOCUMENTS, _folder.path() / "documents");
         std::vector<std::string> arguments{"play", _scenario.string()};
         for (const std::string& word : wordsOf(readText(beside(".options"))))
             arguments.push_back(word);
