@@ -12,14 +12,19 @@
 #include <utility>
 
 #include "cli/Complaint.h"
+#include "cli/EditDocument.h"
 #include "cli/EditOutput.h"
 #include "cli/EditRecovery.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/document/Sha256.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/host/files/OpenedFile.h"
+#include "kalimkit/host/files/SavedDocument.h"
 #include "kalimkit/host/headless/LiveScenario.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
+#include "kalimkit/host/seat/ReopenQuestion.h"
 
 namespace kalim::cli {
 
@@ -61,7 +66,7 @@ gfx::Size windowSize(const codec::DecodeResult& photo, double scale) {
     const double chrome = 2 * chromeHeight * scale;
     const gfx::Size room{desktop.w * largestShare, desktop.h * largestShare - chrome};
     gfx::Size size = usualSize * scale;
-    if (!photo.error) {
+    if (!photo.bitmap.isEmpty()) {
         const gfx::PixelSize pixels = photo.bitmap.size();
         size = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
         if (gfx::exchangesSides(photo.orientation)) std::swap(size.width, size.height);
@@ -93,15 +98,14 @@ void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
     SDL_ShowWindow(window);
 }
 
-// A file, and the picture in it.
+// A file that was opened, as itself and as what becomes of its work.
 struct Opened {
     EditRecovery::File file;
-    codec::DecodeResult picture;
+    OpenedFile photo;
 };
 
-Opened open(codec::Bytes bytes, const std::string& path, const std::string& name) {
-    codec::DecodeResult picture = codec::decode(bytes, name);
-    return {EditRecovery::makeFile(path, std::move(bytes)), std::move(picture)};
+Opened open(OpenedFile photo, const EditOptions& options) {
+    return {EditRecovery::makeFile(options.photo, photo.bytes), std::move(photo)};
 }
 
 // Keeps one photo in the editor, from the window's opening to its end.
@@ -110,6 +114,7 @@ public:
     Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)
         : _options(options),
           _output(std::move(output)),
+          _document(options),
           _window(sdl, options.scale),
           _recovery(_window, options.recovery) {
         // The search for the fonts takes longer than the first frame, which would wait for it.
@@ -121,30 +126,36 @@ public:
             const bool isFree = _options.isScreenSize || !isFormatGiven;
             return isFree ? std::nullopt : _output.problemOf(size);
         });
-        _window.setPictureTaken([this, sdl](const std::string& path) {
+        const auto take = [this, sdl](const std::string& path, bool isDocument) {
             _output.follow(_options, path);
             _recovery.follow(path);
+            _document.follow(path, isDocument);
             SDL_SetWindowTitle(sdl, titleOf(path.empty() ? "clipboard" : path).c_str());
-        });
+        };
+        _window.setPictureTaken([take](const std::string& path) { take(path, false); });
+        _window.setDocumentTaken([take](const std::string& path) { take(path, true); });
+        _window.setDocumentSaver([this] { saveDocument(); });
     }
 
     // Why the result of this photo could not be written, so that nobody draws on it in vain.
-    std::optional<std::string> problemOf(const codec::DecodeResult& photo) const {
+    std::optional<std::string> problemOf(const OpenedFile& photo) const {
         if (photo.error || _options.isScreenSize) return std::nullopt;
-        return _output.problemOf(photo.bitmap.size());
+        return _output.problemOf(photo.picture.bitmap.size());
     }
 
-    int run(Opened photo, const std::shared_ptr<Session>& self) {
+    int run(Opened opened, const std::shared_ptr<Session>& self) {
         bool isShown = false;
+        const bool isAsked =
+            _options.inside == EditOptions::Inside::Ask && hasDocumentInside(opened.photo.bytes);
         try {
-            isShown = show(std::move(photo.picture), self);
+            isShown = show(std::move(opened.photo), self);
         } catch (const std::bad_alloc&) {
             complain("there is not enough memory for the picture");
             show({}, self);
         }
         if (isShown) {
             chooseTools();
-            _recovery.start(std::move(photo.file), _picture);
+            startRecovery(std::move(opened.file), isAsked);
             playScenario();
         } else {
             refusePhoto();
@@ -158,13 +169,14 @@ public:
                                                 const gfx::ImageRef& image) override {
         if (_status == failure) return;
         const auto problem =
-            image ? _output.write(*image) : std::optional<std::string>("there is nothing to write");
+            image ? send(*image) : std::optional<std::string>("there is nothing to write");
         if (problem) {
             complain(*problem);
             tell("无法保存图片", *problem, {});
             return;
         }
         if (!_output.written().empty()) say("the picture is in " + _output.written());
+        if (_document.isSentAlong()) say("the document is in " + _document.saved());
         _recovery.end();
         end(written);
     }
@@ -175,16 +187,80 @@ public:
     }
 
 private:
-    // Presents the editor. Whether it has a picture.
-    bool show(codec::DecodeResult photo, const std::shared_ptr<Session>& self) {
-        gfx::Device& device = _window.environment().device();
-        _picture = photo.bitmap.isEmpty()
-                       ? nullptr
-                       : device.makeImage(std::move(photo.bitmap), 1, photo.orientation);
+    // Presents the editor. Whether it has a picture or a document.
+    bool show(OpenedFile photo, const std::shared_ptr<Session>& self) {
+        _picture = _window.origins().make(_window.environment().device(), photo);
         _window.present(
             EditorSeat::makeEditor(_picture, self, {!_options.isScreenSize, _options.grows}));
         _window.update();
-        return _picture != nullptr;
+        _document.follow(_options.photo, false);
+        if (!photo.document) return _picture != nullptr;
+        const auto problem = openDocument(photo, _picture);
+        if (problem) complain(_options.photo + ": " + *problem);
+        return !problem;
+    }
+
+    std::optional<std::string> openDocument(const OpenedFile& opened, const gfx::ImageRef& image) {
+        const auto problem = _window.seat().editor()->openDocument(*opened.document, image);
+        if (!problem) _document.follow(_options.photo, !opened.isInside);
+        return problem;
+    }
+
+    // Unfinished work comes before the document inside, which it may have begun with.
+    void startRecovery(EditRecovery::File file, bool isAsked) {
+        const auto bytes = std::make_shared<const codec::Bytes>(file.bytes);
+        const auto pictureOf = [this, bytes](const std::string& sha256) {
+            return pictureForWork(*bytes, sha256);
+        };
+        _recovery.start(std::move(file), pictureOf, [this, bytes, isAsked] {
+            if (isAsked) askAboutInside(bytes);
+        });
+    }
+
+    // Where a work has begun with the document inside, the picture is that one's.
+    gfx::ImageRef pictureForWork(const codec::Bytes& bytes, const std::string& sha256) {
+        const auto origin = _window.origins().find(_picture);
+        if (sha256.empty() || !origin || kalim::sha256(origin->data) == sha256) return _picture;
+        OpenedFile opened = openBytes(bytes, _options.photo);
+        const gfx::ImageRef image = _window.origins().make(_window.environment().device(), opened);
+        return image ? image : _picture;
+    }
+
+    void askAboutInside(const std::shared_ptr<const codec::Bytes>& bytes) {
+        askToReopen([this, bytes](bool goesOn) {
+            if (!goesOn) return;
+            OpenedFile opened = openBytes(*bytes, _options.photo);
+            const gfx::ImageRef image =
+                _window.origins().make(_window.environment().device(), opened);
+            const auto problem = opened.error ? opened.error : openDocument(opened, image);
+            if (!problem) return _recovery.follow(_options.photo);
+            complain(*problem);
+            _window.seat().remote()->refusePicture(*problem);
+        });
+    }
+
+    // Both or a sentence that says what went wrong.
+    std::optional<std::string> send(const gfx::Image& image) {
+        MDrawView& canvas = *_window.seat().canvas();
+        std::string inside;
+        if (_options.isDocumentInside) {
+            const auto problem =
+                documentTextOf(canvas, _window.origins(), {.isSealed = true}, ".", inside);
+            if (problem) return "the document inside: " + *problem;
+        }
+        if (_document.isSentAlong()) {
+            if (auto problem = _document.save(canvas, _window.origins())) return problem;
+        }
+        return _output.write(image, inside);
+    }
+
+    void saveDocument() {
+        if (const auto problem = _document.save(*_window.seat().canvas(), _window.origins())) {
+            complain(*problem);
+            tell("无法保存文档", *problem, {});
+        } else {
+            say("the document is in " + _document.saved());
+        }
     }
 
     void end(int status) {
@@ -247,6 +323,7 @@ private:
 
     const EditOptions& _options;
     EditOutput _output;
+    EditDocument _document;
     SdlWindow _window;
     EditRecovery _recovery;
     gfx::ImageRef _picture;
@@ -256,19 +333,47 @@ private:
 
 }  // namespace
 
+namespace {
+
+// A document is read at once: its picture's format is that of the result. Its error is the
+// caller's.
+OpenedFile readDocumentOf(const EditOptions& options, codec::Bytes& bytes) {
+    const bool isReopened = options.inside == EditOptions::Inside::Reopen &&
+                            codec::mayBePicture(bytes) && hasDocumentInside(bytes);
+    if (!isReopened && !mayBeDocument(bytes)) return {};
+    return openBytes(std::move(bytes), options.photo);
+}
+
+// That of the photo, or of a document's own.
+codec::ByteSpan pictureBytes(const OpenedFile& document, codec::ByteSpan photo) {
+    if (!document.document || document.isInside)
+        return document.bytes.empty() ? photo : document.bytes;
+    if (!document.document->picture) return {};
+    const std::string& data = document.document->picture->data;
+    return {reinterpret_cast<const std::uint8_t*>(data.data()), data.size()};
+}
+
+}  // namespace
+
 int edit(const EditOptions& options) {
     codec::Bytes bytes;
     const bool isPiped = options.photo == "-";
     const std::string name = isPiped ? "standard input" : options.photo;
-    if (const auto problem = codec::readPictureFile(isPiped ? "/dev/stdin" : name, bytes)) {
-        return complain(*problem);
-    }
+    if (const auto problem = readOpenable(options.photo, bytes)) return complain(*problem);
+    OpenedFile photo = readDocumentOf(options, bytes);
+    if (photo.error) return complain(*photo.error);
     std::string problem;
-    std::optional<EditOutput> output = EditOutput::make(options, bytes, problem);
-    if (!output) return complain(problem);
+    std::optional<EditOutput> output =
+        EditOutput::make(options, pictureBytes(photo, bytes), problem);
+    if (output) problem = EditDocument::problemOf(options, output->path());
+    if (!problem.empty()) return complain(problem);
     // Large photos take longer than the connection to the screen and the window do.
-    auto opening =
-        std::async(std::launch::async, [&] { return open(std::move(bytes), options.photo, name); });
+    std::future<Opened> opening;
+    if (!photo.document) {
+        opening = std::async(std::launch::async, [&] {
+            return open(openBytes(std::move(bytes), options.photo, {true}), options);
+        });
+    }
     const Video video;
     const SdlWindowHandle window = video.problem() ? nullptr : openWindow(options);
     std::shared_ptr<Session> session;
@@ -278,16 +383,16 @@ int edit(const EditOptions& options) {
         problem =
             video.problem().value_or(std::string("no window can be opened: ") + SDL_GetError());
     }
-    Opened photo = opening.get();
-    if (photo.picture.error) complain(*photo.picture.error);
+    Opened opened = opening.valid() ? opening.get() : open(std::move(photo), options);
+    if (opened.photo.error) complain(*opened.photo.error);
     if (!session) return complain(problem);
     // Nobody sees an alert that waits at the end of a pipe.
-    if (photo.picture.error && isPiped) return failure;
-    if (const auto unwritable = session->problemOf(photo.picture)) {
+    if (opened.photo.error && isPiped) return failure;
+    if (const auto unwritable = session->problemOf(opened.photo)) {
         return complain(name + ": " + *unwritable);
     }
-    showWindow(window.get(), windowSize(photo.picture, options.scale), options.scale);
-    return session->run(std::move(photo), session);
+    showWindow(window.get(), windowSize(opened.photo.picture, options.scale), options.scale);
+    return session->run(std::move(opened), session);
 }
 
 }  // namespace kalim::cli

@@ -9,7 +9,7 @@
 namespace kalim::cli {
 
 struct EditOptions {
-    // "-" stands for standard input.
+    // A picture, a document, or a picture with a document inside; "-" stands for standard input.
     std::string photo;
     // "-" stands for standard output, and so does an empty one if the photo comes from standard
     // input; else an empty one is a new name beside the photo.
@@ -27,6 +27,18 @@ struct EditOptions {
     bool isScreenSize = false;
     // What is drawn beyond the photo enlarges the result instead of being cut at the photo's edge.
     bool grows = false;
+    // Where a document goes besides the result; empty for the one that was opened, if any, and
+    // else for a new name beside the photo when the user asks for one.
+    std::string document;
+    // How it is written, see DocumentSaving.
+    bool isSealed = false;
+    bool isLinked = false;
+    // The result, a PNG picture, carries a sealed document inside.
+    bool isDocumentInside = false;
+    // Of a photo with a document inside: the user is asked, or the document is opened, or it is
+    // just the picture.
+    enum class Inside { Ask, Reopen, Flat };
+    Inside inside = Inside::Ask;
     // A scenario to play in the window; empty for none.
     std::string scenario;
     // What becomes of unfinished work on the photo: the user is asked, or it is gone on with, or it

@@ -3,36 +3,22 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
-#include <system_error>
 #include <utility>
 
+#include "cli/OutputPath.h"
 #include "cli/StandardOutput.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/PngText.h"
+#include "kalimkit/host/files/OpenedFile.h"
 
 namespace kalim::cli {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// Why no file can be made or replaced at the path, as far as that can be told beforehand.
-std::string pathProblem(const std::string& path) {
-    std::error_code error;
-    if (fs::is_directory(path, error)) return path + ": this is a folder";
-    fs::path folder = fs::path(path).parent_path();
-    if (folder.empty()) folder = ".";
-    if (!fs::is_directory(folder, error)) return path + ": there is no folder " + folder.string();
-    const bool exists = fs::exists(path, error);
-    if (::access(exists ? path.c_str() : folder.c_str(), W_OK) != 0) {
-        return path + ": " + std::strerror(errno);
-    }
-    return {};
-}
 
 }  // namespace
 
@@ -48,6 +34,13 @@ std::optional<EditOutput> EditOutput::make(const EditOptions& options, codec::By
         return std::nullopt;
     }
     output._format = options.format.value_or(kept.value_or(PictureFormat::Png));
+    // Where nobody has asked for another format, the one that can hold a document.
+    if (options.isDocumentInside && !options.format && !isNamed)
+        output._format = PictureFormat::Png;
+    if (options.isDocumentInside && output._format != PictureFormat::Png) {
+        problem = "--document-inside needs a PNG picture";
+        return std::nullopt;
+    }
     if (isStandard) {
         if (::isatty(STDOUT_FILENO) == 0) return output;
         problem = "standard output is a terminal; name a file with -o";
@@ -75,6 +68,7 @@ void EditOutput::follow(const EditOptions& options, const std::string& path) {
     const auto isEnough = [](codec::ByteSpan) { return false; };
     if (!path.empty()) codec::readFileIf(path, start, UINT64_MAX, isEnough);
     _format = options.format.value_or(pictureFormatOfBytes(start).value_or(PictureFormat::Png));
+    if (options.isDocumentInside) _format = PictureFormat::Png;
     if (_stem.empty()) return;
     const fs::path first = fs::path(options.photo).parent_path();
     const fs::path name = path.empty() ? "clipboard.png" : fs::path(path).filename();
@@ -85,11 +79,7 @@ void EditOutput::follow(const EditOptions& options, const std::string& path) {
 
 // Tries "photo-marked.jpg", then "photo-marked-2.jpg" and so on.
 std::string EditOutput::freeName() const {
-    std::error_code error;
-    std::string name = _stem + "-marked" + _ending;
-    for (int number = 2; fs::exists(fs::symlink_status(name, error)); ++number)
-        name = _stem + "-marked-" + std::to_string(number) + _ending;
-    return name;
+    return cli::freeName(_stem + "-marked", _ending);
 }
 
 std::optional<std::string> EditOutput::problemOf(gfx::PixelSize size) const {
@@ -111,11 +101,12 @@ std::optional<std::string> EditOutput::writeUnderFreeName(const codec::Bytes& by
     return problem;
 }
 
-std::optional<std::string> EditOutput::write(const gfx::Image& image) {
+std::optional<std::string> EditOutput::write(const gfx::Image& image, const std::string& inside) {
     const bool isStandard = _path.empty() && _stem.empty();
     std::string path = isStandard || !_path.empty() ? _path : freeName();
     codec::Bytes bytes;
     auto problem = encode(image, _format, bytes);
+    if (!problem && !inside.empty()) problem = codec::addPngText(bytes, documentKeyword, inside);
     if (problem) return (isStandard ? "standard output" : path) + ": " + *problem;
     if (isStandard) {
         StandardOutput standard;

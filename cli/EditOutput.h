@@ -24,10 +24,12 @@ public:
     void follow(const EditOptions& options, const std::string& path);
 
     // All of it or nothing. Nothing on success, else a sentence that says what went wrong; after
-    // that it may be tried again.
-    std::optional<std::string> write(const gfx::Image& image);
+    // that it may be tried again. A PNG picture carries the text of a document, if any, inside.
+    std::optional<std::string> write(const gfx::Image& image, const std::string& inside = {});
     // What was written last, as it is to be told; empty for standard output.
     const std::string& written() const { return _written; }
+    // Empty for standard output and for a name that is chosen only when it is written.
+    const std::string& path() const { return _path; }
 
 private:
     EditOutput() = default;

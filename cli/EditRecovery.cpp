@@ -5,8 +5,9 @@
 #include <utility>
 
 #include "cli/Complaint.h"
-#include "kalimkit/codec/Decode.h"
+#include "kalimkit/document/DocumentText.h"
 #include "kalimkit/document/Sha256.h"
+#include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/store/SqliteWorkStore.h"
 
 namespace kalim::cli {
@@ -36,17 +37,18 @@ EditRecovery::EditRecovery(SdlWindow& window, EditOptions::Recovery choice)
     _recorder = std::make_shared<WorkRecorder>(*store);
 }
 
-void EditRecovery::start(File file, const gfx::ImageRef& picture) {
-    if (!_recorder) return;
+void EditRecovery::start(File file, PictureOf pictureOf, std::function<void()> whenNone) {
+    if (!_recorder) return whenNone();
     _sha256 = file.sha256;
-    _picture = picture;
+    _pictureOf = std::move(pictureOf);
+    _whenNone = std::move(whenNone);
     _recorder->attach(_window.seat().editor(), sourceOf(std::move(file)));
     offer();
 }
 
 void EditRecovery::follow(const std::string& path) {
     codec::Bytes bytes;
-    if (!_recorder || path.empty() || codec::readPictureFile(path, bytes)) return;
+    if (!_recorder || path.empty() || readOpenable(path, bytes)) return;
     _recorder->setSource(sourceOf(makeFile(path, std::move(bytes))));
 }
 
@@ -59,7 +61,7 @@ void EditRecovery::end() {
 void EditRecovery::offer() {
     ui::WorkStore& store = *_window.environment().workStore();
     findUnfinishedWork(store, _sha256, [&](const std::optional<ui::WorkSummary>& work) {
-        if (!work) return;
+        if (!work) return _whenNone();
         if (_choice == EditOptions::Recovery::GoOn) return goOnWith(work->id);
         askToGoOn([this, &store, id = work->id](bool goesOn) {
             if (goesOn) return goOnWith(id);
@@ -73,7 +75,12 @@ void EditRecovery::offer() {
 void EditRecovery::goOnWith(const std::string& id) {
     _window.environment().workStore()->open(id, [&](const std::optional<ui::Work>& work) {
         if (!work) return;
-        if (const auto problem = _recorder->goOnWith(*work, _picture)) {
+        DocumentReading reading;
+        reading.needsBytes = false;
+        const ReadDocument setUp = readDocument(work->setUp, reading);
+        const bool hasPicture = !setUp.problem && setUp.document.picture;
+        const auto picture = _pictureOf(hasPicture ? setUp.document.picture->sha256 : "");
+        if (const auto problem = _recorder->goOnWith(*work, picture)) {
             say("the unfinished drawing cannot be gone on with: " + *problem);
         }
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,10 +28,14 @@ public:
     // The window outlives this object.
     EditRecovery(SdlWindow& window, EditOptions::Recovery choice);
 
-    // The window's editor shows the file, whose picture is `picture`: goes on with unfinished work,
-    // or asks whether to.
-    void start(File file, const gfx::ImageRef& picture);
-    // Another picture has taken its place: that of a file, or of the clipboard for an empty path.
+    // The picture that a work of the file has begun with, by the hash of its bytes, which is empty
+    // for a picture that is the file itself.
+    using PictureOf = std::function<gfx::ImageRef(const std::string& sha256)>;
+    // The window's editor shows the file: goes on with unfinished work, or asks whether to.
+    // `whenNone` is called once there is none, or the user does not want any.
+    void start(File file, PictureOf pictureOf, std::function<void()> whenNone);
+    // Another picture or document has taken its place: that of a file, or of the clipboard for an
+    // empty path.
     void follow(const std::string& path);
     // What was drawn was sent or discarded.
     void end();
@@ -44,7 +49,8 @@ private:
     // Null where nothing is recorded.
     std::shared_ptr<WorkRecorder> _recorder;
     std::string _sha256;
-    gfx::ImageRef _picture;
+    PictureOf _pictureOf;
+    std::function<void()> _whenNone;
 };
 
 }  // namespace kalim::cli

@@ -145,7 +145,7 @@ private:
         EditOptions& asked = _askedEdit;
         command
             .add_option("PHOTO", asked.photo,
-                        "The photo: JPEG, PNG or WebP; - reads standard input")
+                        "The photo: JPEG, PNG or WebP, or a document; - reads standard input")
             ->required();
         command
             .add_option("-o,--output", asked.output,
@@ -165,6 +165,7 @@ private:
                          "Write the picture as large as it is on the screen, not as the photo is");
         command.add_flag("--grow", asked.grows,
                          "Let what is drawn beyond the photo's edge enlarge the picture");
+        addDocument(command);
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
@@ -183,6 +184,33 @@ private:
             .add_flag_function("--no-recovery", choose(EditOptions::Recovery::Off),
                                "Start anew, and record nothing that could be gone on with")
             ->excludes(&goOn);
+    }
+
+    void addDocument(CLI::App& command) {
+        EditOptions& asked = _askedEdit;
+        command
+            .add_option("--document", asked.document,
+                        "Save a document there as well, which can be opened again")
+            ->type_name("FILE");
+        CLI::Option& sealed = *command.add_flag(
+            "--sealed", asked.isSealed,
+            "Keep out of the document what is hidden or cut off, so that it can be given away");
+        command
+            .add_flag("--link", asked.isLinked,
+                      "Leave the photo beside the document instead of putting it inside")
+            ->excludes(&sealed);
+        command.add_flag("--document-inside", asked.isDocumentInside,
+                         "Put a sealed document into the picture, a PNG");
+        const auto choose = [&asked](EditOptions::Inside inside) {
+            return [&asked, inside](std::int64_t) { asked.inside = inside; };
+        };
+        CLI::Option& reopen =
+            *command.add_flag_function("--reopen", choose(EditOptions::Inside::Reopen),
+                                       "Go on with the document inside a picture without asking");
+        command
+            .add_flag_function("--flat", choose(EditOptions::Inside::Flat),
+                               "Take a picture with a document inside for the picture alone")
+            ->excludes(&reopen);
     }
 
     void addInfo() {

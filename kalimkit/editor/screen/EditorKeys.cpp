@@ -61,6 +61,8 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"escape", &EditorKeys::escape},
     {"enter", &EditorKeys::confirm},
     {"ctrl+s", &EditorKeys::confirm},
+    {"ctrl+shift+s", &EditorKeys::saveDocument},
+    {"ctrl+o", &EditorKeys::openFile},
     {"ctrl+c", &EditorKeys::copy},
     {"ctrl+v", &EditorKeys::paste},
     {"space", &EditorKeys::holdSpace},
@@ -116,7 +118,8 @@ bool EditorKeys::pressInCrop(std::string_view key, bool isRepeated) {
     if (!crop || !crop->cropToolBar() || isRepeated) return crop != nullptr;
     if (key == "escape") crop->onCropToolBarCancelBtnClicked();
     if (key == "enter" || key == "ctrl+s") crop->onCropToolBarDoneBtnClicked();
-    if (key == "ctrl+v") _editor.lock()->tellThatCropIsOpen();
+    if (key == "ctrl+shift+s") saveDocument();
+    if (key == "ctrl+v" || key == "ctrl+o") _editor.lock()->tellThatCropIsOpen();
     return true;
 }
 
@@ -185,6 +188,16 @@ bool EditorKeys::paste() {
     const auto delegate = _delegate.lock();
     if (delegate) delegate->editorKeysPastePicture();
     return delegate != nullptr;
+}
+
+bool EditorKeys::saveDocument() {
+    const auto delegate = _delegate.lock();
+    return delegate && delegate->editorKeysSaveDocument();
+}
+
+bool EditorKeys::openFile() {
+    const auto delegate = _delegate.lock();
+    return delegate && delegate->editorKeysOpenFile();
 }
 
 bool EditorKeys::holdSpace() {

@@ -28,6 +28,8 @@ class TesselViewController;
 //     enter     also answers a question, so that nothing is lost as well; tab and the arrows choose
 //               another answer first
 //     enter, ctrl+s                    confirms, in the crop editor the crop
+//     ctrl+shift+s                     saves a document, in the crop editor as well
+//     ctrl+o                           has a picture or a document chosen
 //     ctrl+c, ctrl+v                   copies the result, opens the clipboard's picture
 //     p l a r e t m                    freehand, line, arrow, rectangle, ellipse, text, mosaic
 //     1 to 5, [ and ]                  the colours; thinner, thicker
@@ -67,6 +69,8 @@ private:
     bool confirm();
     bool copy();
     bool paste();
+    bool saveDocument();
+    bool openFile();
     bool holdSpace();
     bool zoomToFit();
     bool zoomToPixels();

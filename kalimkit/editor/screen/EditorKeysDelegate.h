@@ -5,7 +5,7 @@
 
 namespace kalim {
 
-// What keys ask of a host that has a clipboard for pictures.
+// What keys ask of a host that has a clipboard for pictures, and files.
 class KALIM_API EditorKeysDelegate {
 public:
     virtual ~EditorKeysDelegate() = default;
@@ -14,6 +14,10 @@ public:
     virtual void editorKeysCopyPicture(const gfx::ImageRef& /*image*/) {}
     // The clipboard's picture is to be opened: EditorKeys::openPicture().
     virtual void editorKeysPastePicture() {}
+    // The drawing is to be saved as a document, and the work goes on; whether the host does that.
+    virtual bool editorKeysSaveDocument() { return false; }
+    // The user is to choose a picture or a document to open; whether the host asks.
+    virtual bool editorKeysOpenFile() { return false; }
 };
 
 }  // namespace kalim

@@ -28,15 +28,6 @@ codec::ByteSpan bytesOf(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-// By the first bytes: an object of JSON, after a byte order mark and blanks, if anything but those
-// is there yet.
-bool mayBeDocument(codec::ByteSpan start) {
-    std::string_view text = letters(start);
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-    const std::size_t first = text.find_first_not_of(" \t\r\n");
-    return first == std::string_view::npos ? !text.empty() : text[first] == '{';
-}
-
 // The place of a document's picture may not lead out of the document's folder.
 bool leadsAway(const std::string& file) {
     const fs::path path(file);
@@ -108,6 +99,15 @@ std::string folderOf(const std::string& path) {
 }
 
 }  // namespace
+
+// An object of JSON, after a byte order mark and blanks, if anything but those
+// is there yet.
+bool mayBeDocument(codec::ByteSpan start) {
+    std::string_view text = letters(start);
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first == std::string_view::npos ? !text.empty() : text[first] == '{';
+}
 
 OpenedFile openBytes(codec::Bytes bytes, const std::string& path, const FileOpening& opening) {
     const bool isPiped = path == "-";

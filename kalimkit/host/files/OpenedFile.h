@@ -44,6 +44,8 @@ KALIM_API OpenedFile openBytes(codec::Bytes bytes, const std::string& path,
                                const FileOpening& opening = {});
 // Reads as much as the above need.
 KALIM_API std::optional<std::string> readOpenable(const std::string& path, codec::Bytes& bytes);
+// Whether these first bytes, 16 of them, may be those of a document.
+KALIM_API bool mayBeDocument(codec::ByteSpan start);
 // Whether a PNG picture carries a document, whatever state that is in.
 KALIM_API bool hasDocumentInside(codec::ByteSpan file);
 

@@ -28,23 +28,26 @@ PictureChooser::~PictureChooser() {
     ::waitpid(_process, nullptr, 0);
 }
 
-bool PictureChooser::choose(const std::string& title, const Chosen& chosen) {
+bool PictureChooser::choose(const std::string& title, bool takesDocuments, const Chosen& chosen) {
     if (_process != 0) {
         chosen(std::nullopt);
         return true;
     }
-    if (!start(title)) return false;
+    if (!start(title, takesDocuments)) return false;
     _chosen = chosen;
     look();
     return true;
 }
 
-bool PictureChooser::start(const std::string& title) {
+bool PictureChooser::start(const std::string& title, bool takesDocuments) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) return false;
+    const std::string documents = takesDocuments ? "KalimKit, " : "";
     std::vector<std::string> words{
         "zenity", "--file-selection", "--title=" + title,
-        "--file-filter=JPEG, PNG, WebP | *.jpg *.jpeg *.png *.webp *.JPG *.JPEG *.PNG *.WEBP",
+        "--file-filter=" + documents +
+            "JPEG, PNG, WebP | *.jpg *.jpeg *.png *.webp *.JPG *.JPEG *.PNG *.WEBP" +
+            (takesDocuments ? " *.kalim" : ""),
         "--file-filter=* | *"};
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);

@@ -11,8 +11,8 @@
 
 namespace kalim {
 
-// Lets the user choose a picture file in the desktop's own dialog, which is the zenity program's.
-// Meanwhile the window goes on.
+// Lets the user choose a picture file, or a document as well, in the desktop's own dialog, which is
+// the zenity program's. Meanwhile the window goes on.
 class PictureChooser {
 public:
     // The chosen path; nothing once the user has cancelled, or the program has failed.
@@ -27,10 +27,10 @@ public:
 
     // False where there is no program to ask with; nothing is told then. While a dialog is open
     // already, another question counts as cancelled.
-    bool choose(const std::string& title, const Chosen& chosen);
+    bool choose(const std::string& title, const Chosen& chosen, bool takesDocuments = false);
 
 private:
-    bool start(const std::string& title);
+    bool start(const std::string& title, bool takesDocuments);
     void look();
     void finish();
 

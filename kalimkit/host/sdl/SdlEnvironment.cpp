@@ -37,12 +37,22 @@ void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::Image
         if (!photo.error) image = _device->makeImage(std::move(photo.bitmap), 1, photo.orientation);
         picked(image);
     };
-    if (_chooser->choose(isEnglish() ? "Open a Picture" : "打开图片", chosen)) return;
+    choose(isEnglish() ? "Open a Picture" : "打开图片", false, chosen);
+}
+
+void SdlEnvironment::chooseFile(
+    const std::function<void(std::optional<std::string> path)>& chosen) {
+    choose(isEnglish() ? "Open a Picture or a Document" : "打开图片或文档", true, chosen);
+}
+
+void SdlEnvironment::choose(const std::string& title, bool takesDocuments,
+                            const std::function<void(std::optional<std::string> path)>& chosen) {
+    if (_chooser->choose(title, takesDocuments, chosen)) return;
     presentAlert({isEnglish() ? "There Is No File Dialog" : "没有文件对话框",
                   isEnglish() ? "Install zenity to choose pictures" : "请安装 zenity 以选择图片",
                   {localizedString("好")},
                   {}});
-    picked(std::nullopt);
+    chosen(std::nullopt);
 }
 
 std::shared_ptr<ui::PhotoLibrary> SdlEnvironment::makePhotoLibrary() {

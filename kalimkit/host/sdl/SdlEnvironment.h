@@ -28,6 +28,8 @@ public:
     bool isPhotoLibraryAvailable() const override { return true; }
     // Without a dialog to ask with, an alert says so, and it counts as cancelled.
     void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;
+    // Asks for a picture or a document in the same way: its path, or nothing.
+    void chooseFile(const std::function<void(std::optional<std::string> path)>& chosen);
     std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
@@ -37,6 +39,9 @@ public:
     void setUserDefault(const std::string& key, bool value) override;
 
 private:
+    void choose(const std::string& title, bool takesDocuments,
+                const std::function<void(std::optional<std::string> path)>& chosen);
+
     std::shared_ptr<gfx::Device> _device;
     std::unique_ptr<UserDefaults> _userDefaults;
     std::unique_ptr<PictureChooser> _chooser;

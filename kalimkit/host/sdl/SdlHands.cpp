@@ -1,12 +1,16 @@
 #include "kalimkit/host/sdl/SdlHands.h"
 
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/TerminalText.h"
+#include "kalimkit/document/Document.h"
 #include "kalimkit/host/sdl/PictureClipboard.h"
+#include "kalimkit/host/seat/ReopenQuestion.h"
 
 namespace kalim {
 
@@ -27,33 +31,70 @@ void SdlWindow::Hands::editorKeysPastePicture() {
     } else if (png->empty()) {
         _window.environment().tell("剪贴板中没有图片");
     } else {
-        open(codec::decode(*png, "the clipboard"), "");
+        OpenedFile opened;
+        opened.picture = codec::decode(*png, "the clipboard");
+        opened.error = opened.picture.error;
+        opened.bytes = *png;
+        open(std::move(opened), "");
     }
 }
 
-bool SdlWindow::Hands::openFile(const std::string& path) {
-    return open(codec::decodeFile(path), path);
+bool SdlWindow::Hands::editorKeysSaveDocument() {
+    if (_window._documentSaver) _window._documentSaver();
+    return static_cast<bool>(_window._documentSaver);
 }
 
-bool SdlWindow::Hands::open(codec::DecodeResult decoded, const std::string& path) {
-    if (!decoded.error && _window._pictureRefusal) {
-        decoded.error = _window._pictureRefusal(decoded.bitmap.size());
-    }
-    if (decoded.error) {
-        const std::string reason = codec::terminalText(*decoded.error);
-        std::fprintf(stderr, "%s\n", reason.c_str());
-        _window.seat().remote()->refusePicture(reason);
-        return false;
-    }
-    gfx::Device& device = _window.environment().device();
-    const gfx::ImageRef image = device.makeImage(std::move(decoded.bitmap), 1, decoded.orientation);
-    // The user may be asked first, and the window may be closed meanwhile.
-    const auto tellHost = [weakHands = std::weak_ptr(_window._hands), path](bool isTaken) {
+bool SdlWindow::Hands::editorKeysOpenFile() {
+    _window.environment().chooseFile(
+        [weakHands = std::weak_ptr(_window._hands)](const std::optional<std::string>& path) {
+            const auto hands = weakHands.lock();
+            if (hands && path) hands->openFile(*path);
+        });
+    return true;
+}
+
+void SdlWindow::Hands::openFile(const std::string& path) {
+    OpenedFile flat = kalim::openFile(path, {.isFlat = true});
+    if (flat.error || flat.document || !hasDocumentInside(flat.bytes))
+        return open(std::move(flat), path);
+    const auto kept = std::make_shared<OpenedFile>(std::move(flat));
+    askToReopen([weakHands = std::weak_ptr(_window._hands), kept, path](bool goesOn) {
         const auto hands = weakHands.lock();
-        if (isTaken && hands && hands->_window._pictureTaken) hands->_window._pictureTaken(path);
+        if (hands) hands->open(goesOn ? openBytes(kept->bytes, path) : *kept, path);
+    });
+}
+
+void SdlWindow::Hands::open(OpenedFile opened, const std::string& path) {
+    if (opened.document && !opened.document->picture) {
+        opened.error = path + ": the document has no picture";
+    } else if (!opened.error && _window._pictureRefusal) {
+        opened.error = _window._pictureRefusal(opened.picture.bitmap.size());
+    }
+    if (opened.error) return refuse(*opened.error);
+    const gfx::ImageRef image = _window.origins().make(_window.environment().device(), opened);
+    const auto document =
+        opened.document ? std::make_shared<const Document>(std::move(*opened.document)) : nullptr;
+    // The user may be asked first, and the window may be closed meanwhile.
+    const auto take = [weakHands = std::weak_ptr(_window._hands), path, document,
+                       image](bool isTaken) {
+        const auto hands = weakHands.lock();
+        if (!isTaken || !hands) return;
+        if (document) hands->_window.seat().editor()->openDocument(*document, image);
+        hands->took(path, document != nullptr);
     };
-    _window.seat().remote()->openPicture(image, tellHost);
-    return image != nullptr;
+    _window.seat().remote()->openPicture(image, take);
+}
+
+void SdlWindow::Hands::refuse(const std::string& reason) {
+    const std::string shown = codec::terminalText(reason);
+    std::fprintf(stderr, "%s\n", shown.c_str());
+    _window.seat().remote()->refusePicture(shown);
+}
+
+void SdlWindow::Hands::took(const std::string& path, bool isDocument) const {
+    const auto& told =
+        isDocument && _window._documentTaken ? _window._documentTaken : _window._pictureTaken;
+    if (told) told(path);
 }
 
 }  // namespace kalim

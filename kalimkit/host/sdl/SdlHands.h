@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "kalimkit/codec/DecodeResult.h"
 #include "kalimkit/editor/screen/EditorKeysDelegate.h"
+#include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
 
 namespace kalim {
@@ -17,12 +17,16 @@ public:
 
     void editorKeysCopyPicture(const gfx::ImageRef& image) override;
     void editorKeysPastePicture() override;
-    // Whether the file holds a picture.
-    bool openFile(const std::string& path);
+    bool editorKeysSaveDocument() override;
+    bool editorKeysOpenFile() override;
+    // Opens a picture or a document. With a picture that has one inside the user is asked.
+    void openFile(const std::string& path);
 
 private:
     // The path is empty for the clipboard's.
-    bool open(codec::DecodeResult decoded, const std::string& path);
+    void open(OpenedFile opened, const std::string& path);
+    void refuse(const std::string& reason);
+    void took(const std::string& path, bool isDocument) const;
 
     SdlWindow& _window;
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/host/files/PictureOrigins.h"
 #include "kalimkit/host/sdl/SdlEnvironment.h"
 #include "kalimkit/host/seat/EditorSeat.h"
 #include "kalimkit/host/seat/MemoryGuard.h"
@@ -46,11 +47,21 @@ public:
     // and dropped files with it. Null takes it away. The host does not do so from within a message
     // of the editor's; stop() may be called from there.
     void present(std::shared_ptr<TesselViewController> editor);
-    // Told when a picture that the user has pasted or dropped has taken the place of the one that
-    // was there: its file's path, empty for the clipboard's.
+    // Told when a picture that the user has pasted, dropped or chosen has taken the place of the
+    // one that was there: its file's path, empty for the clipboard's.
     void setPictureTaken(std::function<void(const std::string& path)> pictureTaken) {
         _pictureTaken = std::move(pictureTaken);
     }
+    // The same of a document. A host that leaves it out has the above told of the file.
+    void setDocumentTaken(std::function<void(const std::string& path)> documentTaken) {
+        _documentTaken = std::move(documentTaken);
+    }
+    // Saves what is in the editor as a document when the user asks for that; without one the key
+    // does nothing.
+    void setDocumentSaver(std::function<void()> saver) { _documentSaver = std::move(saver); }
+    // Which files the editor's pictures came from. A host makes the first one with it to have its
+    // bytes in documents.
+    PictureOrigins& origins() { return _origins; }
     // Asked before such a picture is offered to the user: why the host could not do with one of
     // this size, which is told in an alert instead; nothing where it can.
     using PictureRefusal = std::function<std::optional<std::string>(gfx::PixelSize size)>;
@@ -98,7 +109,10 @@ private:
     bool _isStopped = false;
     MemoryGuard _memory;
     std::function<void(const std::string& path)> _pictureTaken;
+    std::function<void(const std::string& path)> _documentTaken;
+    std::function<void()> _documentSaver;
     PictureRefusal _pictureRefusal;
+    PictureOrigins _origins;
     std::shared_ptr<Hands> _hands;
 };
 
