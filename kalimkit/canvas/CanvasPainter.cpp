@@ -76,11 +76,10 @@ DrawnPicture CanvasPainter::drawnPicture(const ShownPicture& picture,
 std::optional<gfx::Rect> CanvasPainter::pictureEdge(const gfx::Context& context) const {
     const CutGlide* const cut = _canvas.shown.changingCut();
     if (cut && !_canvas.shown.showsUncropped) return cut->whole();
+    // Whatever copy is shown, it goes on beyond the part, or ends there less than a pixel away.
+    if (_canvas.shown.isCropped()) return _canvas.shown.picture.part();
     if (!_canvas.content.endsAtPicture()) return std::nullopt;
-    const CanvasPicture& picture = _canvas.shown.picture;
-    const gfx::Rect shown = shownPlace(context);
-    return _canvas.shown.isCropped() ? carrying(picture.rect(), shown).apply(picture.part())
-                                     : shown;
+    return shownPlace(context);
 }
 
 // As the copy that is shown has been aligned.

@@ -108,7 +108,9 @@ bool CanvasScreen::hasLivePatch() const {
 void CanvasScreen::updateLayersView() {
     const CanvasShown& shown = _canvas.shown;
     const CutGlide* const cut = shown.changingCut();
-    if (shown.isMoving() && !cut) return;
+    // Fingers may have broken the way off.
+    const bool showedOverview = std::exchange(_showsOverview, cut != nullptr);
+    if (shown.isMoving() && !cut && !showedOverview) return;
     const gfx::AffineTransform& toView = cut ? cut->overview() : shown.zoom.toView();
     // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
     if (!rescale(_layers, _canvas.view.bounds().size, toView)) return;
@@ -176,7 +178,7 @@ void CanvasScreen::draw(gfx::Context& context) {
     const bool hasLayers = refreshLayers();
     const gfx::AffineTransform shown = _canvas.shown.transform();
     const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);
-    const auto edge = further.isIdentity() ? std::nullopt : edgeOnScreen(context);
+    const auto edge = further.isIdentity() ? std::nullopt : edgeOnScreen();
     const auto inCanvas = [&](auto draw) {
         const gfx::GraphicsStateGuard guard(context);
         context.concat(shown);
@@ -208,17 +210,17 @@ void CanvasScreen::draw(gfx::Context& context) {
 }
 
 // Where all that is shown ends while the layers, which may show more, are on their way.
-std::optional<gfx::Rect> CanvasScreen::edgeOnScreen(const gfx::Context& context) const {
+std::optional<gfx::Rect> CanvasScreen::edgeOnScreen() const {
     if (const CutGlide* const cut = _canvas.shown.changingCut()) return cut->shown();
     if (!_canvas.shown.isCropped()) return std::nullopt;
-    return _canvas.painter.pictureEdge(context);
+    return _canvas.shown.picture.part();
 }
 
 void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     const CanvasPainter& painter = _canvas.painter;
     const gfx::GraphicsStateGuard guard(context);
-    if (_canvas.shown.isCropped()) context.clipToRect(*painter.pictureEdge(context));
     const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
+    if (_canvas.shown.isCropped()) context.clipToRect(*painter.pictureEdge(context));
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale =
         ui::Environment::current().screen().scale * _canvas.shown.zoom.shownScale();

@@ -68,7 +68,7 @@ private:
     const ToolList& createdTools();
     bool refreshLayers();
 
-    std::optional<gfx::Rect> edgeOnScreen(const gfx::Context& context) const;
+    std::optional<gfx::Rect> edgeOnScreen() const;
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     bool isResting(const MDrawTool& patch) const;
@@ -84,6 +84,8 @@ private:
     // Those made by a finger and not finished yet; brought up to date when asked for.
     ToolList _created;
     FrameCount _count;
+    // The layers show all that is on the way from one cut of the picture to another.
+    bool _showsOverview = false;
     // A patch is selected, as of the last update.
     bool _hasLivePatch = false;
 };

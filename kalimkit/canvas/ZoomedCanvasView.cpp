@@ -299,7 +299,10 @@ void ZoomedCanvasView::handlePanGesture(ui::GestureState state, gfx::Point trans
 }
 
 void ZoomedCanvasView::beginViewGesture() {
-    if (std::exchange(_shown->glide, nullptr)) setNeedsDisplay();
+    if (std::exchange(_shown->glide, nullptr)) {
+        setNeedsLayout();
+        setNeedsDisplay();
+    }
     if (_shown->zoom.isHeld()) return;
     viewGestureDidBegin();
 }

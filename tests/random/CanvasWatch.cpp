@@ -20,7 +20,10 @@ bool contains(const ToolList& list, const ToolRef& tool) {
 
 ToolList membersOf(const ToolRef& entry) {
     if (!entry->mutabaleToolObjType()) return {entry};
-    return static_cast<const MDrawMutableSelect&>(*entry).subTools();
+    // The step of a cut has none.
+    ToolList members;
+    entry->addSubToolToArray(members);
+    return members;
 }
 
 bool isAnyOf(const ToolList& tools, const auto& predicate) {
@@ -142,7 +145,8 @@ CanvasWatch::Fault CanvasWatch::followUndo(const Stacks& now) {
         if (_before.couldUndo) return "canUndo was true, and undo did nothing";
         return std::nullopt;
     }
-    if (!_before.couldUndo && _canvas.forgiving() && isSettled()) {
+    // What is being typed becomes a step only then.
+    if (!_before.couldUndo && _canvas.forgiving() && _before.unfinished.empty() && isSettled()) {
         return "canUndo was false, and undo did something";
     }
     const bool isPlain =
@@ -274,7 +278,7 @@ CanvasWatch::Fault CanvasWatch::checkPrints(std::size_t height) {
 // Rotations are kept in single precision, so an extent may lie a little beyond. Drawing fits a
 // text's box and font to each other after the content's measuring.
 CanvasWatch::Fault CanvasWatch::checkContent() const {
-    if (_canvas.clipsToPicture()) return std::nullopt;
+    if (_canvas.clipsToPicture() || _canvas.pictureCut().crop) return std::nullopt;
     const gfx::Rect room = _canvas.ctxRect().inset(-0.001, -0.001);
     for (const ToolRef& tool : _canvas.tools()) {
         const bool isGround = tool->toolClass().layer() == ToolLayer::Ground;

@@ -211,7 +211,10 @@ void ScenarioDriver::changeTools() {
 }
 
 void ScenarioDriver::changeSettings() {
-    switch (below(6)) {
+    switch (below(8)) {
+        case 6:
+        case 7:
+            return cutPicture();
         case 0:
             return call("setShowMeasurement", {happens(60)});
         case 1:
@@ -225,6 +228,19 @@ void ScenarioDriver::changeSettings() {
         default:
             return exportPicture();
     }
+}
+
+void ScenarioDriver::cutPicture() {
+    if (!_canvas.sourceImage()) return exportPicture();
+    const gfx::PixelSize pixels = _canvas.sourceImage()->pixelSize();
+    const auto part = [this](int length) {
+        const std::uint32_t from = below(static_cast<std::uint32_t>(length));
+        return std::pair{from, 1 + below(static_cast<std::uint32_t>(length) - from)};
+    };
+    const auto [x, width] = part(pixels.width);
+    const auto [y, height] = part(pixels.height);
+    const JsonValue crop = happens(60) ? JsonValue::Array{x, y, width, height} : JsonValue();
+    call("setPictureCut", {JsonValue::Object{{"crop", crop}, {"quarterTurns", below(4)}}});
 }
 
 // Kinds that no finger makes.

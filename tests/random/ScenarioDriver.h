@@ -35,6 +35,7 @@ private:
     void selectSome();
     void changeTools();
     void changeSettings();
+    void cutPicture();
     void startAnew();
     void make();
     void choosePoints();

@@ -15,6 +15,7 @@ export const closedState = {
   isResting: true,
   isEditing: false,
   isAsking: false,
+  isCropped: false,
   tool: null,
 };
 
@@ -36,6 +37,7 @@ export function readState(doubles, at) {
     isResting: has(4),
     isEditing: has(8),
     isAsking: has(16),
+    isCropped: has(64),
     // Null until the editor has appeared.
     tool: has(32) ? { tool: penName(pen), color: colorText(color), lineWidth } : null,
   };
@@ -70,8 +72,8 @@ export class News {
 
   // Whether something would be lost that was not sent.
   get isUnsent() {
-    const { toolCount, picture, isEditing } = this.#state;
-    const isCropped = picture !== 0 && !this.#target.givenAs(picture);
+    const { toolCount, picture, isCropped: isCut, isEditing } = this.#state;
+    const isCropped = isCut || (picture !== 0 && !this.#target.givenAs(picture));
     return (toolCount > 0 || isCropped) && (isEditing || this.#step !== this.#sentStep);
   }
 
