@@ -28,7 +28,7 @@ PictureChooser::~PictureChooser() {
     ::waitpid(_process, nullptr, 0);
 }
 
-bool PictureChooser::choose(const std::string& title, bool takesDocuments, const Chosen& chosen) {
+bool PictureChooser::choose(const std::string& title, const Chosen& chosen, bool takesDocuments) {
     if (_process != 0) {
         chosen(std::nullopt);
         return true;

@@ -47,7 +47,7 @@ void SdlEnvironment::chooseFile(
 
 void SdlEnvironment::choose(const std::string& title, bool takesDocuments,
                             const std::function<void(std::optional<std::string> path)>& chosen) {
-    if (_chooser->choose(title, takesDocuments, chosen)) return;
+    if (_chooser->choose(title, chosen, takesDocuments)) return;
     presentAlert({isEnglish() ? "There Is No File Dialog" : "没有文件对话框",
                   isEnglish() ? "Install zenity to choose pictures" : "请安装 zenity 以选择图片",
                   {localizedString("好")},
