@@ -30,8 +30,11 @@ std::string judged(const std::string& goal, double ratio) {
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
         if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+        // A benchmark that takes its own time takes the processor's.
+        const bool isOwn = run.run_name.time_type == "manual_time";
         _medians[run.run_name.function_name] =
-            run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
+            (isOwn ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime()) * 1e9 /
+            benchmark::GetTimeUnitMultiplier(run.time_unit);
         const auto bytes = run.counters.find("bytes/step");
         if (bytes != run.counters.end()) _bytesPerStep = bytes->second;
     }

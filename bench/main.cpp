@@ -40,6 +40,8 @@ int main(int argc, char** argv) {
         {"redoing it, the same", "lineStep/redo10000", "lineStep/redo10", ""},
         {"selecting a tool, touch-down and first move: 10,000 tools against 10",
          "selectTool/of10000", "selectTool/of10", ""},
+        {"recording a step: 10,000 tools against 10", "recordStep/of10000", "recordStep/of10",
+         "at most 1.2"},
     });
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::printf("\n%s", reporter.table().c_str());
