@@ -6,7 +6,7 @@ set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
 # The longest first, of those that go side by side.
-default_stages=(layers format scripts build browser install unit window npm headers seam)
+default_stages=(layers format scripts build browser install unit window documents npm headers seam)
 more_stages=(browsers kills tidy)
 passed=0
 failed=0
@@ -31,6 +31,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills and 
   browser   the editor's page in a headless Chromium, and every scenario there as it goes natively
   npm       the package for web pages, in an app and in a plain page
   browsers  the same in Firefox and WebKitGTK, as far as these go
+  documents what is saved fits the schema, and engines render a folder of it
   kills     the editor's window is killed 100 times, or KALIM_KILLS, and loses nothing
   tidy      clang-tidy over the library and the command; slow
 EOF
@@ -74,7 +75,8 @@ stage_format() {
 stage_scripts() {
     local script
     for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
-        tests/browser/run tests/window/* npm/tests/run; do
+        tests/browser/run tests/window/* tests/documents/run examples/cluster/render-parallel \
+        npm/tests/run; do
         [[ -d $script || $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
     done
     check 'the scripts behave' tests/scripts/run
@@ -147,6 +149,11 @@ stage_window() {
     count_of tests/window/kill
 }
 
+stage_documents() {
+    check 'the command compiles' tools/compile ci kalimkit
+    count_of tests/documents/run
+}
+
 stage_kills() {
     check 'the command compiles' tools/compile ci kalimkit
     count_of tests/window/kill "${KALIM_KILLS-100}"
@@ -195,6 +202,7 @@ groups_of() {
         seam) echo seam ;;
         browser) echo native browser ;;
         npm) echo npm ;;
+        documents) echo native documents ;;
         window | kills) echo native window ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
