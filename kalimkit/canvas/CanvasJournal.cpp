@@ -53,7 +53,7 @@ ToolList membersOf(const ToolRef& entry) {
 
 void CanvasJournal::setListener(std::weak_ptr<StepListener> listener) {
     _listener = std::move(listener);
-    takeStart();
+    if (!_isComplete) takeStart();
 }
 
 void CanvasJournal::restart() {
@@ -62,6 +62,7 @@ void CanvasJournal::restart() {
 }
 
 void CanvasJournal::takeStart() {
+    _isComplete = true;
     _start.clear();
     _tools = _canvas.tools.list();
     _numbers.clear();
@@ -88,7 +89,11 @@ std::shared_ptr<void> CanvasJournal::paused() {
 
 void CanvasJournal::note(Step step, const ToolRef& entry) {
     const auto listener = _listener.lock();
-    if (_isPaused || !listener) return;
+    if (_isPaused) return;
+    if (!listener) {
+        _isComplete = false;
+        return;
+    }
     JsonValue::Object members{
         {"step", std::string(stepNames[static_cast<std::size_t>(step)])},
     };

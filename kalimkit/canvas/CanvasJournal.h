@@ -40,6 +40,7 @@ public:
     void setListener(std::weak_ptr<StepListener> listener);
     // The canvas has another picture or document and no steps.
     void restart();
+
     // Nothing is written down as long as this lives.
     std::shared_ptr<void> paused();
     // Something was done to the stacks, see MUndoManagerDelegate.
@@ -82,6 +83,8 @@ private:
     std::map<ToolRef, Number> _numbers;
     ColorNumbers _colors;
     bool _isPaused = false;
+    // Nothing has happened since the start that was not written down or played.
+    bool _isComplete = true;
 };
 
 }  // namespace kalim

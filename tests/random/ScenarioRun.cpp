@@ -102,6 +102,7 @@ void ScenarioRun::undoAndRedoAll(std::size_t own) {
         step(Survival::Direction::Undo);
     for (std::size_t count = 0; count < steps; ++count)
         step(Survival::Direction::Redo);
+    if (!_fault && _setting.screen.forgiving) _fault = _survival->recover();
     // Null while there is nothing.
     if (_fault || !_setting.screen.forgiving || !shown) return;
     const auto difference =

@@ -66,6 +66,9 @@ std::optional<std::string> differenceOfTools(const JsonValue::Array& then,
 
 struct Survival::Steps : StepListener {
     explicit Steps(MDrawView& owner) : canvas(owner), setUp(owner.stepsSetUp()) {}
+    // Goes on where others end.
+    Steps(MDrawView& owner, const Steps& before)
+        : canvas(owner), setUp(before.setUp), texts(before.texts) {}
     void canvasDidStep(const std::string& step) override {
         // As whoever keeps works does: a canvas is settled by its first display.
         if (texts.empty()) setUp = canvas.stepsSetUp();
@@ -117,6 +120,8 @@ Survival::Loss Survival::recover() {
     auto problem = _recovered->openDocument(setUp.document, _canvas.sourceImage());
     if (!problem) problem = _recovered->replaySteps(_steps->texts);
     if (problem) return "it cannot be recovered: " + *problem;
+    _steps = std::make_shared<Steps>(*_recovered, *_steps);
+    _recovered->setStepListener(_steps);
     return lossByRecovery();
 }
 

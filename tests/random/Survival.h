@@ -24,7 +24,8 @@ public:
 
     // Saves the canvas, opens it in a view of another size, and saves and exports it there.
     Loss lossBySaving();
-    // Has another canvas become what the steps say, which then follows this one.
+    // Has another canvas become what the steps say, which then follows this one. The next time it
+    // is that one which is lost and recovered, with the steps that it went on with.
     Loss recover();
     // Undoes or redoes a step there, too, and compares. Nothing where none was recovered.
     enum class Direction { Undo, Redo };

@@ -33,6 +33,7 @@ std::optional<std::string> WorkRecorder::goOnWith(const ui::Work& work,
     if (!problem) problem = canvas.replaySteps(work.steps);
     if (problem) return problem;
     _work = work.summary.id;
+    _steps = work.steps;
     canvas.setStepListener(weak_from_this());
     return std::nullopt;
 }
@@ -48,12 +49,17 @@ void WorkRecorder::canvasDidStep(const std::string& step) {
         ui::WorkStart start = _source();
         start.setUp = editor->drawView()->stepsSetUp();
         _work = _store.begin(start);
+        // Of before the last work was sent, where there are any: undo goes back beyond it.
+        for (const std::string& earlier : _steps)
+            if (!_work.empty()) _store.record(_work, earlier);
     }
+    _steps.push_back(step);
     if (!_work.empty()) _store.record(_work, step);
 }
 
 void WorkRecorder::canvasDidRestart() {
     end();
+    _steps.clear();
     _source = {};
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "kalimkit/canvas/StepListener.h"
 #include "kalimkit/gfx/Export.h"
@@ -52,6 +53,8 @@ private:
     Source _source;
     // Empty before the first step.
     std::string _work;
+    // All since the file was opened.
+    std::vector<std::string> _steps;
 };
 
 // Finds the newest work of a file that nobody is at and tells it; nothing where there is none. Such
