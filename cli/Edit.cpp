@@ -260,6 +260,7 @@ private:
             tell("无法保存文档", *problem, {});
         } else {
             say("the document is in " + _document.saved());
+            if (_document.hasSavedOpened()) _recovery.save(_document.saved());
         }
     }
 

@@ -27,6 +27,8 @@ public:
     // In the place of the file that it is for, or under a new name, which stays its own. All of it
     // or nothing; what is wrong begins with a name.
     std::optional<std::string> save(MDrawView& canvas, const PictureOrigins& origins);
+    // Whether that was the document that is edited, which has other bytes then.
+    bool hasSavedOpened() const { return !_opened.empty() && _saved == _opened; }
     // Where it was saved last.
     const std::string& saved() const { return _saved; }
 

@@ -52,6 +52,14 @@ void EditRecovery::follow(const std::string& path) {
     _recorder->setSource(sourceOf(makeFile(path, std::move(bytes))));
 }
 
+void EditRecovery::save(const std::string& path) {
+    codec::Bytes bytes;
+    if (!_recorder || readOpenable(path, bytes)) return;
+    File file = makeFile(path, std::move(bytes));
+    _sha256 = file.sha256;
+    _recorder->moveTo(sourceOf(std::move(file)));
+}
+
 void EditRecovery::end() {
     if (_recorder) _recorder->end();
 }

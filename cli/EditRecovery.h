@@ -37,6 +37,8 @@ public:
     // Another picture or document has taken its place: that of a file, or of the clipboard for an
     // empty path.
     void follow(const std::string& path);
+    // The document that is edited was saved: its work is found by the file's new bytes from now on.
+    void save(const std::string& path);
     // What was drawn was sent or discarded.
     void end();
 

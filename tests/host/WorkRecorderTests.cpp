@@ -118,6 +118,30 @@ TEST(WorkRecorder, WhatWasFinishedIsThereAgainAfterEveryStep) {
     }
 }
 
+TEST(WorkRecorder, AWorkIsFoundByTheBytesThatItsFileWasSavedWith) {
+    Contents contents;
+    std::string before;
+    {
+        Session session;
+        session.recorder->moveTo([] { return ui::WorkStart{"a.png", "11ee", {3}, {}}; });
+        EXPECT_TRUE(session.works().empty());
+        session.play(R"({"key":"r"})");
+        session.drag(60, 350);
+        session.drag(160, 420);
+        session.play(R"({"key":"ctrl+z"})");
+        session.recorder->moveTo([] { return ui::WorkStart{"a.png", "00ff", {3, 4}, {}}; });
+        session.drag(200, 300);
+        before = session.print();
+        contents = session.store.contents();
+    }
+    EXPECT_NE(before.find("MDrawRect"), std::string::npos) << before;
+    ASSERT_EQ(contents->works.size(), 1U);
+    EXPECT_EQ(contents->works.front().bytes, (std::vector<std::uint8_t>{3, 4}));
+    Session after(contents);
+    EXPECT_EQ(after.recover(), std::nullopt);
+    EXPECT_EQ(after.print(), before);
+}
+
 TEST(WorkRecorder, AnotherPictureIsAnotherWorkAndADamagedOneStays) {
     Session editor;
     editor.play(R"({"key":"r"})");

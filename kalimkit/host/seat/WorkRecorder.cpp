@@ -1,6 +1,7 @@
 #include "kalimkit/host/seat/WorkRecorder.h"
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/canvas/MDrawView.h"
@@ -43,16 +44,33 @@ void WorkRecorder::end() {
     _work.clear();
 }
 
+void WorkRecorder::begin(const TesselViewController& editor) {
+    if (!_source || !_store.problem().empty()) return;
+    ui::WorkStart start = _source();
+    start.setUp = editor.drawView()->stepsSetUp();
+    _work = _store.begin(start);
+    // Of before the last work was sent, where there are any: undo goes back beyond it.
+    for (const std::string& earlier : _steps)
+        if (!_work.empty()) _store.record(_work, earlier);
+}
+
+// At no moment there is none.
+void WorkRecorder::moveTo(Source source) {
+    _source = std::move(source);
+    const auto editor = _editor.lock();
+    if (_work.empty() || !editor) return;
+    const std::string before = std::exchange(_work, {});
+    begin(*editor);
+    if (_work.empty()) {
+        _work = before;
+    } else {
+        _store.end(before);
+    }
+}
+
 void WorkRecorder::canvasDidStep(const std::string& step) {
     const auto editor = _editor.lock();
-    if (_work.empty() && editor && _source && _store.problem().empty()) {
-        ui::WorkStart start = _source();
-        start.setUp = editor->drawView()->stepsSetUp();
-        _work = _store.begin(start);
-        // Of before the last work was sent, where there are any: undo goes back beyond it.
-        for (const std::string& earlier : _steps)
-            if (!_work.empty()) _store.record(_work, earlier);
-    }
+    if (_work.empty() && editor) begin(*editor);
     _steps.push_back(step);
     if (!_work.empty()) _store.record(_work, step);
 }

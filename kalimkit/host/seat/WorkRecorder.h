@@ -35,6 +35,10 @@ public:
     // The file that the canvas shows now; told right after it was opened in the place of another.
     void setSource(Source source) { _source = std::move(source); }
 
+    // The file that the work belongs to was saved and has other bytes now, by which it is to be
+    // found: the steps from its beginning go to a work of these, and the one before ends.
+    void moveTo(Source source);
+
     // Goes on with a work that this store has opened, in the editor that is attached: sets the
     // canvas up with the picture, plays the steps, and records those that follow. Answers with what
     // is wrong with it. What could be played is on the canvas then; nothing is recorded any more,
@@ -48,6 +52,8 @@ public:
     void canvasDidRestart() override;
 
 private:
+    void begin(const TesselViewController& editor);
+
     ui::WorkStore& _store;
     std::weak_ptr<TesselViewController> _editor;
     Source _source;
