@@ -76,8 +76,10 @@ DrawnPicture CanvasPainter::drawnPicture(const ShownPicture& picture,
 std::optional<gfx::Rect> CanvasPainter::pictureEdge(const gfx::Context& context) const {
     const CutGlide* const cut = _canvas.shown.changingCut();
     if (cut && !_canvas.shown.showsUncropped) return cut->whole();
-    // Whatever copy is shown, it goes on beyond the part, or ends there less than a pixel away.
-    if (_canvas.shown.isCropped()) return _canvas.shown.picture.part();
+    // Whatever copy is shown, it goes on beyond the part, or ends there less than a pixel away. A
+    // pixel that is cut would let through what a patch covers.
+    if (_canvas.shown.isCropped())
+        return pixelsInside(_canvas.shown.picture.part(), toDevicePixels(context));
     if (!_canvas.content.endsAtPicture()) return std::nullopt;
     return shownPlace(context);
 }

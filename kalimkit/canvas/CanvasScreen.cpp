@@ -176,13 +176,25 @@ void CanvasScreen::draw(gfx::Context& context) {
     _count.begin(window ? window->frames() : 0);
     context.setInterpolation(gfx::Interpolation::High);
     const bool hasLayers = refreshLayers();
+    const CutGlide* const cut = _canvas.shown.changingCut();
+    if (!cut) return drawView(context, hasLayers);
+    // As one, so that where the edge cuts a pixel nothing is seen through what covers it.
+    const gfx::AffineTransform shown = _canvas.shown.transform();
+    const gfx::GraphicsStateGuard guard(context);
+    context.concat(shown);
+    context.clipToRect(cut->shown());
+    context.concat(shown.inverted());
+    context.beginTransparencyGroup();
+    drawView(context, hasLayers);
+    context.endTransparencyGroup();
+}
+
+void CanvasScreen::drawView(gfx::Context& context, bool hasLayers) {
     const gfx::AffineTransform shown = _canvas.shown.transform();
     const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);
-    const auto edge = further.isIdentity() ? std::nullopt : edgeOnScreen();
     const auto inCanvas = [&](auto draw) {
         const gfx::GraphicsStateGuard guard(context);
         context.concat(shown);
-        if (edge) context.clipToRect(*edge);
         draw();
     };
     // While the view moves the ground is drawn as it is, so that the photo reaches to the edges;
@@ -193,13 +205,16 @@ void CanvasScreen::draw(gfx::Context& context) {
         inCanvas([&] { paintGround(context, shown.inverted().apply(_canvas.view.bounds())); });
     }
     inCanvas([&] { drawLivePatches(context); });
-    if (hasLayers && edge) {
+    if (hasLayers && further.isIdentity()) {
+        _layers.show(CanvasLayers::Items, context);
+    } else if (hasLayers) {
         inCanvas([&] {
+            // The layer's own edge is not on whole pixels any more.
+            if (_canvas.shown.isCropped())
+                context.clipToRect(*_canvas.painter.pictureEdge(context));
             context.concat(shown.inverted());
             _layers.show(CanvasLayers::Items, context, further);
         });
-    } else if (hasLayers) {
-        _layers.show(CanvasLayers::Items, context, further);
     } else {
         inCanvas([&] { drawRestingItems(context); });
     }
@@ -209,18 +224,12 @@ void CanvasScreen::draw(gfx::Context& context) {
     });
 }
 
-// Where all that is shown ends while the layers, which may show more, are on their way.
-std::optional<gfx::Rect> CanvasScreen::edgeOnScreen() const {
-    if (const CutGlide* const cut = _canvas.shown.changingCut()) return cut->shown();
-    if (!_canvas.shown.isCropped()) return std::nullopt;
-    return _canvas.shown.picture.part();
-}
-
 void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
     const CanvasPainter& painter = _canvas.painter;
     const gfx::GraphicsStateGuard guard(context);
     const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
-    if (_canvas.shown.isCropped()) context.clipToRect(*painter.pictureEdge(context));
+    if (_canvas.shown.isCropped() && !_canvas.shown.changingCut())
+        context.clipToRect(*painter.pictureEdge(context));
     // Edges that lie between pixels would show the fill through as a hairline around the picture.
     const double scale =
         ui::Environment::current().screen().scale * _canvas.shown.zoom.shownScale();

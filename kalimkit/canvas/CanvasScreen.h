@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "kalimkit/canvas/CanvasLayers.h"
 #include "kalimkit/canvas/DrawnTools.h"
 #include "kalimkit/canvas/FrameCount.h"
@@ -68,7 +66,7 @@ private:
     const ToolList& createdTools();
     bool refreshLayers();
 
-    std::optional<gfx::Rect> edgeOnScreen() const;
+    void drawView(gfx::Context& context, bool hasLayers);
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     bool isResting(const MDrawTool& patch) const;

@@ -36,6 +36,20 @@ gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& to
     return toSurface.inverted().apply(aligned);
 }
 
+gfx::Rect pixelsInside(const gfx::Rect& rect, const gfx::AffineTransform& toPixels) {
+    // Of a pixel; forgives what transforms lose.
+    constexpr double tolerance = 1e-4;
+    const bool keepsAxes =
+        (toPixels.a == 0 && toPixels.d == 0) || (toPixels.b == 0 && toPixels.c == 0);
+    if (!keepsAxes || !toPixels.isInvertible()) return rect;
+    const gfx::Rect shown = toPixels.apply(rect);
+    const double left = std::ceil(shown.minX() - tolerance);
+    const double top = std::ceil(shown.minY() - tolerance);
+    const gfx::Rect pixels(left, top, std::floor(shown.maxX() + tolerance) - left,
+                           std::floor(shown.maxY() + tolerance) - top);
+    return pixels.isEmpty() ? rect : toPixels.inverted().apply(pixels);
+}
+
 gfx::Rect alongPicture(const gfx::Rect& content, const gfx::Rect& picture,
                        const gfx::Rect& shownPicture) {
     const auto moved = [](double edge, double from, double to) { return edge == from ? to : edge; };

@@ -21,6 +21,10 @@ KALIM_API gfx::AffineTransform canvasToView(gfx::Point center, gfx::Point seenAt
 KALIM_API gfx::Rect pixelAlignedRect(const gfx::Rect& rect, const gfx::AffineTransform& toSurface,
                                      double scale, gfx::PixelSize raster);
 
+// The device pixels that lie in a rectangle as a whole; the rectangle itself where it is turned by
+// less than a quarter, or holds no pixel. `toPixels` carries its points to device pixels.
+KALIM_API gfx::Rect pixelsInside(const gfx::Rect& rect, const gfx::AffineTransform& toPixels);
+
 // The content's rectangle with the edges that it shares with the picture moved to where the picture
 // is really shown, so that no rim of the background peeps out beside it.
 KALIM_API gfx::Rect alongPicture(const gfx::Rect& content, const gfx::Rect& picture,

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "kalimkit/canvas/PictureCutStep.h"
 #include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/MDrawMosiac.h"
 #include "kalimkit/shapes/MDrawText.h"
 #include "kalimkit/tool/MUndoManager.h"
 #include "tests/canvas/CanvasHost.h"
@@ -169,6 +172,70 @@ TEST(MDrawViewCut, NothingOutsideIsSeen) {
             }
         }
         EXPECT_EQ(outside, 0);
+    }
+}
+
+// Of what a picture shows, the most colourful pixel, 0 to 1.
+double mostColourful(const gfx::Bitmap& seen) {
+    double most = 0;
+    for (int y = 0; y < seen.height(); ++y) {
+        for (int x = 0; x < seen.width(); ++x) {
+            const gfx::Color color = seen.colorAt(x, y);
+            const auto [low, high] = std::minmax({color.red, color.green, color.blue});
+            most = std::max(most, (high - low) * color.alpha);
+        }
+    }
+    return most;
+}
+
+TEST(MDrawViewCut, WhatAPatchHidesStaysHiddenThroughCutsTurnsAndUndos) {
+    CanvasHost host;
+    MDrawView& canvas = *host.canvas;
+    canvas.setClipsToPicture(true);
+    // Grey but for what is hidden, the blocks of which are grey as well.
+    gfx::Bitmap bitmap(300, 200);
+    for (int y = 0; y < 200; ++y) {
+        for (int x = 0; x < 300; ++x) {
+            const bool isHidden = x >= 100 && x < 160 && y >= 60 && y < 120;
+            const gfx::Color red{1, 0, 0, 1};
+            const gfx::Color cyan{0, 1, 1, 1};
+            const gfx::Color checks = (x + y) % 2 == 0 ? red : cyan;
+            bitmap.setColorAt(x, y, isHidden ? checks : gfx::Color{0.5, 0.5, 0.5, 1});
+        }
+    }
+    canvas.setCanvasBasis(300);
+    canvas.setSnipImage(
+        host.environment().device().makeImage(bitmap, 1, gfx::ImageOrientation::Up));
+    EXPECT_GT(mostColourful(*canvas.exportImageForScale()->pixels()), 0.5);
+    const auto patch = MDrawMosiac::initWithStartPoint({99.7, 59.6});
+    patch->drawThrough(std::vector<gfx::Point>{{160.4, 120.3}});
+    ASSERT_TRUE(canvas.addTool(patch));
+    const auto expectHidden = [&](const std::string& when) {
+        for (const auto& image : {canvas.exportImageForScale(), canvas.exportImage(),
+                                  canvas.exportImageAtPictureScale(), canvas.exportUncutImage()}) {
+            EXPECT_LT(mostColourful(*image->pixels()), 0.02) << when;
+        }
+    };
+    // Edges that cut the patch, and half pixels of the view.
+    const PictureCut cuts[] = {{gfx::Rect(80, 40, 111, 69), 1},
+                               {std::nullopt, 2},
+                               {gfx::Rect(105, 63, 33, 31), 3},
+                               {gfx::Rect(0, 0, 131, 97), 0}};
+    for (const PictureCut& cut : cuts) {
+        ASSERT_TRUE(canvas.setPictureCut(cut));
+        for (const double moment : {0.07, 0.07, 0.07, 1.0}) {
+            host.wait(moment);
+            expectHidden("turned " + std::to_string(cut.quarterTurns));
+        }
+    }
+    canvas.handlePinchGesture(ui::GestureState::Began, 1, {195, 422});
+    canvas.handlePinchGesture(ui::GestureState::Changed, 0.83, {195.3, 400});
+    expectHidden("pinched");
+    canvas.handlePinchGesture(ui::GestureState::Ended, 0.83, {195.3, 400});
+    while (canvas.pictureCut() != PictureCut{}) {
+        ASSERT_TRUE(canvas.undo());
+        host.wait(0.12);
+        expectHidden("undone");
     }
 }
 
