@@ -112,7 +112,8 @@ Opened open(OpenedFile photo, const EditOptions& options) {
 class Session : public TesselViewControllerDelegate {
 public:
     Session(::SDL_Window* sdl, const EditOptions& options, EditOutput output)
-        : _options(options),
+        : _sdl(sdl),
+          _options(options),
           _output(std::move(output)),
           _document(options),
           _window(sdl, options.scale),
@@ -126,14 +127,12 @@ public:
             const bool isFree = _options.isScreenSize || !isFormatGiven;
             return isFree ? std::nullopt : _output.problemOf(size);
         });
-        const auto take = [this, sdl](const std::string& path, bool isDocument) {
-            _output.follow(_options, path);
+        const auto takeOther = [this](const std::string& path, bool isDocument) {
+            take(path, isDocument);
             _recovery.follow(path);
-            _document.follow(path, isDocument);
-            SDL_SetWindowTitle(sdl, titleOf(path.empty() ? "clipboard" : path).c_str());
         };
-        _window.setPictureTaken([take](const std::string& path) { take(path, false); });
-        _window.setDocumentTaken([take](const std::string& path) { take(path, true); });
+        _window.setPictureTaken([=](const std::string& path) { takeOther(path, false); });
+        _window.setDocumentTaken([=](const std::string& path) { takeOther(path, true); });
         _window.setDocumentSaver([this] { saveDocument(); });
     }
 
@@ -187,6 +186,13 @@ public:
     }
 
 private:
+    // What is edited is this file now, or the clipboard's picture for an empty path.
+    void take(const std::string& path, bool isDocument) {
+        _output.follow(_options, path);
+        _document.follow(path, isDocument);
+        SDL_SetWindowTitle(_sdl, titleOf(path.empty() ? "clipboard" : path).c_str());
+    }
+
     // Presents the editor. Whether it has a picture or a document.
     bool show(OpenedFile photo, const std::shared_ptr<Session>& self) {
         _picture = _window.origins().make(_window.environment().device(), photo);
@@ -209,8 +215,9 @@ private:
     // Unfinished work comes before the document inside, which it may have begun with.
     void startRecovery(EditRecovery::File file, bool isAsked) {
         const auto bytes = std::make_shared<const codec::Bytes>(file.bytes);
-        const auto pictureOf = [this, bytes](const std::string& sha256) {
-            return pictureForWork(*bytes, sha256);
+        const auto pictureOf = [this, bytes](const std::string& sha256,
+                                             const codec::Bytes* pasted) {
+            return pasted ? pastedPicture(*pasted) : pictureForWork(*bytes, sha256);
         };
         _recovery.start(std::move(file), pictureOf, [this, bytes, isAsked] {
             if (isAsked) askAboutInside(bytes);
@@ -224,6 +231,12 @@ private:
         OpenedFile opened = openBytes(bytes, _options.photo);
         const gfx::ImageRef image = _window.origins().make(_window.environment().device(), opened);
         return image ? image : _picture;
+    }
+
+    gfx::ImageRef pastedPicture(const codec::Bytes& bytes) {
+        OpenedFile opened = openBytes(bytes, ".", {.isFlat = true});
+        take("", false);
+        return _window.origins().make(_window.environment().device(), opened);
     }
 
     void askAboutInside(const std::shared_ptr<const codec::Bytes>& bytes) {
@@ -322,6 +335,7 @@ private:
         end(failure);
     }
 
+    ::SDL_Window* _sdl;
     const EditOptions& _options;
     EditOutput _output;
     EditDocument _document;

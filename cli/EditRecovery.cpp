@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/Complaint.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/document/DocumentText.h"
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/host/files/OpenedFile.h"
@@ -14,6 +15,10 @@ namespace kalim::cli {
 
 namespace {
 
+std::string hashOf(codec::ByteSpan bytes) {
+    return sha256({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
 WorkRecorder::Source sourceOf(EditRecovery::File file) {
     const auto kept = std::make_shared<const EditRecovery::File>(std::move(file));
     return [kept]() -> ui::WorkStart { return {kept->name, kept->sha256, kept->bytes, {}}; };
@@ -22,7 +27,7 @@ WorkRecorder::Source sourceOf(EditRecovery::File file) {
 }  // namespace
 
 EditRecovery::File EditRecovery::makeFile(const std::string& path, codec::Bytes bytes) {
-    std::string hash = sha256({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    std::string hash = hashOf(bytes);
     return {path.substr(path.find_last_of('/') + 1), std::move(bytes), std::move(hash)};
 }
 
@@ -48,7 +53,9 @@ void EditRecovery::start(File file, PictureOf pictureOf, std::function<void()> w
 
 void EditRecovery::follow(const std::string& path) {
     codec::Bytes bytes;
-    if (!_recorder || path.empty() || readOpenable(path, bytes)) return;
+    if (!_recorder) return;
+    if (path.empty()) return followClipboard();
+    if (readOpenable(path, bytes)) return;
     _recorder->setSource(sourceOf(makeFile(path, std::move(bytes))));
 }
 
@@ -58,6 +65,15 @@ void EditRecovery::save(const std::string& path) {
     File file = makeFile(path, std::move(bytes));
     _sha256 = file.sha256;
     _recorder->moveTo(sourceOf(std::move(file)));
+}
+
+// What was pasted is in no file that could be opened again: its work is found by the file that the
+// window was opened with.
+void EditRecovery::followClipboard() {
+    const auto origin = _window.origins().find(_window.seat().canvas()->sourceImage());
+    if (!origin) return;
+    _recorder->setSource(
+        sourceOf({"clipboard", {origin->data.begin(), origin->data.end()}, _sha256}));
 }
 
 void EditRecovery::end() {
@@ -87,7 +103,9 @@ void EditRecovery::goOnWith(const std::string& id) {
         reading.needsBytes = false;
         const ReadDocument setUp = readDocument(work->setUp, reading);
         const bool hasPicture = !setUp.problem && setUp.document.picture;
-        const auto picture = _pictureOf(hasPicture ? setUp.document.picture->sha256 : "");
+        const bool isPasted = hashOf(work->bytes) != work->summary.sha256;
+        const auto picture = _pictureOf(hasPicture ? setUp.document.picture->sha256 : "",
+                                        isPasted ? &work->bytes : nullptr);
         if (const auto problem = _recorder->goOnWith(*work, picture)) {
             say("the unfinished drawing cannot be gone on with: " + *problem);
         }

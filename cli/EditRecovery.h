@@ -29,8 +29,10 @@ public:
     EditRecovery(SdlWindow& window, EditOptions::Recovery choice);
 
     // The picture that a work of the file has begun with, by the hash of its bytes, which is empty
-    // for a picture that is the file itself.
-    using PictureOf = std::function<gfx::ImageRef(const std::string& sha256)>;
+    // for a picture that is the file itself. Works on a picture that was pasted in the place of the
+    // file's have its bytes with them; null else.
+    using PictureOf =
+        std::function<gfx::ImageRef(const std::string& sha256, const codec::Bytes* pasted)>;
     // The window's editor shows the file: goes on with unfinished work, or asks whether to.
     // `whenNone` is called once there is none, or the user does not want any.
     void start(File file, PictureOf pictureOf, std::function<void()> whenNone);
@@ -43,6 +45,7 @@ public:
     void end();
 
 private:
+    void followClipboard();
     void offer();
     void goOnWith(const std::string& id);
 
