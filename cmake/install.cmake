@@ -27,6 +27,7 @@ if(TARGET kalimkit)
 endif()
 
 install(FILES LICENSE docs/embedding.md docs/extending.md docs/scenarios.md docs/window.md
+              docs/documents.md docs/kalim.schema.json docs/recovery.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # Those that are listed.

@@ -69,6 +69,21 @@ TEST_F(RenderCommand, MakesThePictureThatTheFirstCanvasExported) {
     EXPECT_EQ(text("large.png"), text("export.png"));
 }
 
+TEST_F(RenderCommand, TheSamePictureComesOfEveryView) {
+    const std::string step = R"({"export":"again.png","at":"picture"})";
+    for (const std::vector<std::string>& screen :
+         std::vector<std::vector<std::string>>{{"--canvas", "320x568", "--scale", "1"},
+                                               {"--canvas", "1280x800", "--editor"},
+                                               {"--scale", "3", "--editor", "--forgiving"}}) {
+        std::vector<std::string> arguments{"play", "-", "--picture", "w.kalim"};
+        arguments.insert(arguments.end(), screen.begin(), screen.end());
+        const ProgramRun done = run(arguments, step);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        EXPECT_EQ(text("again.png"), text("export.png")) << screen.back();
+        fs::remove(folder.path() / "again.png");
+    }
+}
+
 TEST_F(RenderCommand, GoesOnAfterWhatFails) {
     fs::create_directory(folder.path() / "out");
     fs::create_directory(folder.path() / "b");

@@ -264,7 +264,8 @@ Problem ScenarioPlayer::Stage::openDocument(const JsonValue& step) {
 
 Problem ScenarioPlayer::Stage::openDocument(const ScenarioFiles::LoadedDocument& loaded) {
     if (loaded.error) return loaded.error;
-    Problem problem = _canvas->openDocument(loaded.document, loaded.picture);
+    Problem problem = _host ? _host->editor().openDocument(loaded.document, loaded.picture)
+                            : _canvas->openDocument(loaded.document, loaded.picture);
     settle();
     return problem;
 }
