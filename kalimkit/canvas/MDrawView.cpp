@@ -428,6 +428,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     const auto parts = held();
     // Points are those of the view as it is now, also where it has not been displayed since.
     fitIntoView();
+    endCutGlide();
     if (parts->finger.began(event)) View::touchesBegan(event);
 }
 

@@ -226,6 +226,13 @@ void ZoomedCanvasView::glideFrom(const Seen& before) {
     if (_shown->glide) _shown->glide->changeCut(before.content, _shown->content, bounds());
 }
 
+void ZoomedCanvasView::endCutGlide() {
+    if (!_shown->changingCut()) return;
+    _shown->glide = nullptr;
+    setNeedsLayout();
+    setNeedsDisplay();
+}
+
 // Glides from how the view is shown to how it is from now on.
 void ZoomedCanvasView::settleView(const gfx::AffineTransform& from) {
     if (from == mViewTransform() || !window()) return;

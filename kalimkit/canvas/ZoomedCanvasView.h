@@ -122,6 +122,8 @@ protected:
     Seen seen() const;
     void takeCut(const PictureCut& cut);
     void glideFrom(const Seen& before);
+    // The way from one cut to another is over: a finger is to see where it is.
+    void endCutGlide();
 
     CanvasShown& shown() { return *_shown; }
     const CanvasShown& shown() const { return *_shown; }

@@ -154,6 +154,25 @@ TEST(MDrawViewCut, ATurnIsSeenTurningAndIsCutShortByTwoFingers) {
     canvas.handlePinchGesture(ui::GestureState::Began, 1, {195, 422});
     EXPECT_GT(shown({10, 180}), 0);
     canvas.handlePinchGesture(ui::GestureState::Ended, 1, {195, 422});
+    host.wait(1);
+    // A finger that draws sees where, and nothing moves any more when motion is to be reduced.
+    ASSERT_TRUE(canvas.undo());
+    host.wait(0.125);
+    EXPECT_GT(shown({195, 240}), 0);
+    host.down({195, 422});
+    EXPECT_EQ(shown({195, 240}), 0);
+    host.up();
+    host.environment().setPrefersReducedMotion(true);
+    ASSERT_TRUE(canvas.redo());
+    EXPECT_GT(shown({10, 180}), 0);
+    // Another size of the view, in the middle of the way.
+    host.environment().setPrefersReducedMotion(false);
+    ASSERT_TRUE(canvas.undo());
+    host.wait(0.1);
+    canvas.setFrame({0, 0, 200, 400});
+    host.window().display();
+    EXPECT_NEAR(canvas.mViewTransform().apply(canvas.ctxRect()).size.width, 200, 1e-9);
+    EXPECT_EQ(shown({100, 100}), 0);
 }
 
 TEST(MDrawViewCut, NothingOutsideIsSeen) {
