@@ -1,5 +1,6 @@
 // The page: a picture comes in by a file, a drop or the clipboard, and goes out marked up.
 
+import { nameOf } from './kalimkit/host/browser/keys.js';
 import './npm/src/element.js';
 import { keepForOffline } from './offline.js';
 import { language, say } from './texts.js';
@@ -15,7 +16,9 @@ const title = document.title;
 let pictureName = 'picture';
 let sent = null;
 
-const imageOf = (files) => [...files].find(({ type }) => type.startsWith('image/')) ?? files[0];
+const isDocument = ({ name = '' }) => /\.kalim$/i.test(name);
+const imageOf = (files) =>
+  [...files].find((file) => file.type.startsWith('image/') || isDocument(file)) ?? files[0];
 const fileOf = (blob) =>
   new File([blob], `${pictureName}-annotated.${endings[blob.type] ?? 'png'}`, { type: blob.type });
 
@@ -47,11 +50,20 @@ function show(blob) {
   result.showModal();
 }
 
-function download() {
+function giveFile(address, name) {
   const link = document.createElement('a');
-  link.href = $('preview').src;
-  link.download = fileOf(sent).name;
+  link.href = address;
+  link.download = name;
   link.click();
+}
+
+// The document of what is open.
+async function saveDocument() {
+  const saved = await editor.getDocument().catch(({ message }) => alert(message));
+  if (!saved) return;
+  const address = URL.createObjectURL(saved);
+  giveFile(address, `${pictureName}.kalim`);
+  setTimeout(URL.revokeObjectURL, 60000, address);
 }
 
 async function tell(work, done) {
@@ -65,7 +77,7 @@ async function tell(work, done) {
 }
 
 document.documentElement.lang = language;
-for (const id of ['hint', 'open', 'ready', 'download', 'copy', 'share', 'keep', 'another']) {
+for (const id of ['hint', 'open', 'ready', 'download', 'copy', 'share', 'document', 'keep', 'another']) {
   $(id).textContent = say[id];
 }
 $('file').disabled = false;
@@ -100,10 +112,11 @@ result.addEventListener('close', () => {
   sent = null;
   editor.focus();
 });
-$('download').addEventListener('click', download);
+$('download').addEventListener('click', () => giveFile($('preview').src, fileOf(sent).name));
 $('copy').addEventListener('click', () => tell(
   () => navigator.clipboard.write([new ClipboardItem({ 'image/png': pngOf(sent) })]), say.copied));
 $('share').addEventListener('click', () => tell(() => navigator.share({ files: [fileOf(sent)] }), ''));
+$('document').addEventListener('click', saveDocument);
 $('keep').addEventListener('click', () => result.close());
 $('another').addEventListener('click', () => {
   result.close();
@@ -115,6 +128,16 @@ $('file').addEventListener('change', () => {
   $('file').value = '';
   open(file);
 });
+// Before the editor, and in the place of what browsers do by themselves.
+document.addEventListener('keydown', (event) => {
+  const key = nameOf(event);
+  if (key !== 'ctrl+shift+s' && key !== 'ctrl+o') return;
+  event.preventDefault();
+  event.stopPropagation();
+  if (result.open || event.repeat) return;
+  if (key === 'ctrl+o') $('file').click();
+  else saveDocument();
+}, { capture: true });
 document.addEventListener('paste', (event) => {
   if (event.defaultPrevented || !event.clipboardData.files.length) return;
   event.preventDefault();

@@ -5,6 +5,7 @@ import { penOf, rgbOf, widthOf } from './choices.js';
 import { fetchPicture, moduleError, titleOf } from './loading.js';
 import { sheetOf } from './look.js';
 import { Mirror } from './mirror.js';
+import { Recovery } from './Recovery.js';
 import { Sign } from './sign.js';
 
 // What takes an attribute's value to the editor; throws for a value that is none.
@@ -14,7 +15,7 @@ const choices = {
   'line-width': (editor, value) => editor.chooseLineWidth(widthOf(value)),
 };
 // Properties that are their attributes' texts.
-const texts = { src: 'src', wasmUrl: 'wasm-url', wheel: 'wheel', unsent: 'unsent' };
+const texts = { src: 'src', wasmUrl: 'wasm-url', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery' };
 const properties = [
   ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'screenSize', 'grow', 'strings',
 ];
@@ -49,7 +50,7 @@ function makeCorners() {
 
 // A server has no elements, and defines none.
 export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
-  static observedAttributes = ['src', 'type', 'quality', 'wheel', ...Object.keys(choices)];
+  static observedAttributes = ['src', 'type', 'quality', 'wheel', 'recovery', ...Object.keys(choices)];
 
   #stage;
   #idle;
@@ -67,8 +68,15 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #told = closed;
   // { canvas, editor, mirror, ready }: the editor and its mirror are null until the promise is kept.
   #session = null;
-  // The task that ends the session of an element that has left its document.
+  // The task that lays an element aside that has left its document.
   #leaving = 0;
+  // The session waits for the element to come back.
+  #isAway = false;
+  #recovery = new Recovery({
+    tell: (detail) => this.#tell('kalim-recover', detail, true),
+    goOn: (work) => this.#goOn(work),
+    warn: (error) => this.#warn(error),
+  });
 
   constructor() {
     super();
@@ -82,7 +90,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   // ---- pictures
 
-  async open(picture) {
+  async open(picture, { inside } = {}) {
     if (picture === null || picture === undefined) throw new TypeError('There is no picture to open');
     const before = this.#picture;
     this.#picture = picture;
@@ -91,7 +99,13 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       return false;
     }
     try {
-      return await this.#show(picture);
+      if (this.#recovery.isLooking) {
+        this.#begin();
+        // A work of before takes the place of what is asked for until then.
+        if (await this.#recovery.isGoingOn() || this.#picture !== picture) return false;
+      }
+      const source = (signal) => this.#sourceOf(picture, signal);
+      return await this.#show(picture, source, (editor, given) => editor.open(given, this.#settings(inside)));
     } catch (error) {
       // What was open still is.
       if (this.#picture === picture) this.#picture = this.isOpen ? before : null;
@@ -108,6 +122,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   close() {
     this.#picture = null;
+    this.#recovery.discard();
     this.#end();
   }
 
@@ -119,6 +134,10 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     if (!this.isOpen) return null;
     const scale = screenSize ? 'screen' : 'picture';
     return this.#editor.exportImage({ scale, type, quality });
+  }
+
+  async getDocument(options) {
+    return this.isOpen ? this.#editor.getDocument(options) : null;
   }
 
   pickPicture() {
@@ -242,6 +261,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     clearTimeout(this.#leaving);
     this.shadowRoot.adoptedStyleSheets = [sheetOf(this.ownerDocument)];
     for (const name of properties) this.#upgrade(name);
+    if (this.#isAway) return this.#comeBack();
+    this.#recovery.start(() => this.recovery);
     if (this.#picture !== null && !this.#opening) this.#openUnasked(this.#picture);
   }
 
@@ -249,12 +270,13 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   disconnectedCallback() {
     this.#editor?.cancelTouches();
     clearTimeout(this.#leaving);
-    this.#leaving = setTimeout(() => this.#end());
+    this.#leaving = setTimeout(() => this.#goAway());
   }
 
   // Nothing that was made in one document is of use in another.
   adoptedCallback() {
     this.#end();
+    this.#recovery.stop();
   }
 
   attributeChangedCallback(name, before, value) {
@@ -263,6 +285,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       else this.#openUnasked(value);
     } else if (name in choices) {
       if (value !== null && !this.#isFollowing) this.#choose(name, value);
+    } else if (name === 'recovery') {
+      if (this.isConnected && !this.isOpen) this.#recovery.start(() => this.recovery);
     } else if (name === 'wheel') {
       this.#editor?.setWheel(value);
     } else {
@@ -293,7 +317,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     }
   }
 
-  async #show(picture) {
+  // Has the editor open what `load` brings; both answer as open() does.
+  async #show(picture, load, open) {
     this.#opening?.abort();
     this.#offering?.abort();
     const opening = new AbortController();
@@ -304,10 +329,12 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     try {
       const session = this.#begin();
       // It is waited for only once the editor is there.
-      const source = this.#sourceOf(picture, signal);
+      const source = load(signal);
       source.catch(() => {});
       await session.ready;
-      if (signal.aborted || !(await session.editor.open(source, this.#settings())) || signal.aborted) return false;
+      if (signal.aborted) return false;
+      session.editor.setWorks(this.#recovery.works);
+      if (!(await open(session.editor, source)) || signal.aborted) return false;
       // The user may have taken another one meanwhile.
       this.#picture = picture;
       return true;
@@ -321,7 +348,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   // The editor shows a picture, asked for or taken by the user.
-  #shown({ picture, width, height, isOffered }) {
+  #shown({ picture, width, height, isOffered, mediaType }) {
     const { canvas } = this.#session;
     const { activeElement } = this.getRootNode();
     canvas.classList.add('open');
@@ -331,7 +358,19 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#showFailure(null);
     if (isOffered) this.#picture = picture;
     else this.#chooseAll();
-    this.#tell('kalim-open', { ...titleOf(picture), width, height });
+    const title = titleOf(picture);
+    this.#tell('kalim-open', { ...title, type: mediaType || title.type, width, height });
+  }
+
+  // Goes on with a work of before.
+  async #goOn(work) {
+    let problem;
+    const isShown = await this.#show(work.file, async () => work, async (editor) => {
+      problem = await editor.goOn(work, this.#settings());
+      return problem !== undefined;
+    });
+    if (problem) this.#recovery.works?.giveUp(new Error(problem));
+    return isShown;
   }
 
   #showWorking(isWorking) {
@@ -345,8 +384,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   // These hold for the next picture.
-  #settings() {
+  #settings(inside = this.inside) {
     return {
+      inside: inside ?? 'ask',
       language: languageAround(this),
       strings: this.strings,
       type: this.type,
@@ -448,8 +488,10 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     });
     on('error', ({ detail }) => {
       this.#failed(detail.error);
-      // One that has stopped is of no more use.
-      if (editor === this.#editor && !this.isOpen) this.close();
+      // One that has stopped is of no more use; what was drawn may be gone on with.
+      if (editor !== this.#editor || this.isOpen) return;
+      this.#recovery.leave();
+      this.close();
     });
   }
 
@@ -468,6 +510,12 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     if (!this.isOpen) this.#showFailure(error);
   }
 
+  // What the user does not have to know: work goes on.
+  #warn(error) {
+    if (!this.#tell('kalim-warning', { error }, true)) return;
+    console.warn(`<kalim-editor> goes on without recovery: ${error.message}`);
+  }
+
   #tellChange() {
     const { canUndo, canRedo, toolCount: count, dirty } = this;
     this.#told = { canUndo, canRedo, count, dirty };
@@ -479,8 +527,28 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       new CustomEvent(type, { detail, cancelable, bubbles: true, composed: true }));
   }
 
+  // What is open stays as it is, but nothing of the page refers to it: it goes with the element.
+  #goAway() {
+    if (!this.isOpen) return this.#end();
+    this.#isAway = true;
+    this.#recovery.pause();
+    this.#session.watching.abort();
+    this.#editor.suspend();
+  }
+
+  #comeBack() {
+    this.#isAway = false;
+    this.#session.watching = new AbortController();
+    this.#watchPage(this.#session.watching.signal);
+    this.#editor.resume();
+    this.#recovery.resume();
+  }
+
   // Gives everything back; the picture is kept for the next time in a document.
   #end() {
+    this.#isAway = false;
+    if (this.isConnected) this.#recovery.leave();
+    else this.#recovery.stop();
     this.#opening?.abort();
     this.#offering?.abort();
     this.#opening = null;

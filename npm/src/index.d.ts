@@ -1,4 +1,7 @@
-/** A picture's address, or a file, a blob or whatever else `createImageBitmap` takes. */
+/**
+ * A picture's address, or a file, a blob or whatever else `createImageBitmap` takes. A document's file or
+ * address opens with all that was drawn.
+ */
 export type KalimPicture = string | URL | ImageBitmapSource;
 
 /** What a picture is drawn on with. */
@@ -16,12 +19,20 @@ export interface KalimExportOptions {
   screenSize?: boolean;
 }
 
+/** Of a PNG with a document inside: go on with what was drawn, or open the picture alone. */
+export type KalimInside = 'reopen' | 'flat';
+
+export interface KalimDocumentOptions {
+  /** Burns the mosaics in and leaves nothing that a crop has cut off, so that it may be given away. */
+  sealed?: boolean;
+}
+
 export interface KalimHistory {
   canUndo: boolean;
   canRedo: boolean;
   /** How many things are drawn. */
   count: number;
-  /** Whether something was drawn or cropped that was not sent. */
+  /** As the element's. */
   dirty: boolean;
 }
 
@@ -51,6 +62,13 @@ export interface KalimEditorElementEventMap {
    * Both go to the console, and a picture's failure into its place, unless a listener prevents it.
    */
   'kalim-error': CustomEvent<{ error: Error; remedy: string }>;
+  /**
+   * With `recovery`: there is unfinished work, with so many steps. The element goes on with it, instead of what it
+   * was to open, unless a listener prevents that; the work then waits until another one is begun under its key.
+   */
+  'kalim-recover': CustomEvent<{ name: string; began: Date; steps: number }>;
+  /** Work cannot be kept, and goes on without recovery. Told once, to the console unless a listener prevents it. */
+  'kalim-warning': CustomEvent<{ error: Error }>;
 }
 
 /**
@@ -80,6 +98,10 @@ export class KalimEditorElement extends HTMLElement {
   wheel: 'ctrl' | null;
   /** `lose` keeps the browser from asking before the user leaves unsent work. */
   unsent: 'lose' | null;
+  /** What becomes of a PNG with a document inside; the user is asked by default. */
+  inside: KalimInside | null;
+  /** Under this key what is drawn is kept in the browser, so that a reload or a crash loses nothing. */
+  recovery: string | null;
   /** Texts of the editor, found by the Chinese ones; new ones count from the next picture on. */
   get strings(): Record<string, string>;
   set strings(strings: Record<string, string> | null);
@@ -87,9 +109,9 @@ export class KalimEditorElement extends HTMLElement {
   /**
    * Opens a picture in a new editor. Answers whether it is shown: not when another was asked for or
    * the element was removed meanwhile, and not before the element is in a document. Rejects when the
-   * picture cannot be had; what was open still is.
+   * picture cannot be had, or the document not be understood, with its place; what was open still is.
    */
-  open(picture: KalimPicture): Promise<boolean>;
+  open(picture: KalimPicture, options?: { inside?: KalimInside }): Promise<boolean>;
   /**
    * As `open`, but an editor that is open asks the user first when something would be lost, and says itself
    * when the picture cannot be read. Answers once the user has; another one that is offered takes its place.
@@ -97,12 +119,17 @@ export class KalimEditorElement extends HTMLElement {
   offer(picture: Blob | string | URL): Promise<boolean>;
   /** Has the user choose another picture for the editor that is open; in answer to what the user did. */
   pickPicture(): void;
-  /** Takes the editor away without asking. */
+  /** Takes the editor away without asking, and gives its memory back. */
   close(): void;
   readonly isOpen: boolean;
 
   /** The picture with all that is drawn on it; null while none is open. */
   exportImage(options?: KalimExportOptions): Promise<Blob | null>;
+  /**
+   * The picture's own file and what is drawn on it, as a document that `open` takes again; null while none is
+   * open. One that is not sealed counts as saved.
+   */
+  getDocument(options?: KalimDocumentOptions): Promise<Blob | null>;
 
   /** Whether there was something to do. */
   undo(): boolean;
@@ -110,7 +137,7 @@ export class KalimEditorElement extends HTMLElement {
   readonly canUndo: boolean;
   readonly canRedo: boolean;
   readonly toolCount: number;
-  /** Whether something was drawn or cropped that was not sent. */
+  /** Whether there is a step that can be undone and was neither sent nor saved, or a text that is being typed. */
   readonly dirty: boolean;
 
   /** These throw a RangeError for a value that is none, and set the properties. */
@@ -148,6 +175,8 @@ export interface KalimEditorOptions {
   grow?: boolean;
   /** `ctrl` leaves a wheel without that key to the page. */
   wheel?: 'always' | 'ctrl';
+  /** What becomes of a PNG with a document inside. */
+  inside?: KalimInside | 'ask';
   /** Where in the page the content's corners are, clockwise from the left upper one; for a turned canvas. */
   corners?: () => { x: number; y: number }[];
 }
@@ -192,6 +221,7 @@ export class KalimEditor extends EventTarget {
     Promise<Blob | null>;
   exportImageAtPictureScale(options?: { type?: KalimImageType; quality?: number }):
     Promise<Blob | null>;
+  getDocument(options?: KalimDocumentOptions): Promise<Blob | null>;
   /** Gives the user what would be sent now as a download; false when there is nothing. */
   saveToAlbum(name: string): boolean;
   choosePen(pen: number): void;
@@ -208,6 +238,9 @@ export class KalimEditor extends EventTarget {
   readonly pen: KalimPen | null;
   /** For a canvas that is moved in the page. */
   cancelTouches(): void;
+  /** For a canvas that leaves its document, and when it has come back. */
+  suspend(): void;
+  resume(): void;
   /** Calls the listener whenever the screen may have become different. */
   watchScreen(listener: (() => void) | null): void;
   /** In reading order; null when all is as it was the last time. */

@@ -1,10 +1,12 @@
 #include "kalimkit/host/browser/BrowserEditor.h"
 
+#include <utility>
 #include <vector>
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/StepListener.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 
 namespace kalim {
@@ -39,10 +41,35 @@ public:
     }
 };
 
+// Passes on what has to be kept so that a work survives the page.
+class BrowserEditor::Steps : public StepListener {
+public:
+    explicit Steps(const BrowserEditor& editor) : _editor(editor) {}
+
+    void canvasDidStep(const std::string& step) override {
+        if (!std::exchange(_isSetUp, true)) {
+            const std::string start = _editor.canvas()->stepsSetUp();
+            page::onSetUp(start.data(), static_cast<int>(start.size()));
+        }
+        page::onStep(step.data(), static_cast<int>(step.size()));
+    }
+    void canvasDidRestart() override {
+        _isSetUp = false;
+        page::onRestart();
+    }
+    // The page has the beginning.
+    void goOn() { _isSetUp = true; }
+
+private:
+    const BrowserEditor& _editor;
+    bool _isSetUp = false;
+};
+
 BrowserEditor::BrowserEditor(gfx::Size size, double scale)
     : _environment(makeEnvironment(size, scale)),
       _seat(_environment, size),
-      _delegate(std::make_shared<Delegate>()) {
+      _delegate(std::make_shared<Delegate>()),
+      _steps(std::make_shared<Steps>(*this)) {
     _seat.setCaretHandler([this](ui::TextView* focused, const gfx::Rect& /*caret*/) {
         // The page hears of the end of the focus when it ends.
         if (focused) _environment->textInputChanged(focused);
@@ -72,6 +99,23 @@ void BrowserEditor::open(const gfx::ImageRef& image, bool exportsAtPictureScale,
     dismiss();
     _seat.present(EditorSeat::makeEditor(image, _delegate, {exportsAtPictureScale, grows}),
                   _delegate);
+    _steps->canvasDidRestart();
+    canvas()->setStepListener(_steps);
+}
+
+std::optional<std::string> BrowserEditor::openDocument(const Document& document,
+                                                       const gfx::ImageRef& image,
+                                                       std::span<const std::string> steps) {
+    // The way there is no step of either.
+    canvas()->setStepListener({});
+    auto problem = controller()->openDocument(document, image);
+    _steps->canvasDidRestart();
+    canvas()->setStepListener(_steps);
+    if (!problem && !steps.empty()) {
+        problem = canvas()->replaySteps(steps);
+        _steps->goOn();
+    }
+    return problem;
 }
 
 int BrowserEditor::picture() const {

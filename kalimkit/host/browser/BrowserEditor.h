@@ -1,7 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <span>
+#include <string>
 
+#include "kalimkit/document/Document.h"
 #include "kalimkit/host/browser/BrowserEnvironment.h"
 #include "kalimkit/host/seat/EditorSeat.h"
 
@@ -34,6 +38,10 @@ public:
     // Puts a new editor of the picture in the place of the one there is. What is drawn beyond the
     // picture's edge enlarges the result with `grows`, and is cut there without it.
     void open(const gfx::ImageRef& image, bool exportsAtPictureScale, bool grows);
+    // Opens a document, or goes on with a work of before, in the editor that has just been opened
+    // with its picture. Answers with what is wrong; what is right up to there is on the canvas.
+    std::optional<std::string> openDocument(const Document& document, const gfx::ImageRef& image,
+                                            std::span<const std::string> steps = {});
     // Takes the editor off the window.
     void dismiss() { _seat.present(nullptr); }
     // Both are null without an editor.
@@ -49,11 +57,13 @@ public:
 
 private:
     class Delegate;
+    class Steps;
 
     std::shared_ptr<BrowserEnvironment> _environment;
     ui::EdgeInsets _safeArea;
     EditorSeat _seat;
     std::shared_ptr<Delegate> _delegate;
+    std::shared_ptr<Steps> _steps;
     // Keeps its number in use.
     std::shared_ptr<const gfx::Raster> _exported;
 };

@@ -40,6 +40,13 @@ KALIM_PAGE("pick_image") void pickImage();
 // nothing to the editor until then; the picture is 0 where there is none.
 KALIM_PAGE("on_confirm") void onConfirm(int picture);
 KALIM_PAGE("on_close") void onClose();
+// The user goes on with the drawing in the picture that is open.
+KALIM_PAGE("on_reopen") void onReopen();
+// What the steps on the canvas begin with, told before the first one; a finished step; and that
+// another picture or document has come, of which no step was told yet.
+KALIM_PAGE("on_set_up") void onSetUp(const char* text, int length);
+KALIM_PAGE("on_step") void onStep(const char* text, int length);
+KALIM_PAGE("on_restart") void onRestart();
 // The picture is to go to the clipboard; where it cannot, the page calls copy_failed().
 KALIM_PAGE("copy_picture") void copyPicture(int picture);
 // The user gets the picture as a file.

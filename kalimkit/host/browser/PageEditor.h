@@ -1,10 +1,25 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
+#include "kalimkit/gfx/Image.h"
 #include "kalimkit/host/browser/BrowserEditor.h"
 
 namespace kalim {
 
 // The module's one editor; null before the page has made it and once it has been destroyed.
 BrowserEditor* pageEditor();
+
+// What the page has put into the module's buffer, so many bytes of it, until its next call.
+std::string_view pageText(int length);
+// Gives the buffer's memory back, after something large.
+void dropPageText();
+
+// What a call has to say beside its answer, such as what is wrong; the page takes it at once.
+void setPageAnswer(std::string answer);
+
+// Takes over a picture that the page has numbered; null for 0.
+gfx::ImageRef takePagePicture(int picture);
 
 }  // namespace kalim

@@ -1,5 +1,7 @@
 // The pictures that an editor takes in and gives out.
 
+import { checkFit, readGiven } from './documents.js';
+import { isFile } from './formats.js';
 import { askForFile, decode, download, encode, tooLarge } from './pictures.js';
 
 export class Exchange {
@@ -11,38 +13,70 @@ export class Exchange {
   #given = new WeakMap();
   // The offer that the user has not answered: { id, answer(isTaken) }.
   #pending = null;
+  // The picture about which the user is asked whether to go on with what was drawn on it; null for none.
+  #asking = null;
   #isSending = false;
   #endPicking = () => {};
 
   // target: module(), call(name, ...values), dispatch(type, detail), which tells the page, hold(isHeld)
   // while a picture comes in or goes out, sending() and sent(isDone) around what is sent, needsRoom(),
-  // whether a picture is to be sent at its own size.
+  // whether a picture is to be sent at its own size, and inside(), what becomes of a document in a picture.
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
   }
 
-  // Calls show(id) with the module's number of the picture, or of a promise of one. Answers whether it
-  // did: not when another has been asked for meanwhile. Rejects when the picture cannot be read or sent.
-  async take(picture, needsRoom, show) {
+  // Calls show(id, document) with the module's numbers of the picture, or of a promise of one, and of what was
+  // drawn on it, 0 for nothing. Answers whether it did: not when another has been asked for meanwhile. Rejects
+  // when the picture cannot be read or sent. `inside` is as that of readGiven().
+  async take(picture, needsRoom, inside, show) {
     this.forget();
-    const bitmap = await this.#come(picture, needsRoom, false);
-    if (bitmap) show(this.#target.module().drawing.addPicture(bitmap));
-    return bitmap !== null;
+    const read = (given) => readGiven(this.#target.module(), given, inside);
+    const come = await this.#come(picture, needsRoom, read, false);
+    if (!come) return false;
+    show(this.#target.module().drawing.addPicture(come.bitmap), come.document);
+    this.#ask(come);
+    return true;
   }
 
-  // The same of a picture that the user may refuse; answers when the user has.
+  // The same with the picture of a work of before, { file, name, mediaType }; show(id).
+  async takeBack({ file, name, mediaType }, needsRoom, show) {
+    this.forget();
+    const given = new File([file], name, { type: mediaType || file.type });
+    const read = () => ({ picture: file, mediaType, document: 0, isAsking: false, isBegun: true });
+    const come = await this.#come(given, needsRoom, read, false);
+    if (come) show(this.#target.module().drawing.addPicture(come.bitmap));
+    return come !== null;
+  }
+
+  // The same as take() of a picture that the user may refuse; answers when the user has.
   async offer(picture) {
     ++this.#asked;
-    const bitmap = await this.#come(picture, this.#target.needsRoom(), true);
-    if (!bitmap) return false;
-    const id = this.#target.module().drawing.addPicture(bitmap);
+    const read = (given) => readGiven(this.#target.module(), given, this.#target.inside());
+    const come = await this.#come(picture, this.#target.needsRoom(), read, true);
+    if (!come) return false;
+    const id = this.#target.module().drawing.addPicture(come.bitmap);
     // The question that is up is about this one from now on.
     if (this.#pending) this.#answer(false);
-    return new Promise((answer) => {
+    const isTaken = await new Promise((answer) => {
       this.#pending = { id, answer };
-      this.#target.call('offer', id);
+      if (come.document) this.#target.call('offer_document', come.document, id);
+      else this.#target.call('offer', id);
     });
+    if (isTaken && this.#target.module().isAlive) this.#ask(come);
+    return isTaken;
+  }
+
+  // The picture about which the question was.
+  takeAsked() {
+    const asked = this.#asking;
+    this.#asking = null;
+    return asked;
+  }
+
+  #ask({ given, isAsking }) {
+    this.#asking = isAsking ? given : null;
+    if (isAsking) this.#target.call('ask_to_reopen');
   }
 
   // Whether the user has answered.
@@ -56,8 +90,14 @@ export class Exchange {
     return this.#given.get(this.#target.module().drawing.sourceOf(id));
   }
 
+  // The same with what drawImage takes of it, { given, source }.
+  given(id) {
+    const source = this.#target.module().drawing.sourceOf(id);
+    return { given: this.#given.get(source) ?? {}, source };
+  }
+
   // Null when another one has been asked for meanwhile.
-  async #come(picture, needsRoom, isOffered) {
+  async #come(picture, needsRoom, read, isOffered) {
     const order = this.#asked;
     let isHeld = false;
     const hold = (isNow) => {
@@ -69,12 +109,10 @@ export class Exchange {
     try {
       const given = await picture;
       hold(true);
-      const bitmap = await decode(given);
-      if (order !== this.#asked) {
-        bitmap.close();
-        return null;
-      }
-      return this.#admit(bitmap, given, needsRoom, isOffered);
+      const come = await this.#decoded(given, await read(given), needsRoom, isOffered);
+      if (order === this.#asked) return come;
+      this.#drop(come);
+      return null;
     } catch (error) {
       if (order !== this.#asked) return null;
       throw error;
@@ -83,14 +121,33 @@ export class Exchange {
     }
   }
 
-  #admit(bitmap, picture, needsRoom, isOffered) {
-    const { width, height } = bitmap;
-    if (needsRoom && !this.#target.module().drawing.hasRoom(width, height)) {
-      bitmap.close();
-      throw tooLarge({ width, height });
+  // { given, bitmap, document, isAsking }.
+  async #decoded(given, read, needsRoom, isOffered) {
+    const module = this.#target.module();
+    const come = { given, bitmap: null, document: read.document, isAsking: read.isAsking };
+    try {
+      come.bitmap = await decode(read.picture);
+      checkFit(module, given, read, come.bitmap);
+      this.#admit(come.bitmap, given, read, needsRoom, isOffered);
+      return come;
+    } catch (error) {
+      this.#drop(come);
+      throw error;
     }
-    this.#given.set(bitmap, { picture, width, height, isOffered });
-    return bitmap;
+  }
+
+  #drop({ bitmap, document }) {
+    bitmap?.close();
+    const module = this.#target.module();
+    if (document && module.isAlive) module.call('drop_document', document);
+  }
+
+  #admit(bitmap, picture, read, needsRoom, isOffered) {
+    const { width, height } = bitmap;
+    if (needsRoom && !this.#target.module().drawing.hasRoom(width, height)) throw tooLarge({ width, height });
+    const file = isFile(read.picture) ? read.picture : null;
+    const { mediaType, isBegun = false } = read;
+    this.#given.set(bitmap, { picture, width, height, isOffered, file, mediaType, isBegun });
   }
 
   #answer(isTaken) {
@@ -102,8 +159,9 @@ export class Exchange {
   // What has been asked for is not wanted any more.
   forget() {
     ++this.#asked;
-    if (!this.#pending) return;
-    this.#answer(false);
+    if (!this.#pending && !this.#asking) return;
+    if (this.#pending) this.#answer(false);
+    this.#asking = null;
     if (this.#target.module().isAlive) this.#target.call('withdraw_questions');
   }
 
@@ -175,8 +233,13 @@ export class Exchange {
   // 0 for what cannot be read or sent.
   async #picked(file) {
     try {
-      const bitmap = this.#admit(await decode(file), file, this.#target.needsRoom(), true);
-      return this.#target.module().drawing.addPicture(bitmap);
+      const read = await readGiven(this.#target.module(), file, 'flat');
+      const come = await this.#decoded(file, read, this.#target.needsRoom(), true);
+      if (!come.document) return this.#target.module().drawing.addPicture(come.bitmap);
+      // A document goes the way of those that the page offers.
+      this.#drop(come);
+      this.offer(file).catch((error) => this.#target.dispatch('error', { error }));
+      return -1;
     } catch {
       return 0;
     }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/album/KVAlbumManager.h"
@@ -23,20 +24,10 @@ namespace {
 std::unique_ptr<kalim::BrowserEditor> editor;
 // Doubles, so that whatever lies there is aligned.
 std::vector<double> shared;
-
-std::string_view sharedText(int length) {
-    return {reinterpret_cast<const char*>(shared.data()), static_cast<std::size_t>(length)};
-}
+std::string answer;
 
 kalim::gfx::TextRange range(int begin, int end) {
     return {static_cast<std::size_t>(begin), static_cast<std::size_t>(end)};
-}
-
-// Takes over a picture that the page has numbered; null for 0.
-kalim::gfx::ImageRef takePicture(int picture) {
-    const auto raster = kalim::gfx::HtmlRaster::adopt(picture);
-    if (!raster) return nullptr;
-    return std::make_shared<const kalim::gfx::Image>(raster, 1, kalim::gfx::ImageOrientation::Up);
 }
 
 enum class Phase { Began, Moved, Ended, Cancelled };
@@ -61,11 +52,42 @@ kalim::BrowserEditor* kalim::pageEditor() {
     return editor.get();
 }
 
+std::string_view kalim::pageText(int length) {
+    return {reinterpret_cast<const char*>(shared.data()), static_cast<std::size_t>(length)};
+}
+
+void kalim::dropPageText() {
+    shared = {};
+}
+
+void kalim::setPageAnswer(std::string text) {
+    answer = std::move(text);
+}
+
+kalim::gfx::ImageRef kalim::takePagePicture(int picture) {
+    const auto raster = gfx::HtmlRaster::adopt(picture);
+    if (!raster) return nullptr;
+    return std::make_shared<const gfx::Image>(raster, 1, gfx::ImageOrientation::Up);
+}
+
 // The module's buffer, at least as many bytes; it moves when it grows.
 KALIM_EXPORT("buffer") void* buffer(int bytes) {
     const auto wanted = static_cast<std::size_t>(bytes) / sizeof(double) + 1;
     if (shared.size() < wanted) shared.resize(wanted);
     return shared.data();
+}
+
+// The last call's answer in words or bytes: where it is, how long; and that the page has it.
+KALIM_EXPORT("answer") const char* answerBytes() {
+    return answer.data();
+}
+
+KALIM_EXPORT("answer_length") int answerLength() {
+    return static_cast<int>(answer.size());
+}
+
+KALIM_EXPORT("drop_answer") void dropAnswer() {
+    answer = {};
 }
 
 // ---- making, size, time
@@ -169,13 +191,13 @@ KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
 // The key's name is in the buffer; whether it did something.
 KALIM_EXPORT("press_key") bool pressKey(int length, bool isRepeated) {
     kalim::EditorKeys* const keys = editor->seat().keys();
-    const bool done = keys && keys->press(sharedText(length), isRepeated);
+    const bool done = keys && keys->press(kalim::pageText(length), isRepeated);
     editor->show();
     return done;
 }
 
 KALIM_EXPORT("release_key") void releaseKey(int length) {
-    editor->seat().releaseKey(sharedText(length));
+    editor->seat().releaseKey(kalim::pageText(length));
 }
 
 // ---- the picture
@@ -183,21 +205,21 @@ KALIM_EXPORT("release_key") void releaseKey(int length) {
 // Opens an editor of a picture that the page has numbered. The buffer holds the language of its
 // texts, such as "en-GB".
 KALIM_EXPORT("open") void open(int picture, bool exportsAtPictureScale, bool grows, int length) {
-    editor->environment().setLanguage(sharedText(length));
-    editor->open(takePicture(picture), exportsAtPictureScale, grows);
+    editor->environment().setLanguage(kalim::pageText(length));
+    editor->open(kalim::takePagePicture(picture), exportsAtPictureScale, grows);
     editor->show();
 }
 
 // Shows it in the editor that is open, which asks first when something was drawn.
 KALIM_EXPORT("offer") void offer(int picture) {
-    const kalim::gfx::ImageRef image = takePicture(picture);
+    const kalim::gfx::ImageRef image = kalim::takePagePicture(picture);
     if (auto* const remote = editor->seat().remote()) remote->openPicture(image);
     editor->show();
 }
 
 // Tells why one that was offered cannot be shown; the reason is in the buffer.
 KALIM_EXPORT("refuse") void refuse(int length) {
-    const std::string reason(sharedText(length));
+    const std::string reason(kalim::pageText(length));
     if (auto* const remote = editor->seat().remote()) remote->refusePicture(reason);
     editor->show();
 }
@@ -220,7 +242,7 @@ KALIM_EXPORT("click_pick_image") void clickPickImage() {
 // What the user chose: a picture, 0 for one that cannot be read, less for none.
 KALIM_EXPORT("picked") void picked(int picture) {
     editor->environment().answerPick(picture < 0 ? std::nullopt
-                                                 : std::optional(takePicture(picture)));
+                                                 : std::optional(kalim::takePagePicture(picture)));
     editor->show();
 }
 
@@ -239,7 +261,7 @@ KALIM_EXPORT("end_export") void endExport() {
 
 // The buffer holds the album's name; whether there was a picture to save.
 KALIM_EXPORT("save_to_album") bool saveToAlbum(int length) {
-    const std::string album(sharedText(length));
+    const std::string album(kalim::pageText(length));
     bool isSaved = false;
     const kalim::gfx::ImageRef image =
         editor->controller() ? editor->controller()->exportedImage() : nullptr;
@@ -283,7 +305,7 @@ KALIM_EXPORT("choose_line_width") void chooseLineWidth(double width) {
 KALIM_EXPORT("set_title") void setTitle(bool isCloseButton, int length) {
     if (editor->controller()) {
         editor->controller()->setTopNavigationItemTitle(isCloseButton,
-                                                        std::string(sharedText(length)));
+                                                        std::string(kalim::pageText(length)));
     }
     editor->show();
 }
@@ -308,13 +330,13 @@ KALIM_EXPORT("redo") bool redo() {
 // ---- text, in the buffer; offsets are bytes. False while no text has the focus.
 
 KALIM_EXPORT("insert_text") bool insertText(int length) {
-    const bool done = editor->seat().insertText(sharedText(length));
+    const bool done = editor->seat().insertText(kalim::pageText(length));
     editor->show();
     return done;
 }
 
 KALIM_EXPORT("replace_text") bool replaceText(int begin, int end, int length) {
-    const bool done = editor->seat().replaceText(range(begin, end), sharedText(length));
+    const bool done = editor->seat().replaceText(range(begin, end), kalim::pageText(length));
     editor->show();
     return done;
 }
@@ -324,7 +346,7 @@ KALIM_EXPORT("select_text") bool selectText(int begin, int end) {
 }
 
 KALIM_EXPORT("compose_text") bool composeText(int length, int begin, int end) {
-    const bool done = editor->seat().composeText(sharedText(length), range(begin, end));
+    const bool done = editor->seat().composeText(kalim::pageText(length), range(begin, end));
     editor->show();
     return done;
 }

@@ -2,6 +2,7 @@
 
 import { Choices, Pen, packedColor } from './choices.js';
 import { readDescription } from './description.js';
+import { Documents, pictureFile } from './documents.js';
 import { Clipboard, environment, watchMotion } from './environment.js';
 import { Exchange } from './exchange.js';
 import { watchKeys } from './keys.js';
@@ -21,6 +22,7 @@ const defaults = {
   exportsAtPictureScale: true,
   grow: false,
   wheel: 'always',
+  inside: 'ask',
 };
 // Options that are left out, or null, change nothing.
 const said = (options) => Object.fromEntries(
@@ -48,13 +50,17 @@ export class KalimEditor extends EventTarget {
   #typing;
   #schedule;
   #exchange;
+  #documents;
   #isDestroyed = false;
   #choices = new Choices();
   #news;
   #held = 0;
   #worked = null;
+  #works = null;
   #clipboard = new Clipboard();
   #listening = new AbortController();
+  // Of what the user prefers, while the canvas is in its document.
+  #preferring;
 
   // element: a <canvas> that the page has given a size by its style; it may change. Options:
   //   wasm      where the module is, or the module itself; beside this script by default
@@ -65,6 +71,8 @@ export class KalimEditor extends EventTarget {
   //   grow      true where what is drawn beyond the picture's edge enlarges the result, instead of
   //             being cut there
   //   wheel     'ctrl' leaves a wheel without that key to the page
+  //   inside    of a PNG with a document inside, 'reopen' goes on with what was drawn, 'flat' opens the picture
+  //             alone; otherwise the user is asked
   //   corners   answers where in the page the content's corners are, [{ x, y }, ...] from the left upper one
   //             clockwise; for a canvas that is turned or seen in perspective
   static async create(element, options = {}) {
@@ -82,8 +90,19 @@ export class KalimEditor extends EventTarget {
       dispatch: (type, detail) => this.#dispatch(type, detail),
       hold: (isHeld) => this.#hold(isHeld),
       sending: () => this.#sending(),
-      sent: (isDone) => this.#news.sent(isDone),
+      sent: (isDone) => {
+        this.#news.sent(isDone);
+        if (isDone) this.#works?.end();
+      },
       needsRoom: () => this.#options.exportsAtPictureScale,
+      inside: () => this.#options.inside,
+    });
+    this.#documents = new Documents({
+      module: () => this.#module,
+      call: (name, ...values) => this.#call(name, ...values),
+      given: () => this.#exchange.given(this.#news.state.picture),
+      step: () => this.#news.step,
+      saved: (step) => this.#news.saved(step),
     });
     this.#news = new News({
       tell: (type, detail) => {
@@ -102,21 +121,64 @@ export class KalimEditor extends EventTarget {
     this.#module.destroy();
   }
 
+  // For a canvas that leaves its document and may come back: all stays as it is, and nothing of the page refers
+  // to the editor any more, which goes with the last reference of its owner's.
+  suspend() {
+    this.cancelTouches();
+    this.#schedule.pause(true);
+    this.#screen.stop();
+    this.#pointers.leaveDocument();
+    this.#preferring.abort();
+  }
+
+  // It has come back.
+  resume() {
+    if (!this.#module.isAlive) return;
+    this.#screen.watch();
+    this.#pointers.watchDocument();
+    this.#watchMotion();
+    this.#schedule.pause(false);
+  }
+
   // ---- the picture
 
   // Opens a new editor of a picture: a file, or anything else that createImageBitmap takes, or a promise
-  // of one. Rejects when the browser cannot read it, or could not send it, and nothing is lost then. Answers whether the picture is shown:
+  // of one; a document's file is opened with all that was drawn. Rejects when the browser cannot read it, or could not send it, and nothing is lost then. Answers whether the picture is shown:
   // not when another has been asked for meanwhile. Options, but for wasm, are those of create(), for this
   // picture and the next ones.
   async open(picture, options = {}) {
     const settings = { ...this.#options, ...said(options) };
     // Null is no texts.
     if (options.strings === null) settings.strings = {};
-    return this.#exchange.take(picture, settings.exportsAtPictureScale, (id) => {
+    return this.#exchange.take(picture, settings.exportsAtPictureScale, settings.inside, (id, document) => {
       this.#options = settings;
       const { language, exportsAtPictureScale, grow } = this.#options;
-      this.#call('open', id, exportsAtPictureScale, grow, this.#module.put(language));
+      const values = [id, exportsAtPictureScale, grow, this.#module.put(language)];
+      if (document) this.#call('open_document', document, ...values);
+      else this.#call('open', ...values);
     });
+  }
+
+  // Keeps what is drawn from the next picture on; null for nothing. See Works.
+  setWorks(works) {
+    this.#works = works;
+  }
+
+  // Opens a work of before, as Works.read() answers with it, and goes on with it. Options as those of open().
+  // Answers with what is wrong with its steps, null for nothing: what is right up to there is open. Undefined
+  // when something else has been asked for meanwhile.
+  async goOn(work, options = {}) {
+    const settings = { ...this.#options, ...said(options) };
+    let problem;
+    await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
+      this.#options = settings;
+      const { language, exportsAtPictureScale, grow } = this.#options;
+      for (const text of [work.setUp, ...work.steps]) this.#module.call('tell_work', this.#module.put(text));
+      const isWhole = this.#call('go_on', id, exportsAtPictureScale, grow, this.#module.put(language));
+      problem = isWhole ? null : this.#module.takeText();
+    });
+    if (problem === null) this.#works?.goOn(work);
+    return problem;
   }
 
   // Shows it in the editor that is open, which asks the user first when something was drawn, and
@@ -182,6 +244,12 @@ export class KalimEditor extends EventTarget {
     return this.exportImage({ ...options, scale: 'picture' });
   }
 
+  // The picture's file and all that is drawn on it, as a document that can be opened again; null when nothing is
+  // open. A sealed one may be given away: its picture holds nothing that a mosaic hides or a crop has cut off.
+  getDocument({ sealed = false } = {}) {
+    return this.#documents.save(sealed);
+  }
+
   // Gives the user, as a download, the picture that would be sent now, and files it in an album as far
   // as a page has albums. False when there is nothing to save.
   saveToAlbum(name) {
@@ -235,7 +303,8 @@ export class KalimEditor extends EventTarget {
     return this.#state.toolCount;
   }
 
-  // Whether something was drawn or cropped that was not sent.
+  // Whether a step has been finished since the picture or document was opened, sent or saved, unless all are
+  // undone; or a text is being typed.
   get isUnsent() {
     return this.isOpen && this.#news.isUnsent;
   }
@@ -308,12 +377,17 @@ export class KalimEditor extends EventTarget {
       corners: this.#options.corners,
     });
     this.#screen.watch();
-    watchMotion(this.#listening.signal, (isReduced) => this.#call('reduce_motion', isReduced));
+    this.#watchMotion();
     watchKeys(this.#element, this.#listening.signal, {
       press: (key, isRepeated) => this.#press(key, isRepeated),
       release: (key) => this.#module.call('release_key', this.#module.put(key)),
       paste: (file) => this.offer(file),
     });
+  }
+
+  #watchMotion() {
+    this.#preferring = new AbortController();
+    watchMotion(this.#preferring.signal, (isReduced) => this.#call('reduce_motion', isReduced));
   }
 
   #imports({ heap, drawing }) {
@@ -334,6 +408,10 @@ export class KalimEditor extends EventTarget {
       pick_image: () => this.#exchange.pick(),
       on_confirm: (picture) => this.#exchange.confirm(picture, this.#options),
       on_close: () => this.#tell('close'),
+      on_reopen: () => this.#reopen(),
+      on_set_up: (at, length) => this.#works?.begin(this.#startOf(heap.text(at, length))),
+      on_step: (at, length) => this.#works?.step(heap.text(at, length)),
+      on_restart: () => this.#works?.restart(),
       copy_picture: (picture) => this.#exchange.copy(picture),
       save_picture: (picture) => this.#exchange.save(picture),
     };
@@ -342,6 +420,7 @@ export class KalimEditor extends EventTarget {
   // Does nothing to what the module still draws with.
   #stop() {
     this.#listening.abort();
+    this.#preferring?.abort();
     this.#screen.stop();
     this.#pointers?.stop();
     this.#schedule.stop();
@@ -372,6 +451,23 @@ export class KalimEditor extends EventTarget {
     this.#schedule.plan();
     this.#worked?.();
     return result;
+  }
+
+  // Of a work; what is no file becomes one. Null for a picture that is on its way out.
+  #startOf(setUp) {
+    const { given, source } = this.#exchange.given(this.#news.state.picture);
+    if (!given.picture) return null;
+    const file = given.file ?? pictureFile(given, source).then(({ blob }) => blob);
+    return { file, name: given.picture?.name ?? '', mediaType: given.mediaType, setUp };
+  }
+
+  // The module is in the middle of a call.
+  #reopen() {
+    queueMicrotask(() => {
+      const picture = this.#exchange.takeAsked();
+      if (!picture || !this.#module.isAlive) return;
+      this.open(picture, { inside: 'reopen' }).catch((error) => this.#dispatch('error', { error }));
+    });
   }
 
   // What changes nothing; 0 from a module that is no more.

@@ -44,6 +44,29 @@ export class Module {
     return bytes.length;
   }
 
+  // All one behind the other; how many they are.
+  putBytes(...parts) {
+    const length = parts.reduce((sum, part) => sum + part.length, 0);
+    let at = this.call('buffer', length) >>> 0;
+    for (const part of parts) {
+      this.heap.bytes.set(part, at);
+      at += part.length;
+    }
+    return length;
+  }
+
+  // What the last call had to say beside its answer.
+  takeBytes() {
+    const at = this.call('answer') >>> 0;
+    const bytes = this.heap.bytes.slice(at, at + this.call('answer_length'));
+    this.call('drop_answer');
+    return bytes;
+  }
+
+  takeText() {
+    return new TextDecoder().decode(this.takeBytes());
+  }
+
   putNumbers(numbers) {
     this.heap.doubles.set(numbers, this.call('buffer', numbers.length * 8) >>> 3);
   }

@@ -15,7 +15,6 @@ export const closedState = {
   isResting: true,
   isEditing: false,
   isAsking: false,
-  isCropped: false,
   tool: null,
 };
 
@@ -37,7 +36,6 @@ export function readState(doubles, at) {
     isResting: has(4),
     isEditing: has(8),
     isAsking: has(16),
-    isCropped: has(64),
     // Null until the editor has appeared.
     tool: has(32) ? { tool: penName(pen), color: colorText(color), lineWidth } : null,
   };
@@ -70,11 +68,16 @@ export class News {
     return this.#state;
   }
 
-  // Whether something would be lost that was not sent.
+  // Counts the steps that have come to their end.
+  get step() {
+    return this.#step;
+  }
+
+  // Whether something would be lost that was neither sent nor saved: not where all is as it was opened.
   get isUnsent() {
-    const { toolCount, picture, isCropped: isCut, isEditing } = this.#state;
-    const isCropped = isCut || (picture !== 0 && !this.#target.givenAs(picture));
-    return (toolCount > 0 || isCropped) && (isEditing || this.#step !== this.#sentStep);
+    const { toolCount, undoDepth, isEditing } = this.#state;
+    if (isEditing && toolCount > 0) return true;
+    return undoDepth > 0 && this.#step !== this.#sentStep;
   }
 
   look(state) {
@@ -82,7 +85,9 @@ export class News {
     this.#state = state;
     const given = state.picture !== before.picture && this.#target.givenAs(state.picture);
     if (given) this.#target.tell('open', given);
-    this.#isOpened ||= Boolean(given);
+    // What was begun before is as unsent as it was then.
+    if (given?.isBegun) this.#sentStep = -1;
+    this.#isOpened ||= Boolean(given && !given.isBegun);
     this.#lookAtSteps();
     this.#lookAtSelection();
     this.#lookAtTool();
@@ -97,7 +102,12 @@ export class News {
   sent(isDone) {
     const step = this.#sendingStep ?? this.#step;
     this.#sendingStep = undefined;
-    if (!isDone || step === this.#sentStep) return;
+    if (isDone) this.saved(step);
+  }
+
+  // All up to this step is kept elsewhere.
+  saved(step) {
+    if (step === this.#sentStep) return;
     this.#sentStep = step;
     this.#target.tell('change');
   }

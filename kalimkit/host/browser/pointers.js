@@ -21,6 +21,8 @@ export class Pointers {
   #button = 0;
   #isPanning = false;
   #listening = new AbortController();
+  // Of what is around the element.
+  #watching;
 
   // target: fingers(phase, [{ time, id, x, y }]), in the order of what happened, pan(phase, button,
   // place, time), which answers whether the editor pans with the mouse, and zoom(place, factor, time).
@@ -34,21 +36,13 @@ export class Pointers {
     const { signal } = this.#listening;
     const on = (type, listener, options) =>
       element.addEventListener(type, listener, { signal, ...options });
-    const lift = (phase) => (event) => {
-      if (this.#down.has(event.pointerId)) this.#lifted(event, phase);
-    };
     on('pointerdown', (event) => this.#began(event));
     on('pointermove', (event) => {
       if (this.#down.has(event.pointerId)) this.#moved(event);
     });
-    on('pointerup', lift(Phase.ended));
-    on('pointercancel', lift(Phase.cancelled));
-    on('lostpointercapture', lift(Phase.cancelled));
-    // An element that is taken out of its document hears of nothing.
-    document.addEventListener('lostpointercapture', lift(Phase.cancelled), { signal });
-    document.addEventListener('visibilitychange', () => {
-      if (document.hidden) this.cancel();
-    }, { signal });
+    on('pointerup', this.#lift(Phase.ended));
+    on('pointercancel', this.#lift(Phase.cancelled));
+    on('lostpointercapture', this.#lift(Phase.cancelled));
     on('wheel', (event) => this.#turned(event), { passive: false });
     // The focus stays with the text that is edited; a long press is the canvas's own.
     for (const type of ['mousedown', 'contextmenu']) on(type, (event) => event.preventDefault());
@@ -56,10 +50,33 @@ export class Pointers {
     element.style.userSelect = 'none';
     element.style.webkitUserSelect = 'none';
     element.style.webkitTouchCallout = 'none';
+    this.watchDocument();
+  }
+
+  // An element that is taken out of its document hears of nothing. Until leaveDocument(), after which it may
+  // be called again.
+  watchDocument() {
+    this.#watching = new AbortController();
+    const { signal } = this.#watching;
+    document.addEventListener('lostpointercapture', this.#lift(Phase.cancelled), { signal });
+    document.addEventListener('visibilitychange', () => {
+      if (document.hidden) this.cancel();
+    }, { signal });
+  }
+
+  leaveDocument() {
+    this.#watching.abort();
   }
 
   stop() {
     this.#listening.abort();
+    this.leaveDocument();
+  }
+
+  #lift(phase) {
+    return (event) => {
+      if (this.#down.has(event.pointerId)) this.#lifted(event, phase);
+    };
   }
 
   // Of all fingers, whose end nobody will hear of.

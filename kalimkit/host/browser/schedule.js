@@ -13,6 +13,7 @@ export class Schedule {
   #start = performance.now();
   #frame = 0;
   #timer = 0;
+  #isPaused = false;
 
   // target: advance(time), in seconds, and nextDue(), the time when something is to be done, below zero
   // for never.
@@ -35,7 +36,7 @@ export class Schedule {
     clearTimeout(this.#timer);
     this.#timer = 0;
     const due = this.#target.nextDue();
-    if (due < 0 || this.#frame) return;
+    if (due < 0 || this.#frame || this.#isPaused) return;
     const delay = due - (performance.now() - this.#start) / 1000;
     if (delay < nearFrame) {
       this.#frame = requestAnimationFrame((time) => {
@@ -48,8 +49,16 @@ export class Schedule {
     }
   }
 
+  // Nothing is done meanwhile, and what was due then is done late.
+  pause(isPaused) {
+    this.#isPaused = isPaused;
+    if (isPaused) this.stop();
+    else this.plan();
+  }
+
   stop() {
     cancelAnimationFrame(this.#frame);
+    this.#frame = 0;
     clearTimeout(this.#timer);
   }
 }

@@ -20,7 +20,7 @@ export class Screen {
   #insets = [0, 0, 0, 0];
   // Pixels of the screen, as the browser has told; null where it does not.
   #told = null;
-  #listening = new AbortController();
+  #listening;
   #observer;
   #pageObserver = new ResizeObserver(() => this.#resized());
 
@@ -47,7 +47,9 @@ export class Screen {
     return this.#insets;
   }
 
+  // Until stop(), after which it may be called again.
   watch() {
+    this.#listening = new AbortController();
     const { signal } = this.#listening;
     this.#observer = new ResizeObserver(([entry]) => {
       const [box] = entry.devicePixelContentBoxSize ?? [];
@@ -80,7 +82,7 @@ export class Screen {
   }
 
   stop() {
-    this.#listening.abort();
+    this.#listening?.abort();
     this.#observer?.disconnect();
     this.#pageObserver.disconnect();
   }

@@ -16,15 +16,7 @@
 
 namespace {
 
-enum Flag {
-    CanUndo = 1,
-    CanRedo = 2,
-    IsResting = 4,
-    IsEditing = 8,
-    IsAsking = 16,
-    HasPen = 32,
-    IsCropped = 64
-};
+enum Flag { CanUndo = 1, CanRedo = 2, IsResting = 4, IsEditing = 8, IsAsking = 16, HasPen = 32 };
 
 // They stand in the order of state.js.
 struct State {
@@ -68,10 +60,10 @@ void readCanvas(kalim::BrowserEditor& editor) {
     current.redoDepth = static_cast<double>(canvas.undoManager().redoTools().size());
     current.toolCount = static_cast<double>(canvas.tools().size());
     current.picture = editor.picture();
-    current.flags =
-        (canvas.canUndo() ? CanUndo : 0) + (canvas.canRedo() ? CanRedo : 0) +
-        (isResting(editor) ? IsResting : 0) + (canvas.curEdittingTextTool() ? IsEditing : 0) +
-        (isAsking(editor) ? IsAsking : 0) + (editor.controller()->hasCropped() ? IsCropped : 0);
+    current.flags = (canvas.canUndo() ? CanUndo : 0) + (canvas.canRedo() ? CanRedo : 0) +
+                    (isResting(editor) ? IsResting : 0) +
+                    (canvas.curEdittingTextTool() ? IsEditing : 0) +
+                    (isAsking(editor) ? IsAsking : 0);
     readSelection(canvas);
 }
 

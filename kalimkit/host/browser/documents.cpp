@@ -1,0 +1,195 @@
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "kalimkit/backend/html/HtmlRaster.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/SealedDocument.h"
+#include "kalimkit/document/DocumentText.h"
+#include "kalimkit/document/Sha256.h"
+#include "kalimkit/host/browser/BrowserImports.h"
+#include "kalimkit/host/browser/PageEditor.h"
+
+// Documents that the page gives and takes. Those that are read wait by their numbers until the page
+// has decoded their pictures.
+
+#define KALIM_EXPORT(name) __attribute__((export_name(name)))
+
+namespace {
+
+std::map<int, kalim::Document> waiting;
+int lastNumber = 0;
+
+// Texts of a work of before.
+std::vector<std::string> told;
+
+// What is being saved, and of one to be given away its picture, which the page encodes meanwhile.
+std::optional<kalim::Document> saved;
+std::shared_ptr<const kalim::gfx::HtmlRaster> sealedPicture;
+
+// What keeps a page from opening it.
+std::optional<std::string> problemOf(const kalim::Document& document) {
+    if (!document.picture) return "picture is null: a page opens no document without one";
+    if (document.picture->file.empty()) return std::nullopt;
+    return "picture.file: a page does not reach \"" + document.picture->file +
+           "\" beside the document";
+}
+
+kalim::Document take(int number) {
+    const auto node = waiting.extract(number);
+    return node.empty() ? kalim::Document() : std::move(node.mapped());
+}
+
+}  // namespace
+
+// ---- opening
+
+// The buffer holds the text. Answers with a number; 0 for one that cannot be opened, and the answer
+// says why.
+KALIM_EXPORT("read_document") int readPageDocument(int length) {
+    kalim::ReadDocument read = kalim::readDocument(kalim::pageText(length));
+    kalim::dropPageText();
+    if (!read.problem) read.problem = problemOf(read.document);
+    if (read.problem) {
+        kalim::setPageAnswer(*read.problem);
+        return 0;
+    }
+    waiting.emplace(++lastNumber, std::move(read.document));
+    return lastNumber;
+}
+
+// These two answer with a part of one that waits; the file can be had once.
+KALIM_EXPORT("document_media_type") void documentMediaType(int number) {
+    kalim::setPageAnswer(waiting.at(number).picture->mediaType);
+}
+
+KALIM_EXPORT("document_file") void documentFile(int number) {
+    kalim::setPageAnswer(std::exchange(waiting.at(number).picture->data, {}));
+}
+
+// Whether its picture has the size that it says, pixels; if not, the answer says so.
+KALIM_EXPORT("document_fits") bool documentFits(int number, int width, int height) {
+    if (waiting.at(number).picture->size == kalim::gfx::PixelSize{width, height}) return true;
+    kalim::setPageAnswer("picture.size is not that of the picture, which has " +
+                         std::to_string(width) + " x " + std::to_string(height) + " pixels");
+    return false;
+}
+
+// It is not wanted any more.
+KALIM_EXPORT("drop_document") void dropDocument(int number) {
+    waiting.erase(number);
+}
+
+// As open(), of a document that fits its picture.
+KALIM_EXPORT("open_document")
+void openDocument(int number, int picture, bool exportsAtPictureScale, bool grows, int length) {
+    kalim::BrowserEditor& editor = *kalim::pageEditor();
+    editor.environment().setLanguage(kalim::pageText(length));
+    const kalim::gfx::ImageRef image = kalim::takePagePicture(picture);
+    const kalim::Document document = take(number);
+    editor.open(image, exportsAtPictureScale, grows);
+    editor.openDocument(document, image);
+    editor.show();
+}
+
+// As offer(), of a document that fits its picture.
+KALIM_EXPORT("offer_document") void offerDocument(int number, int picture) {
+    kalim::BrowserEditor& editor = *kalim::pageEditor();
+    const kalim::gfx::ImageRef image = kalim::takePagePicture(picture);
+    const auto document = std::make_shared<const kalim::Document>(take(number));
+    if (auto* const remote = editor.seat().remote()) {
+        remote->openPicture(image, [document, image](bool isOpened) {
+            kalim::BrowserEditor* const page = kalim::pageEditor();
+            if (isOpened && page && page->canvas()) page->openDocument(*document, image);
+        });
+    }
+    editor.show();
+}
+
+// ---- works of before
+
+// The buffer holds what the work began with, or one of its steps, told in their order before
+// go_on().
+KALIM_EXPORT("tell_work") void tellWork(int length) {
+    told.emplace_back(kalim::pageText(length));
+}
+
+// As open(), of the work that was told. Whether all of it could be gone on with; if not, the answer
+// says why, and what is right up to there is open.
+KALIM_EXPORT("go_on") bool goOn(int picture, bool exportsAtPictureScale, bool grows, int length) {
+    kalim::BrowserEditor& editor = *kalim::pageEditor();
+    editor.environment().setLanguage(kalim::pageText(length));
+    const kalim::gfx::ImageRef image = kalim::takePagePicture(picture);
+    const std::vector<std::string> work = std::exchange(told, {});
+    kalim::DocumentReading reading;
+    reading.needsBytes = false;
+    const kalim::ReadDocument start = kalim::readDocument(work.front(), reading);
+    std::optional<std::string> problem = start.problem;
+    editor.open(image, exportsAtPictureScale, grows);
+    if (!problem) {
+        problem = editor.openDocument(start.document, image, std::span(work).subspan(1));
+    }
+    if (problem) kalim::setPageAnswer(*problem);
+    editor.show();
+    return !problem;
+}
+
+// Asks the user whether to go on with the drawing that was found in the picture that is open.
+KALIM_EXPORT("ask_to_reopen") void askToReopen() {
+    kalim::BrowserEditor& editor = *kalim::pageEditor();
+    kalim::BrowserEnvironment& environment = editor.environment();
+    environment.presentAlert(
+        {environment.localizedString("继续编辑标注？"),
+         environment.localizedString("图片中保存了可以编辑的标注"),
+         {environment.localizedString("仅打开图片"), environment.localizedString("继续编辑")},
+         [](std::size_t button) {
+             if (button == 1) kalim::page::onReopen();
+         }});
+    editor.show();
+}
+
+// ---- saving: what the canvas holds is noted, the page brings the picture's file, and then takes
+// the text.
+
+// Answers with the number of the picture whose file is needed, for one to be given away, and else
+// with 0; below zero where there is nothing to save, or no room.
+KALIM_EXPORT("begin_document") int beginDocument(bool isSealed) {
+    kalim::BrowserEditor& editor = *kalim::pageEditor();
+    kalim::MDrawView* const canvas = editor.canvas();
+    if (!canvas) return -1;
+    int picture = 0;
+    if (isSealed) {
+        kalim::SealedDocument sealed = canvas->sealedDocument();
+        sealedPicture = sealed.picture ? kalim::gfx::HtmlRaster::of(*sealed.picture) : nullptr;
+        picture = sealedPicture ? sealedPicture->picture() : -1;
+        saved = std::move(sealed.document);
+    } else {
+        saved = canvas->document();
+    }
+    editor.show();
+    return picture;
+}
+
+// The buffer holds the picture file's type and bytes; without a type it keeps the one that it has.
+// The answer is the text.
+KALIM_EXPORT("end_document") void endDocument(int typeLength, int length) {
+    if (saved->picture) {
+        kalim::DocumentPicture& picture = *saved->picture;
+        const std::string_view given = kalim::pageText(typeLength + length);
+        const auto bytes = given.substr(static_cast<std::size_t>(typeLength));
+        if (typeLength > 0) picture.mediaType = given.substr(0, given.size() - bytes.size());
+        picture.data = bytes;
+        picture.sha256 = kalim::sha256(bytes);
+        picture.file.clear();
+    }
+    kalim::dropPageText();
+    kalim::setPageAnswer(kalim::documentText(*saved));
+    saved = std::nullopt;
+    sealedPicture = nullptr;
+}
