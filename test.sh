@@ -32,7 +32,7 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills and 
   npm       the package for web pages, in an app and in a plain page
   browsers  the same in Firefox and WebKitGTK, as far as these go
   documents what is saved fits the schema, and engines render a folder of it
-  kills     the editor's window is killed 100 times, or KALIM_KILLS, and loses nothing
+  kills     window and browser are killed 100 times each, or KALIM_KILLS, and lose nothing
   tidy      clang-tidy over the library and the command; slow
 EOF
 }
@@ -155,8 +155,12 @@ stage_documents() {
 }
 
 stage_kills() {
+    local -x KALIM_KILLS=${KALIM_KILLS-100} KALIM_FILES=killing
+    local patience=$((patience + 20 * KALIM_KILLS))
     check 'the command compiles' tools/compile ci kalimkit
-    count_of tests/window/kill "${KALIM_KILLS-100}"
+    check 'the page compiles' tools/compile wasm
+    count_of tests/window/kill "$KALIM_KILLS"
+    count_of tests/browser/run chromium
 }
 
 stage_install() {
@@ -203,7 +207,8 @@ groups_of() {
         browser) echo native browser ;;
         npm) echo npm ;;
         documents) echo native documents ;;
-        window | kills) echo native window ;;
+        window) echo native window ;;
+        kills) echo native window browser ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
     esac

@@ -153,7 +153,7 @@ test('several on a page share one module and nothing else', async () => {
     performance.getEntriesByType('resource').filter(({ name }) => name.endsWith('.wasm')).length), 1);
 });
 
-test('moved it keeps its drawings, removed it gives everything back and starts anew', async () => {
+test('moved, or taken out and put back, it keeps its drawings and steps', async () => {
   await draw();
   await page.evaluate(() => {
     const frame = document.createElement('section');
@@ -168,28 +168,45 @@ test('moved it keeps its drawings, removed it gives everything back and starts a
     window.kept = window.first;
     addEventListener('pointermove', () => window.first?.remove(), { once: true, capture: true });
   });
-  await draw();
-  const removed = () => page.evaluate(() => [window.kept.isOpen, window.kept.shadowRoot.querySelector('canvas')]);
-  assert.deepEqual(await removed(), [false, null]);
-  assert.equal(await page.evaluate(() => window.watched.frames(10)), 0);
+  await drag([60, 300], [80, 320], [120, 340]);
+  const away = await page.evaluate(async () => {
+    const { isOpen, toolCount: count, dirty } = window.kept;
+    return [isOpen, count, dirty, (await window.kept.exportImage()).type, await window.watched.frames(10)];
+  });
+  assert.deepEqual(away, [true, 1, true, 'image/png', 0]);
 
   await page.evaluate(() => document.body.append(window.kept));
-  await page.waitFor(() => window.first.isOpen);
   await rest();
-  assert.equal(await toolCount(), 0);
+  assert.deepEqual(await state(), { isOpen: true, canUndo: true, canRedo: false, toolCount: 1, kept: 1 });
   await draw();
-  assert.equal(await toolCount(), 1);
+  assert.equal(await toolCount(), 2);
+  for (const count of [1, 0]) {
+    assert.equal(await page.evaluate(() => window.first.undo()), true);
+    assert.equal(await toolCount(), count);
+  }
 });
 
-test('it starts anew with the picture that the user has taken last', async () => {
+test('nothing of the page holds one that is gone for good', needsChromium, async () => {
+  await draw();
+  await page.evaluate(() => {
+    window.gone = new WeakRef(window.first);
+    document.body.replaceChildren();
+  });
+  await rest();
+  await until(async () => {
+    await page.collectGarbage();
+    return page.evaluate(() => !window.gone.deref());
+  }, 'the end of the element');
+});
+
+test('put back it shows the picture that the user has taken last', async () => {
   const widthAnew = async () => {
     await page.evaluate(() => {
       window.kept = window.first;
       window.kept.remove();
     });
-    await page.waitFor(() => !window.kept.isOpen);
+    await rest();
     await page.evaluate(() => document.body.append(window.kept));
-    await page.waitFor(() => window.first.isOpen);
     return page.evaluate(async () => (await window.embed.export()).width);
   };
   // Answered once the user has.
@@ -229,7 +246,11 @@ test('a page may remove it in answer to anything it says', async () => {
     await rest();
   };
   await draw();
-  assert.equal(await page.evaluate(() => window.kept.isOpen), false);
+  assert.deepEqual(await page.evaluate(() => [window.kept.isOpen, window.kept.isConnected]), [true, false]);
+  await page.evaluate(() => {
+    window.kept.close();
+    window.kept.setAttribute('src', '/photos/coffee.png');
+  });
   await again();
   await page.touch([[30, 32]]);
   await page.waitFor(() => !window.kept.isOpen);

@@ -3,7 +3,7 @@
 const events = [];
 const first = () => document.getElementById('first');
 const types = ['kalim-open', 'kalim-finish', 'kalim-close', 'kalim-change', 'kalim-tool', 'kalim-select',
-  'kalim-error'];
+  'kalim-error', 'kalim-recover', 'kalim-warning'];
 
 // Bubbling out of every element to the page.
 for (const type of types) {

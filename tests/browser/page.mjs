@@ -43,13 +43,21 @@ export class Page {
   #server;
 
   // Starts a browser with a page as large as a phone's, where that is possible.
-  static async open() {
+  // said(text) hears what its pages fetch from /said/.
+  static async open(said) {
     const page = new Page();
     page.folder = await mkdtemp(join(build, `${browserName}-`));
     page.#browser = await launch(browserName, { folder: page.folder, fonts });
-    page.#server = await serve();
+    page.#server = await serve(said);
     await page.resize(phone.width, phone.height);
     return page;
+  }
+
+  // Kills the browser, and starts it again with what it has kept.
+  async restart() {
+    await this.#browser.kill();
+    this.#browser = await launch(browserName, { folder: this.folder, fonts });
+    await this.resize(phone.width, phone.height);
   }
 
   // The browser reaches nothing any more that it has not kept.
@@ -73,6 +81,11 @@ export class Page {
   // Points by side that a phone's camera and corners take up, in pages that are opened from now on.
   setSafeArea(insets) {
     return this.#sendToChromium('Emulation.setSafeAreaInsetsOverride', { insets });
+  }
+
+  // Of all that nothing refers to any more.
+  collectGarbage() {
+    return this.#sendToChromium('HeapProfiler.collectGarbage', {});
   }
 
   goto(path) {

@@ -37,8 +37,16 @@ const types = {
 // Runs before anything of the page.
 const watch = '<script src="/tests/watch.js"></script>';
 
-async function answer(request, response) {
+// What a page wants to have said, even if it is killed then, is below this.
+const saying = '/said/';
+
+async function answer(request, response, said) {
   const path = normalize(decodeURIComponent(new URL(request.url, 'http://here').pathname));
+  if (path.startsWith(saying)) {
+    said(path.slice(saying.length));
+    response.writeHead(204).end();
+    return;
+  }
   const [prefix, folder] = places.find(([start]) => path.startsWith(start));
   const file = join(folder, path.slice(prefix.length) || 'index.html');
   try {
@@ -52,9 +60,9 @@ async function answer(request, response) {
 }
 
 // Of this machine alone, at every address that it has for itself, so that a page can meet another origin.
-// Ends with close().
-export async function serve() {
-  const server = createServer(answer);
+// Ends with close(). said(text) hears what pages fetch from /said/.
+export async function serve(said = () => {}) {
+  const server = createServer((request, response) => answer(request, response, said));
   server.on('connection', (socket) => {
     if (!socket.localAddress.startsWith('127.')) socket.destroy();
   });

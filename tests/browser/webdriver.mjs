@@ -3,7 +3,7 @@
 
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { closeSync, openSync } from 'node:fs';
+import { closeSync, openSync, readFileSync } from 'node:fs';
 import { mkdir, readFile, writeFile } from 'node:fs/promises';
 import { createRequire } from 'node:module';
 import { createServer, connect } from 'node:net';
@@ -145,8 +145,9 @@ const browsers = {
       browserName: 'chrome',
       'goog:chromeOptions': {
         binary: env.KALIM_CHROMIUM ?? '/usr/bin/chromium',
+        // A profile that outlives the browser, so that it can be killed and started again.
         args: ['--headless=new', '--no-sandbox', '--force-color-profile=srgb',
-          '--font-render-hinting=none'],
+          '--font-render-hinting=none', `--user-data-dir=${join(folder, 'profile')}`],
         prefs: { 'download.default_directory': join(folder, 'downloads') },
       },
     }),
@@ -206,6 +207,27 @@ async function within(milliseconds, promise, what) {
   }
 }
 
+function killAtOnce(id) {
+  try {
+    process.kill(id, 'SIGKILL');
+  } catch (error) {
+    if (error.code !== 'ESRCH') throw error;
+  }
+}
+
+// The processes that this one has started, and theirs.
+function descendants(id) {
+  const children = readFileSync(`/proc/${id}/task/${id}/children`, 'utf8').split(' ').filter(Boolean);
+  return children.flatMap((child) => {
+    try {
+      return [child, ...descendants(child)];
+    } catch {
+      // It has ended meanwhile.
+      return [];
+    }
+  });
+}
+
 // Starts one, and answers with what launch() does.
 async function launchOnce(kind, folder, fonts) {
   const { connect: connectTo, options } = browsers[kind];
@@ -243,6 +265,14 @@ async function launchOnce(kind, folder, fonts) {
     await within(startPatience, connection.open(capabilities), `A session with ${kind}`);
     return {
       send: (command, parameters) => connection.send(command, parameters),
+      // Ends the driver and all that it has started, at once.
+      async kill() {
+        const gone = once(program, 'exit');
+        for (const process of descendants(program.pid)) killAtOnce(process);
+        killAtOnce(program.pid);
+        await gone;
+        forget();
+      },
       async end() {
         await connection.quit();
         forget();
@@ -257,9 +287,9 @@ async function launchOnce(kind, folder, fonts) {
   }
 }
 
-// Returns send(command, parameters), and end(). Fonts are those of a fontconfig file. A start that
+// Returns send(command, parameters), end() and kill(). Fonts are those of a fontconfig file. A start that
 // fails is tried once more.
 export async function launch(kind, { folder, fonts }) {
-  await mkdir(join(folder, 'downloads'));
+  await mkdir(join(folder, 'downloads'), { recursive: true });
   return launchOnce(kind, folder, fonts).catch(() => launchOnce(kind, folder, fonts));
 }
