@@ -76,6 +76,17 @@ void CropBoard::matchOverlay() const {
     shade->setBrightFrame(_grid->convertRectTo(_grid->bounds(), shade.get()));
 }
 
+void CropBoard::darkenAroundOpeningCrop() const {
+    const auto shade = overlay();
+    if (!shade || !_openingCrop) return;
+    const gfx::Rect share = openingShare();
+    const gfx::Size size = _scroll->imageView()->bounds().size;
+    shade->setZoomScale(_scroll->zoomScale());
+    shade->setBrightFrame({share.minX() * size.width, share.minY() * size.height,
+                           share.size.width * size.width, share.size.height * size.height});
+    shade->setOverlayLevel(overlayLevelWhenOver);
+}
+
 // ---- the picture
 
 void CropBoard::setOrientations(std::int32_t orientation, std::int32_t start) {
@@ -205,13 +216,15 @@ void CropBoard::placeAtStart() {
 
 CropPlacement CropBoard::openingPlacement() const {
     if (!_openingCrop) return startPlacement();
-    const gfx::PixelSize pixels = _picture->pixelSize();
-    const gfx::Size whole(pixels.width, pixels.height);
-    const auto [origin, size] = *_openingCrop;
-    return CropPlacement::settled(whole,
-                                  {origin.x / whole.width, origin.y / whole.height,
-                                   size.width / whole.width, size.height / whole.height},
+    return CropPlacement::settled(partOf({}, _picture->pixelSize()).size, openingShare(),
                                   contentFrame());
+}
+
+gfx::Rect CropBoard::openingShare() const {
+    const gfx::Size whole = partOf({}, _picture->pixelSize()).size;
+    const auto [origin, size] = _openingCrop.value_or(gfx::Rect({}, whole));
+    return {origin.x / whole.width, origin.y / whole.height, size.width / whole.width,
+            size.height / whole.height};
 }
 
 void CropBoard::placeAtOpening() {

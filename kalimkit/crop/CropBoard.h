@@ -49,6 +49,8 @@ public:
     void takeOverlay() { _overlay = _scroll->imageView()->overlayView(); }
     void setOverlayLevel(std::int32_t level) const;
     void matchOverlay() const;
+    // Until there is a frame: all but the opening crop is dark.
+    void darkenAroundOpeningCrop() const;
 
     // ---- the picture: upright, before any turn; null for none
     const gfx::ImageRef& picture() const { return _picture; }
@@ -106,6 +108,7 @@ public:
     // Where they are at first, with the crop that there is already.
     CropPlacement openingPlacement() const;
     void placeAtOpening();
+    gfx::Rect openingShare() const;
     // Also keeps what a crop is measured by.
     void restart();
     // What lies under the frame, in whole pixels, and the turns since crop mode began.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "kalimkit/crop/CropRest.h"
+
 namespace kalim {
 
 namespace {
@@ -47,9 +49,11 @@ void CropOpening::glide() {
     const double zoom = seen.size.width / placement.imageSize.width;
     // The size is not in whole points as later, so that nothing is seen to jump.
     scroll.placeImage(seen.size * (1 / zoom), zoom, seen.origin);
+    _board.darkenAroundOpeningCrop();
     _board.animate(
         glideDuration,
         [&] {
+            if (_board.openingCrop()) _board.setOverlayLevel(overlayLevelAtRest);
             scroll.placeImage(placement.imageSize, placement.zoomScale, placement.image.origin);
         },
         [this] { enterCropMode(); });

@@ -41,6 +41,8 @@ bool EditImageIntialView::isCropped() const {
 
 bool EditImageIntialView::hasChanged() const {
     const CropBoard& board = _parts->board;
+    // Where there was a crop already there is something to revert from the beginning on.
+    if (!board.openingCrop()) return canRevert();
     if (!board.isCropping() || !board.picture()) return false;
     return board.chosenCut() != PictureCut{board.openingCrop(), 0};
 }

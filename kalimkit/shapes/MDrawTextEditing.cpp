@@ -80,10 +80,14 @@ void MDrawText::stopEdittingText() {
     if (isDrawVaild()) tell(&MDrawTextDelegate::drawTextAskForSaveState);
 }
 
+// Under forgiving rules a text is typed on as long as anything of it can be seen.
 bool MDrawText::canEditAt(gfx::Point viewPoint) const {
     const auto canvas = delegate();
-    return canvas &&
-           canvas->drawTextAskForCurrentCtxRect(*this).value_or(gfx::Rect()).contains(viewPoint);
+    if (!canvas) return false;
+    const gfx::Rect area = canvas->drawTextAskForCurrentCtxRect(*this).value_or(gfx::Rect());
+    const gfx::Rect box(viewPoint, convertSizeToCoordinate(frame().size, Coordinate::View));
+    const bool isSeen = rules().forgiving && !_text.empty() && area.intersects(box);
+    return isSeen || area.contains(viewPoint);
 }
 
 void MDrawText::prepareTextView() {

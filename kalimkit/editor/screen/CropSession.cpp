@@ -17,11 +17,6 @@ void CropSession::open(std::weak_ptr<EditImageInitialViewDelegate> delegate) {
     editor->onEditImageWithEditEntrance(nullptr, 0);
 }
 
-bool CropSession::hasWork() const {
-    // With a crop that there was already there is something to revert from the beginning on.
-    return _editor && _editor->canRevert() && _editor->hasChanged();
-}
-
 void CropSession::leave() {
     if (const auto editor = std::exchange(_editor, nullptr)) editor->fadeOut();
 }

@@ -17,7 +17,7 @@ public:
     // It fades out, and is no longer open from now on.
     void leave();
     // Whether it would lose something if it were left.
-    bool hasWork() const;
+    bool hasWork() const { return _editor && _editor->hasChanged(); }
     // Null while none is open.
     const std::shared_ptr<EditImageIntialView>& editor() const { return _editor; }
 
