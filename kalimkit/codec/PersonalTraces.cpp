@@ -128,13 +128,6 @@ PersonalTraces tracesInChunk(const PictureChunk& chunk) {
 
 }  // namespace
 
-PersonalTraces& PersonalTraces::operator|=(const PersonalTraces& other) {
-    place |= other.place;
-    owner |= other.owner;
-    serialNumber |= other.serialNumber;
-    return *this;
-}
-
 PersonalTraces personalTraces(ByteSpan file) {
     const bool isJpeg = fileFormat(file) == FileFormat::Jpeg;
     PersonalTraces traces;

@@ -14,7 +14,12 @@ struct PersonalTraces {
     // That of the camera or of its lens.
     bool serialNumber = false;
 
-    PersonalTraces& operator|=(const PersonalTraces& other);
+    PersonalTraces& operator|=(const PersonalTraces& other) {
+        place |= other.place;
+        owner |= other.owner;
+        serialNumber |= other.serialNumber;
+        return *this;
+    }
     bool operator==(const PersonalTraces&) const = default;
 };
 
