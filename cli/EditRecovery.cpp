@@ -28,7 +28,8 @@ WorkRecorder::Source sourceOf(EditRecovery::File file) {
 
 EditRecovery::File EditRecovery::makeFile(const std::string& path, codec::Bytes bytes) {
     std::string hash = hashOf(bytes);
-    return {path.substr(path.find_last_of('/') + 1), std::move(bytes), std::move(hash)};
+    const std::string name = path.substr(path.find_last_of('/') + 1);
+    return {name == "-" ? "standard input" : name, std::move(bytes), std::move(hash)};
 }
 
 EditRecovery::EditRecovery(SdlWindow& window, EditOptions::Recovery choice)
