@@ -1,6 +1,8 @@
 // The page of npm/page around the element: how pictures come in and go out, and that it is kept.
 
 import assert from 'node:assert/strict';
+import { writeFile } from 'node:fs/promises';
+import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 
 import { Page } from './page.mjs';
@@ -87,6 +89,25 @@ test('what is taken gives its name, format and title, what is refused gives noth
     [['first.one-annotated.jpg', 'image/jpeg'], ['image/png']]);
   await page.evaluate(() => document.getElementById('keep').click());
   assert.deepEqual(await page.complaints(), []);
+});
+
+test('keys save the drawing as a document and open one', async () => {
+  await page.evaluate(() => {
+    document.getElementById('file').addEventListener('click', (event) => {
+      event.preventDefault();
+      window.given.push('asked');
+    });
+  });
+  await page.press('Control+Shift+s');
+  const file = join(page.folder, 'again.kalim');
+  await writeFile(file, await page.download('first.one.kalim'));
+  await page.press('Control+o');
+  assert.equal(await page.evaluate(() => window.given.at(-1)), 'asked');
+  await page.chooseFile(() => document.getElementById('file'), file);
+  await rest();
+  for (const key of ['Tab', 'Enter']) await page.press(key);
+  await page.waitFor(() => document.title === 'again.kalim – KalimKit');
+  assert.deepEqual(await page.evaluate(() => [window.kalimEditor.toolCount, window.kalimEditor.dirty]), [1, false]);
 });
 
 test('it can be installed', async () => {

@@ -1,4 +1,3 @@
-#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -15,6 +14,7 @@
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 #include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/host/seat/ReopenQuestion.h"
 
 // Documents that the page gives and takes. Those that are read wait by their numbers until the page
 // has decoded their pictures.
@@ -143,14 +143,9 @@ KALIM_EXPORT("go_on") bool goOn(int picture, bool exportsAtPictureScale, bool gr
 // Asks the user whether to go on with the drawing that was found in the picture that is open.
 KALIM_EXPORT("ask_to_reopen") void askToReopen() {
     kalim::BrowserEditor& editor = *kalim::pageEditor();
-    kalim::BrowserEnvironment& environment = editor.environment();
-    environment.presentAlert(
-        {environment.localizedString("继续编辑标注？"),
-         environment.localizedString("图片中保存了可以编辑的标注"),
-         {environment.localizedString("仅打开图片"), environment.localizedString("继续编辑")},
-         [](std::size_t button) {
-             if (button == 1) kalim::page::onReopen();
-         }});
+    kalim::askToReopen([](bool goesOn) {
+        if (goesOn) kalim::page::onReopen();
+    });
     editor.show();
 }
 
