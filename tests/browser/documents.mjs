@@ -47,7 +47,9 @@ test('a document holds the picture\'s file unchanged, and opens as what was save
   assert.deepEqual(opened, { dirty: false, canUndo: false, count: 1, isSame: true, look: before });
   assert.deepEqual((await take()).filter(({ type }) => type === 'kalim-open').map(({ name, format }) => [name, format]),
     [['w.kalim', 'image/png']]);
-  await page.evaluate(() => window.first.focus());
+  // Where the browser has no hashes for the page.
+  await page.evaluate(() => Object.defineProperty(crypto, 'subtle', { value: undefined }) && null);
+  assert.equal(await page.evaluate(() => window.filing.isSame()), true);
   await page.resize(390, 844);
 });
 

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -171,20 +172,26 @@ KALIM_EXPORT("begin_document") int beginDocument(bool isSealed) {
     return picture;
 }
 
-// The buffer holds the picture file's type and bytes; without a type it keeps the one that it has.
-// The answer is the text.
-KALIM_EXPORT("end_document") void endDocument(int typeLength, int length) {
+// The buffer holds the picture file's type, its hash, and what stands for its bytes, which the page
+// puts in by itself; without a type it keeps the one that it has. The answer is the text.
+KALIM_EXPORT("end_document") void endDocument(int typeLength, int hashLength, int length) {
     if (saved->picture) {
         kalim::DocumentPicture& picture = *saved->picture;
-        const std::string_view given = kalim::pageText(typeLength + length);
-        const auto bytes = given.substr(static_cast<std::size_t>(typeLength));
-        if (typeLength > 0) picture.mediaType = given.substr(0, given.size() - bytes.size());
-        picture.data = bytes;
-        picture.sha256 = kalim::sha256(bytes);
+        const auto typeEnd = static_cast<std::size_t>(typeLength);
+        const auto hashEnd = typeEnd + static_cast<std::size_t>(hashLength);
+        const std::string_view given = kalim::pageText(static_cast<int>(hashEnd) + length);
+        if (typeEnd > 0) picture.mediaType = given.substr(0, typeEnd);
+        picture.sha256 = given.substr(typeEnd, hashEnd - typeEnd);
+        picture.data = given.substr(hashEnd);
         picture.file.clear();
     }
-    kalim::dropPageText();
     kalim::setPageAnswer(kalim::documentText(*saved));
     saved = std::nullopt;
     sealedPicture = nullptr;
+}
+
+// For pages that the browser gives no hashes: the answer is that of the buffer's bytes.
+KALIM_EXPORT("hash") void hash(int length) {
+    kalim::setPageAnswer(kalim::sha256(kalim::pageText(length)));
+    kalim::dropPageText();
 }

@@ -6,6 +6,37 @@ import { encode, tooLarge } from './pictures.js';
 // Of a picture that is given away without what the user has hidden.
 const sealedQuality = 0.95;
 
+// Of the picture's file in the text that the module writes: browsers put large files into texts faster, and
+// without the memory that a module never gives back. Its base64 has no padding.
+const standIn = '[the file of the picture]..';
+
+// In two, or one where it is not there; the picture comes before all that could read the same.
+function cutAt(text, place) {
+  const at = text.indexOf(place);
+  return at < 0 ? [text] : [text.slice(0, at), text.slice(at + place.length)];
+}
+
+function base64(blob) {
+  return new Promise((resolve, reject) => {
+    const reader = new FileReader();
+    reader.onload = () => resolve(reader.result.slice(reader.result.indexOf(',') + 1));
+    reader.onerror = () => reject(reader.error);
+    reader.readAsDataURL(blob);
+  });
+}
+
+// The SHA-256, as hexadecimal digits.
+async function hashOf(module, blob) {
+  const bytes = new Uint8Array(await blob.arrayBuffer());
+  // Only pages of https: have it.
+  if (globalThis.crypto?.subtle) {
+    const hash = new Uint8Array(await crypto.subtle.digest('SHA-256', bytes));
+    return [...hash].map((byte) => byte.toString(16).padStart(2, '0')).join('');
+  }
+  module.call('hash', module.putBytes(bytes));
+  return module.takeText();
+}
+
 const named = (given, error) => (given.name ? new Error(`${given.name}: ${error.message}`, { cause: error }) : error);
 
 // Answers with what is to be decoded of what a page was given, { picture, mediaType, document, isAsking }: the
@@ -78,13 +109,13 @@ export class Documents {
     }
     const step = this.#target.step();
     const { blob, mediaType } = await this.#file(picture);
-    const bytes = new Uint8Array(await blob.arrayBuffer());
-    const type = new TextEncoder().encode(mediaType);
-    module.putBytes(type, bytes);
-    module.call('end_document', type.length, bytes.length);
-    const text = module.takeBytes();
+    const parts = [mediaType, await hashOf(module, blob), standIn].map((text) => new TextEncoder().encode(text));
+    module.putBytes(...parts);
+    module.call('end_document', ...parts.map(({ length }) => length));
+    const [head, tail] = cutAt(module.takeText(), btoa(standIn));
+    const text = tail === undefined ? [head] : [head, await base64(blob), tail];
     if (!isSealed) this.#target.saved(step);
-    return new Blob([text], { type: documentType });
+    return new Blob(text, { type: documentType });
   }
 
   // With a number, of that picture, which is to be given away.
