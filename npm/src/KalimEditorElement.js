@@ -114,6 +114,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   async offer(picture) {
+    await this.#recovery.isGoingOn();
     if (!this.isOpen) return this.open(picture);
     this.#offering?.abort();
     this.#offering = new AbortController();

@@ -11,9 +11,9 @@ import { Page } from './page.mjs';
 const kills = Number(env.KALIM_KILLS ?? 3);
 const seed = Number(env.KALIM_SEED ?? Date.now() % 100000);
 // A drawing of so many steps is closed, and the next one begun.
-const stepsOfDrawing = 24;
+const stepsOfDrawing = 48;
 // A kill comes no later than this after the first step, milliseconds.
-const longest = 1200;
+const longest = 1000;
 
 let state = seed;
 const random = () => {

@@ -97,6 +97,22 @@ test('a host may refuse, and then has what it asked for; the work waits for the 
   await keeps(1);
 });
 
+test('a picture that is offered meanwhile is asked about', async () => {
+  await reload({ recovery: 'a', src: source });
+  await steps(0, 1);
+  await keeps(2);
+  await reload({ recovery: 'a' }, () => {
+    document.addEventListener('kalim-recover', ({ target }) => {
+      window.answer = target.offer('/photos/rocket.jpg');
+    });
+  });
+  assert.equal(await toolCount(), 2);
+  await page.evaluate(() => window.first.shadowRoot.querySelector('canvas').focus());
+  for (const key of ['Tab', 'Enter']) await page.press(key);
+  assert.equal(await page.evaluate(() => window.answer), true);
+  await keeps();
+});
+
 test('elements with other keys keep their own, and one that is made anew goes on', async () => {
   await reload({ recovery: 'b', src: source });
   assert.equal(await toolCount(), 0);
