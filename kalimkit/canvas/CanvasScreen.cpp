@@ -111,6 +111,8 @@ void CanvasScreen::updateLayersView() {
     // Fingers may have broken the way off.
     const bool showedOverview = std::exchange(_showsOverview, cut != nullptr);
     if (shown.isMoving() && !cut && !showedOverview) return;
+    // They hold more than is to be seen from now on.
+    if (showedOverview && !cut) invalidate();
     const gfx::AffineTransform& toView = cut ? cut->overview() : shown.zoom.toView();
     // Shadows keep their size on the screen, so that tools reach farther over a smaller canvas.
     if (!rescale(_layers, _canvas.view.bounds().size, toView)) return;

@@ -176,9 +176,13 @@ TEST(MDrawViewCut, ATurnIsSeenTurningAndIsCutShortByTwoFingers) {
 }
 
 TEST(MDrawViewCut, NothingOutsideIsSeen) {
-    for (const bool clips : {true, false}) {
-        CutHost host(1000, clips);
-        ASSERT_TRUE(host.cut(gfx::Rect(200, 100, 200, 200), 3));
+    for (const int turns : {0, 2, 3}) {
+        CutHost host(turns == 0 ? 0 : 1000, turns < 3);
+        ASSERT_TRUE(host.cut(gfx::Rect(150, 100, 300, 200), turns));
+        host.wait(1);
+        // A way that leads nowhere: what is seen in the end is seen as it was all along.
+        ASSERT_TRUE(host.cut(std::nullopt, (turns + 1) % 4));
+        ASSERT_TRUE(host.canvas->undo());
         host.wait(1);
         const auto seen = host.canvas->exportImageForScale()->pixels();
         const gfx::Rect part =
