@@ -63,6 +63,7 @@ void CanvasJournal::restart() {
 
 void CanvasJournal::takeStart() {
     _isComplete = true;
+    takeCut();
     _start.clear();
     _tools = _canvas.tools.list();
     _numbers.clear();
@@ -74,8 +75,14 @@ void CanvasJournal::takeStart() {
     }
 }
 
+void CanvasJournal::takeCut() {
+    _startCut = _canvas.document.head().cut;
+}
+
+// The cut may have changed since by a step, which would then be played on top of itself.
 std::string CanvasJournal::setUp() const {
     Document start = _canvas.document.head();
+    start.cut = _startCut;
     start.tools = _start;
     return documentText(start);
 }
@@ -154,9 +161,9 @@ JsonValue CanvasJournal::stateOf(const ToolRef& tool) {
         const auto place = std::find(list.rbegin(), list.rend(), tool);
         state.emplace_back("at", list.rend() - place - 1);
     }
+    // Apart, for a tool may have keys of others, whatever they are called.
     const auto always = [](const gfx::ColorRef&) { return true; };
-    JsonValue::Object members = kalim::entryOf(describeTool(*tool), _colors, always);
-    std::ranges::move(members, std::back_inserter(state));
+    state.emplace_back("tool", kalim::entryOf(describeTool(*tool), _colors, always));
     return state;
 }
 
@@ -241,8 +248,9 @@ void CanvasJournal::playState(DocumentPlace& state) {
     const auto number =
         static_cast<std::size_t>(state.whole("id", 0, static_cast<Number>(_tools.size())));
     const std::string name = state.text("name");
-    const DocumentTool described =
-        readEntry(state, _colors, _canvas.document.ownKinds(), {"id", "name", "at"});
+    DocumentPlace entry = state.object("tool");
+    if (state.hasFailed()) return;
+    const DocumentTool described = readEntry(entry, _colors, _canvas.document.ownKinds());
     if (state.hasFailed()) return;
     if (number < _tools.size()) return takeDescription(*_tools[number], described);
     const auto at = state.whole("at", 0, mostSteps);

@@ -40,6 +40,8 @@ public:
     void setListener(std::weak_ptr<StepListener> listener);
     // The canvas has another picture or document and no steps.
     void restart();
+    // The picture is cut otherwise without a step.
+    void takeCut();
 
     // Nothing is written down as long as this lives.
     std::shared_ptr<void> paused();
@@ -79,6 +81,7 @@ private:
     std::weak_ptr<StepListener> _listener;
     // The tools that the canvas began with; numbers count from them on.
     std::vector<DocumentTool> _start;
+    PictureCut _startCut;
     std::vector<ToolRef> _tools;
     std::map<ToolRef, Number> _numbers;
     ColorNumbers _colors;

@@ -31,6 +31,7 @@ bool MDrawView::resetPictureCut(const PictureCut& cut) {
     const auto parts = held();
     parts->history.endUnderWay();
     showCut(cut, std::nullopt);
+    parts->journal.takeCut();
     return true;
 }
 

@@ -181,8 +181,7 @@ void readUnknown(DocumentPlace& place, ColorNumbers& colors, DocumentTool& tool)
 }  // namespace
 
 DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
-                       std::span<const ToolClass* const> ownKinds,
-                       std::initializer_list<std::string_view> passedOver) {
+                       std::span<const ToolClass* const> ownKinds) {
     DocumentTool tool;
     tool.className = place.text("class");
     if (place.hasFailed()) return tool;
@@ -205,8 +204,6 @@ DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
     tool.others =
         place.others({"class", "startPoint", "endPoint", "color", "colorComponents", "colorId",
                       "lineWidth", "drawType", "rotateAngle", "lastRotateAngle", "quarterTurns"});
-    for (const std::string_view key : passedOver)
-        std::erase_if(tool.others, [key](const auto& member) { return member.first == key; });
     for (const ToolDetailRule& rule : kind->details()) {
         if (!rule.isNeeded && !place.find(rule.name)) continue;
         tool.details.emplace_back(std::string(rule.name), readDetail(place, rule));

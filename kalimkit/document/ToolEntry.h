@@ -49,7 +49,6 @@ private:
 KALIM_API JsonValue::Object entryOf(const DocumentTool& tool, ColorNumbers& colors,
                                     const std::function<bool(const gfx::ColorRef&)>& isShared);
 KALIM_API DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
-                                 std::span<const ToolClass* const> ownKinds,
-                                 std::initializer_list<std::string_view> passedOver = {});
+                                 std::span<const ToolClass* const> ownKinds);
 
 }  // namespace kalim

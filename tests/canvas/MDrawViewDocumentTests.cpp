@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "kalimkit/canvas/SealedDocument.h"
+#include "kalimkit/canvas/StepListener.h"
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/document/DocumentText.h"
 #include "kalimkit/document/UnknownTool.h"
@@ -141,11 +142,47 @@ TEST(MDrawViewDocument, KeepsWhatItDoesNotKnow) {
     EXPECT_EQ(*again.find("tools")->array()->back().find("spikes"), JsonValue(7));
 }
 
+// What others have put into tools does not get in the way of steps.
+TEST(MDrawViewDocument, KeepsWhatItDoesNotKnowThroughSteps) {
+    struct Listener : StepListener {
+        void canvasDidStep(const std::string& step) override { steps.push_back(step); }
+        void canvasDidRestart() override { steps.clear(); }
+        std::vector<std::string> steps;
+    };
+    Screen screen(screens[1]);
+    screen.drawAll();
+    JsonValue changed = parseJson(documentText(screen.canvas->document())).value;
+    for (auto& [key, value] : *changed.object()) {
+        if (key != "tools") continue;
+        JsonValue::Object foreign{{"id", 99}, {"name", "x"}, {"at", 99}};
+        std::ranges::copy(foreign, std::back_inserter(*value.array()->front().object()));
+        foreign.insert(foreign.begin(), {"class", "MDrawBlob"});
+        value.array()->push_back(foreign);
+    }
+    const auto listener = std::make_shared<Listener>();
+    ASSERT_EQ(screen.open(dumpJson(changed)), std::nullopt);
+    screen.canvas->setStepListener(listener);
+    for (const ToolRef& tool : {screen.canvas->tools().back(), screen.canvas->tools().front()}) {
+        screen.canvas->selectTools({tool});
+        screen.canvas->deleteSelectedTools();
+        screen.canvas->undo();
+    }
+    const std::string text = documentText(screen.canvas->document());
+    Screen other(screens[1]);
+    ASSERT_EQ(other.open(screen.canvas->stepsSetUp()), std::nullopt);
+    EXPECT_EQ(other.canvas->replaySteps(listener->steps), std::nullopt);
+    EXPECT_TRUE(documentText(other.canvas->document()) == text);
+}
+
 TEST(MDrawViewDocument, SealedHoldsNothingHiddenAndLooksTheSame) {
     for (const int turns : {0, 1}) {
         Screen screen(screens[0], true);
         screen.canvas->setClipsToPicture(true);
         screen.drawAll();
+        Document known = screen.canvas->document();
+        known.others = known.picture->others = known.canvas.others =
+            known.measuring.others = {{"thumbnail", "of all"}};
+        ASSERT_EQ(screen.canvas->openDocument(known, screen.picture), std::nullopt);
         screen.canvas->setPictureCut({gfx::Rect(150, 30, 401, 250), turns});
         screen.draw(ToolType::Rectangle, {2, 2}, {12, 12});
         const gfx::Bitmap before = screen.exported();
@@ -156,12 +193,26 @@ TEST(MDrawViewDocument, SealedHoldsNothingHiddenAndLooksTheSame) {
         EXPECT_EQ(sealed.document.cut.crop, gfx::Rect(0, 0, 401, 250));
         for (const DocumentTool& tool : sealed.document.tools)
             EXPECT_NE(tool.className, "MDrawMosiac");
-        const ReadDocument read = readDocument(documentText(sealed.document), withoutBytes);
+        const std::string text = documentText(sealed.document);
+        EXPECT_EQ(text.find("thumbnail"), std::string::npos);
+        const ReadDocument read = readDocument(text, withoutBytes);
         ASSERT_EQ(read.problem, std::nullopt);
         EXPECT_TRUE(read.document.isSealed);
         ASSERT_EQ(screen.canvas->openDocument(read.document, sealed.picture), std::nullopt);
         EXPECT_LE(worstDifference(screen.exported(), before), 8) << turns;
     }
+}
+
+TEST(MDrawViewDocument, AFarToolDoesNotKeepACropFromBeingExported) {
+    Screen screen(screens[0]);
+    screen.drawAll();
+    Document document = screen.canvas->document();
+    document.cut.crop = gfx::Rect(150, 30, 401, 250);
+    document.tools.front().endPoint = {1e9, 1e9};
+    ASSERT_EQ(screen.canvas->openDocument(document, screen.picture), std::nullopt);
+    const gfx::ImageRef image = screen.canvas->exportImageAtPictureScale();
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->pixelSize(), (gfx::PixelSize{401, 250}));
 }
 
 TEST(MDrawViewDocument, ThatDoesNotFitItsPictureChangesNothing) {

@@ -172,4 +172,24 @@ TEST(WorkRecorder, AnotherPictureIsAnotherWorkAndADamagedOneStays) {
     EXPECT_EQ(next.works().front().steps, cut.steps);
 }
 
+// The set-up is of before the first step, and of before all steps where the file was saved since.
+TEST(WorkRecorder, ACropIsPlayedAgainFromBeforeIt) {
+    const PictureCut cut{gfx::Rect(20, 10, 200, 150), 1};
+    for (const bool isSaved : {false, true}) {
+        Session editor;
+        ASSERT_TRUE(editor.seat.canvas()->setPictureCut(cut));
+        if (isSaved) {
+            editor.play(R"({"key":"r"})");
+            editor.drag(100, 340);
+            editor.recorder->moveTo([] { return ui::WorkStart{"a.png", "00ff", {3, 4}, {}}; });
+        }
+        const std::string before = editor.print();
+        Session next(editor.store.contents());
+        next.works().front().summary.isHeld = false;
+        EXPECT_EQ(next.recover(), std::nullopt);
+        EXPECT_EQ(next.print(), before);
+        EXPECT_TRUE(next.seat.canvas()->pictureCut() == cut);
+    }
+}
+
 }  // namespace kalim::test
