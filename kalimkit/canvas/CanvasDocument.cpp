@@ -83,6 +83,15 @@ Document CanvasDocument::document() {
     return document;
 }
 
+// Keys that are not known may tell of the whole picture, as a thumbnail does: those of tools alone
+// go along, which is what they tell of.
+void CanvasDocument::dropUnknown(Document& document) {
+    document.others.clear();
+    document.picture->others.clear();
+    document.canvas.others.clear();
+    document.measuring.others.clear();
+}
+
 SealedDocument CanvasDocument::sealed() {
     _canvas.exports.settle();
     SealedDocument sealed{head(), pictureWithPatches()};
@@ -90,6 +99,7 @@ SealedDocument CanvasDocument::sealed() {
     gfx::Rect& seen = document.canvas.pictureRect;
     if (sealed.picture) {
         document.isSealed = true;
+        dropUnknown(document);
         seen = _canvas.shown.picture.part();
         const gfx::PixelSize size = sealed.picture->pixelSize();
         document.picture->size = size;

@@ -60,6 +60,7 @@ public:
     void forget() { _head = {}; }
 
 private:
+    static void dropUnknown(Document& document);
     gfx::ImageRef pictureWithPatches() const;
 
     Canvas _canvas;

@@ -134,10 +134,13 @@ CanvasExport::Drawn CanvasExport::drawnAtPictureScale() {
                                       pixels.height / place.size.height)
             .translated(-place.minX(), -place.minY());
     const gfx::Rect picture(0, 0, pixels.width, pixels.height);
-    const gfx::Rect whole = toPixels.apply(_canvas.content.exported())
-                                .inset(tolerance, tolerance)
-                                .roundedOut()
-                                .unionWith(picture);
+    // A crop lies within the picture: however far drawings reach, nothing else is wanted.
+    const gfx::Rect whole = _canvas.shown.picture.isCropped()
+                                ? picture
+                                : toPixels.apply(_canvas.content.exported())
+                                      .inset(tolerance, tolerance)
+                                      .roundedOut()
+                                      .unionWith(picture);
     const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);
     if (!surface) return {};
     gfx::Context& context = surface->context();
