@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "kalimkit/codec/Decode.h"
@@ -46,7 +47,9 @@ std::optional<std::string> readLinked(DocumentPicture& picture, const std::strin
         return "picture.file must be a path below the document's folder, not " + picture.file;
     }
     const std::string path = (fs::path(folder) / picture.file).string();
-    if (fs::exists(path) && !isPlainFile(path)) return "picture.file: " + path + " is no file";
+    std::error_code unseen;
+    if (fs::exists(path, unseen) && !isPlainFile(path))
+        return "picture.file: " + path + " is no file";
     codec::Bytes bytes;
     if (auto problem = codec::readFile(path, bytes)) return "picture.file: " + *problem;
     picture.data.assign(bytes.begin(), bytes.end());

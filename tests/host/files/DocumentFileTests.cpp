@@ -125,6 +125,7 @@ TEST_F(DocumentFile, NamesTheFirstPlaceThatIsWrong) {
         {linked("inner/../../photo.png"), "picture.file must be"},
         {linked("lost.png"), "picture.file: lost.png: No such file"},
         {linked("inner"), "picture.file: inner"},
+        {linked(std::string(300, 'a')), "picture.file: aaa"},
         {linked("pipe"), "picture.file: pipe is no file"},
         {linked("w.kalim"), "picture.sha256 is not the hash of w.kalim"},
     };
