@@ -3,6 +3,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/Complaint.h"
 #include "kalimkit/canvas/MDrawView.h"
@@ -85,7 +86,8 @@ void EditRecovery::end() {
 // next.
 void EditRecovery::offer() {
     ui::WorkStore& store = *_window.environment().workStore();
-    findUnfinishedWork(store, _sha256, [&](const std::optional<ui::WorkSummary>& work) {
+    findUnfinishedWork(store, _sha256, [&](std::optional<ui::WorkSummary> work) {
+        if (!work && _choice == EditOptions::Recovery::GoOn) work = heldWork();
         if (!work) return _whenNone();
         if (_choice == EditOptions::Recovery::GoOn) return goOnWith(work->id);
         askToGoOn([this, &store, id = work->id](bool goesOn) {
@@ -96,10 +98,21 @@ void EditRecovery::offer() {
     });
 }
 
-// Nothing happens where another process has taken or forgotten it meanwhile.
+// One whose editor may have been killed a moment ago.
+std::optional<ui::WorkSummary> EditRecovery::heldWork() const {
+    std::optional<ui::WorkSummary> held;
+    _window.environment().workStore()->list([&](const std::vector<ui::WorkSummary>& works) {
+        for (const ui::WorkSummary& work : works) {
+            if (work.sha256 == _sha256 && work.steps > 0) held = work;
+        }
+    });
+    return held;
+}
+
+// Another process may have taken or forgotten it meanwhile.
 void EditRecovery::goOnWith(const std::string& id) {
     _window.environment().workStore()->open(id, [&](const std::optional<ui::Work>& work) {
-        if (!work) return;
+        if (!work) return _whenNone();
         DocumentReading reading;
         reading.needsBytes = false;
         const ReadDocument setUp = readDocument(work->setUp, reading);

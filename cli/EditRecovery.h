@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cli/Edit.h"
@@ -47,6 +48,7 @@ public:
 private:
     void followClipboard();
     void offer();
+    std::optional<ui::WorkSummary> heldWork() const;
     void goOnWith(const std::string& id);
 
     SdlWindow& _window;

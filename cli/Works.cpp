@@ -49,25 +49,26 @@ int print(const Summaries& works, bool isJson) {
     return output.error() ? complain(*output.error()) : 0;
 }
 
-// Works that an editor is at stay, and so does nothing else: what was damaged goes as well.
+// Works that an editor is at stay; what was damaged goes as well.
 int forgetAll(store::SqliteWorkStore& store, const Summaries& works) {
-    std::size_t stayed = 0;
-    for (const ui::WorkSummary& work : works) {
-        if (work.isHeld) ++stayed;
+    for (const ui::WorkSummary& work : works)
         store.forget(work.id);
-    }
     const bool wasDamaged = store.forgetSetAside() > 0;
     if (!store.problem().empty() && !wasDamaged) return complain(store.problem());
-    if (stayed > 0) say("works that an editor is at stay: " + std::to_string(stayed));
+    const Summaries left = listOf(store);
+    if (!left.empty()) say("works that an editor is at stay: " + std::to_string(left.size()));
     return 0;
 }
 
 int forget(store::SqliteWorkStore& store, const Summaries& works, const std::string& id) {
-    const auto found = std::ranges::find(works, id, &ui::WorkSummary::id);
-    if (found == works.end()) return complain("there is no unfinished work " + id);
-    if (found->isHeld) return complain("an editor is at the work " + id);
+    if (std::ranges::find(works, id, &ui::WorkSummary::id) == works.end()) {
+        return complain("there is no unfinished work " + id);
+    }
     store.forget(id);
-    return store.problem().empty() ? 0 : complain(store.problem());
+    if (!store.problem().empty()) return complain(store.problem());
+    const Summaries left = listOf(store);
+    const bool isLeft = std::ranges::find(left, id, &ui::WorkSummary::id) != left.end();
+    return isLeft ? complain("an editor is at the work " + id) : 0;
 }
 
 }  // namespace

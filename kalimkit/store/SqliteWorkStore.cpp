@@ -174,7 +174,7 @@ void SqliteWorkStore::list(const Listed& listed) {
 
 void SqliteWorkStore::open(const std::string& id, const Opened& opened) {
     const auto work = numberOf(id);
-    if (!work || !problem().empty() || !connect(false) || !_locks->take(*work)) {
+    if (!work || !problem().empty() || !connect(false) || !_locks->takeSoon(*work)) {
         return opened(std::nullopt);
     }
     int code = SQLITE_DONE;
@@ -210,7 +210,7 @@ ui::Work SqliteWorkStore::read(std::int64_t work, int& code) {
 void SqliteWorkStore::forget(const std::string& id) {
     const auto work = numberOf(id);
     // Held for the moment, so that no editor goes on with it meanwhile.
-    if (!work || !connect(false) || !_locks->take(*work)) return;
+    if (!work || !connect(false) || !_locks->takeSoon(*work)) return;
     remove(*work);
     _locks->release(*work);
 }

@@ -4,6 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <thread>
+
 namespace kalim::store {
 
 namespace {
@@ -35,6 +38,12 @@ bool WorkLocks::take(std::int64_t work) {
     if (isMine(work) || !open(true) || !set(F_WRLCK, work)) return false;
     _mine.insert(work);
     return true;
+}
+
+bool WorkLocks::takeSoon(std::int64_t work) {
+    for (int tries = 0; tries < 25 && isOthers(work, 1); ++tries)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    return take(work);
 }
 
 void WorkLocks::release(std::int64_t work) {

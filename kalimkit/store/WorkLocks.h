@@ -20,6 +20,9 @@ public:
 
     // Whether the work was free and is held now.
     bool take(std::int64_t work);
+    // The same, but waits a little for an editor that was killed: the system lets go of what such a
+    // one held once its memory is taken back.
+    bool takeSoon(std::int64_t work);
     void release(std::int64_t work);
     bool isTaken(std::int64_t work);
     bool isMine(std::int64_t work) const { return _mine.contains(work); }

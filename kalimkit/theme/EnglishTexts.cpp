@@ -27,7 +27,7 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"当前的标注将会丢失", "What has been drawn will be lost"},
     {"打开", "Open"},
     {"继续上次的标注？", "Continue Last Drawing?"},
-    {"上次的标注没有发送，重新开始会丢弃它", "It was never sent. Starting anew discards it"},
+    {"上次的标注没有发送，重新开始会丢弃它", "Starting anew discards it"},
     {"继续", "Continue"},
     {"重新开始", "Start Anew"},
     {"请先完成裁剪", "Finish Cropping First"},
