@@ -67,6 +67,7 @@ Document CanvasDocument::head() const {
     document.canvas.bounds = settlement.canvas;
     document.canvas.scale = settlement.scale;
     document.canvas.clips = _canvas.content.clipsToPicture();
+    document.canvas.forgiving = _canvas.tools.forgiving();
     document.canvas.textOutlines = _canvas.typing.maskColors();
     document.measuring.calibration = pen.calibration;
     document.measuring.unit = pen.unit.empty() ? usualUnit : pen.unit;

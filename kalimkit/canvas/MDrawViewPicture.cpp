@@ -53,6 +53,8 @@ std::optional<std::string> MDrawView::openDocument(const Document& document,
     if (auto problem = parts->document.problemOf(document, picture)) return problem;
     takePicture(picture, CanvasDocument::settlementOf(document));
     parts->document.takeHead(document);
+    // Elsewhere what is saved or exported would leave tools out.
+    if (document.canvas.forgiving) setForgiving(true);
     resetPictureCut(document.cut);
     parts->history.open(parts->document.toolsOf(document));
     parts->content.measure();

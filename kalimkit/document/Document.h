@@ -47,6 +47,9 @@ struct DocumentCanvas {
     double scale = 1;
     // What goes beyond the picture is cut at its edge, see MDrawView::setClipsToPicture.
     bool clips = false;
+    // It mends what costs people work, see MDrawView::setForgiving: some of its tools, such as the
+    // dots of taps, are none elsewhere.
+    bool forgiving = false;
     // The colours that outline texts, by the texts' colours; see
     // MDrawView::setTextMaskColorsParForTextColors.
     std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>> textOutlines;

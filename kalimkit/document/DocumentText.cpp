@@ -63,6 +63,7 @@ JsonValue writeCanvas(const DocumentCanvas& canvas, bool hasPicture) {
         members.emplace_back("scale", canvas.scale);
     }
     if (canvas.clips) members.emplace_back("clips", true);
+    if (canvas.forgiving) members.emplace_back("forgiving", true);
     if (!canvas.textOutlines.empty()) members.emplace_back("textOutlines", writeOutlines(canvas));
     append(members, canvas.others);
     return members;
@@ -198,9 +199,10 @@ DocumentCanvas readCanvas(DocumentPlace place, bool hasPicture) {
     constexpr double largestScale = 100;
     if (place.find("scale")) canvas.scale = place.number("scale", 0.01, largestScale);
     if (place.find("clips")) canvas.clips = place.flag("clips");
+    if (place.find("forgiving")) canvas.forgiving = place.flag("forgiving");
     readOutlines(place, canvas);
     canvas.others = place.others({"pictureRect", "background", "backgroundComponents", "basis",
-                                  "bounds", "scale", "clips", "textOutlines"});
+                                  "bounds", "scale", "clips", "forgiving", "textOutlines"});
     return canvas;
 }
 
