@@ -377,10 +377,11 @@ int edit(const EditOptions& options) {
     if (const auto problem = readOpenable(options.photo, bytes)) return complain(*problem);
     OpenedFile photo = readDocumentOf(options, bytes);
     if (photo.error) return complain(*photo.error);
+    const bool isDocument = photo.document && !photo.isInside;
     std::string problem;
     std::optional<EditOutput> output =
         EditOutput::make(options, pictureBytes(photo, bytes), problem);
-    if (output) problem = EditDocument::problemOf(options, output->path());
+    if (output) problem = EditDocument::problemOf(options, output->path(), isDocument);
     if (!problem.empty()) return complain(problem);
     // Large photos take longer than the connection to the screen and the window do.
     std::future<Opened> opening;

@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "cli/OutputPath.h"
-#include "cli/PictureFormat.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/document/Document.h"
 #include "kalimkit/host/files/SavedDocument.h"
@@ -25,14 +24,15 @@ bool isLinkedAlready(MDrawView& canvas) {
 
 }  // namespace
 
-std::string EditDocument::problemOf(const EditOptions& options, const std::string& output) {
+std::string EditDocument::problemOf(const EditOptions& options, const std::string& output,
+                                    bool isDocument) {
     if (options.isLinked && options.photo == "-")
         return "--link needs a photo in a file, and this one comes from standard input";
     if (options.isLinked && isSameFile(options.photo, output))
         return "--link needs the photo as it is, and " + output + " is to be written over it";
     const std::string& path = options.document;
     if (path.empty()) return {};
-    if (isSameFile(path, options.photo) && pictureFormatOfPath(options.photo))
+    if (isSameFile(path, options.photo) && !isDocument)
         return "--document: " + path + " is the photo";
     const bool isOutput = path == output || isSameFile(path, output);
     if (isOutput) return "--document: " + path + " is where the picture goes";

@@ -15,9 +15,10 @@ class EditDocument {
 public:
     explicit EditDocument(const EditOptions& options) : _options(options) {}
 
-    // Why no document can be saved as the options want it, the result being written to `output`;
-    // empty where it can.
-    static std::string problemOf(const EditOptions& options, const std::string& output);
+    // Why no document can be saved as the options want it, the result being written to `output` and
+    // what is opened being a document or a photo; empty where it can.
+    static std::string problemOf(const EditOptions& options, const std::string& output,
+                                 bool isDocument);
 
     // What is edited is this file now, or the clipboard's picture for an empty path.
     void follow(const std::string& path, bool isDocument);

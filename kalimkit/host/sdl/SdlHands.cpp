@@ -79,8 +79,12 @@ void SdlWindow::Hands::open(OpenedFile opened, const std::string& path) {
                        image](bool isTaken) {
         const auto hands = weakHands.lock();
         if (!isTaken || !hands) return;
-        if (document) hands->_window.seat().editor()->openDocument(*document, image);
-        hands->took(path, document != nullptr);
+        // The picture is there then, and what it came from must not be saved over.
+        const auto problem = document
+                                 ? hands->_window.seat().editor()->openDocument(*document, image)
+                                 : std::nullopt;
+        if (problem) hands->refuse(path + ": " + *problem);
+        hands->took(path, document && !problem);
     };
     _window.seat().remote()->openPicture(image, take);
 }
