@@ -40,8 +40,12 @@ async function arrive() {
 
 // But for which tools share a colour: a page that comes again draws with colours of its own.
 const print = async () => (await page.evaluate(() => window.recovering.print())).replace(/"colorId":\d+,/g, '');
-const recovered = () => page.evaluate(() =>
-  window.embed.take().find(({ type }) => type === 'kalim-recover')?.steps ?? 0);
+// How many steps were found, and what was wrong.
+const recovered = () => page.evaluate(async () => {
+  const told = window.embed.take();
+  const problems = told.filter(({ type }) => type === 'kalim-warning').map(({ message }) => message);
+  return { steps: told.find(({ type }) => type === 'kalim-recover')?.steps ?? 0, problems };
+});
 
 // The prints after each step of a drawing that nobody disturbs; none of its steps is without effect.
 async function undisturbed() {
@@ -67,11 +71,11 @@ test(`no finished step is lost by being killed ${kills} times (KALIM_SEED=${seed
     await pause(random() * longest);
     await page.restart();
     await arrive();
-    const steps = await recovered();
-    console.log(`kill ${kill}: ${said + 1} steps were shown, ${steps} are there`);
+    const { steps, problems } = await recovered();
+    console.log(`kill ${kill}: ${said + 1} steps were shown, ${steps} are there`, ...problems);
+    assert.deepEqual(problems, []);
     assert.ok(steps >= said + 1, `${said + 1} steps were shown and ${steps} are left`);
     assert.ok(await print() === prints[steps], `after ${steps} steps something else is drawn`);
-    assert.deepEqual((await page.evaluate(() => window.embed.take())).filter(({ type }) => type === 'kalim-warning'), []);
     found.add(steps);
     done = steps;
     if (done < stepsOfDrawing) continue;

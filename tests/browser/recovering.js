@@ -65,6 +65,6 @@ window.recovering = {
     const works = await all('works');
     const steps = await all('steps');
     database.close();
-    return works.map(({ id }) => steps.filter(({ work }) => work === id).length);
+    return works.map(({ id }) => steps.filter(({ work, number }) => work === id && number >= 0).length);
   },
 };

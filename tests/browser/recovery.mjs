@@ -113,6 +113,26 @@ test('a picture that is offered meanwhile is asked about', async () => {
   await keeps();
 });
 
+test('work that has stopped the page again and again is left alone', async () => {
+  await reload({ recovery: 'a', src: source });
+  await steps(0, 1);
+  await keeps(2);
+  const stop = () => {
+    window.createImageBitmap = () => {
+      window.isStopped = true;
+      return new Promise(() => {});
+    };
+    window.recovering.opened = async () => {
+      while (!window.isStopped) await window.watched.frames(1);
+    };
+  };
+  for (let i = 0; i < 3; ++i) await reload({ recovery: 'a', src: source }, stop);
+  await reload({ recovery: 'a', src: source });
+  assert.deepEqual([await toolCount(), await told('kalim-recover')], [0, []]);
+  await steps(0, 0);
+  await keeps(1);
+});
+
 test('elements with other keys keep their own, and one that is made anew goes on', async () => {
   await reload({ recovery: 'b', src: source });
   assert.equal(await toolCount(), 0);

@@ -1,12 +1,14 @@
 // Works that survive the page: what is drawn is kept in IndexedDB step by step, and removed once it was sent or
 // discarded. The database `kalimkit` holds in `works` what each began with, { id, key, name, mediaType, file,
-// setUp, began }, and in `steps` one text a step, { work, number, text }.
+// setUp, began }, and in `steps` one text a step, { work, number, text }, beside them with the number -1 how often
+// it was tried to go on with the work without knowing yet that all is well.
 
 const databaseName = 'kalimkit';
 const version = 1;
-// How long is waited for the page before, or one that holds the same works, to be gone, milliseconds.
-const patience = 500;
-const databasePatience = 5000;
+// How long is waited for the page before, or one that holds the same works, to be gone, and for the database,
+// which is mended first where the browser was killed, milliseconds.
+const patience = 1000;
+const databasePatience = 10000;
 // What was handed to the browser survives the end of the page's process: to wait until it is on the disk
 // would help against a power cut alone, at ten times the price.
 const writing = { durability: 'relaxed' };
@@ -16,7 +18,13 @@ const asked = (request) => new Promise((resolve, reject) => {
   request.onerror = () => reject(request.error);
 });
 
-const stepsOf = (id) => IDBKeyRange.bound([id], [id, []]);
+const triesOf = (id) => [id, -1];
+const stepsOf = (id) => IDBKeyRange.bound([id, 0], [id, []]);
+const allOf = (id) => IDBKeyRange.bound([id], [id, []]);
+// A work that has ended the page's process so often, as one for which there is no memory, is left alone.
+const mostTries = 3;
+// So long all has been well with a work that was gone on with, milliseconds.
+const proof = 1000;
 
 function openDatabase() {
   const opening = indexedDB.open(databaseName, version);
@@ -32,14 +40,19 @@ function openDatabase() {
   });
 }
 
-// Answers with what gives the lock back; null where another editor has it. Nothing of the editor's is held by it.
-function takeLock(name) {
-  if (!navigator.locks) throw new Error('only pages of https: can keep works');
+// Answers with what gives the lock back, of which nothing holds the editor; null for none.
+function requestLock(name, options) {
   return new Promise((resolve) => {
-    navigator.locks.request(name, { signal: AbortSignal.timeout(patience) }, () => new Promise((release) => {
-      resolve(release);
-    })).catch(() => resolve(null));
+    navigator.locks.request(name, options, (lock) => (lock ? new Promise(resolve) : resolve(null)))
+      .catch(() => resolve(null));
   });
+}
+
+// A slow browser has as long as it needs; another editor may be about to go.
+async function takeLock(name) {
+  if (!navigator.locks) throw new Error('only pages of https: can keep works');
+  return await requestLock(name, { ifAvailable: true }) ??
+    requestLock(name, { signal: AbortSignal.timeout(patience) });
 }
 
 export class Works {
@@ -116,7 +129,8 @@ export class Works {
       for (const { id, name, began } of works) {
         this.#others.push(id);
         const steps = await asked(this.#reading('steps').count(stepsOf(id)));
-        if (steps > 0) found = { id, name, began, steps };
+        const tries = await this.#tries(id);
+        if (steps > 0 && tries < mostTries) found = { id, name, began, steps };
       }
       return found;
     } catch (error) {
@@ -129,6 +143,8 @@ export class Works {
   async read(id) {
     const work = await asked(this.#reading('works').get(id));
     const steps = await asked(this.#reading('steps').getAll(stepsOf(id)));
+    const tries = await this.#tries(id);
+    this.#write((_, entries) => entries.put({ work: id, number: -1, text: String(tries + 1) }));
     return { ...work, steps: steps.map(({ text }) => text) };
   }
 
@@ -139,6 +155,13 @@ export class Works {
     this.#stored = steps.length;
     this.#id = id;
     this.#others = this.#others.filter((other) => other !== id);
+    setTimeout(() => {
+      if (this.#database && this.#id === id) this.#write((_, entries) => entries.delete(triesOf(id)));
+    }, proof);
+  }
+
+  async #tries(id) {
+    return Number((await asked(this.#reading('steps').get(triesOf(id))))?.text ?? 0);
   }
 
   // Nothing is kept any more, as what is open is not what the steps say.
@@ -167,7 +190,7 @@ export class Works {
     this.#id = null;
     this.#write((works, steps) => {
       works.delete(id);
-      steps.delete(stepsOf(id));
+      steps.delete(allOf(id));
     });
   }
 
@@ -218,7 +241,7 @@ export class Works {
     works.put({ id: this.#id, key: this.#key, began: new Date().toISOString(), ...this.#start });
     for (const id of this.#others.splice(0)) {
       works.delete(id);
-      steps.delete(stepsOf(id));
+      steps.delete(allOf(id));
     }
   }
 
