@@ -84,12 +84,6 @@ std::string CanvasJournal::setUp() const {
     Document start = _canvas.document.head();
     start.cut = _startCut;
     start.tools = _start;
-    // Asked for after a first step that was a cut, it is still as it was before.
-    for (const ToolRef& entry : _canvas.tools.undoManager().undoTools()) {
-        if (&entry->toolClass() != &PictureCutStep::Class()) continue;
-        start.cut = static_cast<const PictureCutStep&>(*entry).before();
-        break;
-    }
     return documentText(start);
 }
 
