@@ -377,11 +377,10 @@ int edit(const EditOptions& options) {
     if (const auto problem = readOpenable(options.photo, bytes)) return complain(*problem);
     OpenedFile photo = readDocumentOf(options, bytes);
     if (photo.error) return complain(*photo.error);
-    const bool isDocument = photo.document && !photo.isInside;
     std::string problem;
     std::optional<EditOutput> output =
         EditOutput::make(options, pictureBytes(photo, bytes), problem);
-    if (output) problem = EditDocument::problemOf(options, output->path(), isDocument);
+    if (output) problem = EditDocument::problemOf(options, output->path(), photo);
     if (!problem.empty()) return complain(problem);
     // Large photos take longer than the connection to the screen and the window do.
     std::future<Opened> opening;
@@ -402,8 +401,10 @@ int edit(const EditOptions& options) {
     Opened opened = opening.valid() ? opening.get() : open(std::move(photo), options);
     if (opened.photo.error) complain(*opened.photo.error);
     if (!session) return complain(problem);
-    // Nobody sees an alert that waits at the end of a pipe.
-    if (opened.photo.error && isPiped) return failure;
+    // Nobody sees an alert that waits at the end of a pipe, and what is called a document was never
+    // a photo.
+    const bool isDocumentByName = std::string_view(options.photo).ends_with(".kalim");
+    if (opened.photo.error && (isPiped || isDocumentByName)) return failure;
     if (const auto unwritable = session->problemOf(opened.photo)) {
         return complain(name + ": " + *unwritable);
     }

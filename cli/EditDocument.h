@@ -15,10 +15,10 @@ class EditDocument {
 public:
     explicit EditDocument(const EditOptions& options) : _options(options) {}
 
-    // Why no document can be saved as the options want it, the result being written to `output` and
-    // what is opened being a document or a photo; empty where it can.
+    // Why no document can be saved as the options want it, the result being written to `output`;
+    // empty where it can. A photo that is opened need not have been read.
     static std::string problemOf(const EditOptions& options, const std::string& output,
-                                 bool isDocument);
+                                 const OpenedFile& opened);
 
     // What is edited is this file now, or the clipboard's picture for an empty path.
     void follow(const std::string& path, bool isDocument);
@@ -34,6 +34,7 @@ public:
     const std::string& saved() const { return _saved; }
 
 private:
+    std::optional<std::string> keepOthersWork(const std::string& path) const;
     std::optional<std::string> saveUnderNewName(MDrawView& canvas, const PictureOrigins& origins);
 
     const EditOptions& _options;
@@ -43,6 +44,8 @@ private:
     std::string _opened;
     std::string _own;
     std::string _saved;
+    // The hash of what was read from or written to the document that is saved to; empty before.
+    std::string _known;
 };
 
 }  // namespace kalim::cli

@@ -18,6 +18,7 @@
 #include "cli/Workers.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/document/Sha256.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/image/MDrawImageUtil.h"
 #include "kalimkit/json/JsonText.h"
@@ -57,6 +58,9 @@ private:
         gfx::ImageRef image = opened.document ? drawn(canvas, opened, problem)
                                               : PictureOrigins().make(*_device, opened);
         if (image && _options.maxSide) image = reduced(image, *_options.maxSide);
+        if (problem.empty() && isPhoto(task.output, opened)) {
+            problem = task.output + " is its photo; name another place with -o or --out-dir";
+        }
         if (problem.empty() && !image) problem = "there is nothing to render, or no room for it";
         if (!problem.empty()) return task.file + ": " + problem;
         return write(task, *image);
@@ -67,6 +71,15 @@ private:
         if (!problem.empty()) return nullptr;
         return _options.isScreenSize ? canvas.canvas().exportImage()
                                      : canvas.canvas().exportImageAtPictureScale();
+    }
+
+    // Whether the picture would take the place of what the document was drawn on.
+    static bool isPhoto(const std::string& output, const OpenedFile& opened) {
+        const bool hasPhoto = opened.document && opened.document->picture;
+        codec::Bytes there;
+        if (!hasPhoto || output == "-" || codec::readFile(output, there)) return false;
+        const std::string_view bytes{reinterpret_cast<const char*>(there.data()), there.size()};
+        return sha256(bytes) == opened.document->picture->sha256;
     }
 
     static gfx::ImageRef reduced(const gfx::ImageRef& image, int side) {

@@ -99,6 +99,10 @@ std::optional<std::string> seal(MDrawView& canvas, const PictureOrigins::Origin*
 
 }  // namespace
 
+bool isLinkable(const std::string& picture, const std::string& folder) {
+    return pathFrom(folder.empty() ? "." : folder, picture).has_value();
+}
+
 std::optional<std::string> documentTextOf(MDrawView& canvas, const PictureOrigins& origins,
                                           const DocumentSaving& saving, const std::string& folder,
                                           std::string& text) {

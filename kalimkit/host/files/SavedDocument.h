@@ -27,6 +27,10 @@ KALIM_API std::optional<std::string> documentTextOf(MDrawView& canvas,
                                                     const DocumentSaving& saving,
                                                     const std::string& folder, std::string& text);
 
+// Whether a document in the folder, an empty one being that of the process, can be linked to a
+// picture's file: it lies there or below.
+KALIM_API bool isLinkable(const std::string& picture, const std::string& folder);
+
 // Writes it in the place of a file, all of it or nothing. What is wrong begins with the path.
 KALIM_API std::optional<std::string> saveDocument(MDrawView& canvas, const PictureOrigins& origins,
                                                   const DocumentSaving& saving,
