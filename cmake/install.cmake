@@ -45,6 +45,8 @@ set(KALIM_NEEDED_PARTS)
 foreach(part IN LISTS KALIM_PARTS)
   get_property(needed GLOBAL PROPERTY KALIM_PARTS_OF_${part})
   if(needed)
+    # What others of them need comes first.
+    list(REVERSE needed)
     list(JOIN needed " " needed)
     string(APPEND KALIM_NEEDED_PARTS "if(\"${part}\" IN_LIST KalimKit_parts)
   list(PREPEND KalimKit_parts ${needed})
