@@ -42,13 +42,6 @@ PictureCut readCut(DocumentPlace place) {
     return cut;
 }
 
-ToolList membersOf(const ToolRef& entry) {
-    if (!entry->mutabaleToolObjType()) return {entry};
-    ToolList members;
-    entry->addSubToolToArray(members);
-    return members;
-}
-
 }  // namespace
 
 void CanvasJournal::setListener(std::weak_ptr<StepListener> listener) {
@@ -56,9 +49,13 @@ void CanvasJournal::setListener(std::weak_ptr<StepListener> listener) {
     if (!_isComplete) takeStart();
 }
 
+// Where nobody listens the start is taken when somebody does, or asks: it may be of many tools.
 void CanvasJournal::restart() {
+    _isComplete = false;
+    const auto listener = _listener.lock();
+    if (!listener) return;
     takeStart();
-    if (const auto listener = _listener.lock()) listener->canvasDidRestart();
+    listener->canvasDidRestart();
 }
 
 void CanvasJournal::takeStart() {
@@ -80,7 +77,8 @@ void CanvasJournal::takeCut() {
 }
 
 // The cut may have changed since by a step, which would then be played on top of itself.
-std::string CanvasJournal::setUp() const {
+std::string CanvasJournal::setUp() {
+    if (!_isComplete) takeStart();
     Document start = _canvas.document.head();
     start.cut = _startCut;
     start.tools = _start;
@@ -171,6 +169,7 @@ JsonValue CanvasJournal::stateOf(const ToolRef& tool) {
 
 std::optional<std::string> CanvasJournal::replay(std::span<const std::string> steps,
                                                  const CutPicture& cutPicture) {
+    if (!_isComplete) takeStart();
     const auto pause = paused();
     const auto quiet = _canvas.content.suspended();
     for (std::size_t i = 0; i < steps.size(); ++i) {

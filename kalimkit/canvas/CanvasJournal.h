@@ -52,7 +52,7 @@ public:
     void noteMeasuring();
 
     // See MDrawView::stepsSetUp() and replaySteps().
-    std::string setUp() const;
+    std::string setUp();
     // `cutPicture` makes a step of a cut.
     using CutPicture = std::function<bool(const PictureCut& cut)>;
     std::optional<std::string> replay(std::span<const std::string> steps,

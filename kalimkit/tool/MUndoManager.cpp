@@ -27,14 +27,14 @@ MUndoManager::State stateAfter(Step step) {
     }
 }
 
+}  // namespace
+
 ToolList membersOf(const ToolRef& entry) {
     if (!entry->mutabaleToolObjType()) return {entry};
     ToolList members;
     entry->addSubToolToArray(members);
     return members;
 }
-
-}  // namespace
 
 void MUndoManager::addTool(const ToolRef& tool) {
     if (tool && !isOnCanvas(tool)) _tools->push_back(tool);

@@ -26,6 +26,9 @@ public:
     virtual void toolsStateChangedState(const ToolRef& /*tool*/, State /*state*/) {}
 };
 
+// The tools that an entry of the stacks stands for: a group's members, or the one tool.
+KALIM_API ToolList membersOf(const ToolRef& entry);
+
 // The canvas's undo: two stacks of touched tools (not of states or commands). An entry says only
 // that this tool was touched; what undoing it means is decided at undo time, from whether the tool
 // is on the canvas and whether its own history can step. The stacks have no limit.

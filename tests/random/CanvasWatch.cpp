@@ -18,14 +18,6 @@ bool contains(const ToolList& list, const ToolRef& tool) {
     return std::ranges::find(list, tool) != list.end();
 }
 
-ToolList membersOf(const ToolRef& entry) {
-    if (!entry->mutabaleToolObjType()) return {entry};
-    // The step of a cut has none.
-    ToolList members;
-    entry->addSubToolToArray(members);
-    return members;
-}
-
 bool isAnyOf(const ToolList& tools, const auto& predicate) {
     return std::ranges::any_of(tools, predicate);
 }
