@@ -110,8 +110,33 @@ gfx::ImageRef CanvasExport::imageAtPictureScale() {
     const CanvasPicture& picture = _canvas.shown.picture;
     if (!picture.source() || picture.rect().isEmpty()) return image();
     const auto [whole, origin] = drawnAtPictureScale();
-    if (!picture.isCropped()) return turned(whole);
-    return turned(MDrawImageUtil::imageFromImageInRect(whole, picture.cut().crop->offset(origin)));
+    if (!whole) return nullptr;
+    const bool isCropped = picture.isCropped();
+    const gfx::ImageRef part =
+        isCropped ? MDrawImageUtil::imageFromImageInRect(whole, picture.cut().crop->offset(origin))
+                  : whole;
+    const gfx::ImageRef image = turned(part);
+    noteExported(image, isCropped ? gfx::Point{} : origin);
+    return image;
+}
+
+void CanvasExport::noteExported(const gfx::ImageRef& image, gfx::Point origin) {
+    const CanvasPicture& picture = _canvas.shown.picture;
+    const gfx::Rect part = partOf(picture.cut(), picture.source()->pixelSize());
+    const auto whole = [](double length) { return static_cast<int>(std::lround(length)); };
+    _last = image;
+    _lastOrigin = {
+        picture.source(),
+        {whole(part.minX()), whole(part.minY()), whole(part.size.width), whole(part.size.height)},
+        whole(origin.x),
+        whole(origin.y),
+        picture.cut().quarterTurns,
+        {}};
+}
+
+std::optional<ExportedPicture> CanvasExport::exportedPicture(const gfx::ImageRef& image) const {
+    if (!image || _last.lock() != image) return std::nullopt;
+    return _lastOrigin;
 }
 
 gfx::ImageRef CanvasExport::uncutImage() {

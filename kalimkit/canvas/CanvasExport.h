@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
+#include "kalimkit/canvas/ExportedPicture.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Point.h"
 
@@ -43,6 +47,8 @@ public:
     // exportImageAtPictureScale() and exportImageForScale().
     gfx::ImageRef image();
     gfx::ImageRef imageAtPictureScale();
+    // See MDrawView::exportedPicture().
+    std::optional<ExportedPicture> exportedPicture(const gfx::ImageRef& image) const;
     // See MDrawView::exportUncutImage().
     gfx::ImageRef uncutImage();
     gfx::ImageRef imageOfView();
@@ -60,8 +66,12 @@ private:
     gfx::ImageRef cropAtScreenScale();
     double pointsOnScreen() const;
     gfx::ImageRef turned(const gfx::ImageRef& image) const;
+    void noteExported(const gfx::ImageRef& image, gfx::Point origin);
 
     Canvas _canvas;
+    // What was handed out last at the picture's scale, and how it came about.
+    std::weak_ptr<const gfx::Image> _last;
+    ExportedPicture _lastOrigin;
 };
 
 }  // namespace kalim

@@ -139,6 +139,10 @@ gfx::ImageRef MDrawView::exportImageAtPictureScale() {
     return parts->exports.imageAtPictureScale();
 }
 
+std::optional<ExportedPicture> MDrawView::exportedPicture(const gfx::ImageRef& image) const {
+    return _parts->exports.exportedPicture(image);
+}
+
 gfx::ImageRef MDrawView::exportUncutImage() {
     const auto parts = held();
     fitIntoView();

@@ -20,6 +20,7 @@ class MDrawText;
 class MUndoManager;
 class StepListener;
 struct Document;
+struct ExportedPicture;
 struct SealedDocument;
 enum class FingerState;
 struct CanvasParts;
@@ -82,6 +83,9 @@ public:
     // transparent as well. Drawings and patches are scaled with it. Without a picture as
     // exportImage(). Null as there.
     gfx::ImageRef exportImageAtPictureScale();
+    // How the picture that exportImageAtPictureScale() handed out last came from the canvas's one,
+    // so that a file of it can keep what nothing covers as it is; nothing for any other.
+    std::optional<ExportedPicture> exportedPicture(const gfx::ImageRef& image) const;
     // All of the picture, and nothing beyond it, at its own scale as the one above, with all that
     // is drawn there, whatever its cut: what the cut is chosen from. Null without a picture.
     gfx::ImageRef exportUncutImage();

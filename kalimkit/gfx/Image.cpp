@@ -32,10 +32,12 @@ AffineTransform uprightTransform(ImageOrientation orientation, Size seen) {
     return {};
 }
 
-Image::Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation)
+Image::Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation,
+             const PixelGrid& grid)
     : _raster(std::move(raster)),
       _scale(std::isfinite(scale) && scale > 0 ? scale : 1),
-      _orientation(orientation) {
+      _orientation(orientation),
+      _grid(grid) {
     assert(_raster);
 }
 

@@ -5,6 +5,7 @@
 #include "kalimkit/gfx/AffineTransform.h"
 #include "kalimkit/gfx/Bitmap.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/PixelGrid.h"
 #include "kalimkit/gfx/Size.h"
 
 namespace kalim::gfx {
@@ -48,7 +49,8 @@ public:
 class KALIM_API Image {
 public:
     // A scale that is not a positive number counts as 1.
-    Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation);
+    Image(std::shared_ptr<const Raster> raster, double scale, ImageOrientation orientation,
+          const PixelGrid& grid = {});
 
     const std::shared_ptr<const Raster>& raster() const { return _raster; }
     // The raster's own extent, before it is turned.
@@ -58,11 +60,14 @@ public:
     // Points as seen: pixels divided by the scale, sides exchanged for a quarter turn.
     Size size() const;
     BitmapRef pixels() const { return _raster->pixels(); }
+    // Which of the upright picture's pixels its file held together.
+    const PixelGrid& grid() const { return _grid; }
 
 private:
     std::shared_ptr<const Raster> _raster;
     double _scale;
     ImageOrientation _orientation;
+    PixelGrid _grid;
 };
 
 using ImageRef = std::shared_ptr<const Image>;

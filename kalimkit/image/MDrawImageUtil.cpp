@@ -207,9 +207,12 @@ gfx::ImageRef MDrawImageUtil::mosiacImageFittoSizeSrcImgBoundsTransform(
 
 gfx::ImageRef MDrawImageUtil::fixOrientation(const gfx::ImageRef& image) {
     if (!image || image->orientation() == gfx::ImageOrientation::Up) return image;
-    return ui::Environment::current().device().makeImage(
+    const gfx::ImageRef upright = ui::Environment::current().device().makeImage(
         uprightBitmap(*image->pixels(), image->orientation()), image->scale(),
         gfx::ImageOrientation::Up);
+    if (!upright || image->grid() == gfx::PixelGrid()) return upright;
+    return std::make_shared<const gfx::Image>(upright->raster(), upright->scale(),
+                                              gfx::ImageOrientation::Up, image->grid());
 }
 
 }  // namespace kalim

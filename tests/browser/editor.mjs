@@ -369,10 +369,10 @@ test('after the first tap an editor at rest asks for no frames, and a turned pag
   await openPage();
   assert.notEqual(await framesAskedFor(30), 0);
   await choosePen(0);
-  assert.equal(await framesAskedFor(60), 0);
+  // On a slow machine the last frame of the choice may come late.
+  await until(async () => (await framesAskedFor(60)) === 0, 'a second without a frame');
   await openPage();
-  await settle();
-  assert.equal(await framesAskedFor(60), 0);
+  await until(async () => (await framesAskedFor(60)) === 0, 'a second without a frame');
   if (browserName !== 'chromium') return;
   await page.resize(844, 390);
   // The picture's columns, and nothing of it at the left edge.
