@@ -27,8 +27,4 @@ SavedPicture savePicture(const gfx::Bitmap& result, const SavingSource& /*source
     return saved;
 }
 
-gfx::PixelGrid pixelGrid(ByteSpan /*file*/) {
-    return {};
-}
-
 }  // namespace kalim::codec
