@@ -20,6 +20,7 @@
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/host/files/EncodedPicture.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/host/files/SavedDocument.h"
 #include "kalimkit/host/headless/LiveScenario.h"
@@ -168,7 +169,7 @@ public:
                                                 const gfx::ImageRef& image) override {
         if (_status == failure) return;
         const auto problem =
-            image ? send(*image) : std::optional<std::string>("there is nothing to write");
+            image ? send(image) : std::optional<std::string>("there is nothing to write");
         if (problem) {
             complain(*problem);
             tell("无法保存图片", *problem, {});
@@ -253,18 +254,21 @@ private:
     }
 
     // Both or a sentence that says what went wrong.
-    std::optional<std::string> send(const gfx::Image& image) {
+    std::optional<std::string> send(const gfx::ImageRef& image) {
         MDrawView& canvas = *_window.seat().canvas();
+        const codec::SavedPicture saved =
+            encodeExport(image, canvas, _window.origins(), _output.savingOptions());
         std::string inside;
         if (_options.isDocumentInside) {
-            const auto problem =
-                documentTextOf(canvas, _window.origins(), {.isSealed = true}, ".", inside);
+            const auto problem = documentTextOf(
+                canvas, _window.origins(),
+                {.isSealed = true, .metadata = _options.writing.metadata}, ".", inside);
             if (problem) return "the document inside: " + *problem;
         }
         if (_document.isSentAlong()) {
             if (auto problem = _document.save(canvas, _window.origins())) return problem;
         }
-        return _output.write(image, inside);
+        return _output.write(saved, inside);
     }
 
     void saveDocument() {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/PictureFormat.h"
+#include "cli/PictureWriting.h"
 #include "kalimkit/gfx/Color.h"
 
 namespace kalim::cli {
@@ -45,6 +46,7 @@ struct EditOptions {
     // is left alone and nothing new is recorded.
     enum class Recovery { Ask, GoOn, Off };
     Recovery recovery = Recovery::Ask;
+    PictureWriting writing;
 };
 
 // Runs `kalimkit edit`: shows the editor in a window until the user confirms or closes it. The exit

@@ -88,8 +88,9 @@ std::optional<std::string> EditDocument::save(MDrawView& canvas, const PictureOr
     const bool isLinked = _options.isLinked || (path == _opened && isLinkedAlready(canvas));
     auto problem = keepOthersWork(path);
     if (!problem)
-        problem = saveDocument(canvas, origins, {_options.isSealed, isLinked && !_options.isSealed},
-                               path);
+        problem = saveDocument(
+            canvas, origins,
+            {_options.isSealed, isLinked && !_options.isSealed, _options.writing.metadata}, path);
     if (problem) return problem;
     _saved = path;
     _known = hashOf(path);
@@ -101,7 +102,8 @@ std::optional<std::string> EditDocument::saveUnderNewName(MDrawView& canvas,
                                                           const PictureOrigins& origins) {
     const std::string folder = fs::path(_stem).parent_path().string();
     std::string text;
-    auto problem = documentTextOf(canvas, origins, {_options.isSealed, _options.isLinked},
+    auto problem = documentTextOf(canvas, origins,
+                                  {_options.isSealed, _options.isLinked, _options.writing.metadata},
                                   folder.empty() ? "." : folder, text);
     if (problem) return _stem + ".kalim: " + *problem;
     std::string path;

@@ -25,6 +25,7 @@ namespace fs = std::filesystem;
 std::optional<EditOutput> EditOutput::make(const EditOptions& options, codec::ByteSpan photo,
                                            std::string& problem) {
     EditOutput output;
+    output._writing = options.writing;
     const bool isStandard =
         options.output == "-" || (options.output.empty() && options.photo == "-");
     const bool isNamed = !isStandard && !options.output.empty();
@@ -101,11 +102,12 @@ std::optional<std::string> EditOutput::writeUnderFreeName(const codec::Bytes& by
     return problem;
 }
 
-std::optional<std::string> EditOutput::write(const gfx::Image& image, const std::string& inside) {
+std::optional<std::string> EditOutput::write(const codec::SavedPicture& picture,
+                                             const std::string& inside) {
     const bool isStandard = _path.empty() && _stem.empty();
     std::string path = isStandard || !_path.empty() ? _path : freeName();
-    codec::Bytes bytes;
-    auto problem = encode(image, _format, bytes);
+    auto problem = picture.error;
+    codec::Bytes bytes = picture.bytes;
     if (!problem && !inside.empty()) problem = codec::addPngText(bytes, documentKeyword, inside);
     if (problem) return (isStandard ? "standard output" : path) + ": " + *problem;
     if (isStandard) {
@@ -117,8 +119,10 @@ std::optional<std::string> EditOutput::write(const gfx::Image& image, const std:
     } else {
         problem = codec::writeFileAtomically(path, bytes);
     }
-    if (!problem) _written = path;
-    return problem;
+    if (problem) return problem;
+    _written = path;
+    tellOf(picture, _writing, path);
+    return std::nullopt;
 }
 
 }  // namespace kalim::cli

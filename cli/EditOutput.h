@@ -5,7 +5,8 @@
 
 #include "cli/Edit.h"
 #include "kalimkit/codec/Bytes.h"
-#include "kalimkit/gfx/Image.h"
+#include "kalimkit/codec/Saving.h"
+#include "kalimkit/gfx/Size.h"
 
 namespace kalim::cli {
 
@@ -23,9 +24,12 @@ public:
     // clipboard. The result takes its name and format, where the options have fixed none.
     void follow(const EditOptions& options, const std::string& path);
 
+    // How the picture is to be encoded.
+    codec::SavingOptions savingOptions() const { return cli::savingOptions(_writing, _format); }
     // All of it or nothing. Nothing on success, else a sentence that says what went wrong; after
     // that it may be tried again. A PNG picture carries the text of a document, if any, inside.
-    std::optional<std::string> write(const gfx::Image& image, const std::string& inside = {});
+    std::optional<std::string> write(const codec::SavedPicture& picture,
+                                     const std::string& inside = {});
     // What was written last, as it is to be told; empty for standard output.
     const std::string& written() const { return _written; }
     // Empty for standard output and for a name that is chosen only when it is written.
@@ -37,6 +41,7 @@ private:
     std::string freeName() const;
     std::optional<std::string> writeUnderFreeName(const codec::Bytes& bytes, std::string& path);
 
+    PictureWriting _writing;
     PictureFormat _format = PictureFormat::Png;
     // Empty means standard output.
     std::string _path;

@@ -9,10 +9,16 @@
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/image/PictureCut.h"
 
 namespace kalim::cli {
 
 namespace {
+
+int counterClockwise(const ImageOptions& options) {
+    constexpr int circle = 4;
+    return (circle - options.quarters % circle) % circle;
+}
 
 gfx::ImageRef operateOn(const ImageOptions& options, const gfx::ImageRef& picture) {
     switch (options.operation) {
@@ -23,18 +29,40 @@ gfx::ImageRef operateOn(const ImageOptions& options, const gfx::ImageRef& pictur
                                                                          options.enlarge);
         case ImageOptions::Operation::Crop:
             return MDrawImageUtil::imageFromImageInRect(picture, options.rect);
+        case ImageOptions::Operation::Turn:
+            return turnedImage(picture, counterClockwise(options));
     }
     return nullptr;
 }
 
+// Where the picture's own pixels are in what has become of it.
+ExportedPicture originOf(const ImageOptions& options, const gfx::ImageRef& picture,
+                         const gfx::ImageRef& result) {
+    const gfx::PixelSize size = picture->pixelSize();
+    ExportedPicture exported;
+    exported.source = picture;
+    const bool isScaled =
+        options.operation == ImageOptions::Operation::Fit && result->pixelSize() != size;
+    if (isScaled) return exported;
+    exported.part = {0, 0, size.width, size.height};
+    if (options.operation == ImageOptions::Operation::Turn)
+        exported.quarterTurns = counterClockwise(options);
+    if (options.operation == ImageOptions::Operation::Crop) {
+        const gfx::Rect part = MDrawImageUtil::pixelsInRect(size, options.rect);
+        exported.part = {static_cast<int>(part.minX()), static_cast<int>(part.minY()),
+                         static_cast<int>(part.size.width), static_cast<int>(part.size.height)};
+    }
+    return exported;
+}
+
 std::optional<std::string> convert(const ImageOptions& options, gfx::Device& device) {
-    PictureFiles files(device);
+    PictureFiles files(device, options.writing);
     auto [picture, problem] = files.loadPicture(options.input);
     if (!picture) return std::move(problem);
     picture = MDrawImageUtil::fixOrientation(picture);
     const gfx::ImageRef result = picture ? operateOn(options, picture) : nullptr;
     if (!result) return options.input + ": nothing of the picture is left";
-    return files.savePicture(options.output, result);
+    return files.savePicture(options.output, result, originOf(options, picture, result));
 }
 
 }  // namespace

@@ -3,13 +3,14 @@
 #include <cstdint>
 #include <string>
 
+#include "cli/PictureWriting.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
 
 namespace kalim::cli {
 
 struct ImageOptions {
-    enum class Operation { Pixelate, Fit, Crop };
+    enum class Operation { Pixelate, Fit, Crop, Turn };
 
     Operation operation = Operation::Pixelate;
     std::string input;
@@ -21,6 +22,9 @@ struct ImageOptions {
     bool enlarge = false;
     // Crop takes a rectangle in pixels of the upright picture.
     gfx::Rect rect;
+    // Turn: clockwise, any number.
+    int quarters = 1;
+    PictureWriting writing;
 };
 
 // Runs `kalimkit image`: reads a picture, turns it upright, works on it and writes it. Complains on

@@ -23,7 +23,11 @@ public:
     // Takes the document of the file, whose picture it uses up. Nothing on success, else what is
     // wrong, without the file's name.
     std::optional<std::string> open(OpenedFile& opened);
+    // The picture of a file without a document, which is used up as well; null where there is no
+    // room for it.
+    gfx::ImageRef takePicture(OpenedFile& opened) { return _origins.make(_device, opened); }
     MDrawView& canvas() { return *_canvas; }
+    const PictureOrigins& origins() const { return _origins; }
 
 private:
     gfx::Device& _device;

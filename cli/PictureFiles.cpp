@@ -5,6 +5,7 @@
 #include "cli/PictureFormat.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/host/files/EncodedPicture.h"
 #include "kalimkit/host/files/SavedDocument.h"
 
 namespace kalim::cli {
@@ -55,16 +56,40 @@ ScenarioFiles::LoadedDocument PictureFiles::loadDocument(const std::string& path
 
 std::optional<std::string> PictureFiles::saveDocument(const std::string& path, MDrawView& canvas,
                                                       const DocumentSaving& saving) {
-    return kalim::saveDocument(canvas, _origins, {saving.isSealed, saving.isLinked}, path);
+    return kalim::saveDocument(canvas, _origins,
+                               {saving.isSealed, saving.isLinked, _writing.metadata}, path);
 }
 
 std::optional<std::string> PictureFiles::savePicture(const std::string& path,
                                                      const gfx::ImageRef& image) {
+    return savePicture(path, image, {});
+}
+
+std::optional<std::string> PictureFiles::savePicture(const std::string& path,
+                                                     const gfx::ImageRef& image,
+                                                     const ExportedPicture& exported) {
+    return write(path, [&](const codec::SavingOptions& options) {
+        return encodePicture(*image, exported, _origins, options);
+    });
+}
+
+std::optional<std::string> PictureFiles::saveExport(const std::string& path,
+                                                    const gfx::ImageRef& image,
+                                                    const MDrawView& canvas) {
+    return write(path, [&](const codec::SavingOptions& options) {
+        return encodeExport(image, canvas, _origins, options);
+    });
+}
+
+template <typename Encode>
+std::optional<std::string> PictureFiles::write(const std::string& path, const Encode& encode) {
     const std::optional<PictureFormat> format = pictureFormatOfPath(path);
     if (!format) return path + ": pictures are written as " + pictureEndings;
-    codec::Bytes bytes;
-    const std::optional<std::string> problem = encode(*image, *format, bytes);
-    return problem ? path + ": " + *problem : codec::writeFileAtomically(path, bytes);
+    const codec::SavedPicture saved = encode(savingOptions(_writing, *format));
+    if (saved.error) return path + ": " + *saved.error;
+    auto problem = codec::writeFileAtomically(path, saved.bytes);
+    if (!problem) tellOf(saved, _writing, path);
+    return problem;
 }
 
 }  // namespace kalim::cli

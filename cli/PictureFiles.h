@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "cli/PictureWriting.h"
+#include "kalimkit/canvas/ExportedPicture.h"
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/host/files/PictureOrigins.h"
@@ -16,11 +18,17 @@ namespace kalim::cli {
 class PictureFiles : public ScenarioFiles {
 public:
     // The device makes the pictures that are read, and must outlive this object.
-    explicit PictureFiles(gfx::Device& device) : _device(device) {}
+    explicit PictureFiles(gfx::Device& device, const PictureWriting& writing = {})
+        : _device(device), _writing(writing) {}
 
     LoadedPicture loadPicture(const std::string& path) override;
     std::optional<std::string> savePicture(const std::string& path,
                                            const gfx::ImageRef& image) override;
+    // An image that came about in this way from a picture that was loaded here.
+    std::optional<std::string> savePicture(const std::string& path, const gfx::ImageRef& image,
+                                           const ExportedPicture& exported);
+    std::optional<std::string> saveExport(const std::string& path, const gfx::ImageRef& image,
+                                          const MDrawView& canvas) override;
     LoadedDocument loadDocument(const std::string& path) override;
     std::optional<std::string> saveDocument(const std::string& path, MDrawView& canvas,
                                             const DocumentSaving& saving) override;
@@ -29,7 +37,11 @@ public:
     LoadedDocument takeDocument(OpenedFile opened);
 
 private:
+    template <typename Encode>
+    std::optional<std::string> write(const std::string& path, const Encode& encode);
+
     gfx::Device& _device;
+    PictureWriting _writing;
     PictureOrigins _origins;
 };
 

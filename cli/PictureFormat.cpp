@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
-#include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/FileFormat.h"
 
 namespace kalim::cli {
-
-namespace {
-
-constexpr int lossyQuality = 90;
-
-}  // namespace
 
 std::optional<PictureFormat> pictureFormat(std::string_view name) {
     std::string lower(name);
@@ -48,14 +41,6 @@ std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes) {
 std::string endingOf(PictureFormat format) {
     if (format == PictureFormat::Png) return ".png";
     return format == PictureFormat::Jpeg ? ".jpg" : ".webp";
-}
-
-std::optional<std::string> encode(const gfx::Image& image, PictureFormat format,
-                                  codec::Bytes& bytes) {
-    const gfx::BitmapRef pixels = image.pixels();
-    if (format == PictureFormat::Png) return codec::encodePng(*pixels, bytes);
-    if (format == PictureFormat::Jpeg) return codec::encodeJpeg(*pixels, lossyQuality, bytes);
-    return codec::encodeWebp(*pixels, lossyQuality, bytes);
 }
 
 }  // namespace kalim::cli

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "kalimkit/codec/Bytes.h"
-#include "kalimkit/gfx/Image.h"
 
 namespace kalim::cli {
 
@@ -23,9 +22,5 @@ std::optional<PictureFormat> pictureFormatOfPath(const std::string& path);
 std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes);
 // The dot belongs to it.
 std::string endingOf(PictureFormat format);
-
-// A whole file of the picture as it is stored; nothing on success, else what went wrong.
-std::optional<std::string> encode(const gfx::Image& image, PictureFormat format,
-                                  codec::Bytes& bytes);
 
 }  // namespace kalim::cli

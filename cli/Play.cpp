@@ -46,7 +46,7 @@ int play(const PlayOptions& options) {
     LineReader reader(options.scenario);
     if (reader.error()) return complain(*reader.error());
     const std::shared_ptr<gfx::CairoDevice> device = gfx::CairoDevice::make();
-    PictureFiles files(*device);
+    PictureFiles files(*device, options.writing);
     StandardOutput output;
     ScenarioScreen screen = options.screen;
     Start start;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "cli/PictureWriting.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
 
 namespace kalim::cli {
@@ -14,6 +15,7 @@ struct PlayOptions {
     // A picture with a document inside is just the picture.
     bool isFlat = false;
     ScenarioScreen screen;
+    PictureWriting writing;
 };
 
 // Runs `kalimkit play`: prints on standard output, complains on standard error. The exit status.

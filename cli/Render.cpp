@@ -19,6 +19,7 @@
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/document/Sha256.h"
+#include "kalimkit/host/files/EncodedPicture.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/image/MDrawImageUtil.h"
 #include "kalimkit/json/JsonText.h"
@@ -55,15 +56,28 @@ private:
         OpenedCanvas canvas(*_device, opened.document ? *opened.document : blank,
                             _options.isScreenSize);
         std::string problem;
-        gfx::ImageRef image = opened.document ? drawn(canvas, opened, problem)
-                                              : PictureOrigins().make(*_device, opened);
-        if (image && _options.maxSide) image = reduced(image, *_options.maxSide);
+        gfx::ImageRef image =
+            opened.document ? drawn(canvas, opened, problem) : canvas.takePicture(opened);
+        ExportedPicture exported = originOf(image, canvas);
+        if (image && _options.maxSide) reduce(image, exported, *_options.maxSide);
         if (problem.empty() && isPhoto(task.output, opened)) {
             problem = task.output + " is its photo; name another place with -o or --out-dir";
         }
         if (problem.empty() && !image) problem = "there is nothing to render, or no room for it";
         if (!problem.empty()) return task.file + ": " + problem;
-        return write(task, *image);
+        return write(task, encodePicture(*image, exported, canvas.origins(),
+                                         savingOptions(_options.writing, task.format)));
+    }
+
+    static ExportedPicture originOf(const gfx::ImageRef& image, OpenedCanvas& opened) {
+        const MDrawView& canvas = opened.canvas();
+        ExportedPicture origin;
+        origin.source = canvas.sourceImage();
+        if (!image || origin.source) return canvas.exportedPicture(image).value_or(origin);
+        // A picture without a document.
+        origin.source = image;
+        origin.part = {0, 0, image->pixelSize().width, image->pixelSize().height};
+        return origin;
     }
 
     gfx::ImageRef drawn(OpenedCanvas& canvas, OpenedFile& opened, std::string& problem) const {
@@ -82,28 +96,32 @@ private:
         return sha256(bytes) == opened.document->picture->sha256;
     }
 
-    static gfx::ImageRef reduced(const gfx::ImageRef& image, int side) {
+    static void reduce(gfx::ImageRef& image, ExportedPicture& exported, int side) {
         const gfx::PixelSize size = image->pixelSize();
         const int longer = std::max(size.width, size.height);
-        if (longer <= side) return image;
+        if (longer <= side) return;
         const double factor = static_cast<double>(side) / longer;
         const auto shorten = [factor](int length) {
             return std::max(1.0, std::round(length * factor));
         };
         constexpr double pixelsPerPoint = 1;
-        return MDrawImageUtil::resizedImageToSize(
+        image = MDrawImageUtil::resizedImageToSize(
             image, {shorten(size.width), shorten(size.height)}, pixelsPerPoint);
+        exported.part = {};
     }
 
-    static std::string write(const RenderTask& task, const gfx::Image& image) {
-        codec::Bytes bytes;
-        auto problem = encode(image, task.format, bytes);
-        if (problem) return task.file + ": " + *problem;
-        if (task.output != "-")
-            return codec::writeFileAtomically(task.output, bytes).value_or(std::string());
-        StandardOutput output;
-        output.write(bytes);
-        return output.error().value_or(std::string());
+    std::string write(const RenderTask& task, const codec::SavedPicture& picture) const {
+        if (picture.error) return task.file + ": " + *picture.error;
+        std::optional<std::string> problem;
+        if (task.output == "-") {
+            StandardOutput output;
+            output.write(picture.bytes);
+            problem = output.error();
+        } else {
+            problem = codec::writeFileAtomically(task.output, picture.bytes);
+        }
+        if (!problem) tellOf(picture, _options.writing, task.output);
+        return problem.value_or(std::string());
     }
 
     const RenderOptions& _options;

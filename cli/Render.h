@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/PictureFormat.h"
+#include "cli/PictureWriting.h"
 
 namespace kalim::cli {
 
@@ -29,6 +30,7 @@ struct RenderOptions {
     bool isFlat = false;
     // A document whose picture is there and no older than it is passed over.
     bool isUpdate = false;
+    PictureWriting writing;
 };
 
 // Runs `kalimkit render`: makes pictures of documents without a screen. Complains on standard error

@@ -52,6 +52,7 @@ public:
                       "Take a picture with a document inside for the picture alone");
         play.add_flag("--forgiving", _play.screen.forgiving,
                       "Mend what costs people work, as the window and the page do");
+        addWriting(play, _play.writing);
         addEditorOptions(play);
         addImage();
         addEdit();
@@ -126,6 +127,10 @@ private:
             ->type_name("X,Y,W,H")
             ->required()
             ->check([this](const std::string& text) { return readRect(text, _asked.rect); });
+        CLI::App& turn = addOperation(command, "turn", Turn, "Turn by right angles");
+        turn.add_option("--quarters", _asked.quarters,
+                        "How many of them clockwise (1); below 0 the other way round")
+            ->type_name("N");
     }
 
     CLI::App& addOperation(CLI::App& command, const char* name, ImageOptions::Operation operation,
@@ -133,6 +138,7 @@ private:
         CLI::App& app = *command.add_subcommand(name, description);
         app.add_option("IN", _asked.input, "The picture to read")->required();
         app.add_option("OUT", _asked.output, "The picture to write")->required();
+        addWriting(app, _asked.writing);
         app.callback([this, operation] {
             _asked.operation = operation;
             _command = [this] { return image(_asked); };
@@ -170,6 +176,7 @@ private:
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
         addRecovery(command);
+        addWriting(command, asked.writing);
         command.callback([this] { _command = [this] { return edit(_askedEdit); }; });
     }
 
@@ -251,6 +258,7 @@ private:
                          "Take a picture with a document inside for the picture alone");
         command.add_flag("--update", asked.isUpdate,
                          "Pass over those whose picture is there and not older");
+        addWriting(command, asked.writing);
         command.callback([this] { _command = [this] { return render(_render); }; });
     }
 
@@ -265,6 +273,15 @@ private:
                 return std::string(id.empty() ? "must be the id of a work, or all" : "");
             });
         command.callback([this] { _command = [this] { return works(_works); }; });
+    }
+
+    // What all commands that write pictures take.
+    static void addWriting(CLI::App& command, PictureWriting& writing) {
+        addEditOption(command, "--metadata", "safe|keep|none",
+                      "What the written picture says beside its pixels (safe)", readMetadata,
+                      writing.metadata);
+        command.add_flag("--verbose", writing.isVerbose,
+                         "Say on standard error what had to be encoded anew");
     }
 
     // To each command as well: what is asked for behind its name is looked up there only.

@@ -95,13 +95,16 @@ void CanvasDocument::dropUnknown(Document& document) {
 
 SealedDocument CanvasDocument::sealed() {
     _canvas.exports.settle();
-    SealedDocument sealed{head(), pictureWithPatches()};
+    SealedDocument sealed{head(), pictureWithPatches(), {}};
     Document& document = sealed.document;
     gfx::Rect& seen = document.canvas.pictureRect;
     if (sealed.picture) {
         document.isSealed = true;
         dropUnknown(document);
         seen = _canvas.shown.picture.part();
+        sealed.exported.source = _canvas.shown.picture.source();
+        sealed.exported.part =
+            pixelPartOf(_canvas.shown.picture.cut(), sealed.exported.source->pixelSize());
         const gfx::PixelSize size = sealed.picture->pixelSize();
         document.picture->size = size;
         document.cut.crop = gfx::Rect(0, 0, size.width, size.height);

@@ -122,16 +122,14 @@ gfx::ImageRef CanvasExport::imageAtPictureScale() {
 
 void CanvasExport::noteExported(const gfx::ImageRef& image, gfx::Point origin) {
     const CanvasPicture& picture = _canvas.shown.picture;
-    const gfx::Rect part = partOf(picture.cut(), picture.source()->pixelSize());
     const auto whole = [](double length) { return static_cast<int>(std::lround(length)); };
     _last = image;
-    _lastOrigin = {
-        picture.source(),
-        {whole(part.minX()), whole(part.minY()), whole(part.size.width), whole(part.size.height)},
-        whole(origin.x),
-        whole(origin.y),
-        picture.cut().quarterTurns,
-        {}};
+    _lastOrigin = {picture.source(),
+                   pixelPartOf(picture.cut(), picture.source()->pixelSize()),
+                   whole(origin.x),
+                   whole(origin.y),
+                   picture.cut().quarterTurns,
+                   {}};
 }
 
 std::optional<ExportedPicture> CanvasExport::exportedPicture(const gfx::ImageRef& image) const {

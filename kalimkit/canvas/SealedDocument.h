@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kalimkit/canvas/ExportedPicture.h"
 #include "kalimkit/document/Document.h"
 #include "kalimkit/gfx/Image.h"
 
@@ -11,6 +12,8 @@ struct SealedDocument {
     Document document;
     // Null for a canvas without a picture, or where there is no room for it.
     gfx::ImageRef picture;
+    // How that came from the canvas's one, so that its file can keep what no patch covers.
+    ExportedPicture exported;
 };
 
 }  // namespace kalim

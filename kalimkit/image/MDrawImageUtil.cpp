@@ -66,10 +66,7 @@ gfx::AffineTransform croppingTransform(const gfx::Image& image) {
 
 // Copies the part of the raster, or answers with an empty bitmap.
 gfx::Bitmap cutOut(const gfx::Bitmap& raster, const gfx::Rect& rect) {
-    const gfx::Rect whole(0, 0, raster.width(), raster.height());
-    // Angles leave a few billionths beside the pixel that is meant; those are not to cost a row.
-    constexpr double tolerance = 1e-6;
-    const gfx::Rect part = rect.inset(tolerance, tolerance).roundedOut().intersection(whole);
+    const gfx::Rect part = MDrawImageUtil::pixelsInRect(raster.size(), rect);
     auto cut = gfx::Bitmap::unwritten(static_cast<int>(part.size.width),
                                       static_cast<int>(part.size.height));
     const auto left = static_cast<std::ptrdiff_t>(part.minX()) * 4;
@@ -110,6 +107,13 @@ void drawRasterUpwards(gfx::Context& context, const gfx::Image& image, gfx::Size
 }
 
 }  // namespace
+
+gfx::Rect MDrawImageUtil::pixelsInRect(gfx::PixelSize raster, const gfx::Rect& rect) {
+    // Angles leave a few billionths beside the pixel that is meant; those are not to cost a row.
+    constexpr double tolerance = 1e-6;
+    const gfx::Rect whole(0, 0, raster.width, raster.height);
+    return rect.inset(tolerance, tolerance).roundedOut().intersection(whole);
+}
 
 gfx::ImageRef MDrawImageUtil::imageFromImageInRect(const gfx::ImageRef& image,
                                                    const gfx::Rect& rect) {

@@ -18,6 +18,8 @@ public:
     // cut at the raster. The result has scale 1 and is upright; the image's own scale and
     // orientation are deliberately not carried over. Null where nothing of the raster is left.
     static gfx::ImageRef imageFromImageInRect(const gfx::ImageRef& image, const gfx::Rect& rect);
+    // The pixels that the operation above takes out of a raster of this size; empty for none.
+    static gfx::Rect pixelsInRect(gfx::PixelSize raster, const gfx::Rect& rect);
 
     // A part of the picture as it is seen, in points, with the image's scale and orientation. The
     // very same image for a rectangle at least as large as it, null for the zero rectangle. The

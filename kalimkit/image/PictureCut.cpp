@@ -36,6 +36,12 @@ gfx::Rect partOf(const PictureCut& cut, gfx::PixelSize picture) {
     return cut.crop.value_or(wholeOf(picture));
 }
 
+gfx::PixelRect pixelPartOf(const PictureCut& cut, gfx::PixelSize picture) {
+    const gfx::Rect part = partOf(cut, picture);
+    return {static_cast<int>(part.minX()), static_cast<int>(part.minY()),
+            static_cast<int>(part.size.width), static_cast<int>(part.size.height)};
+}
+
 bool isCropOf(const PictureCut& cut, gfx::PixelSize picture) {
     return partOf(cut, picture) != wholeOf(picture);
 }

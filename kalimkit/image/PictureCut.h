@@ -4,6 +4,7 @@
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/PixelRect.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
 
@@ -26,6 +27,9 @@ KALIM_API bool isCutOf(const PictureCut& cut, gfx::PixelSize picture);
 
 // The pixels that it shows of such a picture, before they are turned.
 KALIM_API gfx::Rect partOf(const PictureCut& cut, gfx::PixelSize picture);
+
+// The same as whole numbers.
+KALIM_API gfx::PixelRect pixelPartOf(const PictureCut& cut, gfx::PixelSize picture);
 
 // Whether it leaves anything of such a picture away.
 KALIM_API bool isCropOf(const PictureCut& cut, gfx::PixelSize picture);

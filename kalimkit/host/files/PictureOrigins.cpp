@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/codec/FileFormat.h"
+#include "kalimkit/codec/Saving.h"
 #include "kalimkit/image/UprightBitmap.h"
 
 namespace kalim {
@@ -23,8 +24,11 @@ gfx::ImageRef PictureOrigins::make(gfx::Device& device, codec::DecodeResult deco
     // A canvas turns a picture upright, which would make it another object.
     if (decoded.orientation != gfx::ImageOrientation::Up)
         decoded.bitmap = uprightBitmap(decoded.bitmap, decoded.orientation);
-    gfx::ImageRef image = device.makeImage(std::move(decoded.bitmap), 1, gfx::ImageOrientation::Up);
-    if (!image) return nullptr;
+    const gfx::ImageRef made =
+        device.makeImage(std::move(decoded.bitmap), 1, gfx::ImageOrientation::Up);
+    if (!made) return nullptr;
+    gfx::ImageRef image = std::make_shared<const gfx::Image>(
+        made->raster(), made->scale(), made->orientation(), codec::pixelGrid(file));
     std::erase_if(_entries, [](const Entry& entry) { return entry.image.expired(); });
     auto origin = std::make_shared<Origin>();
     const char* const mediaType = codec::mediaType(codec::fileFormat(file));

@@ -8,11 +8,12 @@
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/canvas/SealedDocument.h"
-#include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/Saving.h"
 #include "kalimkit/document/Document.h"
 #include "kalimkit/document/DocumentText.h"
 #include "kalimkit/document/Sha256.h"
+#include "kalimkit/host/files/EncodedPicture.h"
 
 namespace kalim {
 
@@ -31,14 +32,11 @@ void takeBytes(DocumentPicture& picture, std::string mediaType, std::string data
     picture.file.clear();
 }
 
-std::optional<std::string> takePixels(DocumentPicture& picture, const gfx::ImageRef& image,
-                                      bool isPng) {
-    codec::Bytes bytes;
-    const gfx::BitmapRef pixels = image->pixels();
-    auto problem =
-        isPng ? codec::encodePng(*pixels, bytes) : codec::encodeJpeg(*pixels, sealedQuality, bytes);
-    if (!problem) takeBytes(picture, isPng ? png : jpeg, std::string(bytes.begin(), bytes.end()));
-    return problem;
+std::optional<std::string> takeFile(DocumentPicture& picture, const char* mediaType,
+                                    const codec::SavedPicture& saved) {
+    if (!saved.error)
+        takeBytes(picture, mediaType, std::string(saved.bytes.begin(), saved.bytes.end()));
+    return saved.error;
 }
 
 // The path from the folder to a file that lies in it or below; nothing for another.
@@ -83,18 +81,26 @@ std::optional<std::string> fill(Document& document, const gfx::ImageRef& source,
                         : std::nullopt;
     }
     if (isLinked) return link(*document.picture, origin, folder);
-    if (!origin) return takePixels(*document.picture, source, true);
+    if (!origin)
+        return takeFile(*document.picture, png, codec::savePicture(*source->pixels(), {}, {}));
     takeBytes(*document.picture, origin->mediaType, origin->data);
     return std::nullopt;
 }
 
-std::optional<std::string> seal(MDrawView& canvas, const PictureOrigins::Origin* origin,
-                                Document& document) {
+// A picture of another format becomes a JPEG, for which its own quality says nothing.
+std::optional<std::string> seal(MDrawView& canvas, const PictureOrigins& origins,
+                                codec::Metadata metadata, Document& document) {
+    const auto origin = origins.find(canvas.sourceImage());
     SealedDocument sealed = canvas.sealedDocument();
     document = std::move(sealed.document);
     if (!document.picture) return std::nullopt;
     if (!sealed.picture) return "there is no room for its picture";
-    return takePixels(*document.picture, sealed.picture, !origin || origin->mediaType == png);
+    const bool isPng = !origin || origin->mediaType == png;
+    const codec::SavingOptions options{
+        isPng ? codec::FileFormat::Png : codec::FileFormat::Jpeg,
+        isPng || origin->mediaType == jpeg ? std::nullopt : std::optional(sealedQuality), metadata};
+    return takeFile(*document.picture, isPng ? png : jpeg,
+                    encodePicture(*sealed.picture, sealed.exported, origins, options));
 }
 
 }  // namespace
@@ -113,7 +119,7 @@ std::optional<std::string> documentTextOf(MDrawView& canvas, const PictureOrigin
     Document document;
     std::optional<std::string> problem;
     if (saving.isSealed) {
-        problem = seal(canvas, origin.get(), document);
+        problem = seal(canvas, origins, saving.metadata, document);
     } else {
         document = canvas.document();
         problem = fill(document, source, origin.get(), saving.isLinked, folder);

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "kalimkit/codec/Saving.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/files/PictureOrigins.h"
 
@@ -16,6 +17,8 @@ struct DocumentSaving {
     bool isSealed = false;
     // Its picture's bytes stay in the file that they came from.
     bool isLinked = false;
+    // What a sealed document's picture says beside its pixels.
+    codec::Metadata metadata = codec::Metadata::Safe;
 };
 
 // The document of what is on the canvas as a text, for a file in the folder. Like every export it

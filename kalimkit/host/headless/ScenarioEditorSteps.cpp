@@ -101,7 +101,7 @@ Problem ScenarioPlayer::Stage::save(const JsonValue& step) {
     std::string path;
     if (Problem problem = readAs(*step.find("save"), "\"save\"", path)) return problem;
     if (!_host->lastPicture()) return "no picture has been handed over";
-    return _files.savePicture(path, _host->lastPicture());
+    return _files.saveExport(path, _host->lastPicture(), *_canvas);
 }
 
 // ---- output

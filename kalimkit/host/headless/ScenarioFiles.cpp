@@ -8,6 +8,12 @@ constexpr const char* noDocuments = ": documents are not to be had here";
 
 }  // namespace
 
+std::optional<std::string> ScenarioFiles::saveExport(const std::string& path,
+                                                     const gfx::ImageRef& image,
+                                                     const MDrawView& /*canvas*/) {
+    return savePicture(path, image);
+}
+
 ScenarioFiles::LoadedDocument ScenarioFiles::loadDocument(const std::string& path) {
     LoadedDocument loaded;
     loaded.error = path + noDocuments;

@@ -27,6 +27,11 @@ public:
     // Answers with nothing on success, else with a sentence of the same kind.
     virtual std::optional<std::string> savePicture(const std::string& path,
                                                    const gfx::ImageRef& image) = 0;
+    // The same of what the canvas has just handed out, whose file can keep what nothing covers as
+    // it is. The default is the one above.
+    virtual std::optional<std::string> saveExport(const std::string& path,
+                                                  const gfx::ImageRef& image,
+                                                  const MDrawView& canvas);
 
     // ---- documents; the defaults have none and say so
     // A document and its picture, null for one without, or a sentence of that kind.

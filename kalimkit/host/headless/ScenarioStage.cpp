@@ -236,7 +236,7 @@ Problem ScenarioPlayer::Stage::exportPicture(const JsonValue& step) {
     } else {
         return wrongValue("\"at\"", "screen, picture or view", at);
     }
-    if (image) return _files.savePicture(path, image);
+    if (image) return _files.saveExport(path, image, *_canvas);
     if (_canvas->ctxRect().isEmpty()) {
         return "there is nothing to export: no picture and nothing drawn";
     }

@@ -1,0 +1,47 @@
+#include "cli/PictureWriting.h"
+
+#include "cli/Complaint.h"
+
+namespace kalim::cli {
+
+namespace {
+
+codec::FileFormat fileFormat(PictureFormat format) {
+    switch (format) {
+        case PictureFormat::Jpeg:
+            return codec::FileFormat::Jpeg;
+        case PictureFormat::Webp:
+            return codec::FileFormat::Webp;
+        case PictureFormat::Png:
+            break;
+    }
+    return codec::FileFormat::Png;
+}
+
+}  // namespace
+
+std::string readMetadata(const std::string& text, codec::Metadata& metadata) {
+    if (text == "safe") {
+        metadata = codec::Metadata::Safe;
+    } else if (text == "keep") {
+        metadata = codec::Metadata::Keep;
+    } else if (text == "none") {
+        metadata = codec::Metadata::None;
+    } else {
+        return "must be safe, keep or none, not " + text;
+    }
+    return {};
+}
+
+codec::SavingOptions savingOptions(const PictureWriting& writing, PictureFormat format) {
+    return {fileFormat(format), {}, writing.metadata};
+}
+
+void tellOf(const codec::SavedPicture& saved, const PictureWriting& writing,
+            const std::string& path) {
+    if (!writing.isVerbose || saved.encodedAnew.empty()) return;
+    const bool isStandard = path.empty() || path == "-";
+    say((isStandard ? "standard output" : path) + ": encoded anew: " + saved.encodedAnew);
+}
+
+}  // namespace kalim::cli
