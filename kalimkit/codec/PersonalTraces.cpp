@@ -1,7 +1,6 @@
 #include "kalimkit/codec/PersonalTraces.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <string>
 #include <string_view>
@@ -9,6 +8,7 @@
 
 #include "kalimkit/codec/PictureChunks.h"
 #include "kalimkit/codec/PngText.h"
+#include "kalimkit/codec/WrappedBlock.h"
 
 namespace kalim::codec {
 
@@ -71,26 +71,6 @@ private:
     std::map<std::string, std::map<std::uint32_t, ByteSpan>> _longXmp;
 };
 
-// Some programs write a block as text: a line with its kind, one with its length, then in
-// hexadecimal digits what it holds.
-Bytes unwrapped(std::string_view text) {
-    Bytes bytes;
-    text.remove_prefix(std::min(text.find_first_not_of("\r\n "), text.size()));
-    text.remove_prefix(std::min(text.find('\n'), text.size()));
-    text.remove_prefix(std::min(text.find_first_not_of("\r\n "), text.size()));
-    text.remove_prefix(std::min(text.find('\n'), text.size()));
-    std::string digits(text);
-    std::erase_if(digits,
-                  [](char letter) { return letter == '\n' || letter == '\r' || letter == ' '; });
-    for (std::size_t at = 0; at + 2 <= digits.size(); at += 2) {
-        std::uint8_t byte = 0;
-        const char* const end = digits.data() + at + 2;
-        if (std::from_chars(digits.data() + at, end, byte, 16).ptr != end) break;
-        bytes.push_back(byte);
-    }
-    return bytes;
-}
-
 // The kinds of block that "Raw profile type" and "XML:com.adobe.xmp" name, and the format's own.
 PersonalTraces tracesInText(const PngText& text) {
     if (text.keyword == "XML:com.adobe.xmp") return tracesInXmp(span(text.text));
@@ -100,7 +80,7 @@ PersonalTraces tracesInText(const PngText& text) {
     constexpr std::string_view wrapping = "Raw profile type ";
     if (text.keyword.rfind(wrapping, 0) != 0) return {};
     const std::string kind = text.keyword.substr(wrapping.size());
-    const Bytes block = unwrapped(text.text);
+    const Bytes block = unwrappedBlock(text.text);
     ByteSpan rest = block;
     if (kind == "iptc" || kind == "8bim") return tracesInIptc(rest);
     if (kind != "exif" && kind != "APP1" && kind != "xmp") return {};

@@ -77,7 +77,8 @@ std::optional<PictureChunk> PictureChunks::nextOfWebp() {
 
 PictureChunk PictureChunks::take(std::uint32_t type, std::size_t before, std::size_t length,
                                  std::size_t behind) {
-    const std::size_t size = before + length + behind;
+    // Where a size has 32 bits, that of a whole chunk may have no room in it.
+    const std::size_t size = before + std::min(length, _rest.size()) + behind;
     PictureChunk chunk{type, {}, _rest.first(std::min(size, _rest.size())), size > _rest.size()};
     chunk.data = _rest.subspan(std::min(before, _rest.size()));
     chunk.data = chunk.data.first(std::min(length, chunk.data.size()));
