@@ -7,6 +7,7 @@
 
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/ExifOrientation.h"
+#include "kalimkit/codec/PixelMap.h"
 
 #include <jerror.h>
 
@@ -209,11 +210,12 @@ gfx::ImageOrientation JpegReader::orientation() const {
     return gfx::ImageOrientation::Up;
 }
 
+gfx::PixelSize JpegReader::storedSize() const {
+    return {static_cast<int>(_info.image_width), static_cast<int>(_info.image_height)};
+}
+
 gfx::PixelSize JpegReader::seenSize() const {
-    const gfx::PixelSize stored{static_cast<int>(_info.image_width),
-                                static_cast<int>(_info.image_height)};
-    return gfx::exchangesSides(orientation()) ? gfx::PixelSize{stored.height, stored.width}
-                                              : stored;
+    return withExchangedSides(storedSize(), gfx::exchangesSides(orientation()));
 }
 
 gfx::PixelSize JpegReader::cell() const {

@@ -32,6 +32,7 @@ public:
     std::string error() const { return _message.data(); }
     // After the header and before the pixels.
     gfx::ImageOrientation orientation() const;
+    gfx::PixelSize storedSize() const;
     // The picture's extent when it is turned as the orientation says.
     gfx::PixelSize seenSize() const;
     // The stored pixels that some blocks of all colours cover exactly, the fewest. They lie in
@@ -43,9 +44,11 @@ public:
     // such a picture over several blocks.
     bool lacksBits() const;
 
+    // Ends what the library is doing, for this file or for one that is written from it.
+    [[noreturn]] void fail(const char* message);
+
 protected:
     ~JpegReader();
-    [[noreturn]] void fail(const char* message);
     // To be called after the library has begun with the pixels: fails when whole colours are
     // missing.
     void expectAllScans();

@@ -44,6 +44,10 @@ gfx::PixelRect PixelMap::apply(const gfx::PixelRect& rect) const {
     return {std::min(x1, x2), std::min(y1, y2), std::abs(x2 - x1), std::abs(y2 - y1)};
 }
 
+gfx::PixelSize withExchangedSides(gfx::PixelSize size, bool exchanges) {
+    return exchanges ? gfx::PixelSize{size.height, size.width} : size;
+}
+
 gfx::PixelRect intersection(const gfx::PixelRect& first, const gfx::PixelRect& second) {
     const int x = std::max(first.x, second.x);
     const int y = std::max(first.y, second.y);

@@ -34,6 +34,9 @@ struct PixelMap {
     gfx::PixelRect apply(const gfx::PixelRect& rect) const;
 };
 
+// The size itself where it does not exchange them.
+gfx::PixelSize withExchangedSides(gfx::PixelSize size, bool exchanges);
+
 gfx::PixelRect intersection(const gfx::PixelRect& first, const gfx::PixelRect& second);
 
 }  // namespace kalim::codec

@@ -1,0 +1,125 @@
+#include "kalimkit/codec/JpegLayer.h"
+
+#include <algorithm>
+
+#include "kalimkit/codec/PixelSamples.h"
+
+namespace kalim::codec {
+
+bool JpegLayer::lay(const JpegPlacement& placement, const DrawnPixels& drawn,
+                    const StoredResult& result) {
+    _placement = &placement;
+    _drawn = &drawn;
+    _result = &result;
+    _toSource = placement.fromSource.inverse();
+    if (setjmp(_failed) != 0) return false;
+    _writer.create();
+    readCoefficients();
+    prepareArrays();
+    for (int colour = 0; colour < _coding.colourCount; ++colour)
+        layColour(colour);
+    _writer.writeCoefficients(_coding, _arrays.data());
+    return true;
+}
+
+// Tables may stand between the scans, so that the coding is known only now.
+void JpegLayer::readCoefficients() {
+    _readsPixels = true;
+    _sourceArrays = jpeg_read_coefficients(&_info);
+    expectAllScans();
+    _source = JpegCoding::of(_info, storedSize());
+    if (_source.space == JCS_UNKNOWN) fail("a JPEG colour has no quantisation table");
+    _coding = _source;
+    _coding.size = _placement->size;
+    if (_placement->fromSource.exchangesSides()) _coding.exchangeSides();
+    if (_coding.space == JCS_GRAYSCALE && _drawn->haveColour(*_result)) _coding.addNeutralColours();
+}
+
+void JpegLayer::prepareArrays() {
+    _isInPlace = _placement->fromSource == PixelMap{} && _coding.size == _source.size;
+    for (int colour = 0; colour < _coding.colourCount; ++colour) {
+        const bool isSources = _isInPlace && colour < _source.colourCount;
+        _arrays[static_cast<std::size_t>(colour)] =
+            isSources ? _sourceArrays[colour] : _writer.requestArray(_coding, colour);
+    }
+    _writer.realizeArrays();
+}
+
+void JpegLayer::layColour(int colour) {
+    const gfx::PixelSize blocks = _coding.blocks(colour);
+    const gfx::PixelSize sample = _coding.sample(colour);
+    const int width = DCTSIZE * sample.width;
+    const int height = DCTSIZE * sample.height;
+    for (int y = 0; y < blocks.height; ++y) {
+        const JBLOCKROW row = _info.mem->access_virt_barray(
+            reinterpret_cast<j_common_ptr>(&_info), _arrays[static_cast<std::size_t>(colour)],
+            static_cast<JDIMENSION>(y), 1, TRUE)[0];
+        for (int x = 0; x < blocks.width; ++x) {
+            const gfx::PixelRect shown{x * width, y * height, width, height};
+            const bool isDrawn = _drawn->meets(shown);
+            if (_isInPlace && !isDrawn) continue;
+            const JCOEF* const source = sourceBlock(colour, shown);
+            if (source != nullptr && source != row[x]) {
+                turnBlock(source, _placement->fromSource, row[x]);
+            }
+            if (isDrawn) mixBlock(colour, shown, source != nullptr, row[x]);
+        }
+    }
+}
+
+const JCOEF* JpegLayer::sourceBlock(int colour, const gfx::PixelRect& shown) {
+    if (colour >= _source.colourCount) return nullptr;
+    const gfx::PixelRect there = _toSource.apply(shown);
+    const gfx::PixelSize count = _source.blocks(colour);
+    if (there.x < 0 || there.y < 0) return nullptr;
+    const int x = there.x / there.width;
+    const int y = there.y / there.height;
+    if (x >= count.width || y >= count.height) return nullptr;
+    const JBLOCKARRAY rows =
+        _info.mem->access_virt_barray(reinterpret_cast<j_common_ptr>(&_info), _sourceArrays[colour],
+                                      static_cast<JDIMENSION>(y), 1, FALSE);
+    return rows[0][x];
+}
+
+// Behind the picture's edge a block goes on as it is at the edge.
+void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource,
+                         JCOEF* block) const {
+    const JpegCoding::Colour& coding = _coding.colours[static_cast<std::size_t>(colour)];
+    const gfx::PixelSize sample = _coding.sample(colour);
+    BlockSamples samples{};
+    if (hasSource) showBlock(block, coding.table, samples);
+    const gfx::PixelSize inside{
+        std::min(DCTSIZE, (_coding.size.width - shown.x + sample.width - 1) / sample.width),
+        std::min(DCTSIZE, (_coding.size.height - shown.y + sample.height - 1) / sample.height)};
+    for (int y = 0; y < DCTSIZE; ++y) {
+        float* const row = samples.data() + std::ptrdiff_t{DCTSIZE} * y;
+        if (y >= inside.height) {
+            std::copy_n(row - DCTSIZE, DCTSIZE, row);
+            continue;
+        }
+        for (int x = 0; x < inside.width; ++x) {
+            const gfx::PixelRect pixels{shown.x + x * sample.width, shown.y + y * sample.height,
+                                        sample.width, sample.height};
+            row[x] = drawnSample(colour, pixels, row[x]);
+        }
+        std::fill(row + inside.width, row + DCTSIZE, row[inside.width - 1]);
+    }
+    makeBlock(samples, coding.table, block);
+}
+
+// The mean of the pixels that it stands for. Of those that are the source's, all that is known is
+// its own sample.
+float JpegLayer::drawnSample(int colour, const gfx::PixelRect& shown, float sourceSample) const {
+    const int right = std::min(shown.x + shown.width, _coding.size.width);
+    const int bottom = std::min(shown.y + shown.height, _coding.size.height);
+    float sum = 0;
+    for (int y = shown.y; y < bottom; ++y) {
+        for (int x = shown.x; x < right; ++x) {
+            sum += _drawn->isDrawn(x, y) ? sampleOf(_result->at(x, y), _coding.space, colour)
+                                         : sourceSample;
+        }
+    }
+    return sum / static_cast<float>((right - shown.x) * (bottom - shown.y));
+}
+
+}  // namespace kalim::codec
