@@ -123,9 +123,9 @@ std::string copyrightOf(const MetadataSource& source) {
     return copyright.empty() ? copyrightInXmp(source.xmp) : copyright;
 }
 
-void addSafeBlocks(CarriedMetadata& carried, const MetadataSource& source) {
+void addSafeBlocks(CarriedMetadata& carried, const MetadataSource& source, FileFormat format) {
     constexpr std::size_t longestText = 2000;
-    if (source.format != FileFormat::Png) return;
+    if (source.format != FileFormat::Png || format != FileFormat::Png) return;
     for (const PngText& text : source.texts) {
         const bool isSafe = isText(text, "Copyright") || isText(text, "Creation Time");
         if (isSafe && text.text.size() <= longestText)
@@ -184,7 +184,7 @@ CarriedMetadata carriedMetadata(ByteSpan sourceFile, Metadata mode, const Metada
         carried.density = *density;
     if (mode == Metadata::Safe) {
         carried.exif = writtenExif(safeExif(exif, facts, copyrightOf(source)), facts.format);
-        addSafeBlocks(carried, source);
+        addSafeBlocks(carried, source, facts.format);
     } else {
         carried.exif = writtenExif(keptExif(exif, facts), facts.format);
         carried.xmp = keptXmp(source.xmp, facts);

@@ -45,13 +45,13 @@ struct CarriedMetadata {
     };
 
     // A TIFF structure without a prefix; empty for none, as are the others.
-    Bytes exif;
+    Bytes exif{};
     // A packet of XML.
-    Bytes xmp;
+    Bytes xmp{};
     // Photoshop's resources, IPTC among them.
-    Bytes photoshop;
-    PixelDensity density;
-    std::vector<Block> blocks;
+    Bytes photoshop{};
+    PixelDensity density{};
+    std::vector<Block> blocks{};
 };
 
 // What of the source file's data goes along in the mode. A file that is damaged, or none, gives

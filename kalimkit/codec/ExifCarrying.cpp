@@ -35,12 +35,12 @@ struct SafeField {
     Form form;
 };
 
-// Make, model, resolution, date, copyright.
+// Make, model, resolution, date, where colours lie between pixels, copyright.
 constexpr std::array safeMain{
     SafeField{0x010F, Form::Name},   SafeField{0x0110, Form::Name},
     SafeField{0x011A, Form::Number}, SafeField{0x011B, Form::Number},
     SafeField{0x0128, Form::Number}, SafeField{0x0132, Form::Date},
-    SafeField{0x8298, Form::Words},
+    SafeField{0x0213, Form::Number}, SafeField{0x8298, Form::Words},
 };
 
 constexpr std::array safeCamera{
@@ -60,6 +60,7 @@ constexpr std::array safeCamera{
     SafeField{0x9010, Form::Zone},      // of the three dates
     SafeField{0x9011, Form::Zone},      //
     SafeField{0x9012, Form::Zone},      //
+    SafeField{0x9101, Form::Code},      // order of the colours
     SafeField{0x9201, Form::Number},    // shutter speed
     SafeField{0x9202, Form::Number},    // aperture
     SafeField{0x9203, Form::Number},    // brightness
@@ -73,6 +74,7 @@ constexpr std::array safeCamera{
     SafeField{0x9290, Form::Fraction},  // of the three dates' seconds
     SafeField{0x9291, Form::Fraction},  //
     SafeField{0x9292, Form::Fraction},  //
+    SafeField{0xA000, Form::Code},      // version of Flashpix, which Exif demands
     SafeField{0xA001, Form::Number},    // colour space
     SafeField{0xA20B, Form::Number},    // energy of the flash
     SafeField{0xA215, Form::Number},    // exposure index
