@@ -105,6 +105,7 @@ SealedDocument CanvasDocument::sealed() {
         sealed.exported.source = _canvas.shown.picture.source();
         sealed.exported.part =
             pixelPartOf(_canvas.shown.picture.cut(), sealed.exported.source->pixelSize());
+        sealed.exported.hidden = _canvas.painter.hiding().hidden();
         const gfx::PixelSize size = sealed.picture->pixelSize();
         document.picture->size = size;
         document.cut.crop = gfx::Rect(0, 0, size.width, size.height);
@@ -123,6 +124,7 @@ SealedDocument CanvasDocument::sealed() {
 
 // At its own scale, pixel for pixel.
 gfx::ImageRef CanvasDocument::pictureWithPatches() const {
+    const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
     const gfx::ImageRef& source = _canvas.shown.picture.source();
     const gfx::Rect& place = _canvas.shown.picture.rect();
     if (!source || place.isEmpty()) return nullptr;

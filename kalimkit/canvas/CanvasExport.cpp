@@ -44,6 +44,7 @@ void CanvasExport::settle() {
 
 gfx::ImageRef CanvasExport::image() {
     settle();
+    const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::All);
     return turned(_canvas.shown.isCropped() ? cropAtScreenScale() : drawnAtScreenScale());
 }
 
@@ -129,7 +130,7 @@ void CanvasExport::noteExported(const gfx::ImageRef& image, gfx::Point origin) {
                    whole(origin.x),
                    whole(origin.y),
                    picture.cut().quarterTurns,
-                   {}};
+                   _canvas.painter.hiding().hidden()};
 }
 
 std::optional<ExportedPicture> CanvasExport::exportedPicture(const gfx::ImageRef& image) const {
@@ -149,6 +150,7 @@ gfx::ImageRef CanvasExport::uncutImage() {
 
 CanvasExport::Drawn CanvasExport::drawnAtPictureScale() {
     const ui::FlagScope uncropped(_canvas.shown.showsUncropped);
+    const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
     const gfx::ImageRef& source = _canvas.shown.picture.source();
     const gfx::Rect& place = _canvas.shown.picture.rect();
     const gfx::PixelSize pixels = source->pixelSize();
@@ -191,6 +193,8 @@ gfx::ImageRef CanvasExport::turned(const gfx::ImageRef& image) const {
 
 gfx::ImageRef CanvasExport::imageOfView() {
     _canvas.finger.endCreation();
+    _canvas.view.layoutIfNeeded();
+    const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::All);
     ui::Environment& environment = ui::Environment::current();
     const auto surface = environment.device().makeSurface(_canvas.view.bounds().size,
                                                           environment.screen().scale, false);
@@ -202,7 +206,10 @@ gfx::ImageRef CanvasExport::imageOfView() {
 gfx::ImageRef CanvasExport::blurred(const gfx::ImageRef& image) {
     constexpr double inputRadius = 100;
     if (!image) return nullptr;
-    const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(image);
+    const gfx::ImageRef& own = _canvas.shown.picture.source();
+    const bool isOwn = image == own;
+    const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
+    const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(isOwn ? own : image);
     return ui::Environment::current().device().makeImage(
         gaussianBlurred(*upright->pixels(), inputRadius), upright->scale(),
         gfx::ImageOrientation::Up);

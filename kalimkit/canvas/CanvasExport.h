@@ -53,7 +53,7 @@ public:
     gfx::ImageRef uncutImage();
     gfx::ImageRef imageOfView();
     // See MDrawView::filterImg().
-    static gfx::ImageRef blurred(const gfx::ImageRef& image);
+    gfx::ImageRef blurred(const gfx::ImageRef& image);
 
 private:
     gfx::ImageRef drawnAtScreenScale();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -14,10 +15,18 @@ namespace kalim {
 // picture came, or when the first patch needs them.
 class KALIM_API CanvasMosaic {
 public:
+    // The side of a block, pixels of CanvasPicture::blockSource().
+    static constexpr std::int32_t level = 20;
+
+    // Asked: only when a patch needs them.
+    enum class When { Soon, Asked };
     // Forgets the blocks of an old picture. A picture that still waits for its size has none.
-    void take(const CanvasPicture& picture);
+    void take(const CanvasPicture& picture, When when = When::Soon);
     // What fills a patch where the picture is shown in this rectangle; black without a picture.
     gfx::Paint fill(const gfx::Rect& shownPicture) const;
+    // The same blocks flowing into one another. That is a matter of looks: what they hide can be
+    // guessed.
+    gfx::Paint softFill(const gfx::Rect& shownPicture) const;
 
 private:
     struct Work {

@@ -6,6 +6,7 @@
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasShown.h"
 #include "kalimkit/canvas/PictureLayout.h"
+#include "kalimkit/shapes/MDrawMosiac.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -28,7 +29,9 @@ gfx::AffineTransform carrying(const gfx::Rect& from, const gfx::Rect& to) {
 }  // namespace
 
 CanvasPainter::CanvasPainter(const Canvas& canvas)
-    : _canvas(canvas), _background(gfx::makeColor(1, 1, 1)) {}
+    : _canvas(canvas),
+      _hiding({canvas.tools, canvas.shown}),
+      _background(gfx::makeColor(1, 1, 1)) {}
 
 void CanvasPainter::fillBackground(gfx::Context& context, const gfx::Rect& rect) const {
     if (rect.isEmpty()) return;
@@ -105,8 +108,10 @@ double CanvasPainter::rimOnScreen() const {
     const gfx::Rect aligned = pixelAlignedRect(picture.rect(), toView, scale, shown->pixelSize());
     const double pixel =
         aligned == picture.rect() ? 0 : 1 / (scale * _canvas.shown.zoom.shownScale());
-    return std::max(pixel, rimWidth(drawnPicture({shown, picture.rect()}, {}),
-                                    toView.concat(gfx::AffineTransform::scaling(scale, scale))));
+    const double rim =
+        std::max(pixel, rimWidth(drawnPicture({shown, picture.rect()}, {}),
+                                 toView.concat(gfx::AffineTransform::scaling(scale, scale))));
+    return rim + _hiding.reach();
 }
 
 // ---- tools
@@ -124,18 +129,32 @@ void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) const {
     tool.drawMeasurement(context);
 }
 
+// Carried along with the copy of the picture that is drawn, once it hides anything.
+void CanvasPainter::drawPatch(gfx::Context& context, MDrawTool& patch,
+                              const gfx::AffineTransform& along) {
+    const gfx::GraphicsStateGuard guard(context);
+    if (patch.isHiding()) context.concat(along);
+    if (const auto part = _hiding.coveredBy(patch)) {
+        if (!part->isEmpty()) MDrawMosiac::cover(context, _hiding.fill(patch), *part);
+        return;
+    }
+    const gfx::Rect& rect = _canvas.shown.picture.rect();
+    const CanvasMosaic& mosaic = _hiding.isBurning() ? _hiding.mosaic() : _mosaic;
+    const auto* const own = dynamic_cast<const MDrawMosiac*>(&patch);
+    const bool isSoft = own && own->style() == MosaicStyle::Blur;
+    patch.drawOnGround(context, isSoft ? mosaic.softFill(rect) : mosaic.fill(rect), rect);
+}
+
 // Patches go along with the copy that is drawn, which has been aligned: they cover on every screen
 // exactly those of the picture's pixels that they hide in the picture itself.
 void CanvasPainter::drawPatches(gfx::Context& context, const DrawnPicture& picture,
-                                const PatchTest& isWanted, const PatchTest& isResting) const {
+                                const PatchTest& isWanted, const PatchTest& isResting) {
+    _hiding.refresh();
     const gfx::Rect& rect = _canvas.shown.picture.rect();
     const gfx::AffineTransform along = carrying(rect, picture.rect);
     const auto draw = [&](gfx::Context& target, const auto& isDrawn) {
         for (const ToolRef& tool : _canvas.tools) {
-            if (!isGround(*tool) || !isDrawn(*tool)) continue;
-            const gfx::GraphicsStateGuard guard(target);
-            if (tool->isHiding()) target.concat(along);
-            tool->drawOnGround(target, _mosaic.fill(rect), rect);
+            if (isGround(*tool) && isDrawn(*tool)) drawPatch(target, *tool, along);
         }
     };
     // Rims that rest in the ground know nothing of live patches, which have theirs over it and may
@@ -146,7 +165,8 @@ void CanvasPainter::drawPatches(gfx::Context& context, const DrawnPicture& pictu
     const double width = rimWidth(picture, toDevicePixels(context));
     for (const ToolRef& tool : _canvas.tools) {
         if (!(width > 0) || !isGround(*tool) || !isWanted(*tool) || !tool->isHiding()) continue;
-        drawRim(context, picture, along.apply(tool->frame()), width,
+        const gfx::Rect covered = _hiding.coveredBy(*tool).value_or(tool->frame());
+        drawRim(context, picture, along.apply(covered), width,
                 [&](gfx::Context& pixels) { draw(pixels, isLaid); });
     }
     draw(context, isWanted);

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 
+#include "kalimkit/canvas/CanvasHiding.h"
 #include "kalimkit/canvas/CanvasMosaic.h"
 #include "kalimkit/canvas/PatchRim.h"
 #include "kalimkit/gfx/Color.h"
@@ -31,6 +32,8 @@ public:
     void fillBackground(gfx::Context& context, const gfx::Rect& rect) const;
     // The blocks that patches show are those of the present picture from now on.
     void takeMosaic();
+    // What sealed and solid patches hide.
+    CanvasHiding& hiding() { return _hiding; }
 
     // ---- the picture
     // As it is drawn: which copy, and where on the canvas.
@@ -49,7 +52,7 @@ public:
     using PatchTest = std::function<bool(const MDrawTool&)>;
     // The patches that are wanted, over the picture; others may rest in the ground already.
     void drawPatches(gfx::Context& context, const DrawnPicture& picture, const PatchTest& isWanted,
-                     const PatchTest& isResting) const;
+                     const PatchTest& isResting);
     // Where what is drawn is to be cut; nothing where it is not to be. Between two cuts of the
     // picture it is all that is shown on the way.
     std::optional<gfx::Rect> pictureEdge(const gfx::Context& context) const;
@@ -58,9 +61,11 @@ public:
 
 private:
     gfx::Rect shownPlace(const gfx::Context& context) const;
+    void drawPatch(gfx::Context& context, MDrawTool& patch, const gfx::AffineTransform& along);
 
     Canvas _canvas;
     CanvasMosaic _mosaic;
+    CanvasHiding _hiding;
     gfx::ColorRef _background;
 };
 

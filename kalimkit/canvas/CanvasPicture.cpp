@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "kalimkit/canvas/PictureLayout.h"
 #include "kalimkit/image/MDrawImageUtil.h"
@@ -52,8 +53,7 @@ void CanvasPicture::settle(const gfx::Rect& bounds) {
     _canvas = _bounds = bounds;
     _screenScale = _firstScale = ui::Environment::current().screen().scale;
     if (!_source) return;
-    if (_source->size() != bounds.size) _first = fittedInto(bounds.size, _source, _firstScale);
-    _fitted = _shown = _first;
+    _fitted = _shown = _first = first();
     _rect = centredRect(_first->size(), bounds);
     if (_cut != PictureCut{}) fit();
 }
@@ -72,9 +72,7 @@ void CanvasPicture::takeSettled(const gfx::ImageRef& image, const Settlement& se
     _rect = settlement.rect;
     if (!hasBasis()) {
         _firstScale = settlement.scale;
-        if (_source && _source->size() != _canvas.size) {
-            _first = fittedInto(_canvas.size, _source, _firstScale);
-        }
+        if (_source) _first = first();
     }
     showIn(bounds, ui::Environment::current().screen().scale);
 }
@@ -150,6 +148,28 @@ double CanvasPicture::pixelsPerPoint() const {
     return _source && !_rect.isEmpty() ? _source->pixelSize().width / _rect.size.width : 0;
 }
 
+// ---- another picture in its place
+
+CanvasPicture CanvasPicture::over(gfx::ImageRef source) const {
+    CanvasPicture other = *this;
+    other._source = std::move(source);
+    other._first = other._fitted = other._shown = other._lastShown = nullptr;
+    other._reductions.take(other._source);
+    return other;
+}
+
+void CanvasPicture::makeCopies() {
+    if (_first || !_source) return;
+    _fitted = _shown = _first = first();
+    if (!_bounds.isEmpty()) fit();
+}
+
+bool CanvasPicture::isShownAs(const CanvasPicture& other) const {
+    return _canvas == other._canvas && _rect == other._rect && _basis == other._basis &&
+           _cut == other._cut && _firstScale == other._firstScale &&
+           isShownIn(other._bounds, other._screenScale);
+}
+
 // ---- what of it is shown
 
 void CanvasPicture::setCut(const PictureCut& cut) {
@@ -193,9 +213,24 @@ gfx::Size CanvasPicture::sizeIn(gfx::Size box, const PictureCut& cut) const {
 }
 
 gfx::ImageRef CanvasPicture::blockSource() const {
-    if (!hasBasis()) return _first;
+    if (!hasBasis()) return _first ? _first : first();
     const gfx::PixelSize raster = _source->pixelSize();
     return std::max(raster.width, raster.height) > _basis ? redrawn(1, 1) : _source;
+}
+
+double CanvasPicture::pixelsPerBlockPixel() const {
+    if (!_source) return 1;
+    const gfx::PixelSize raster = _source->pixelSize();
+    const double longest = std::max({raster.width, raster.height, 1});
+    if (hasBasis()) return std::max(longest / _basis, 1.0);
+    const gfx::PixelSize fitted = _first->pixelSize();
+    return longest / std::max({fitted.width, fitted.height, 1});
+}
+
+// The picture as it was fitted into the canvas, where a view settled that.
+gfx::ImageRef CanvasPicture::first() const {
+    if (hasBasis() || !isSettled() || _source->size() == _canvas.size) return _source;
+    return fittedInto(_canvas.size, _source, _firstScale);
 }
 
 gfx::ImageRef CanvasPicture::copy(double factor, double screenScale) const {

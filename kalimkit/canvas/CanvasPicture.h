@@ -69,6 +69,8 @@ public:
     // basis a pixel for each canvas point, unless the picture has fewer. Made anew for each who
     // asks.
     gfx::ImageRef blockSource() const;
+    // So many pixels of the picture make one of that; 1 without one.
+    double pixelsPerBlockPixel() const;
     // Fitted into the canvas at the scale of the present screen; with a basis as large as the view
     // shows it when nothing is zoomed.
     const gfx::ImageRef& fitted() const { return _fitted; }
@@ -86,6 +88,13 @@ public:
     // Gives the memory of the copies for shownAt() back.
     void releaseCopies();
 
+    // ---- another picture in its place
+    // The same with other pixels, as many. It has no copies but its source before makeCopies().
+    CanvasPicture over(gfx::ImageRef source) const;
+    void makeCopies();
+    // Whether both lie on the canvas in the same way and are shown so.
+    bool isShownAs(const CanvasPicture& other) const;
+
 private:
     void settle(const gfx::Rect& bounds);
     void settleByBasis();
@@ -94,6 +103,7 @@ private:
     gfx::Size sizeIn(gfx::Size box, const PictureCut& cut) const;
     double scaleIn(gfx::Size box, const PictureCut& cut) const;
     gfx::Rect partOnCanvas(const PictureCut& cut) const;
+    gfx::ImageRef first() const;
     gfx::ImageRef copy(double factor, double screenScale) const;
     gfx::ImageRef redrawn(double factor, double screenScale) const;
 

@@ -126,6 +126,9 @@ void CanvasScreen::update() {
     if (const auto& group = _canvas.selection.group()) _canvas.tools.scaleForScreen(*group);
     const DrawnTools::Stale stale =
         _drawn.update(_canvas.tools.list(), selection(), createdTools());
+    for (const gfx::Rect& rect : _canvas.painter.hiding().update())
+        invalidateGround(
+            rect.inset(-_canvas.painter.rimOnScreen(), -_canvas.painter.rimOnScreen()));
     markStale(stale);
     drawOnTop(stale);
 }
@@ -161,7 +164,9 @@ void CanvasScreen::drawOnTop(const DrawnTools::Stale& stale) {
 
 // ---- drawing what has changed
 
+// What they keep is of the picture as it is.
 bool CanvasScreen::refreshLayers() {
+    if (_canvas.painter.hiding().isBurning()) return false;
     gfx::Device& device = ui::Environment::current().device();
     const auto ground = [this](gfx::Context& context, const gfx::Rect& rect) {
         paintGround(context, rect);
@@ -227,7 +232,7 @@ void CanvasScreen::drawView(gfx::Context& context, bool hasLayers) {
 }
 
 void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
-    const CanvasPainter& painter = _canvas.painter;
+    CanvasPainter& painter = _canvas.painter;
     const gfx::GraphicsStateGuard guard(context);
     const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
     if (_canvas.shown.isCropped() && !_canvas.shown.changingCut())

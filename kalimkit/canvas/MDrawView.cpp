@@ -105,6 +105,7 @@ bool MDrawView::fitIntoView() {
 void MDrawView::didMoveToWindow() {
     if (window()) return;
     _parts->screen.release();
+    _parts->painter.hiding().release();
     shown().picture.releaseCopies();
 }
 
@@ -154,7 +155,7 @@ gfx::ImageRef MDrawView::exportImageForScale() {
 }
 
 gfx::ImageRef MDrawView::filterImg(const gfx::ImageRef& image) const {
-    return CanvasExport::blurred(image);
+    return _parts->exports.blurred(image);
 }
 
 void MDrawView::setCanvasBasis(double points) {

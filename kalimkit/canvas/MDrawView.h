@@ -27,7 +27,10 @@ struct CanvasParts;
 
 // The canvas: the picture and the tools drawn over it. It turns touches into new tools, selections,
 // moves and rotations, records each complete step for undo, shows everything, and exports the
-// composite.
+// composite. Nothing that it hands out, pictures or sealed documents, tells of what sealed and
+// solid mosaic patches hide (MosaicStyle): it is drawn from a copy of the picture that has those
+// pixels overwritten first, with all that the picture's file holds together with them
+// (gfx::Image::grid()).
 class KALIM_API MDrawView : public ZoomedCanvasView {
 public:
     // ---- making
@@ -94,7 +97,8 @@ public:
     // Null for a view without a size.
     gfx::ImageRef exportImageForScale();
     // The picture seen through a Gaussian with a standard deviation of 100 pixels, larger by what
-    // the blur adds. Null for null and where it would be too large.
+    // the blur adds. Of the canvas's own picture without what is hidden for certain. Null for null
+    // and where it would be too large.
     gfx::ImageRef filterImg(const gfx::ImageRef& image) const;
     // What canvas points are. 0, as at first: those of the view that settles the canvas. Else they
     // belong to the picture, whose longer side has so many of them, from 1 to 10000; the view shows

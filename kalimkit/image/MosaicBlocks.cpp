@@ -32,11 +32,16 @@ gfx::Bitmap framed(const gfx::Bitmap& blocks) {
 }  // namespace
 
 MosaicBlocks::MosaicBlocks(gfx::Device& device, const gfx::Bitmap& raster, std::int32_t level)
-    : _raster(raster.size()), _level(level) {
-    const gfx::Bitmap blocks = blockColors(raster, level);
-    if (!blocks.isEmpty()) {
-        _colors = device.makeImage(framed(blocks), 1, gfx::ImageOrientation::Up);
-    }
+    : MosaicBlocks(ofColors(device, blockColors(raster, level), level, raster.size())) {}
+
+MosaicBlocks MosaicBlocks::ofColors(gfx::Device& device, const gfx::Bitmap& colors,
+                                    std::int32_t level, gfx::PixelSize raster) {
+    MosaicBlocks blocks;
+    if (colors.isEmpty()) return blocks;
+    blocks._colors = device.makeImage(framed(colors), 1, gfx::ImageOrientation::Up);
+    blocks._raster = raster;
+    blocks._level = level;
+    return blocks;
 }
 
 gfx::Pattern MosaicBlocks::patternOver(const gfx::Rect& rect) const {

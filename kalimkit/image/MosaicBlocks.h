@@ -21,6 +21,11 @@ public:
     // for an empty raster or a level below 1.
     MosaicBlocks(gfx::Device& device, const gfx::Bitmap& raster, std::int32_t level);
 
+    // Blocks of these colours, a pixel each, over a raster of this size, row by row from its top
+    // left corner; none where there are no colours.
+    static MosaicBlocks ofColors(gfx::Device& device, const gfx::Bitmap& colors, std::int32_t level,
+                                 gfx::PixelSize raster);
+
     bool isEmpty() const { return !_colors; }
 
     // Paints the whole pixelated picture over the rectangle, in user space. Where one raster pixel

@@ -23,6 +23,12 @@ bool setFill(gfx::Context& context, const gfx::Paint& fill) {
     return pattern.image != nullptr;
 }
 
+gfx::Rect devicePixels(const gfx::Context& context, const gfx::Rect& part) {
+    const double scale = context.deviceScale();
+    return wholePixels(part,
+                       context.transform().concat(gfx::AffineTransform::scaling(scale, scale)));
+}
+
 }  // namespace
 
 std::shared_ptr<MDrawMosiac> MDrawMosiac::initWithStartPoint(gfx::Point start) {
@@ -52,6 +58,26 @@ void MDrawMosiac::drawUp(gfx::Point p) {
     MDrawRect::drawUp(p);
 }
 
+MosaicStyle MDrawMosiac::style() const {
+    switch (const auto style = static_cast<MosaicStyle>(drawType())) {
+        case MosaicStyle::Sealed:
+        case MosaicStyle::Solid:
+        case MosaicStyle::Blur:
+            return style;
+        case MosaicStyle::Averaging:
+            break;
+    }
+    return MosaicStyle::Averaging;
+}
+
+bool MDrawMosiac::hidesForCertain() const {
+    return isHiding() && (style() == MosaicStyle::Sealed || style() == MosaicStyle::Solid);
+}
+
+gfx::Color MDrawMosiac::solidColor() const {
+    return color() && color()->alpha > 0 ? color()->withAlpha(1) : gfx::Color{};
+}
+
 void MDrawMosiac::settle() {
     if (!isHiding()) drawUp(endPoint());
 }
@@ -68,15 +94,15 @@ void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,
     }
     const gfx::Rect hidden = frame().intersection(background);
     if (hidden.isEmpty()) return;
-    const double scale = context.deviceScale();
-    const gfx::Rect patch = wholePixels(
-        hidden, context.transform().concat(gfx::AffineTransform::scaling(scale, scale)));
+    if (!_masciImage) return cover(context, fill, hidden);
     context.setAntialias(false);
-    if (_masciImage) {
-        context.drawImage(*_masciImage, patch);
-    } else if (setFill(context, fill)) {
-        context.fillRect(patch);
-    }
+    context.drawImage(*_masciImage, devicePixels(context, hidden));
+}
+
+void MDrawMosiac::cover(gfx::Context& context, const gfx::Paint& fill, const gfx::Rect& part) {
+    const gfx::GraphicsStateGuard guard(context);
+    context.setAntialias(false);
+    if (setFill(context, fill)) context.fillRect(devicePixels(context, part));
 }
 
 bool MDrawMosiac::hitTest(gfx::Point p) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "kalimkit/gfx/Export.h"
@@ -9,11 +10,23 @@
 
 namespace kalim {
 
+// What a patch shows in the place of what it lies on, by its drawType; all other numbers average.
+enum class MosaicStyle : std::uint64_t {
+    // Blocks of the mean colours: from them what they hide can be guessed.
+    Averaging = 0,
+    // Blocks that know nothing of what they hide.
+    Sealed = 10,
+    // The tool's colour.
+    Solid = 11,
+    // The picture out of focus. Cosmetic: it hides nothing for certain.
+    Blur = 12,
+};
+
 // A patch that hides a rectangle of the picture. The canvas supplies the pixelated picture as a
 // fill and paints patches in a pass of their own; in all else a finished patch is inert: no finger
 // hits it, and it draws nothing among the other tools. Under forgiving rules it is picked, moved
 // and resized as a box is, but never turned, and keeps the colour and the width that it was made
-// with: nothing of them is seen.
+// with, unless it is solid: nothing of them is seen.
 class KALIM_API MDrawMosiac : public MDrawRect {
 public:
     static std::shared_ptr<MDrawMosiac> initWithStartPoint(gfx::Point start);
@@ -22,6 +35,13 @@ public:
 
     // From then on the patch shows the fill, no longer the preview.
     void drawUp(gfx::Point p) override;
+
+    MosaicStyle style() const;
+    // Whether nothing that leaves the canvas tells of what it lies on. The canvas draws such a
+    // patch by cover(), over all of the picture's pixels that it touches, and uses no masciImage.
+    bool hidesForCertain() const;
+    // What a solid patch shows: its colour without any translucency, black without one.
+    gfx::Color solidColor() const;
 
     // Whether it shows what hides the picture, no longer the preview.
     bool isHiding() const override { return _mIsDrawUp || _masciImage; }
@@ -48,6 +68,9 @@ public:
     void drawMosiacContentWithFilledColorInRect(gfx::Context& context, const gfx::Paint& fill,
                                                 const gfx::Rect& background);
 
+    // Fills the rectangle, user space, grown to whole device pixels.
+    static void cover(gfx::Context& context, const gfx::Paint& fill, const gfx::Rect& part);
+
     // Keeps the look of the preview, whatever the colour.
     void setColor(gfx::ColorRef color) override;
     void setLineWidth(double width) override;
@@ -60,7 +83,9 @@ protected:
     void init() override;
 
 private:
-    bool keepsItsLook() const { return rules().forgiving && _mIsDrawUp; }
+    bool keepsItsLook() const {
+        return rules().forgiving && _mIsDrawUp && style() != MosaicStyle::Solid;
+    }
 
     bool _mIsDrawUp = false;
     // Set for the preview, which is never stroked; deliberate.
