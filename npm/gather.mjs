@@ -1,15 +1,15 @@
-// Puts together what lies in several places: gather.mjs MODULE BUILD makes BUILD/npm, the package, and
+// Puts together what lies in several places: gather.mjs BUILD MODULE... makes BUILD/npm, the package, and
 // BUILD/page, the page. The scripts keep their places towards each other, as they name each other by them.
 
 import { execFileSync } from 'node:child_process';
 import { createHash } from 'node:crypto';
 import { cpSync, existsSync, mkdirSync, readFileSync, readdirSync, renameSync, rmSync, writeFileSync } from 'node:fs';
-import { join, relative } from 'node:path';
+import { basename, join, relative } from 'node:path';
 import { argv, env } from 'node:process';
 import { fileURLToPath } from 'node:url';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
-const [module, build] = argv.slice(2);
+const [build, ...modules] = argv.slice(2);
 // Sides are pixels: of a browser's list, of its opening screen, of an iPhone's home screen.
 const iconSizes = [192, 512, 180];
 
@@ -43,7 +43,7 @@ function copyScripts(folder, target, isWanted = (name) => name.endsWith('.js')) 
 function copyLibrary(target) {
   copyScripts('kalimkit/backend/html', target);
   copyScripts('kalimkit/host/browser', target);
-  cpSync(module, join(target, 'kalimkit/host/browser/kalimkit.wasm'));
+  for (const module of modules) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
 }
 
 function gatherPackage(target) {
