@@ -10,7 +10,8 @@
 namespace kalim::codec {
 
 // What a JPEG's colour has for a pixel (blue, green, red, alpha, premultiplied, over white), from
-// its middle, not rounded.
+// its middle. It is a whole number: of pixels that were decoded this makes the samples that they
+// came from.
 inline float sampleOf(const std::uint8_t* bgra, J_COLOR_SPACE space, int colour) {
     // Shares of blue, green and red; the middle is 128 where they do not cancel out (ITU-T T.871).
     struct Shares {
@@ -27,9 +28,12 @@ inline float sampleOf(const std::uint8_t* bgra, J_COLOR_SPACE space, int colour)
     const Shares& shares =
         (space == JCS_RGB ? redGreenBlue : luminanceAndColour)[static_cast<std::size_t>(colour)];
     const int white = 255 - bgra[3];
-    return shares.blue * static_cast<float>(bgra[0] + white) +
-           shares.green * static_cast<float>(bgra[1] + white) +
-           shares.red * static_cast<float>(bgra[2] + white) - shares.middle;
+    const float sample = shares.blue * static_cast<float>(bgra[0] + white) +
+                         shares.green * static_cast<float>(bgra[1] + white) +
+                         shares.red * static_cast<float>(bgra[2] + white);
+    // Above 0, where a cast rounds down.
+    constexpr float shift = 256.5F;
+    return static_cast<float>(static_cast<int>(sample + shift)) - 256 - shares.middle;
 }
 
 }  // namespace kalim::codec

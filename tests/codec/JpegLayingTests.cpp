@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/PixelMap.h"
 #include "kalimkit/image/UprightBitmap.h"
 #include "tests/codec/JpegFiles.h"
 
@@ -47,6 +50,15 @@ int differences(const gfx::Bitmap& first, const gfx::Bitmap& second, const gfx::
         }
     }
     return count;
+}
+
+double squaredError(const gfx::Bitmap& first, const gfx::Bitmap& second) {
+    double sum = 0;
+    for (std::size_t i = 0; i < first.byteCount(); ++i) {
+        const double difference = first.data()[i] - second.data()[i];
+        sum += difference * difference;
+    }
+    return sum;
 }
 
 gfx::PixelRect grown(const gfx::PixelRect& rect, int by) {
@@ -170,6 +182,211 @@ TEST(JpegLaying, KeepsWhatNothingTouches) {
             const gfx::Bitmap seen = uprightOf(laid.bytes, decode(work.file, "").orientation);
             EXPECT_EQ(differences(seen, work.upright, grown(box, reach)), 0);
             EXPECT_TRUE(isNear(seen.row(44) + 4 * 35, work.result.row(44) + 4 * 35, 40));
+        }
+    }
+}
+
+// The first whole cells from the left and from the top, or the second ones.
+gfx::PixelRect cellsOf(const gfx::PixelGrid& grid, gfx::PixelSize size) {
+    const auto begin = [](int at, int cell, int side) {
+        const int first = at < 0 ? at + cell : at;
+        return first + 4 * cell <= side ? first + cell : first;
+    };
+    return {begin(grid.x, grid.cell.width, size.width),
+            begin(grid.y, grid.cell.height, size.height), 3 * grid.cell.width,
+            3 * grid.cell.height};
+}
+
+TEST(JpegLaying, TurnsAndCutsAtTheBordersOfCells) {
+    for (const std::string sampling : samplings) {
+        for (std::uint16_t orientation = 1; orientation <= 8; ++orientation) {
+            for (int turns = 0; turns < 4; ++turns) {
+                SCOPED_TRACE(sampling + " orientation " + std::to_string(orientation) + " turns " +
+                             std::to_string(turns));
+                PatternRecipe recipe{.sampling = sampling, .orientation = orientation};
+                recipe.isProgressive = orientation % 2 == 0;
+                Work work(makePattern(recipe));
+                const gfx::ImageOrientation stored = decode(work.file, "").orientation;
+                const gfx::PixelGrid grid = pixelGrid(work.file);
+                const gfx::PixelRect part = cellsOf(grid, work.upright.size());
+                work.cut(part, turns);
+                const LaidJpeg alone = work.laid();
+                ASSERT_EQ(alone.encodedAnew, "");
+                // The arithmetic of a decoder is not quite the same across and down.
+                const int most = turns == 0 ? 0 : 3;
+                const gfx::Bitmap seen = uprightOf(alone.bytes, stored);
+                gfx::PixelRect inside{0, 0, seen.width(), seen.height()};
+                inside = grown(inside, -grid.reach);
+                int beside = 0;
+                for (int y = inside.y; y < inside.y + inside.height; ++y) {
+                    for (int x = inside.x; x < inside.x + inside.width; ++x) {
+                        if (!isNear(seen.row(y) + 4 * x, work.result.row(y) + 4 * x, most))
+                            ++beside;
+                    }
+                }
+                EXPECT_EQ(beside, 0);
+
+                const gfx::PixelRect box{1, 2, 12, 11};
+                work.draw(box, {40, 40, 40, 255});
+                const int reach = std::max(grid.cell.width, grid.cell.height) + grid.reach;
+                const gfx::Bitmap drawn = uprightOf(work.laid().bytes, stored);
+                EXPECT_EQ(differences(drawn, seen, grown(box, reach)), 0);
+                EXPECT_TRUE(isNear(drawn.row(8) + 4 * 7, work.result.row(8) + 4 * 7, 24));
+                EXPECT_FALSE(isNear(drawn.row(8) + 4 * 7, seen.row(8) + 4 * 7, 20));
+
+                work.cut({part.x + 1, part.y, part.width - 1, part.height}, turns);
+                EXPECT_NE(work.laid().encodedAnew, "");
+            }
+        }
+    }
+}
+
+TEST(JpegLaying, SaysWhatItCannotKeep) {
+    const auto answer = [](const PatternRecipe& recipe, const gfx::PixelRect& part, int turns) {
+        Work work(makePattern(recipe));
+        work.cut(part, turns);
+        const LaidJpeg laid = work.laid();
+        return (laid.bytes.empty() ? "not laid: " : "laid: ") + laid.encodedAnew;
+    };
+    const gfx::PixelRect whole{0, 0, 100, 76};
+    EXPECT_EQ(answer({}, whole, 0), "laid: ");
+    EXPECT_EQ(answer({.isArithmetic = true}, whole, 0), "laid: ");
+    EXPECT_EQ(answer({.sampling = "1x1 2x2 2x2"}, whole, 0), "laid: ");
+    const std::string off =
+        "what is shown of it does not begin at the borders of its blocks of 16 x "
+        "16 pixels";
+    EXPECT_EQ(answer({}, whole, 1), "not laid: " + off);
+    EXPECT_EQ(answer({}, {8, 0, 64, 64}, 0), "not laid: " + off);
+    EXPECT_EQ(answer({}, {16, 0, 60, 64}, 0),
+              "laid: what is shown of it does not end at the borders of its blocks of 16 x 16 "
+              "pixels, so the last ones were encoded anew");
+    EXPECT_EQ(answer({.isProgressive = true, .lacksBits = true}, whole, 0),
+              "not laid: its progressive scans are not complete");
+
+    Work work(makePattern({}));
+    work.source.file = ByteSpan(work.file).first(work.file.size() / 2);
+    EXPECT_EQ(work.laid().encodedAnew, "the JPEG data end too early");
+    work.source.file = ByteSpan(work.file).first(3);
+    EXPECT_EQ(work.laid().encodedAnew, "the JPEG data end too early");
+    EXPECT_EQ(encodeLikeJpeg(work.result, work.source.file).encodedAnew,
+              "the JPEG data end too early");
+    EXPECT_EQ(jpegQuality(work.source.file), std::nullopt);
+}
+
+TEST(JpegLaying, DrawsBeyondThePictureAndGivesGreyOnesColours) {
+    for (const std::string sampling : {"2x2 1x1 1x1", "2x2"}) {
+        Work work(makePattern({.sampling = sampling}));
+        const JpegFacts before = factsOf(work.file);
+        gfx::Bitmap larger(130, 110);
+        std::fill_n(larger.row(0), larger.byteCount(), 255);
+        for (int y = 0; y < 76; ++y)
+            std::copy_n(work.result.row(y), work.result.stride(), larger.row(16 + y) + 4 * 16);
+        work.source.x = work.source.y = 16;
+        work.result = larger;
+        work.touched.assign(larger.byteCount() / 4, 0);
+        work.draw({2, 2, 8, 4}, {170, 180, 230, 255});
+        const LaidJpeg laid = work.laid();
+        ASSERT_EQ(laid.encodedAnew, "");
+        EXPECT_FALSE(laid.isGrey);
+        EXPECT_EQ(factsOf(laid.bytes).colours.size(), 3U);
+        const gfx::Bitmap seen = uprightOf(laid.bytes);
+        EXPECT_EQ(differences(seen, work.result, {}, 45), 0);
+        // What is well inside is as it was.
+        const JpegFacts after = factsOf(laid.bytes);
+        const auto& colour = before.colours[0];
+        EXPECT_EQ(after.colours[0].blocks[static_cast<std::size_t>(
+                      (16 / 8 + 3) * after.colours[0].blocksAcross + 16 / 8 + 4)],
+                  colour.blocks[static_cast<std::size_t>(3 * colour.blocksAcross + 4)]);
+        work.source.x = 12;
+        EXPECT_TRUE(work.laid().bytes.empty());
+    }
+}
+
+TEST(JpegLaying, EncodesAnewAsTheFileWas) {
+    for (const std::string sampling : samplings) {
+        for (std::uint16_t orientation = 1; orientation <= 8; ++orientation) {
+            PatternRecipe recipe{.sampling = sampling, .orientation = orientation};
+            recipe.isProgressive = orientation % 2 == 0;
+            recipe.isRgb = orientation == 3;
+            recipe.restartInterval = 2;
+            recipe.quality = 60 + orientation;
+            Work work(makePattern(recipe));
+            EXPECT_EQ(jpegQuality(work.file), recipe.quality);
+            const Bytes anew = encodeLikeJpeg(work.result, work.file).bytes;
+            JpegFacts before = factsOf(work.file);
+            JpegFacts after = factsOf(anew);
+            const gfx::Bitmap seen = uprightOf(anew, decode(work.file, "").orientation);
+            EXPECT_LT(differences(seen, work.result, {}, 24), 76) << sampling << orientation;
+            for (JpegFacts* facts : {&before, &after}) {
+                for (JpegFacts::Colour& colour : facts->colours)
+                    colour.blocks.clear();
+            }
+            EXPECT_EQ(after, before);
+        }
+    }
+}
+
+TEST(JpegLaying, MakesBlocksAsWellAsTheLibrary) {
+    for (const std::string sampling : samplings) {
+        Work work(makePattern({.sampling = sampling}));
+        const std::string fine = sampling.size() == 3 ? "1x1" : "1x1 1x1 1x1";
+        work.result = uprightOf(
+            makePattern({.sampling = fine, .quality = 100, .otherX = 0, .otherSide = 100}));
+        work.touched.assign(work.touched.size(), 1);
+        const gfx::Bitmap laid = uprightOf(work.laid().bytes);
+        const gfx::Bitmap anew = uprightOf(encodeLikeJpeg(work.result, work.file).bytes);
+        EXPECT_LT(squaredError(laid, work.result), 1.01 * squaredError(anew, work.result))
+            << sampling;
+    }
+}
+
+TEST(JpegLaying, LosesNothingBesideTheDrawingsInTenSaves) {
+    Bytes first;
+    ASSERT_EQ(readPictureFile(KALIM_PHOTOS "/rocket.jpg", first), std::nullopt);
+    // Without its profile, which the laid ones do not have either.
+    first = Work(first).laid().bytes;
+    const gfx::Bitmap photo = uprightOf(first);
+    Bytes file = first;
+    for (int save = 0; save < 10; ++save) {
+        Work work(file);
+        work.draw({10 + save * 9, 20 + save * 14, 60, 2}, {30, 40, 250, 255});
+        file = work.laid().bytes;
+    }
+    const gfx::PixelGrid grid = pixelGrid(first);
+    const int beside = std::max(grid.cell.width, grid.cell.height) + grid.reach;
+    EXPECT_EQ(differences(uprightOf(file), photo, grown({10, 20, 141, 128}, beside)), 0);
+    EXPECT_LT(file.size(), first.size() * 11 / 10);
+}
+
+TEST(JpegLaying, KeepsNothingOfWhatIsHidden) {
+    for (const std::string sampling : {"1x1 1x1 1x1", "2x1 1x1 1x1", "2x2 1x1 1x1", "1x1"}) {
+        for (std::uint16_t orientation = 1; orientation <= 8; ++orientation) {
+            SCOPED_TRACE(sampling + " orientation " + std::to_string(orientation));
+            PatternRecipe recipe{.width = 96, .height = 80, .sampling = sampling};
+            recipe.orientation = orientation;
+            recipe.isProgressive = orientation % 2 == 0;
+            PatternRecipe changed = recipe;
+            changed.otherX = 37, changed.otherY = 21, changed.otherSide = 9;
+            std::array works{Work(makePattern(recipe)), Work(makePattern(changed))};
+            ASSERT_NE(works[0].file, works[1].file);
+            // The cells around the square, upright, and what is mixed with them.
+            const gfx::PixelSize size = works[0].upright.size();
+            const PixelMap map = PixelMap::upright(decode(works[0].file, "").orientation, size);
+            const gfx::PixelRect hidden =
+                grown(map.apply({32, 16, 16, 16}), pixelGrid(works[0].file).reach);
+            for (int turns = 0; turns < 4; ++turns) {
+                for (Work& work : works) {
+                    for (int y = hidden.y; y < hidden.y + hidden.height; ++y)
+                        std::fill_n(work.upright.row(y) + 4 * hidden.x, 4 * hidden.width, 255);
+                    work.cut({0, 0, size.width, size.height}, turns);
+                    work.source.hidden = {hidden};
+                }
+                const Bytes laid = works[0].laid().bytes;
+                EXPECT_FALSE(laid.empty());
+                EXPECT_TRUE(laid == works[1].laid().bytes);
+                EXPECT_TRUE(encodeLikeJpeg(works[0].result, works[0].file).bytes ==
+                            encodeLikeJpeg(works[1].result, works[1].file).bytes);
+            }
         }
     }
 }
