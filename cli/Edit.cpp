@@ -15,9 +15,11 @@
 #include "cli/EditDocument.h"
 #include "cli/EditOutput.h"
 #include "cli/EditRecovery.h"
+#include "cli/Opening.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/Sandbox.h"
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/files/EncodedPicture.h"
@@ -132,6 +134,7 @@ public:
             take(path, isDocument);
             _recovery.follow(path);
         };
+        _window.environment().setDecoder(codec::decodeSandboxed);
         _window.setPictureTaken([=](const std::string& path) { takeOther(path, false); });
         _window.setDocumentTaken([=](const std::string& path) { takeOther(path, true); });
         _window.setDocumentSaver([this] { saveDocument(); });
@@ -229,13 +232,13 @@ private:
     gfx::ImageRef pictureForWork(const codec::Bytes& bytes, const std::string& sha256) {
         const auto origin = _window.origins().find(_picture);
         if (sha256.empty() || !origin || kalim::sha256(origin->data) == sha256) return _picture;
-        OpenedFile opened = openBytes(bytes, _options.photo);
+        OpenedFile opened = openBytes(bytes, _options.photo, sandboxed());
         const gfx::ImageRef image = _window.origins().make(_window.environment().device(), opened);
         return image ? image : _picture;
     }
 
     gfx::ImageRef pastedPicture(const codec::Bytes& bytes) {
-        OpenedFile opened = openBytes(bytes, ".", {.isFlat = true});
+        OpenedFile opened = openBytes(bytes, ".", sandboxed(true));
         take("", false);
         return _window.origins().make(_window.environment().device(), opened);
     }
@@ -243,7 +246,7 @@ private:
     void askAboutInside(const std::shared_ptr<const codec::Bytes>& bytes) {
         askToReopen([this, bytes](bool goesOn) {
             if (!goesOn) return;
-            OpenedFile opened = openBytes(*bytes, _options.photo);
+            OpenedFile opened = openBytes(*bytes, _options.photo, sandboxed());
             const gfx::ImageRef image =
                 _window.origins().make(_window.environment().device(), opened);
             const auto problem = opened.error ? opened.error : openDocument(opened, image);
@@ -360,7 +363,7 @@ OpenedFile readDocumentOf(const EditOptions& options, codec::Bytes& bytes) {
     const bool isReopened = options.inside == EditOptions::Inside::Reopen &&
                             codec::mayBePicture(bytes) && hasDocumentInside(bytes);
     if (!isReopened && !mayBeDocument(bytes)) return {};
-    return openBytes(std::move(bytes), options.photo);
+    return openBytes(std::move(bytes), options.photo, sandboxed());
 }
 
 // That of the photo, or of a document's own.
@@ -390,7 +393,7 @@ int edit(const EditOptions& options) {
     std::future<Opened> opening;
     if (!photo.document) {
         opening = std::async(std::launch::async, [&] {
-            return open(openBytes(std::move(bytes), options.photo, {true}), options);
+            return open(openBytes(std::move(bytes), options.photo, sandboxed(true)), options);
         });
     }
     const Video video;

@@ -6,6 +6,7 @@
 
 #include "cli/Complaint.h"
 #include "cli/OpenedCanvas.h"
+#include "cli/Opening.h"
 #include "cli/StandardOutput.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/ColorProfile.h"
@@ -100,7 +101,7 @@ JsonValue describe(const std::optional<gfx::Rect>& crop) {
 }  // namespace
 
 int info(const InfoOptions& options) {
-    OpenedFile opened = openFile(options.file, {options.isFlat});
+    OpenedFile opened = openFile(options.file, sandboxed(options.isFlat));
     if (opened.error) return complain(*opened.error);
     JsonValue::Object members{{"kind", opened.document ? "document" : "picture"}};
     for (JsonValue::Member& member : describePicture(opened))

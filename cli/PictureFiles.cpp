@@ -2,9 +2,11 @@
 
 #include <utility>
 
+#include "cli/Opening.h"
 #include "cli/PictureFormat.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/Sandbox.h"
 #include "kalimkit/host/files/EncodedPicture.h"
 #include "kalimkit/host/files/SavedDocument.h"
 
@@ -19,7 +21,7 @@ constexpr const char* noRoom = "there is no room for a picture of this size";
 ScenarioFiles::LoadedPicture PictureFiles::loadPicture(const std::string& path) {
     codec::Bytes bytes;
     if (auto problem = codec::readPictureFile(path, bytes)) return {nullptr, *problem};
-    codec::DecodeResult decoded = codec::decode(bytes, path);
+    codec::DecodeResult decoded = codec::decodeSandboxed(bytes, path);
     if (decoded.error) return {nullptr, *decoded.error};
     gfx::ImageRef image = _origins.make(_device, std::move(decoded), bytes, path);
     if (!image) return {nullptr, path + ": " + noRoom};
@@ -41,7 +43,7 @@ ScenarioFiles::LoadedDocument PictureFiles::takeDocument(OpenedFile opened) {
 }
 
 ScenarioFiles::LoadedDocument PictureFiles::loadDocument(const std::string& path) {
-    OpenedFile opened = openFile(path);
+    OpenedFile opened = openFile(path, sandboxed());
     LoadedDocument loaded;
     loaded.error = std::move(opened.error);
     if (loaded.error) return loaded;

@@ -5,6 +5,7 @@
 
 #include "cli/Complaint.h"
 #include "cli/LineReader.h"
+#include "cli/Opening.h"
 #include "cli/PictureFiles.h"
 #include "cli/StandardOutput.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
@@ -22,7 +23,7 @@ struct Start {
 std::optional<std::string> readStart(const PlayOptions& options, PictureFiles& files,
                                      Start& start) {
     if (options.picture.empty()) return std::nullopt;
-    OpenedFile opened = openFile(options.picture, {options.isFlat});
+    OpenedFile opened = openFile(options.picture, sandboxed(options.isFlat));
     if (opened.error) return opened.error;
     if (!opened.document) {
         ScenarioFiles::LoadedPicture loaded = files.takePicture(std::move(opened));

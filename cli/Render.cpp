@@ -13,6 +13,7 @@
 
 #include "cli/Complaint.h"
 #include "cli/OpenedCanvas.h"
+#include "cli/Opening.h"
 #include "cli/RenderTasks.h"
 #include "cli/StandardOutput.h"
 #include "cli/Workers.h"
@@ -47,7 +48,7 @@ public:
 
 private:
     std::string renderFile(const RenderTask& task) {
-        OpenedFile opened = openFile(task.file, {_options.isFlat});
+        OpenedFile opened = openFile(task.file, sandboxed(_options.isFlat));
         if (opened.error) return *opened.error;
         if (!opened.document && !_options.isFlat)
             return task.file + ": this is a picture without a document inside";

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <utility>
 
+#include "kalimkit/codec/Sandbox.h"
+
 namespace kalim::cli {
 
 namespace {
@@ -98,6 +100,8 @@ bool Workers::start(std::size_t number) {
 }
 
 void Workers::work(int tasks, int results) const {
+    // The other's helper goes with the other.
+    codec::Sandbox::start();
     std::size_t number = 0;
     while (readAll(tasks, &number, sizeof number)) {
         const std::string problem = _task(number);
@@ -105,6 +109,7 @@ void Workers::work(int tasks, int results) const {
         if (!writeAll(results, &length, sizeof length)) break;
         if (!writeAll(results, problem.data(), length)) break;
     }
+    codec::Sandbox::stop();
     // What the process that forked has at its end is not this one's business.
     ::_exit(0);
 }

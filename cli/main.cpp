@@ -21,6 +21,7 @@
 #include "cli/Render.h"
 #include "cli/Works.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/codec/Sandbox.h"
 
 namespace kalim::cli {
 
@@ -341,6 +342,8 @@ private:
 int main(int argc, char** argv) try {
     // A reader that goes away is an error of writing, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
+    // Before there is anything that a process for decoding must not know.
+    kalim::codec::Sandbox::start();
     kalim::cli::CommandLine commandLine;
     if (const std::optional<int> status = commandLine.parse(argc, argv)) return *status;
     const int status = commandLine.run();

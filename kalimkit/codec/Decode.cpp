@@ -8,6 +8,7 @@
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/FileFormat.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/Saving.h"
 
 namespace kalim::codec {
 
@@ -67,6 +68,17 @@ std::string sizeText(std::uint32_t width, std::uint32_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
+PixelPlace pixelPlace = nullptr;
+
+gfx::Bitmap makeBitmap(int width, int height) {
+    if (pixelPlace == nullptr) return gfx::Bitmap::unwritten(width, height);
+    const std::size_t bytes =
+        std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    auto place = pixelPlace(bytes);
+    if (!place) throw std::bad_alloc();
+    return gfx::Bitmap::adopted(width, height, std::move(place));
+}
+
 DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
     switch (fileFormat(bytes)) {
         case FileFormat::Jpeg:
@@ -98,13 +110,31 @@ std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height
     return std::nullopt;
 }
 
+std::string memoryText(std::uint64_t bytes) {
+    constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
+    constexpr std::uint64_t gibibyte = std::uint64_t{1} << 30;
+    if (bytes < gibibyte) return std::to_string(bytes / mebibyte) + " MiB";
+    const std::uint64_t tenths = bytes * 10 / gibibyte;
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " GiB";
+}
+
+std::optional<std::string> memoryProblem(std::uint64_t bytes, const DecodeLimits& limits) {
+    if (bytes <= limits.maxMemory) return std::nullopt;
+    return "the picture needs more than " + memoryText(limits.maxMemory);
+}
+
+void setPixelPlace(PixelPlace place) {
+    pixelPlace = place;
+}
+
 bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t height,
                     const DecodeLimits& limits) {
     result.error = sizeProblem(width, height, limits);
+    if (!result.error) result.error = memoryProblem(std::uint64_t{4} * width * height, limits);
     if (result.error) return false;
     // A library that runs out of memory can only throw; a host is owed a message.
     try {
-        result.bitmap = gfx::Bitmap::unwritten(static_cast<int>(width), static_cast<int>(height));
+        result.bitmap = makeBitmap(static_cast<int>(width), static_cast<int>(height));
     } catch (const std::bad_alloc&) {
         result.error = sizeText(width, height) + " are more than the memory holds";
     }
@@ -114,6 +144,7 @@ bool allocatePixels(DecodeResult& result, std::uint32_t width, std::uint32_t hei
 DecodeResult decode(ByteSpan bytes, const std::string& name, const DecodeLimits& limits) {
     DecodeResult result = decodeAnyFormat(bytes, limits);
     if (result.error) return failure(name + ": " + *result.error);
+    result.grid = pixelGrid(bytes);
     return result;
 }
 

@@ -17,6 +17,10 @@ struct DecodeLimits {
     std::int64_t maxPixels = std::int64_t{1} << 28;
     // A file has at most this many bytes.
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
+    // Bytes that decoding may take, the pixels among them.
+    std::uint64_t maxMemory = std::uint64_t{3} << 29;
+    // These hold for decodeSandboxed() alone.
+    double maxSeconds = 10;
 };
 
 // Reads a JPEG, PNG or WebP picture, of an animation the first frame, and turns the colours of an
@@ -24,6 +28,9 @@ struct DecodeLimits {
 // error. `name` stands at the front of every message, usually the path.
 KALIM_API DecodeResult decode(ByteSpan bytes, const std::string& name,
                               const DecodeLimits& limits = {});
+// decode() or what does its work elsewhere, as decodeSandboxed().
+using Decoder = DecodeResult (*)(ByteSpan bytes, const std::string& name,
+                                 const DecodeLimits& limits);
 // Whether these first bytes, 16 of them, may be those of a picture that decode() reads.
 KALIM_API bool mayBePicture(ByteSpan start);
 // Fills `bytes` with a file for decode(). Of one that is no picture only the first bytes are read,

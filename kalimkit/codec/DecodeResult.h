@@ -5,6 +5,7 @@
 
 #include "kalimkit/gfx/Bitmap.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/PixelGrid.h"
 
 namespace kalim::codec {
 
@@ -13,6 +14,8 @@ struct DecodeResult {
     // As stored in the file, before the orientation is applied; empty after an error.
     gfx::Bitmap bitmap;
     gfx::ImageOrientation orientation = gfx::ImageOrientation::Up;
+    // Which of the upright picture's pixels the file holds together.
+    gfx::PixelGrid grid;
     // One sentence for the user that begins with the picture's name, without a final full stop.
     std::optional<std::string> error;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,17 @@ DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits);
 // Why a picture of this size is beyond the limits, or nothing.
 std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height,
                                        const DecodeLimits& limits);
+
+// As in "1.5 GiB".
+std::string memoryText(std::uint64_t bytes);
+// Why a picture that takes so many bytes to decode is beyond the limits, or nothing.
+std::optional<std::string> memoryProblem(std::uint64_t bytes, const DecodeLimits& limits);
+// What decoding says when the system gives it no more.
+inline constexpr const char* notEnoughMemory = "there is not enough memory for the picture";
+
+// Where the pixels go in a process that decodes for another one; null for no room.
+using PixelPlace = std::shared_ptr<std::uint8_t[]> (*)(std::size_t bytes);
+void setPixelPlace(PixelPlace place);
 
 // Makes the result's bitmap, or its error when the size is beyond the limits or the memory. The
 // bytes are anything: a format writes every one of them, and decode() drops the bitmap of one that

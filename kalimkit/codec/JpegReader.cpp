@@ -65,6 +65,7 @@ void JpegReader::fail(const char* message) {
 }
 
 void JpegReader::onError(j_common_ptr info) {
+    if (info->err->msg_code == JERR_OUT_OF_MEMORY) of(info).fail(notEnoughMemory);
     std::array<char, JMSG_LENGTH_MAX> reason{};
     info->err->format_message(info, reason.data());
     std::array<char, JMSG_LENGTH_MAX + 64> message{};
@@ -127,7 +128,21 @@ bool JpegReader::readHeader() {
 std::optional<std::string> JpegReader::headerProblem(const DecodeLimits& limits) const {
     std::optional<std::string> problem = sizeProblem(_info.image_width, _info.image_height, limits);
     if (!problem && !holdsEnoughData()) problem = endsTooEarly;
-    return problem ? problem : scanProblem(limits);
+    if (!problem) problem = scanProblem(limits);
+    return problem ? problem : memoryProblem(neededMemory(), limits);
+}
+
+// What comes in several scans is put together before it becomes pixels.
+std::uint64_t JpegReader::neededMemory() const {
+    constexpr std::uint64_t blockBytes = DCTSIZE2 * sizeof(JCOEF);
+    const std::uint64_t pixels = std::uint64_t{4} * _info.image_width * _info.image_height;
+    if (!jpeg_has_multiple_scans(const_cast<j_decompress_ptr>(&_info))) return pixels;
+    std::uint64_t blocks = 0;
+    for (int i = 0; i < _info.num_components; ++i) {
+        const jpeg_component_info& part = _info.comp_info[i];
+        blocks += std::uint64_t{part.width_in_blocks} * part.height_in_blocks;
+    }
+    return pixels + blockBytes * blocks;
 }
 
 // A small file can ask for a large picture to be gone over thousands of times; cameras and programs

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <csetjmp>
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -68,6 +69,8 @@ private:
     static boolean onBytesWanted(j_decompress_ptr info);
     bool holdsEnoughData() const;
     std::optional<std::string> scanProblem(const DecodeLimits& limits) const;
+    // Bytes that decoding takes, the pixels included.
+    std::uint64_t neededMemory() const;
     bool hasAllScans() const;
 
     ByteSpan _bytes;

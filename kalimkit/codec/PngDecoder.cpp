@@ -72,7 +72,10 @@ PngDecoder::PngDecoder(ByteSpan bytes) : _rest(bytes) {
 
 void PngDecoder::onError(png_structp png, png_const_charp reason) {
     PngDecoder& decoder = *static_cast<PngDecoder*>(png_get_error_ptr(png));
-    if (decoder._message[0] == '\0') {
+    // The library says so in both ways.
+    if (std::string_view(reason).ends_with("ut of memory")) {
+        std::snprintf(decoder._message.data(), decoder._message.size(), notEnoughMemory);
+    } else if (decoder._message[0] == '\0') {
         std::snprintf(decoder._message.data(), decoder._message.size(),
                       "the PNG data are damaged (%s)", reason);
     }

@@ -33,6 +33,9 @@ public:
     std::uint32_t height() const { return canvas(WEBP_FF_CANVAS_HEIGHT); }
     bool hasSize() const { return _state > WEBP_DEMUX_PARSING_HEADER; }
 
+    // Bytes that reading the frame that was found takes, its pixels included.
+    std::uint64_t neededMemory() const;
+
     // These answer with nothing or why the picture cannot be read.
     std::optional<std::string> findFrame();
     std::optional<std::string> readPixels(gfx::Bitmap& bitmap);
@@ -46,6 +49,10 @@ private:
     }
     ByteSpan chunk(const char* name);
     bool frameFits() const;
+    bool isLossless() const {
+        constexpr int lossless = 2;
+        return _config.input.format == lossless;
+    }
     void finishColors(gfx::Bitmap& bitmap);
 
     WebPDemuxState _state = WEBP_DEMUX_PARSE_ERROR;
@@ -88,6 +95,14 @@ bool WebpDecoder::frameFits() const {
     return right == width() && bottom == height();
 }
 
+// The library keeps a lossless frame a second time, and of any other the alpha.
+std::uint64_t WebpDecoder::neededMemory() const {
+    const std::uint64_t framePixels =
+        static_cast<std::uint64_t>(_frame.width) * static_cast<std::uint64_t>(_frame.height);
+    const std::uint64_t perPixel = isLossless() ? 4 : _config.input.has_alpha;
+    return std::uint64_t{4} * width() * height() + perPixel * framePixels;
+}
+
 std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
     // The first frame of an animation may leave some of the canvas to the ones that follow.
     if (bitmap.width() != _frame.width || bitmap.height() != _frame.height) {
@@ -107,7 +122,7 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
             finishColors(bitmap);
             return std::nullopt;
         case VP8_STATUS_OUT_OF_MEMORY:
-            return "there is not enough memory to read the WebP data";
+            return notEnoughMemory;
         case VP8_STATUS_SUSPENDED:
         case VP8_STATUS_NOT_ENOUGH_DATA:
             return endsTooEarly;
@@ -119,8 +134,7 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
 void WebpDecoder::finishColors(gfx::Bitmap& bitmap) {
     const auto conversion = ColorConversion::make(profile(), ColorConversion::Samples::Bgra);
     // A lossless picture tells of its alpha by a hint alone, which may be wrong.
-    constexpr int lossless = 2;
-    const bool hasAlpha = _config.input.has_alpha != 0 || _config.input.format == lossless;
+    const bool hasAlpha = _config.input.has_alpha != 0 || isLossless();
     if (!conversion && !hasAlpha) return;
     const auto pixelCount = static_cast<std::size_t>(bitmap.width());
     for (int y = 0; y < bitmap.height(); ++y) {
@@ -154,7 +168,10 @@ DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits) {
     if (decoder.hasSize()) result.error = sizeProblem(decoder.width(), decoder.height(), limits);
     if (!result.error) result.error = decoder.findFrame();
     if (result.error) return result;
-    if (!allocatePixels(result, decoder.width(), decoder.height(), limits)) return result;
+    result.error = memoryProblem(decoder.neededMemory(), limits);
+    if (result.error || !allocatePixels(result, decoder.width(), decoder.height(), limits)) {
+        return result;
+    }
     result.orientation = decoder.orientation();
     result.error = decoder.readPixels(result.bitmap);
     return result;

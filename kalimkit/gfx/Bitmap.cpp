@@ -33,10 +33,17 @@ Bitmap::Bitmap(int width, int height) : Bitmap(unwritten(width, height)) {
 }
 
 Bitmap Bitmap::unwritten(int width, int height) {
+    if (width <= 0 || height <= 0) return {};
+    const std::size_t count =
+        std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    return adopted(width, height, std::make_unique_for_overwrite<std::uint8_t[]>(count));
+}
+
+Bitmap Bitmap::adopted(int width, int height, std::shared_ptr<std::uint8_t[]> bytes) {
     Bitmap bitmap;
     if (width <= 0 || height <= 0) return bitmap;
     bitmap._size = {width, height};
-    bitmap._bytes = std::make_unique_for_overwrite<std::uint8_t[]>(bitmap.byteCount());
+    bitmap._bytes = std::move(bytes);
     return bitmap;
 }
 

@@ -23,6 +23,9 @@ public:
     Bitmap(int width, int height);
     // Its bytes are anything, for somebody who is about to write every one of them.
     static Bitmap unwritten(int width, int height);
+    // Takes pixels that somebody else has made room for, all of stride() times the height, and lets
+    // go of them with the last owner.
+    static Bitmap adopted(int width, int height, std::shared_ptr<std::uint8_t[]> bytes);
 
     int width() const { return _size.width; }
     int height() const { return _size.height; }
@@ -49,7 +52,8 @@ public:
 
 private:
     PixelSize _size;
-    std::unique_ptr<std::uint8_t[]> _bytes;
+    // Of this bitmap alone; shared for what is done at its end.
+    std::shared_ptr<std::uint8_t[]> _bytes;
 };
 
 using BitmapRef = std::shared_ptr<const Bitmap>;

@@ -63,14 +63,15 @@ gfx::PixelSize uprightSize(const codec::DecodeResult& picture) {
     return size;
 }
 
-std::optional<std::string> decodePicture(OpenedFile& opened, const std::string& folder) {
+std::optional<std::string> decodePicture(OpenedFile& opened, const FileOpening& opening,
+                                         const std::string& folder) {
     DocumentPicture& picture = *opened.document->picture;
     if (!picture.file.empty()) {
         if (auto problem = readLinked(picture, folder)) return problem;
         opened.picturePath = (fs::path(folder) / picture.file).string();
     }
     const std::string place = picture.file.empty() ? "picture.data" : "picture.file";
-    opened.picture = codec::decode(bytesOf(picture.data), place);
+    opened.picture = opening.decode(bytesOf(picture.data), place, opening.limits);
     if (opened.picture.error) return std::exchange(opened.picture.error, std::nullopt);
     const gfx::PixelSize size = uprightSize(opened.picture);
     if (size == picture.size) return std::nullopt;
@@ -78,21 +79,21 @@ std::optional<std::string> decodePicture(OpenedFile& opened, const std::string& 
            " x " + std::to_string(size.height) + " pixels";
 }
 
-std::optional<std::string> takeDocument(OpenedFile& opened, std::string_view text,
-                                        const std::string& folder) {
+std::optional<std::string> takeDocument(OpenedFile& opened, const FileOpening& opening,
+                                        std::string_view text, const std::string& folder) {
     ReadDocument read = readDocument(text);
     if (read.problem) return std::move(read.problem);
     opened.document = std::move(read.document);
-    auto problem = opened.document->picture ? decodePicture(opened, folder) : std::nullopt;
+    auto problem = opened.document->picture ? decodePicture(opened, opening, folder) : std::nullopt;
     if (problem) opened.document.reset();
     return problem;
 }
 
-std::optional<std::string> takeInside(OpenedFile& opened, codec::PngText& inside,
-                                      const std::string& folder) {
+std::optional<std::string> takeInside(OpenedFile& opened, const FileOpening& opening,
+                                      codec::PngText& inside, const std::string& folder) {
     opened.isInside = true;
     if (inside.error) return "the document inside is damaged";
-    auto problem = takeDocument(opened, inside.text, folder);
+    auto problem = takeDocument(opened, opening, inside.text, folder);
     return problem ? "the document inside: " + *problem : problem;
 }
 
@@ -124,12 +125,12 @@ OpenedFile openBytes(codec::Bytes bytes, const std::string& path, const FileOpen
                       ? codec::findPngText(file, documentKeyword, longestDocument)
                       : std::nullopt;
     if (!isPicture && mayBeDocument(file)) {
-        opened.error = takeDocument(opened, letters(file), folder);
+        opened.error = takeDocument(opened, opening, letters(file), folder);
     } else if (inside) {
-        opened.error = takeInside(opened, *inside, folder);
+        opened.error = takeInside(opened, opening, *inside, folder);
     } else {
         if (!isPiped) opened.picturePath = path;
-        opened.picture = codec::decode(file, name);
+        opened.picture = opening.decode(file, name, opening.limits);
         opened.error = std::exchange(opened.picture.error, std::nullopt);
         return opened;
     }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "kalimkit/codec/Bytes.h"
+#include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/DecodeResult.h"
 #include "kalimkit/document/Document.h"
 #include "kalimkit/gfx/Export.h"
@@ -31,6 +32,9 @@ struct OpenedFile {
 struct FileOpening {
     // A picture with a document inside counts as the picture that it shows.
     bool isFlat = false;
+    // How pictures are decoded: codec::decodeSandboxed has it done in a process of its own.
+    codec::Decoder decode = codec::decode;
+    codec::DecodeLimits limits = {};
 };
 
 // The keyword under which a PNG picture carries a document.

@@ -31,7 +31,10 @@ double SdlEnvironment::wallClock() const {
 void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     const auto chosen = [this, picked](const std::optional<std::string>& path) {
         if (!path) return picked(std::nullopt);
-        codec::DecodeResult photo = codec::decodeFile(*path);
+        codec::Bytes bytes;
+        codec::DecodeResult photo;
+        photo.error = codec::readPictureFile(*path, bytes);
+        if (!photo.error) photo = _decoder(bytes, *path, {});
         // Null for one that cannot be read; whoever asked says so.
         gfx::ImageRef image;
         if (!photo.error) image = _device->makeImage(std::move(photo.bitmap), 1, photo.orientation);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "kalimkit/codec/Decode.h"
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/seat/SeatEnvironment.h"
@@ -35,6 +36,10 @@ public:
     void setClipboardText(const std::string& text) override;
     // Whether the clipboard holds what this process has put there last.
     bool isOwnTextOnClipboard();
+    // How pictures are read that come by the dialogs, by the clipboard or are dropped: decode() of
+    // the codec unless told.
+    void setDecoder(codec::Decoder decoder) { _decoder = decoder; }
+    codec::Decoder decoder() const { return _decoder; }
     std::optional<bool> userDefault(const std::string& key) const override;
     void setUserDefault(const std::string& key, bool value) override;
 
@@ -46,6 +51,7 @@ private:
     std::unique_ptr<UserDefaults> _userDefaults;
     std::unique_ptr<PictureChooser> _chooser;
     std::string _ownClipboardText;
+    codec::Decoder _decoder = codec::decode;
 };
 
 }  // namespace kalim

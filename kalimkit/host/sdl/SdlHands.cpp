@@ -32,7 +32,7 @@ void SdlWindow::Hands::editorKeysPastePicture() {
         _window.environment().tell("剪贴板中没有图片");
     } else {
         OpenedFile opened;
-        opened.picture = codec::decode(*png, "the clipboard");
+        opened.picture = _window.environment().decoder()(*png, "the clipboard", {});
         opened.error = opened.picture.error;
         opened.bytes = *png;
         open(std::move(opened), "");
@@ -54,14 +54,17 @@ bool SdlWindow::Hands::editorKeysOpenFile() {
 }
 
 void SdlWindow::Hands::openFile(const std::string& path) {
-    OpenedFile flat = kalim::openFile(path, {.isFlat = true});
+    FileOpening opening{.isFlat = true, .decode = _window.environment().decoder()};
+    OpenedFile flat = kalim::openFile(path, opening);
     if (flat.error || flat.document || !hasDocumentInside(flat.bytes))
         return open(std::move(flat), path);
     const auto kept = std::make_shared<OpenedFile>(std::move(flat));
-    askToReopen([weakHands = std::weak_ptr(_window._hands), kept, path](bool goesOn) {
-        const auto hands = weakHands.lock();
-        if (hands) hands->open(goesOn ? openBytes(kept->bytes, path) : *kept, path);
-    });
+    askToReopen(
+        [weakHands = std::weak_ptr(_window._hands), kept, path, opening](bool goesOn) mutable {
+            const auto hands = weakHands.lock();
+            opening.isFlat = false;
+            if (hands) hands->open(goesOn ? openBytes(kept->bytes, path, opening) : *kept, path);
+        });
 }
 
 void SdlWindow::Hands::open(OpenedFile opened, const std::string& path) {

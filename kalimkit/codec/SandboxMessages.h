@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "kalimkit/codec/Sandbox.h"
+
+namespace kalim::codec {
+
+// What a program asks of its helper, by one message along with the shared memory: first the page of
+// a SandboxReport, then the inputs, each from a page's border, then room for the output.
+struct SandboxRequest {
+    Sandbox::Job job = nullptr;
+    std::uint64_t maxMemory = 0;
+    double maxSeconds = 0;
+    std::uint64_t inputCount = 0;
+    std::array<std::uint64_t, Sandbox::maxInputs> inputSizes{};
+    std::uint64_t outputOffset = 0;
+};
+
+// What the helper answers when the process of the job is gone.
+struct SandboxAnswer {
+    enum class End : std::uint32_t { Exited, Signalled, TookTooLong, NeverBegan };
+    End end = End::NeverBegan;
+    // The exit status, the signal, or errno.
+    int number = 0;
+};
+
+// What the process writes, which may be anything.
+struct SandboxReport {
+    enum class State : std::uint32_t { None, Unprotected, Running, Done, Failed, LacksMemory };
+    State state = State::None;
+    std::uint32_t messageSize = 0;
+    std::uint64_t outputSize = 0;
+    std::array<char, 512> message{};
+    std::array<std::uint8_t, SandboxOutput::factBytes> facts{};
+};
+
+constexpr std::size_t sandboxPage = 4096;
+static_assert(sizeof(SandboxReport) <= sandboxPage);
+
+constexpr std::uint64_t roundedToPages(std::uint64_t size) {
+    return (size + sandboxPage - 1) / sandboxPage * sandboxPage;
+}
+
+}  // namespace kalim::codec
