@@ -72,6 +72,14 @@ public:
         _process = 0;
     }
 
+    // One that was killed is noticed by this, and replaced. False as above.
+    bool ask(const SandboxRequest& request, int memory) {
+        if (!start()) return false;
+        if (send(request, memory)) return true;
+        kill();
+        return start() && send(request, memory);
+    }
+
     bool send(const SandboxRequest& request, int memory) const {
         iovec part{const_cast<SandboxRequest*>(&request), sizeof request};
         alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof memory)> control{};
@@ -131,6 +139,7 @@ class SharedMemory {
 public:
     SharedMemory(std::span<const ByteSpan> inputs, SandboxRequest& request) {
         _file.reset(::memfd_create("kalim-job", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+        _isReady = _file.number() >= 0;
         std::uint64_t offset = sandboxPage;
         for (std::size_t i = 0; i < inputs.size(); ++i) {
             request.inputSizes[i] = inputs[i].size();
@@ -144,9 +153,11 @@ public:
         _isReady = _isReady && ::ftruncate(_file.number(), static_cast<off_t>(_size)) == 0 &&
                    ::fcntl(_file.number(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW) == 0;
         _outputOffset = offset;
+        if (!_isReady) _error = errno;
     }
 
-    bool isReady() const { return _isReady && _file.number() >= 0; }
+    // Why it is not there, or 0.
+    int error() const { return _error; }
     int number() const { return _file.number(); }
 
     bool readReport(SandboxReport& report) const {
@@ -185,7 +196,8 @@ private:
     Descriptor _file;
     std::uint64_t _size = 0;
     std::uint64_t _outputOffset = 0;
-    bool _isReady = true;
+    bool _isReady = false;
+    int _error = 0;
 };
 
 SandboxOutcome failure(std::string sentence) {
@@ -275,11 +287,8 @@ SandboxOutcome Sandbox::run(Job job, std::span<const ByteSpan> inputs, const San
     request.maxMemory = caps.maxMemory;
     request.maxSeconds = caps.maxSeconds;
     SharedMemory memory(inputs, request);
-    if (!memory.isReady()) return refuse("there is no memory to be shared", errno);
-    // One that was killed is noticed by sending.
-    if (!helper.start() ||
-        (!helper.send(request, memory.number()) &&
-         (helper.kill(), !helper.start() || !helper.send(request, memory.number()))))
+    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
+    if (!helper.ask(request, memory.number()))
         return refuse("there is no process for decoding", errno);
     const auto answer = helper.receive(caps.maxSeconds);
     if (!answer) {

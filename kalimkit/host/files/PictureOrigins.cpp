@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "kalimkit/codec/FileFormat.h"
-#include "kalimkit/codec/Saving.h"
 #include "kalimkit/image/UprightBitmap.h"
 
 namespace kalim {

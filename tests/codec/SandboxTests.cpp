@@ -1,0 +1,202 @@
+#include "kalimkit/codec/Sandbox.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <new>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/codec/PictureFiles.h"
+
+// jpeglib.h relies on <cstdio> before it.
+#include <jpeglib.h>
+
+namespace kalim::codec::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Inputs = std::span<const ByteSpan>;
+using Problem = std::optional<std::string>;
+
+std::string statusOf(const fs::path& process) {
+    std::ostringstream text;
+    text << std::ifstream(process / "status").rdbuf();
+    return text.str();
+}
+
+// What the system says of the processes with this name that live.
+std::vector<std::string> processesNamed(const std::string& name) {
+    std::vector<std::string> found;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+        const std::string status = statusOf(entry.path());
+        const bool isIt = status.starts_with("Name:\t" + name + "\n");
+        if (isIt && status.find("\nState:\tZ") == std::string::npos) found.push_back(status);
+    }
+    return found;
+}
+
+bool becomesTrue(const std::function<bool()>& condition) {
+    using std::chrono::milliseconds;
+    for (int i = 0; i < 300; ++i, std::this_thread::sleep_for(milliseconds(10))) {
+        if (condition()) return true;
+    }
+    return false;
+}
+
+Problem refusedWith(int result, int error) {
+    return result < 0 && errno == error ? std::nullopt : Problem("it was let");
+}
+
+Problem goOnForever(Inputs /*inputs*/, SandboxOutput& /*output*/) {
+    for (volatile int i = 0;;)
+        i = i + 1;
+}
+
+Problem copyInput(Inputs inputs, SandboxOutput& output) {
+    std::uint8_t* const bytes = output.allocate(inputs[1].size());
+    std::copy(inputs[1].begin(), inputs[1].end(), bytes);
+    output.facts()[0] = inputs[0][0];
+    return std::nullopt;
+}
+
+}  // namespace
+
+TEST(Sandbox, PicturesAreThoseThatAreDecodedHere) {
+    const Bytes jpeg =
+        makeJpeg({.inputSpace = JCS_RGB, .fileSpace = JCS_YCbCr, .pixel = {1, 2, 3}});
+    for (const Bytes& file : {jpeg, makePng({.rows = {77}}), Bytes{1, 2, 3}, Bytes()}) {
+        const DecodeResult here = decode(file, "photo");
+        const DecodeResult there = decodeSandboxed(file, "photo");
+        EXPECT_EQ(there.error, here.error);
+        EXPECT_EQ(there.bitmap, here.bitmap);
+        EXPECT_EQ(there.orientation, here.orientation);
+        EXPECT_EQ(there.grid, here.grid);
+    }
+    EXPECT_EQ(Sandbox::refusal(), std::nullopt);
+}
+
+TEST(Sandbox, InputsAndOutputsOfAnySizeGoThrough) {
+    for (const std::size_t size : {1U, 4096U, 4097U, 3'000'000U}) {
+        const Bytes input(size, 9);
+        const Bytes first{7};
+        const std::array<ByteSpan, 2> inputs{first, input};
+        const SandboxOutcome outcome = Sandbox::run(copyInput, inputs);
+        EXPECT_EQ(outcome.error, std::nullopt);
+        ASSERT_EQ(outcome.size, size);
+        EXPECT_TRUE(std::equal(input.begin(), input.end(), outcome.bytes.get()));
+        EXPECT_EQ(outcome.facts[0], 7);
+    }
+}
+
+TEST(Sandbox, AJobHasMemoryAndNothingElse) {
+    struct Case {
+        Sandbox::Job job;
+        const char* error;
+    };
+    const Case cases[] = {
+        {[](Inputs, SandboxOutput&) { return refusedWith(::open("/etc/passwd", O_RDONLY), EPERM); },
+         nullptr},
+        {[](Inputs, SandboxOutput&) { return refusedWith(::fork(), EPERM); }, nullptr},
+        {[](Inputs, SandboxOutput&) -> Problem { return "it says why"; }, "it says why"},
+        {[](Inputs, SandboxOutput&) -> Problem { throw std::runtime_error("it throws"); },
+         "it throws"},
+        {[](Inputs, SandboxOutput&) { return refusedWith(::socket(AF_INET, SOCK_STREAM, 0), 0); },
+         "the decoder stopped (signal 31)"},
+        {[](Inputs, SandboxOutput&) { return refusedWith(::kill(::getppid(), SIGKILL), 0); },
+         "the decoder stopped (signal 31)"},
+        {[](Inputs, SandboxOutput&) {
+             return refusedWith(::execl("/bin/true", "true", nullptr), 0);
+         },
+         "the decoder stopped (signal 31)"},
+        {[](Inputs, SandboxOutput&) -> Problem { ::_exit(3); }, "the decoder stopped (status 3)"},
+        {[](Inputs, SandboxOutput& output) -> Problem {
+             return output.allocate(std::size_t{65} << 20) ? Problem() : "no room";
+         },
+         "the picture needs more than 64 MiB"},
+        {[](Inputs, SandboxOutput&) -> Problem {
+             // The sanitizers let no allocation fail.
+             for (;;) {
+                 if (::mmap(nullptr, std::size_t{1} << 20, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
+                     throw std::bad_alloc();
+             }
+         },
+         "the picture needs more than 64 MiB"},
+        {goOnForever, "the picture takes longer than 0.3 s"},
+    };
+    for (const Case& each : cases) {
+        const SandboxOutcome outcome =
+            Sandbox::run(each.job, {}, {.maxMemory = std::uint64_t{64} << 20, .maxSeconds = 0.3});
+        EXPECT_EQ(outcome.error, each.error ? Problem(each.error) : std::nullopt);
+        EXPECT_FALSE(outcome.isRefused);
+    }
+}
+
+TEST(Sandbox, ItsProcessesCanBeSeenToBeProtectedAndGoWithTheirProgram) {
+    const auto count = [](const char* name) { return processesNamed(name).size(); };
+    Sandbox::stop();
+    EXPECT_EQ(count("kalim-helper"), 0U);
+    const pid_t program = ::fork();
+    if (program == 0) {
+        Sandbox::run(goOnForever, {}, {.maxSeconds = 30});
+        ::_exit(0);
+    }
+    ASSERT_TRUE(becomesTrue([&] { return count("kalim-decoder") == 1; }));
+    std::string status;
+    EXPECT_TRUE(becomesTrue([&] {
+        const auto decoders = processesNamed("kalim-decoder");
+        status = decoders.empty() ? "" : decoders.front();
+        return status.find("\nSeccomp:\t2\n") != std::string::npos;
+    })) << status;
+    EXPECT_NE(status.find("\nNoNewPrivs:\t1\n"), std::string::npos);
+    ::kill(program, SIGTERM);
+    ::waitpid(program, nullptr, 0);
+    EXPECT_TRUE(
+        becomesTrue([&] { return count("kalim-decoder") == 0 && count("kalim-helper") == 0; }));
+}
+
+TEST(Sandbox, AnotherHelperTakesTheDeadOnesPlace) {
+    const Bytes file = makePng({.rows = {77}});
+    ASSERT_EQ(decodeSandboxed(file, "photo").error, std::nullopt);
+    const std::string status = processesNamed("kalim-helper").front();
+    ::kill(std::stoi(status.substr(status.find("\nPid:\t") + 6)), SIGKILL);
+    ASSERT_TRUE(becomesTrue([] { return processesNamed("kalim-helper").empty(); }));
+    EXPECT_EQ(decodeSandboxed(file, "photo").error, std::nullopt);
+    Sandbox::stop();
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(Sandbox, WhereTheSystemRefusesItIsDecodedHere) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{3, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const DecodeResult result = decodeSandboxed(makePng({.rows = {77}}), "photo");
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(result.error, std::nullopt);
+    EXPECT_EQ(result.bitmap.width(), 1);
+    EXPECT_EQ(Sandbox::refusal(), "there is no memory to be shared: Too many open files");
+}
+
+}  // namespace kalim::codec::test
