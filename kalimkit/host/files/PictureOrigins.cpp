@@ -26,8 +26,8 @@ gfx::ImageRef PictureOrigins::make(gfx::Device& device, codec::DecodeResult deco
     const gfx::ImageRef made =
         device.makeImage(std::move(decoded.bitmap), 1, gfx::ImageOrientation::Up);
     if (!made) return nullptr;
-    gfx::ImageRef image = std::make_shared<const gfx::Image>(
-        made->raster(), made->scale(), made->orientation(), decoded.grid);
+    gfx::ImageRef image = std::make_shared<const gfx::Image>(made->raster(), made->scale(),
+                                                             made->orientation(), decoded.grid);
     std::erase_if(_entries, [](const Entry& entry) { return entry.image.expired(); });
     auto origin = std::make_shared<Origin>();
     const char* const mediaType = codec::mediaType(codec::fileFormat(file));
