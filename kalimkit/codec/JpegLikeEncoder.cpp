@@ -93,6 +93,9 @@ bool JpegLikeEncoder::encode(const StoredResult& result, JpegCoding coding) {
     if (setjmp(_failed) != 0) return false;
     _writer.create();
     if (_coding.space == JCS_UNKNOWN) addUsualColours();
+    // A reader multiplies by a step of none, and the library divides by it.
+    for (JpegCoding::Colour& colour : _coding.colours)
+        std::ranges::replace(colour.table, UINT16{0}, UINT16{1});
     jpeg_compress_struct& output = _writer.info();
     output.input_components = 4;
     output.in_color_space = JCS_EXT_BGRX;

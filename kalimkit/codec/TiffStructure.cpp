@@ -59,9 +59,7 @@ private:
             {number(offset, 2), mostEntries, (_block.size() - first) / entrySize});
         for (std::size_t i = 0; i < count; ++i)
             readEntry(first + i * entrySize, directory);
-        std::ranges::stable_sort(directory, {}, &TiffEntry::tag);
-        const auto repeated = std::ranges::unique(directory, {}, &TiffEntry::tag);
-        directory.erase(repeated.begin(), repeated.end());
+        std::ranges::sort(directory, {}, &TiffEntry::tag);
     }
 
     void readEntry(std::size_t at, TiffDirectory& directory) {
@@ -76,7 +74,7 @@ private:
         if (length > 4) offset = number(offset, 4);
         if (length == 0 || offset > _block.size() || _block.size() - offset < length) return;
         if (takeLink(entry.tag, length == 4 ? number(offset, 4) : 0)) return;
-        if (length > _budget) return;
+        if (length > _budget || findEntry(directory, entry.tag)) return;
         _budget -= length;
         if (entry.tag == makerNoteTag) entry.place = offset;
         const ByteSpan value = _block.subspan(offset, length);

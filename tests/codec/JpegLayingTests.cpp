@@ -10,6 +10,7 @@
 #include "kalimkit/codec/PixelMap.h"
 #include "kalimkit/image/UprightBitmap.h"
 #include "tests/codec/JpegFiles.h"
+#include "tests/codec/PictureFiles.h"
 
 namespace kalim::codec::test {
 
@@ -324,6 +325,19 @@ TEST(JpegLaying, EncodesAnewAsTheFileWas) {
             EXPECT_EQ(after, before);
         }
     }
+}
+
+// Readers take such tables, and the library that writes divides by their steps.
+TEST(JpegLaying, EncodesAnewWhereATableHasAStepOfNone) {
+    Work work(makePattern({}));
+    constexpr std::array<std::uint8_t, 4> tableStart{0xFF, 0xDB, 0, 67};
+    const auto table = std::ranges::search(work.file, tableStart).begin();
+    ASSERT_NE(table, work.file.end());
+    table[5] = 0;
+    ASSERT_EQ(errorOf(work.file), "none");
+    EXPECT_EQ(errorOf(encodeLikeJpeg(work.result, work.file).bytes), "none");
+    std::ranges::fill(work.touched, 1);
+    EXPECT_EQ(errorOf(work.laid().bytes), "none");
 }
 
 TEST(JpegLaying, MakesBlocksAsWellAsTheLibrary) {
