@@ -7,13 +7,13 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
 # The longest first, of those that go side by side.
 default_stages=(layers format scripts build browser install unit window documents npm headers seam)
-more_stages=(browsers kills tidy)
+more_stages=(browsers kills tidy fuzz)
 passed=0
 failed=0
 
 help() {
     cat << 'EOF'
-Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills and tidy
+Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills, tidy and fuzz
        ./test.sh --all            these, too
        ./test.sh --list           the names of the stages
        ./test.sh mutants ROOM...  plants small faults into rooms and tells which tests notice them;
@@ -34,6 +34,8 @@ Usage: ./test.sh [STAGE...]       by default all stages but browsers, kills and 
   documents what is saved fits the schema, and engines render a folder of it
   kills     window and browser are killed 100 times each, or KALIM_KILLS, and lose nothing
   tidy      clang-tidy over the library and the command; slow
+  fuzz      the fuzzer's targets over the inputs of the tree, and 30 seconds each, or KALIM_FUZZ_SECONDS,
+            over new ones; needs clang and builds the library anew
 EOF
 }
 
@@ -74,7 +76,7 @@ stage_format() {
 
 stage_scripts() {
     local script
-    for script in run.sh test.sh .ci/run tools/* tests/scripts/run tests/install/run tests/seam/run \
+    for script in run.sh test.sh .ci/run fuzz/run tools/* tests/scripts/run tests/install/run tests/seam/run \
         tests/browser/run tests/window/* tests/documents/run examples/cluster/render-parallel \
         npm/tests/run; do
         [[ -d $script || $(head -n 1 "$script") != *bash ]] || check "$script parses" bash -n "$script"
@@ -163,6 +165,15 @@ stage_kills() {
     count_of tests/browser/run chromium
 }
 
+stage_fuzz() {
+    check 'the targets bear what they have met before' fuzz/run --replay
+    local target minutes
+    minutes=$(awk -v seconds="${KALIM_FUZZ_SECONDS-30}" 'BEGIN { print seconds / 60 }')
+    for target in $(fuzz/run --list); do
+        check "nothing is found in $target" fuzz/run "$target" "$minutes"
+    done
+}
+
 stage_install() {
     count_of tests/install/run
 }
@@ -211,6 +222,7 @@ groups_of() {
         kills) echo native window browser ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
+        fuzz) echo fuzz ;;
     esac
 }
 

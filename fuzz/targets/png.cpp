@@ -1,0 +1,5 @@
+#include "fuzz/Decoding.h"
+
+KALIM_FUZZ(png, input) {
+    kalim::fuzz::readPicture(input);
+}
