@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
 # The longest first, of those that go side by side.
 default_stages=(layers format scripts build browser install unit window documents npm headers seam)
-more_stages=(browsers kills tidy fuzz)
+more_stages=(browsers kills fuzz tidy)
 passed=0
 failed=0
 
