@@ -1,6 +1,9 @@
 #include "cli/PictureWriting.h"
 
+#include <utility>
+
 #include "cli/Complaint.h"
+#include "kalimkit/codec/Sandbox.h"
 
 namespace kalim::cli {
 
@@ -16,6 +19,14 @@ codec::FileFormat fileFormat(PictureFormat format) {
             break;
     }
     return codec::FileFormat::Png;
+}
+
+// Once, however many pictures there are.
+void tellOfRefusal() {
+    static bool isTold = false;
+    const auto refusal = codec::Sandbox::refusal();
+    if (refusal && !std::exchange(isTold, true))
+        say("pictures are decoded without a process of their own: " + *refusal);
 }
 
 }  // namespace
@@ -34,12 +45,17 @@ std::string readMetadata(const std::string& text, codec::Metadata& metadata) {
 }
 
 codec::SavingOptions savingOptions(const PictureWriting& writing, PictureFormat format) {
-    return {fileFormat(format), {}, writing.metadata};
+    return {.format = fileFormat(format),
+            .quality = {},
+            .metadata = writing.metadata,
+            .isSandboxed = true};
 }
 
 void tellOf(const codec::SavedPicture& saved, const PictureWriting& writing,
             const std::string& path) {
-    if (!writing.isVerbose || saved.encodedAnew.empty()) return;
+    if (!writing.isVerbose) return;
+    tellOfRefusal();
+    if (saved.encodedAnew.empty()) return;
     const bool isStandard = path.empty() || path == "-";
     say((isStandard ? "standard output" : path) + ": encoded anew: " + saved.encodedAnew);
 }

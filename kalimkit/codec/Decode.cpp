@@ -113,6 +113,7 @@ std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height
 std::string memoryText(std::uint64_t bytes) {
     constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
     constexpr std::uint64_t gibibyte = std::uint64_t{1} << 30;
+    if (bytes < mebibyte) return std::to_string(bytes) + " bytes";
     if (bytes < gibibyte) return std::to_string(bytes / mebibyte) + " MiB";
     const std::uint64_t tenths = bytes * 10 / gibibyte;
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " GiB";

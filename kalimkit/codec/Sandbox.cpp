@@ -19,6 +19,7 @@
 
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/SandboxHelper.h"
+#include "kalimkit/codec/SandboxJob.h"
 #include "kalimkit/codec/SandboxMessages.h"
 
 namespace kalim::codec {
@@ -214,6 +215,13 @@ SandboxOutcome refuse(const std::string& what, int error) {
     return outcome;
 }
 
+SandboxRequest requestWith(const SandboxCaps& caps) {
+    SandboxRequest request;
+    request.maxMemory = caps.maxMemory;
+    request.maxSeconds = caps.maxSeconds;
+    return request;
+}
+
 std::string timeText(double seconds) {
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%g", seconds);
@@ -234,7 +242,11 @@ std::optional<std::string> problemOf(const SandboxAnswer& answer, const SandboxC
 }
 
 // Believes nothing that stands in the report.
-SandboxOutcome outcomeOf(SharedMemory& memory, const SandboxCaps& caps) {
+SandboxOutcome outcomeOf(SharedMemory& memory, const SandboxAnswer& answer,
+                         const SandboxCaps& caps) {
+    if (answer.end == SandboxAnswer::End::NeverBegan)
+        return refuse("there is no process for decoding", answer.number);
+    if (auto problem = problemOf(answer, caps)) return failure(std::move(*problem));
     SandboxReport report;
     if (!memory.readReport(report)) return failure("the decoder's answer cannot be read");
     switch (report.state) {
@@ -282,10 +294,8 @@ std::optional<std::string> Sandbox::refusal() {
 SandboxOutcome Sandbox::run(Job job, std::span<const ByteSpan> inputs, const SandboxCaps& caps) {
     const std::scoped_lock lock(state().mutex);
     HelperProcess& helper = state().helper;
-    SandboxRequest request;
+    SandboxRequest request = requestWith(caps);
     request.job = job;
-    request.maxMemory = caps.maxMemory;
-    request.maxSeconds = caps.maxSeconds;
     SharedMemory memory(inputs, request);
     if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
     if (!helper.ask(request, memory.number()))
@@ -295,10 +305,21 @@ SandboxOutcome Sandbox::run(Job job, std::span<const ByteSpan> inputs, const San
         helper.kill();
         return failure("the decoder's process was ended");
     }
-    if (answer->end == SandboxAnswer::End::NeverBegan)
-        return refuse("there is no process for decoding", answer->number);
-    if (auto problem = problemOf(*answer, caps)) return failure(std::move(*problem));
-    return outcomeOf(memory, caps);
+    return outcomeOf(memory, *answer, caps);
+}
+
+SandboxOutcome Sandbox::runForked(
+    const std::function<std::optional<std::string>(SandboxOutput& output)>& work,
+    const SandboxCaps& caps) {
+    const std::scoped_lock lock(state().mutex);
+    static SandboxFilter filter;
+    SandboxRequest request = requestWith(caps);
+    SharedMemory memory({}, request);
+    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
+    const auto withoutInputs = [&work](std::span<const ByteSpan>, SandboxOutput& output) {
+        return work(output);
+    };
+    return outcomeOf(memory, runSandboxJob(request, withoutInputs, memory.number(), filter), caps);
 }
 
 }  // namespace kalim::codec

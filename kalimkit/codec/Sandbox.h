@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -10,6 +11,7 @@
 
 #include "kalimkit/codec/Bytes.h"
 #include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/Saving.h"
 #include "kalimkit/gfx/Export.h"
 
 namespace kalim::codec {
@@ -69,12 +71,22 @@ public:
     static void stop();
     static SandboxOutcome run(Job job, std::span<const ByteSpan> inputs,
                               const SandboxCaps& caps = {});
-    // Why the last run() was refused; nothing where none was.
+    // The same in a process that is forked from this one, so that the work has whatever it refers
+    // to and nothing is copied; it also has whatever else this process knows, but no way to tell
+    // of it except by its output. Other threads do not go on in it: the work may wait for none.
+    static SandboxOutcome runForked(
+        const std::function<std::optional<std::string>(SandboxOutput& output)>& work,
+        const SandboxCaps& caps = {});
+    // Why the last run was refused; nothing where none was.
     static std::optional<std::string> refusal();
 };
 
 // As decode(), in a process of its own, and in this one where the system refuses that.
 KALIM_API DecodeResult decodeSandboxed(ByteSpan bytes, const std::string& name,
                                        const DecodeLimits& limits = {});
+// As savePicture(), which reads the source's file once more, in the same way.
+KALIM_API SavedPicture savePictureSandboxed(const gfx::Bitmap& result, const SavingSource& source,
+                                            const SavingOptions& options,
+                                            const SandboxCaps& caps = {});
 
 }  // namespace kalim::codec

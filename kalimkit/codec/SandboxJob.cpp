@@ -1,15 +1,21 @@
 #include "kalimkit/codec/SandboxJob.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <new>
 #include <string>
@@ -19,6 +25,13 @@
 namespace kalim::codec {
 
 namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+// The sanitizers tell of what they find.
+constexpr bool mayReport = true;
+#else
+constexpr bool mayReport = false;
+#endif
 
 // Bytes of address space that this process has.
 std::uint64_t mappedBytes() {
@@ -81,6 +94,26 @@ private:
     bool _lacksRoom = false;
 };
 
+// Waits until nobody holds the other end of the pipe any more, which is when the process is gone.
+// False when it has not gone in time; where the other end of `watched` is, nobody needs the answer.
+bool waitForEnd(int lifeline, double seconds, int watched) {
+    timespec begun{};
+    ::clock_gettime(CLOCK_MONOTONIC, &begun);
+    for (;;) {
+        timespec now{};
+        ::clock_gettime(CLOCK_MONOTONIC, &now);
+        const double passed = static_cast<double>(now.tv_sec - begun.tv_sec) +
+                              static_cast<double>(now.tv_nsec - begun.tv_nsec) / 1e9;
+        const double rest = std::ceil(std::max(0.0, seconds - passed) * 1000);
+        std::array<pollfd, 2> ends{{{lifeline, POLLIN, 0}, {watched, 0, 0}}};
+        const int ready = ::poll(ends.data(), ends.size(), static_cast<int>(std::min(rest, 1e9)));
+        // What it has forked goes with it.
+        if (ends[1].revents != 0) ::_exit(0);
+        if (ready > 0) return true;
+        if (ready == 0) return false;
+    }
+}
+
 bool limit(int resource, std::uint64_t most) {
     const rlimit limits{most, most};
     return ::setrlimit(static_cast<__rlimit_resource_t>(resource), &limits) == 0;
@@ -95,9 +128,9 @@ bool giveUpRights(const SandboxRequest& request, SandboxFilter& filter) {
            limit(RLIMIT_NOFILE, 0) && filter.protect();
 }
 
-std::optional<std::string> tryJob(const SandboxRequest& request, JobMemory& memory) {
+std::optional<std::string> tryWork(const SandboxWork& work, JobMemory& memory) {
     try {
-        return request.job(memory.inputs(), memory);
+        return work(memory.inputs(), memory);
     } catch (const std::bad_alloc&) {
         return notEnoughMemory;
     } catch (const std::exception& error) {
@@ -112,24 +145,71 @@ void tell(SandboxReport& report, const std::string& problem, bool lacksMemory) {
     report.state = lacksMemory ? SandboxReport::State::LacksMemory : SandboxReport::State::Failed;
 }
 
-}  // namespace
-
-void runSandboxJob(const SandboxRequest& request, int memory, pid_t helper, SandboxFilter& filter) {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The helper may have gone just before.
-    if (::getppid() != helper) ::_exit(1);
+[[noreturn]] void live(const SandboxRequest& request, const SandboxWork& work, int memory,
+                       int lifeline, SandboxFilter& filter) {
     ::prctl(PR_SET_NAME, "kalim-decoder");
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP})
         std::signal(signal, SIG_DFL);
-    JobMemory shared(request, memory);
+    std::array<int, 2> kept{memory, lifeline};
+    keepOnly(kept);
+    JobMemory shared(request, kept[0]);
     if (!shared.map()) ::_exit(1);
     shared.report().state = SandboxReport::State::Unprotected;
     if (!giveUpRights(request, filter)) ::_exit(0);
     shared.report().state = SandboxReport::State::Running;
-    const auto problem = tryJob(request, shared);
+    const auto problem = tryWork(work, shared);
     shared.report().state = SandboxReport::State::Done;
     if (problem) tell(shared.report(), *problem, shared.lacksRoom() || *problem == notEnoughMemory);
     ::_exit(0);
+}
+
+SandboxAnswer await(pid_t process, int lifeline, double seconds, int watched) {
+    const bool isInTime = waitForEnd(lifeline, seconds, watched);
+    if (!isInTime) ::kill(process, SIGKILL);
+    int status = 0;
+    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!isInTime) return {SandboxAnswer::End::TookTooLong, 0};
+    if (!WIFSIGNALED(status)) return {SandboxAnswer::End::Exited, WEXITSTATUS(status)};
+    const bool isTime = WTERMSIG(status) == SIGXCPU;
+    return {isTime ? SandboxAnswer::End::TookTooLong : SandboxAnswer::End::Signalled,
+            WTERMSIG(status)};
+}
+
+}  // namespace
+
+void keepOnly(std::span<int> descriptors) {
+    constexpr int first = STDERR_FILENO + 1;
+    const int end = first + static_cast<int>(descriptors.size());
+    // First to numbers that are not about to be taken.
+    for (int& descriptor : descriptors)
+        descriptor = ::fcntl(descriptor, F_DUPFD_CLOEXEC, end);
+    const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (int stream = STDIN_FILENO; stream < first; ++stream)
+        if (stream != STDERR_FILENO || !mayReport) ::dup2(nowhere, stream);
+    for (int number = first; int& descriptor : descriptors)
+        descriptor = ::dup2(descriptor, number++);
+    ::close_range(static_cast<unsigned>(end), ~0U, 0);
+}
+
+SandboxAnswer runSandboxJob(const SandboxRequest& request, const SandboxWork& work, int memory,
+                            SandboxFilter& filter, int watched) {
+    std::array<int, 2> lifeline{};
+    if (::pipe2(lifeline.data(), O_CLOEXEC) != 0) return {SandboxAnswer::End::NeverBegan, errno};
+    const pid_t parent = ::getpid();
+    const pid_t process = ::fork();
+    const int error = errno;
+    if (process == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // The parent may have gone just before.
+        if (::getppid() != parent) ::_exit(1);
+        live(request, work, memory, lifeline[1], filter);
+    }
+    ::close(lifeline[1]);
+    SandboxAnswer answer{SandboxAnswer::End::NeverBegan, error};
+    if (process > 0) answer = await(process, lifeline[0], request.maxSeconds, watched);
+    ::close(lifeline[0]);
+    return answer;
 }
 
 }  // namespace kalim::codec

@@ -1,15 +1,27 @@
 #pragma once
 
-#include <sys/types.h>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
 
 #include "kalimkit/codec/SandboxFilter.h"
 #include "kalimkit/codec/SandboxMessages.h"
 
 namespace kalim::codec {
 
-// The life of a process that its helper has just forked for one job: gives up all that it can do
-// without, does the job, and leaves a report in the memory.
-[[noreturn]] void runSandboxJob(const SandboxRequest& request, int memory, pid_t helper,
-                                SandboxFilter& filter);
+// What is to be done in the process that was forked for it.
+using SandboxWork = std::function<std::optional<std::string>(std::span<const ByteSpan> inputs,
+                                                             SandboxOutput& output)>;
+
+// Closes all open files of this process but these, which become 3, 4 and so on. Standard streams
+// lead nowhere, so that nothing that is opened takes their numbers; a sanitizer may go on speaking.
+void keepOnly(std::span<int> descriptors);
+
+// Forks a process for the work and returns when it is gone. That gives up all it can do without,
+// does the work, and leaves a report in the memory. Where `watched` is a socket whose other end
+// goes away meanwhile, both processes end.
+SandboxAnswer runSandboxJob(const SandboxRequest& request, const SandboxWork& work, int memory,
+                            SandboxFilter& filter, int watched = -1);
 
 }  // namespace kalim::codec

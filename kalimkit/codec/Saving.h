@@ -47,6 +47,8 @@ struct SavingOptions {
     // format.
     std::optional<int> quality;
     Metadata metadata = Metadata::Safe;
+    // Of encodePicture(): in a process of its own, as by savePictureSandboxed().
+    bool isSandboxed = false;
 };
 
 struct SavedPicture {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "kalimkit/codec/Encode.h"
 #include "tests/codec/PictureFiles.h"
 
 // jpeglib.h relies on <cstdio> before it.
@@ -42,9 +43,12 @@ Bytes pngOfSize(std::uint32_t side) {
                         concatenated(makeChunk("IHDR", header), makeChunk("IDAT", Bytes(9, 1))));
 }
 
-Bytes jpegOfSize(std::uint32_t side, bool isArithmetic = false) {
-    Bytes file = makeJpeg({.inputSpace = JCS_RGB, .fileSpace = JCS_YCbCr, .pixel = {1, 2, 3}});
-    const Bytes frameMarker{0xFF, 0xC0};
+Bytes jpegOfSize(std::uint32_t side, bool isArithmetic = false, bool isProgressive = false) {
+    Bytes file = makeJpeg({.inputSpace = JCS_RGB,
+                           .fileSpace = JCS_YCbCr,
+                           .pixel = {1, 2, 3},
+                           .progressive = isProgressive});
+    const Bytes frameMarker{0xFF, static_cast<std::uint8_t>(isProgressive ? 0xC2 : 0xC0)};
     // Behind the marker: length (2), precision (1), height and width (2 each).
     const auto size =
         std::search(file.begin(), file.end(), frameMarker.begin(), frameMarker.end()) + 5;
@@ -135,6 +139,49 @@ TEST(HostileFiles, AJpegMayHaveAHundredScansOrTwoDozenOfTheMostPixels) {
     const auto offset = static_cast<std::size_t>(lastScan - file.begin());
     EXPECT_EQ(errorWithLittleMemory(withInserted(file, offset, {0xFF, 0, 0xF0, 0})),
               "photo: the JPEG data have more than 100 scans");
+}
+
+TEST(HostileFiles, WhatNeedsTooMuchMemoryIsRefusedByTheHeader) {
+    const auto jpeg = [](bool progressive, bool coloursApart = false) {
+        return makeJpeg({.inputSpace = JCS_RGB,
+                         .fileSpace = JCS_YCbCr,
+                         .pixel = {1, 2, 3},
+                         .progressive = progressive,
+                         .coloursApart = coloursApart});
+    };
+    const gfx::Bitmap bitmap(20, 10);
+    Bytes lossy;
+    encodeWebp(bitmap, 80, lossy);
+    // The blocks of a colour with half the samples are half as many each way.
+    constexpr std::uint64_t coefficients = std::uint64_t{128} * (4 + 1 + 1);
+    struct Case {
+        const char* what;
+        Bytes file;
+        std::uint64_t needed;
+    };
+    const Case cases[] = {
+        {"a JPEG", jpeg(false), 16 * 16 * 4},
+        {"its colours one after the other", jpeg(false, true), 16 * 16 * 4 + coefficients},
+        {"a progressive one", jpeg(true), 16 * 16 * 4 + coefficients},
+        {"a PNG", makePng({.rows = {77}}), 4},
+        {"an interlaced one", makePng({.interlaced = true, .rows = {77}}), 4},
+        {"a WebP without loss", makeWebp(makeLosslessChunk(bitmap)), 20 * 10 * 8},
+        {"one with loss and alpha", lossy, 20 * 10 * 5},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(errorOf(each.file, {.maxMemory = each.needed}), "none") << each.what;
+        EXPECT_EQ(
+            errorOf(each.file, {.maxMemory = each.needed - 1}),
+            "photo: the picture needs more than " + std::to_string(each.needed - 1) + " bytes")
+            << each.what;
+    }
+    // 30 bytes that stand for two gigabytes, and a progressive picture of 256 megapixels.
+    const Bytes blank{0x52, 0x49, 0x46, 0x46, 0x16, 0,    0,    0,    0x57, 0x45,
+                      0x42, 0x50, 0x56, 0x50, 0x38, 0x4C, 0x0A, 0,    0,    0,
+                      0x2F, 0xFE, 0xBF, 0xFF, 0x0F, 0x88, 0x88, 0x08, 0,    0};
+    EXPECT_EQ(errorWithLittleMemory(blank), "photo: the picture needs more than 1.5 GiB");
+    const Bytes large = concatenated(jpegOfSize(16000, false, true), Bytes(500'000));
+    EXPECT_EQ(errorWithLittleMemory(large), "photo: the picture needs more than 1.5 GiB");
 }
 
 TEST(HostileFiles, SideInformationThatUnpacksToGigabytesIsPassedOver) {

@@ -20,6 +20,7 @@
 #include <fstream>
 #include <functional>
 #include <new>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -106,6 +107,22 @@ TEST(Sandbox, InputsAndOutputsOfAnySizeGoThrough) {
         ASSERT_EQ(outcome.size, size);
         EXPECT_TRUE(std::equal(input.begin(), input.end(), outcome.bytes.get()));
         EXPECT_EQ(outcome.facts[0], 7);
+    }
+}
+
+TEST(Sandbox, WorkThatIsForkedHereHasWhatThereIs) {
+    const Bytes known(5000, 3);
+    const SandboxOutcome outcome = Sandbox::runForked([&](SandboxOutput& output) -> Problem {
+        std::ranges::copy(known, output.allocate(known.size()));
+        return refusedWith(::open("/etc/passwd", O_RDONLY), EPERM);
+    });
+    EXPECT_EQ(outcome.error, std::nullopt);
+    ASSERT_EQ(outcome.size, known.size());
+    EXPECT_TRUE(std::ranges::equal(known, std::span(outcome.bytes.get(), outcome.size)));
+    const gfx::Bitmap bitmap(40, 30);
+    for (const FileFormat format : {FileFormat::Png, FileFormat::Jpeg, FileFormat::Webp}) {
+        EXPECT_EQ(savePictureSandboxed(bitmap, {}, {.format = format}).bytes,
+                  savePicture(bitmap, {}, {.format = format}).bytes);
     }
 }
 

@@ -100,6 +100,11 @@ TEST(Webp, AnAnimationIsItsFirstFrameOnATransparentCanvas) {
         }
     }
     EXPECT_EQ(result.bitmap, expected);
+    constexpr std::uint64_t needed = 4 * (6 * 6 + 2 * 2);
+    const Bytes alone = makeWebp(concatenated(start, first));
+    EXPECT_EQ(errorOf(alone, {.maxMemory = needed}), "none");
+    EXPECT_EQ(errorOf(alone, {.maxMemory = needed - 1}),
+              "photo: the picture needs more than 159 bytes");
     // The frame reaches over the edge of the canvas.
     const Bytes outside = frameChunk(3, 2, 2, makeLosslessChunk(filled(2, 2, {1, 1, 1, 255})));
     EXPECT_EQ(errorOf(makeWebp(concatenated(start, outside))), "photo: the WebP data are damaged");

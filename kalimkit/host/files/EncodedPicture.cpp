@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/codec/Sandbox.h"
 
 namespace kalim {
 
@@ -26,7 +27,11 @@ codec::SavedPicture encodePicture(const gfx::Image& image, const ExportedPicture
         source.quarterTurns = exported.quarterTurns;
         source.hidden = exported.hidden;
     }
-    return codec::savePicture(*image.pixels(), source, options);
+    const auto save = [&](const gfx::Bitmap& result) {
+        return options.isSandboxed ? codec::savePictureSandboxed(result, source, options)
+                                   : codec::savePicture(result, source, options);
+    };
+    return save(*image.pixels());
 }
 
 codec::SavedPicture encodeExport(const gfx::ImageRef& image, const MDrawView& canvas,
