@@ -121,8 +121,10 @@ TEST(Sandbox, WorkThatIsForkedHereHasWhatThereIs) {
     EXPECT_TRUE(std::ranges::equal(known, std::span(outcome.bytes.get(), outcome.size)));
     const gfx::Bitmap bitmap(40, 30);
     for (const FileFormat format : {FileFormat::Png, FileFormat::Jpeg, FileFormat::Webp}) {
-        EXPECT_EQ(savePictureSandboxed(bitmap, {}, {.format = format}).bytes,
-                  savePicture(bitmap, {}, {.format = format}).bytes);
+        SavingOptions options;
+        options.format = format;
+        EXPECT_EQ(savePictureSandboxed(bitmap, {}, options).bytes,
+                  savePicture(bitmap, {}, options).bytes);
     }
 }
 
