@@ -110,25 +110,24 @@ std::optional<Block> densityBlock(const PixelDensity& density) {
     return block;
 }
 
-bool isText(const PngText& text, std::string_view keyword) {
-    return text.keyword == keyword;
-}
-
 // Of the source's parts the first that tells.
 std::string copyrightOf(const MetadataSource& source) {
-    for (const PngText& text : source.texts) {
-        if (isText(text, "Copyright")) return text.text;
+    for (const MetadataSource::Text& one : source.texts) {
+        if (one.text.keyword == "Copyright") return one.text.text;
     }
     std::string copyright = copyrightInPhotoshop(source.photoshop);
-    return copyright.empty() ? copyrightInXmp(source.xmp) : copyright;
+    return asUtf8(copyright.empty() ? copyrightInXmp(source.xmp) : copyright);
 }
 
 void addSafeBlocks(CarriedMetadata& carried, const MetadataSource& source, FileFormat format) {
-    constexpr std::size_t longestText = 2000;
+    constexpr std::size_t longestCopyright = 2000;
+    constexpr std::size_t longestTime = 40;
     if (source.format != FileFormat::Png || format != FileFormat::Png) return;
-    for (const PngText& text : source.texts) {
-        const bool isSafe = isText(text, "Copyright") || isText(text, "Creation Time");
-        if (isSafe && text.text.size() <= longestText)
+    for (const auto& [text, block] : source.texts) {
+        const std::size_t longest = text.keyword == "Copyright"       ? longestCopyright
+                                    : text.keyword == "Creation Time" ? longestTime
+                                                                      : 0;
+        if (!text.text.empty() && text.text.size() <= longest)
             carried.blocks.push_back(textBlock(text.keyword, text.text));
     }
     for (const Block& block : source.blocks) {
@@ -140,13 +139,21 @@ ByteSpan bytesOf(const std::string& text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-void addComments(CarriedMetadata& carried, const MetadataSource& source, FileFormat format) {
+// Comments are the only texts that a JPEG has beside its blocks.
+void addTexts(CarriedMetadata& carried, const MetadataSource& source, FileFormat format) {
     constexpr std::uint32_t comment = 0xFE;
     for (const std::string& text : source.comments) {
         if (holdsPicture(bytesOf(text))) continue;
         if (format == FileFormat::Jpeg)
             carried.blocks.push_back({comment, {text.begin(), text.end()}});
-        if (format == FileFormat::Png) carried.blocks.push_back(textBlock("Comment", text));
+        if (format == FileFormat::Png)
+            carried.blocks.push_back(textBlock("Comment", asUtf8(text.substr(0, text.find('\0')))));
+    }
+    for (const auto& [text, block] : source.texts) {
+        if (holdsPicture(bytesOf(text.text))) continue;
+        if (format == FileFormat::Png) carried.blocks.push_back(block);
+        if (format == FileFormat::Jpeg && text.keyword == "Comment")
+            carried.blocks.push_back({comment, {text.text.begin(), text.text.end()}});
     }
 }
 
@@ -158,16 +165,6 @@ void addUnknownBlocks(CarriedMetadata& carried, const MetadataSource& source) {
     for (const Block& block : source.blocks) {
         if (lengths[block.type] <= longestUnknown) carried.blocks.push_back(block);
     }
-}
-
-void addKeptBlocks(CarriedMetadata& carried, const MetadataSource& source, FileFormat format) {
-    addComments(carried, source, format);
-    if (source.format != format) return;
-    for (const PngText& text : source.texts) {
-        if (!holdsPicture(bytesOf(text.text)))
-            carried.blocks.push_back(textBlock(text.keyword, text.text));
-    }
-    addUnknownBlocks(carried, source);
 }
 
 }  // namespace
@@ -189,7 +186,8 @@ CarriedMetadata carriedMetadata(ByteSpan sourceFile, Metadata mode, const Metada
         carried.exif = writtenExif(keptExif(exif, facts), facts.format);
         carried.xmp = keptXmp(source.xmp, facts);
         if (facts.format != FileFormat::Webp) carried.photoshop = keptPhotoshop(source.photoshop);
-        addKeptBlocks(carried, source, facts.format);
+        addTexts(carried, source, facts.format);
+        if (source.format == facts.format) addUnknownBlocks(carried, source);
     }
     const auto density = densityBlock(carried.density);
     if (density && facts.format == FileFormat::Png) carried.blocks.push_back(*density);

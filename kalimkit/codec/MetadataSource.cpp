@@ -9,6 +9,7 @@
 #include "kalimkit/codec/PictureChunks.h"
 #include "kalimkit/codec/WrappedBlock.h"
 #include "kalimkit/codec/XmpCarrying.h"
+#include "kalimkit/gfx/Utf8.h"
 
 namespace kalim::codec {
 
@@ -142,6 +143,20 @@ private:
     std::map<std::string, std::map<std::uint32_t, ByteSpan>> _longXmp;
 };
 
+std::string fromLatin(std::string_view text) {
+    std::string utf8;
+    for (const char letter : text) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (code < 0x80) {
+            utf8 += letter;
+        } else {
+            utf8 += static_cast<char>(0xC0 | code >> 6U);
+            utf8 += static_cast<char>(0x80 | (code & 0x3F));
+        }
+    }
+    return utf8;
+}
+
 class PngReading {
 public:
     explicit PngReading(MetadataSource& found) : _found(found) {}
@@ -197,12 +212,11 @@ private:
                              text->text.size());
         if (text->keyword == "XML:com.adobe.xmp") return takeFirst(_found.xmp, bytes);
         if (text->keyword.starts_with("Raw profile type ")) return addWrapped(*text);
+        // Nothing travels behind a text's end.
+        text->text.resize(std::min(text->text.find('\0'), text->text.size()));
         if (chunk.type != chunkType("iTXt")) text->text = fromLatin(text->text);
-        if (text->keyword == "Comment") {
-            _found.comments.push_back(std::move(text->text));
-        } else {
-            _found.texts.push_back(std::move(*text));
-        }
+        _found.texts.push_back(
+            {std::move(*text), {chunk.type, {chunk.data.begin(), chunk.data.end()}}});
     }
 
     void addWrapped(const PngText& text) {
@@ -214,20 +228,6 @@ private:
         if (takePrefix(rest, xmpPrefix) || kind == "xmp") return takeFirst(_found.xmp, rest);
         takePrefix(rest, exifPrefix);
         takeFirst(_found.exif, rest);
-    }
-
-    static std::string fromLatin(std::string_view text) {
-        std::string utf8;
-        for (const char letter : text) {
-            const auto code = static_cast<unsigned char>(letter);
-            if (code < 0x80) {
-                utf8 += letter;
-            } else {
-                utf8 += static_cast<char>(0xC0 | code >> 6U);
-                utf8 += static_cast<char>(0x80 | (code & 0x3F));
-            }
-        }
-        return utf8;
     }
 
     MetadataSource& _found;
@@ -283,6 +283,15 @@ MetadataSource readMetadata(ByteSpan file) {
     }
     jpeg.finish();
     return found;
+}
+
+std::string asUtf8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const gfx::CodePoint letter = gfx::decodeUtf8(text, at);
+        if (letter == gfx::CodePoint{}) return fromLatin(text);
+        at += letter.byteCount;
+    }
+    return std::string(text);
 }
 
 }  // namespace kalim::codec

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/codec/Bytes.h"
@@ -21,14 +22,21 @@ struct MetadataSource {
     // Photoshop's resources, or datasets of IPTC alone.
     Bytes photoshop;
     std::optional<PixelDensity> density;
-    // In UTF-8 but for a JPEG's comments, whose encoding nobody knows.
+    // Of a JPEG.
     std::vector<std::string> comments;
-    // Those of a PNG that are whole, but for the above.
-    std::vector<PngText> texts;
+    // Of a PNG, those that are whole, but for the above; as texts in UTF-8 and as they stand there.
+    struct Text {
+        PngText text;
+        CarriedMetadata::Block block;
+    };
+    std::vector<Text> texts;
     // What else the file has, without colours, pixels and what leads behind the file's end.
     std::vector<CarriedMetadata::Block> blocks;
 };
 
 MetadataSource readMetadata(ByteSpan file);
+
+// A text whose encoding nobody tells, in UTF-8: what is none is read as Latin 1.
+std::string asUtf8(std::string_view text);
 
 }  // namespace kalim::codec

@@ -12,7 +12,9 @@ namespace kalim::codec {
 
 namespace {
 
-constexpr std::uint32_t resourceStart = chunkType("8BIM");
+// Photoshop's own, and those of programs that have joined it.
+constexpr std::array resourceStarts{chunkType("8BIM"), chunkType("PHUT"), chunkType("DCSR"),
+                                    chunkType("AgHg"), chunkType("MeSa")};
 constexpr std::uint8_t datasetStart = 0x1C;
 constexpr std::uint32_t iptcNumber = 0x0404;
 // The check sum by which Photoshop sees that others have changed the IPTC.
@@ -32,7 +34,8 @@ struct Resource {
 };
 
 std::optional<Resource> takeResource(ByteSpan& rest) {
-    if (rest.size() <= 6 || bigEndian(rest.first(4)) != resourceStart) return std::nullopt;
+    if (rest.size() <= 6 || std::ranges::count(resourceStarts, bigEndian(rest.first(4))) == 0)
+        return std::nullopt;
     const std::size_t headSize = 6 + (rest[6] + 2U) / 2 * 2;
     if (rest.size() < headSize + 4) return std::nullopt;
     const std::size_t length = bigEndian(rest.subspan(headSize, 4));
