@@ -47,11 +47,8 @@ codec::ByteSpan pictureFile(const OpenedFile& opened) {
 JsonValue::Object describePicture(const OpenedFile& opened) {
     const codec::ByteSpan file = pictureFile(opened);
     if (file.empty()) {
-        return {{"mediaType", {}},
-                {"size", {}},
-                {"orientation", {}},
-                {"colorProfile", {}},
-                {"bytes", opened.bytes.size()},
+        return {{"mediaType", {}}, {"size", {}},         {"orientation", {}},
+                {"bitDepth", {}},  {"colorProfile", {}}, {"bytes", opened.bytes.size()},
                 {"metadata", {}}};
     }
     codec::PersonalTraces traces = codec::personalTraces(file);
@@ -60,6 +57,7 @@ JsonValue::Object describePicture(const OpenedFile& opened) {
     return {{"mediaType", codec::mediaType(codec::fileFormat(file))},
             {"size", uprightSize(opened.picture)},
             {"orientation", codec::exifOrientationNumber(opened.picture.orientation)},
+            {"bitDepth", codec::bitDepth(file)},
             {"colorProfile", colorProfile(file)},
             {"bytes", opened.bytes.size()},
             {"metadata", describe(traces)}};

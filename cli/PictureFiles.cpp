@@ -78,7 +78,9 @@ std::optional<std::string> PictureFiles::savePicture(const std::string& path,
 std::optional<std::string> PictureFiles::saveExport(const std::string& path,
                                                     const gfx::ImageRef& image,
                                                     const MDrawView& canvas) {
-    return write(path, [&](const codec::SavingOptions& options) {
+    return write(path, [&](codec::SavingOptions options) {
+        // What a scenario sees on its screen does not depend on the photo's profile.
+        options.takesAfterFile = false;
         return encodeExport(image, canvas, _origins, options);
     });
 }

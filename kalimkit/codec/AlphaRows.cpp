@@ -25,6 +25,10 @@ void straightenRow(const std::uint8_t* premultiplied, std::uint8_t* straight,
                    std::size_t pixelCount) {
     for (std::size_t i = 0; i < 4 * pixelCount; i += 4) {
         const unsigned alpha = premultiplied[i + 3];
+        if (alpha == 255) {
+            std::copy_n(premultiplied + i, 4, straight + i);
+            continue;
+        }
         for (std::size_t part = i; part < i + 3; ++part) {
             const unsigned whole =
                 alpha == 0 ? 0 : (premultiplied[part] * 255U + alpha / 2) / alpha;

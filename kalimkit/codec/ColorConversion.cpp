@@ -53,19 +53,36 @@ bool describesSamples(cmsHPROFILE profile, Samples samples) {
 }  // namespace
 
 std::unique_ptr<ColorConversion> ColorConversion::make(ByteSpan profile, Samples samples) {
+    std::unique_ptr<ColorConversion> conversion = makeAny(profile, samples, Direction::ToSrgb);
+    if (!conversion || !conversion->changesColors(samples)) return nullptr;
+    return conversion;
+}
+
+std::unique_ptr<ColorConversion> ColorConversion::makeBack(ByteSpan profile) {
+    return makeAny(profile, Samples::Bgra, Direction::FromSrgb);
+}
+
+bool ColorConversion::fits(ByteSpan profile, Samples samples) {
+    return makeAny(profile, samples, Direction::ToSrgb) != nullptr;
+}
+
+std::unique_ptr<ColorConversion> ColorConversion::makeAny(ByteSpan profile, Samples samples,
+                                                          Direction direction) {
     if (profile.empty() || profile.size() > maxProfileBytes) return nullptr;
-    const ProfileHandle source(
+    const ProfileHandle own(
         cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size())),
         cmsCloseProfile);
-    if (!source || !describesSamples(source.get(), samples)) return nullptr;
-    const ProfileHandle target(cmsCreate_sRGBProfile(), cmsCloseProfile);
-    if (!target) return nullptr;
-    void* const transform = cmsCreateTransform(source.get(), formatOf(samples), target.get(),
-                                               TYPE_BGRA_8, INTENT_PERCEPTUAL, 0);
+    if (!own || !describesSamples(own.get(), samples)) return nullptr;
+    const ProfileHandle srgb(cmsCreate_sRGBProfile(), cmsCloseProfile);
+    if (!srgb) return nullptr;
+    const bool isBack = direction == Direction::FromSrgb;
+    const ProfileHandle& source = isBack ? srgb : own;
+    const ProfileHandle& target = isBack ? own : srgb;
+    void* const transform =
+        cmsCreateTransform(source.get(), isBack ? TYPE_BGRA_8 : formatOf(samples), target.get(),
+                           TYPE_BGRA_8, INTENT_PERCEPTUAL, 0);
     if (!transform) return nullptr;
-    std::unique_ptr<ColorConversion> conversion(new ColorConversion(transform));
-    if (!conversion->changesColors(samples)) return nullptr;
-    return conversion;
+    return std::unique_ptr<ColorConversion>(new ColorConversion(transform));
 }
 
 ColorConversion::~ColorConversion() {

@@ -8,7 +8,8 @@
 
 namespace kalim::codec {
 
-// Turns rows of a picture's own colours into sRGB, as the profile in its file describes them.
+// Turns rows of a picture's own colours into sRGB, as the profile in its file describes them, or
+// the other way round.
 class ColorConversion {
 public:
     // How the bytes of a row are to be understood, four to a pixel.
@@ -25,6 +26,11 @@ public:
     // Nothing where the samples can stand as they are: the profile is empty, says what sRGB says,
     // is broken, or belongs to another kind of samples.
     static std::unique_ptr<ColorConversion> make(ByteSpan profile, Samples samples);
+    // From sRGB to a profile of three colours, four bytes to a pixel; nothing where that is broken
+    // or knows no such way.
+    static std::unique_ptr<ColorConversion> makeBack(ByteSpan profile);
+    // Whether the profile is whole and one of such samples.
+    static bool fits(ByteSpan profile, Samples samples);
     ~ColorConversion();
     ColorConversion(const ColorConversion&) = delete;
     ColorConversion& operator=(const ColorConversion&) = delete;
@@ -33,6 +39,9 @@ public:
     void convertRow(const std::uint8_t* samples, std::uint8_t* bgra, std::size_t pixelCount) const;
 
 private:
+    enum class Direction { ToSrgb, FromSrgb };
+    static std::unique_ptr<ColorConversion> makeAny(ByteSpan profile, Samples samples,
+                                                    Direction direction);
     explicit ColorConversion(void* transform) : _transform(transform) {}
     bool changesColors(Samples samples) const;
 

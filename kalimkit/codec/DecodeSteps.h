@@ -6,14 +6,26 @@
 
 #include "kalimkit/codec/Bytes.h"
 #include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/FileColors.h"
 
 namespace kalim::codec {
 
+// What the pixels become: those of a bitmap, or those of a RawPicture.
+enum class Coloring { Srgb, Own };
+
 // The steps that decode() chooses from and that the formats share; messages come without the
 // picture's name.
-DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits);
-DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits);
-DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits);
+DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits,
+                        Coloring coloring = Coloring::Srgb);
+DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits,
+                       Coloring coloring = Coloring::Srgb);
+DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits,
+                        Coloring coloring = Coloring::Srgb);
+
+// What the header says, whether the profile fits or not.
+FileColors jpegColors(ByteSpan bytes);
+FileColors pngColors(ByteSpan bytes);
+FileColors webpColors(ByteSpan bytes);
 
 // Why a picture of this size is beyond the limits, or nothing.
 std::optional<std::string> sizeProblem(std::uint32_t width, std::uint32_t height,

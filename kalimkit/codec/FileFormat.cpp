@@ -1,6 +1,8 @@
 #include "kalimkit/codec/FileFormat.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace kalim::codec {
@@ -36,6 +38,19 @@ const char* mediaType(FileFormat format) {
             break;
     }
     return nullptr;
+}
+
+int bitDepth(ByteSpan file) {
+    // Of the others none but these are read.
+    constexpr int usual = 8;
+    constexpr std::size_t depth = 24;
+    constexpr std::size_t kind = 25;
+    constexpr std::uint8_t palette = 3;
+    const FileFormat format = fileFormat(file);
+    if (format == FileFormat::Other) return 0;
+    if (format != FileFormat::Png) return usual;
+    if (file.size() <= kind) return 0;
+    return file[kind] == palette ? usual : file[depth];
 }
 
 }  // namespace kalim::codec

@@ -23,6 +23,10 @@ public:
     void prepareColors();
     bool readPixels(gfx::Bitmap& bitmap);
 
+    ByteSpan profile() const { return {_profile, _profileSize}; }
+    ColorConversion::Samples samples() const;
+    bool hasInk() const { return !_cmykRow.empty(); }
+
 private:
     void finishRow(std::uint8_t* bgra) const;
     void convertCmykRow(std::uint8_t* bgra) const;
@@ -61,15 +65,14 @@ bool JpegDecoder::chooseColors() {
 }
 
 // Adobe's programs store how much of each ink is missing; a file without their marker stores ink.
+ColorConversion::Samples JpegDecoder::samples() const {
+    using enum ColorConversion::Samples;
+    if (hasInk()) return _info.saw_Adobe_marker ? MissingInk : Ink;
+    return _info.jpeg_color_space == JCS_GRAYSCALE ? GreyBgra : Bgra;
+}
+
 void JpegDecoder::prepareColors() {
-    auto samples = ColorConversion::Samples::Bgra;
-    if (!_cmykRow.empty()) {
-        samples = _info.saw_Adobe_marker ? ColorConversion::Samples::MissingInk
-                                         : ColorConversion::Samples::Ink;
-    } else if (_info.jpeg_color_space == JCS_GRAYSCALE) {
-        samples = ColorConversion::Samples::GreyBgra;
-    }
-    _conversion = ColorConversion::make(ByteSpan(_profile, _profileSize), samples);
+    _conversion = ColorConversion::make(profile(), samples());
 }
 
 bool JpegDecoder::readPixels(gfx::Bitmap& bitmap) {
@@ -109,7 +112,7 @@ void JpegDecoder::convertCmykRow(std::uint8_t* bgra) const {
 
 }  // namespace
 
-DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
+DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits, Coloring coloring) {
     DecodeResult result;
     JpegDecoder decoder(bytes);
     if (!decoder.readHeader() || !decoder.readProfile() || !decoder.chooseColors()) {
@@ -123,9 +126,17 @@ DecodeResult decodeJpeg(ByteSpan bytes, const DecodeLimits& limits) {
     }
     // The library drops the markers with the last pixel.
     result.orientation = decoder.orientation();
-    decoder.prepareColors();
+    if (coloring == Coloring::Srgb || decoder.hasInk()) decoder.prepareColors();
     if (!decoder.readPixels(result.bitmap)) result.error = decoder.error();
     return result;
+}
+
+FileColors jpegColors(ByteSpan bytes) {
+    JpegDecoder decoder(bytes);
+    const bool isRead = decoder.readHeader() && decoder.readProfile() && decoder.chooseColors();
+    if (!isRead) return {};
+    const ByteSpan profile = decoder.profile();
+    return {{profile.begin(), profile.end()}, decoder.samples(), false};
 }
 
 }  // namespace kalim::codec

@@ -4,7 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "kalimkit/codec/AlphaRows.h"
+#include "kalimkit/codec/ColorProfiles.h"
 #include "kalimkit/codec/Encode.h"
+#include "kalimkit/codec/EncodeSteps.h"
 
 // jpeglib.h relies on <cstdio> before it.
 #include <jpeglib.h>
@@ -22,14 +25,15 @@ public:
     JpegEncoder(const JpegEncoder&) = delete;
     JpegEncoder& operator=(const JpegEncoder&) = delete;
 
-    bool encode(const gfx::Bitmap& bitmap, int quality);
+    bool encode(const PictureRows& rows, int quality);
 
     ByteSpan bytes() const { return {_bytes, _byteCount}; }
     std::string error() const { return _message.data(); }
 
 private:
     static void onError(j_common_ptr info);
-    void layOverWhite(const std::uint8_t* bgra);
+    void layOverWhite();
+    void packGreys();
 
     jpeg_compress_struct _info{};
     jpeg_error_mgr _errors{};
@@ -61,21 +65,23 @@ void JpegEncoder::onError(j_common_ptr info) {
     std::longjmp(encoder._failed, 1);
 }
 
-bool JpegEncoder::encode(const gfx::Bitmap& bitmap, int quality) {
-    _row.resize(bitmap.stride());
+bool JpegEncoder::encode(const PictureRows& rows, int quality) {
+    _row.resize(std::size_t{4} * static_cast<std::size_t>(rows.size().width));
     if (_info.mem == nullptr || setjmp(_failed) != 0) return false;
     jpeg_mem_dest(&_info, &_bytes, &_byteCount);
-    _info.image_width = static_cast<JDIMENSION>(bitmap.width());
-    _info.image_height = static_cast<JDIMENSION>(bitmap.height());
-    _info.input_components = 4;
-    _info.in_color_space = JCS_EXT_BGRX;
+    _info.image_width = static_cast<JDIMENSION>(rows.size().width);
+    _info.image_height = static_cast<JDIMENSION>(rows.size().height);
+    _info.input_components = rows.isGrey() ? 1 : 4;
+    _info.in_color_space = rows.isGrey() ? JCS_GRAYSCALE : JCS_EXT_BGRX;
     jpeg_set_defaults(&_info);
     jpeg_set_quality(&_info, std::clamp(quality, 1, 100), TRUE);
     _info.comp_info[0].h_samp_factor = 1;
     _info.comp_info[0].v_samp_factor = 1;
     jpeg_start_compress(&_info, TRUE);
     while (_info.next_scanline < _info.image_height) {
-        layOverWhite(bitmap.row(static_cast<int>(_info.next_scanline)));
+        rows.read(static_cast<int>(_info.next_scanline), _row.data());
+        if (!rows.isOpaque()) layOverWhite();
+        if (rows.isGrey()) packGreys();
         JSAMPROW row = _row.data();
         jpeg_write_scanlines(&_info, &row, 1);
     }
@@ -83,26 +89,37 @@ bool JpegEncoder::encode(const gfx::Bitmap& bitmap, int quality) {
     return true;
 }
 
-void JpegEncoder::layOverWhite(const std::uint8_t* bgra) {
+void JpegEncoder::layOverWhite() {
+    premultiplyRow(_row.data(), _row.size() / 4);
     for (std::size_t i = 0; i < _row.size(); i += 4) {
-        const int white = 255 - bgra[i + 3];
-        for (std::size_t part = i; part < i + 3; ++part) {
-            _row[part] = static_cast<std::uint8_t>(std::min(bgra[part] + white, 255));
-        }
+        const int white = 255 - _row[i + 3];
+        for (std::size_t part = i; part < i + 3; ++part)
+            _row[part] = static_cast<std::uint8_t>(_row[part] + white);
     }
+}
+
+void JpegEncoder::packGreys() {
+    for (std::size_t i = 0; i < _row.size(); i += 4)
+        _row[i / 4] = _row[i];
 }
 
 }  // namespace
 
-std::optional<std::string> encodeJpeg(const gfx::Bitmap& bitmap, int quality, Bytes& bytes) {
+std::optional<std::string> encodeJpeg(const PictureRows& rows, ByteSpan profile, int quality,
+                                      Bytes& bytes) {
     bytes.clear();
-    if (bitmap.isEmpty()) return "a picture without pixels cannot be written";
+    if (rows.size().isEmpty()) return "a picture without pixels cannot be written";
     JpegEncoder encoder;
-    if (!encoder.encode(bitmap, quality)) {
+    if (!encoder.encode(rows, quality)) {
         return "the picture cannot be written as JPEG (" + encoder.error() + ")";
     }
     bytes.assign(encoder.bytes().begin(), encoder.bytes().end());
+    addProfile(bytes, profile.empty() ? ByteSpan(srgbProfile(rows.isGrey())) : profile);
     return std::nullopt;
+}
+
+std::optional<std::string> encodeJpeg(const gfx::Bitmap& bitmap, int quality, Bytes& bytes) {
+    return encodeJpeg(BitmapRows(bitmap), {}, quality, bytes);
 }
 
 }  // namespace kalim::codec

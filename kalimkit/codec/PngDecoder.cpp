@@ -175,7 +175,7 @@ void finishColors(const PngDecoder& decoder, gfx::Bitmap& bitmap) {
 
 }  // namespace
 
-DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits) {
+DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits, Coloring coloring) {
     DecodeResult result;
     PngDecoder decoder(bytes);
     if (!decoder.readHeader()) {
@@ -188,9 +188,16 @@ DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits) {
         return result;
     }
     if (!decoder.readPixels(result.bitmap)) result.error = decoder.error();
-    if (!result.error) finishColors(decoder, result.bitmap);
+    if (!result.error && coloring == Coloring::Srgb) finishColors(decoder, result.bitmap);
     result.orientation = decoder.orientation();
     return result;
+}
+
+FileColors pngColors(ByteSpan bytes) {
+    PngDecoder decoder(bytes);
+    if (!decoder.readHeader()) return {};
+    const ByteSpan profile = decoder.profile();
+    return {{profile.begin(), profile.end()}, decoder.samples(), true};
 }
 
 }  // namespace kalim::codec

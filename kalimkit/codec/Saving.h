@@ -49,6 +49,9 @@ struct SavingOptions {
     Metadata metadata = Metadata::Safe;
     // Of encodePicture(): in a process of its own, as by savePictureSandboxed().
     bool isSandboxed = false;
+    // A result that is not at its source's scale takes the file's colours and quality all the
+    // same. Without that it stays sRGB, in the usual quality.
+    bool takesAfterFile = true;
 };
 
 struct SavedPicture {

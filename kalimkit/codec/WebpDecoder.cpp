@@ -18,6 +18,8 @@ namespace {
 using std::string_view_literals::operator""sv;
 
 constexpr const char* endsTooEarly = "the WebP data end too early";
+// The number that the library has for pictures without loss.
+constexpr int lossless = 2;
 constexpr const char* isDamaged = "the WebP data are damaged";
 
 // One picture of the container, which looks at the file's bytes and copies none of them.
@@ -38,10 +40,13 @@ public:
 
     // These answer with nothing or why the picture cannot be read.
     std::optional<std::string> findFrame();
+    // The pixels are straight and in the file's own colours then.
     std::optional<std::string> readPixels(gfx::Bitmap& bitmap);
+    void finishColors(gfx::Bitmap& bitmap);
 
     ByteSpan profile() { return chunk("ICCP"); }
     gfx::ImageOrientation orientation();
+    bool isLossless() const { return _config.input.format == lossless; }
 
 private:
     std::uint32_t canvas(WebPFormatFeature side) const {
@@ -49,11 +54,6 @@ private:
     }
     ByteSpan chunk(const char* name);
     bool frameFits() const;
-    bool isLossless() const {
-        constexpr int lossless = 2;
-        return _config.input.format == lossless;
-    }
-    void finishColors(gfx::Bitmap& bitmap);
 
     WebPDemuxState _state = WEBP_DEMUX_PARSE_ERROR;
     WebPDemuxer* _demuxer = nullptr;
@@ -108,7 +108,7 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
     if (bitmap.width() != _frame.width || bitmap.height() != _frame.height) {
         std::fill_n(bitmap.data(), bitmap.byteCount(), std::uint8_t{0});
     }
-    // The colours are converted before they are premultiplied, so straight ones are asked for.
+    // Colours are converted before they are premultiplied, so straight ones are asked for.
     _config.output.colorspace = MODE_BGRA;
     _config.output.is_external_memory = 1;
     WebPRGBABuffer& target = _config.output.u.RGBA;
@@ -119,7 +119,6 @@ std::optional<std::string> WebpDecoder::readPixels(gfx::Bitmap& bitmap) {
         bitmap.byteCount() - bitmap.stride() * static_cast<std::size_t>(_frame.y_offset) - offset;
     switch (WebPDecode(_frame.fragment.bytes, _frame.fragment.size, &_config)) {
         case VP8_STATUS_OK:
-            finishColors(bitmap);
             return std::nullopt;
         case VP8_STATUS_OUT_OF_MEMORY:
             return notEnoughMemory;
@@ -162,7 +161,7 @@ gfx::ImageOrientation WebpDecoder::orientation() {
 
 }  // namespace
 
-DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits) {
+DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits, Coloring coloring) {
     DecodeResult result;
     WebpDecoder decoder(bytes);
     if (decoder.hasSize()) result.error = sizeProblem(decoder.width(), decoder.height(), limits);
@@ -174,7 +173,15 @@ DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits) {
     }
     result.orientation = decoder.orientation();
     result.error = decoder.readPixels(result.bitmap);
+    if (!result.error && coloring == Coloring::Srgb) decoder.finishColors(result.bitmap);
     return result;
+}
+
+FileColors webpColors(ByteSpan bytes) {
+    WebpDecoder decoder(bytes);
+    if (decoder.findFrame()) return {};
+    const ByteSpan profile = decoder.profile();
+    return {{profile.begin(), profile.end()}, ColorConversion::Samples::Bgra, decoder.isLossless()};
 }
 
 }  // namespace kalim::codec

@@ -4,12 +4,16 @@
 #include <cstring>
 #include <new>
 
-#include "kalimkit/codec/AlphaRows.h"
+#include "kalimkit/codec/ColorProfiles.h"
 #include "kalimkit/codec/Encode.h"
+#include "kalimkit/codec/EncodeSteps.h"
 
 namespace kalim::codec {
 
 namespace {
+
+// From 0, the fastest, to 9: higher ones take several times as long for a few per cent.
+constexpr int losslessEffort = 2;
 
 // Owns the library's copy of a picture, with straight alpha.
 class WebpEncoder {
@@ -19,12 +23,12 @@ public:
     WebpEncoder(const WebpEncoder&) = delete;
     WebpEncoder& operator=(const WebpEncoder&) = delete;
 
-    bool encode(const gfx::Bitmap& bitmap, int quality, Bytes& bytes);
+    bool encode(const PictureRows& rows, std::optional<int> quality, Bytes& bytes);
     std::string error() const;
 
 private:
     static int onBytes(const std::uint8_t* data, std::size_t count, const WebPPicture* picture);
-    bool takePixels(const gfx::Bitmap& bitmap);
+    bool takePixels(const PictureRows& rows);
 
     WebPPicture _picture{};
     bool _isReady = false;
@@ -41,29 +45,31 @@ int WebpEncoder::onBytes(const std::uint8_t* data, std::size_t count, const WebP
     return 1;
 }
 
-bool WebpEncoder::encode(const gfx::Bitmap& bitmap, int quality, Bytes& bytes) {
+bool WebpEncoder::encode(const PictureRows& rows, std::optional<int> quality, Bytes& bytes) {
     WebPConfig config;
     if (!_isReady || !WebPConfigInit(&config)) return false;
-    config.quality = static_cast<float>(std::clamp(quality, 1, 100));
+    if (!quality && !WebPConfigLosslessPreset(&config, losslessEffort)) return false;
+    if (!quality) config.exact = 1;
+    if (quality) config.quality = static_cast<float>(std::clamp(*quality, 1, 100));
     // The format keeps colours at half resolution; this keeps thin coloured strokes from smearing.
     config.use_sharp_yuv = 1;
     _picture.writer = onBytes;
     _picture.custom_ptr = &bytes;
-    return takePixels(bitmap) && WebPEncode(&config, &_picture) != 0;
+    return takePixels(rows) && WebPEncode(&config, &_picture) != 0;
 }
 
-bool WebpEncoder::takePixels(const gfx::Bitmap& bitmap) {
+bool WebpEncoder::takePixels(const PictureRows& rows) {
     _picture.use_argb = 1;
-    _picture.width = bitmap.width();
-    _picture.height = bitmap.height();
-    if (std::max(bitmap.width(), bitmap.height()) > longestWebpSide) {
+    _picture.width = rows.size().width;
+    _picture.height = rows.size().height;
+    if (std::max(_picture.width, _picture.height) > longestWebpSide) {
         _picture.error_code = VP8_ENC_ERROR_BAD_DIMENSION;
         return false;
     }
     if (!WebPPictureAlloc(&_picture)) return false;
-    Bytes straight(bitmap.stride());
-    for (int y = 0; y < bitmap.height(); ++y) {
-        straightenRow(bitmap.row(y), straight.data(), static_cast<std::size_t>(bitmap.width()));
+    Bytes straight(std::size_t{4} * static_cast<std::size_t>(_picture.width));
+    for (int y = 0; y < _picture.height; ++y) {
+        rows.read(y, straight.data());
         std::uint32_t* target = _picture.argb + std::ptrdiff_t{y} * _picture.argb_stride;
         for (std::size_t i = 0; i < straight.size(); i += 4) {
             *target++ = std::uint32_t{straight[i + 3]} << 24 |
@@ -89,13 +95,21 @@ std::string WebpEncoder::error() const {
 
 }  // namespace
 
-std::optional<std::string> encodeWebp(const gfx::Bitmap& bitmap, int quality, Bytes& bytes) {
+std::optional<std::string> encodeWebp(const PictureRows& rows, ByteSpan profile,
+                                      std::optional<int> quality, Bytes& bytes) {
     bytes.clear();
-    if (bitmap.isEmpty()) return "a picture without pixels cannot be written";
+    if (rows.size().isEmpty()) return "a picture without pixels cannot be written";
     WebpEncoder encoder;
-    if (encoder.encode(bitmap, quality, bytes)) return std::nullopt;
+    if (encoder.encode(rows, quality, bytes)) {
+        addProfile(bytes, profile.empty() ? ByteSpan(srgbProfile(false)) : profile);
+        return std::nullopt;
+    }
     bytes.clear();
     return "the picture cannot be written as WebP (" + encoder.error() + ")";
+}
+
+std::optional<std::string> encodeWebp(const gfx::Bitmap& bitmap, int quality, Bytes& bytes) {
+    return encodeWebp(BitmapRows(bitmap), {}, quality, bytes);
 }
 
 }  // namespace kalim::codec

@@ -51,7 +51,7 @@ TEST(Encode, PngHasAnAlphaChannelOnlyWhereItIsNeededAndNoMetadata) {
     ASSERT_EQ(encodePng(bitmap, file), std::nullopt);
     EXPECT_EQ(file[colorTypeOffset], 2);
     EXPECT_EQ(decode(file, "opaque").bitmap, bitmap);
-    EXPECT_EQ(chunkNames(file), "IHDR IDAT IEND ");
+    EXPECT_EQ(chunkNames(file), "IHDR sRGB IDAT IEND ");
 
     setPixel(bitmap, 1, 0, {4, 5, 6, 254});
     ASSERT_EQ(encodePng(bitmap, file), std::nullopt);

@@ -33,6 +33,7 @@ constexpr const char* nothing = R"("place":false,"owner":false,"serialNumber":fa
 TEST_F(InfoCommand, DescribesPictures) {
     EXPECT_EQ(info(photo).output,
               R"({"kind":"picture","mediaType":"image/png","size":[600,400],"orientation":1,)"
+              R"("bitDepth":8,)"
               R"("colorProfile":null,"bytes":466706,"metadata":{)" +
                   std::string(nothing) +
                   R"(},"tools":null,"crop":null,"quarterTurns":null,"sealed":null})"
