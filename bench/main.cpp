@@ -34,6 +34,8 @@ int main(int argc, char** argv) {
         {"the same, laid out already", "textAgain", "fillTextBox", ""},
         {"12 megapixels exported as PNG, against the encoder alone", "exportAsPng",
          "encodePngAlone", "at most 1.2"},
+        {"a JPEG of 12 megapixels saved with an arrow, against decoding and encoding it once",
+         "saveJpegWithArrow", "decodeAndEncodeJpeg", "at most 1"},
         {"finishing a line, with its frame: 10,000 tools against 10", "lineStep/finish10000",
          "lineStep/finish10", ""},
         {"undoing it, the same", "lineStep/undo10000", "lineStep/undo10", ""},

@@ -24,13 +24,16 @@ DrawnPixels::DrawnPixels(const JpegPlacement& placement, const SavingSource& sou
                          ByteSpan touched)
     : _size(placement.size),
       _tileCount{(_size.width + tileSide - 1) / tileSide, (_size.height + tileSide - 1) / tileSide},
-      _drawn(index(0, _size.height)),
+      _drawn(touched),
       _tiles(static_cast<std::size_t>(_tileCount.width) *
              static_cast<std::size_t>(_tileCount.height)) {
-    addTouched(placement.toResult, touched);
-    addBeyond(placement.covered);
-    for (const gfx::PixelRect& hidden : source.hidden) {
-        if (!hidden.isEmpty()) {
+    const gfx::PixelRect everything{0, 0, _size.width, _size.height};
+    if (placement.toResult != PixelMap{} || placement.covered != everything ||
+        !source.hidden.empty() || touched.size() != index(0, _size.height)) {
+        copy(placement.toResult, touched);
+        addBeyond(placement.covered);
+        for (const gfx::PixelRect& hidden : source.hidden) {
+            if (hidden.isEmpty()) continue;
             addRect(grownToCells(placement.fromUpright.apply(hidden), placement.cell));
         }
     }
@@ -42,10 +45,12 @@ DrawnPixels::DrawnPixels(const JpegPlacement& placement, const SavingSource& sou
     if (placement.cutsBottom) addTiles({0, lastRow, _size.width, placement.cell.height});
 }
 
-void DrawnPixels::addTouched(const PixelMap& toResult, ByteSpan touched) {
-    if (touched.size() != _drawn.size()) return;
+void DrawnPixels::copy(const PixelMap& toResult, ByteSpan touched) {
+    _copy.resize(index(0, _size.height));
+    _drawn = _copy;
+    if (touched.size() != _copy.size()) return;
     if (toResult == PixelMap{}) {
-        std::ranges::copy(touched, _drawn.begin());
+        std::ranges::copy(touched, _copy.begin());
         return;
     }
     const PixelMap toStored = toResult.inverse();
@@ -54,7 +59,7 @@ void DrawnPixels::addTouched(const PixelMap& toResult, ByteSpan touched) {
         if (touched[i] == 0) continue;
         const int x = static_cast<int>(i % static_cast<std::size_t>(width));
         const int y = static_cast<int>(i / static_cast<std::size_t>(width));
-        _drawn[index(toStored.pixelX(x, y), toStored.pixelY(x, y))] = 1;
+        _copy[index(toStored.pixelX(x, y), toStored.pixelY(x, y))] = 1;
     }
 }
 
@@ -71,12 +76,12 @@ void DrawnPixels::addRect(gfx::PixelRect rect) {
     rect = intersection(rect, {0, 0, _size.width, _size.height});
     if (rect.isEmpty()) return;
     for (int y = rect.y; y < rect.y + rect.height; ++y)
-        std::memset(&_drawn[index(rect.x, y)], 1, static_cast<std::size_t>(rect.width));
+        std::memset(&_copy[index(rect.x, y)], 1, static_cast<std::size_t>(rect.width));
 }
 
 void DrawnPixels::findTiles() {
     for (int y = 0; y < _size.height; ++y) {
-        const std::uint8_t* const row = &_drawn[index(0, y)];
+        const std::uint8_t* const row = at(0, y);
         std::uint8_t* const tiles = &_tiles[static_cast<std::size_t>(y / tileSide) *
                                             static_cast<std::size_t>(_tileCount.width)];
         for (int tile = 0; tile < _tileCount.width; ++tile) {
@@ -111,10 +116,19 @@ bool DrawnPixels::meets(const gfx::PixelRect& rect) const {
     return false;
 }
 
+bool DrawnPixels::coverAll(const gfx::PixelRect& rect) const {
+    const gfx::PixelRect inside = intersection(rect, {0, 0, _size.width, _size.height});
+    for (int y = inside.y; y < inside.y + inside.height; ++y) {
+        const std::uint8_t* const row = at(inside.x, y);
+        if (std::find(row, row + inside.width, 0) != row + inside.width) return false;
+    }
+    return true;
+}
+
 bool DrawnPixels::haveColour(const StoredResult& result) const {
     for (int y = 0; y < _size.height; ++y) {
         for (int x = 0; x < _size.width; ++x) {
-            if (isDrawn(x, y) && result.hasColour(x, y)) return true;
+            if (*at(x, y) != 0 && result.hasColour(x, y)) return true;
         }
     }
     return false;

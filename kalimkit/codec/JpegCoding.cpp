@@ -22,15 +22,6 @@ int maxOf(const JpegCoding& coding, int JpegCoding::Colour::*samples) {
     return most;
 }
 
-bool fitsOneScan(const JpegCoding& coding) {
-    int blocks = 0;
-    for (int i = 0; i < coding.colourCount; ++i) {
-        const JpegCoding::Colour& colour = coding.colours[static_cast<std::size_t>(i)];
-        blocks += colour.across * colour.down;
-    }
-    return blocks <= C_MAX_BLOCKS_IN_MCU;
-}
-
 constexpr jpeg_scan_info scanOf(int colour, int first, int last) {
     return {1, {colour, 0, 0, 0}, first, last, 0, 0};
 }
@@ -67,6 +58,13 @@ JpegCoding JpegCoding::of(const jpeg_decompress_struct& source, gfx::PixelSize s
         colour.across = from.h_samp_factor;
         colour.down = from.v_samp_factor;
         std::copy_n(table->quantval, DCTSIZE2, colour.table.begin());
+        // A file may define another table in the same slot between its scans.
+        const auto clashes = [&](const Colour& earlier) {
+            return earlier.slot == colour.slot && earlier.table != colour.table;
+        };
+        colour.slot = from.quant_tbl_no;
+        while (std::any_of(coding.colours.begin(), coding.colours.begin() + i, clashes))
+            colour.slot = (colour.slot + 1) % NUM_QUANT_TBLS;
     }
     coding.space = space;
     return coding;
@@ -88,6 +86,21 @@ void JpegCoding::addNeutralColours() {
     colourCount = maxColours;
     colours[0].across = colours[0].down = 1;
     colours[1] = colours[2] = colours[0];
+}
+
+bool JpegCoding::isOneScan() const {
+    int blocks = 0;
+    for (int i = 0; i < colourCount; ++i) {
+        const Colour& colour = colours[static_cast<std::size_t>(i)];
+        blocks += colour.across * colour.down;
+    }
+    return blocks <= C_MAX_BLOCKS_IN_MCU;
+}
+
+gfx::PixelSize JpegCoding::cells() const {
+    const int width = DCTSIZE * maxOf(*this, &Colour::across);
+    const int height = DCTSIZE * maxOf(*this, &Colour::down);
+    return {(size.width + width - 1) / width, (size.height + height - 1) / height};
 }
 
 gfx::PixelSize JpegCoding::sample(int colour) const {
@@ -119,20 +132,13 @@ void JpegCoding::apply(jpeg_compress_struct& output) const {
     // Makes the tables, which are overwritten.
     jpeg_set_quality(&output, usualQuality, FALSE);
     jpeg_set_colorspace(&output, space);
-    int tableCount = 0;
     for (int i = 0; i < colourCount; ++i) {
         const Colour& colour = colours[static_cast<std::size_t>(i)];
-        const auto isSame = [&](const Colour& other) { return other.table == colour.table; };
-        const auto first = std::find_if(colours.begin(), colours.begin() + i, isSame);
         jpeg_component_info& info = output.comp_info[i];
         info.h_samp_factor = colour.across;
         info.v_samp_factor = colour.down;
-        if (first != colours.begin() + i) {
-            info.quant_tbl_no = output.comp_info[first - colours.begin()].quant_tbl_no;
-            continue;
-        }
-        info.quant_tbl_no = tableCount++;
-        JQUANT_TBL*& table = output.quant_tbl_ptrs[info.quant_tbl_no];
+        info.quant_tbl_no = colour.slot;
+        JQUANT_TBL*& table = output.quant_tbl_ptrs[colour.slot];
         if (table == nullptr)
             table = jpeg_alloc_quant_table(reinterpret_cast<j_common_ptr>(&output));
         std::copy(colour.table.begin(), colour.table.end(), table->quantval);
@@ -142,7 +148,7 @@ void JpegCoding::apply(jpeg_compress_struct& output) const {
     if (coefficientBytes() > maxCoefficientBytes) return;
     output.optimize_coding = TRUE;
     if (isProgressive) jpeg_simple_progression(&output);
-    if (!fitsOneScan(*this)) separateColours(*this, output);
+    if (!isOneScan()) separateColours(*this, output);
 }
 
 }  // namespace kalim::codec

@@ -25,7 +25,8 @@ struct JpegCoding {
         // Samples to a cell, against those of the other colours.
         int across = 1;
         int down = 1;
-        // Row by row.
+        // Which of the file's tables it goes by, and that table row by row.
+        int slot = 0;
         std::array<UINT16, DCTSIZE2> table{};
     };
 
@@ -46,6 +47,11 @@ struct JpegCoding {
     void exchangeSides();
     // Adds two colours that say that a grey picture has none.
     void addNeutralColours();
+
+    // Whether a sequential file writes all colours in one scan, cell by cell, of this many across
+    // and down.
+    bool isOneScan() const;
+    gfx::PixelSize cells() const;
 
     // Pixels to one sample.
     gfx::PixelSize sample(int colour) const;

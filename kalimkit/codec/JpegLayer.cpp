@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
-#include "kalimkit/codec/PixelSamples.h"
-
 namespace kalim::codec {
+
+namespace {
+
+constexpr const char* beyondRange = "its coefficients are beyond the range of a JPEG";
+
+}  // namespace
 
 bool JpegLayer::lay(const JpegPlacement& placement, const DrawnPixels& drawn,
                     const StoredResult& result) {
@@ -16,9 +20,10 @@ bool JpegLayer::lay(const JpegPlacement& placement, const DrawnPixels& drawn,
     _writer.create();
     readCoefficients();
     prepareArrays();
+    _codes.begin(_coding);
     for (int colour = 0; colour < _coding.colourCount; ++colour)
         layColour(colour);
-    _writer.writeCoefficients(_coding, _arrays.data());
+    _writer.writeCoefficients(_coding, _arrays.data(), _codes);
     return true;
 }
 
@@ -47,23 +52,32 @@ void JpegLayer::prepareArrays() {
 
 void JpegLayer::layColour(int colour) {
     const gfx::PixelSize blocks = _coding.blocks(colour);
-    const gfx::PixelSize sample = _coding.sample(colour);
-    const int width = DCTSIZE * sample.width;
-    const int height = DCTSIZE * sample.height;
     for (int y = 0; y < blocks.height; ++y) {
         const JBLOCKROW row = _info.mem->access_virt_barray(
             reinterpret_cast<j_common_ptr>(&_info), _arrays[static_cast<std::size_t>(colour)],
             static_cast<JDIMENSION>(y), 1, TRUE)[0];
+        layRow(colour, y, row);
+        if (_coding.isProgressive) continue;
         for (int x = 0; x < blocks.width; ++x) {
-            const gfx::PixelRect shown{x * width, y * height, width, height};
-            const bool isDrawn = _drawn->meets(shown);
-            if (_isInPlace && !isDrawn) continue;
-            const JCOEF* const source = sourceBlock(colour, shown);
-            if (source != nullptr && source != row[x]) {
-                turnBlock(source, _placement->fromSource, row[x]);
-            }
-            if (isDrawn) mixBlock(colour, shown, source != nullptr, row[x]);
+            if (!_codes.count(colour, row[x])) fail(beyondRange);
         }
+    }
+}
+
+void JpegLayer::layRow(int colour, int y, JBLOCKROW row) {
+    const gfx::PixelSize sample = _coding.sample(colour);
+    const int width = DCTSIZE * sample.width;
+    const int height = DCTSIZE * sample.height;
+    const int count = _coding.blocks(colour).width;
+    for (int x = 0; x < count; ++x) {
+        const gfx::PixelRect shown{x * width, y * height, width, height};
+        const bool isDrawn = _drawn->meets(shown);
+        if (_isInPlace && !isDrawn) continue;
+        const JCOEF* const source = sourceBlock(colour, shown);
+        if (source != nullptr && source != row[x]) {
+            turnBlock(source, _placement->fromSource, row[x]);
+        }
+        if (isDrawn) mixBlock(colour, shown, source != nullptr, row[x]);
     }
 }
 
@@ -86,8 +100,9 @@ void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource
                          JCOEF* block) const {
     const JpegCoding::Colour& coding = _coding.colours[static_cast<std::size_t>(colour)];
     const gfx::PixelSize sample = _coding.sample(colour);
+    const PixelShares shares = PixelShares::of(_coding.space, colour);
     BlockSamples samples{};
-    if (hasSource) showBlock(block, coding.table, samples);
+    if (hasSource && !_drawn->coverAll(shown)) showBlock(block, coding.table, samples);
     const gfx::PixelSize inside{
         std::min(DCTSIZE, (_coding.size.width - shown.x + sample.width - 1) / sample.width),
         std::min(DCTSIZE, (_coding.size.height - shown.y + sample.height - 1) / sample.height)};
@@ -100,7 +115,7 @@ void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource
         for (int x = 0; x < inside.width; ++x) {
             const gfx::PixelRect pixels{shown.x + x * sample.width, shown.y + y * sample.height,
                                         sample.width, sample.height};
-            row[x] = drawnSample(colour, pixels, row[x]);
+            row[x] = drawnSample(shares, pixels, row[x]);
         }
         std::fill(row + inside.width, row + DCTSIZE, row[inside.width - 1]);
     }
@@ -109,17 +124,19 @@ void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource
 
 // The mean of the pixels that it stands for. Of those that are the source's, all that is known is
 // its own sample.
-float JpegLayer::drawnSample(int colour, const gfx::PixelRect& shown, float sourceSample) const {
-    const int right = std::min(shown.x + shown.width, _coding.size.width);
+float JpegLayer::drawnSample(const PixelShares& shares, const gfx::PixelRect& shown,
+                             float sourceSample) const {
+    const int width = std::min(shown.width, _coding.size.width - shown.x);
     const int bottom = std::min(shown.y + shown.height, _coding.size.height);
+    const std::ptrdiff_t step = _result->step();
     float sum = 0;
     for (int y = shown.y; y < bottom; ++y) {
-        for (int x = shown.x; x < right; ++x) {
-            sum += _drawn->isDrawn(x, y) ? sampleOf(_result->at(x, y), _coding.space, colour)
-                                         : sourceSample;
-        }
+        const std::uint8_t* pixel = _result->at(shown.x, y);
+        const std::uint8_t* const drawn = _drawn->at(shown.x, y);
+        for (int x = 0; x < width; ++x, pixel += step)
+            sum += drawn[x] != 0 ? static_cast<float>(shares.sample(pixel)) : sourceSample;
     }
-    return sum / static_cast<float>((right - shown.x) * (bottom - shown.y));
+    return sum / static_cast<float>(width * (bottom - shown.y));
 }
 
 }  // namespace kalim::codec

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <vector>
 
 #include "kalimkit/codec/DrawnPixels.h"
 #include "kalimkit/codec/JpegBlock.h"
@@ -9,6 +8,7 @@
 #include "kalimkit/codec/JpegPlacement.h"
 #include "kalimkit/codec/JpegReader.h"
 #include "kalimkit/codec/JpegWriter.h"
+#include "kalimkit/codec/PixelShares.h"
 
 namespace kalim::codec {
 
@@ -29,10 +29,12 @@ private:
     void readCoefficients();
     void prepareArrays();
     void layColour(int colour);
+    void layRow(int colour, int y, JBLOCKROW row);
     // The source's block that comes to lie there, null where it has none.
     const JCOEF* sourceBlock(int colour, const gfx::PixelRect& shown);
     void mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource, JCOEF* block) const;
-    float drawnSample(int colour, const gfx::PixelRect& shown, float sourceSample) const;
+    float drawnSample(const PixelShares& shares, const gfx::PixelRect& shown,
+                      float sourceSample) const;
 
     JpegWriter _writer;
     JpegCoding _source;
@@ -45,6 +47,7 @@ private:
     bool _isInPlace = false;
     jvirt_barray_ptr* _sourceArrays = nullptr;
     std::array<jvirt_barray_ptr, JpegCoding::maxColours> _arrays{};
+    JpegCodes _codes;
 };
 
 }  // namespace kalim::codec

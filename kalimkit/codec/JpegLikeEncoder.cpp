@@ -81,9 +81,11 @@ void JpegLikeEncoder::addUsualColours() {
     _coding.space = JCS_YCbCr;
     _coding.colourCount = JpegCoding::maxColours;
     for (std::size_t i = 0; i < JpegCoding::maxColours; ++i) {
-        const JQUANT_TBL* const table = _writer.info().quant_tbl_ptrs[i == 0 ? 0 : 1];
-        _coding.colours[i] = {};
-        std::copy_n(table->quantval, DCTSIZE2, _coding.colours[i].table.begin());
+        JpegCoding::Colour& colour = _coding.colours[i];
+        colour = {};
+        colour.slot = i == 0 ? 0 : 1;
+        const JQUANT_TBL* const table = _writer.info().quant_tbl_ptrs[colour.slot];
+        std::copy_n(table->quantval, DCTSIZE2, colour.table.begin());
     }
 }
 

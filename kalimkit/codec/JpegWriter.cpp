@@ -40,10 +40,12 @@ void JpegWriter::realizeArrays() {
     _info.mem->realize_virt_arrays(reinterpret_cast<j_common_ptr>(&_info));
 }
 
-void JpegWriter::writeCoefficients(const JpegCoding& coding, jvirt_barray_ptr* arrays) {
+void JpegWriter::writeCoefficients(const JpegCoding& coding, jvirt_barray_ptr* arrays,
+                                   JpegCodes& codes) {
     _info.input_components = coding.colourCount;
     _info.in_color_space = coding.space;
     coding.apply(_info);
+    if (!coding.isProgressive) codes.apply(_info);
     jpeg_write_coefficients(&_info, arrays);
     jpeg_finish_compress(&_info);
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "kalimkit/codec/Bytes.h"
+#include "kalimkit/codec/JpegCodes.h"
 #include "kalimkit/codec/JpegCoding.h"
 #include "kalimkit/codec/JpegReader.h"
 
@@ -21,7 +22,8 @@ public:
 
     // Before anything else: makes the library's object, whose format of samples is to be set then.
     void create();
-    void writeCoefficients(const JpegCoding& coding, jvirt_barray_ptr* arrays);
+    // A sequential file gets the codes.
+    void writeCoefficients(const JpegCoding& coding, jvirt_barray_ptr* arrays, JpegCodes& codes);
     // An array for one colour's blocks, all of them 0.
     jvirt_barray_ptr requestArray(const JpegCoding& coding, int colour);
     // Makes the arrays that were requested ready.

@@ -16,6 +16,8 @@ public:
 
     // Blue, green, red, alpha, premultiplied.
     const std::uint8_t* at(int x, int y) const { return _first + x * _across + y * _down; }
+    // Bytes from a pixel to the one at its right.
+    std::ptrdiff_t step() const { return _across; }
     // Its blue, green and red are not all the same.
     bool hasColour(int x, int y) const {
         const std::uint8_t* const pixel = at(x, y);
