@@ -44,6 +44,64 @@ TEST_F(ImageCommand, WorksOnPixels) {
     EXPECT_NE(blocks.colorAt(49, 74), blocks.colorAt(50, 74));
 }
 
+TEST_F(ImageCommand, TurnsByQuarters) {
+    const gfx::Bitmap source = codec::decodeFile(photo).bitmap;
+    struct Case {
+        std::vector<std::string> arguments;
+        gfx::PixelSize size;
+        // Where the photo's pixel at 100, 50 comes to lie.
+        int x;
+        int y;
+    };
+    const Case cases[] = {
+        {{"turn"}, {400, 600}, 349, 100},
+        {{"turn", "--quarters", "-1"}, {400, 600}, 50, 499},
+        {{"turn", "--quarters", "6"}, {600, 400}, 499, 349},
+        {{"turn", "--quarters", "0"}, {600, 400}, 100, 50},
+    };
+    for (const Case& turn : cases) {
+        const gfx::Bitmap turned = result(turn.arguments);
+        ASSERT_EQ(turned.size(), turn.size);
+        EXPECT_EQ(turned.colorAt(turn.x, turn.y), source.colorAt(100, 50));
+    }
+}
+
+// A photo of 640 x 427 pixels in blocks of 8 x 8.
+TEST_F(ImageCommand, SaysWhatHasToBeEncodedAnewAndWhereNothingHas) {
+    const std::string jpeg = KALIM_ROOT "/docs/photos/rocket.jpg";
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {{"crop", "--rect", "16,16,320,160", jpeg, "part.jpg"}, ""},
+        {{"turn", "part.jpg", "1.jpg"}, ""},
+        {{"turn", "--quarters", "3", "1.jpg", "4.jpg"}, ""},
+        {{"turn", jpeg, "out.png"}, ""},
+        {{"crop", "--rect", "5,16,100,100", jpeg, "out.jpg"}, "borders of its blocks of 8 x 8"},
+        {{"fit", "--size", "99x99", jpeg, "out.jpg"}, "not at the scale of its picture"},
+        {{"turn", jpeg, "out.webp"}, "did not come from a WebP"},
+        {{"turn", photo, "out.jpg"}, "did not come from a JPEG"},
+    };
+    for (const Case& operation : cases) {
+        std::vector<std::string> arguments = operation.arguments;
+        const std::string output = arguments.back();
+        EXPECT_EQ(run(arguments).errors, "") << output;
+        arguments.insert(arguments.begin() + 1, "--verbose");
+        const ProgramRun done = run(arguments);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        const std::string reason = operation.reason;
+        const std::string start = "kalimkit: " + output + ": encoded anew: ";
+        EXPECT_EQ(done.errors.rfind(start, 0), reason.empty() ? std::string::npos : 0U)
+            << done.errors;
+        EXPECT_NE(done.errors.find(reason), std::string::npos) << done.errors;
+    }
+    const auto pixels = [&](const char* name) {
+        return codec::decodeFile(folder.path() / name).bitmap;
+    };
+    EXPECT_EQ(pixels("4.jpg"), pixels("part.jpg"));
+}
+
 TEST_F(ImageCommand, NamesWhatIsWrongAndWritesNothing) {
     struct Case {
         std::vector<std::string> arguments;
@@ -59,6 +117,8 @@ TEST_F(ImageCommand, NamesWhatIsWrongAndWritesNothing) {
         {{"fit", "--size", "10x10", "lost.png", "out.png"}, "lost.png"},
         {{"fit", "--size", "10x10", photo, "out.heic"}, "out.heic"},
         {{"fit", "--size", "10x10", photo}, "OUT"},
+        {{"turn", "--quarters", "half", photo, "out.png"}, "--quarters"},
+        {{"turn", "--metadata", "some", photo, "out.png"}, "must be safe, keep or none, not some"},
         {{"sharpen", photo, "out.png"}, "sharpen"},
     };
     for (const Case& wrong : cases) {
