@@ -120,12 +120,12 @@ bool isNumber(const TiffEntry& entry) {
 // Texts end with a zero, behind which others might follow. A copyright has up to two, the second of
 // which is the editor's.
 void cutBehind(Bytes& text, int partCount) {
-    while (!text.empty() && text.back() == 0)
-        text.pop_back();
     auto end = std::ranges::find(text, 0);
     for (int i = 1; i < partCount && end != text.end(); ++i)
         end = std::find(end + 1, text.end(), 0);
     text.erase(end, text.end());
+    while (!text.empty() && text.back() == 0)
+        text.pop_back();
 }
 
 bool takeText(TiffEntry& entry, std::size_t longest, std::string_view letters) {
