@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -74,6 +75,9 @@ public:
     }
 
     // One that was killed is noticed by this, and replaced. False as above.
+    // Has the process of a job that has Finished ended.
+    void release() const { ::send(_socket.number(), "", 1, MSG_NOSIGNAL); }
+
     bool ask(const SandboxRequest& request, int memory) {
         if (!start()) return false;
         if (send(request, memory)) return true;
@@ -128,6 +132,8 @@ struct State {
     std::mutex mutex;
     HelperProcess helper;
     std::optional<std::string> refusal;
+    // The system lets no process read another one's memory.
+    bool sharesOutput = false;
 };
 
 State& state() {
@@ -149,11 +155,12 @@ public:
         }
         request.inputCount = inputs.size();
         request.outputOffset = offset;
-        _size = offset + roundedToPages(request.maxMemory);
+        const std::uint64_t end = offset + roundedToPages(request.maxMemory);
         // It costs what is written of it. Nobody can cut off what the program is going to read.
-        _isReady = _isReady && ::ftruncate(_file.number(), static_cast<off_t>(_size)) == 0 &&
+        _isReady = _isReady && ::ftruncate(_file.number(), static_cast<off_t>(end)) == 0 &&
                    ::fcntl(_file.number(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW) == 0;
         _outputOffset = offset;
+        _isOutputShared = request.isOutputShared != 0;
         if (!_isReady) _error = errno;
     }
 
@@ -165,23 +172,32 @@ public:
         return ::pread(_file.number(), &report, sizeof report, 0) == sizeof report;
     }
 
-    // Only when the job's process is gone: nobody else has this memory then.
-    std::shared_ptr<std::uint8_t[]> takeOutput(std::size_t size) {
-        const auto offset = static_cast<off_t>(_outputOffset);
-        const std::uint64_t end = _outputOffset + roundedToPages(size);
-        constexpr int dropping = FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE;
-        ::fallocate(_file.number(), dropping, 0, offset);
-        if (end < _size)
-            ::fallocate(_file.number(), dropping, static_cast<off_t>(end),
-                        static_cast<off_t>(_size - end));
-        void* const output = ::mmap(nullptr, size, PROT_READ | PROT_WRITE,
-                                    MAP_SHARED | MAP_POPULATE, _file.number(), offset);
-        if (output == MAP_FAILED) return nullptr;
-        return {static_cast<std::uint8_t*>(output),
-                [size](std::uint8_t* bytes) { ::munmap(bytes, size); }};
+    // What the job has left, wherever that is; nobody but the caller has the copy. Nothing, with
+    // errno, where it cannot be read.
+    std::shared_ptr<std::uint8_t[]> copyOutput(const SandboxReport& report, pid_t process) const {
+        const std::size_t size = report.outputSize;
+        std::uint8_t* const target = mapLargePages(size);
+        if (target == nullptr) return nullptr;
+        std::shared_ptr<std::uint8_t[]> room(
+            target, [size](std::uint8_t* bytes) { ::munmap(bytes, size); });
+        const iovec own{target, size};
+        const iovec other{reinterpret_cast<void*>(report.outputAddress), size};
+        const bool isRead = _isOutputShared ? read(target, size)
+                                            : ::process_vm_readv(process, &own, 1, &other, 1, 0) ==
+                                                  static_cast<ssize_t>(size);
+        return isRead ? room : nullptr;
     }
 
 private:
+    bool read(std::uint8_t* target, std::size_t size) const {
+        for (std::size_t done = 0; done < size;) {
+            const ssize_t count = ::pread(_file.number(), target + done, size - done,
+                                          static_cast<off_t>(_outputOffset + done));
+            if (count <= 0) return false;
+            done += static_cast<std::size_t>(count);
+        }
+        return true;
+    }
     bool write(ByteSpan bytes, std::uint64_t offset) const {
         while (!bytes.empty()) {
             const ssize_t written =
@@ -195,8 +211,8 @@ private:
     }
 
     Descriptor _file;
-    std::uint64_t _size = 0;
     std::uint64_t _outputOffset = 0;
+    bool _isOutputShared = false;
     bool _isReady = false;
     int _error = 0;
 };
@@ -219,6 +235,7 @@ SandboxRequest requestWith(const SandboxCaps& caps) {
     SandboxRequest request;
     request.maxMemory = caps.maxMemory;
     request.maxSeconds = caps.maxSeconds;
+    request.isOutputShared = state().sharesOutput ? 1 : 0;
     return request;
 }
 
@@ -228,48 +245,102 @@ std::string timeText(double seconds) {
     return std::string("the picture takes longer than ") + text.data() + " s";
 }
 
-std::optional<std::string> problemOf(const SandboxAnswer& answer, const SandboxCaps& caps) {
+// Of a process that has not Finished.
+SandboxOutcome endOf(const SandboxAnswer& answer, const SandboxReport& report,
+                     const SandboxCaps& caps) {
+    const std::string number = std::to_string(answer.number);
     switch (answer.end) {
+        case SandboxAnswer::End::NeverBegan:
+            return refuse("there is no process for decoding", answer.number);
         case SandboxAnswer::End::TookTooLong:
-            return timeText(caps.maxSeconds);
+            return failure(timeText(caps.maxSeconds));
         case SandboxAnswer::End::Signalled:
-            return "the decoder stopped (signal " + std::to_string(answer.number) + ")";
+            return failure("the decoder stopped (signal " + number + ")");
         default:
             break;
     }
-    if (answer.number == 0) return std::nullopt;
-    return "the decoder stopped (status " + std::to_string(answer.number) + ")";
+    if (report.state == SandboxReport::State::Unprotected)
+        return refuse("the system lets no process be without rights", 0);
+    return failure("the decoder stopped (status " + number + ")");
 }
 
-// Believes nothing that stands in the report.
-SandboxOutcome outcomeOf(SharedMemory& memory, const SandboxAnswer& answer,
-                         const SandboxCaps& caps) {
-    if (answer.end == SandboxAnswer::End::NeverBegan)
-        return refuse("there is no process for decoding", answer.number);
-    if (auto problem = problemOf(answer, caps)) return failure(std::move(*problem));
-    SandboxReport report;
-    if (!memory.readReport(report)) return failure("the decoder's answer cannot be read");
-    switch (report.state) {
-        case SandboxReport::State::Unprotected:
-            return refuse("the system lets no process be without rights", 0);
-        case SandboxReport::State::LacksMemory:
-            return failure("the picture needs more than " + memoryText(caps.maxMemory));
-        case SandboxReport::State::Failed:
-            return failure({report.message.data(),
-                            std::min<std::size_t>(report.messageSize, report.message.size())});
-        case SandboxReport::State::Done:
-            break;
-        default:
-            return failure("the decoder's answer is damaged");
-    }
+// Takes the output while the process waits.
+SandboxOutcome outputOf(const SharedMemory& memory, const SandboxReport& report, pid_t process,
+                        const SandboxCaps& caps) {
     SandboxOutcome outcome;
     outcome.facts = report.facts;
     if (report.outputSize == 0) return outcome;
     if (report.outputSize > caps.maxMemory) return failure("the decoder's answer is damaged");
     outcome.size = report.outputSize;
-    outcome.bytes = memory.takeOutput(outcome.size);
-    if (!outcome.bytes) return failure(notEnoughMemory);
+    outcome.bytes = memory.copyOutput(report, process);
+    if (outcome.bytes) return outcome;
+    const int error = errno;
+    if (error == ENOMEM) return failure(notEnoughMemory);
+    const bool isForbidden = error == EPERM || error == EACCES || error == ENOSYS;
+    if (!isForbidden || state().sharesOutput) return failure("the decoder's answer is damaged");
+    // It is tried once more in the other way.
+    state().sharesOutput = true;
+    return failure("the decoder's memory cannot be read");
+}
+
+// Believes nothing that stands in the report.
+SandboxOutcome outcomeOf(const SharedMemory& memory, const SandboxAnswer& answer,
+                         const SandboxCaps& caps) {
+    SandboxReport report;
+    if (!memory.readReport(report)) return failure("the decoder's answer cannot be read");
+    if (answer.end != SandboxAnswer::End::Finished) return endOf(answer, report, caps);
+    switch (report.state) {
+        case SandboxReport::State::Done:
+            return outputOf(memory, report, answer.number, caps);
+        case SandboxReport::State::LacksMemory:
+            return failure("the picture needs more than " + memoryText(caps.maxMemory));
+        case SandboxReport::State::Failed:
+            return failure({report.message.data(),
+                            std::min<std::size_t>(report.messageSize, report.message.size())});
+        default:
+            return failure("the decoder's answer is damaged");
+    }
+}
+
+SandboxOutcome runOnce(Sandbox::Job job, std::span<const ByteSpan> inputs,
+                       const SandboxCaps& caps) {
+    HelperProcess& helper = state().helper;
+    SandboxRequest request = requestWith(caps);
+    request.job = job;
+    const SharedMemory memory(inputs, request);
+    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
+    if (!helper.ask(request, memory.number()))
+        return refuse("there is no process for decoding", errno);
+    const auto answer = helper.receive(caps.maxSeconds);
+    if (!answer) {
+        helper.kill();
+        return failure("the decoder's process was ended");
+    }
+    SandboxOutcome outcome = outcomeOf(memory, *answer, caps);
+    if (answer->end == SandboxAnswer::End::Finished) helper.release();
     return outcome;
+}
+
+SandboxOutcome runForkedOnce(const SandboxWork& work, const SandboxCaps& caps) {
+    static SandboxFilter filter;
+    SandboxRequest request = requestWith(caps);
+    const SharedMemory memory({}, request);
+    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
+    SandboxOutcome outcome;
+    const SandboxAnswer last = runSandboxJob(
+        request, work, memory.number(), filter,
+        [&](const SandboxAnswer& answer) { outcome = outcomeOf(memory, answer, caps); });
+    return last.end == SandboxAnswer::End::Finished ? std::move(outcome)
+                                                    : outcomeOf(memory, last, caps);
+}
+
+// Another time, where the first has found out how the output can be taken.
+template <typename Run>
+SandboxOutcome runTaking(const Run& run) {
+    const std::scoped_lock lock(state().mutex);
+    const bool before = state().sharesOutput;
+    SandboxOutcome outcome = run();
+    return state().sharesOutput == before ? std::move(outcome) : run();
 }
 
 }  // namespace
@@ -292,34 +363,16 @@ std::optional<std::string> Sandbox::refusal() {
 }
 
 SandboxOutcome Sandbox::run(Job job, std::span<const ByteSpan> inputs, const SandboxCaps& caps) {
-    const std::scoped_lock lock(state().mutex);
-    HelperProcess& helper = state().helper;
-    SandboxRequest request = requestWith(caps);
-    request.job = job;
-    SharedMemory memory(inputs, request);
-    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
-    if (!helper.ask(request, memory.number()))
-        return refuse("there is no process for decoding", errno);
-    const auto answer = helper.receive(caps.maxSeconds);
-    if (!answer) {
-        helper.kill();
-        return failure("the decoder's process was ended");
-    }
-    return outcomeOf(memory, *answer, caps);
+    return runTaking([&] { return runOnce(job, inputs, caps); });
 }
 
 SandboxOutcome Sandbox::runForked(
     const std::function<std::optional<std::string>(SandboxOutput& output)>& work,
     const SandboxCaps& caps) {
-    const std::scoped_lock lock(state().mutex);
-    static SandboxFilter filter;
-    SandboxRequest request = requestWith(caps);
-    SharedMemory memory({}, request);
-    if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
     const auto withoutInputs = [&work](std::span<const ByteSpan>, SandboxOutput& output) {
         return work(output);
     };
-    return outcomeOf(memory, runSandboxJob(request, withoutInputs, memory.number(), filter), caps);
+    return runTaking([&] { return runForkedOnce(withoutInputs, caps); });
 }
 
 }  // namespace kalim::codec

@@ -29,8 +29,8 @@ public:
     static constexpr std::size_t factBytes = 2048;
 
     virtual ~SandboxOutput();
-    // Room for the result, shared with the process that asked for it and as large as that will see
-    // it; null beyond the caps. To be called once; the room starts zeroed, at a page's border.
+    // Room for the result, as large as the process that asked for it will see it; null beyond the
+    // caps. To be called once; the room starts zeroed, at a page's border.
     virtual std::uint8_t* allocate(std::size_t size) = 0;
     // What there is to tell besides; zeroed at first.
     virtual std::span<std::uint8_t> facts() = 0;
@@ -42,8 +42,8 @@ struct SandboxOutcome {
     std::optional<std::string> error;
     // The system lets no such process be: the job has not run, and `error` says why.
     bool isRefused = false;
-    // What the job has allocated, written by nobody any more but the owner. A job that is deceived
-    // may have put anything there, and into the facts.
+    // What the job has allocated, a copy. A job that is deceived may have put anything there, and
+    // into the facts.
     std::shared_ptr<std::uint8_t[]> bytes;
     std::size_t size = 0;
     std::array<std::uint8_t, SandboxOutput::factBytes> facts{};

@@ -46,14 +46,26 @@ public:
         int memory = -1;
         while (receive(request, memory)) {
             const SandboxAnswer answer =
-                runSandboxJob(request, request.job, memory, _filter, socketNumber);
+                runSandboxJob(request, request.job, memory, _filter, handOver, socketNumber);
             ::close(memory);
-            ::send(socketNumber, &answer, sizeof answer, MSG_NOSIGNAL);
+            if (answer.end != SandboxAnswer::End::Finished) send(answer);
         }
         ::_exit(0);
     }
 
 private:
+    static void send(const SandboxAnswer& answer) {
+        ::send(socketNumber, &answer, sizeof answer, MSG_NOSIGNAL);
+    }
+
+    // Lets the program take what there is.
+    static void handOver(const SandboxAnswer& answer) {
+        send(answer);
+        char taken = 0;
+        while (::recv(socketNumber, &taken, sizeof taken, 0) < 0 && errno == EINTR) {
+        }
+    }
+
     SandboxFilter _filter;
 };
 

@@ -71,22 +71,26 @@ public:
     SandboxReport& report() { return *_report; }
     bool lacksRoom() const { return _lacksRoom; }
 
-    // What has to be zeroed and mapped is so at once, which costs less than page by page.
     std::uint8_t* allocate(std::size_t size) override {
-        void* const room =
-            size == 0 || size > _request.maxMemory
-                ? MAP_FAILED
-                : ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, _memory,
-                         static_cast<off_t>(_request.outputOffset));
-        _lacksRoom = room == MAP_FAILED;
-        if (_lacksRoom) return nullptr;
+        std::uint8_t* const room =
+            size == 0 || size > _request.maxMemory ? nullptr : makeRoom(size);
+        _lacksRoom = room == nullptr;
         _report->outputSize = size;
-        return static_cast<std::uint8_t*>(room);
+        _report->outputAddress = reinterpret_cast<std::uintptr_t>(room);
+        return room;
     }
 
     std::span<std::uint8_t> facts() override { return _report->facts; }
 
 private:
+    std::uint8_t* makeRoom(std::size_t size) const {
+        if (_request.isOutputShared == 0) return mapLargePages(size);
+        // What has to be zeroed and mapped is so at once, which costs less than page by page.
+        void* const room = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE,
+                                  _memory, static_cast<off_t>(_request.outputOffset));
+        return room == MAP_FAILED ? nullptr : static_cast<std::uint8_t*>(room);
+    }
+
     const SandboxRequest& _request;
     int _memory;
     SandboxReport* _report = nullptr;
@@ -94,9 +98,12 @@ private:
     bool _lacksRoom = false;
 };
 
-// Waits until nobody holds the other end of the pipe any more, which is when the process is gone.
-// False when it has not gone in time; where the other end of `watched` is, nobody needs the answer.
-bool waitForEnd(int lifeline, double seconds, int watched) {
+enum class Life { Finished, Gone, TookTooLong };
+
+// Waits for the byte with which the process says that it has finished, or until nobody holds the
+// other end of the pipe any more, which is when the process is gone. Where the other end of
+// `watched` is, nobody needs the answer.
+Life waitForNews(int lifeline, double seconds, int watched) {
     timespec begun{};
     ::clock_gettime(CLOCK_MONOTONIC, &begun);
     for (;;) {
@@ -109,8 +116,9 @@ bool waitForEnd(int lifeline, double seconds, int watched) {
         const int ready = ::poll(ends.data(), ends.size(), static_cast<int>(std::min(rest, 1e9)));
         // What it has forked goes with it.
         if (ends[1].revents != 0) ::_exit(0);
-        if (ready > 0) return true;
-        if (ready == 0) return false;
+        char news = 0;
+        if (ready > 0) return ::read(lifeline, &news, 1) == 1 ? Life::Finished : Life::Gone;
+        if (ready == 0) return Life::TookTooLong;
     }
 }
 
@@ -160,16 +168,23 @@ void tell(SandboxReport& report, const std::string& problem, bool lacksMemory) {
     const auto problem = tryWork(work, shared);
     shared.report().state = SandboxReport::State::Done;
     if (problem) tell(shared.report(), *problem, shared.lacksRoom() || *problem == notEnoughMemory);
-    ::_exit(0);
+    constexpr char news = 0;
+    // Until it is ended, its memory can be read.
+    if (::write(kept[1], &news, 1) == 1) {
+        for (;;)
+            ::pause();
+    }
+    ::_exit(1);
 }
 
-SandboxAnswer await(pid_t process, int lifeline, double seconds, int watched) {
-    const bool isInTime = waitForEnd(lifeline, seconds, watched);
-    if (!isInTime) ::kill(process, SIGKILL);
+SandboxAnswer await(pid_t process, Life life, const SandboxTaking& take) {
+    if (life == Life::Finished) take({SandboxAnswer::End::Finished, process});
+    if (life != Life::Gone) ::kill(process, SIGKILL);
     int status = 0;
     while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
-    if (!isInTime) return {SandboxAnswer::End::TookTooLong, 0};
+    if (life == Life::Finished) return {SandboxAnswer::End::Finished, process};
+    if (life == Life::TookTooLong) return {SandboxAnswer::End::TookTooLong, 0};
     if (!WIFSIGNALED(status)) return {SandboxAnswer::End::Exited, WEXITSTATUS(status)};
     const bool isTime = WTERMSIG(status) == SIGXCPU;
     return {isTime ? SandboxAnswer::End::TookTooLong : SandboxAnswer::End::Signalled,
@@ -192,8 +207,16 @@ void keepOnly(std::span<int> descriptors) {
     ::close_range(static_cast<unsigned>(end), ~0U, 0);
 }
 
+std::uint8_t* mapLargePages(std::size_t size) {
+    void* const room =
+        ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (room == MAP_FAILED) return nullptr;
+    ::madvise(room, size, MADV_HUGEPAGE);
+    return static_cast<std::uint8_t*>(room);
+}
+
 SandboxAnswer runSandboxJob(const SandboxRequest& request, const SandboxWork& work, int memory,
-                            SandboxFilter& filter, int watched) {
+                            SandboxFilter& filter, const SandboxTaking& take, int watched) {
     std::array<int, 2> lifeline{};
     if (::pipe2(lifeline.data(), O_CLOEXEC) != 0) return {SandboxAnswer::End::NeverBegan, errno};
     const pid_t parent = ::getpid();
@@ -207,7 +230,8 @@ SandboxAnswer runSandboxJob(const SandboxRequest& request, const SandboxWork& wo
     }
     ::close(lifeline[1]);
     SandboxAnswer answer{SandboxAnswer::End::NeverBegan, error};
-    if (process > 0) answer = await(process, lifeline[0], request.maxSeconds, watched);
+    if (process > 0)
+        answer = await(process, waitForNews(lifeline[0], request.maxSeconds, watched), take);
     ::close(lifeline[0]);
     return answer;
 }

@@ -17,13 +17,16 @@ struct SandboxRequest {
     std::uint64_t inputCount = 0;
     std::array<std::uint64_t, Sandbox::maxInputs> inputSizes{};
     std::uint64_t outputOffset = 0;
+    // The output stands in the shared memory, else in that of the process.
+    std::uint64_t isOutputShared = 0;
 };
 
-// What the helper answers when the process of the job is gone.
+// What the helper answers. A process that has Finished waits to be ended, which the program asks
+// for by a byte when it has taken the output; in all other cases it is gone.
 struct SandboxAnswer {
-    enum class End : std::uint32_t { Exited, Signalled, TookTooLong, NeverBegan };
+    enum class End : std::uint32_t { Finished, Exited, Signalled, TookTooLong, NeverBegan };
     End end = End::NeverBegan;
-    // The exit status, the signal, or errno.
+    // The process, the exit status, the signal, or errno.
     int number = 0;
 };
 
@@ -33,11 +36,17 @@ struct SandboxReport {
     State state = State::None;
     std::uint32_t messageSize = 0;
     std::uint64_t outputSize = 0;
+    // In the process.
+    std::uint64_t outputAddress = 0;
     std::array<char, 512> message{};
     std::array<std::uint8_t, SandboxOutput::factBytes> facts{};
 };
 
 constexpr std::size_t sandboxPage = 4096;
+
+// Memory of this process, null where there is none. In large pages, where the system has them: they
+// cost a tenth.
+std::uint8_t* mapLargePages(std::size_t size);
 static_assert(sizeof(SandboxReport) <= sandboxPage);
 
 constexpr std::uint64_t roundedToPages(std::uint64_t size) {

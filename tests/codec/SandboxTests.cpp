@@ -2,9 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,12 +17,14 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <new>
 #include <span>
 #include <sstream>
@@ -79,6 +85,19 @@ Problem copyInput(Inputs inputs, SandboxOutput& output) {
     std::copy(inputs[1].begin(), inputs[1].end(), bytes);
     output.facts()[0] = inputs[0][0];
     return std::nullopt;
+}
+
+// From here on the system refuses this call to the process.
+void forbid(std::uint32_t call) {
+    sock_filter program[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog filter{std::size(program), program};
+    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter);
 }
 
 }  // namespace
@@ -204,6 +223,30 @@ TEST(Sandbox, AnotherHelperTakesTheDeadOnesPlace) {
     EXPECT_EQ(decodeSandboxed(file, "photo").error, std::nullopt);
     Sandbox::stop();
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(Sandbox, WhatTheSystemForbidsIsDoneInAnotherWay) {
+    const Bytes file = makePng({.rows = {77}});
+    struct Case {
+        std::uint32_t call;
+        bool isRefused;
+    };
+    // The first has the output go through shared memory, the second lets no process be protected.
+    for (const Case& each : {Case{__NR_process_vm_readv, false}, Case{__NR_prctl, true}}) {
+        const pid_t program = ::fork();
+        if (program == 0) {
+            Sandbox::stop();
+            forbid(each.call);
+            const DecodeResult result = decodeSandboxed(file, "photo");
+            const bool isAsExpected = !result.error && result.bitmap == decode(file, "").bitmap &&
+                                      Sandbox::refusal().has_value() == each.isRefused;
+            Sandbox::stop();
+            ::_exit(isAsExpected ? 0 : 1);
+        }
+        int status = -1;
+        ::waitpid(program, &status, 0);
+        EXPECT_EQ(status, 0) << each.call;
+    }
 }
 
 TEST(Sandbox, WhereTheSystemRefusesItIsDecodedHere) {
