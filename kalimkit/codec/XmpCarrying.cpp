@@ -191,6 +191,11 @@ private:
     void onText(std::string_view text) override {
         if (_isDropping || isPicture(text)) return;
         const bool isBlank = text.find_first_not_of(blanks) == std::string_view::npos;
+        if (isBlank && open().empty()) {
+            // Room for changes, which tells how long the packet has been.
+            kept += '\n';
+            return;
+        }
         const auto better = open().empty() || isBlank ? std::nullopt : truth(open().back());
         kept += better ? *better : text;
     }
