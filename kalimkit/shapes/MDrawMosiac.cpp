@@ -74,6 +74,25 @@ bool MDrawMosiac::hidesForCertain() const {
     return isHiding() && (style() == MosaicStyle::Sealed || style() == MosaicStyle::Solid);
 }
 
+const char* MDrawMosiac::label() const {
+    switch (style()) {
+        case MosaicStyle::Sealed:
+            return "密封马赛克";
+        case MosaicStyle::Solid:
+            return "{}遮盖";
+        case MosaicStyle::Blur:
+            return "模糊（仅装饰）";
+        case MosaicStyle::Averaging:
+            break;
+    }
+    return MDrawRect::label();
+}
+
+bool MDrawMosiac::isDrawVaild() const {
+    const bool isKept = !isNewBuild() && hidesForCertain() && !frame().isEmpty();
+    return isKept || MDrawRect::isDrawVaild();
+}
+
 gfx::Color MDrawMosiac::solidColor() const {
     return color() && color()->alpha > 0 ? color()->withAlpha(1) : gfx::Color{};
 }

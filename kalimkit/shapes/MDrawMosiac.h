@@ -43,6 +43,10 @@ public:
     // What a solid patch shows: its colour without any translucency, black without one.
     gfx::Color solidColor() const;
 
+    const char* label() const override;
+    // One that hides for certain is never too small once it is there: nothing may drop it.
+    bool isDrawVaild() const override;
+
     // Whether it shows what hides the picture, no longer the preview.
     bool isHiding() const override { return _mIsDrawUp || _masciImage; }
     // A patch that nobody has let go of would show what it is to hide.

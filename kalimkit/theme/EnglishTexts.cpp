@@ -52,6 +52,8 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"确定", "OK"},
     {"颜色", "Colour"},
     {"粗细", "Line width"},
+    {"遮盖方式", "Way to hide"},
+    {"{}遮盖", "{} cover"},
     {"画笔", "Pen"},
     {"形状", "Shape"},
     {"裁剪工具栏", "Crop tool bar"},
@@ -87,13 +89,16 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"{}，右下", "{}, bottom right"},
 };
 
-// Translates pens and their sizes; answers with an empty text for any other.
+// Translates pens, their sizes and ways to hide; answers with an empty text for any other.
 std::string_view englishOfPens(std::string_view text) {
     for (const Pen& pen : pens()) {
         if (pen.text == text) return pen.english;
     }
     for (const PenSize& size : penSizes()) {
         if (size.text == text) return size.english;
+    }
+    for (const HidingStyle& style : hidingStyles()) {
+        if (style.text == text) return style.english;
     }
     return {};
 }

@@ -30,6 +30,13 @@ constexpr PenSize allSizes[] = {
     {.lineWidth = 18, .shownFor = 24, .icon = "large", .text = "粗", .english = "Thick"},
     {.lineWidth = 28, .shownFor = 28, .icon = "xlarge", .text = "极粗", .english = "Thickest"},
 };
+
+constexpr HidingStyle allHidingStyles[] = {
+    {.drawType = 10, .icon = "sealed", .text = "密封马赛克", .english = "Sealed mosaic"},
+    {.drawType = 11, .icon = "solid", .text = "纯色遮盖", .english = "Solid cover"},
+    {.drawType = 0, .icon = "averaging", .text = "普通马赛克", .english = "Averaging mosaic"},
+    {.drawType = 12, .icon = "blur", .text = "模糊（仅装饰）", .english = "Blur (cosmetic)"},
+};
 // clang-format on
 
 template <typename Question>
@@ -54,6 +61,15 @@ const Pen* penOfShape(unsigned shape) {
 
 std::span<const PenSize> penSizes() {
     return allSizes;
+}
+
+std::span<const HidingStyle> hidingStyles() {
+    return allHidingStyles;
+}
+
+const HidingStyle* hidingStyleOf(std::uint64_t drawType) {
+    const auto* const style = std::ranges::find(allHidingStyles, drawType, &HidingStyle::drawType);
+    return style == std::end(allHidingStyles) ? nullptr : style;
 }
 
 }  // namespace kalim

@@ -66,4 +66,18 @@ struct PenSize {
 };
 KALIM_API std::span<const PenSize> penSizes();
 
+// A way to hide that mosaic patches have; its number is its place among them, the first being that
+// of a new editor.
+struct HidingStyle {
+    // As the canvas numbers it, see MosaicStyle.
+    std::uint64_t drawType;
+    // Its icon is icon_hide_NAME.
+    std::string_view icon;
+    std::string_view text;
+    std::string_view english;
+};
+KALIM_API std::span<const HidingStyle> hidingStyles();
+// Null for a number that is no style.
+KALIM_API const HidingStyle* hidingStyleOf(std::uint64_t drawType);
+
 }  // namespace kalim

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "kalimkit/gfx/Color.h"
@@ -22,6 +24,10 @@ public:
     // The size goes from 0 to 4, thin to thick.
     unsigned size() const { return _size; }
     void setSize(unsigned size) { _size = size; }
+    // Of a dot of sizes that stands for a way to hide instead, its number (HidingStyle); nothing
+    // for a width.
+    std::optional<std::uint64_t> hidingStyle() const { return _hidingStyle; }
+    void setHidingStyle(std::optional<std::uint64_t> drawType) { _hidingStyle = drawType; }
     // The pen is 0 mosaic, 1 text, 2 freehand, 3 rectangle, 4 line, 5 circle, 6 arrow, 8 crop.
     unsigned pen() const { return _pen; }
     void setPen(unsigned pen) { _pen = pen; }
@@ -35,6 +41,7 @@ private:
     unsigned _type = 0;
     gfx::ColorRef _color;
     unsigned _size = 0;
+    std::optional<std::uint64_t> _hidingStyle;
     unsigned _pen = 0;
     unsigned _shape = 0;
     bool _isShowBorder = false;

@@ -120,6 +120,8 @@ public:
     // the background (canvas points). The fill is the picture in blocks.
     virtual void drawOnGround(gfx::Context&, const gfx::Paint& /*fill*/,
                               const gfx::Rect& /*background*/) {}
+    // What it is called, with a gap for its colour where that is named; see ToolRow::label.
+    virtual const char* label() const { return toolClass().label(); }
     // Whether it covers what lies under its frame for good.
     virtual bool isHiding() const { return false; }
     // Where the tool's picture has changed by drawMove since this was asked last, canvas points,

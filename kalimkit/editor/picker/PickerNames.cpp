@@ -1,6 +1,7 @@
 #include "kalimkit/editor/picker/PickerNames.h"
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "kalimkit/theme/ColorName.h"
@@ -14,6 +15,11 @@ namespace {
 std::string localized(std::string_view text) {
     return text.empty() ? std::string()
                         : ui::Environment::current().localizedString(std::string(text));
+}
+
+std::string hidingStyleName(std::uint64_t drawType) {
+    const HidingStyle* const style = hidingStyleOf(drawType);
+    return style ? localized(style->text) : "";
 }
 
 }  // namespace
@@ -32,6 +38,7 @@ std::string choiceName(const TesselConfig& config) {
         case 0:
             return colorName(config.color());
         case 1:
+            if (config.hidingStyle()) return hidingStyleName(*config.hidingStyle());
             return sizeName(config.size());
         case 2:
             return penName(config.pen());
@@ -46,7 +53,15 @@ std::string kindName(unsigned type) {
     return type < names.size() ? localized(names[type]) : "";
 }
 
+std::string hidingName() {
+    return localized("遮盖方式");
+}
+
 std::string dotIconName(const TesselConfig& config) {
+    if (config.type() == 1 && config.hidingStyle()) {
+        const HidingStyle* const style = hidingStyleOf(*config.hidingStyle());
+        return style ? "icon_hide_" + std::string(style->icon) : "";
+    }
     const bool isShape = config.type() == 3;
     if (!isShape && config.type() != 2) return {};
     const Pen* const pen = isShape ? penOfShape(config.shape()) : penNumbered(config.pen());

@@ -15,7 +15,11 @@ std::string choiceName(const TesselConfig& config);
 // Names a row of such dots.
 std::string kindName(unsigned type);
 
-// Of the picture on a pen or shape dot, and of that on the pen button. Empty where there is none.
+// Of what the dots of sizes choose while they stand for ways to hide.
+std::string hidingName();
+
+// Of the picture on a pen or shape dot, or on one of a way to hide, and of that on the pen button.
+// Empty where there is none.
 std::string dotIconName(const TesselConfig& config);
 std::string penIconName(unsigned pen, unsigned size);
 

@@ -125,6 +125,12 @@ void TesselDot::setSize(unsigned size) {
     setNeedsDisplay();
 }
 
+void TesselDot::setHidingStyle(std::optional<std::uint64_t> drawType) {
+    _config->setHidingStyle(drawType);
+    renderIcon();
+    setNeedsDisplay();
+}
+
 void TesselDot::setPen(unsigned pen) {
     _config->setPen(pen);
     renderIcon();
@@ -140,11 +146,12 @@ std::string TesselDot::accessibilityLabel() const {
 }
 
 bool TesselDot::hasIcon() const {
-    return _config->type() == penType || _config->type() == shapeType;
+    const bool isHiding = _config->type() == sizeType && _config->hidingStyle();
+    return _config->type() == penType || _config->type() == shapeType || isHiding;
 }
 
 void TesselDot::renderIcon() {
-    if (!hasIcon()) return;
+    if (!hasIcon()) return _iconView->setImage(nullptr);
     const gfx::ImageRef icon = imageNamedForFramework(dotIconName(*_config));
     _iconView->setImage(imageWithTintColor(icon, gfx::makeColor(white)));
 }
@@ -216,7 +223,7 @@ void TesselDot::drawFilling(gfx::Context& context) const {
     if (!filling) return;
     context.setFillColor(*filling);
     context.fillEllipse(bounds());
-    if (_config->type() != sizeType) return;
+    if (_config->type() != sizeType || hasIcon()) return;
     const double margin = (side - dotSize()) / 2;
     context.setFillColor(white);
     context.fillEllipse(bounds().inset(margin, margin));

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -40,6 +42,8 @@ public:
     const gfx::ColorRef& color() const { return _config->color(); }
     void setColor(gfx::ColorRef color);
     void setSize(unsigned size);
+    // One of sizes may stand for a way to hide instead; nothing for the size again.
+    void setHidingStyle(std::optional<std::uint64_t> drawType);
     void setPen(unsigned pen);
     void setShape(unsigned shape);
     // What it is called, in the user's language.
@@ -65,7 +69,7 @@ public:
     // Diameter of what is drawn, points: that of the stroke for a size from 0 to 4, nothing for any
     // other size, else the whole dot.
     double dotSize() const;
-    // A colour or a size has none.
+    // A colour or a size has none, a way to hide does.
     const gfx::ImageRef& iconImage() const { return _iconView->image(); }
     const std::shared_ptr<ui::ImageView>& iconView() const { return _iconView; }
 

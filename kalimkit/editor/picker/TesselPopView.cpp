@@ -30,7 +30,7 @@ std::shared_ptr<TesselPopView> TesselPopView::initWithArraysDirection(
 }
 
 TesselPopView::TesselPopView(std::vector<std::shared_ptr<TesselDot>> views, int direction)
-    : _views(std::move(views)), _direction(direction) {}
+    : _views(std::move(views)), _direction(direction), _offered(static_cast<int>(_views.size())) {}
 
 void TesselPopView::init(const gfx::Rect& frame) {
     View::init(frame);
@@ -69,7 +69,7 @@ std::shared_ptr<ui::View> TesselPopView::hitTest(gfx::Point p) {
 // ---- selection
 
 void TesselPopView::setSelectIndex(int index) {
-    if (index < 0 || index >= static_cast<int>(_views.size())) return;
+    if (index < 0 || index >= _offered) return;
     _selectIndex = index;
     const auto& selected = _views.at(static_cast<std::size_t>(index));
     for (const auto& dot : _views) {
@@ -125,6 +125,15 @@ void TesselPopView::setStaticPadding(double padding) {
     if (!_isFold) setPadding(padding);
 }
 
+void TesselPopView::setOffered(int count) {
+    _offered = std::clamp(count, 1, std::max(static_cast<int>(_views.size()), 1));
+    int index = 0;
+    for (const auto& dot : _views)
+        dot->setHidden(index++ >= _offered);
+    if (_selectIndex >= _offered) setSelectIndex(0);
+    setPadding(_padding);
+}
+
 void TesselPopView::setPadding(double padding) {
     _padding = padding;
     setFrame({frame().origin, intrinsicContentSize()});
@@ -135,7 +144,7 @@ void TesselPopView::setPadding(double padding) {
 // ---- layout
 
 gfx::Size TesselPopView::intrinsicContentSize() const {
-    const auto count = static_cast<double>(_views.size());
+    const auto count = static_cast<double>(_offered);
     const double length = std::max(count * TesselDot::side + (count - 1) * _padding, 0.0);
     return _direction == 1 ? gfx::Size{length, TesselDot::side}
                            : gfx::Size{TesselDot::side, length};

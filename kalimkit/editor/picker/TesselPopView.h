@@ -53,6 +53,10 @@ public:
     // Whether it takes touches; it is faded while it does not.
     bool enable() const { return isUserInteractionEnabled(); }
     void setEnable(bool enable);
+    // How many of the dots there are to choose from, the first ones; all of them at first. The
+    // others are hidden and take no room.
+    int offered() const { return _offered; }
+    void setOffered(int count);
     // Points between the dots, negative where they lie on each other; 16 at first.
     double padding() const { return _padding; }
     // Means the same for the unfolded row.
@@ -85,6 +89,7 @@ private:
 
     std::vector<std::shared_ptr<TesselDot>> _views;
     int _direction;
+    int _offered;
     int _selectIndex = 0;
     int _indexInUse = 0;
     bool _takesTouchesWhileFolding = false;

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
+#include "kalimkit/editor/picker/PickerNames.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/HexColor.h"
 #include "kalimkit/ui/motion/AnimationOptions.h"
@@ -91,8 +94,7 @@ void EditorPickers::show(const gfx::ColorRef& color, unsigned size, unsigned pen
     _colors->setSelectIndex(indexOf(_colorDots, [&color](const TesselConfig& config) {
         return gfx::equalColors(config.color(), color);
     }));
-    _sizes->setSelectIndex(
-        indexOf(_sizeDots, [size](const TesselConfig& config) { return config.size() == size; }));
+    showSize(size);
     showPen(pen, currentPen);
 }
 
@@ -104,6 +106,35 @@ void EditorPickers::showPen(unsigned pen, unsigned currentPen) {
     if (_penDots.front()->config()->pen() != first) _penDots.front()->setPen(first);
     _pens->setSelectIndex(
         indexOf(_penDots, [pen](const TesselConfig& config) { return config.pen() == pen; }));
+}
+
+void EditorPickers::offerHidingStyles(std::uint64_t drawType) {
+    if (!areMade()) return;
+    const auto& styles = hidingStyles();
+    for (std::size_t i = 0; i < std::min(styles.size(), _sizeDots.size()); ++i)
+        _sizeDots[i]->setHidingStyle(styles[i].drawType);
+    _offersHidingStyles = true;
+    _sizes->setOffered(static_cast<int>(styles.size()));
+    _sizes->setAccessibilityLabel(hidingName());
+    _sizes->setSelectIndex(indexOf(_sizeDots, [drawType](const TesselConfig& config) {
+        return config.hidingStyle() == drawType;
+    }));
+}
+
+void EditorPickers::offerSizes(unsigned size) {
+    if (!areMade() || !_offersHidingStyles) return;
+    for (const auto& dot : _sizeDots)
+        dot->setHidingStyle(std::nullopt);
+    _offersHidingStyles = false;
+    _sizes->setOffered(static_cast<int>(_sizeDots.size()));
+    _sizes->setAccessibilityLabel(kindName(_sizeDots.front()->config()->type()));
+    showSize(size);
+}
+
+void EditorPickers::showSize(unsigned size) {
+    if (_offersHidingStyles) return;
+    _sizes->setSelectIndex(
+        indexOf(_sizeDots, [size](const TesselConfig& config) { return config.size() == size; }));
 }
 
 void EditorPickers::setPensEnabled(bool enabled) {

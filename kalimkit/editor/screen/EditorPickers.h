@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -34,6 +35,10 @@ public:
     void show(const gfx::ColorRef& color, unsigned size, unsigned pen, unsigned currentPen);
     // The first dot stands in for a pen in use that has none of its own.
     void showPen(unsigned pen, unsigned currentPen);
+    // The dots of sizes stand for ways to hide, or for sizes again, and show which one is in use.
+    void offerHidingStyles(std::uint64_t drawType);
+    void offerSizes(unsigned size);
+    bool offersHidingStyles() const { return _offersHidingStyles; }
     void setPensEnabled(bool enabled);
     void setTakesTouchesWhileFolding(bool takes);
     // Whether a touch is theirs; a row that is disabled takes none, but the place is its own.
@@ -58,6 +63,7 @@ public:
 private:
     std::shared_ptr<TesselPopView> makeRow(ui::View& panel, const Dots& dots, int tag,
                                            int selectIndex) const;
+    void showSize(unsigned size);
     void setFolded(bool color, bool size, bool isInset);
 
     const EditorStage& _stage;
@@ -68,6 +74,7 @@ private:
     Dots _sizeDots;
     Dots _penDots;
     Dots _shapeDots;
+    bool _offersHidingStyles = false;
     // The rows of colours and sizes are moved inwards.
     bool _isInset = true;
     double _padding = 0;

@@ -71,8 +71,9 @@ void EditorRemote::chooseLineWidth(double width) {
     for (unsigned size = 0; lineWidthForSize(size); ++size) {
         if (*lineWidthForSize(size) != width) continue;
         config->setSize(size);
-        choose(*editor, editor->sizeViews(), *editor->sizePopView(), config,
-               [size](const TesselConfig& dot) { return dot.size() == size; });
+        choose(
+            *editor, editor->sizeViews(), *editor->sizePopView(), config,
+            [size](const TesselConfig& dot) { return !dot.hidingStyle() && dot.size() == size; });
         return;
     }
     editor->drawView()->setDrawLineWidth(width);

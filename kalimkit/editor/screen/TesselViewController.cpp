@@ -123,6 +123,14 @@ void TesselViewController::setClipsToPicture(bool clips) {
     parts().picture.setClipsToPicture(clips);
 }
 
+bool TesselViewController::offersHidingStyles() const {
+    return parts().choice.offersHidingStyles();
+}
+
+void TesselViewController::setOffersHidingStyles(bool offers) {
+    parts().choice.setOffersHidingStyles(offers);
+}
+
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
     _transBlock = std::move(block);
     doApplyTransBlockToCoreModel();

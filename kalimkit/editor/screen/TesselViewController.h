@@ -126,6 +126,10 @@ public:
     // first.
     bool clipsToPicture() const;
     void setClipsToPicture(bool clips);
+    // The dots of sizes choose how the mosaic pen hides while that is in use, from sealed blocks on
+    // (see MosaicStyle), with which it begins. Off at first: its patches average.
+    bool offersHidingStyles() const;
+    void setOffersHidingStyles(bool offers);
     // The host tells it when it has changed the screen's safe area and not the window's size.
     void safeAreaDidChange();
     // What confirming would hand over now. Ends what is being typed.

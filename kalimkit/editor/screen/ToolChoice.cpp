@@ -38,6 +38,7 @@ void ToolChoice::choose(const TesselConfig& config) {
         case 0:
             return chooseColor(config.color());
         case 1:
+            if (config.hidingStyle()) return chooseHidingStyle(*config.hidingStyle());
             return chooseSize(config.size());
         case 2:
             return choosePen(config.pen());
@@ -60,13 +61,21 @@ void ToolChoice::chooseSize(unsigned size) {
     _size = size;
 }
 
+void ToolChoice::chooseHidingStyle(std::uint64_t drawType) {
+    _hidingStyle = drawType;
+    MDrawView& canvas = *_picture.canvas();
+    canvas.beginDrawingForTypeWithDrawType(ToolType::Mosaic, drawType);
+    canvas.setDrawTypeForType(drawType, ToolType::Mosaic);
+}
+
 void ToolChoice::choosePen(unsigned pen) {
     _pen.view()->setPen(pen);
     if (pen == EditorPenCrop) return;
     if (const auto type = toolTypeForPen(pen))
-        _picture.canvas()->beginDrawingForTypeWithDrawType(*type, 0);
+        _picture.canvas()->beginDrawingForTypeWithDrawType(*type, drawTypeOf(pen));
     _penNumber = pen;
     _pickers.showPen(pen, pen);
+    offerFor(pen);
 }
 
 void ToolChoice::chooseShape(unsigned shape) {
@@ -88,11 +97,31 @@ void ToolChoice::chooseShape(unsigned shape) {
     }
 }
 
+// ---- ways to hide
+
+void ToolChoice::setOffersHidingStyles(bool offers) {
+    _offersHidingStyles = offers;
+    if (_pickers.areMade() && _penNumber == EditorPenMosaic) choosePen(_penNumber);
+}
+
+void ToolChoice::offerFor(unsigned pen) {
+    if (_offersHidingStyles && pen == EditorPenMosaic) {
+        _pickers.offerHidingStyles(_hidingStyle);
+    } else {
+        _pickers.offerSizes(_pen.view()->size());
+    }
+}
+
+std::uint64_t ToolChoice::drawTypeOf(unsigned pen) const {
+    return _offersHidingStyles && pen == EditorPenMosaic ? _hidingStyle : 0;
+}
+
 // ---- showing
 
 void ToolChoice::showPen() {
     _pen.view()->setPen(_penNumber);
     _pickers.showPen(_penNumber, _penNumber);
+    offerFor(_penNumber);
 }
 
 void ToolChoice::showTool(std::int64_t type, const gfx::ColorRef& color, double lineWidth) {
@@ -100,6 +129,7 @@ void ToolChoice::showTool(std::int64_t type, const gfx::ColorRef& color, double 
     shown.setPen(penForToolType(type).value_or(_penNumber));
     shown.setColor(color ? color : _color);
     shown.setSize(sizeForLineWidth(lineWidth).value_or(_size));
+    offerFor(shown.pen());
     _pickers.show(shown.color(), shown.size(), shown.pen(), _penNumber);
 }
 

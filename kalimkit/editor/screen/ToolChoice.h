@@ -5,6 +5,7 @@
 #include "kalimkit/editor/screen/EditorPickers.h"
 #include "kalimkit/editor/screen/EditorPicture.h"
 #include "kalimkit/editor/screen/PenButton.h"
+#include "kalimkit/theme/Pens.h"
 #include "kalimkit/theme/TesselConfig.h"
 
 namespace kalim {
@@ -18,6 +19,9 @@ public:
 
     // What a new editor begins with.
     void begin();
+    // See TesselViewController::setOffersHidingStyles.
+    bool offersHidingStyles() const { return _offersHidingStyles; }
+    void setOffersHidingStyles(bool offers);
     // What a dot stands for. The crop pen is only shown: it is no tool to draw with.
     void choose(const TesselConfig& config);
     // The pen that one draws with is shown again.
@@ -35,6 +39,10 @@ public:
 private:
     void chooseColor(const gfx::ColorRef& color);
     void chooseSize(unsigned size);
+    void chooseHidingStyle(std::uint64_t drawType);
+    // The dots of sizes stand for what this pen has to choose.
+    void offerFor(unsigned pen);
+    std::uint64_t drawTypeOf(unsigned pen) const;
     void choosePen(unsigned pen);
     void chooseShape(unsigned shape);
 
@@ -45,6 +53,9 @@ private:
     unsigned _shape = 0;
     unsigned _penNumber = 0;
     unsigned _size = 0;
+    bool _offersHidingStyles = false;
+    // What the next mosaic patches show where the ways to hide are offered.
+    std::uint64_t _hidingStyle = hidingStyles().front().drawType;
     gfx::ColorRef _color;
 };
 

@@ -78,101 +78,111 @@ struct EditorHost::Operation {
     Problem (*call)(EditorHost& host, std::string_view name, const JsonValue::Array& arguments);
 };
 
-const EditorHost::Operation EditorHost::operations[] = {
-    {"startAnimateIn",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         if (Problem problem = readArguments(name, arguments)) return problem;
-         host._editor->startAnimateIn({});
-         return Problem();
-     }},
-    {"startAnimateOut",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         gfx::Rect target;
-         if (Problem problem = readArguments(name, arguments, target)) return problem;
-         host._editor->startAnimateOut(target);
-         return Problem();
-     }},
-    {"setTopNavigationItemTitle",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         bool isClose = false;
-         std::string title;
-         if (Problem problem = readArguments(name, arguments, isClose, title)) return problem;
-         host._editor->setTopNavigationItemTitle(isClose, title);
-         return Problem();
-     }},
-    {"clickPickImage",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         if (Problem problem = readArguments(name, arguments)) return problem;
-         host._editor->clickPickImage();
-         return Problem();
-     }},
-    {"setExportsAtPictureScale",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         bool exports = false;
-         if (Problem problem = readArguments(name, arguments, exports)) return problem;
-         host._editor->setExportsAtPictureScale(exports);
-         return Problem();
-     }},
-    {"setCanvasBasis",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         double points = 0;
-         if (Problem problem = readArguments(name, arguments, points)) return problem;
-         host._editor->setCanvasBasis(points);
-         return Problem();
-     }},
-    {"setLaysPictureBetweenBars",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         bool lays = false;
-         if (Problem problem = readArguments(name, arguments, lays)) return problem;
-         host._editor->setLaysPictureBetweenBars(lays);
-         return Problem();
-     }},
-    {"setClipsToPicture",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         bool clips = false;
-         if (Problem problem = readArguments(name, arguments, clips)) return problem;
-         host._editor->setClipsToPicture(clips);
-         return Problem();
-     }},
-    {"setCropKeepsDrawings",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         bool keeps = false;
-         if (Problem problem = readArguments(name, arguments, keeps)) return problem;
-         host._editor->setCropKeepsDrawings(keeps);
-         return Problem();
-     }},
-    {"setSafeArea",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         ui::EdgeInsets insets;
-         if (Problem problem = readArguments(name, arguments, insets.top, insets.left,
-                                             insets.bottom, insets.right)) {
-             return problem;
-         }
-         ui::Screen screen = host._environment.screen();
-         screen.safeAreaInsets = insets;
-         host._environment.setScreen(screen);
-         host._editor->safeAreaDidChange();
-         return Problem();
-     }},
-    {"resize",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         gfx::Size size;
-         if (Problem problem = readArguments(name, arguments, size.width, size.height)) {
-             return problem;
-         }
-         const auto isSide = [](double side) { return side >= 1 && side <= longestSide; };
-         if (!isSide(size.width) || !isSide(size.height)) {
-             return Problem("resize takes sides from 1 to 32767");
-         }
-         host.resize(size);
-         return Problem();
-     }},
-    {"remove",
-     [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
-         if (Problem problem = readArguments(name, arguments)) return problem;
-         host.remove();
-         return Problem();
-     }},
+const EditorHost::Operation
+    EditorHost::operations[] =
+        {
+            {"startAnimateIn",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 if (Problem problem = readArguments(name, arguments)) return problem;
+                 host._editor->startAnimateIn({});
+                 return Problem();
+             }},
+            {"startAnimateOut",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 gfx::Rect target;
+                 if (Problem problem = readArguments(name, arguments, target)) return problem;
+                 host._editor->startAnimateOut(target);
+                 return Problem();
+             }},
+            {"setTopNavigationItemTitle",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool isClose = false;
+                 std::string title;
+                 if (Problem problem = readArguments(name, arguments, isClose, title))
+                     return problem;
+                 host._editor->setTopNavigationItemTitle(isClose, title);
+                 return Problem();
+             }},
+            {"clickPickImage",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 if (Problem problem = readArguments(name, arguments)) return problem;
+                 host._editor->clickPickImage();
+                 return Problem();
+             }},
+            {"setExportsAtPictureScale",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool exports = false;
+                 if (Problem problem = readArguments(name, arguments, exports)) return problem;
+                 host._editor->setExportsAtPictureScale(exports);
+                 return Problem();
+             }},
+            {"setCanvasBasis",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 double points = 0;
+                 if (Problem problem = readArguments(name, arguments, points)) return problem;
+                 host._editor->setCanvasBasis(points);
+                 return Problem();
+             }},
+            {"setLaysPictureBetweenBars",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool lays = false;
+                 if (Problem problem = readArguments(name, arguments, lays)) return problem;
+                 host._editor->setLaysPictureBetweenBars(lays);
+                 return Problem();
+             }},
+            {"setClipsToPicture",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool clips = false;
+                 if (Problem problem = readArguments(name, arguments, clips)) return problem;
+                 host._editor->setClipsToPicture(clips);
+                 return Problem();
+             }},
+            {"setCropKeepsDrawings",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool keeps = false;
+                 if (Problem problem = readArguments(name, arguments, keeps)) return problem;
+                 host._editor->setCropKeepsDrawings(keeps);
+                 return Problem();
+             }},
+            {"setOffersHidingStyles",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 bool offers = false;
+                 if (Problem problem = readArguments(name, arguments, offers)) return problem;
+                 host._editor->setOffersHidingStyles(offers);
+                 return Problem();
+             }},
+            {"setSafeArea",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 ui::EdgeInsets insets;
+                 if (Problem problem = readArguments(name, arguments, insets.top, insets.left,
+                                                     insets.bottom, insets.right)) {
+                     return problem;
+                 }
+                 ui::Screen screen = host._environment.screen();
+                 screen.safeAreaInsets = insets;
+                 host._environment.setScreen(screen);
+                 host._editor->safeAreaDidChange();
+                 return Problem();
+             }},
+            {"resize",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 gfx::Size size;
+                 if (Problem problem = readArguments(name, arguments, size.width, size.height)) {
+                     return problem;
+                 }
+                 const auto isSide = [](double side) { return side >= 1 && side <= longestSide; };
+                 if (!isSide(size.width) || !isSide(size.height)) {
+                     return Problem("resize takes sides from 1 to 32767");
+                 }
+                 host.resize(size);
+                 return Problem();
+             }},
+            {"remove",
+             [](EditorHost& host, std::string_view name, const JsonValue::Array& arguments) {
+                 if (Problem problem = readArguments(name, arguments)) return problem;
+                 host.remove();
+                 return Problem();
+             }},
 };
 
 Problem EditorHost::call(const std::string& name, const JsonValue::Array& arguments) {

@@ -41,6 +41,7 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
     editor->setCanvasBasis(MDrawView::usualBasis);
     editor->setLaysPictureBetweenBars(true);
     editor->setClipsToPicture(!choices.grows);
+    editor->setOffersHidingStyles(true);
     editor->setLargestMagnification(largestMagnification);
     return editor;
 }

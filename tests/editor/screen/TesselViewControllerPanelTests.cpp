@@ -51,6 +51,40 @@ TEST(TesselViewController, PickersSlideAndFoldAgainWithAnyButtonOfTheBar) {
     EXPECT_NEAR(host.shown(editor->colorPopView()).minX(), folded, 1e-9);
 }
 
+TEST(TesselViewController, DotsOfSizesChooseHowTheMosaicHides) {
+    EditorScreen host;
+    const auto& editor = host.editor;
+    editor->setOffersHidingStyles(true);
+    host.present();
+    host.use(editor->penView());
+    const auto mosaic = editor->penViews()[4];
+    host.use(mosaic);
+    EXPECT_EQ(editor->drawView()->drawType(), 10u);
+    EXPECT_EQ(editor->sizePopView()->offered(), 4);
+    const char* const names[] = {"密封马赛克", "纯色遮盖", "普通马赛克", "模糊（仅装饰）"};
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(editor->sizeViews()[i]->accessibilityLabel(), names[i]);
+    // The first tap unfolds the row.
+    host.use(editor->sizeViews()[0]);
+    host.use(editor->sizeViews()[1]);
+    EXPECT_EQ(editor->drawView()->drawType(), 11u);
+    host.draw();
+    EXPECT_EQ(editor->drawView()->tools().back()->drawType(), 11u);
+    // Other pens have their sizes, and the style is there again with the pen.
+    host.use(editor->penView());
+    host.use(editor->penViews()[0]);
+    EXPECT_EQ(editor->drawView()->drawType(), 0u);
+    EXPECT_EQ(editor->sizePopView()->offered(), 5);
+    EXPECT_EQ(editor->sizePopView()->selectIndex(), 1);
+    EXPECT_EQ(editor->currentSize(), 1u);
+    host.use(mosaic);
+    EXPECT_EQ(editor->drawView()->drawType(), 11u);
+    EXPECT_EQ(editor->sizePopView()->selectIndex(), 1);
+    editor->setOffersHidingStyles(false);
+    EXPECT_EQ(editor->drawView()->drawType(), 0u);
+    EXPECT_EQ(editor->sizePopView()->offered(), 5);
+}
+
 TEST(TesselViewController, TakesShapesAndSizesThatNoPickerOffers) {
     EditorScreen host;
     const auto& editor = host.present().editor;
