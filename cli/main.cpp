@@ -18,6 +18,7 @@
 #include "cli/Info.h"
 #include "cli/OptionValues.h"
 #include "cli/Play.h"
+#include "cli/Redact.h"
 #include "cli/Render.h"
 #include "cli/Works.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
@@ -58,6 +59,7 @@ public:
         addImage();
         addEdit();
         addInfo();
+        addRedact();
         addRender();
         addWorks();
         addVersion(_app);
@@ -230,6 +232,39 @@ private:
         command.callback([this] { _command = [this] { return info(_info); }; });
     }
 
+    void addRedact() {
+        CLI::App& command = *_app.add_subcommand("redact", "Hide parts of a picture for certain");
+        RedactOptions& asked = _redact;
+        command.add_option("IN", asked.input, "The picture; - reads standard input")->required();
+        command.add_option("-o,--output", asked.output, "The file to write; - is standard output")
+            ->type_name("OUT")
+            ->required();
+        addEditOption(command, "-f,--format", "FORMAT", "png, jpeg or webp, whatever OUT is called",
+                      readFormat, asked.format);
+        command
+            .add_option("--rect", _redactRects,
+                        "A part to hide, pixels of the upright picture; may be given repeatedly")
+            ->type_name("X,Y,W,H")
+            ->required()
+            ->allow_extra_args(false)
+            ->check([](const std::string& text) {
+                gfx::Rect rect;
+                return readRect(text, rect);
+            });
+        addEditOption(command, "--style", "STYLE",
+                      "sealed or solid, which hide for certain; mosaic, which can be guessed, or "
+                      "blur, which is cosmetic (sealed)",
+                      readRedactStyle, asked.style);
+        addEditOption(command, "--color", "#RRGGBB", "What solid shows (#000000)", readColor,
+                      asked.color);
+        addWriting(command, asked.writing);
+        command.callback([this] {
+            for (const std::string& text : _redactRects)
+                readRect(text, _redact.rects.emplace_back());
+            _command = [this] { return redact(_redact); };
+        });
+    }
+
     void addRender() {
         CLI::App& command = *_app.add_subcommand("render", "Make pictures of documents");
         RenderOptions& asked = _render;
@@ -329,6 +364,8 @@ private:
     ImageOptions _asked;
     EditOptions _askedEdit;
     InfoOptions _info;
+    RedactOptions _redact;
+    std::vector<std::string> _redactRects;
     RenderOptions _render;
     WorksOptions _works;
     // What is to be done if not to play.

@@ -20,12 +20,6 @@ const MDrawMosiac* certainPatch(const MDrawTool& tool) {
     return patch && patch->hidesForCertain() ? patch : nullptr;
 }
 
-// As coarse as the blocks that average, which are larger than text.
-int sealedLevel(const CanvasPicture& picture) {
-    const double side = CanvasMosaic::level * picture.pixelsPerBlockPixel();
-    return std::max(static_cast<int>(std::lround(side)), smallestSealedBlock);
-}
-
 }  // namespace
 
 // ---- what is hidden
@@ -56,7 +50,7 @@ void CanvasHiding::refresh() {
     std::vector<Patch> now = patches();
     if (now.empty() && _patches.empty()) return;
     const CanvasPicture& picture = _canvas.shown.picture;
-    const int level = picture.source() ? sealedLevel(picture) : 0;
+    const int level = picture.source() ? picture.sealedLevel() : 0;
     if (picture.source() != _source) _pixels = nullptr;
     if (now == _patches && picture.source() == _source && level == _level) return;
     _patches = std::move(now);

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasMosaic.h"
 #include "kalimkit/canvas/PictureLayout.h"
 #include "kalimkit/image/MDrawImageUtil.h"
+#include "kalimkit/image/SealedBlocks.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -218,13 +220,15 @@ gfx::ImageRef CanvasPicture::blockSource() const {
     return std::max(raster.width, raster.height) > _basis ? redrawn(1, 1) : _source;
 }
 
-double CanvasPicture::pixelsPerBlockPixel() const {
-    if (!_source) return 1;
+int CanvasPicture::sealedLevel() const {
+    if (!_source) return smallestSealedBlock;
     const gfx::PixelSize raster = _source->pixelSize();
+    const gfx::PixelSize fitted = (_first ? _first : first())->pixelSize();
     const double longest = std::max({raster.width, raster.height, 1});
-    if (hasBasis()) return std::max(longest / _basis, 1.0);
-    const gfx::PixelSize fitted = _first->pixelSize();
-    return longest / std::max({fitted.width, fitted.height, 1});
+    const double ofBlocks =
+        hasBasis() ? std::min(longest, _basis) : std::max({fitted.width, fitted.height, 1});
+    return std::max(static_cast<int>(std::lround(CanvasMosaic::level * longest / ofBlocks)),
+                    smallestSealedBlock);
 }
 
 // The picture as it was fitted into the canvas, where a view settled that.

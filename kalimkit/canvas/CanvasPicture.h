@@ -69,8 +69,9 @@ public:
     // basis a pixel for each canvas point, unless the picture has fewer. Made anew for each who
     // asks.
     gfx::ImageRef blockSource() const;
-    // So many pixels of the picture make one of that; 1 without one.
-    double pixelsPerBlockPixel() const;
+    // The side of a sealed block, pixels of the picture: such a block is as large as one that
+    // averages, and has 8 pixels at least.
+    int sealedLevel() const;
     // Fitted into the canvas at the scale of the present screen; with a basis as large as the view
     // shows it when nothing is zoomed.
     const gfx::ImageRef& fitted() const { return _fitted; }

@@ -36,6 +36,8 @@ void MDrawView::takePicture(const gfx::ImageRef& image,
     parts.painter.takeMosaic();
     placeCanvas();
     parts.history.clear();
+    // Nothing of the old picture is kept.
+    parts.painter.hiding().refresh();
     parts.screen.invalidate();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/canvas/ExportedPicture.h"
 #include "kalimkit/shapes/MDrawMosiac.h"
 #include "tests/canvas/CanvasHost.h"
 
@@ -293,6 +294,47 @@ TEST(MDrawViewExport, OfTheViewShowsWhatTheScreenShows) {
     EXPECT_EQ(*host.canvas->exportImageForScale()->pixels(),
               *host.window().surface()->makeImage()->pixels());
     EXPECT_TRUE(host.canvas->hasSelectedTools());
+}
+
+// Also beside their frames, by what the picture's file holds together, and after a move.
+TEST(MDrawViewExport, SealedPatchesCoverOnTheScreenWhatTheyHideInTheResult) {
+    CanvasHost host;
+    host.canvas->setForgiving(true);
+    gfx::Bitmap noise(390, 400);
+    for (std::size_t i = 0; i < noise.byteCount(); ++i)
+        noise.data()[i] = static_cast<std::uint8_t>(i % 4 == 3 ? 255 : i * 2654435761U >> 13);
+    const auto made = host.environment().device().makeImage(noise, 1, gfx::ImageOrientation::Up);
+    host.canvas->setSnipImage(std::make_shared<const gfx::Image>(
+        made->raster(), 1, gfx::ImageOrientation::Up, gfx::PixelGrid{{8, 8}, 0, 0, 2}));
+    const auto expectSame = [&] {
+        host.window().display();
+        const auto screen = host.window().surface()->makeImage()->pixels();
+        EXPECT_EQ(*host.canvas->exportImageForScale()->pixels(), *screen);
+    };
+    // The picture lies 222 points below the view's top.
+    host.pick(ToolType::Mosaic, 10);
+    host.drag({100, 322}, {200, 402});
+    host.pick(ToolType::Mosaic, 11);
+    host.drag({210, 322}, {290, 402});
+    expectSame();
+    host.tap({150, 360});
+    host.drag({150, 360}, {190, 420});
+    host.canvas->selectNone();
+    expectSame();
+    host.canvas->undo();
+    expectSame();
+    const auto result = host.canvas->exportImageAtPictureScale();
+    const auto exported = host.canvas->exportedPicture(result);
+    ASSERT_TRUE(exported);
+    EXPECT_EQ(exported->hidden, (gfx::PixelRects{{94, 94, 108, 92}, {206, 94, 92, 92}}));
+    for (int y = 0; y < 400; y += 3) {
+        for (int x = 0; x < 390; ++x) {
+            const bool isHidden =
+                y >= 94 && y < 186 && ((x >= 94 && x < 202) || (x >= 206 && x < 298));
+            const bool isSame = result->pixels()->colorAt(x, y) == noise.colorAt(x, y);
+            ASSERT_NE(isHidden, isSame) << x << "," << y;
+        }
+    }
 }
 
 TEST(MDrawViewExport, ABlurredPictureIsLargerByWhatTheBlurAdds) {

@@ -64,7 +64,12 @@ void ScenarioDriver::choosePoints() {
 // ---- fingers
 
 void ScenarioDriver::draw() {
-    if (happens(50)) call("beginDrawingForTypeWithDrawType", {below(8), below(3)});
+    if (happens(50)) {
+        const std::uint32_t type = below(8);
+        // Half of the mosaic patches hide for certain or blur.
+        const std::uint32_t style = below(3) + (type == 5 && happens(50) ? 10 : 0);
+        call("beginDrawingForTypeWithDrawType", {type, style});
+    }
     gfx::Point place = anywhere();
     touch("began", {place});
     // A second finger breaks some drawings off.
