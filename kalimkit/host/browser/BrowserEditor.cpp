@@ -8,6 +8,7 @@
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/canvas/StepListener.h"
 #include "kalimkit/host/browser/BrowserImports.h"
+#include "kalimkit/host/browser/PagePictures.h"
 
 namespace kalim {
 
@@ -29,9 +30,12 @@ std::shared_ptr<const gfx::HtmlRaster> rasterOf(const gfx::ImageRef& image) {
 // Passes on to the page what the editor tells and its keys ask for.
 class BrowserEditor::Delegate : public TesselViewControllerDelegate, public EditorKeysDelegate {
 public:
+    explicit Delegate(const BrowserEditor& editor) : _editor(editor) {}
+
     void didDrawViewControllerFinishHandleImage(TesselViewController& /*controller*/,
                                                 const gfx::ImageRef& image) override {
         const auto raster = rasterOf(image);
+        if (raster) tellExported(raster->picture(), image, *_editor.canvas());
         page::onConfirm(raster ? raster->picture() : 0);
     }
     void close() override { page::onClose(); }
@@ -39,6 +43,9 @@ public:
         const auto raster = rasterOf(image);
         page::copyPicture(raster ? raster->picture() : 0);
     }
+
+private:
+    const BrowserEditor& _editor;
 };
 
 // Passes on what has to be kept so that a work survives the page.
@@ -68,7 +75,7 @@ private:
 BrowserEditor::BrowserEditor(gfx::Size size, double scale)
     : _environment(makeEnvironment(size, scale)),
       _seat(_environment, size),
-      _delegate(std::make_shared<Delegate>()),
+      _delegate(std::make_shared<Delegate>(*this)),
       _steps(std::make_shared<Steps>(*this)) {
     _seat.setCaretHandler([this](ui::TextView* focused, const gfx::Rect& /*caret*/) {
         // The page hears of the end of the focus when it ends.
@@ -157,6 +164,7 @@ int BrowserEditor::exportPicture(ExportScale scale) {
     }
     const auto raster = rasterOf(image);
     _exported = raster;
+    if (raster) tellExported(raster->picture(), image, *view);
     return raster ? raster->picture() : 0;
 }
 

@@ -39,6 +39,10 @@ KALIM_PAGE("pick_image") void pickImage();
 // ---- what the editor tells. The page takes what it needs of a picture before it returns, and does
 // nothing to the editor until then; the picture is 0 where there is none.
 KALIM_PAGE("on_confirm") void onConfirm(int picture);
+// How a picture that is told of next, or answered with, came about: its number, that of the picture
+// on the canvas, the place of the part in it and its quarter turns, the part, empty for a picture
+// at another scale, and the rectangles that are hidden, four numbers each. See ExportedPicture.
+KALIM_PAGE("exported") void exported(const double* numbers, int count);
 KALIM_PAGE("on_close") void onClose();
 // The user goes on with the drawing in the picture that is open.
 KALIM_PAGE("on_reopen") void onReopen();

@@ -2,12 +2,16 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/host/browser/BrowserImports.h"
+#include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/host/browser/PagePictures.h"
 
 namespace kalim {
 
 void DownloadPhotoLibrary::writeImage(const gfx::ImageRef& image, const Written& written) {
     const auto raster = image ? gfx::HtmlRaster::of(*image) : nullptr;
     if (!raster) return written({}, ui::PhotoLibraryError{"There is no picture to save."});
+    const BrowserEditor* const editor = pageEditor();
+    if (editor && editor->canvas()) tellExported(raster->picture(), image, *editor->canvas());
     page::savePicture(raster->picture());
     written("download " + std::to_string(++_contents->photoCount), std::nullopt);
 }

@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "kalimkit/gfx/Image.h"
 #include "kalimkit/host/browser/BrowserEditor.h"
 
 namespace kalim {
@@ -18,8 +17,5 @@ void dropPageText();
 
 // What a call has to say beside its answer, such as what is wrong; the page takes it at once.
 void setPageAnswer(std::string answer);
-
-// Takes over a picture that the page has numbered; null for 0.
-gfx::ImageRef takePagePicture(int picture);
 
 }  // namespace kalim

@@ -15,6 +15,7 @@
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 #include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/host/browser/PagePictures.h"
 #include "kalimkit/host/seat/ReopenQuestion.h"
 
 // Documents that the page gives and takes. Those that are read wait by their numbers until the page
@@ -164,6 +165,7 @@ KALIM_EXPORT("begin_document") int beginDocument(bool isSealed) {
         kalim::SealedDocument sealed = canvas->sealedDocument();
         sealedPicture = sealed.picture ? kalim::gfx::HtmlRaster::of(*sealed.picture) : nullptr;
         picture = sealedPicture ? sealedPicture->picture() : -1;
+        if (sealedPicture) kalim::tellExported(picture, sealed.exported);
         saved = std::move(sealed.document);
     } else {
         saved = canvas->document();

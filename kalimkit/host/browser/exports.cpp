@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "kalimkit/album/KVAlbumManager.h"
-#include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/host/browser/PageEditor.h"
+#include "kalimkit/host/browser/PagePictures.h"
 
 // What the page calls. A module holds one editor; a page with several has as many modules. What is
 // longer than a number lies in the module's buffer. What asks for an editor does nothing while no
@@ -62,12 +62,6 @@ void kalim::dropPageText() {
 
 void kalim::setPageAnswer(std::string text) {
     answer = std::move(text);
-}
-
-kalim::gfx::ImageRef kalim::takePagePicture(int picture) {
-    const auto raster = gfx::HtmlRaster::adopt(picture);
-    if (!raster) return nullptr;
-    return std::make_shared<const gfx::Image>(raster, 1, gfx::ImageOrientation::Up);
 }
 
 // The module's buffer, at least as many bytes; it moves when it grows.

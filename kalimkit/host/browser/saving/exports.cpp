@@ -1,18 +1,14 @@
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "kalimkit/codec/AlphaRows.h"
 #include "kalimkit/codec/Saving.h"
 
 // What a page calls to have one picture saved; every saving has a module of its own, so nothing is
-// given back. Pixels come as a canvas tells them, straight and in the order red, green, blue,
-// alpha.
+// given back. Pixels lie as in a Bitmap.
 
 #define KALIM_EXPORT(name) __attribute__((export_name(name)))
 
@@ -33,16 +29,6 @@ kalim::codec::SavedPicture saved;
 
 Bitmap& bitmapAt(Place place) {
     return place == Place::Result ? result : pixels;
-}
-
-// From the order of a canvas into that of a bitmap.
-void finish(Bitmap& bitmap) {
-    for (int y = 0; y < bitmap.height(); ++y) {
-        std::uint8_t* const row = bitmap.row(y);
-        for (std::size_t i = 0; i < bitmap.stride(); i += 4)
-            std::swap(row[i], row[i + 2]);
-        kalim::codec::premultiplyRow(row, static_cast<std::size_t>(bitmap.width()));
-    }
 }
 
 std::string_view answerOf(Answer answer) {
@@ -85,8 +71,6 @@ KALIM_EXPORT("hidden") void* hiddenRoom(int count) {
 KALIM_EXPORT("save")
 bool save(int format, int quality, int metadata, int partX, int partY, int partWidth,
           int partHeight, int x, int y, int quarterTurns) {
-    finish(result);
-    finish(pixels);
     kalim::codec::SavingSource source;
     source.file = file;
     source.pixels = pixels.isEmpty() ? nullptr : &pixels;
