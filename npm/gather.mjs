@@ -43,6 +43,7 @@ function copyScripts(folder, target, isWanted = (name) => name.endsWith('.js')) 
 function copyLibrary(target) {
   copyScripts('kalimkit/backend/html', target);
   copyScripts('kalimkit/host/browser', target);
+  copyScripts('kalimkit/host/browser/saving', target);
   for (const module of modules) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
 }
 
@@ -70,7 +71,7 @@ function stripComments(target) {
   }
 }
 
-// With the names of all files, and a version that is another one as soon as any of them is.
+// With the names of all files but that which is kept only once it was needed, and a version that is another one as soon as any of them is.
 function writeWorker(target) {
   const template = readFileSync(join(target, 'worker.js'), 'utf8');
   rmSync(join(target, 'worker.js'));
@@ -78,7 +79,7 @@ function writeWorker(target) {
   const names = filesBelow(target).map((path) => {
     hash.update(readFileSync(path));
     return relative(target, path);
-  });
+  }).filter((name) => !name.endsWith('-codec.wasm'));
   const list = names.map((name) => `  '${name}',\n`).join('');
   const text = template.replace("'VERSION'", `'${hash.digest('hex').slice(0, 16)}'`)
     .replace('[]', `[\n${list}]`);

@@ -1,6 +1,7 @@
 // The page: a picture comes in by a file, a drop or the clipboard, and goes out marked up.
 
 import { nameOf } from './kalimkit/host/browser/keys.js';
+import { endings } from './kalimkit/host/browser/pictures.js';
 import './npm/src/element.js';
 import { keepForOffline } from './offline.js';
 import { language, say } from './texts.js';
@@ -9,8 +10,6 @@ const $ = (id) => document.getElementById(id);
 const editor = $('editor');
 const result = $('result');
 
-// Types that a picture keeps on its way through, with their endings; others become PNG.
-const endings = { 'image/png': 'png', 'image/jpeg': 'jpg', 'image/webp': 'webp' };
 const title = document.title;
 
 let pictureName = 'picture';
@@ -89,10 +88,9 @@ editor.addEventListener('kalim-finish', (event) => {
   event.preventDefault();
   show(event.detail.blob);
 });
-editor.addEventListener('kalim-open', ({ detail: { name, type } }) => {
+editor.addEventListener('kalim-open', ({ detail: { name } }) => {
   pictureName = name.replace(/\.[^.]*$/, '') || 'picture';
   document.title = name ? `${name} – ${title}` : title;
-  editor.type = type in endings ? type : 'image/png';
 });
 editor.addEventListener('kalim-close', () => {
   $('hint').textContent = say.hint;

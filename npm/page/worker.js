@@ -21,7 +21,12 @@ async function forgetOthers() {
 
 async function answer(request) {
   const cache = await caches.open(kept);
-  return (await cache.match(request, { ignoreSearch: true })) ?? fetch(request);
+  const found = await cache.match(request, { ignoreSearch: true });
+  if (found) return found;
+  const response = await fetch(request);
+  // What not everybody needs, from the first time on.
+  if (response.ok && request.url.endsWith('-codec.wasm')) await cache.put(request, response.clone());
+  return response;
 }
 
 self.addEventListener('install', (event) => event.waitUntil(keep()));

@@ -15,10 +15,13 @@ const choices = {
   'line-width': (editor, value) => editor.chooseLineWidth(widthOf(value)),
 };
 // Properties that are their attributes' texts.
-const texts = { src: 'src', wasmUrl: 'wasm-url', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery' };
+const texts = {
+  src: 'src', wasmUrl: 'wasm-url', codecUrl: 'codec-url', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery',
+};
 const properties = [
-  ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'screenSize', 'grow', 'strings',
+  ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'metadata', 'screenSize', 'grow', 'strings',
 ];
+const metadataModes = ['safe', 'keep', 'none'];
 // What kalim-change tells of an element without a picture.
 const closed = { canUndo: false, canRedo: false, count: 0, dirty: false };
 
@@ -50,7 +53,7 @@ function makeCorners() {
 
 // A server has no elements, and defines none.
 export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
-  static observedAttributes = ['src', 'type', 'quality', 'wheel', 'recovery', ...Object.keys(choices)];
+  static observedAttributes = ['src', 'type', 'quality', 'metadata', 'wheel', 'recovery', ...Object.keys(choices)];
 
   #stage;
   #idle;
@@ -131,10 +134,12 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     return this.#editor?.isOpen ?? false;
   }
 
-  async exportImage({ type = this.type, quality = this.quality, screenSize = this.screenSize } = {}) {
+  async exportImage({
+    type = this.type, quality = this.#quality, metadata = this.metadata, screenSize = this.screenSize,
+  } = {}) {
     if (!this.isOpen) return null;
     const scale = screenSize ? 'screen' : 'picture';
-    return this.#editor.exportImage({ scale, type, quality });
+    return this.#editor.exportImage({ scale, type, quality, metadata });
   }
 
   async getDocument(options) {
@@ -215,7 +220,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   get type() {
-    return this.getAttribute('type') ?? 'image/png';
+    return this.getAttribute('type') ?? 'auto';
   }
 
   set type(type) {
@@ -223,12 +228,20 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   get quality() {
-    const quality = Number.parseFloat(this.getAttribute('quality'));
-    return quality >= 0 && quality <= 1 ? quality : 0.92;
+    return this.#quality ?? 0.92;
   }
 
   set quality(quality) {
     reflect(this, 'quality', quality);
+  }
+
+  get metadata() {
+    const mode = this.getAttribute('metadata');
+    return metadataModes.includes(mode) ? mode : 'safe';
+  }
+
+  set metadata(mode) {
+    reflect(this, 'metadata', mode);
   }
 
   get screenSize() {
@@ -291,8 +304,14 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     } else if (name === 'wheel') {
       this.#editor?.setWheel(value);
     } else {
-      this.#editor?.setSending(this.type, this.quality);
+      this.#editor?.setSending(this.type, this.#quality, this.metadata);
     }
+  }
+
+  // Null where it was not said.
+  get #quality() {
+    const quality = Number.parseFloat(this.getAttribute('quality'));
+    return quality >= 0 && quality <= 1 ? quality : null;
   }
 
   // What was set before the element was known as one.
@@ -391,7 +410,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       language: languageAround(this),
       strings: this.strings,
       type: this.type,
-      quality: this.quality,
+      quality: this.#quality,
+      metadata: this.metadata,
       exportsAtPictureScale: !this.screenSize,
       grow: this.grow,
       wheel: this.wheel,
@@ -436,10 +456,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   async #make(session) {
     // By then a script has set all the attributes.
     await null;
-    const wasm = this.getAttribute('wasm-url');
     const corners = () => session.corners.map((corner) => corner.getBoundingClientRect());
     const options = { corners, wheel: this.wheel };
-    if (wasm !== null) options.wasm = new URL(wasm, this.baseURI);
+    for (const [option, address] of [['wasm', this.wasmUrl], ['codec', this.codecUrl]]) {
+      if (address !== null) options[option] = new URL(address, this.baseURI);
+    }
     const editor = await KalimEditor.create(session.canvas, options).catch((error) => {
       throw moduleError(error);
     });
@@ -487,6 +508,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       this.#follow(detail);
       this.#tell('kalim-tool', detail);
     });
+    on('warning', ({ detail }) => this.#warn(detail.error, 'goes on'));
     on('error', ({ detail }) => {
       this.#failed(detail.error);
       // One that has stopped is of no more use; what was drawn may be gone on with.
@@ -512,9 +534,9 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   // What the user does not have to know: work goes on.
-  #warn(error) {
+  #warn(error, what = 'goes on without recovery') {
     if (!this.#tell('kalim-warning', { error }, true)) return;
-    console.warn(`<kalim-editor> goes on without recovery: ${error.message}`);
+    console.warn(`<kalim-editor> ${what}: ${error.message}`);
   }
 
   #tellChange() {

@@ -7,14 +7,25 @@ export type KalimPicture = string | URL | ImageBitmapSource;
 /** What a picture is drawn on with. */
 export type KalimTool = 'PENS';
 
-/** Types that every browser can make; some make `image/png` instead of `image/webp`. */
-export type KalimImageType = 'image/png' | 'image/jpeg' | 'image/webp';
+/**
+ * `auto` is the type of the picture's own file, as far as that is one of these, and `image/png` otherwise. Some
+ * browsers make `image/png` instead of `image/webp` of what did not come as a JPEG, PNG or WebP file.
+ */
+export type KalimImageType = 'auto' | 'image/png' | 'image/jpeg' | 'image/webp';
+
+/**
+ * What of the data in a JPEG, PNG or WebP file goes along with a picture that came from it: `safe` keeps orientation,
+ * dates, camera, exposure, copyright and resolution; `keep` all but thumbnails; `none` nothing. Colours always do.
+ */
+export type KalimMetadata = 'safe' | 'keep' | 'none';
 
 export interface KalimExportOptions {
   /** The element's type is the default. */
   type?: KalimImageType;
   /** Ranges from 0 to 1 and counts for JPEG and WebP; the element's is the default. */
   quality?: number;
+  /** The element's is the default. */
+  metadata?: KalimMetadata;
   /** Whether the picture is as large as on the screen instead of full size; the element's answer is the default. */
   screenSize?: boolean;
 }
@@ -67,7 +78,11 @@ export interface KalimEditorElementEventMap {
    * was to open, unless a listener prevents that; the work then waits until another one is begun under its key.
    */
   'kalim-recover': CustomEvent<{ name: string; began: Date; steps: number }>;
-  /** Work cannot be kept, and goes on without recovery. Told once, to the console unless a listener prevents it. */
+  /**
+   * Work cannot be kept, and goes on without recovery, which is told once; or a picture was sent without its file's
+   * data, encoded anew, because the module for saving could not be had. Told to the console unless a listener prevents
+   * it.
+   */
   'kalim-warning': CustomEvent<{ error: Error }>;
 }
 
@@ -84,16 +99,20 @@ export class KalimEditorElement extends HTMLElement {
   color: string | null;
   /** The width that the user draws with, in thousandths of the picture's longer side, from 1 to 100. */
   lineWidth: number | null;
-  /** Of the picture that is sent; `image/png` by default. */
+  /** Of the picture that is sent; `auto` by default. */
   type: KalimImageType;
-  /** Ranges from 0 to 1; 0.92 is the default. */
+  /** Ranges from 0 to 1. Unless it is set a file of the same type keeps its own, and 0.92 counts for others. */
   quality: number;
+  /** What of its file's data goes along with the picture that is sent; `safe` by default. */
+  metadata: KalimMetadata;
   /** Whether what is sent is as large as on the screen; from the next picture on. */
   screenSize: boolean;
   /** Whether what is drawn beyond the picture's edge enlarges what is sent; from the next picture on. */
   grow: boolean;
   /** Where the module is, if not beside the scripts; for pictures that are opened while none is. */
   wasmUrl: string | null;
+  /** The same of the module for saving, which is fetched when a picture is saved. */
+  codecUrl: string | null;
   /** `ctrl` leaves a wheel without that key to the page. */
   wheel: 'ctrl' | null;
   /** `lose` keeps the browser from asking before the user leaves unsent work. */
@@ -164,12 +183,16 @@ export const Pen: Readonly<Record<KalimTool, number>>;
 export interface KalimEditorOptions {
   /** Where the module is, its bytes, or the module itself. */
   wasm?: string | URL | BufferSource | WebAssembly.Module;
+  /** The same of the module for saving. */
+  codec?: string | URL | BufferSource | WebAssembly.Module;
   /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
   language?: string;
   /** Replaces texts, which are found by the Chinese ones. */
   strings?: Record<string, string>;
+  /** `auto` by default. */
   type?: KalimImageType;
   quality?: number;
+  metadata?: KalimMetadata;
   exportsAtPictureScale?: boolean;
   /** Whether what is drawn beyond the picture's edge enlarges the result; false by default: it is cut there. */
   grow?: boolean;
@@ -206,20 +229,21 @@ export interface KalimScreenNode {
  * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
  * `detail.blob`, `close`, `open`, with `detail.picture`, `width` and `height`, `change`, `tool`, with a `KalimPen`,
  * `select`, with `detail.count`, `busy`, `picture`, with `detail.picture` that the user has taken instead, and
- * `error`, with `detail.error`.
+ * `warning` and `error`, with `detail.error`.
  */
 export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
   private constructor();
   destroy(): void;
-  open(picture: ImageBitmapSource | Promise<ImageBitmapSource>, options?: Omit<KalimEditorOptions, 'wasm'>): Promise<boolean>;
+  open(picture: ImageBitmapSource | Promise<ImageBitmapSource>, options?: Omit<KalimEditorOptions, 'wasm' | 'codec'>): Promise<boolean>;
   offer(picture: ImageBitmapSource | Promise<ImageBitmapSource>): Promise<boolean>;
   dismiss(): void;
   readonly isOpen: boolean;
   clickPickImage(): void;
-  exportImage(options?: { scale?: KalimScale; type?: KalimImageType; quality?: number }):
+  /** A PNG unless told. */
+  exportImage(options?: { scale?: KalimScale; type?: KalimImageType; quality?: number; metadata?: KalimMetadata }):
     Promise<Blob | null>;
-  exportImageAtPictureScale(options?: { type?: KalimImageType; quality?: number }):
+  exportImageAtPictureScale(options?: { type?: KalimImageType; quality?: number; metadata?: KalimMetadata }):
     Promise<Blob | null>;
   getDocument(options?: KalimDocumentOptions): Promise<Blob | null>;
   /** Gives the user what would be sent now as a download; false when there is nothing. */
@@ -230,7 +254,7 @@ export class KalimEditor extends EventTarget {
   setTopNavigationItemTitle(isCloseButton: boolean, title: string): void;
   askToClose(): void;
   /** Of the picture that is sent from now on. */
-  setSending(type: KalimImageType, quality: number): void;
+  setSending(type: KalimImageType, quality?: number | null, metadata?: KalimMetadata): void;
   setWheel(wheel: 'always' | 'ctrl' | null): void;
   readonly isUnsent: boolean;
   /** A picture comes in or goes out; fingers and keys wait. */

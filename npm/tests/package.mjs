@@ -2,7 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { existsSync, readFileSync } from 'node:fs';
+import { existsSync, readFileSync, readdirSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { join } from 'node:path';
 import { execPath } from 'node:process';
@@ -58,9 +58,18 @@ test('a plain page shows a picture', async () => {
 test('a bundled app shows a picture and finds the module by itself', async () => {
   await open('/app/dist/index.html');
   await page.waitFor(() => document.title === 'open');
-  const wasm = await page.evaluate(() => performance.getEntriesByType('resource')
+  const modules = () => page.evaluate(() => performance.getEntriesByType('resource')
     .map(({ name }) => new URL(name).pathname).filter((path) => path.endsWith('.wasm')));
-  assert.match(wasm.join(), /^\/app\/dist\/assets\/kalimkit-[^/]+\.wasm$/);
+  assert.match((await modules()).join(), /^\/app\/dist\/assets\/kalimkit-[^/]+\.wasm$/);
+  // So it does the module for saving, and the worker that runs it.
+  assert.ok(readdirSync(join(app, 'dist/assets')).some((name) => name.startsWith('worker-')));
+  const saved = await page.evaluate(async () => {
+    const editor = document.querySelector('kalim-editor');
+    await editor.open(new URL('/photos/rocket.jpg', document.baseURI));
+    return (await editor.exportImage()).type;
+  });
+  assert.equal(saved, 'image/jpeg');
+  assert.match((await modules()).join(), /\/app\/dist\/assets\/kalimkit-codec-[^/]+\.wasm$/);
   // What the compiler refuses is also told where it runs.
   const complaints = await page.complaints();
   assert.equal(complaints.length, 1);

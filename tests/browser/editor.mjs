@@ -318,11 +318,13 @@ test('a picture that cannot be read is refused with an alert, another one can be
   // Nobody could answer the browser's own dialog.
   await page.evaluate(() => {
     HTMLInputElement.prototype.click = () => {};
+    window.isOther = false;
+    window.kalimEditor.addEventListener('kalim-open', () => { window.isOther = true; });
     window.kalimEditor.pickPicture();
   });
   const picker = () => window.kalimEditor.shadowRoot.querySelector('input[hidden]');
   await page.chooseFile(picker, await stripesFile('other.png', other));
-  await page.waitFor(() => !window.kalimEditor.shadowRoot.querySelector('input[hidden]'));
+  await page.waitFor(() => window.isOther && !window.kalimEditor.shadowRoot.querySelector('input[hidden]'));
   await send(other, 'other-annotated.png');
 });
 

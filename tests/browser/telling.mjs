@@ -98,11 +98,9 @@ const sign = (name) => page.evaluate((id) => {
 test('one is sent at a time, with a sign, and drawing waits meanwhile', async () => {
   await drag([150, 150], [180, 180], [250, 220]);
   await page.evaluate(() => {
-    const { toBlob } = HTMLCanvasElement.prototype;
-    HTMLCanvasElement.prototype.toBlob = function wait(done, ...given) {
-      toBlob.call(this, (blob) => {
-        window.goOn = () => done(blob);
-      }, ...given);
+    const { postMessage } = Worker.prototype;
+    Worker.prototype.postMessage = function wait(...given) {
+      window.goOn = () => postMessage.apply(this, given);
     };
     window.first.addEventListener('kalim-finish', (event) => event.preventDefault());
   });
@@ -110,6 +108,7 @@ test('one is sent at a time, with a sign, and drawing waits meanwhile', async ()
   await drag([60, 150], [80, 180], [120, 220]);
   assert.equal(await sign('working'), 'One moment…');
   assert.equal(await toolCount(), 1);
+  await page.waitFor(() => window.goOn);
   await page.evaluate(() => window.goOn());
   await page.waitFor(() => !window.first.dirty);
   await rest();

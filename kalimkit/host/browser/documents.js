@@ -86,7 +86,8 @@ export class Documents {
   #saving = Promise.resolve();
 
   // target: module(), call(name, ...values), given(), what was given as the picture that is open, saved(step)
-  // with the number of the step up to which the canvas was saved, and step(), that number now.
+  // with the number of the step up to which the canvas was saved, step(), that number now, and
+  // encoded(id, { type, quality }), a Blob of a picture that is given away.
   constructor(target) {
     this.#target = target;
   }
@@ -120,11 +121,12 @@ export class Documents {
 
   // With a number, of that picture, which is to be given away.
   async #file(picture) {
-    const { drawing } = this.#target.module();
     const { given, source } = this.#target.given();
     if (!picture) return pictureFile(given, source);
-    const original = given.file ? given.mediaType || await mediaTypeOf(given.file) : 'image/png';
-    const mediaType = original === 'image/png' ? original : 'image/jpeg';
-    return { blob: await encode(drawing.sourceOf(picture), mediaType, sealedQuality), mediaType };
+    const { fileType } = given;
+    const mediaType = given.file && fileType !== 'image/png' ? 'image/jpeg' : 'image/png';
+    const quality = fileType === 'image/jpeg' ? null : sealedQuality;
+    const blob = await this.#target.encoded(picture, { type: mediaType, quality });
+    return { blob, mediaType };
   }
 }

@@ -1,8 +1,8 @@
 // The pictures that an editor takes in and gives out.
 
 import { checkFit, readGiven } from './documents.js';
-import { isFile } from './formats.js';
-import { askForFile, decode, download, encode, tooLarge } from './pictures.js';
+import { isFile, mediaTypeOf } from './formats.js';
+import { askForFile, decode, download, encode, endings, tooLarge } from './pictures.js';
 
 export class Exchange {
   #element;
@@ -16,11 +16,14 @@ export class Exchange {
   // The picture about which the user is asked whether to go on with what was drawn on it; null for none.
   #asking = null;
   #isSending = false;
+  // How the picture that the module told of last came about: the numbers of exported() in BrowserImports.h.
+  #exported = [];
   #endPicking = () => {};
 
   // target: module(), call(name, ...values), dispatch(type, detail), which tells the page, hold(isHeld)
   // while a picture comes in or goes out, sending() and sent(isDone) around what is sent, needsRoom(),
-  // whether a picture is to be sent at its own size, and inside(), what becomes of a document in a picture.
+  // whether a picture is to be sent at its own size, inside(), what becomes of a document in a picture, and
+  // save(source, origin, sending), see Saver.
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
@@ -34,7 +37,7 @@ export class Exchange {
     const read = (given) => readGiven(this.#target.module(), given, inside);
     const come = await this.#come(picture, needsRoom, read, false);
     if (!come) return false;
-    show(this.#target.module().drawing.addPicture(come.bitmap), come.document);
+    show(this.#add(come), come.document);
     this.#ask(come);
     return true;
   }
@@ -45,7 +48,7 @@ export class Exchange {
     const given = new File([file], name, { type: mediaType || file.type });
     const read = () => ({ picture: file, mediaType, document: 0, isAsking: false, isBegun: true });
     const come = await this.#come(given, needsRoom, read, false);
-    if (come) show(this.#target.module().drawing.addPicture(come.bitmap));
+    if (come) show(this.#add(come));
     return come !== null;
   }
 
@@ -55,7 +58,7 @@ export class Exchange {
     const read = (given) => readGiven(this.#target.module(), given, this.#target.inside());
     const come = await this.#come(picture, this.#target.needsRoom(), read, true);
     if (!come) return false;
-    const id = this.#target.module().drawing.addPicture(come.bitmap);
+    const id = this.#add(come);
     // The question that is up is about this one from now on.
     if (this.#pending) this.#answer(false);
     const isTaken = await new Promise((answer) => {
@@ -121,14 +124,26 @@ export class Exchange {
     }
   }
 
-  // { given, bitmap, document, isAsking }.
+  // Gives the module a picture, and tells it how the file of a JPEG holds the pixels together: before anything is
+  // hidden there.
+  #add({ bitmap, jpeg }) {
+    const module = this.#target.module();
+    const id = module.drawing.addPicture(bitmap);
+    if (jpeg) module.call('picture_file', id, module.putBytes(jpeg));
+    return id;
+  }
+
+  // { given, bitmap, document, isAsking, jpeg }: the bytes of a JPEG, null of any other picture.
   async #decoded(given, read, needsRoom, isOffered) {
     const module = this.#target.module();
-    const come = { given, bitmap: null, document: read.document, isAsking: read.isAsking };
+    const come = { given, bitmap: null, document: read.document, isAsking: read.isAsking, jpeg: null };
     try {
-      come.bitmap = await decode(read.picture);
+      const typed = isFile(read.picture) ? mediaTypeOf(read.picture) : '';
+      const [bitmap, fileType] = await Promise.all([decode(read.picture), typed]);
+      come.bitmap = bitmap;
+      if (fileType === 'image/jpeg') come.jpeg = new Uint8Array(await read.picture.arrayBuffer());
       checkFit(module, given, read, come.bitmap);
-      this.#admit(come.bitmap, given, read, needsRoom, isOffered);
+      this.#admit(come.bitmap, given, { ...read, fileType }, needsRoom, isOffered);
       return come;
     } catch (error) {
       this.#drop(come);
@@ -146,8 +161,8 @@ export class Exchange {
     const { width, height } = bitmap;
     if (needsRoom && !this.#target.module().drawing.hasRoom(width, height)) throw tooLarge({ width, height });
     const file = isFile(read.picture) ? read.picture : null;
-    const { mediaType, isBegun = false } = read;
-    this.#given.set(bitmap, { picture, width, height, isOffered, file, mediaType, isBegun });
+    const { mediaType, fileType, isBegun = false } = read;
+    this.#given.set(bitmap, { picture, width, height, isOffered, file, mediaType, fileType, isBegun });
   }
 
   #answer(isTaken) {
@@ -172,23 +187,45 @@ export class Exchange {
     this.#endPicking = () => {};
   }
 
-  // Null for no picture; rejects when there was no room for one.
-  async encoded(id, type, quality) {
+  note(exported) {
+    this.#exported = exported;
+  }
+
+  // Of a picture that the module has just told of, see Saver; null for one that is of no file.
+  #originOf(id) {
+    const [picture, source, x, y, turns, ...rects] = this.#exported;
+    if (picture !== id) return null;
+    const { given, source: original } = this.given(source);
+    if (!given.file) return null;
+    const part = rects.slice(0, 4);
+    const isAtItsScale = part[2] > 0 && part[3] > 0;
+    return {
+      file: given.file,
+      type: given.fileType,
+      source: isAtItsScale ? original : null,
+      placement: [...part, x, y, turns],
+      hidden: rects.slice(4),
+    };
+  }
+
+  // sending: { type, quality, metadata }, as options of the editor. Null for no picture; rejects when there was no
+  // room for one.
+  async encoded(id, sending) {
     const { drawing } = this.#target.module();
-    if (id) return encode(drawing.sourceOf(id), type, quality);
+    if (id) return this.#target.save(drawing.sourceOf(id), this.#originOf(id), sending);
     const refused = drawing.takeRefused();
     if (refused) throw tooLarge(refused);
     return null;
   }
 
   // Only one picture is sent at a time.
-  async confirm(id, { type, quality }) {
+  async confirm(id, sending) {
     if (this.#isSending) return;
     this.#isSending = true;
     this.#target.hold(true);
     this.#target.sending();
     try {
-      const blob = await this.encoded(id, type, quality);
+      const blob = await this.encoded(id, sending);
       this.#target.sent(blob !== null);
       this.#target.dispatch('confirm', { blob });
     } catch (error) {
@@ -201,7 +238,8 @@ export class Exchange {
   }
 
   copy(id) {
-    const blob = this.encoded(id, 'image/png');
+    const { drawing } = this.#target.module();
+    const blob = id ? encode(drawing.sourceOf(id), 'image/png') : this.encoded(id);
     blob.catch(() => {});
     queueMicrotask(async () => {
       try {
@@ -212,9 +250,10 @@ export class Exchange {
     });
   }
 
-  async save(id) {
+  async save(id, sending) {
     try {
-      download(await this.encoded(id, 'image/png'), 'picture.png');
+      const blob = await this.encoded(id, sending);
+      download(blob, `picture.${endings[blob.type] ?? 'png'}`);
     } catch (error) {
       this.#target.dispatch('error', { error });
     }
@@ -235,7 +274,7 @@ export class Exchange {
     try {
       const read = await readGiven(this.#target.module(), file, 'flat');
       const come = await this.#decoded(file, read, this.#target.needsRoom(), true);
-      if (!come.document) return this.#target.module().drawing.addPicture(come.bitmap);
+      if (!come.document) return this.#add(come);
       // A document goes the way of those that the page offers.
       this.#drop(come);
       this.offer(file).catch((error) => this.#target.dispatch('error', { error }));

@@ -9,6 +9,7 @@ import { watchKeys } from './keys.js';
 import { Module } from './module.js';
 import { News, closedState, readState } from './news.js';
 import { Pointers } from './pointers.js';
+import { Saver } from './saving/saver.js';
 import { Schedule } from './schedule.js';
 import { Screen } from './screen.js';
 import { Typing } from './typing.js';
@@ -17,8 +18,9 @@ export { Pen };
 
 const defaults = {
   strings: {},
-  type: 'image/png',
-  quality: 0.92,
+  type: 'auto',
+  quality: null,
+  metadata: 'safe',
   exportsAtPictureScale: true,
   grow: false,
   wheel: 'always',
@@ -38,6 +40,7 @@ const exportScales = { screen: 0, picture: 1, view: 2 };
 //   select   the selection is another one: detail.count
 //   busy     a picture comes in or goes out, or no more: isBusy; fingers and keys wait meanwhile
 //   picture  the user has taken another picture, offered, pasted or picked: detail.picture
+//   warning  detail.error: the picture is sent, but not as its file was, see Saver
 //   error    detail.error: the picture to be sent could not be made, or the editor has stopped, and
 //            every call but destroy() throws from now on
 // The editor stays until the page calls dismiss() or destroy().
@@ -51,6 +54,7 @@ export class KalimEditor extends EventTarget {
   #schedule;
   #exchange;
   #documents;
+  #saver;
   #isDestroyed = false;
   #choices = new Choices();
   #news;
@@ -66,7 +70,10 @@ export class KalimEditor extends EventTarget {
   //   wasm      where the module is, or the module itself; beside this script by default
   //   language  of the texts, such as 'en-GB'; the browser's by default. All but Chinese are English
   //   strings   other texts, by the Chinese ones
-  //   type, quality           of the picture that is sent, as of HTMLCanvasElement.toBlob
+  //   codec     the same of the module for saving, which is fetched when a picture that came as a file is saved
+  //   type      of the picture that is sent: 'auto', that of its own file or PNG, or a media type
+  //   quality   of it, from 0 to 1; that of its file by default, as far as it has the same type
+  //   metadata  what of its file's data go along: 'safe', 'keep' or 'none'
   //   exportsAtPictureScale   false for a picture that is as large as it is on the screen
   //   grow      true where what is drawn beyond the picture's edge enlarges the result, instead of
   //             being cut there
@@ -96,6 +103,7 @@ export class KalimEditor extends EventTarget {
       },
       needsRoom: () => this.#options.exportsAtPictureScale,
       inside: () => this.#options.inside,
+      save: (...values) => this.#saver.save(...values),
     });
     this.#documents = new Documents({
       module: () => this.#module,
@@ -103,6 +111,7 @@ export class KalimEditor extends EventTarget {
       given: () => this.#exchange.given(this.#news.state.picture),
       step: () => this.#news.step,
       saved: (step) => this.#news.saved(step),
+      encoded: (id, sending) => this.#exchange.encoded(id, { ...sending, metadata: this.#options.metadata }),
     });
     this.#news = new News({
       tell: (type, detail) => {
@@ -112,6 +121,8 @@ export class KalimEditor extends EventTarget {
       givenAs: (id) => this.#exchange.givenAs(id),
     });
     this.#options = { ...defaults, language: navigator.language, ...said(options) };
+    const codec = options.codec ?? new URL('./kalimkit-codec.wasm', import.meta.url);
+    this.#saver = new Saver(codec, (error) => this.#dispatch('warning', { error }));
   }
 
   // Gives everything back; the editor is not used any more. A second time does nothing.
@@ -200,9 +211,9 @@ export class KalimEditor extends EventTarget {
     this.#call('dismiss');
   }
 
-  // Of the picture that is sent from now on.
-  setSending(type, quality) {
-    this.#options = { ...this.#options, type, quality };
+  // Of the picture that is sent from now on, as create() takes them.
+  setSending(type, quality = null, metadata = this.#options.metadata) {
+    this.#options = { ...this.#options, type, quality, metadata };
   }
 
   // Takes 'ctrl' or 'always', as create() does.
@@ -227,13 +238,13 @@ export class KalimEditor extends EventTarget {
   // Picture and drawings as a Blob, at the screen's pixels per point or, with scale 'picture', one
   // pixel for each of the picture; 'view' is what the canvas shows. Null when there is nothing; rejects
   // when the browser has no room for it.
-  async exportImage({ scale = 'screen', type = 'image/png', quality = 0.92 } = {}) {
+  async exportImage({ scale = 'screen', type = 'image/png', quality = null, metadata = this.#options.metadata } = {}) {
     if (!Object.hasOwn(exportScales, scale)) throw new TypeError(`"${scale}" is no scale of an export`);
     const { drawing } = this.#module;
     drawing.takeRefused();
     const picture = this.#call('export_picture', exportScales[scale]);
     try {
-      return await this.#exchange.encoded(picture, type, quality);
+      return await this.#exchange.encoded(picture, { type, quality, metadata });
     } finally {
       if (this.#module.isAlive) this.#module.call('end_export');
       drawing.dropLayers();
@@ -406,6 +417,10 @@ export class KalimEditor extends EventTarget {
         }),
       text_left: () => this.#typing.leave(),
       pick_image: () => this.#exchange.pick(),
+      exported: (at, count) => {
+        const begin = at >>> 3;
+        this.#exchange.note([...heap.doubles.subarray(begin, begin + count)]);
+      },
       on_confirm: (picture) => this.#exchange.confirm(picture, this.#options),
       on_close: () => this.#tell('close'),
       on_reopen: () => this.#reopen(),
@@ -413,7 +428,7 @@ export class KalimEditor extends EventTarget {
       on_step: (at, length) => this.#works?.step(heap.text(at, length)),
       on_restart: () => this.#works?.restart(),
       copy_picture: (picture) => this.#exchange.copy(picture),
-      save_picture: (picture) => this.#exchange.save(picture),
+      save_picture: (picture) => this.#exchange.save(picture, this.#options),
     };
   }
 
@@ -426,6 +441,7 @@ export class KalimEditor extends EventTarget {
     this.#schedule.stop();
     this.#typing.leave();
     this.#exchange.stop();
+    this.#saver.stop();
   }
 
   #failed(error) {

@@ -1,5 +1,8 @@
 // Pictures that come into the editor and go out of it.
 
+// Of names of files that are sent, by their types.
+export const endings = { 'image/png': 'png', 'image/jpeg': 'jpg', 'image/webp': 'webp' };
+
 // What drawImage takes gives no pixels back once something is in it that another site keeps to itself.
 function isReadable(bitmap) {
   const pixel = document.createElement('canvas').getContext('2d');
