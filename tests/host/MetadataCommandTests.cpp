@@ -29,6 +29,7 @@ TEST(MetadataOption, IsThatOfEveryCommandThatWritesPictures) {
         {"render", "w.kalim", "-o", "out.jpg"},
         {"image", "turn", "in.jpg", "out.jpg"},
         {"image", "fit", "--size", "99x99", "in.jpg", "out.jpg"},
+        {"redact", "in.jpg", "-o", "out.jpg", "--rect", "8,8,64,64"},
     };
     const std::string exports[] = {R"({"export":"out.jpg","at":"picture"})",
                                    R"({"export":"out.jpg"})"};
