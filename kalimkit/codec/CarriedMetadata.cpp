@@ -69,6 +69,10 @@ Bytes writtenExif(TiffStructure structure, FileFormat format) {
     return writeTiff(structure);
 }
 
+void addBlock(CarriedMetadata& carried, const MetadataSource::Block& block) {
+    carried.blocks.push_back({block.type, {block.data.begin(), block.data.end()}});
+}
+
 // A text in UTF-8, of no language, not packed.
 Block textBlock(std::string_view keyword, std::string_view text) {
     Block block{chunkType("iTXt"), {keyword.begin(), keyword.end()}};
@@ -130,8 +134,8 @@ void addSafeBlocks(CarriedMetadata& carried, const MetadataSource& source, FileF
         if (!text.text.empty() && text.text.size() <= longest)
             carried.blocks.push_back(textBlock(text.keyword, text.text));
     }
-    for (const Block& block : source.blocks) {
-        if (block.type == chunkType("tIME")) carried.blocks.push_back(block);
+    for (const MetadataSource::Block& block : source.blocks) {
+        if (block.type == chunkType("tIME")) addBlock(carried, block);
     }
 }
 
@@ -151,7 +155,7 @@ void addTexts(CarriedMetadata& carried, const MetadataSource& source, FileFormat
     }
     for (const auto& [text, block] : source.texts) {
         if (holdsPicture(bytesOf(text.text))) continue;
-        if (format == FileFormat::Png) carried.blocks.push_back(block);
+        if (format == FileFormat::Png) addBlock(carried, block);
         if (format == FileFormat::Jpeg && text.keyword == "Comment")
             carried.blocks.push_back({comment, {text.text.begin(), text.text.end()}});
     }
@@ -160,10 +164,10 @@ void addTexts(CarriedMetadata& carried, const MetadataSource& source, FileFormat
 // A picture may go over several segments of a JPEG, so one that begins drops all of that kind.
 void addUnknownBlocks(CarriedMetadata& carried, const MetadataSource& source) {
     std::map<std::uint32_t, std::size_t> lengths;
-    for (const Block& block : source.blocks)
+    for (const MetadataSource::Block& block : source.blocks)
         lengths[block.type] += holdsPicture(block.data) ? longestUnknown + 1 : block.data.size();
-    for (const Block& block : source.blocks) {
-        if (lengths[block.type] <= longestUnknown) carried.blocks.push_back(block);
+    for (const MetadataSource::Block& block : source.blocks) {
+        if (lengths[block.type] <= longestUnknown) addBlock(carried, block);
     }
 }
 

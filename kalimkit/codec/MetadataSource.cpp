@@ -46,6 +46,9 @@ constexpr std::array droppedChunks{
 // The document that a PNG of ours holds has the picture without what hides it.
 constexpr std::string_view documentKeyword = "kalimkit";
 
+// No file that a program writes has more of a kind.
+constexpr std::size_t mostParts = 1000;
+constexpr std::size_t longestData = std::size_t{16} << 20U;
 constexpr std::size_t maxTextBytes = std::size_t{8} << 20U;
 constexpr std::size_t maxAllTextBytes = std::size_t{32} << 20U;
 
@@ -61,11 +64,17 @@ bool takePrefix(ByteSpan& bytes, std::string_view prefix) {
 }
 
 void takeFirst(Bytes& target, ByteSpan bytes) {
-    if (target.empty()) target.assign(bytes.begin(), bytes.end());
+    if (target.empty() && bytes.size() <= longestData) target.assign(bytes.begin(), bytes.end());
 }
 
 void append(Bytes& target, ByteSpan bytes) {
+    if (bytes.size() > longestData - target.size()) return;
     target.insert(target.end(), bytes.begin(), bytes.end());
+}
+
+template <typename Part>
+void addPart(std::vector<Part>& parts, Part part) {
+    if (parts.size() < mostParts) parts.push_back(std::move(part));
 }
 
 class JpegReading {
@@ -78,7 +87,7 @@ public:
         if (!isData || segment.isCut) return;
         ByteSpan data = segment.data;
         if (segment.type == comment) {
-            _found.comments.emplace_back(data.begin(), data.end());
+            addPart(_found.comments, std::string(data.begin(), data.end()));
         } else if (segment.type == app0 && startsWith(data, "JFIF\0"sv)) {
             readDensity(data);
         } else if (segment.type == app13 && takePrefix(data, photoshopPrefix)) {
@@ -125,7 +134,7 @@ private:
 
     // Behind the prefix: a name of 32 letters, the length of the whole and this part's place in it.
     void addLongXmp(ByteSpan data) {
-        if (data.size() < 40) return;
+        if (data.size() < 40 || ++_longXmpCount > mostParts) return;
         const std::string name(data.begin(), data.begin() + 32);
         _longXmp[name].emplace(bigEndian(data.subspan(36, 4)), data.subspan(40));
     }
@@ -136,11 +145,12 @@ private:
         for (const std::string_view prefix : droppedSegments) {
             if (startsWith(segment.data, prefix)) return;
         }
-        _found.blocks.push_back({segment.type, {segment.data.begin(), segment.data.end()}});
+        addPart(_found.blocks, {segment.type, segment.data});
     }
 
     MetadataSource& _found;
     std::map<std::string, std::map<std::uint32_t, ByteSpan>> _longXmp;
+    std::size_t _longXmpCount = 0;
 };
 
 std::string fromLatin(std::string_view text) {
@@ -188,9 +198,7 @@ public:
     }
 
 private:
-    void addBlock(const PictureChunk& chunk) {
-        _found.blocks.push_back({chunk.type, {chunk.data.begin(), chunk.data.end()}});
-    }
+    void addBlock(const PictureChunk& chunk) { addPart(_found.blocks, {chunk.type, chunk.data}); }
 
     void readDensity(ByteSpan data) {
         if (data.size() != 9 || data[8] > 1 || _found.density) return;
@@ -205,6 +213,7 @@ private:
     }
 
     void addText(const PictureChunk& chunk) {
+        if (chunk.data.size() > maxTextBytes) return;
         auto text = readPngText(chunk, std::min(maxTextBytes, _textBudget));
         if (!text || text->error || text->keyword == documentKeyword) return;
         _textBudget -= std::min(_textBudget, text->text.size());
@@ -215,8 +224,7 @@ private:
         // Nothing travels behind a text's end.
         text->text.resize(std::min(text->text.find('\0'), text->text.size()));
         if (chunk.type != chunkType("iTXt")) text->text = fromLatin(text->text);
-        _found.texts.push_back(
-            {std::move(*text), {chunk.type, {chunk.data.begin(), chunk.data.end()}}});
+        addPart(_found.texts, {std::move(*text), {chunk.type, chunk.data}});
     }
 
     void addWrapped(const PngText& text) {
@@ -254,7 +262,7 @@ void addWebpChunk(MetadataSource& found, const PictureChunk& chunk) {
         case chunkType("C2PA"):
             return;
         default:
-            found.blocks.push_back({chunk.type, {data.begin(), data.end()}});
+            addPart(found.blocks, {chunk.type, data});
     }
 }
 

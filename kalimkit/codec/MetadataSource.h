@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,8 +13,16 @@
 
 namespace kalim::codec {
 
-// The data about its picture that a file has, whatever its format keeps them in.
+// The data about its picture that a file has, whatever its format keeps them in. It looks at the
+// file's bytes. Exif, XMP and Photoshop's resources of more than 16 MiB each are passed over.
 struct MetadataSource {
+    // A segment or a chunk.
+    struct Block {
+        // As PictureChunk::type.
+        std::uint32_t type = 0;
+        ByteSpan data;
+    };
+
     FileFormat format = FileFormat::Other;
     // Each is empty where the file has none; of several the first counts.
     Bytes exif;
@@ -27,11 +36,11 @@ struct MetadataSource {
     // Of a PNG, those that are whole, but for the above; as texts in UTF-8 and as they stand there.
     struct Text {
         PngText text;
-        CarriedMetadata::Block block;
+        Block block;
     };
     std::vector<Text> texts;
     // What else the file has, without colours, pixels and what leads behind the file's end.
-    std::vector<CarriedMetadata::Block> blocks;
+    std::vector<Block> blocks;
 };
 
 MetadataSource readMetadata(ByteSpan file);
