@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "kalimkit/codec/AlphaRows.h"
 #include "kalimkit/gfx/Bitmap.h"
@@ -31,7 +32,11 @@ public:
     bool isOpaque() const override { return _isOpaque; }
     bool isGrey() const override { return false; }
     void read(int y, std::uint8_t* bgra) const override {
-        straightenRow(_bitmap.row(y), bgra, static_cast<std::size_t>(_bitmap.width()));
+        if (_isOpaque) {
+            std::memcpy(bgra, _bitmap.row(y), _bitmap.stride());
+        } else {
+            straightenRow(_bitmap.row(y), bgra, static_cast<std::size_t>(_bitmap.width()));
+        }
     }
 
 private:

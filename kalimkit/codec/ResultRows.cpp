@@ -26,10 +26,7 @@ struct Walk {
 }  // namespace
 
 ResultRows::ResultRows(const gfx::Bitmap& result, const SavingSource& source)
-    : _result(result),
-      _pixels(source.pixels),
-      _isOpaque(codec::isOpaque(result)),
-      _touched(static_cast<std::size_t>(result.width())) {
+    : _result(result), _pixels(source.pixels), _touched(static_cast<std::size_t>(result.width())) {
     if (!_pixels) return;
     gfx::PixelSize unturned = result.size();
     if (source.quarterTurns % 2 != 0) std::swap(unturned.width, unturned.height);
@@ -54,6 +51,11 @@ void ResultRows::setRaw(const RawPicture& raw) {
     if (!_pixels || seen != _pixels->size()) return;
     _raw = &raw.bitmap;
     _toRaw = _toUpright.then(PixelMap::upright(raw.orientation, seen).inverse());
+}
+
+bool ResultRows::isOpaque() const {
+    if (!_isOpaque) _isOpaque = codec::isOpaque(_result);
+    return *_isOpaque;
 }
 
 bool ResultRows::isDrawnInGrey() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kalimkit/codec/Bytes.h"
@@ -33,7 +34,7 @@ public:
     void markTouched(int y, std::uint8_t* touched) const;
 
     gfx::PixelSize size() const override { return _result.size(); }
-    bool isOpaque() const override { return _isOpaque; }
+    bool isOpaque() const override;
     bool isGrey() const override { return _isGrey; }
     void read(int y, std::uint8_t* bgra) const override;
 
@@ -51,9 +52,10 @@ private:
     gfx::PixelRects _hidden;
     const ColorConversion* _conversion = nullptr;
     const gfx::Bitmap* _raw = nullptr;
-    bool _isOpaque;
     bool _isGrey = false;
     bool _leavesOut = false;
+    // Found when somebody asks.
+    mutable std::optional<bool> _isOpaque;
     // Of the row that is read.
     mutable Bytes _touched;
 };

@@ -1,5 +1,6 @@
 #include "kalimkit/host/files/EncodedPicture.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -7,6 +8,21 @@
 #include "kalimkit/codec/Sandbox.h"
 
 namespace kalim {
+
+namespace {
+
+// Reading the source's file once more has the usual caps. Encoding comes on top, whose costs are
+// those of the result's own pixels, also on a machine that is busy.
+codec::SandboxCaps capsFor(const gfx::Bitmap& result) {
+    constexpr double secondsPerPixel = 5e-6;
+    constexpr std::size_t copies = 4;
+    codec::SandboxCaps caps;
+    caps.maxSeconds += secondsPerPixel * result.width() * result.height();
+    caps.maxMemory += copies * result.byteCount();
+    return caps;
+}
+
+}  // namespace
 
 codec::SavedPicture encodePicture(const gfx::Image& image, const ExportedPicture& exported,
                                   const PictureOrigins& origins,
@@ -28,8 +44,9 @@ codec::SavedPicture encodePicture(const gfx::Image& image, const ExportedPicture
         source.hidden = exported.hidden;
     }
     const auto save = [&](const gfx::Bitmap& result) {
-        return options.isSandboxed ? codec::savePictureSandboxed(result, source, options)
-                                   : codec::savePicture(result, source, options);
+        return options.isSandboxed
+                   ? codec::savePictureSandboxed(result, source, options, capsFor(result))
+                   : codec::savePicture(result, source, options);
     };
     return save(*image.pixels());
 }
