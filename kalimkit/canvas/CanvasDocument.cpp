@@ -127,7 +127,7 @@ gfx::ImageRef CanvasDocument::pictureWithPatches() const {
     const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
     const gfx::ImageRef& source = _canvas.shown.picture.source();
     const gfx::Rect& place = _canvas.shown.picture.rect();
-    if (!source || place.isEmpty()) return nullptr;
+    if (burn.hasFailed() || !source || place.isEmpty()) return nullptr;
     const gfx::PixelSize pixels = source->pixelSize();
     const gfx::Rect whole(0, 0, pixels.width, pixels.height);
     const auto surface = ui::Environment::current().device().makeSurface(whole.size, 1, false);

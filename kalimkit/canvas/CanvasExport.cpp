@@ -45,6 +45,7 @@ void CanvasExport::settle() {
 gfx::ImageRef CanvasExport::image() {
     settle();
     const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::All);
+    if (burn.hasFailed()) return nullptr;
     return turned(_canvas.shown.isCropped() ? cropAtScreenScale() : drawnAtScreenScale());
 }
 
@@ -151,6 +152,7 @@ gfx::ImageRef CanvasExport::uncutImage() {
 CanvasExport::Drawn CanvasExport::drawnAtPictureScale() {
     const ui::FlagScope uncropped(_canvas.shown.showsUncropped);
     const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
+    if (burn.hasFailed()) return {};
     const gfx::ImageRef& source = _canvas.shown.picture.source();
     const gfx::Rect& place = _canvas.shown.picture.rect();
     const gfx::PixelSize pixels = source->pixelSize();
@@ -195,6 +197,7 @@ gfx::ImageRef CanvasExport::imageOfView() {
     _canvas.finger.endCreation();
     _canvas.view.layoutIfNeeded();
     const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::All);
+    if (burn.hasFailed()) return nullptr;
     ui::Environment& environment = ui::Environment::current();
     const auto surface = environment.device().makeSurface(_canvas.view.bounds().size,
                                                           environment.screen().scale, false);
@@ -209,6 +212,7 @@ gfx::ImageRef CanvasExport::blurred(const gfx::ImageRef& image) {
     const gfx::ImageRef& own = _canvas.shown.picture.source();
     const bool isOwn = image == own;
     const CanvasHiding::Burn burn(_canvas.painter.hiding(), CanvasHiding::Copies::None);
+    if (isOwn && burn.hasFailed()) return nullptr;
     const gfx::ImageRef upright = MDrawImageUtil::fixOrientation(isOwn ? own : image);
     return ui::Environment::current().device().makeImage(
         gaussianBlurred(*upright->pixels(), inputRadius), upright->scale(),

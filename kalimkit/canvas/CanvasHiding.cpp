@@ -144,10 +144,10 @@ const gfx::Bitmap& CanvasHiding::sealed() {
 
 // ---- what leaves the canvas
 
-CanvasHiding* CanvasHiding::begin(Copies copies) {
-    if (_isBurning) return nullptr;
+CanvasHiding::Begun CanvasHiding::begin(Copies copies) {
+    if (_isBurning) return Begun::No;
     refresh();
-    if (hidden().empty()) return nullptr;
+    if (hidden().empty()) return Begun::No;
     if (!_burnt) {
         std::vector<HiddenRegion> regions;
         for (const Patch& patch : _patches)
@@ -157,6 +157,7 @@ CanvasHiding* CanvasHiding::begin(Copies copies) {
         _burnt = ui::Environment::current().device().makeImage(std::move(copy), _source->scale(),
                                                                gfx::ImageOrientation::Up);
     }
+    if (!_burnt) return Begun::Failed;
     const CanvasPicture& picture = _canvas.shown.picture;
     if (_picture.source() != _burnt || !_picture.isShownAs(picture)) {
         _picture = picture.over(_burnt);
@@ -165,7 +166,7 @@ CanvasHiding* CanvasHiding::begin(Copies copies) {
     if (copies == Copies::All) _picture.makeCopies();
     std::swap(_canvas.shown.picture, _picture);
     _isBurning = true;
-    return this;
+    return Begun::Yes;
 }
 
 void CanvasHiding::end() {

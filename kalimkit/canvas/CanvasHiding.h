@@ -51,19 +51,23 @@ public:
         // Smaller ones are drawn, too.
         All
     };
+    // Not where nothing is hidden, or somebody else has begun.
+    enum class Begun { No, Yes, Failed };
     // While one lives, the canvas shows the copy of the picture that has nothing of what is hidden.
     class Burn {
     public:
-        Burn(CanvasHiding& hiding, Copies copies) : _hiding(hiding.begin(copies)) {}
+        Burn(CanvasHiding& hiding, Copies copies) : _hiding(hiding), _begun(hiding.begin(copies)) {}
         ~Burn() {
-            if (_hiding) _hiding->end();
+            if (_begun == Begun::Yes) _hiding.end();
         }
+        // There is no room for the copy: nothing may be handed out.
+        bool hasFailed() const { return _begun == Begun::Failed; }
         Burn(const Burn&) = delete;
         Burn& operator=(const Burn&) = delete;
 
     private:
-        // Null where nothing is hidden.
-        CanvasHiding* _hiding;
+        CanvasHiding& _hiding;
+        Begun _begun;
     };
     bool isBurning() const { return _isBurning; }
     // The blocks of the copy that is shown instead.
@@ -84,7 +88,7 @@ private:
     const Patch* patchOf(const MDrawTool& tool) const;
     const gfx::Bitmap& sealed();
     const gfx::Bitmap& pixels();
-    CanvasHiding* begin(Copies copies);
+    Begun begin(Copies copies);
     void end();
 
     Canvas _canvas;

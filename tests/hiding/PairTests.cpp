@@ -292,11 +292,15 @@ TEST_F(RedactCommand, CutsAtTheEdgeAndNamesWhatIsWrong) {
     ASSERT_FALSE(codec::encodePng(bitmap, file));
     writeText(folder.path() / "in.png", {file.begin(), file.end()});
     const std::string solid = "--style=solid";
+    // A longer file is in its place.
+    writeText(folder.path() / "out.png", std::string(99999, 's'));
     const ProgramRun done = run({"in.png", "-o", "out.png", "--rect", "50,30,900,900", "--rect",
                                  "-5,-5,9,9", solid, "--color", "#FF0000"});
     ASSERT_EQ(done.status, 0) << done.errors;
     const gfx::Bitmap result = codec::decodeFile(folder.path() / "out.png").bitmap;
     ASSERT_EQ(result.size(), bitmap.size());
+    EXPECT_LT(std::filesystem::file_size(folder.path() / "out.png"), 9999U);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
     const gfx::Color red{1, 0, 0, 1};
     EXPECT_EQ(result.colorAt(63, 39), red);
     EXPECT_EQ(result.colorAt(50, 30), red);

@@ -17,11 +17,6 @@ std::string localized(std::string_view text) {
                         : ui::Environment::current().localizedString(std::string(text));
 }
 
-std::string hidingStyleName(std::uint64_t drawType) {
-    const HidingStyle* const style = hidingStyleOf(drawType);
-    return style ? localized(style->text) : "";
-}
-
 }  // namespace
 
 std::string penName(unsigned pen) {
@@ -31,6 +26,11 @@ std::string penName(unsigned pen) {
 
 std::string sizeName(unsigned size) {
     return size < penSizes().size() ? localized(penSizes()[size].text) : "";
+}
+
+std::string hidingStyleName(std::uint64_t drawType) {
+    const HidingStyle* const style = hidingStyleOf(drawType);
+    return style ? localized(style->text) : "";
 }
 
 std::string choiceName(const TesselConfig& config) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "kalimkit/theme/TesselConfig.h"
@@ -10,6 +11,8 @@ namespace kalim {
 // Empty for a choice that there is no name for.
 std::string penName(unsigned pen);
 std::string sizeName(unsigned size);
+// By its number, see HidingStyle.
+std::string hidingStyleName(std::uint64_t drawType);
 // Of what a dot stands for, by its type.
 std::string choiceName(const TesselConfig& config);
 // Names a row of such dots.

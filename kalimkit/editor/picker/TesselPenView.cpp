@@ -130,7 +130,8 @@ void TesselPenView::renderIcon() {
 
 std::string TesselPenView::accessibilityValue() const {
     std::string value = penName(_penInUse);
-    for (const std::string& name : {colorName(_color), sizeName(_size)}) {
+    const std::string kind = _hidingStyle ? hidingStyleName(*_hidingStyle) : sizeName(_size);
+    for (const std::string& name : {colorName(_color), kind}) {
         if (!name.empty()) value += (value.empty() ? "" : " ") + name;
     }
     return value;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "kalimkit/editor/picker/TesselPenViewDelegate.h"
@@ -35,13 +37,15 @@ public:
     // Sizes go from 0 to 4.
     unsigned size() const { return _size; }
     void setSize(unsigned size);
+    // Said instead of the size of a pen that hides; nothing for a pen that has a size.
+    void setHidingStyle(std::optional<std::uint64_t> drawType) { _hidingStyle = drawType; }
     // The pen is red at first.
     const gfx::ColorRef& color() const { return _color; }
     void setColor(gfx::ColorRef color);
     // The picture of the three; null before there is one.
     const gfx::ImageRef& icon() const { return _icon; }
-    // Pen, colour and size in the user's language; of the pen in use, also when the crop editor has
-    // been opened since.
+    // Pen, colour and size or way to hide in the user's language; of the pen in use, also when the
+    // crop editor has been opened since.
     std::string accessibilityValue() const override;
 
     // ---- ring hint
@@ -81,6 +85,7 @@ private:
     unsigned _pen = 0;
     unsigned _penInUse = 0;
     unsigned _size = 0;
+    std::optional<std::uint64_t> _hidingStyle;
     gfx::ColorRef _color = gfx::makeColor(1, 0, 0);
     gfx::ImageRef _icon;
     bool _canUseRingAnimation = false;

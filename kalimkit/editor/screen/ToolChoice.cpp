@@ -1,5 +1,7 @@
 #include "kalimkit/editor/screen/ToolChoice.h"
 
+#include <optional>
+
 #include "kalimkit/canvas/ToolType.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/HexColor.h"
@@ -63,6 +65,7 @@ void ToolChoice::chooseSize(unsigned size) {
 
 void ToolChoice::chooseHidingStyle(std::uint64_t drawType) {
     _hidingStyle = drawType;
+    _pen.view()->setHidingStyle(drawType);
     MDrawView& canvas = *_picture.canvas();
     canvas.beginDrawingForTypeWithDrawType(ToolType::Mosaic, drawType);
     canvas.setDrawTypeForType(drawType, ToolType::Mosaic);
@@ -105,7 +108,9 @@ void ToolChoice::setOffersHidingStyles(bool offers) {
 }
 
 void ToolChoice::offerFor(unsigned pen) {
-    if (_offersHidingStyles && pen == EditorPenMosaic) {
+    const bool isHiding = _offersHidingStyles && pen == EditorPenMosaic;
+    _pen.view()->setHidingStyle(isHiding ? std::optional(_hidingStyle) : std::nullopt);
+    if (isHiding) {
         _pickers.offerHidingStyles(_hidingStyle);
     } else {
         _pickers.offerSizes(_pen.view()->size());

@@ -68,6 +68,7 @@ TEST(TesselViewController, DotsOfSizesChooseHowTheMosaicHides) {
     host.use(editor->sizeViews()[0]);
     host.use(editor->sizeViews()[1]);
     EXPECT_EQ(editor->drawView()->drawType(), 11u);
+    EXPECT_EQ(editor->penView()->accessibilityValue(), "马赛克 红色 纯色遮盖");
     host.draw();
     EXPECT_EQ(editor->drawView()->tools().back()->drawType(), 11u);
     // Other pens have their sizes, and the style is there again with the pen.
