@@ -97,6 +97,29 @@ test('a picture goes out in the type that it came in, and byte for byte as the c
   }
 });
 
+// The photo with a grey square in the middle of what is hidden.
+function writeSecret(name, level) {
+  const { width, height, data } = pixelsOf('photo.jpg');
+  for (let y = 180; y < 220; ++y) data.fill(level, 3 * (y * width + 300), 3 * (y * width + 330));
+  writeFileSync(join(folder, 'secret.ppm'), Buffer.concat([Buffer.from(`P6\n${width} ${height}\n255\n`), data]));
+  run('sh', '-c', 'cjpeg -quality 83 secret.ppm > "$0"', name);
+}
+
+test('photos that differ only in what a mosaic hides give the same bytes, as pictures and as sealed documents', async () => {
+  const sent = [];
+  for (const level of [0, 255]) {
+    writeSecret('secret.jpg', level);
+    await open('secret.jpg');
+    await page.evaluate(() => window.first.setTool('mosaic'));
+    await drag([100, 160], [180, 220], [290, 310]);
+    await save(`hidden${level}.jpg`);
+    const sealed = await page.evaluate(async () => (await window.first.getDocument({ sealed: true })).text());
+    sent.push(readFileSync(join(folder, `hidden${level}.jpg`), 'base64'), sealed);
+    assert.ok(differenceOf('secret.jpg', `hidden${level}.jpg`).share > 0.1);
+  }
+  assert.ok(sent[0] === sent[2] && sent[1] === sent[3]);
+});
+
 test('what came as no file becomes a PNG, without the module', async () => {
   await page.evaluate(async () => {
     await import('/tests/saving.js');
