@@ -65,9 +65,10 @@ void saveJpegWithArrow(benchmark::State& state) {
     source.file = file;
     source.pixels = &pixels;
     source.part = {0, 0, pixels.width(), pixels.height()};
+    codec::SavingOptions options;
+    options.format = codec::FileFormat::Jpeg;
     for (auto _ : state) {
-        const codec::SavedPicture saved =
-            codec::savePicture(result, source, {.format = codec::FileFormat::Jpeg});
+        const codec::SavedPicture saved = codec::savePicture(result, source, options);
         if (saved.error) state.SkipWithError(saved.error->c_str());
         if (!saved.encodedAnew.empty()) state.SkipWithError(saved.encodedAnew.c_str());
     }
