@@ -2,8 +2,11 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "cli/Complaint.h"
@@ -63,8 +66,11 @@ public:
     const ExportedPicture& exported() const { return _exported; }
 
 private:
+    // Whole pixels however far away.
     static std::string text(double number) {
-        return std::to_string(static_cast<long long>(std::floor(number)));
+        std::array<char, 32> digits{};
+        std::snprintf(digits.data(), digits.size(), "%.15g", std::floor(number));
+        return digits.data();
     }
 
     // As it lies on the canvas of an editor: what is hidden there looks the same.

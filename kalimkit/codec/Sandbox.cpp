@@ -74,10 +74,10 @@ public:
         _process = 0;
     }
 
-    // One that was killed is noticed by this, and replaced. False as above.
     // Has the process of a job that has Finished ended.
     void release() const { ::send(_socket.number(), "", 1, MSG_NOSIGNAL); }
 
+    // One that was killed is noticed by this, and replaced. False as of start().
     bool ask(const SandboxRequest& request, int memory) {
         if (!start()) return false;
         if (send(request, memory)) return true;

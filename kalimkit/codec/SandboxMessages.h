@@ -43,11 +43,11 @@ struct SandboxReport {
 };
 
 constexpr std::size_t sandboxPage = 4096;
+static_assert(sizeof(SandboxReport) <= sandboxPage);
 
 // Memory of this process, null where there is none. In large pages, where the system has them: they
 // cost a tenth.
 std::uint8_t* mapLargePages(std::size_t size);
-static_assert(sizeof(SandboxReport) <= sandboxPage);
 
 constexpr std::uint64_t roundedToPages(std::uint64_t size) {
     return (size + sandboxPage - 1) / sandboxPage * sandboxPage;

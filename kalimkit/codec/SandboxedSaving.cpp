@@ -31,6 +31,8 @@ SavedPicture savePictureSandboxed(const gfx::Bitmap& result, const SavingSource&
     if (outcome.isRefused) return savePicture(result, source, options);
     SavedPicture saved;
     saved.error = std::move(outcome.error);
+    // A process that is deceived may say that it has made a file of nothing.
+    if (!saved.error && outcome.size == 0) saved.error = "the picture cannot be written";
     if (saved.error) return saved;
     saved.bytes.assign(outcome.bytes.get(), outcome.bytes.get() + outcome.size);
     const auto* const said = reinterpret_cast<const char*>(outcome.facts.data());
