@@ -1,5 +1,6 @@
 #include "kalimkit/codec/NewFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -8,9 +9,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace kalim::codec {
@@ -156,14 +157,16 @@ int NewFile::becomeTarget() {
 }
 
 void NewFile::removeLeftovers(const fs::path& folder) {
-    std::error_code error;
-    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
-         !error && entry != end; entry.increment(error)) {
-        if (!isTemporaryName(entry->path().filename().native())) continue;
+    // The standard library's iterator ends the process when it finds no memory.
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(
+        ::opendir(folder.empty() ? "." : folder.c_str()), &::closedir);
+    while (const dirent* const entry = entries ? ::readdir(entries.get()) : nullptr) {
+        if (!isTemporaryName(entry->d_name)) continue;
+        const int place = ::dirfd(entries.get());
         const int descriptor =
-            ::open(entry->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+            ::openat(place, entry->d_name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (descriptor < 0) continue;
-        if (isLeftover(descriptor)) ::unlink(entry->path().c_str());
+        if (isLeftover(descriptor)) ::unlinkat(place, entry->d_name, 0);
         ::close(descriptor);
     }
 }

@@ -115,29 +115,45 @@ private:
     std::vector<JsonValue*> _open;
 };
 
-Json toJson(const JsonValue& value) {
-    if (const bool* flag = value.boolean()) return *flag;
-    if (const std::string* text = value.string()) return *text;
-    if (const double* number = value.number()) {
-        const bool isWhole = std::trunc(*number) == *number;
-        if (isWhole && std::abs(*number) <= largestExactWhole) {
-            return static_cast<std::int64_t>(*number);
-        }
-        return *number;
-    }
+// Of what has no parts.
+std::string dumpScalar(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string dumpNumber(double number) {
+    const bool isWhole = std::trunc(number) == number;
+    if (isWhole && std::abs(number) <= largestExactWhole)
+        return dumpScalar(static_cast<std::int64_t>(number));
+    return dumpScalar(number);
+}
+
+// The library's own lists are not made of it: they ask for memory at their end, where there is
+// nobody to tell that there is none.
+void append(std::string& text, const JsonValue& value) {
+    const char* separator = "";
     if (const JsonValue::Array* elements = value.array()) {
-        Json array = Json::array();
-        for (const JsonValue& element : *elements)
-            array.push_back(toJson(element));
-        return array;
+        text += '[';
+        for (const JsonValue& element : *elements) {
+            text += std::exchange(separator, ",");
+            append(text, element);
+        }
+        text += ']';
+    } else if (const JsonValue::Object* members = value.object()) {
+        text += '{';
+        for (const auto& [key, member] : *members) {
+            text += std::exchange(separator, ",");
+            text += dumpScalar(key) + ':';
+            append(text, member);
+        }
+        text += '}';
+    } else if (const std::string* letters = value.string()) {
+        text += dumpScalar(*letters);
+    } else if (const double* number = value.number()) {
+        text += dumpNumber(*number);
+    } else {
+        const bool* const flag = value.boolean();
+        text += flag == nullptr ? "null" : *flag ? "true" : "false";
     }
-    if (const JsonValue::Object* members = value.object()) {
-        Json object = Json::object();
-        for (const auto& [key, member] : *members)
-            object[key] = toJson(member);
-        return object;
-    }
-    return nullptr;
 }
 
 }  // namespace
@@ -149,7 +165,9 @@ ParsedJson parseJson(std::string_view text, const JsonLimits& limits) {
 }
 
 std::string dumpJson(const JsonValue& value) {
-    return toJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string text;
+    append(text, value);
+    return text;
 }
 
 std::string cutQuote(const std::string& dump) {

@@ -1,6 +1,18 @@
 #include "kalimkit/json/JsonValue.h"
 
+#include <utility>
+#include <variant>
+
 namespace kalim {
+
+JsonValue::JsonValue(const JsonValue& other) {
+    std::visit(
+        [this](const auto& value) {
+            auto copy = value;
+            _value = std::move(copy);
+        },
+        other._value);
+}
 
 const JsonValue* JsonValue::find(std::string_view key) const {
     if (const Object* members = object()) {

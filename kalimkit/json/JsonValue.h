@@ -33,6 +33,14 @@ public:
     JsonValue(Object value) : _value(std::move(value)) {}
     // NOLINTEND(google-explicit-constructor)
 
+    // Not those of the variant: where the memory ends while it copies, libstdc++'s destroys what it
+    // has not made.
+    JsonValue(const JsonValue& other);
+    JsonValue(JsonValue&& other) noexcept = default;
+    JsonValue& operator=(const JsonValue& other) { return *this = JsonValue(other); }
+    JsonValue& operator=(JsonValue&& other) noexcept = default;
+    ~JsonValue() = default;
+
     bool operator==(const JsonValue&) const = default;
 
     // ---- reading; null where the value is of another kind
