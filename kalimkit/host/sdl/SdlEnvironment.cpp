@@ -3,6 +3,7 @@
 #include <SDL.h>
 
 #include <chrono>
+#include <memory>
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
@@ -38,6 +39,11 @@ void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::Image
         // Null for one that cannot be read; whoever asked says so.
         gfx::ImageRef image;
         if (!photo.error) image = _device->makeImage(std::move(photo.bitmap), 1, photo.orientation);
+        // What is hidden in it is hidden along with all that its file holds together.
+        if (image) {
+            image = std::make_shared<const gfx::Image>(image->raster(), image->scale(),
+                                                       image->orientation(), photo.grid);
+        }
         picked(image);
     };
     choose(isEnglish() ? "Open a Picture" : "打开图片", false, chosen);
