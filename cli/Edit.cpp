@@ -265,7 +265,8 @@ private:
         if (_options.isDocumentInside) {
             const auto problem = documentTextOf(
                 canvas, _window.origins(),
-                {.isSealed = true, .metadata = _options.writing.metadata}, ".", inside);
+                {.isSealed = true, .metadata = _options.writing.metadata, .isSandboxed = true}, ".",
+                inside);
             if (problem) return "the document inside: " + *problem;
         }
         if (_document.isSentAlong()) {

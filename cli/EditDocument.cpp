@@ -90,7 +90,8 @@ std::optional<std::string> EditDocument::save(MDrawView& canvas, const PictureOr
     if (!problem)
         problem = saveDocument(
             canvas, origins,
-            {_options.isSealed, isLinked && !_options.isSealed, _options.writing.metadata}, path);
+            {_options.isSealed, isLinked && !_options.isSealed, _options.writing.metadata, true},
+            path);
     if (problem) return problem;
     _saved = path;
     _known = hashOf(path);
@@ -102,9 +103,9 @@ std::optional<std::string> EditDocument::saveUnderNewName(MDrawView& canvas,
                                                           const PictureOrigins& origins) {
     const std::string folder = fs::path(_stem).parent_path().string();
     std::string text;
-    auto problem = documentTextOf(canvas, origins,
-                                  {_options.isSealed, _options.isLinked, _options.writing.metadata},
-                                  folder.empty() ? "." : folder, text);
+    auto problem = documentTextOf(
+        canvas, origins, {_options.isSealed, _options.isLinked, _options.writing.metadata, true},
+        folder.empty() ? "." : folder, text);
     if (problem) return _stem + ".kalim: " + *problem;
     std::string path;
     bool isTaken = true;

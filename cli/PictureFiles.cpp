@@ -59,7 +59,7 @@ ScenarioFiles::LoadedDocument PictureFiles::loadDocument(const std::string& path
 std::optional<std::string> PictureFiles::saveDocument(const std::string& path, MDrawView& canvas,
                                                       const DocumentSaving& saving) {
     return kalim::saveDocument(canvas, _origins,
-                               {saving.isSealed, saving.isLinked, _writing.metadata}, path);
+                               {saving.isSealed, saving.isLinked, _writing.metadata, true}, path);
 }
 
 std::optional<std::string> PictureFiles::savePicture(const std::string& path,

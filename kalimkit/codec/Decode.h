@@ -19,7 +19,7 @@ struct DecodeLimits {
     std::uint64_t maxFileBytes = std::uint64_t{1} << 30;
     // Bytes that decoding may take, the pixels among them.
     std::uint64_t maxMemory = std::uint64_t{3} << 29;
-    // These hold for decodeSandboxed() alone.
+    // Of the processor; of the clock it may be three times that. For decodeSandboxed() alone.
     double maxSeconds = 10;
 };
 

@@ -311,7 +311,7 @@ SandboxOutcome runOnce(Sandbox::Job job, std::span<const ByteSpan> inputs,
     if (memory.error() != 0) return refuse("there is no memory to be shared", memory.error());
     if (!helper.ask(request, memory.number()))
         return refuse("there is no process for decoding", errno);
-    const auto answer = helper.receive(caps.maxSeconds);
+    const auto answer = helper.receive(sandboxSlowness * caps.maxSeconds);
     if (!answer) {
         helper.kill();
         return failure("the decoder's process was ended");

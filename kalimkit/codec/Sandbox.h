@@ -19,7 +19,7 @@ namespace kalim::codec {
 // What a job may take, its output included.
 struct SandboxCaps {
     std::uint64_t maxMemory = DecodeLimits().maxMemory;
-    // Of the clock, and so of the processor.
+    // Of the processor; of the clock it may be three times that.
     double maxSeconds = DecodeLimits().maxSeconds;
 };
 

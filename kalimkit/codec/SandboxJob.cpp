@@ -122,18 +122,21 @@ Life waitForNews(int lifeline, double seconds, int watched) {
     }
 }
 
-bool limit(int resource, std::uint64_t most) {
-    const rlimit limits{most, most};
+bool limit(int resource, std::uint64_t most, std::uint64_t end) {
+    const rlimit limits{most, end};
     return ::setrlimit(static_cast<__rlimit_resource_t>(resource), &limits) == 0;
+}
+
+bool limit(int resource, std::uint64_t most) {
+    return limit(resource, most, most);
 }
 
 bool giveUpRights(const SandboxRequest& request, SandboxFilter& filter) {
     const std::uint64_t mapped = mappedBytes();
     const auto seconds = static_cast<std::uint64_t>(std::ceil(request.maxSeconds));
-    // The clock ends the process earlier, unless its helper is gone.
     return mapped > 0 && limit(RLIMIT_AS, mapped + request.maxMemory) &&
-           limit(RLIMIT_CPU, seconds + 1) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, 0) &&
-           limit(RLIMIT_NOFILE, 0) && filter.protect();
+           limit(RLIMIT_CPU, seconds, seconds + 1) && limit(RLIMIT_CORE, 0) &&
+           limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, 0) && filter.protect();
 }
 
 std::optional<std::string> tryWork(const SandboxWork& work, JobMemory& memory) {
@@ -231,7 +234,8 @@ SandboxAnswer runSandboxJob(const SandboxRequest& request, const SandboxWork& wo
     ::close(lifeline[1]);
     SandboxAnswer answer{SandboxAnswer::End::NeverBegan, error};
     if (process > 0)
-        answer = await(process, waitForNews(lifeline[0], request.maxSeconds, watched), take);
+        answer = await(
+            process, waitForNews(lifeline[0], sandboxSlowness * request.maxSeconds, watched), take);
     ::close(lifeline[0]);
     return answer;
 }

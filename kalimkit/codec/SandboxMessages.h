@@ -42,6 +42,9 @@ struct SandboxReport {
     std::array<std::uint8_t, SandboxOutput::factBytes> facts{};
 };
 
+// On a busy machine a second of the processor may take so many of the clock.
+constexpr double sandboxSlowness = 3;
+
 constexpr std::size_t sandboxPage = 4096;
 static_assert(sizeof(SandboxReport) <= sandboxPage);
 

@@ -52,15 +52,21 @@ std::string statusOf(const fs::path& process) {
     return text.str();
 }
 
-// What the system says of the processes with this name that live.
-std::vector<std::string> processesNamed(const std::string& name) {
-    std::vector<std::string> found;
+bool lives(pid_t process) {
+    const std::string status = statusOf("/proc/" + std::to_string(process));
+    return !status.empty() && status.find("\nState:\tZ") == std::string::npos;
+}
+
+// The living child of a process with this name; 0 for none.
+pid_t childNamed(const std::string& name, pid_t parent) {
     for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
         const std::string status = statusOf(entry.path());
-        const bool isIt = status.starts_with("Name:\t" + name + "\n");
-        if (isIt && status.find("\nState:\tZ") == std::string::npos) found.push_back(status);
+        if (status.starts_with("Name:\t" + name + "\n") &&
+            status.find("\nState:\tZ") == std::string::npos &&
+            status.find("\nPPid:\t" + std::to_string(parent) + "\n") != std::string::npos)
+            return std::stoi(entry.path().filename());
     }
-    return found;
+    return 0;
 }
 
 bool becomesTrue(const std::function<bool()>& condition) {
@@ -192,34 +198,35 @@ TEST(Sandbox, AJobHasMemoryAndNothingElse) {
 }
 
 TEST(Sandbox, ItsProcessesCanBeSeenToBeProtectedAndGoWithTheirProgram) {
-    const auto count = [](const char* name) { return processesNamed(name).size(); };
     Sandbox::stop();
-    EXPECT_EQ(count("kalim-helper"), 0U);
+    EXPECT_EQ(childNamed("kalim-helper", ::getpid()), 0);
     const pid_t program = ::fork();
     if (program == 0) {
         Sandbox::run(goOnForever, {}, {.maxSeconds = 30});
         ::_exit(0);
     }
-    ASSERT_TRUE(becomesTrue([&] { return count("kalim-decoder") == 1; }));
+    pid_t helper = 0;
+    ASSERT_TRUE(becomesTrue([&] { return (helper = childNamed("kalim-helper", program)) != 0; }));
+    pid_t decoder = 0;
+    ASSERT_TRUE(becomesTrue([&] { return (decoder = childNamed("kalim-decoder", helper)) != 0; }));
     std::string status;
     EXPECT_TRUE(becomesTrue([&] {
-        const auto decoders = processesNamed("kalim-decoder");
-        status = decoders.empty() ? "" : decoders.front();
+        status = statusOf("/proc/" + std::to_string(decoder));
         return status.find("\nSeccomp:\t2\n") != std::string::npos;
     })) << status;
     EXPECT_NE(status.find("\nNoNewPrivs:\t1\n"), std::string::npos);
     ::kill(program, SIGTERM);
     ::waitpid(program, nullptr, 0);
-    EXPECT_TRUE(
-        becomesTrue([&] { return count("kalim-decoder") == 0 && count("kalim-helper") == 0; }));
+    EXPECT_TRUE(becomesTrue([&] { return !lives(decoder) && !lives(helper); }));
 }
 
 TEST(Sandbox, AnotherHelperTakesTheDeadOnesPlace) {
     const Bytes file = makePng({.rows = {77}});
     ASSERT_EQ(decodeSandboxed(file, "photo").error, std::nullopt);
-    const std::string status = processesNamed("kalim-helper").front();
-    ::kill(std::stoi(status.substr(status.find("\nPid:\t") + 6)), SIGKILL);
-    ASSERT_TRUE(becomesTrue([] { return processesNamed("kalim-helper").empty(); }));
+    const pid_t helper = childNamed("kalim-helper", ::getpid());
+    ASSERT_NE(helper, 0);
+    ::kill(helper, SIGKILL);
+    ASSERT_TRUE(becomesTrue([&] { return !lives(helper); }));
     EXPECT_EQ(decodeSandboxed(file, "photo").error, std::nullopt);
     Sandbox::stop();
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);

@@ -89,7 +89,7 @@ std::optional<std::string> fill(Document& document, const gfx::ImageRef& source,
 
 // A picture of another format becomes a JPEG, for which its own quality says nothing.
 std::optional<std::string> seal(MDrawView& canvas, const PictureOrigins& origins,
-                                codec::Metadata metadata, Document& document) {
+                                const DocumentSaving& saving, Document& document) {
     const auto origin = origins.find(canvas.sourceImage());
     SealedDocument sealed = canvas.sealedDocument();
     document = std::move(sealed.document);
@@ -98,7 +98,8 @@ std::optional<std::string> seal(MDrawView& canvas, const PictureOrigins& origins
     const bool isPng = !origin || origin->mediaType == png;
     const codec::SavingOptions options{
         isPng ? codec::FileFormat::Png : codec::FileFormat::Jpeg,
-        isPng || origin->mediaType == jpeg ? std::nullopt : std::optional(sealedQuality), metadata};
+        isPng || origin->mediaType == jpeg ? std::nullopt : std::optional(sealedQuality),
+        saving.metadata, saving.isSandboxed};
     return takeFile(*document.picture, isPng ? png : jpeg,
                     encodePicture(*sealed.picture, sealed.exported, origins, options));
 }
@@ -119,7 +120,7 @@ std::optional<std::string> documentTextOf(MDrawView& canvas, const PictureOrigin
     Document document;
     std::optional<std::string> problem;
     if (saving.isSealed) {
-        problem = seal(canvas, origins, saving.metadata, document);
+        problem = seal(canvas, origins, saving, document);
     } else {
         document = canvas.document();
         problem = fill(document, source, origin.get(), saving.isLinked, folder);

@@ -19,6 +19,8 @@ struct DocumentSaving {
     bool isLinked = false;
     // What a sealed document's picture says beside its pixels.
     codec::Metadata metadata = codec::Metadata::Safe;
+    // The picture's file is read once more in a process of its own, see codec/Sandbox.h.
+    bool isSandboxed = false;
 };
 
 // The document of what is on the canvas as a text, for a file in the folder. Like every export it
