@@ -3,7 +3,6 @@
 #include <SDL.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <future>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "cli/EditDocument.h"
 #include "cli/EditOutput.h"
 #include "cli/EditRecovery.h"
+#include "cli/EditWindow.h"
 #include "cli/Opening.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
@@ -35,71 +35,6 @@ namespace {
 
 constexpr int written = 0;
 constexpr int closed = 1;
-
-// The window's sizes are points.
-constexpr gfx::Size leastSize{360, 520};
-constexpr gfx::Size usualSize{480, 720};
-// Above and below the picture, where the tool bar and the pen button are.
-constexpr double chromeHeight = 90;
-// The window takes at most this part of the desktop.
-constexpr double largestShare = 0.85;
-
-struct SdlWindowDeleter {
-    void operator()(::SDL_Window* window) const { SDL_DestroyWindow(window); }
-};
-using SdlWindowHandle = std::unique_ptr<::SDL_Window, SdlWindowDeleter>;
-
-// SDL from its start to its end.
-class Video {
-public:
-    Video() : _problem(SdlWindow::startVideo()) {}
-    ~Video() { SDL_Quit(); }
-    Video(const Video&) = delete;
-    Video& operator=(const Video&) = delete;
-    const std::optional<std::string>& problem() const { return _problem; }
-
-private:
-    std::optional<std::string> _problem;
-};
-
-// Pixels of a window that shows the picture as large as it is, or as fits on the desktop.
-gfx::Size windowSize(const codec::DecodeResult& photo, double scale) {
-    SDL_Rect desktop{0, 0, 1280, 800};
-    SDL_GetDisplayUsableBounds(0, &desktop);
-    const double chrome = 2 * chromeHeight * scale;
-    const gfx::Size room{desktop.w * largestShare, desktop.h * largestShare - chrome};
-    gfx::Size size = usualSize * scale;
-    if (!photo.bitmap.isEmpty()) {
-        const gfx::PixelSize pixels = photo.bitmap.size();
-        size = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-        if (gfx::exchangesSides(photo.orientation)) std::swap(size.width, size.height);
-    }
-    const double fitting = std::min({1.0, room.width / size.width, room.height / size.height});
-    return {std::max(std::round(size.width * fitting), leastSize.width * scale),
-            std::max(std::round(size.height * fitting) + chrome, leastSize.height * scale)};
-}
-
-std::string titleOf(const std::string& photo) {
-    return photo.substr(photo.find_last_of('/') + 1) + " - KalimKit";
-}
-
-// Hidden, for the photo's size is not known yet. The connection to the input method and much else
-// that takes time comes with the window.
-SdlWindowHandle openWindow(const EditOptions& options) {
-    const std::string title = options.photo == "-" ? "KalimKit" : titleOf(options.photo);
-    const gfx::Size size = usualSize * options.scale;
-    return SdlWindowHandle(SDL_CreateWindow(
-        title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, static_cast<int>(size.width),
-        static_cast<int>(size.height), SDL_WINDOW_RESIZABLE | SDL_WINDOW_HIDDEN));
-}
-
-void showWindow(::SDL_Window* window, gfx::Size size, double scale) {
-    SDL_SetWindowMinimumSize(window, static_cast<int>(leastSize.width * scale),
-                             static_cast<int>(leastSize.height * scale));
-    SDL_SetWindowSize(window, static_cast<int>(size.width), static_cast<int>(size.height));
-    SDL_SetWindowPosition(window, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED);
-    SDL_ShowWindow(window);
-}
 
 // A file that was opened, as itself and as what becomes of its work.
 struct Opened {
@@ -416,7 +351,7 @@ int edit(const EditOptions& options) {
     if (const auto unwritable = session->problemOf(opened.photo)) {
         return complain(name + ": " + *unwritable);
     }
-    showWindow(window.get(), windowSize(opened.photo.picture, options.scale), options.scale);
+    showWindow(window.get(), opened.photo.picture, options.scale);
     return session->run(std::move(opened), session);
 }
 
