@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/CarriedMetadata.h"
 #include "kalimkit/codec/Deflate.h"
 #include "kalimkit/codec/Md5.h"
@@ -45,11 +46,6 @@ constexpr std::uint32_t app1 = 0xE1;
 constexpr std::uint32_t app13 = 0xED;
 constexpr std::size_t longestSegment = 65533;
 
-constexpr std::string_view exifPrefix = "Exif\0\0"sv;
-constexpr std::string_view xmpPrefix = "http://ns.adobe.com/xap/1.0/\0"sv;
-constexpr std::string_view longXmpPrefix = "http://ns.adobe.com/xmp/extension/\0"sv;
-constexpr std::string_view photoshopPrefix = "Photoshop 3.0\0"sv;
-
 // What is too long for a segment is left out.
 void appendSegment(Bytes& bytes, std::uint32_t type, std::string_view prefix, ByteSpan data) {
     if (prefix.size() + data.size() > longestSegment) return;
@@ -69,7 +65,7 @@ void appendLongXmp(Bytes& bytes, ByteSpan xmp) {
         "<rdf:Description rdf:about=\"\" xmlns:xmpNote=\"http://ns.adobe.com/xmp/note/\" "
         "xmpNote:HasExtendedXMP=\"" +
         name + "\"/></rdf:RDF></x:xmpmeta>";
-    appendSegment(bytes, app1, std::string(xmpPrefix) + link, {});
+    appendSegment(bytes, app1, std::string(prefixes::xmp) + link, {});
     constexpr std::size_t partSize = 65400;
     for (std::size_t offset = 0; offset < xmp.size(); offset += partSize) {
         Bytes part;
@@ -77,7 +73,7 @@ void appendLongXmp(Bytes& bytes, ByteSpan xmp) {
         appendBigEndian(part, xmp.size(), 4);
         appendBigEndian(part, offset, 4);
         append(part, xmp.subspan(offset, std::min(partSize, xmp.size() - offset)));
-        appendSegment(bytes, app1, longXmpPrefix, part);
+        appendSegment(bytes, app1, prefixes::longXmp, part);
     }
 }
 
@@ -95,16 +91,17 @@ std::optional<std::string> addToJpeg(Bytes& file, const CarriedMetadata& carried
         place = 20;
     }
     Bytes added;
-    if (!carried.exif.empty()) appendSegment(added, app1, exifPrefix, carried.exif);
-    if (carried.xmp.size() > longestSegment - xmpPrefix.size()) {
+    if (!carried.exif.empty()) appendSegment(added, app1, prefixes::exif, carried.exif);
+    if (carried.xmp.size() > longestSegment - prefixes::xmp.size()) {
         appendLongXmp(added, carried.xmp);
     } else if (!carried.xmp.empty()) {
-        appendSegment(added, app1, xmpPrefix, carried.xmp);
+        appendSegment(added, app1, prefixes::xmp, carried.xmp);
     }
     constexpr std::size_t partSize = 65000;
     for (std::size_t at = 0; at < carried.photoshop.size(); at += partSize) {
         const ByteSpan rest = ByteSpan(carried.photoshop).subspan(at);
-        appendSegment(added, app13, photoshopPrefix, rest.first(std::min(partSize, rest.size())));
+        appendSegment(added, app13, prefixes::photoshop,
+                      rest.first(std::min(partSize, rest.size())));
     }
     for (const Block& block : carried.blocks)
         appendSegment(added, block.type, {}, block.data);

@@ -5,6 +5,7 @@
 #include <numeric>
 #include <string_view>
 
+#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/ExifOrientation.h"
 #include "kalimkit/codec/PixelMap.h"
@@ -15,11 +16,8 @@ namespace kalim::codec {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
-
 constexpr int exifMarker = JPEG_APP0 + 1;
 constexpr int profileMarker = JPEG_APP0 + 2;
-constexpr std::string_view exifPrefix = "Exif\0\0"sv;
 
 constexpr const char* endsTooEarly = "the JPEG data end too early";
 
@@ -217,9 +215,9 @@ bool JpegReader::lacksBits() const {
 gfx::ImageOrientation JpegReader::orientation() const {
     for (const jpeg_marker_struct* marker = _info.marker_list; marker; marker = marker->next) {
         const ByteSpan data(marker->data, marker->data_length);
-        if (data.size() >= exifPrefix.size() &&
-            std::memcmp(data.data(), exifPrefix.data(), exifPrefix.size()) == 0) {
-            return exifOrientation(data.subspan(exifPrefix.size()));
+        if (data.size() >= prefixes::exif.size() &&
+            std::memcmp(data.data(), prefixes::exif.data(), prefixes::exif.size()) == 0) {
+            return exifOrientation(data.subspan(prefixes::exif.size()));
         }
     }
     return gfx::ImageOrientation::Up;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/PictureChunks.h"
 #include "kalimkit/codec/WrappedBlock.h"
 #include "kalimkit/codec/XmpCarrying.h"
@@ -16,11 +17,6 @@ namespace kalim::codec {
 namespace {
 
 using std::string_view_literals::operator""sv;
-
-constexpr std::string_view exifPrefix = "Exif\0\0"sv;
-constexpr std::string_view xmpPrefix = "http://ns.adobe.com/xap/1.0/\0"sv;
-constexpr std::string_view longXmpPrefix = "http://ns.adobe.com/xmp/extension/\0"sv;
-constexpr std::string_view photoshopPrefix = "Photoshop 3.0\0"sv;
 
 constexpr std::uint8_t endOfImage = 0xD9;
 constexpr std::uint8_t comment = 0xFE;
@@ -90,7 +86,7 @@ public:
             addPart(_found.comments, std::string(data.begin(), data.end()));
         } else if (segment.type == app0 && startsWith(data, "JFIF\0"sv)) {
             readDensity(data);
-        } else if (segment.type == app13 && takePrefix(data, photoshopPrefix)) {
+        } else if (segment.type == app13 && takePrefix(data, prefixes::photoshop)) {
             append(_found.photoshop, data);
         } else if (segment.type != app1 || !takeApp1(data)) {
             addBlock(segment);
@@ -120,11 +116,11 @@ private:
     }
 
     bool takeApp1(ByteSpan data) {
-        if (takePrefix(data, exifPrefix)) {
+        if (takePrefix(data, prefixes::exif)) {
             takeFirst(_found.exif, data);
-        } else if (takePrefix(data, xmpPrefix)) {
+        } else if (takePrefix(data, prefixes::xmp)) {
             takeFirst(_found.xmp, data);
-        } else if (takePrefix(data, longXmpPrefix)) {
+        } else if (takePrefix(data, prefixes::longXmp)) {
             addLongXmp(data);
         } else {
             return false;
@@ -176,7 +172,7 @@ public:
         if (chunk.isCut) return;
         switch (chunk.type) {
             case chunkType("eXIf"):
-                takePrefix(data, exifPrefix);
+                takePrefix(data, prefixes::exif);
                 return takeFirst(_found.exif, data);
             case chunkType("pHYs"):
                 return readDensity(data);
@@ -233,8 +229,8 @@ private:
         ByteSpan rest = block;
         if (kind == "iptc" || kind == "8bim") return takeFirst(_found.photoshop, rest);
         if (kind != "exif" && kind != "APP1" && kind != "xmp") return;
-        if (takePrefix(rest, xmpPrefix) || kind == "xmp") return takeFirst(_found.xmp, rest);
-        takePrefix(rest, exifPrefix);
+        if (takePrefix(rest, prefixes::xmp) || kind == "xmp") return takeFirst(_found.xmp, rest);
+        takePrefix(rest, prefixes::exif);
         takeFirst(_found.exif, rest);
     }
 
@@ -247,7 +243,7 @@ void addWebpChunk(MetadataSource& found, const PictureChunk& chunk) {
     if (chunk.isCut) return;
     switch (chunk.type) {
         case chunkType("EXIF"):
-            takePrefix(data, exifPrefix);
+            takePrefix(data, prefixes::exif);
             return takeFirst(found.exif, data);
         case chunkType("XMP "):
             return takeFirst(found.xmp, data);

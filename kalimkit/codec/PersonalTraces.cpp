@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/PictureChunks.h"
 #include "kalimkit/codec/PngText.h"
 #include "kalimkit/codec/WrappedBlock.h"
@@ -13,13 +14,6 @@
 namespace kalim::codec {
 
 namespace {
-
-using std::string_view_literals::operator""sv;
-
-constexpr std::string_view exifPrefix = "Exif\0\0"sv;
-constexpr std::string_view xmpPrefix = "http://ns.adobe.com/xap/1.0/\0"sv;
-constexpr std::string_view longXmpPrefix = "http://ns.adobe.com/xmp/extension/\0"sv;
-constexpr std::string_view photoshopPrefix = "Photoshop 3.0\0"sv;
 
 ByteSpan span(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
@@ -39,12 +33,12 @@ class JpegBlocks {
 public:
     void add(const PictureChunk& segment) {
         ByteSpan data = segment.data;
-        if (segment.type == 0xED && takePrefix(data, photoshopPrefix))
+        if (segment.type == 0xED && takePrefix(data, prefixes::photoshop))
             _photoshop.insert(_photoshop.end(), data.begin(), data.end());
         if (segment.type != 0xE1) return;
-        if (takePrefix(data, exifPrefix)) _traces |= tracesInExif(data);
-        if (takePrefix(data, xmpPrefix)) _traces |= tracesInXmp(data);
-        if (takePrefix(data, longXmpPrefix)) addLongXmp(data);
+        if (takePrefix(data, prefixes::exif)) _traces |= tracesInExif(data);
+        if (takePrefix(data, prefixes::xmp)) _traces |= tracesInXmp(data);
+        if (takePrefix(data, prefixes::longXmp)) addLongXmp(data);
     }
 
     PersonalTraces traces() {
@@ -84,8 +78,8 @@ PersonalTraces tracesInText(const PngText& text) {
     ByteSpan rest = block;
     if (kind == "iptc" || kind == "8bim") return tracesInIptc(rest);
     if (kind != "exif" && kind != "APP1" && kind != "xmp") return {};
-    if (takePrefix(rest, exifPrefix)) return tracesInExif(rest);
-    if (takePrefix(rest, xmpPrefix) || kind == "xmp") return tracesInXmp(rest);
+    if (takePrefix(rest, prefixes::exif)) return tracesInExif(rest);
+    if (takePrefix(rest, prefixes::xmp) || kind == "xmp") return tracesInXmp(rest);
     return tracesInExif(rest);
 }
 
@@ -95,7 +89,7 @@ PersonalTraces tracesInChunk(const PictureChunk& chunk) {
     switch (chunk.type) {
         case chunkType("eXIf"):
         case chunkType("EXIF"):
-            takePrefix(data, exifPrefix);
+            takePrefix(data, prefixes::exif);
             return tracesInExif(data);
         case chunkType("XMP "):
             return tracesInXmp(data);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "kalimkit/codec/AlphaRows.h"
+#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/ColorConversion.h"
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/ExifOrientation.h"
@@ -14,8 +15,6 @@
 namespace kalim::codec {
 
 namespace {
-
-using std::string_view_literals::operator""sv;
 
 constexpr const char* endsTooEarly = "the WebP data end too early";
 // The number that the library has for pictures without loss.
@@ -152,7 +151,7 @@ ByteSpan WebpDecoder::chunk(const char* name) {
 
 // Some programs keep the prefix that the block has in a JPEG file.
 gfx::ImageOrientation WebpDecoder::orientation() {
-    constexpr std::string_view prefix = "Exif\0\0"sv;
+    constexpr std::string_view prefix = prefixes::exif;
     const ByteSpan exif = chunk("EXIF");
     const bool hasPrefix =
         exif.size() >= prefix.size() && std::memcmp(exif.data(), prefix.data(), prefix.size()) == 0;
