@@ -113,7 +113,9 @@ private:
         CLI::App& command = *_app.add_subcommand("image", "Work on a picture without drawing");
         command.require_subcommand(1);
         using enum ImageOptions::Operation;
-        CLI::App& pixelate = addOperation(command, "pixelate", Pixelate, "Blocks of one colour");
+        CLI::App& pixelate =
+            addOperation(command, "pixelate", Pixelate,
+                         "Blocks of one colour, which can be guessed from: kalimkit redact hides");
         pixelate.add_option("--level", _asked.level, "The side of a block in pixels (20)")
             ->type_name("L")
             ->check(CLI::Range(1, 32768));
