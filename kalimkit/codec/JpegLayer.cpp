@@ -103,15 +103,16 @@ void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource
     const PixelShares shares = PixelShares::of(_coding.space, colour);
     BlockSamples samples{};
     if (hasSource && !_drawn->coverAll(shown)) showBlock(block, coding.table, samples);
-    const gfx::PixelSize inside{
-        std::min(DCTSIZE, (_coding.size.width - shown.x + sample.width - 1) / sample.width),
-        std::min(DCTSIZE, (_coding.size.height - shown.y + sample.height - 1) / sample.height)};
-    for (int y = 0; y < DCTSIZE; ++y) {
-        float* const row = samples.data() + std::ptrdiff_t{DCTSIZE} * y;
-        if (y >= inside.height) {
-            std::copy_n(row - DCTSIZE, DCTSIZE, row);
-            continue;
-        }
+    const auto countInside = [](int pixels, int ofSample) {
+        return std::clamp((pixels + ofSample - 1) / ofSample, 1, DCTSIZE);
+    };
+    const gfx::PixelSize inside{countInside(_coding.size.width - shown.x, sample.width),
+                                countInside(_coding.size.height - shown.y, sample.height)};
+    const auto rowAt = [&samples](int y) {
+        return samples.begin() + static_cast<std::ptrdiff_t>(DCTSIZE) * y;
+    };
+    for (int y = 0; y < inside.height; ++y) {
+        const auto row = rowAt(y);
         for (int x = 0; x < inside.width; ++x) {
             const gfx::PixelRect pixels{shown.x + x * sample.width, shown.y + y * sample.height,
                                         sample.width, sample.height};
@@ -119,6 +120,8 @@ void JpegLayer::mixBlock(int colour, const gfx::PixelRect& shown, bool hasSource
         }
         std::fill(row + inside.width, row + DCTSIZE, row[inside.width - 1]);
     }
+    for (int y = inside.height; y < DCTSIZE; ++y)
+        std::copy_n(rowAt(inside.height - 1), DCTSIZE, rowAt(y));
     makeBlock(samples, coding.table, block);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/codec/JpegFiles.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
