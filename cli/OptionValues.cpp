@@ -69,7 +69,8 @@ std::string readRect(const std::string& text, gfx::Rect& rect) {
     const auto numbers = parseNumbers(text, 4);
     if (numbers) rect = {(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
     if (numbers && !rect.isEmpty()) return {};
-    return "must be x,y,width,height in pixels like 10,20,300,200, not " + text;
+    return "must be x,y,width,height in pixels like 10,20,300,200, not " + text +
+           (numbers ? ", which holds nothing" : "");
 }
 
 std::string readNativeHeight(const std::string& text, std::optional<int>& height) {

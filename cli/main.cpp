@@ -260,7 +260,9 @@ private:
         addEditOption(command, "--color", "#RRGGBB", "What solid shows (#000000)", readColor,
                       asked.color);
         addWriting(command, asked.writing);
-        command.callback([this] {
+        command.callback([this, &command] {
+            if (command.count("--color") > 0 && _redact.style != RedactOptions::Style::Solid)
+                throw CLI::ValidationError("--color", "needs --style solid");
             for (const std::string& text : _redactRects)
                 readRect(text, _redact.rects.emplace_back());
             _command = [this] { return redact(_redact); };

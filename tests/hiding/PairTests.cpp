@@ -321,6 +321,8 @@ TEST_F(RedactCommand, CutsAtTheEdgeAndNamesWhatIsWrong) {
         {{"in.png", "-o", "no.png", "--rect", "1,2,3,4", "--style", "fog"},
          "must be sealed, solid"},
         {{"in.png", "-o", "no.png", "--rect", "1,2,3,4", "--color", "red"}, "must be a colour"},
+        {{"in.png", "-o", "no.png", "--rect", "1,2,3,4", "--color", "#FF0000"},
+         "needs --style solid"},
         {{"in.png", "-o", "no.heic", "--rect", "1,2,3,4"}, "no.heic"},
         {{"lost.png", "-o", "no.png", "--rect", "1,2,3,4"}, "lost.png"},
     };
