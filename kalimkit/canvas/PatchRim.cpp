@@ -64,7 +64,9 @@ gfx::AffineTransform toDevicePixels(const gfx::Context& context) {
 }
 
 double rimWidth(const DrawnPicture& picture, const gfx::AffineTransform& toPixels) {
-    if (!picture.source || picture.rect.isEmpty() || !toPixels.isInvertible()) return 0;
+    // There is no copy where there was no room for one.
+    if (!picture.source || !picture.copy) return 0;
+    if (picture.rect.isEmpty() || !toPixels.isInvertible()) return 0;
     const gfx::Size shown = toPixels.apply(picture.rect).size;
     const gfx::PixelSize raster = picture.source->pixelSize();
     const bool isPixelForPixel = picture.copy == picture.source &&

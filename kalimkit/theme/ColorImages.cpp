@@ -39,7 +39,9 @@ gfx::ImageRef redrawn(const gfx::ImageRef& image, Draw draw) {
         ui::Environment::current().device().makeSurface(whole.size, 1, false);
     if (!surface) return nullptr;
     draw(surface->context(), whole);
-    auto copy = std::make_shared<const gfx::Image>(surface->makeImage()->raster(), image->scale(),
+    const gfx::ImageRef drawn = surface->makeImage();
+    if (!drawn) return nullptr;
+    auto copy = std::make_shared<const gfx::Image>(drawn->raster(), image->scale(),
                                                    gfx::ImageOrientation::Up);
     KeptPictures::current().noteCopy(copy, image);
     return copy;

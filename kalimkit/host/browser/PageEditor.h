@@ -10,7 +10,8 @@ namespace kalim {
 // The module's one editor; null before the page has made it and once it has been destroyed.
 BrowserEditor* pageEditor();
 
-// What the page has put into the module's buffer, so many bytes of it, until its next call.
+// What the page has put into the module's buffer, so many bytes of it or as many as there are,
+// until its next call.
 std::string_view pageText(int length);
 // Gives the buffer's memory back, after something large.
 void dropPageText();

@@ -36,8 +36,8 @@ void append(std::vector<double>& numbers, const gfx::PixelRect& rect) {
 }  // namespace
 
 gfx::ImageRef takePagePicture(int picture) {
+    if (gfx::page::pictureWidth(picture) <= 0) return nullptr;
     const auto raster = gfx::HtmlRaster::adopt(picture);
-    if (!raster) return nullptr;
     const auto node = grids.extract(picture);
     return std::make_shared<const gfx::Image>(raster, 1, gfx::ImageOrientation::Up,
                                               node.empty() ? gfx::PixelGrid() : node.mapped());

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -43,6 +45,19 @@ std::optional<std::string> problemOf(const kalim::Document& document) {
            "\" beside the document";
 }
 
+// Of one that waits; null where there is none.
+kalim::DocumentPicture* pictureOf(int number) {
+    const auto found = waiting.find(number);
+    return found != waiting.end() ? &*found->second.picture : nullptr;
+}
+
+// The first so many bytes, or as many as there are.
+std::string_view takeFrom(std::string_view& rest, int length) {
+    const auto taken = rest.substr(0, static_cast<std::size_t>(std::max(length, 0)));
+    rest.remove_prefix(taken.size());
+    return taken;
+}
+
 kalim::Document take(int number) {
     const auto node = waiting.extract(number);
     return node.empty() ? kalim::Document() : std::move(node.mapped());
@@ -68,16 +83,19 @@ KALIM_EXPORT("read_document") int readPageDocument(int length) {
 
 // These two answer with a part of one that waits; the file can be had once.
 KALIM_EXPORT("document_media_type") void documentMediaType(int number) {
-    kalim::setPageAnswer(waiting.at(number).picture->mediaType);
+    const kalim::DocumentPicture* const picture = pictureOf(number);
+    kalim::setPageAnswer(picture ? picture->mediaType : std::string());
 }
 
 KALIM_EXPORT("document_file") void documentFile(int number) {
-    kalim::setPageAnswer(std::exchange(waiting.at(number).picture->data, {}));
+    kalim::DocumentPicture* const picture = pictureOf(number);
+    kalim::setPageAnswer(picture ? std::exchange(picture->data, {}) : std::string());
 }
 
 // Whether its picture has the size that it says, pixels; if not, the answer says so.
 KALIM_EXPORT("document_fits") bool documentFits(int number, int width, int height) {
-    if (waiting.at(number).picture->size == kalim::gfx::PixelSize{width, height}) return true;
+    const kalim::DocumentPicture* const picture = pictureOf(number);
+    if (picture && picture->size == kalim::gfx::PixelSize{width, height}) return true;
     kalim::setPageAnswer("picture.size is not that of the picture, which has " +
                          std::to_string(width) + " x " + std::to_string(height) + " pixels");
     return false;
@@ -128,7 +146,9 @@ KALIM_EXPORT("go_on") bool goOn(int picture, bool exportsAtPictureScale, bool gr
     kalim::BrowserEditor& editor = *kalim::pageEditor();
     editor.environment().setLanguage(kalim::pageText(length));
     const kalim::gfx::ImageRef image = kalim::takePagePicture(picture);
-    const std::vector<std::string> work = std::exchange(told, {});
+    std::vector<std::string> work = std::exchange(told, {});
+    // What the work began with is a text that is no document then.
+    if (work.empty()) work.emplace_back();
     kalim::DocumentReading reading;
     reading.needsBytes = false;
     const kalim::ReadDocument start = kalim::readDocument(work.front(), reading);
@@ -177,14 +197,14 @@ KALIM_EXPORT("begin_document") int beginDocument(bool isSealed) {
 // The buffer holds the picture file's type, its hash, and what stands for its bytes, which the page
 // puts in by itself; without a type it keeps the one that it has. The answer is the text.
 KALIM_EXPORT("end_document") void endDocument(int typeLength, int hashLength, int length) {
+    if (!saved) return;
     if (saved->picture) {
         kalim::DocumentPicture& picture = *saved->picture;
-        const auto typeEnd = static_cast<std::size_t>(typeLength);
-        const auto hashEnd = typeEnd + static_cast<std::size_t>(hashLength);
-        const std::string_view given = kalim::pageText(static_cast<int>(hashEnd) + length);
-        if (typeEnd > 0) picture.mediaType = given.substr(0, typeEnd);
-        picture.sha256 = given.substr(typeEnd, hashEnd - typeEnd);
-        picture.data = given.substr(hashEnd);
+        std::string_view given = kalim::pageText(std::numeric_limits<int>::max());
+        const std::string_view type = takeFrom(given, typeLength);
+        if (!type.empty()) picture.mediaType = type;
+        picture.sha256 = takeFrom(given, hashLength);
+        picture.data = takeFrom(given, length);
         picture.file.clear();
     }
     kalim::setPageAnswer(kalim::documentText(*saved));

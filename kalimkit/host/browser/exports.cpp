@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,7 +56,9 @@ kalim::BrowserEditor* kalim::pageEditor() {
 }
 
 std::string_view kalim::pageText(int length) {
-    return {reinterpret_cast<const char*>(shared.data()), static_cast<std::size_t>(length)};
+    const std::size_t most = shared.size() * sizeof(double);
+    return {reinterpret_cast<const char*>(shared.data()),
+            std::min(static_cast<std::size_t>(std::max(length, 0)), most)};
 }
 
 void kalim::dropPageText() {
@@ -141,13 +146,13 @@ KALIM_EXPORT("next_due") double nextDue() {
 // four doubles in the buffer. All are shown together.
 
 KALIM_EXPORT("fingers") void fingers(int phase, int count) {
-    const auto numbers =
-        std::vector<double>(shared.begin(), shared.begin() + std::ptrdiff_t{4} * count);
+    const auto given = std::clamp(std::ptrdiff_t{count}, std::ptrdiff_t{0}, std::ssize(shared) / 4);
+    const auto numbers = std::vector<double>(shared.begin(), shared.begin() + 4 * given);
     editor->window().perform([&] {
-        for (auto given = numbers.begin(); given != numbers.end(); given += 4) {
-            editor->runLoop().advanceTo(given[0]);
-            const kalim::ui::Finger finger{static_cast<std::int64_t>(given[1]),
-                                           {given[2], given[3]}};
+        for (auto number = numbers.begin(); number != numbers.end(); number += 4) {
+            editor->runLoop().advanceTo(number[0]);
+            const kalim::ui::Finger finger{static_cast<std::int64_t>(number[1]),
+                                           {number[2], number[3]}};
             report(static_cast<Phase>(phase), finger);
         }
     });
