@@ -222,7 +222,7 @@ groups_of() {
         kills) echo native window browser ;;
         browsers) echo native browsers ;;
         tidy) echo native tidy ;;
-        fuzz) echo fuzz ;;
+        fuzz) echo fuzz web ;;
     esac
 }
 
