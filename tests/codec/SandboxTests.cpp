@@ -82,7 +82,7 @@ Problem refusedWith(int result, int error) {
 }
 
 Problem goOnForever(Inputs /*inputs*/, SandboxOutput& /*output*/) {
-    for (volatile int i = 0;;)
+    for (volatile unsigned i = 0;;)
         i = i + 1;
 }
 
