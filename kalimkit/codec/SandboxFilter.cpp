@@ -11,6 +11,8 @@
 #include <memory>
 #include <type_traits>
 
+#include "kalimkit/codec/SandboxMessages.h"
+
 namespace kalim::codec {
 
 namespace {
@@ -30,13 +32,19 @@ constexpr std::array allowedCalls{
 };
 // Asked for by libraries that go on without.
 constexpr std::array refusedCalls{
-    SCMP_SYS(open),      SCMP_SYS(openat),
-    SCMP_SYS(stat),      SCMP_SYS(newfstatat),
-    SCMP_SYS(fstat),     SCMP_SYS(access),
-    SCMP_SYS(read),      SCMP_SYS(readlink),
-    SCMP_SYS(ioctl),     SCMP_SYS(close),
-    SCMP_SYS(clone),     SCMP_SYS(clone3),
-    SCMP_SYS(sysinfo),   SCMP_SYS(sched_getaffinity),
+    SCMP_SYS(open),
+    SCMP_SYS(openat),
+    SCMP_SYS(stat),
+    SCMP_SYS(newfstatat),
+    SCMP_SYS(fstat),
+    SCMP_SYS(access),
+    SCMP_SYS(read),
+    SCMP_SYS(readlink),
+    SCMP_SYS(ioctl),
+    SCMP_SYS(clone),
+    SCMP_SYS(clone3),
+    SCMP_SYS(sysinfo),
+    SCMP_SYS(sched_getaffinity),
     SCMP_SYS(prlimit64),
 };
 using Filter = std::unique_ptr<std::remove_pointer_t<scmp_filter_ctx>, decltype(&seccomp_release)>;
@@ -46,6 +54,8 @@ bool addRules(scmp_filter_ctx filter) {
     bool isWhole = seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(write), 0) == 0;
     for (const int call : allowedCalls)
         isWhole = isWhole && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0) == 0;
+    for (const int call : {SCMP_SYS(pipe2), SCMP_SYS(close)})
+        seccomp_rule_add(filter, isSanitized ? SCMP_ACT_ALLOW : SCMP_ACT_ERRNO(EPERM), call, 0);
     // Some of these are unknown to some processors.
     for (const int call : refusedCalls)
         seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 0);

@@ -26,13 +26,6 @@ namespace kalim::codec {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-// The sanitizers tell of what they find.
-constexpr bool mayReport = true;
-#else
-constexpr bool mayReport = false;
-#endif
-
 // Bytes of address space that this process has.
 std::uint64_t mappedBytes() {
     unsigned long long pages = 0;
@@ -136,7 +129,7 @@ bool giveUpRights(const SandboxRequest& request, SandboxFilter& filter) {
     const auto seconds = static_cast<std::uint64_t>(std::ceil(request.maxSeconds));
     return mapped > 0 && limit(RLIMIT_AS, mapped + request.maxMemory) &&
            limit(RLIMIT_CPU, seconds, seconds + 1) && limit(RLIMIT_CORE, 0) &&
-           limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, 0) && filter.protect();
+           limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, isSanitized ? 16 : 0) && filter.protect();
 }
 
 std::optional<std::string> tryWork(const SandboxWork& work, JobMemory& memory) {
@@ -204,7 +197,7 @@ void keepOnly(std::span<int> descriptors) {
         descriptor = ::fcntl(descriptor, F_DUPFD_CLOEXEC, end);
     const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
     for (int stream = STDIN_FILENO; stream < first; ++stream)
-        if (stream != STDERR_FILENO || !mayReport) ::dup2(nowhere, stream);
+        if (stream != STDERR_FILENO || !isSanitized) ::dup2(nowhere, stream);
     for (int number = first; int& descriptor : descriptors)
         descriptor = ::dup2(descriptor, number++);
     ::close_range(static_cast<unsigned>(end), ~0U, 0);

@@ -42,6 +42,13 @@ struct SandboxReport {
     std::array<std::uint8_t, SandboxOutput::factBytes> facts{};
 };
 
+#if defined(__SANITIZE_ADDRESS__)
+// The sanitizers tell of what they find, and look through a pipe whether memory can be read.
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
 // On a busy machine a second of the processor may take so many of the clock.
 constexpr double sandboxSlowness = 3;
 
