@@ -163,6 +163,15 @@ std::string fromLatin(std::string_view text) {
     return utf8;
 }
 
+// A reader refuses a file with another.
+bool isOfLetters(std::uint32_t chunkType) {
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        const std::uint32_t letter = (chunkType >> shift & 0xFFU) | 0x20U;
+        if (letter < 'a' || letter > 'z') return false;
+    }
+    return true;
+}
+
 class PngReading {
 public:
     explicit PngReading(MetadataSource& found) : _found(found) {}
@@ -190,7 +199,8 @@ public:
         constexpr std::uint32_t ancillary = 0x20000000;
         constexpr std::uint32_t safeToCopy = 0x20;
         const bool isSafe = (chunk.type & ancillary) != 0 && (chunk.type & safeToCopy) != 0;
-        if (isSafe && std::ranges::count(droppedChunks, chunk.type) == 0) addBlock(chunk);
+        if (isSafe && isOfLetters(chunk.type) && std::ranges::count(droppedChunks, chunk.type) == 0)
+            addBlock(chunk);
     }
 
 private:
