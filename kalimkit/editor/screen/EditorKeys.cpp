@@ -109,7 +109,7 @@ bool EditorKeys::pressInDialog(std::string_view key, bool isRepeated) {
         sheet->handleKey(key, isRepeated);
         return true;
     }
-    return pressInCrop(key, isRepeated);
+    return window()->takeKey(key, isRepeated) || pressInCrop(key, isRepeated);
 }
 
 // Its buttons answer only once it has opened, and so do the keys.

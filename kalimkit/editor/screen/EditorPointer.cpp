@@ -34,6 +34,7 @@ bool EditorPointer::pointerPressed(PointerButton button, gfx::Point place) {
     endZoom();
     _panButton = button;
     _panStart = _panEnd = place;
+    showCursor();
     _editor.lock()->drawView()->handlePanGesture(ui::GestureState::Began, {});
     return true;
 }
@@ -50,11 +51,26 @@ bool EditorPointer::pointerMoved(gfx::Point place) {
 bool EditorPointer::pointerReleased(PointerButton button) {
     if (_panButton != button) return false;
     _panButton.reset();
+    showCursor();
     if (const auto editor = _editor.lock()) {
         editor->drawView()->handlePanGesture(ui::GestureState::Ended,
                                              inCanvas(_panEnd) - inCanvas(_panStart));
     }
     return true;
+}
+
+void EditorPointer::setMainButtonPans(bool pans) {
+    if (std::exchange(_mainButtonPans, pans) != pans) showCursor();
+}
+
+// A pan's own cursor; without one, that of what lies under the pointer.
+void EditorPointer::showCursor() const {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->window()) return;
+    std::optional<ui::Cursor> cursor;
+    if (_mainButtonPans) cursor = ui::Cursor::Grab;
+    if (_panButton) cursor = ui::Cursor::Grabbing;
+    editor->window()->hover().overrideCursor(cursor);
 }
 
 void EditorPointer::pointerZoomed(gfx::Point place, double factor) {

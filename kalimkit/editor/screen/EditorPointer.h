@@ -29,7 +29,7 @@ public:
     bool pointerMoved(gfx::Point place);
     bool pointerReleased(PointerButton button);
     // While true, the main button pans as the middle one does. A pan under way goes on.
-    void setMainButtonPans(bool pans) { _mainButtonPans = pans; }
+    void setMainButtonPans(bool pans);
 
     // ---- zooming
     // A notch of a wheel, or a touchpad: enlarges by the factor about a place.
@@ -42,6 +42,7 @@ private:
     bool isCanvasFree() const;
     gfx::Point inCanvas(gfx::Point place) const;
     void endZoom();
+    void showCursor() const;
 
     // Held by the host as long as it is shown; weak, because a message of its may end that.
     std::weak_ptr<TesselViewController> _editor;

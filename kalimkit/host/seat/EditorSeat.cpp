@@ -70,8 +70,15 @@ void EditorSeat::mousePressed(PointerButton button, gfx::Point place) {
 }
 
 void EditorSeat::mouseMoved(gfx::Point place) {
-    if (_pointer && _pointer->pointerMoved(place)) return;
-    if (_isMouseDown) _window.fingersMoved({{mouse, place}});
+    _window.perform([&] {
+        const bool isPanning = _pointer && _pointer->pointerMoved(place);
+        if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place}});
+        _window.pointerHovered(place);
+    });
+}
+
+void EditorSeat::mouseLeft() {
+    _window.pointerLeft();
 }
 
 void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
@@ -151,6 +158,11 @@ std::vector<gfx::Rect> EditorSeat::show() {
 void EditorSeat::redraw() {
     _window.setSize(_window.size());
     if (canvas()) canvas()->invalidateLayers();
+}
+
+void EditorSeat::setAppearance(const ui::Appearance& appearance) {
+    _environment->setAppearance(appearance);
+    _window.addDamage({{}, _window.size()});
 }
 
 }  // namespace kalim

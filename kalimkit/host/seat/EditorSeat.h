@@ -63,10 +63,17 @@ public:
     EditorPointer* pointer() const { return _pointer.get(); }
     EditorRemote* remote() const { return _remote.get(); }
 
-    // ---- the mouse, which is a finger unless the editor pans with it
+    // ---- the mouse, which is a finger unless the editor pans with it. Its moves are reported
+    // whether a button is pressed or not.
     void mousePressed(PointerButton button, gfx::Point place);
     void mouseMoved(gfx::Point place);
     void mouseReleased(PointerButton button, gfx::Point place);
+    // It has left the window: nothing is hovered over any longer.
+    void mouseLeft();
+    // Hears what the pointer is to look like from now on.
+    void setCursorHandler(ui::Hover::CursorHandler handler) {
+        _window.setCursorHandler(std::move(handler));
+    }
     // Notches of the wheel, or parts of them; towards the user they are negative.
     void wheelTurned(gfx::Point place, double notches);
 
@@ -96,6 +103,8 @@ public:
     std::vector<gfx::Rect> show();
     // Has everything drawn anew, where the host has lost it.
     void redraw();
+    // The user's system has become dark or light, or asks for more contrast or less.
+    void setAppearance(const ui::Appearance& appearance);
 
 private:
     std::shared_ptr<ui::Environment> _environment;

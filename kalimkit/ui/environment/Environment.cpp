@@ -48,6 +48,19 @@ void Environment::setUserDefault(const std::string& key, bool value) {
     _userDefaults[key] = value;
 }
 
+void Environment::setAppearance(const Appearance& appearance) {
+    if (std::exchange(_appearance, appearance) == appearance) return;
+    const auto observers = _appearanceObservers;
+    for (const auto& each : observers) {
+        if (const auto observer = each.lock()) observer->appearanceChanged();
+    }
+}
+
+void Environment::addAppearanceObserver(const std::weak_ptr<AppearanceObserver>& observer) {
+    std::erase_if(_appearanceObservers, [](const auto& each) { return each.expired(); });
+    _appearanceObservers.push_back(observer);
+}
+
 void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     if (picked) picked(std::nullopt);
 }

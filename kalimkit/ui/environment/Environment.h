@@ -13,6 +13,7 @@
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/environment/Alert.h"
+#include "kalimkit/ui/environment/Appearance.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
 #include "kalimkit/ui/environment/Keyboard.h"
 #include "kalimkit/ui/loop/RunLoop.h"
@@ -78,6 +79,13 @@ public:
     bool prefersReducedMotion() const { return _prefersReducedMotion; }
     void setPrefersReducedMotion(bool prefers) { _prefersReducedMotion = prefers; }
 
+    // Whether the user's system is dark or light, and how much contrast it asks for. The host tells
+    // it, and has its windows drawn anew.
+    const Appearance& appearance() const { return _appearance; }
+    void setAppearance(const Appearance& appearance);
+    // Held weakly; hears of another appearance once it has changed.
+    void addAppearanceObserver(const std::weak_ptr<AppearanceObserver>& observer);
+
     // ---- around the application's windows
     // The first window that was made and still exists; null for none.
     Window* keyWindow() const { return _windows->empty() ? nullptr : _windows->front(); }
@@ -118,6 +126,8 @@ public:
 private:
     Keyboard _keyboard;
     bool _prefersReducedMotion = false;
+    Appearance _appearance;
+    std::vector<std::weak_ptr<AppearanceObserver>> _appearanceObservers;
     std::map<std::string, bool> _userDefaults;
     std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
     // They are found by their class.

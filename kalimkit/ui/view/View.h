@@ -21,6 +21,7 @@
 #include "kalimkit/ui/motion/LayerOwner.h"
 #include "kalimkit/ui/view/Accessibility.h"
 #include "kalimkit/ui/view/AccessibilityElement.h"
+#include "kalimkit/ui/view/Cursor.h"
 #include "kalimkit/ui/view/Responder.h"
 #include "kalimkit/ui/view/ViewLook.h"
 
@@ -192,6 +193,17 @@ public:
     void takeTouches();
     // Whether a recogniser of this view or of one above it may see touches that land here.
     virtual bool admitsGesture(const GestureRecognizer& /*recognizer*/) const { return true; }
+
+    // ---- a pointer that hovers, as a mouse's; fingers never do. Places are in own coordinates.
+    // The view under the pointer and all above it are told, those above first; see Hover.
+    virtual void pointerEntered(gfx::Point /*p*/) {}
+    // It has moved within what it had entered before.
+    virtual void pointerMoved(gfx::Point /*p*/) {}
+    // The view may be in the window no longer.
+    virtual void pointerExited() {}
+    // What the pointer is to look like there; nothing leaves it to the view above. Asked after
+    // every event, also while a button is pressed, when the place may lie outside of the bounds.
+    virtual std::optional<Cursor> cursorAt(gfx::Point /*p*/) { return std::nullopt; }
 
     // ---- accessibility
     virtual std::string accessibilityLabel() const { return _accessibility.label; }

@@ -86,6 +86,12 @@ void Window::setFirstResponder(const std::shared_ptr<View>& view) {
     if (view && firstResponder() == view) view->didBecomeFirstResponder();
 }
 
+bool Window::takeKey(std::string_view key, bool isRepeated) {
+    // A copy: it may replace itself.
+    const KeyTaker taker = _keyTaker;
+    return taker && taker(key, isRepeated);
+}
+
 void Window::endFocusIn(const View& subtree) {
     const std::shared_ptr<View> focused = firstResponder();
     if (focused && focused->isDescendantOf(subtree)) setFirstResponder(nullptr);
@@ -117,6 +123,7 @@ void Window::display() {
     if (_isDisplaying) return;
     const FlagScope displaying(_isDisplaying);
     layout();
+    _hover.refresh();
     if (_damage.isEmpty()) return;
     const bool canDraw = prepareSurface();
     const Damage damage = std::exchange(_damage, {});

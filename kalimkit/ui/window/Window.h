@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
@@ -11,6 +13,7 @@
 #include "kalimkit/ui/view/Touch.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewWindow.h"
+#include "kalimkit/ui/window/Hover.h"
 
 namespace kalim::ui {
 
@@ -75,7 +78,23 @@ public:
     void perform(const std::function<void()>& work);
     void takeTouches(const View& subtree) override;
 
+    // ---- a pointer that hovers; a host reports its moves whether a button is pressed or not. The
+    // work of the main queue is done and marked views are displayed before each returns.
+    void pointerHovered(gfx::Point place);
+    // It hovers over the window no longer.
+    void pointerLeft();
+    Hover& hover() { return _hover; }
+    // Hears what the pointer is to look like from now on.
+    void setCursorHandler(Hover::CursorHandler handler) {
+        _hover.setCursorHandler(std::move(handler));
+    }
+
     // ---- focus
+    // What is shown above the screen, such as a menu, takes keys before anything else does: whether
+    // it did with this one, by its name. One taker at a time; an empty function ends that.
+    using KeyTaker = std::function<bool(std::string_view key, bool isRepeated)>;
+    void setKeyTaker(KeyTaker taker) { _keyTaker = std::move(taker); }
+    bool takeKey(std::string_view key, bool isRepeated);
     // The view that gets what is typed; null for none. Views take and give it up.
     std::shared_ptr<View> firstResponder() const override { return _firstResponder.lock(); }
     void endFocusIn(const View& subtree) override;
@@ -133,6 +152,8 @@ private:
     // The environment keeps this list of windows, this one among them.
     std::shared_ptr<std::vector<Window*>> _windows;
     Touches _touches;
+    Hover _hover{*this};
+    KeyTaker _keyTaker;
     std::weak_ptr<View> _firstResponder;
     Damage _damage;
     bool _needsLayout = true;

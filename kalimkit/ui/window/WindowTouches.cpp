@@ -164,6 +164,18 @@ bool Window::tap(View& view) {
     return true;
 }
 
+void Window::pointerHovered(gfx::Point place) {
+    const Life life = _life;
+    _hover.moveTo(place);
+    finishEvent(life);
+}
+
+void Window::pointerLeft() {
+    const Life life = _life;
+    _hover.leave();
+    finishEvent(life);
+}
+
 void Window::perform(const std::function<void()>& work) {
     const Life life = _life;
     ++_performing;
