@@ -2,23 +2,62 @@
 
 #include <algorithm>
 
+#include "kalimkit/theme/IconDrawing.h"
 #include "kalimkit/theme/IconTable.h"
 #include "kalimkit/theme/KeptPictures.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
-gfx::ImageRef imageNamedForFramework(const std::string& name) {
+namespace {
+
+constexpr std::string_view deskPrefix = "icon_desk_";
+// What the phone shows of a pen, in the picker and on the pen button; the sides are points.
+struct PenPicture {
+    std::string_view prefix;
+    double side;
+};
+constexpr PenPicture penPictures[] = {{"icon_tool_", 38}, {"icon_pen_", 50}};
+
+const Icon* iconNamed(std::string_view name) {
     const std::span<const Icon> icons = frameworkIcons();
     const auto found = std::ranges::find(icons, name, &Icon::name);
-    if (found == icons.end()) return nullptr;
+    return found == icons.end() ? nullptr : &*found;
+}
+
+const Icon* deskIconNamed(std::string_view name) {
+    return iconNamed(std::string(deskPrefix).append(name));
+}
+
+}  // namespace
+
+gfx::ImageRef imageNamedForFramework(const std::string& name) {
+    KeptPictures& pictures = KeptPictures::current();
     const double scale = ui::Environment::current().screen().scale;
-    return KeptPictures::current().iconImage(*found, scale);
+    if (const Icon* const icon = iconNamed(name)) return pictures.iconImage(name, *icon, scale, {});
+    for (const auto& [prefix, side] : penPictures) {
+        if (!name.starts_with(prefix)) continue;
+        const Icon* const icon = deskIconNamed(std::string_view(name).substr(prefix.size()));
+        if (icon) return pictures.iconImage(name, *icon, scale, {side, side});
+    }
+    return nullptr;
+}
+
+bool drawDeskIcon(gfx::Context& context, std::string_view name, const gfx::Rect& rect,
+                  const gfx::Color& color) {
+    const Icon* const icon = deskIconNamed(name);
+    if (!icon) return false;
+    const gfx::GraphicsStateGuard guard(context);
+    const double size = std::min(rect.size.width, rect.size.height);
+    const double scale = size / icon->width;
+    context.translate(rect.midX() - size / 2, rect.midY() - size / 2);
+    context.scale(scale, scale);
+    drawIcon(context, *icon, color);
+    return true;
 }
 
 std::string frameworkImageName(const gfx::ImageRef& image) {
-    const Icon* const icon = KeptPictures::current().iconShownBy(image);
-    return icon ? std::string(icon->name) : std::string();
+    return KeptPictures::current().nameOf(image);
 }
 
 }  // namespace kalim

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 #include "kalimkit/gfx/Path.h"
 
@@ -12,7 +13,8 @@ namespace {
 // Reads a drawing's numbers one after the other.
 class IconReader {
 public:
-    explicit IconReader(std::span<const std::int16_t> steps) : _steps(steps) {}
+    IconReader(std::span<const std::int16_t> steps, const std::optional<gfx::Color>& tint)
+        : _steps(steps), _tint(tint) {}
 
     bool isAtEnd() const { return _next == _steps.size(); }
     int whole() { return _steps[_next++]; }
@@ -24,15 +26,17 @@ public:
     gfx::Color color() {
         const double red = whole() / 255.0;
         const double green = whole() / 255.0;
-        return {red, green, whole() / 255.0};
+        const double blue = whole() / 255.0;
+        return _tint.value_or(gfx::Color{red, green, blue});
     }
     gfx::Color colorWithOpacity() {
         const gfx::Color opaque = color();
-        return opaque.withAlpha(hundredths());
+        return opaque.withAlpha(opaque.alpha * hundredths());
     }
 
 private:
     std::span<const std::int16_t> _steps;
+    std::optional<gfx::Color> _tint;
     std::size_t _next = 0;
 };
 
@@ -90,12 +94,12 @@ void fade(gfx::Context& context, const gfx::Path& path, IconReader& reader) {
 
 }  // namespace
 
-void drawIcon(gfx::Context& context, const Icon& icon) {
+void drawIcon(gfx::Context& context, const Icon& icon, const std::optional<gfx::Color>& tint) {
     const gfx::GraphicsStateGuard guard(context);
     context.setLineCap(gfx::LineCap::Round);
     context.setLineJoin(gfx::LineJoin::Round);
     gfx::Path path;
-    for (IconReader reader(icon.steps); !reader.isAtEnd();) {
+    for (IconReader reader(icon.steps, tint); !reader.isAtEnd();) {
         const int step = reader.whole();
         switch (step) {
             case IconMove:

@@ -1,6 +1,7 @@
 #include "kalimkit/theme/KeptPictures.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "kalimkit/theme/ColorImages.h"
 #include "kalimkit/theme/HexColor.h"
@@ -13,16 +14,20 @@ KeptPictures& KeptPictures::current() {
     return ui::Environment::current().attachment<KeptPictures>();
 }
 
-gfx::ImageRef KeptPictures::iconImage(const Icon& icon, double scale) {
+gfx::ImageRef KeptPictures::iconImage(std::string_view name, const Icon& icon, double scale,
+                                      gfx::Size size) {
     for (const Drawn& drawn : _drawn) {
-        if (drawn.icon == &icon && drawn.scale == scale) return drawn.image;
+        if (drawn.name == name && drawn.scale == scale) return drawn.image;
     }
     gfx::Device& device = ui::Environment::current().device();
-    const gfx::Size size{static_cast<double>(icon.width), static_cast<double>(icon.height)};
-    const std::shared_ptr<gfx::Surface> surface = device.makeSurface(size, scale, false);
+    const gfx::Size own{static_cast<double>(icon.width), static_cast<double>(icon.height)};
+    const gfx::Size whole = size == gfx::Size() ? own : size;
+    const std::shared_ptr<gfx::Surface> surface = device.makeSurface(whole, scale, false);
     if (!surface) return nullptr;
-    drawIcon(surface->context(), icon);
-    _drawn.push_back({&icon, scale, surface->makeImage()});
+    gfx::Context& context = surface->context();
+    context.translate((whole.width - own.width) / 2, (whole.height - own.height) / 2);
+    drawIcon(context, icon);
+    _drawn.push_back({std::string(name), scale, surface->makeImage()});
     return _drawn.back().image;
 }
 
@@ -33,20 +38,21 @@ gfx::ImageRef KeptPictures::highlightBackground() {
     return _highlightBackground;
 }
 
-const Icon* KeptPictures::iconShownBy(const gfx::ImageRef& image) const {
-    if (!image) return nullptr;
+std::string KeptPictures::nameOf(const gfx::ImageRef& image) const {
+    if (!image) return {};
     for (const Drawn& drawn : _drawn) {
-        if (drawn.image == image) return drawn.icon;
+        if (drawn.image == image) return drawn.name;
     }
     for (const Copy& copy : _copies) {
-        if (copy.image.lock() == image) return copy.icon;
+        if (copy.image.lock() == image) return copy.name;
     }
-    return nullptr;
+    return {};
 }
 
 void KeptPictures::noteCopy(const gfx::ImageRef& copy, const gfx::ImageRef& original) {
     std::erase_if(_copies, [](const Copy& other) { return other.image.expired(); });
-    if (const Icon* const icon = iconShownBy(original)) _copies.push_back({icon, copy});
+    std::string name = nameOf(original);
+    if (!name.empty()) _copies.push_back({std::move(name), copy});
 }
 
 }  // namespace kalim

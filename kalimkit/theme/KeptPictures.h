@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Size.h"
 #include "kalimkit/theme/IconTable.h"
 
 namespace kalim {
@@ -14,23 +16,24 @@ class KeptPictures {
 public:
     static KeptPictures& current();
 
-    // Drawn when it is first asked for at a scale.
-    gfx::ImageRef iconImage(const Icon& icon, double scale);
+    // Drawn when it is first asked for by a name at a scale: in the middle of the size in points,
+    // in its own size where that is zero.
+    gfx::ImageRef iconImage(std::string_view name, const Icon& icon, double scale, gfx::Size size);
     gfx::ImageRef highlightBackground();
 
-    // Answers with null for a picture of another origin.
-    const Icon* iconShownBy(const gfx::ImageRef& image) const;
+    // By which an icon was asked for; empty for a picture of another origin.
+    std::string nameOf(const gfx::ImageRef& image) const;
     // Remembers that the copy shows the icon, if any, that the original shows.
     void noteCopy(const gfx::ImageRef& copy, const gfx::ImageRef& original);
 
 private:
     struct Drawn {
-        const Icon* icon;
+        std::string name;
         double scale;
         gfx::ImageRef image;
     };
     struct Copy {
-        const Icon* icon;
+        std::string name;
         std::weak_ptr<const gfx::Image> image;
     };
 

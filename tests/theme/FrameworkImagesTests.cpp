@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <tuple>
 #include <vector>
 
 #include "kalimkit/codec/Decode.h"
@@ -31,6 +33,10 @@ std::vector<std::string> allNames() {
         if (!pen.toolType || pen.hasOneIcon) continue;
         for (const PenSize& size : penSizes())
             names.push_back("icon_pen_" + icon + "_" + std::string(size.icon));
+    }
+    for (const auto& file : std::filesystem::directory_iterator(KALIM_RESOURCES)) {
+        const std::string name = file.path().stem().string();
+        if (name.starts_with("icon_desk_")) names.push_back(name);
     }
     return names;
 }
@@ -67,6 +73,29 @@ TEST(FrameworkImages, AreDrawnOncePerEnvironment) {
     }
     const test::TestHost other;
     EXPECT_NE(imageNamedForFramework("icon_tool_undo"), first);
+}
+
+TEST(FrameworkImages, PensMayHaveADeskIconOnly) {
+    const test::TestHost host;
+    // The circle's left edge lies at 4 of 24 points, in the middle of the picture.
+    for (const auto& [name, side, edge] :
+         {std::tuple("icon_tool_number", 38, 11), std::tuple("icon_pen_number", 50, 17)}) {
+        const gfx::ImageRef image = imageNamedForFramework(name);
+        ASSERT_TRUE(image) << name;
+        EXPECT_EQ(image->size(), gfx::Size(side, side));
+        EXPECT_EQ(frameworkImageName(image), name);
+        EXPECT_GT(image->pixels()->colorAt(edge, side / 2).alpha, 0.8);
+    }
+}
+
+TEST(FrameworkImages, DeskIconsTakeAColour) {
+    test::TestHost host;
+    const auto surface = host.environment().device().makeSurface({24, 24}, 1, false);
+    gfx::Context& context = surface->context();
+    EXPECT_FALSE(drawDeskIcon(context, "nothing", {0, 0, 24, 24}, {1, 0, 0, 1}));
+    EXPECT_TRUE(drawDeskIcon(context, "minus", {0, 0, 24, 24}, {1, 0, 0, 1}));
+    const gfx::Color middle = surface->makeImage()->pixels()->colorAt(12, 12);
+    EXPECT_EQ(middle.withAlpha(1), (gfx::Color{1, 0, 0, 1}));
 }
 
 TEST(FrameworkImages, CopiesKeepTheNameThatTheyWereFoundBy) {

@@ -1,0 +1,110 @@
+#include "kalimkit/theme/Palette.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr PaletteColor colors[] = {
+    {"window", &Palette::window},
+    {"bar", &Palette::bar},
+    {"raised", &Palette::raised},
+    {"hovered", &Palette::hovered},
+    {"pressed", &Palette::pressed},
+    {"chosen", &Palette::chosen},
+    {"accent", &Palette::accent},
+    {"tip", &Palette::tip},
+    {"text", &Palette::text},
+    {"secondary-text", &Palette::secondaryText},
+    {"disabled-text", &Palette::disabledText},
+    {"chosen-text", &Palette::chosenText},
+    {"accent-text", &Palette::accentText},
+    {"tip-text", &Palette::tipText},
+    {"danger", &Palette::danger},
+    {"track", &Palette::track},
+    {"focus", &Palette::focus},
+    {"separator", &Palette::separator},
+    {"shadow", &Palette::shadow},
+};
+
+// 0xRRGGBBAA of each appearance, in the order above: light, dark, and both with high contrast.
+constexpr std::uint32_t values[][std::size(colors)] = {
+    {0xe4e7ecff, 0xf7f8faff, 0xffffffff, 0xe9ecf1ff, 0xd9dde4ff, 0xd6e4ffff, 0x1a5cd8ff, 0x23282fff,
+     0x1b2027ff, 0x454e5aff, 0x667080ff, 0x0a419fff, 0xffffffff, 0xffffffff, 0xa8201aff, 0x747d8bff,
+     0x1a5cd8ff, 0xd3d8dfff, 0x00000040},
+    {0x15181cff, 0x23272dff, 0x2c3138ff, 0x363c45ff, 0x424953ff, 0x1e3d70ff, 0x8ab6ffff, 0xf0f3f6ff,
+     0xf0f3f6ff, 0xbcc4ceff, 0x98a1adff, 0xd6e6ffff, 0x0b1c38ff, 0x171a1eff, 0xffaaa2ff, 0x8d96a2ff,
+     0x8ab6ffff, 0x3d444dff, 0x00000099},
+    {0xffffffff, 0xffffffff, 0xffffffff, 0xe2e2e2ff, 0xcdcdcdff, 0x000000ff, 0x00328fff, 0x000000ff,
+     0x000000ff, 0x1c1c1cff, 0x555555ff, 0xffffffff, 0xffffffff, 0xffffffff, 0x7d0f0aff, 0x000000ff,
+     0x00328fff, 0x000000ff, 0x00000066},
+    {0x000000ff, 0x000000ff, 0x000000ff, 0x2c2c2cff, 0x404040ff, 0xffffffff, 0xffe14dff, 0xffffffff,
+     0xffffffff, 0xe6e6e6ff, 0xa8a8a8ff, 0x000000ff, 0x000000ff, 0x000000ff, 0xffb4adff, 0xffffffff,
+     0xffe14dff, 0xffffffff, 0x000000ff},
+};
+
+gfx::Color colorOf(std::uint32_t value) {
+    const auto byte = [value](int shift) { return ((value >> shift) & 0xff) / 255.0; };
+    return {byte(24), byte(16), byte(8), byte(0)};
+}
+
+// What the host of an environment has given.
+struct GivenColors {
+    std::vector<std::pair<gfx::Color Palette::*, gfx::Color>> colors;
+
+    static GivenColors& current() { return ui::Environment::current().attachment<GivenColors>(); }
+};
+
+double luminance(const gfx::Color& color) {
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
+}  // namespace
+
+Palette Palette::of(const ui::Appearance& appearance) {
+    const auto& row = values[(appearance.hasHighContrast ? 2 : 0) + (appearance.isDark ? 1 : 0)];
+    Palette palette;
+    for (std::size_t i = 0; i < std::size(colors); ++i)
+        palette.*colors[i].color = colorOf(row[i]);
+    return palette;
+}
+
+Palette Palette::current() {
+    Palette palette = of(ui::Environment::current().appearance());
+    for (const auto& [place, color] : GivenColors::current().colors)
+        palette.*place = color;
+    return palette;
+}
+
+std::span<const PaletteColor> paletteColors() {
+    return colors;
+}
+
+bool setPaletteColor(std::string_view name, const std::optional<gfx::Color>& color) {
+    const auto* const named = std::ranges::find(colors, name, &PaletteColor::name);
+    if (named == std::end(colors)) return false;
+    auto& given = GivenColors::current().colors;
+    std::erase_if(given, [&](const auto& each) { return each.first == named->color; });
+    if (color) given.emplace_back(named->color, *color);
+    return true;
+}
+
+double contrastRatio(const gfx::Color& one, const gfx::Color& other) {
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+}  // namespace kalim
