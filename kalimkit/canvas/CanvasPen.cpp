@@ -1,5 +1,6 @@
 #include "kalimkit/canvas/CanvasPen.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -74,6 +75,65 @@ void CanvasPen::setLineWidth(double width) {
     selection.group()->setLineWidth(width);
     if (_canvas.tools.forgiving()) selection.group()->growToLineWidth();
     selection.recordChange();
+}
+
+// ---- properties
+
+bool CanvasPen::setProperty(const std::string& name, const ToolPropertyValue& value) {
+    bool isTaken = false;
+    NewTools& pen = _canvas.tools.pen();
+    const ToolProperty* const known = pen.toolClass ? pen.toolClass->propertyNamed(name) : nullptr;
+    if (known && known->takes(value)) {
+        ToolPropertyValues& chosen = pen.propertiesOf(*pen.toolClass);
+        std::erase_if(chosen, [&name](const auto& each) { return each.first == name; });
+        chosen.emplace_back(name, value);
+        isTaken = true;
+    }
+    if (const auto text = _canvas.typing.restyledText()) {
+        if (!text->setProperty(name, value)) return isTaken;
+        _canvas.home.redisplay();
+        return true;
+    }
+    CanvasSelection& selection = _canvas.selection;
+    if (!selection.isValid()) return isTaken;
+    bool isChanged = false;
+    for (const ToolRef& tool : selection.group()->subTools()) {
+        if (tool->property(name) == value) continue;
+        isChanged = tool->setProperty(name, value) || isChanged;
+    }
+    if (isChanged) selection.recordChange();
+    return isTaken || isChanged;
+}
+
+std::optional<ToolPropertyValue> CanvasPen::property(const std::string& name) const {
+    const CanvasSelection& selection = _canvas.selection;
+    if (!selection.isValid()) {
+        const NewTools& pen = _canvas.tools.pen();
+        return pen.toolClass ? pen.property(*pen.toolClass, name) : std::nullopt;
+    }
+    const ToolList& tools = selection.group()->subTools();
+    const auto value = tools.front()->property(name);
+    const bool isCommon =
+        std::ranges::all_of(tools, [&](const auto& tool) { return tool->property(name) == value; });
+    return isCommon ? value : std::nullopt;
+}
+
+std::vector<const ToolProperty*> CanvasPen::properties() const {
+    const CanvasSelection& selection = _canvas.selection;
+    const bool hasSelection = selection.isValid();
+    const ToolClass* const kind = hasSelection ? &selection.group()->subTools().front()->toolClass()
+                                               : _canvas.tools.pen().toolClass;
+    std::vector<const ToolProperty*> common;
+    if (!kind) return common;
+    for (const ToolProperty& each : kind->properties()) {
+        const auto has = [&each](const ToolRef& tool) {
+            return tool->toolClass().propertyNamed(each.name) != nullptr;
+        };
+        const bool isCommon =
+            !hasSelection || std::ranges::all_of(selection.group()->subTools(), has);
+        if (isCommon) common.push_back(&each);
+    }
+    return common;
 }
 
 // ---- measuring

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/tool/ToolClass.h"
@@ -39,6 +41,9 @@ public:
     void setDrawType(std::uint64_t drawType, const ToolClass* toolClass);
     void setColor(gfx::ColorRef color);
     void setLineWidth(double width);
+    bool setProperty(const std::string& name, const ToolPropertyValue& value);
+    std::optional<ToolPropertyValue> property(const std::string& name) const;
+    std::vector<const ToolProperty*> properties() const;
     void setCalibration(double calibration);
     void setUnit(std::string unit);
     void setShowMeasurement(bool show);

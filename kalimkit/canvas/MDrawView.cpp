@@ -232,6 +232,18 @@ void MDrawView::setDrawLineWidth(double width) {
     held()->pen.setLineWidth(width);
 }
 
+bool MDrawView::setToolProperty(const std::string& name, const ToolPropertyValue& value) {
+    return held()->pen.setProperty(name, value);
+}
+
+std::optional<ToolPropertyValue> MDrawView::toolProperty(const std::string& name) const {
+    return _parts->pen.property(name);
+}
+
+std::vector<const ToolProperty*> MDrawView::toolProperties() const {
+    return _parts->pen.properties();
+}
+
 double MDrawView::lineWidth() const {
     return _parts->tools.pen().lineWidth;
 }

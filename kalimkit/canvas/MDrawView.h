@@ -149,6 +149,15 @@ public:
     // Widths that are not finite or below zero are ignored.
     void setDrawLineWidth(double width);
     double lineWidth() const;
+    // What else people choose of a kind's look (ToolProperty), for what is selected, as a step, and
+    // for what the pen in hand draws from now on; a text that is being typed on a forgiving canvas
+    // instead of the selection. Whether there is any that has it and can take the value.
+    bool setToolProperty(const std::string& name, const ToolPropertyValue& value);
+    // The value that all of the selection have; nothing where they differ. Without a selection that
+    // of the pen.
+    std::optional<ToolPropertyValue> toolProperty(const std::string& name) const;
+    // Those that all of the selection have, or else those of the pen.
+    std::vector<const ToolProperty*> toolProperties() const;
     // The colours that outline texts, by the texts' colours. Texts in other colours are outlined in
     // white.
     using ColorPairs = std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>>;

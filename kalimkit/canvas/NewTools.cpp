@@ -8,8 +8,24 @@ void NewTools::prepare(MDrawTool& tool) const {
     tool.setColor(color);
     tool.setDrawType(drawType);
     tool.setLineWidth(lineWidth);
+    if (const auto chosen = _properties.find(&tool.toolClass()); chosen != _properties.end()) {
+        for (const auto& [name, value] : chosen->second)
+            tool.setProperty(name, value);
+    }
     tool.setIsNewBuild(true);
     tool.finalize();
+}
+
+std::optional<ToolPropertyValue> NewTools::property(const ToolClass& kind,
+                                                    std::string_view name) const {
+    const ToolProperty* const known = kind.propertyNamed(name);
+    if (!known) return std::nullopt;
+    if (const auto chosen = _properties.find(&kind); chosen != _properties.end()) {
+        for (const auto& [each, value] : chosen->second) {
+            if (each == name) return value;
+        }
+    }
+    return known->usualValue();
 }
 
 void NewTools::applyShared(MDrawTool& tool) const {

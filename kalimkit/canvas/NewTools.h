@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
@@ -25,6 +28,13 @@ struct KALIM_API NewTools {
     std::string unit;
     bool showMeasurement = false;
     ToolRules rules;
+
+    // ---- what was chosen for tools of a class, see ToolProperty
+    ToolPropertyValues& propertiesOf(const ToolClass& kind) { return _properties[&kind]; }
+    std::optional<ToolPropertyValue> property(const ToolClass& kind, std::string_view name) const;
+
+private:
+    std::map<const ToolClass*, ToolPropertyValues> _properties;
 };
 
 }  // namespace kalim

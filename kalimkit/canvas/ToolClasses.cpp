@@ -1,24 +1,11 @@
 #include "kalimkit/canvas/ToolClasses.h"
 
-#include <algorithm>
-
-#include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 
 namespace kalim {
 
-namespace {
-
-template <typename Question>
-const ToolClass* kindWith(Question question) {
-    const auto all = kinds();
-    const auto found = std::ranges::find_if(all, question);
-    return found == all.end() ? nullptr : *found;
-}
-
-}  // namespace
-
 const ToolClass* getClassForToolType(std::int64_t type) {
-    return kindWith([type](const ToolClass* kind) { return kind->row.toolType == type; });
+    return ToolRegistry::current().kindOfType(type);
 }
 
 std::int64_t getToolTypeForClass(const MDrawTool* tool) {
@@ -27,7 +14,7 @@ std::int64_t getToolTypeForClass(const MDrawTool* tool) {
 }
 
 const ToolClass* toolClassNamed(std::string_view name) {
-    return kindWith([name](const ToolClass* kind) { return kind->name == name; });
+    return ToolRegistry::current().kindNamed(name);
 }
 
 }  // namespace kalim

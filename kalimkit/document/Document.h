@@ -14,6 +14,7 @@
 #include "kalimkit/image/PictureCut.h"
 #include "kalimkit/json/JsonValue.h"
 #include "kalimkit/tool/ToolDetail.h"
+#include "kalimkit/tool/ToolProperty.h"
 
 namespace kalim {
 
@@ -80,6 +81,8 @@ struct DocumentTool {
     int quarterTurns = 0;
     // What only its kind has, by name.
     std::vector<std::pair<std::string, ToolDetailValue>> details;
+    // What was chosen of its look, see ToolProperty.
+    ToolPropertyValues properties;
     // Keys that are not known; of a class that is not known, all of them, as they were read.
     JsonValue::Object others;
     bool isOfKnownClass = true;

@@ -7,7 +7,7 @@
 #include "kalimkit/document/DocumentValues.h"
 #include "kalimkit/document/UnknownTool.h"
 #include "kalimkit/json/JsonText.h"
-#include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 
 namespace kalim {
 
@@ -53,6 +53,7 @@ DocumentTool describeTool(const MDrawTool& tool) {
     described.quarterTurns = tool.quarterTurns();
     for (const ToolDetail& detail : tool.keptDetails())
         described.details.emplace_back(std::string(detail.name), detail.value);
+    described.properties = tool.chosenProperties();
     described.others = foreignKeysOf(tool);
     return described;
 }
@@ -64,6 +65,10 @@ void takeDescription(MDrawTool& tool, const DocumentTool& described) {
     tool.setDrawType(described.drawType);
     for (const auto& [name, value] : described.details)
         tool.takeDetail(name, value);
+    for (const ToolProperty& property : tool.toolClass().properties())
+        tool.setProperty(property.name, property.usualValue());
+    for (const auto& [name, value] : described.properties)
+        tool.setProperty(name, value);
     tool.setForeignKeys(foreignKeysFor(tool, described.others));
     tool.setQuarterTurns(described.quarterTurns);
     // Last, for some of the above move them.
@@ -91,11 +96,10 @@ ToolRef makeTool(const DocumentTool& described, std::span<const ToolClass* const
 }
 
 const ToolClass* kindNamed(std::string_view name, std::span<const ToolClass* const> ownKinds) {
-    for (const auto list : {ownKinds, kinds()}) {
-        const auto found = std::ranges::find(list, name, &ToolClass::name);
-        if (found != list.end() && (*found)->makeWithStartPoint) return *found;
-    }
-    return nullptr;
+    const auto own = std::ranges::find(ownKinds, name, &ToolClass::name);
+    const ToolClass* const found =
+        own != ownKinds.end() ? *own : ToolRegistry::current().kindNamed(name);
+    return found && found->makeWithStartPoint ? found : nullptr;
 }
 
 // ---- colours
@@ -115,6 +119,54 @@ gfx::ColorRef ColorNumbers::colorOf(std::int64_t number, const gfx::ColorRef& co
 }
 
 // ---- values and JSON
+
+constexpr std::string_view propertiesKey = "properties";
+
+namespace {
+
+JsonValue jsonOfProperty(const ToolPropertyValue& value) {
+    return std::visit([](const auto& chosen) { return JsonValue(chosen); }, value);
+}
+
+std::optional<ToolPropertyValue> propertyFrom(const JsonValue& value) {
+    if (const double* const number = value.number()) return *number;
+    if (const std::string* const words = value.string()) return *words;
+    return std::nullopt;
+}
+
+// Beside those that nobody here knows.
+void addProperties(JsonValue::Object& entry, const ToolPropertyValues& properties) {
+    if (properties.empty()) return;
+    auto place = std::ranges::find(entry, propertiesKey, &JsonValue::Member::first);
+    if (place == entry.end())
+        place = entry.insert(entry.end(), {std::string(propertiesKey), JsonValue::Object()});
+    for (const auto& [name, value] : properties)
+        place->second.object()->emplace_back(name, jsonOfProperty(value));
+}
+
+// Those that are not known stay among the tool's other members.
+void readProperties(DocumentPlace& place, const ToolClass& kind, DocumentTool& tool) {
+    if (!place.find(propertiesKey)) return;
+    const JsonValue& all = place.need(propertiesKey);
+    if (!all.object()) return place.fail(propertiesKey, "an object");
+    std::erase_if(tool.others, [](const auto& member) { return member.first == propertiesKey; });
+    JsonValue::Object unknown;
+    DocumentPlace own = place.object(propertiesKey);
+    for (const auto& [name, value] : *all.object()) {
+        const ToolProperty* const known = kind.propertyNamed(name);
+        const auto chosen = propertyFrom(value);
+        if (!known) {
+            unknown.emplace_back(name, value);
+        } else if (chosen && known->takes(*chosen)) {
+            tool.properties.emplace_back(name, *chosen);
+        } else {
+            own.fail(name, "one that a " + std::string(kind.name) + " can have");
+        }
+    }
+    if (!unknown.empty()) tool.others.emplace_back(propertiesKey, std::move(unknown));
+}
+
+}  // namespace
 
 JsonValue::Object entryOf(const DocumentTool& tool, ColorNumbers& colors,
                           const std::function<bool(const gfx::ColorRef&)>& isShared) {
@@ -141,6 +193,7 @@ JsonValue::Object entryOf(const DocumentTool& tool, ColorNumbers& colors,
     for (const auto& [name, value] : tool.details)
         entry.emplace_back(name, jsonOf(value));
     std::ranges::copy(tool.others, std::back_inserter(entry));
+    addProperties(entry, tool.properties);
     return entry;
 }
 
@@ -204,6 +257,7 @@ DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
     tool.others =
         place.others({"class", "startPoint", "endPoint", "color", "colorComponents", "colorId",
                       "lineWidth", "drawType", "rotateAngle", "lastRotateAngle", "quarterTurns"});
+    readProperties(place, *kind, tool);
     for (const ToolDetailRule& rule : kind->details()) {
         if (!rule.isNeeded && !place.find(rule.name)) continue;
         tool.details.emplace_back(std::string(rule.name), readDetail(place, rule));

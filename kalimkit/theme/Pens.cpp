@@ -1,6 +1,9 @@
 #include "kalimkit/theme/Pens.h"
 
 #include <algorithm>
+#include <vector>
+
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
@@ -18,6 +21,18 @@ constexpr Pen allPens[] = {
     {.number = 1, .name = "text", .key = 't', .icon = "text", .text = "文字", .english = "Text", .toolType = 3, .place = 4},
     {.number = 0, .name = "mosaic", .key = 'm', .icon = "mosaic", .text = "马赛克", .english = "Mosaic", .toolType = 5, .place = 5, .isShownForTools = false, .hasOneIcon = true},
     {.number = 8, .icon = "cut", .text = "裁剪", .english = "Crop", .place = 6},
+    {.number = 31, .name = "roundedrectangle", .key = 'u', .icon = "rounded_rectangle", .text = "圆角矩形", .english = "Rounded rectangle", .toolType = 1, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 22, .name = "highlighter", .key = 'h', .icon = "highlighter", .text = "荧光笔", .english = "Highlighter", .toolType = 22, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 23, .name = "highlighterbox", .key = 'b', .icon = "highlighter_box", .text = "荧光框", .english = "Highlighter box", .toolType = 23, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 20, .name = "number", .key = 'n', .icon = "number", .text = "序号", .english = "Number", .toolType = 20, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 21, .name = "callout", .key = 'c', .icon = "callout", .text = "对话框", .english = "Callout", .toolType = 21, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 24, .name = "magnifier", .key = 'z', .icon = "magnifier", .text = "放大镜", .english = "Magnifier", .toolType = 24, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 25, .name = "spotlight", .key = 's', .icon = "spotlight", .text = "聚光灯", .english = "Spotlight", .toolType = 25, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 26, .name = "stamp", .key = 'i', .icon = "stamp", .text = "印章", .english = "Stamp", .toolType = 26, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 32, .name = "blockarrow", .key = 'k', .icon = "block_arrow", .text = "粗箭头", .english = "Block arrow", .isShownForTools = false, .showsToolIcon = true},
+    {.number = 33, .name = "polygon", .key = 'g', .icon = "polygon", .text = "多边形", .english = "Polygon", .isShownForTools = false, .showsToolIcon = true},
+    {.number = 34, .name = "angle", .icon = "angle", .text = "角", .english = "Angle", .isShownForTools = false, .showsToolIcon = true},
+    {.number = 35, .name = "arc", .icon = "arc", .text = "弧线", .english = "Arc", .isShownForTools = false, .showsToolIcon = true},
     // Hosts may show a dot of this number; it draws nothing.
     {.number = 7, .icon = "rectangle", .text = "矩形", .english = "Rectangle"},
 };
@@ -39,16 +54,53 @@ constexpr HidingStyle allHidingStyles[] = {
 };
 // clang-format on
 
+constexpr std::size_t mostPens = 250;
+
+// Of an environment. The pens keep their places, as people hold pointers to them.
+struct PenList {
+    PenList() {
+        pens.reserve(mostPens);
+        pens.assign(std::begin(allPens), std::end(allPens));
+    }
+
+    std::vector<Pen> pens;
+};
+
+PenList& listOfEnvironment() {
+    return ui::Environment::current().attachment<PenList>();
+}
+
 template <typename Question>
 const Pen* penWith(Question question) {
-    const auto* const pen = std::ranges::find_if(allPens, question);
-    return pen == std::end(allPens) ? nullptr : pen;
+    const auto all = pens();
+    const auto pen = std::ranges::find_if(all, question);
+    return pen == all.end() ? nullptr : &*pen;
 }
 
 }  // namespace
 
 std::span<const Pen> pens() {
-    return allPens;
+    if (!ui::Environment::hasCurrent()) return allPens;
+    return listOfEnvironment().pens;
+}
+
+std::optional<std::string> addPen(Pen pen) {
+    std::vector<Pen>& list = listOfEnvironment().pens;
+    const std::string name(pen.name);
+    if (name.empty()) return "a pen needs a name";
+    if (penNamed(name)) return "there is a pen " + name + " already";
+    const bool hasKey = pen.key != 0;
+    if (hasKey && std::ranges::find(list, pen.key, &Pen::key) != list.end())
+        return "the key " + std::string(1, pen.key) + " of the pen " + name + " is another pen's";
+    if (list.size() == mostPens) return "there are too many pens for " + name;
+    pen.number = firstAddedPen + static_cast<unsigned>(list.size() - std::size(allPens));
+    list.push_back(pen);
+    return std::nullopt;
+}
+
+const Pen* penNamed(std::string_view name) {
+    if (name.empty()) return nullptr;
+    return penWith([name](const Pen& pen) { return pen.name == name; });
 }
 
 const Pen* penNumbered(unsigned number) {

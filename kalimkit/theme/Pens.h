@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "kalimkit/gfx/Export.h"
@@ -44,10 +45,22 @@ struct Pen {
     bool isShownForTools = true;
     // Whether the pen button shows one icon, icon_pen_NAME, in every size and colour.
     bool hasOneIcon = false;
+    // Whether it shows the picker's icon, tinted, in every size.
+    bool showsToolIcon = false;
+    // The style that its tools begin with.
+    std::uint64_t drawType = 0;
 };
 
+// Those that the library brings along, and then those that were added in the current environment.
 // In the order in which people are told their names.
 KALIM_API std::span<const Pen> pens();
+// Adds a pen to those of the current environment; ToolRegistry::add does it for a kind of tools.
+// Its texts outlive the environment. It gets a number of its own, from firstAddedPen on. Answers
+// with what is wrong with it: a name or a key that another pen has, no name, or too many pens.
+KALIM_API std::optional<std::string> addPen(Pen pen);
+inline constexpr unsigned firstAddedPen = 100;
+// Null for a name that no pen has.
+KALIM_API const Pen* penNamed(std::string_view name);
 // Null for a number that is no pen.
 KALIM_API const Pen* penNumbered(unsigned number);
 // Null for a number that is no shape.

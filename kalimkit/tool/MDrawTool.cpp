@@ -26,6 +26,10 @@ int truncated(double value) {
     return static_cast<int>(std::min(std::max(value, -limit), limit));
 }
 
+std::string propertyKey(std::string_view name) {
+    return "property-" + std::string(name);
+}
+
 gfx::Point scaledAbout(gfx::Point center, double factor, gfx::Point p) {
     return center + (p - center) * factor;
 }
@@ -274,6 +278,46 @@ void MDrawTool::setUnit(std::string unit) {
     }
 }
 
+// ---- properties
+
+std::optional<ToolPropertyValue> MDrawTool::property(std::string_view name) const {
+    const ToolProperty* const known = toolClass().propertyNamed(name);
+    if (!known) return std::nullopt;
+    const auto chosen =
+        std::ranges::find(_properties, name, &ToolPropertyValues::value_type::first);
+    return chosen == _properties.end() ? known->usualValue() : chosen->second;
+}
+
+bool MDrawTool::setProperty(std::string_view name, const ToolPropertyValue& value) {
+    const ToolProperty* const known = toolClass().propertyNamed(name);
+    if (!known || !known->takes(value)) return false;
+    std::erase_if(_properties, [name](const auto& chosen) { return chosen.first == name; });
+    if (value != known->usualValue()) _properties.emplace_back(name, value);
+    return true;
+}
+
+ToolPropertyValues MDrawTool::chosenProperties() const {
+    ToolPropertyValues chosen;
+    if (_properties.empty()) return chosen;
+    for (const ToolProperty& known : toolClass().properties()) {
+        const auto value = property(known.name);
+        if (value != known.usualValue()) chosen.emplace_back(known.name, *value);
+    }
+    return chosen;
+}
+
+double MDrawTool::number(std::string_view name) const {
+    const auto value = property(name);
+    const auto* const number = value ? std::get_if<double>(&*value) : nullptr;
+    return number ? *number : 0;
+}
+
+std::string MDrawTool::text(std::string_view name) const {
+    const auto value = property(name);
+    const auto* const words = value ? std::get_if<std::string>(&*value) : nullptr;
+    return words ? *words : std::string();
+}
+
 // ---- history
 
 Feature MDrawTool::getFeature() const {
@@ -282,6 +326,9 @@ Feature MDrawTool::getFeature() const {
     feature.set("MDrawTool-lineWidth", _lineWidth);
     feature.set("MDrawTool-drawType", static_cast<std::int64_t>(_drawType));
     feature.set("MDrawTool-rotateAngle", _rotateAngle);
+    for (const auto& [name, value] : _properties) {
+        std::visit([&](const auto& chosen) { feature.set(propertyKey(name), chosen); }, value);
+    }
     return feature;
 }
 
@@ -298,6 +345,18 @@ void MDrawTool::setFeature(const FeatureRef& feature) {
     }
     if (const double* angle = feature->get<double>("MDrawTool-rotateAngle")) {
         setRotateAngle(static_cast<float>(*angle));
+    }
+    takeProperties(*feature);
+}
+
+// One that the snapshot does not name is as usual again.
+void MDrawTool::takeProperties(const Feature& feature) {
+    for (const ToolProperty& property : toolClass().properties()) {
+        ToolPropertyValue value = property.usualValue();
+        const std::string key = propertyKey(property.name);
+        if (const auto* const number = feature.get<double>(key)) value = *number;
+        if (const auto* const words = feature.get<std::string>(key)) value = *words;
+        setProperty(property.name, value);
     }
 }
 

@@ -20,6 +20,7 @@
 #include "kalimkit/tool/MoveDirection.h"
 #include "kalimkit/tool/ToolClass.h"
 #include "kalimkit/tool/ToolDetail.h"
+#include "kalimkit/tool/ToolProperty.h"
 #include "kalimkit/tool/ToolRules.h"
 
 namespace kalim {
@@ -226,6 +227,14 @@ public:
     virtual void setViewScale(double scale) { _viewScale = scale; }
     const gfx::ColorRef& handleFillColor() const { return _handleFillColor; }
 
+    // ---- what people choose of its look, by name; see ToolRow::properties
+    // The usual value where nothing was chosen; nothing for a name that the kind does not have.
+    virtual std::optional<ToolPropertyValue> property(std::string_view name) const;
+    // Whether the kind has it and can take the value; nothing happens otherwise.
+    virtual bool setProperty(std::string_view name, const ToolPropertyValue& value);
+    // Those that are not as usual, in the order of the kind's list.
+    ToolPropertyValues chosenProperties() const;
+
     // ---- words, for kinds that have some
     virtual std::optional<std::string> words() const { return std::nullopt; }
     virtual void setWords(const std::string&) {}
@@ -260,6 +269,9 @@ protected:
     MDrawTool() = default;
     // How many canvas points are so many points of the screen.
     double onCanvas(double points) const { return _viewScale > 0 ? points / _viewScale : points; }
+    // A property of the kind as its type says; 0 and an empty text for others.
+    double number(std::string_view name) const;
+    std::string text(std::string_view name) const;
     // Runs once after construction, base first.
     virtual void init();
     // Constructs a tool and initialises it at a point.
@@ -289,9 +301,12 @@ private:
     }
     void drawVisibleContent(gfx::Context& context);
     void drawSelectedState(gfx::Context& context);
+    void takeProperties(const Feature& feature);
 
     std::string _name;
     std::string _foreignKeys;
+    // The chosen values, in no order.
+    ToolPropertyValues _properties;
     int _quarterTurns = 0;
     gfx::ColorRef _color;
     gfx::ColorRef _fillColor;

@@ -10,6 +10,7 @@
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/tool/MoveDirection.h"
 #include "kalimkit/tool/ToolDetail.h"
+#include "kalimkit/tool/ToolProperty.h"
 #include "kalimkit/ui/view/Accessibility.h"
 
 namespace kalim {
@@ -68,6 +69,9 @@ struct ToolRow {
     // What makes a tool of the kind besides what all have: the details that MDrawTool::keptDetails
     // names and takeDetail takes. The list outlives the class.
     std::span<const ToolDetailRule> details = {};
+    // What people choose of its look, in the order in which bars offer it; all of them, those of
+    // the base too. The list outlives the class.
+    std::span<const ToolProperty> properties = {};
 };
 
 // A kind of tools at run time: its name, its base, how one is made, and what it is. There is one
@@ -108,6 +112,19 @@ struct KALIM_API ToolClass {
             if (!current->row.details.empty()) return current->row.details;
         }
         return {};
+    }
+    std::span<const ToolProperty> properties() const {
+        for (const ToolClass* current = this; current; current = current->base) {
+            if (!current->row.properties.empty()) return current->row.properties;
+        }
+        return {};
+    }
+    // Null for a name that is none of them.
+    const ToolProperty* propertyNamed(std::string_view wanted) const {
+        for (const ToolProperty& property : properties()) {
+            if (property.name == wanted) return &property;
+        }
+        return nullptr;
     }
 
 private:

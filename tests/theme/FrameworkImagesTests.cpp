@@ -30,7 +30,7 @@ std::vector<std::string> allNames() {
         names.push_back("icon_tool_" + icon);
         if (pen.shape) names.push_back("icon_tool_shape_" + icon);
         if (pen.hasOneIcon) names.push_back("icon_pen_" + icon);
-        if (!pen.toolType || pen.hasOneIcon) continue;
+        if (!pen.toolType || pen.hasOneIcon || pen.showsToolIcon) continue;
         for (const PenSize& size : penSizes())
             names.push_back("icon_pen_" + icon + "_" + std::string(size.icon));
     }

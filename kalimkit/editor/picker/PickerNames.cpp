@@ -71,6 +71,7 @@ std::string dotIconName(const TesselConfig& config) {
 
 std::string penIconName(unsigned pen, unsigned size) {
     const Pen* const known = penNumbered(pen);
+    if (known && known->showsToolIcon) return "icon_tool_" + std::string(known->icon);
     if (!known || !known->toolType) return {};
     const std::string name = "icon_pen_" + std::string(known->icon);
     if (known->hasOneIcon) return name;

@@ -4,6 +4,7 @@
 
 #include "kalimkit/canvas/ToolType.h"
 #include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 #include "kalimkit/theme/HexColor.h"
 
 namespace kalim {
@@ -74,8 +75,9 @@ void ToolChoice::chooseHidingStyle(std::uint64_t drawType) {
 void ToolChoice::choosePen(unsigned pen) {
     _pen.view()->setPen(pen);
     if (pen == EditorPenCrop) return;
-    if (const auto type = toolTypeForPen(pen))
-        _picture.canvas()->beginDrawingForTypeWithDrawType(*type, drawTypeOf(pen));
+    const Pen* const known = penNumbered(pen);
+    const ToolClass* const kind = known ? ToolRegistry::current().kindOf(*known) : nullptr;
+    if (kind) _picture.canvas()->beginDrawingWithClass(*kind, drawTypeOf(pen));
     _penNumber = pen;
     _pickers.showPen(pen, pen);
     offerFor(pen);
@@ -118,7 +120,9 @@ void ToolChoice::offerFor(unsigned pen) {
 }
 
 std::uint64_t ToolChoice::drawTypeOf(unsigned pen) const {
-    return _offersHidingStyles && pen == EditorPenMosaic ? _hidingStyle : 0;
+    if (_offersHidingStyles && pen == EditorPenMosaic) return _hidingStyle;
+    const Pen* const known = penNumbered(pen);
+    return known ? known->drawType : 0;
 }
 
 // ---- showing

@@ -40,6 +40,19 @@ Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&
     return std::nullopt;
 }
 
+// A property's value is a number, a text, or a switch.
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&,
+                     ToolPropertyValue& out) {
+    if (const double* const number = value.number()) {
+        out = *number;
+    } else if (const std::string* const words = value.string()) {
+        out = *words;
+    } else {
+        return wrongValue(what, "a number or a text", value);
+    }
+    return std::nullopt;
+}
+
 // Reads a list of pairs: a text's colour and that of its outline.
 Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&,
                      MDrawView::ColorPairs& out) {
@@ -64,6 +77,11 @@ JsonValue resultOf(const Value& value) {
 
 JsonValue resultOf(const ToolClass* toolClass) {
     return toolClass ? JsonValue(std::string(toolClass->name)) : JsonValue();
+}
+
+JsonValue resultOf(const std::optional<ToolPropertyValue>& value) {
+    if (!value) return {};
+    return std::visit([](const auto& chosen) { return JsonValue(chosen); }, *value);
 }
 
 // Reads the arguments into values of the kinds that the operation takes, calls it, and turns what
@@ -140,6 +158,8 @@ constexpr Operation operations[] = {
     named<&MDrawView::color>("color"),
     named<&MDrawView::setDrawLineWidth>("setDrawLineWidth"),
     named<&MDrawView::lineWidth>("lineWidth"),
+    named<&MDrawView::setToolProperty>("setToolProperty"),
+    named<&MDrawView::toolProperty>("toolProperty"),
     named<&MDrawView::setTextMaskColorsParForTextColors>("setTextMaskColorsParForTextColors"),
     // ---- measuring
     named<&MDrawView::setCalibration>("setCalibration"),

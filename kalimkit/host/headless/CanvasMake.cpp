@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "kalimkit/canvas/ToolClasses.h"
-#include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 
 namespace kalim {
 
@@ -17,7 +17,7 @@ Problem findClass(const JsonValue& step, const ToolClass*& found) {
     found = toolClassNamed(name);
     if (found) return std::nullopt;
     std::vector<std::string_view> names;
-    for (const ToolClass* kind : kinds())
+    for (const ToolClass* kind : ToolRegistry::current().kinds())
         names.push_back(kind->name);
     return "there is no class of tools " + shownName(name) + suggestion(name, names);
 }

@@ -57,6 +57,13 @@ JsonValue describeTool(const MDrawTool& tool) {
         const auto describe = [](const auto& value) { return describeDetail(value); };
         members.emplace_back(std::string(detail.name), std::visit(describe, detail.value));
     }
+    const ToolPropertyValues chosen = tool.chosenProperties();
+    if (chosen.empty()) return members;
+    JsonValue::Object properties;
+    for (const auto& [name, value] : chosen)
+        properties.emplace_back(name,
+                                std::visit([](const auto& v) { return JsonValue(v); }, value));
+    members.emplace_back("properties", std::move(properties));
     return members;
 }
 

@@ -26,6 +26,8 @@ Problem ScenarioFingers::play(const JsonValue& step) {
     if (!leaves && step.find("lifted")) return "\"lifted\" belongs to ended and cancelled";
     Listed listed;
     if (Problem problem = readFingers(step, listed)) return problem;
+    listed.modifiers = _window.modifiers();
+    if (Problem problem = readModifiers(step, listed.modifiers)) return problem;
     if (phase == "began") return begin(listed);
     if (Problem problem = checkAllDown(listed.fingers)) return problem;
     if (phase == "moved") return move(listed);
@@ -79,6 +81,28 @@ Problem ScenarioFingers::readIds(const JsonValue& step, std::size_t count,
     return std::nullopt;
 }
 
+Problem ScenarioFingers::readModifiers(const JsonValue& step, ui::Modifiers& modifiers) {
+    const JsonValue* list = step.find("modifiers");
+    if (!list) return std::nullopt;
+    std::vector<std::string> names;
+    if (Problem problem = readList(*list, "\"modifiers\"", "key", names)) return problem;
+    modifiers = {};
+    for (const std::string& name : names) {
+        if (name == "shift") {
+            modifiers.shift = true;
+        } else if (name == "alt") {
+            modifiers.alt = true;
+        } else if (name == "ctrl") {
+            modifiers.control = true;
+        } else if (name == "space") {
+            modifiers.space = true;
+        } else {
+            return wrongValue("a key of \"modifiers\"", "shift, alt, ctrl or space", name);
+        }
+    }
+    return std::nullopt;
+}
+
 Problem ScenarioFingers::readLifted(const JsonValue& step, Listed& listed) const {
     const JsonValue* list = step.find("lifted");
     if (!list) {
@@ -118,6 +142,7 @@ Problem ScenarioFingers::begin(const Listed& listed) {
         return "there are at most " + std::to_string(mostFingers) + " fingers, not " +
                std::to_string(_down.size() + landing.size());
     }
+    _window.setModifiers(listed.modifiers);
     moveTo(staying);
     for (const ui::Finger& finger : landing)
         _down[finger.id] = finger.location;
@@ -128,6 +153,7 @@ Problem ScenarioFingers::begin(const Listed& listed) {
 Problem ScenarioFingers::move(const Listed& listed) {
     for (const ui::Finger& finger : listed.fingers)
         _down[finger.id] = finger.location;
+    _window.setModifiers(listed.modifiers);
     _window.fingersMoved(listed.fingers);
     return std::nullopt;
 }
@@ -139,6 +165,7 @@ Problem ScenarioFingers::leave(const Listed& listed, bool isCancelled) {
         const bool leaves = std::ranges::find(listed.lifted, finger.id) != listed.lifted.end();
         (leaves ? leaving : staying).push_back(finger);
     }
+    _window.setModifiers(listed.modifiers);
     moveTo(staying);
     for (const ui::Finger& finger : leaving)
         _down.erase(finger.id);

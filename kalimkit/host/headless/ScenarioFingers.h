@@ -15,8 +15,8 @@ public:
     // The window must outlive this object.
     explicit ScenarioFingers(ui::Window& window) : _window(window) {}
 
-    // A step {"touch":phase,"points":[...]} with "ids" and "lifted" where it has them. After a
-    // problem nothing has happened.
+    // A step {"touch":phase,"points":[...]} with "ids", "lifted" and "modifiers" where it has them.
+    // After a problem nothing has happened.
     Problem play(const JsonValue& step);
     // A finger of its own lands and lifts at once. Refused where all fingers are in use.
     Problem tap(gfx::Point place);
@@ -26,11 +26,14 @@ private:
     struct Listed {
         std::vector<ui::Finger> fingers;
         std::vector<std::int64_t> lifted;
+        ui::Modifiers modifiers;
     };
 
     Problem readFingers(const JsonValue& step, Listed& listed) const;
     Problem readIds(const JsonValue& step, std::size_t count, std::vector<std::int64_t>& ids) const;
     Problem readLifted(const JsonValue& step, Listed& listed) const;
+    // Left alone where the step names none.
+    static Problem readModifiers(const JsonValue& step, ui::Modifiers& modifiers);
     bool isDown(std::int64_t id) const { return _down.contains(id); }
     Problem checkAllDown(const std::vector<ui::Finger>& fingers) const;
 

@@ -59,7 +59,7 @@ struct ScenarioPlayer::Stage::Kind {
 };
 
 const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
-    {"touch", {"points", "ids", "lifted"}, &Stage::touch},
+    {"touch", {"points", "ids", "lifted", "modifiers"}, &Stage::touch},
     {"wait", {}, &Stage::wait},
     {"call", {"args"}, &Stage::call},
     {"gesture", {"state", "value", "at"}, &Stage::gesture},

@@ -81,6 +81,8 @@ public:
     // the key did something.
     bool pressKey(std::string_view name, bool isRepeated = false);
     void releaseKey(std::string_view name);
+    // Those that are held, at every change of them.
+    void setModifiers(ui::Modifiers modifiers) { _window.setModifiers(modifiers); }
 
     // ---- text; offsets are bytes of UTF-8. False, and nothing happens, while none has the focus.
     std::shared_ptr<ui::TextView> focusedText() const { return ui::TextView::focusedIn(_window); }

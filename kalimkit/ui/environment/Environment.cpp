@@ -61,6 +61,15 @@ void Environment::addAppearanceObserver(const std::weak_ptr<AppearanceObserver>&
     _appearanceObservers.push_back(observer);
 }
 
+std::optional<std::string> Environment::userSetting(const std::string& key) const {
+    const auto found = _userSettings.find(key);
+    return found == _userSettings.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Environment::setUserSetting(const std::string& key, const std::string& text) {
+    _userSettings[key] = text;
+}
+
 void Environment::pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     if (picked) picked(std::nullopt);
 }

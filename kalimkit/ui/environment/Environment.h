@@ -72,6 +72,9 @@ public:
     // Nothing for what was never set.
     virtual std::optional<bool> userDefault(const std::string& key) const;
     virtual void setUserDefault(const std::string& key, bool value);
+    // The same for texts.
+    virtual std::optional<std::string> userSetting(const std::string& key) const;
+    virtual void setUserSetting(const std::string& key, const std::string& text);
 
     // Whether the user wants things to be where they go, instead of watching them go there.
     // Animations then end as they begin, and their completions run at the run loop's next turn. Off
@@ -129,6 +132,7 @@ private:
     Appearance _appearance;
     std::vector<std::weak_ptr<AppearanceObserver>> _appearanceObservers;
     std::map<std::string, bool> _userDefaults;
+    std::map<std::string, std::string> _userSettings;
     std::shared_ptr<std::vector<Window*>> _windows = std::make_shared<std::vector<Window*>>();
     // They are found by their class.
     std::map<const void*, std::shared_ptr<void>> _attachments;

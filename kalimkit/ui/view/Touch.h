@@ -7,6 +7,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/ui/loop/RunLoop.h"
+#include "kalimkit/ui/view/Modifiers.h"
 
 namespace kalim::ui {
 
@@ -56,6 +57,8 @@ struct TouchEvent {
     std::vector<TouchRef> touches;
     std::vector<TouchRef> allTouches;
     Time time = 0;
+    // The keys that were held then.
+    Modifiers modifiers = {};
 };
 
 }  // namespace kalim::ui

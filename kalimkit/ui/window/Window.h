@@ -10,6 +10,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Surface.h"
 #include "kalimkit/ui/view/Damage.h"
+#include "kalimkit/ui/view/Modifiers.h"
 #include "kalimkit/ui/view/Touch.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/view/ViewWindow.h"
@@ -66,6 +67,10 @@ public:
     void fingersEnded(const std::vector<Finger>& fingers);
     // The ids alone count; an empty list cancels every finger.
     void fingersCancelled(const std::vector<Finger>& fingers);
+    // The keys that are held from now on. Fingers that are down are delivered anew where they are,
+    // as moved, so that what they do follows the keys at once.
+    void setModifiers(Modifiers modifiers);
+    Modifiers modifiers() const { return _modifiers; }
     // Those that are down, in the order of landing.
     const std::vector<TouchRef>& activeTouches() const { return _touches; }
     void cancelTouchesIn(const View& subtree) override;
@@ -154,6 +159,7 @@ private:
     Touches _touches;
     Hover _hover{*this};
     KeyTaker _keyTaker;
+    Modifiers _modifiers;
     std::weak_ptr<View> _firstResponder;
     Damage _damage;
     bool _needsLayout = true;

@@ -118,6 +118,20 @@ void Window::fingersMoved(const std::vector<Finger>& fingers) {
     finishEvent(life);
 }
 
+void Window::setModifiers(Modifiers modifiers) {
+    if (modifiers == _modifiers) return;
+    _modifiers = modifiers;
+    const Life life = _life;
+    rest();
+    const Touches moved = _touches;
+    for (const TouchRef& touch : moved) {
+        touch->_time = now();
+        touch->_phase = TouchPhase::Moved;
+    }
+    deliver(TouchPhase::Moved, moved, moved);
+    finishEvent(life);
+}
+
 void Window::fingersEnded(const std::vector<Finger>& fingers) {
     const Life life = _life;
     rest();
@@ -270,7 +284,7 @@ std::vector<TouchRef> Window::feedRecognizers(View& view, TouchPhase phase, cons
             return filtered(touchesWithin(view, touches),
                             [&](const TouchRef& touch) { return !recognizer->isRefused(touch); });
         };
-        TouchEvent event{seenBy(changed), seenBy(all), now()};
+        TouchEvent event{seenBy(changed), seenBy(all), now(), _modifiers};
         std::erase_if(event.touches,
                       [phase](const TouchRef& touch) { return touch->_phase != phase; });
         if (event.touches.empty() || recognizer->view() != &view) continue;
@@ -305,7 +319,7 @@ void Window::sendCancelled(const Touches& cancelled, const Touches& all) {
                                 (touch->_delivery == Touch::Delivery::Delivered ||
                                  holds(cancelled, touch));
                      }),
-            now()};
+            now(), _modifiers};
         view->touchesCancelled(event);
     }
 }
@@ -324,6 +338,7 @@ void Window::send(View& view, TouchPhase phase, const Touches& changed, const To
         return touch->view().get() == &view && touch->_delivery == Delivery::Delivered;
     });
     event.time = now();
+    event.modifiers = _modifiers;
     tell(view, phase, event);
 }
 

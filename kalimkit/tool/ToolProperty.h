@@ -1,0 +1,52 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+
+namespace kalim {
+
+// Numbers, and 1 or 0 for switches; texts, the names of choices, and colours "#RRGGBBAA".
+using ToolPropertyValue = std::variant<double, std::string>;
+using ToolPropertyValues = std::vector<std::pair<std::string, ToolPropertyValue>>;
+
+// Something of a kind's look that people choose besides colour, width and style, and that a bar can
+// offer without knowing the kind. The texts outlive the class.
+struct KALIM_API ToolProperty {
+    enum class Type { Number, Switch, Choice, Color, Text };
+
+    // One that can be chosen, as documents name it.
+    struct Choice {
+        std::string_view name;
+        // What it is called; hosts may have the text in their language.
+        std::string_view text;
+        std::string_view english;
+    };
+
+    // What documents, scenarios and hosts call it.
+    std::string_view name;
+    Type type = Type::Number;
+    std::string_view text = {};
+    std::string_view english = {};
+    // Of numbers; a bar moves them by the step.
+    double least = 0;
+    double most = 1;
+    double step = 0;
+    // What a tool has that nobody has chosen for. A choice's first is the usual one, and so is an
+    // empty text, or no colour.
+    double usual = 0;
+    std::span<const Choice> choices = {};
+    // Bars leave it out: handles, or a host, set it.
+    bool isHidden = false;
+
+    ToolPropertyValue usualValue() const;
+    // Whether a tool can have the value; a number of another step can be had.
+    bool takes(const ToolPropertyValue& value) const;
+};
+
+}  // namespace kalim
