@@ -2,7 +2,8 @@
 // over what the canvas shows, with its names and states.
 
 const pause = 250;
-const role = { button: 1, image: 2, text: 3, field: 4, dialog: 5, group: 6, radio: 7, canvas: 8 };
+const role = { button: 1, image: 2, text: 3, field: 4, dialog: 5, group: 6, radio: 7, canvas: 8,
+  slider: 9, menu: 10, item: 11, status: 12 };
 // A tag and a role by the module's number; all others are buttons.
 const kinds = {
   [role.image]: ['div', 'img'],
@@ -12,6 +13,10 @@ const kinds = {
   [role.group]: ['div', 'group'],
   [role.radio]: ['button', 'radio'],
   [role.canvas]: ['div', 'group'],
+  [role.slider]: ['div', 'slider'],
+  [role.menu]: ['div', 'menu'],
+  [role.item]: ['button', 'menuitem'],
+  [role.status]: ['div', 'status'],
 };
 
 function setAttribute(element, name, value) {

@@ -28,6 +28,14 @@ const char* nameOf(ui::AccessibilityRole role) {
             return "radioButton";
         case ui::AccessibilityRole::Canvas:
             return "canvas";
+        case ui::AccessibilityRole::Slider:
+            return "slider";
+        case ui::AccessibilityRole::Menu:
+            return "menu";
+        case ui::AccessibilityRole::MenuItem:
+            return "menuItem";
+        case ui::AccessibilityRole::Status:
+            return "status";
     }
     return "none";
 }

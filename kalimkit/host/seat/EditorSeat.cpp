@@ -14,6 +14,8 @@ namespace {
 constexpr std::int64_t mouse = -1;
 // A notch of the wheel enlarges by this.
 constexpr double notchFactor = 1.15;
+// And moves what scrolls under the pointer by so many points.
+constexpr double notchDistance = 48;
 // A pixel of the picture never covers more of the screen's than this, along a side.
 constexpr double largestMagnification = 8;
 
@@ -89,6 +91,7 @@ void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
 }
 
 void EditorSeat::wheelTurned(gfx::Point place, double notches) {
+    if (_window.pointerScrolled(place, {0, notches * notchDistance})) return;
     if (_pointer) _pointer->pointerZoomed(place, std::pow(notchFactor, notches));
 }
 

@@ -207,6 +207,19 @@ void ScrollView::zoomToRect(const gfx::Rect& rect, bool animated) {
     zoomTo(clamped(place - middle, contentSize() * factor), next, animated);
 }
 
+bool ScrollView::pointerScrolled(gfx::Point /*p*/, gfx::Point distance) {
+    const ScrollRange across = horizontalRange();
+    const ScrollRange down = verticalRange();
+    const bool goesAcross = across.least < across.most;
+    const bool goesDown = down.least < down.most;
+    if (!_isScrolledByWheel || isDragging() || !(goesAcross || goesDown)) return false;
+    if (goesAcross && !goesDown && distance.x == 0) distance.x = distance.y;
+    const gfx::Point to = contentOffset() - distance;
+    setContentOffset({goesAcross ? std::clamp(to.x, across.least, across.most) : contentOffset().x,
+                      goesDown ? std::clamp(to.y, down.least, down.most) : contentOffset().y});
+    return true;
+}
+
 // ---- fingers
 
 void ScrollView::dragged(PanGestureRecognizer& pan) {

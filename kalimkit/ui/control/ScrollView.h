@@ -81,6 +81,11 @@ public:
     bool isZoomBouncing() const { return _glide && _glide->kind == GlideKind::ZoomBounce; }
     // Leaves the content where it is, which may be beyond an edge.
     void stopMoving();
+    // Whether a wheel moves the content, as far as its edges; off at first. Content that is seen
+    // wholly leaves the wheel to others, and what only goes sideways takes both ways.
+    bool isScrolledByWheel() const { return _isScrolledByWheel; }
+    void setScrolledByWheel(bool isScrolled) { _isScrolledByWheel = isScrolled; }
+    bool pointerScrolled(gfx::Point p, gfx::Point distance) override;
 
     // ---- delegate
     void setDelegate(std::weak_ptr<ScrollViewDelegate> delegate) {
@@ -158,6 +163,7 @@ private:
     bool _bouncesZoom = true;
     bool _alwaysBounceHorizontal = false;
     bool _alwaysBounceVertical = false;
+    bool _isScrolledByWheel = false;
     bool _isDragging = false;
     bool _isZooming = false;
     // Where the fingers have brought offset and scale, without the rubber band.

@@ -14,6 +14,11 @@ enum class AccessibilityRole {
     Group,
     RadioButton,
     Canvas,
+    Slider,
+    Menu,
+    MenuItem,
+    // A short note that comes and goes by itself.
+    Status,
 };
 
 // What a view tells those who do not see it. A host reads it to describe the screen to an assistive

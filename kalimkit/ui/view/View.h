@@ -201,6 +201,10 @@ public:
     virtual void pointerMoved(gfx::Point /*p*/) {}
     // The view may be in the window no longer.
     virtual void pointerExited() {}
+    // Its wheel or a touchpad would move what it hovers over by so many points, content to the
+    // right and downwards being positive. Whether the view has used that; else the one above it is
+    // asked.
+    virtual bool pointerScrolled(gfx::Point /*p*/, gfx::Point /*distance*/) { return false; }
     // What the pointer is to look like there; nothing leaves it to the view above. Asked after
     // every event, also while a button is pressed, when the place may lie outside of the bounds.
     virtual std::optional<Cursor> cursorAt(gfx::Point /*p*/) { return std::nullopt; }

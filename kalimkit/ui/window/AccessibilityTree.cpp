@@ -48,7 +48,7 @@ bool isReachable(const View& view, View& root) {
 bool takesTaps(const View& view) {
     const AccessibilityRole role = view.accessibilityRole();
     return role == AccessibilityRole::Button || role == AccessibilityRole::RadioButton ||
-           role == AccessibilityRole::TextField;
+           role == AccessibilityRole::TextField || role == AccessibilityRole::MenuItem;
 }
 
 // Each one's middle lies within the height of the other.

@@ -88,6 +88,8 @@ public:
     void pointerHovered(gfx::Point place);
     // It hovers over the window no longer.
     void pointerLeft();
+    // Its wheel has been turned there, see View::pointerScrolled; whether a view has used it.
+    bool pointerScrolled(gfx::Point place, gfx::Point distance);
     Hover& hover() { return _hover; }
     // Hears what the pointer is to look like from now on.
     void setCursorHandler(Hover::CursorHandler handler) {

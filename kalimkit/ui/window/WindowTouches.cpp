@@ -190,6 +190,18 @@ void Window::pointerLeft() {
     finishEvent(life);
 }
 
+bool Window::pointerScrolled(gfx::Point place, gfx::Point distance) {
+    if (!isFinite(place) || !isFinite(distance) || !_touches.empty()) return false;
+    const Life life = _life;
+    bool isUsed = false;
+    auto view = _root->hitTest(_root->convertPointFrom(place, nullptr));
+    for (; view && !isUsed && !life.expired();
+         view = view->superview() ? view->superview()->shared_from_this() : nullptr)
+        isUsed = view->pointerScrolled(view->convertPointFrom(place, nullptr), distance);
+    finishEvent(life);
+    return isUsed;
+}
+
 void Window::perform(const std::function<void()>& work) {
     const Life life = _life;
     ++_performing;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "kalimkit/ui/control/ScrollView.h"
 #include "kalimkit/ui/window/Hover.h"
 #include "tests/ui/Stage.h"
 
@@ -100,6 +101,20 @@ TEST_F(HoverTest, IsHeldWhileThePointerIsBusy) {
     EXPECT_EQ(take(), (Lines{"cursor 11"}));
     window().hover().overrideCursor(std::nullopt);
     EXPECT_EQ(take(), (Lines{"a exited", "cursor 0"}));
+}
+
+TEST_F(HoverTest, AWheelMovesWhatScrollsUnderThePointer) {
+    const auto scroll = ScrollView::initWithFrame({0, 0, 100, 50});
+    scroll->setContentSize({100, 120});
+    scroll->addSubview(View::initWithFrame({0, 0, 100, 120}));
+    root->addSubview(scroll);
+    EXPECT_FALSE(window().pointerScrolled({10, 10}, {0, -30}));
+    scroll->setScrolledByWheel(true);
+    for (const auto& [distance, offset] : {std::pair(-30.0, 30.0), {-90, 70}, {20, 50}}) {
+        EXPECT_TRUE(window().pointerScrolled({10, 10}, {0, distance}));
+        EXPECT_EQ(scroll->contentOffset(), gfx::Point(0, offset));
+    }
+    EXPECT_FALSE(window().pointerScrolled({110, 10}, {0, -30}));
 }
 
 }  // namespace kalim::ui
