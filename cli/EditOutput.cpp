@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -66,8 +65,7 @@ void EditOutput::nameAfter(const std::string& photo) {
 void EditOutput::follow(const EditOptions& options, const std::string& path) {
     if (!_path.empty()) return;
     codec::Bytes start;
-    const auto isEnough = [](codec::ByteSpan) { return false; };
-    if (!path.empty()) codec::readFileIf(path, start, UINT64_MAX, isEnough);
+    if (!path.empty()) codec::readFile(path, start);
     _format = options.format.value_or(pictureFormatOfBytes(start).value_or(PictureFormat::Png));
     if (options.isDocumentInside) _format = PictureFormat::Png;
     if (_stem.empty()) return;

@@ -12,6 +12,7 @@
 #include "kalimkit/codec/ColorProfile.h"
 #include "kalimkit/codec/ExifOrientation.h"
 #include "kalimkit/codec/FileFormat.h"
+#include "kalimkit/codec/ImportedFormat.h"
 #include "kalimkit/codec/PersonalTraces.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/json/JsonText.h"
@@ -44,6 +45,19 @@ codec::ByteSpan pictureFile(const OpenedFile& opened) {
     return {reinterpret_cast<const std::uint8_t*>(data.data()), data.size()};
 }
 
+// Nothing of its data is read, and none go along with a result.
+JsonValue::Object describeImported(const OpenedFile& opened, codec::ByteSpan file) {
+    const codec::ImportedFacts& facts = *opened.picture.imported;
+    const std::string& profile = facts.profileName;
+    return {{"mediaType", codec::mediaType(codec::importedFormat(file))},
+            {"size", uprightSize(opened.picture)},
+            {"orientation", codec::exifOrientationNumber(opened.picture.orientation)},
+            {"bitDepth", facts.bitDepth},
+            {"colorProfile", profile.empty() ? JsonValue() : JsonValue(profile)},
+            {"bytes", opened.bytes.size()},
+            {"metadata", {}}};
+}
+
 JsonValue::Object describePicture(const OpenedFile& opened) {
     const codec::ByteSpan file = pictureFile(opened);
     if (file.empty()) {
@@ -51,6 +65,7 @@ JsonValue::Object describePicture(const OpenedFile& opened) {
                 {"bitDepth", {}},  {"colorProfile", {}}, {"bytes", opened.bytes.size()},
                 {"metadata", {}}};
     }
+    if (opened.picture.imported) return describeImported(opened, file);
     codec::PersonalTraces traces = codec::personalTraces(file);
     // The picture around a document may say more.
     if (opened.isInside) traces |= codec::personalTraces(opened.bytes);

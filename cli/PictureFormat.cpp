@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kalimkit/codec/FileFormat.h"
+#include "kalimkit/codec/ImportedFormat.h"
 
 namespace kalim::cli {
 
@@ -35,7 +36,8 @@ std::optional<PictureFormat> pictureFormatOfBytes(codec::ByteSpan bytes) {
         case codec::FileFormat::Other:
             break;
     }
-    return std::nullopt;
+    if (codec::importedFormat(bytes) == codec::ImportedFormat::None) return std::nullopt;
+    return codec::isOpaquePhoto(bytes) ? PictureFormat::Jpeg : PictureFormat::Png;
 }
 
 std::string endingOf(PictureFormat format) {

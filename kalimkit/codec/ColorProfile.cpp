@@ -88,7 +88,10 @@ Bytes colorProfile(ByteSpan file) {
 }
 
 std::optional<std::string> colorProfileName(ByteSpan file) {
-    const Bytes bytes = colorProfile(file);
+    return profileName(colorProfile(file));
+}
+
+std::optional<std::string> profileName(ByteSpan bytes) {
     if (bytes.empty() || bytes.size() > maxProfileBytes) return std::nullopt;
     const ProfileHandle profile(
         cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size())),

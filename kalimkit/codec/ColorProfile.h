@@ -12,6 +12,9 @@ namespace kalim::codec {
 // whole.
 Bytes colorProfile(ByteSpan file);
 
+// What a profile calls itself, as the next.
+std::optional<std::string> profileName(ByteSpan profile);
+
 // What the profile of a file calls itself, as "Display P3"; nothing without one, and for one that
 // is broken.
 KALIM_API std::optional<std::string> colorProfileName(ByteSpan file);

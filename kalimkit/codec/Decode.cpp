@@ -8,6 +8,7 @@
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/FileFormat.h"
 #include "kalimkit/codec/Files.h"
+#include "kalimkit/codec/ImportedFormat.h"
 #include "kalimkit/codec/Saving.h"
 
 namespace kalim::codec {
@@ -23,20 +24,7 @@ struct Signature {
 };
 
 // Pictures that people have and may try: the message names what they are.
-constexpr std::array<Signature, 16> refusedFormats{{
-    {4, "ftypheic"sv, "HEIC"},
-    {4, "ftypheix"sv, "HEIC"},
-    {4, "ftyphevc"sv, "HEIC"},
-    {4, "ftypmif1"sv, "HEIC"},
-    {4, "ftypmsf1"sv, "HEIC"},
-    {4, "ftypavif"sv, "AVIF"},
-    {4, "ftypavis"sv, "AVIF"},
-    {0, "GIF87a"sv, "GIF"},
-    {0, "GIF89a"sv, "GIF"},
-    {0, "II*\0"sv, "TIFF"},
-    {0, "MM\0*"sv, "TIFF"},
-    {6, "\0\0\0\0\x36\0\0\0"sv, "BMP"},
-    {6, "\0\0\0\0\x8A\0\0\0"sv, "BMP"},
+constexpr std::array<Signature, 3> refusedFormats{{
     {4, "JXL \r\n\x87\n"sv, "JPEG XL"},
     {4, "jP  \r\n\x87\n"sv, "JPEG 2000"},
     {0, "8BPS\0\1"sv, "Photoshop"},
@@ -61,7 +49,8 @@ DecodeResult refuse(ByteSpan bytes) {
             return failure(std::string(signature.format) + " pictures are not supported");
         }
     }
-    return failure("not a picture that can be read (JPEG, PNG or WebP)");
+    return failure(
+        "not a picture that can be read (JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF or HEIC)");
 }
 
 std::string sizeText(std::uint32_t width, std::uint32_t height) {
@@ -90,7 +79,8 @@ DecodeResult decodeAnyFormat(ByteSpan bytes, const DecodeLimits& limits) {
         case FileFormat::Other:
             break;
     }
-    return refuse(bytes);
+    const bool isImported = importedFormat(bytes) != ImportedFormat::None;
+    return isImported ? decodeImported(bytes, limits) : refuse(bytes);
 }
 
 }  // namespace
@@ -150,7 +140,7 @@ DecodeResult decode(ByteSpan bytes, const std::string& name, const DecodeLimits&
 }
 
 bool mayBePicture(ByteSpan start) {
-    return fileFormat(start) != FileFormat::Other;
+    return fileFormat(start) != FileFormat::Other || importedFormat(start) != ImportedFormat::None;
 }
 
 std::optional<std::string> readPictureFile(const std::string& path, Bytes& bytes,

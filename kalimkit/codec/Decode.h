@@ -23,9 +23,11 @@ struct DecodeLimits {
     double maxSeconds = 10;
 };
 
-// Reads a JPEG, PNG or WebP picture, of an animation the first frame, and turns the colours of an
-// embedded profile into sRGB. What is decoded is complete: data that are cut off or damaged are an
-// error. `name` stands at the front of every message, usually the path.
+// Reads a picture, of an animation the first frame and of a file of several the main one, and turns
+// the colours of an embedded profile into sRGB: JPEG, PNG, WebP, and of their pixels alone GIF,
+// BMP, PPM and its kin (P1 to P6), and TIFF, AVIF and HEIC where the system has their libraries.
+// What is decoded is complete: data that are cut off or damaged are an error. `name` stands at the
+// front of every message, usually the path.
 KALIM_API DecodeResult decode(ByteSpan bytes, const std::string& name,
                               const DecodeLimits& limits = {});
 // decode() or what does its work elsewhere, as decodeSandboxed().

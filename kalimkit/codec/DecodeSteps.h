@@ -22,6 +22,12 @@ DecodeResult decodePng(ByteSpan bytes, const DecodeLimits& limits,
 DecodeResult decodeWebp(ByteSpan bytes, const DecodeLimits& limits,
                         Coloring coloring = Coloring::Srgb);
 
+// The pixels of all formats that are imported.
+DecodeResult decodeImported(ByteSpan bytes, const DecodeLimits& limits);
+// Loads what decoding a file takes that begins so, before nothing more can be loaded. What stands
+// in the way, or nothing.
+std::optional<std::string> prepareImport(ByteSpan start);
+
 // What the header says, whether the profile fits or not.
 FileColors jpegColors(ByteSpan bytes);
 FileColors pngColors(ByteSpan bytes);

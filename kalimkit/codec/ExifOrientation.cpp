@@ -72,8 +72,12 @@ ImageOrientation exifOrientation(ByteSpan exif) {
     if (exif.size() < headerSize || exif[0] != exif[1]) return ImageOrientation::Up;
     if (exif[0] != 'I' && exif[0] != 'M') return ImageOrientation::Up;
     const std::uint32_t value = orientationValue(TiffReader(exif, exif[0] == 'M')).value_or(1);
-    return value >= 1 && value <= orientations.size() ? orientations[value - 1]
-                                                      : ImageOrientation::Up;
+    return orientationOfExif(value <= orientations.size() ? static_cast<int>(value) : 1);
+}
+
+ImageOrientation orientationOfExif(int number) {
+    const bool isKnown = number >= 1 && number <= static_cast<int>(orientations.size());
+    return isKnown ? orientations[static_cast<std::size_t>(number) - 1] : ImageOrientation::Up;
 }
 
 int exifOrientationNumber(ImageOrientation orientation) {

@@ -12,4 +12,7 @@ KALIM_API gfx::ImageOrientation exifOrientation(ByteSpan exif);
 // The tag's number for it, 1 to 8.
 KALIM_API int exifOrientationNumber(gfx::ImageOrientation orientation);
 
+// The other way round; Up for a number that is none of them.
+gfx::ImageOrientation orientationOfExif(int number);
+
 }  // namespace kalim::codec

@@ -1,6 +1,7 @@
 #include "kalimkit/codec/SandboxFilter.h"
 
 #include <linux/seccomp.h>
+#include <sched.h>
 #include <seccomp.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -17,36 +18,51 @@ namespace kalim::codec {
 
 namespace {
 
-// Memory, the clock, waiting for oneself, and the end.
+// Memory, the clock, threads and waiting for them, and the end.
 constexpr std::array allowedCalls{
-    SCMP_SYS(brk),          SCMP_SYS(munmap),
-    SCMP_SYS(mremap),       SCMP_SYS(madvise),
-    SCMP_SYS(futex),        SCMP_SYS(sched_yield),
-    SCMP_SYS(exit),         SCMP_SYS(exit_group),
-    SCMP_SYS(rt_sigreturn), SCMP_SYS(clock_gettime),
-    SCMP_SYS(gettimeofday), SCMP_SYS(getpid),
-    SCMP_SYS(gettid),       SCMP_SYS(rt_sigprocmask),
-    SCMP_SYS(getrandom),    SCMP_SYS(restart_syscall),
-    SCMP_SYS(sigaltstack),  SCMP_SYS(pause),
+    SCMP_SYS(brk),
+    SCMP_SYS(munmap),
+    SCMP_SYS(mremap),
+    SCMP_SYS(madvise),
+    SCMP_SYS(futex),
+    SCMP_SYS(sched_yield),
+    SCMP_SYS(exit),
+    SCMP_SYS(exit_group),
+    SCMP_SYS(rt_sigreturn),
+    SCMP_SYS(clock_gettime),
+    SCMP_SYS(gettimeofday),
+    SCMP_SYS(getpid),
+    SCMP_SYS(gettid),
+    SCMP_SYS(rt_sigprocmask),
+    SCMP_SYS(getrandom),
+    SCMP_SYS(restart_syscall),
+    SCMP_SYS(sigaltstack),
+    SCMP_SYS(pause),
     SCMP_SYS(ppoll),
+    SCMP_SYS(rt_sigaction),
+    SCMP_SYS(rseq),
+    SCMP_SYS(set_robust_list),
+    SCMP_SYS(sched_getaffinity),
 };
 // Asked for by libraries that go on without.
 constexpr std::array refusedCalls{
-    SCMP_SYS(open),
-    SCMP_SYS(openat),
-    SCMP_SYS(stat),
-    SCMP_SYS(newfstatat),
-    SCMP_SYS(fstat),
-    SCMP_SYS(access),
-    SCMP_SYS(read),
-    SCMP_SYS(readlink),
-    SCMP_SYS(ioctl),
-    SCMP_SYS(clone),
-    SCMP_SYS(clone3),
-    SCMP_SYS(sysinfo),
-    SCMP_SYS(sched_getaffinity),
-    SCMP_SYS(prlimit64),
+    SCMP_SYS(open),  SCMP_SYS(openat),  SCMP_SYS(stat),      SCMP_SYS(newfstatat),
+    SCMP_SYS(fstat), SCMP_SYS(access),  SCMP_SYS(read),      SCMP_SYS(readlink),
+    SCMP_SYS(ioctl), SCMP_SYS(sysinfo), SCMP_SYS(prlimit64),
 };
+// A library may have threads of its own process do its work, but there is no other process. The
+// older call tells in its first argument what is to be made; without the newer one, the system's
+// library takes that.
+bool addThreadRules(scmp_filter_ctx filter) {
+    constexpr scmp_datum_t thread = CLONE_THREAD | CLONE_VM;
+    const int call = SCMP_SYS(clone);
+    seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0);
+    return seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 1,
+                            SCMP_A0(SCMP_CMP_MASKED_EQ, thread, thread)) == 0 &&
+           seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 1,
+                            SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)) == 0;
+}
+
 using Filter = std::unique_ptr<std::remove_pointer_t<scmp_filter_ctx>, decltype(&seccomp_release)>;
 
 bool addRules(scmp_filter_ctx filter) {
@@ -59,6 +75,7 @@ bool addRules(scmp_filter_ctx filter) {
     // Some of these are unknown to some processors.
     for (const int call : refusedCalls)
         seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 0);
+    isWhole = isWhole && addThreadRules(filter);
     // No memory becomes a program.
     for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)}) {
         isWhole = isWhole && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 1,

@@ -11,9 +11,9 @@ class SandboxFilter {
 public:
     SandboxFilter();
 
-    // From here on the calling process, which must have one thread, has memory and its end. What
-    // libraries try that do without is refused; anything else ends the process with SIGSYS. False
-    // where the system knows no filters, or lets none be set.
+    // From here on the calling process, which must have one thread, has memory, threads and its
+    // end. What libraries try that do without is refused; anything else ends the process with
+    // SIGSYS. False where the system knows no filters, or lets none be set.
     bool protect();
 
 private:

@@ -158,6 +158,9 @@ void tell(SandboxReport& report, const std::string& problem, bool lacksMemory) {
     keepOnly(kept);
     JobMemory shared(request, kept[0]);
     if (!shared.map()) ::_exit(1);
+    // What is missing, the work tells.
+    for (const ByteSpan input : shared.inputs())
+        prepareImport(input);
     shared.report().state = SandboxReport::State::Unprotected;
     if (!giveUpRights(request, filter)) ::_exit(0);
     shared.report().state = SandboxReport::State::Running;

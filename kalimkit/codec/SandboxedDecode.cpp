@@ -1,5 +1,8 @@
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "kalimkit/codec/DecodeSteps.h"
@@ -15,6 +18,9 @@ struct PictureFacts {
     std::int32_t height = 0;
     std::int32_t orientation = 0;
     gfx::PixelGrid grid;
+    std::int32_t isImported = 0;
+    std::int32_t bitDepth = 0;
+    std::array<char, 128> profileName{};
 };
 
 SandboxOutput* pixelOutput = nullptr;
@@ -31,8 +37,15 @@ std::optional<std::string> decodeJob(std::span<const ByteSpan> inputs, SandboxOu
     setPixelPlace(makeRoom);
     DecodeResult result = decode(inputs[0], {}, limits);
     if (result.error) return result.error->substr(std::string(": ").size());
-    const PictureFacts facts{result.bitmap.width(), result.bitmap.height(),
-                             static_cast<std::int32_t>(result.orientation), result.grid};
+    PictureFacts facts{result.bitmap.width(), result.bitmap.height(),
+                       static_cast<std::int32_t>(result.orientation), result.grid};
+    if (result.imported) {
+        facts.isImported = 1;
+        facts.bitDepth = result.imported->bitDepth;
+        const std::string& name = result.imported->profileName;
+        std::copy_n(name.begin(), std::min(name.size(), facts.profileName.size()),
+                    facts.profileName.begin());
+    }
     std::memcpy(output.facts().data(), &facts, sizeof facts);
     return std::nullopt;
 }
@@ -62,6 +75,11 @@ DecodeResult take(SandboxOutcome outcome, const DecodeLimits& limits) {
         return result;
     }
     result.grid = facts.grid;
+    if (facts.isImported != 0) {
+        const std::string_view name(facts.profileName.data(), facts.profileName.size());
+        result.imported = ImportedFacts{std::clamp(facts.bitDepth, 0, 64),
+                                        std::string(name.substr(0, name.find('\0')))};
+    }
     result.orientation = static_cast<gfx::ImageOrientation>(facts.orientation);
     result.bitmap = gfx::Bitmap::adopted(facts.width, facts.height, std::move(outcome.bytes));
     return result;

@@ -198,14 +198,20 @@ TEST(Decode, NamesWhatCannotBeRead) {
     using std::string_literals::operator""s;
     const std::pair<std::string, std::string> cases[] = {
         {"", "photo: the file is empty"},
-        {"just words", "photo: not a picture that can be read (JPEG, PNG or WebP)"},
-        {"\xFF\xD8", "photo: not a picture that can be read (JPEG, PNG or WebP)"},
-        {"\0\0\0\x18"s + "ftypheic\0\0\0\0", "photo: HEIC pictures are not supported"},
+        {"just words",
+         "photo: not a picture that can be read (JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF or "
+         "HEIC)"},
+        {"\xFF\xD8",
+         "photo: not a picture that can be read (JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF or "
+         "HEIC)"},
+        {"\0\0\0\xC"
+         "JXL \r\n\x87\n"s,
+         "photo: JPEG XL pictures are not supported"},
         {"RIFF\x10\0\0\0"s + "WAVEfmt ",
-         "photo: not a picture that can be read (JPEG, PNG or WebP)"},
-        {"GIF89a", "photo: GIF pictures are not supported"},
-        {"II*\0"s, "photo: TIFF pictures are not supported"},
-        {"BM\x99\1\0\0\0\0\0\0\x36\0\0\0"s, "photo: BMP pictures are not supported"},
+         "photo: not a picture that can be read (JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF or "
+         "HEIC)"},
+        {"GIF89a", "photo: the GIF data end too early"},
+        {"BM\x99\1\0\0\0\0\0\0\x36\0\0\0\x28\0"s, "photo: the BMP data end too early"},
     };
     for (const auto& [file, message] : cases)
         EXPECT_EQ(errorOf(bytesOf(file)), message);

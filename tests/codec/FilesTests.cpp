@@ -195,7 +195,9 @@ TEST_F(Files, WhatIsNoPictureIsReadNoFurtherThanItsStart) {
     // It would wait for ever otherwise.
     EXPECT_EQ(readPictureFile("/dev/fd/" + std::to_string(ends[0]), bytes), std::nullopt);
     EXPECT_EQ(std::string(bytes.begin(), bytes.end()), text.substr(0, startLength));
-    EXPECT_EQ(decode(bytes, "it").error, "it: not a picture that can be read (JPEG, PNG or WebP)");
+    EXPECT_EQ(
+        decode(bytes, "it").error,
+        "it: not a picture that can be read (JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF or HEIC)");
     ::close(ends[0]);
     ::close(ends[1]);
 }

@@ -29,9 +29,11 @@ gfx::ImageRef PictureOrigins::make(gfx::Device& device, codec::DecodeResult deco
     gfx::ImageRef image = std::make_shared<const gfx::Image>(made->raster(), made->scale(),
                                                              made->orientation(), decoded.grid);
     std::erase_if(_entries, [](const Entry& entry) { return entry.image.expired(); });
-    auto origin = std::make_shared<Origin>();
     const char* const mediaType = codec::mediaType(codec::fileFormat(file));
-    origin->mediaType = mediaType ? mediaType : "";
+    // What was imported is written as its pixels alone.
+    if (!mediaType) return image;
+    auto origin = std::make_shared<Origin>();
+    origin->mediaType = mediaType;
     origin->data.assign(file.begin(), file.end());
     origin->path = path;
     _entries.push_back({image, std::move(origin)});

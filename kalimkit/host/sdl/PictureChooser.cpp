@@ -43,12 +43,15 @@ bool PictureChooser::start(const std::string& title, bool takesDocuments) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) return false;
     const std::string documents = takesDocuments ? "KalimKit, " : "";
-    std::vector<std::string> words{
-        "zenity", "--file-selection", "--title=" + title,
-        "--file-filter=" + documents +
-            "JPEG, PNG, WebP | *.jpg *.jpeg *.png *.webp *.JPG *.JPEG *.PNG *.WEBP" +
-            (takesDocuments ? " *.kalim" : ""),
-        "--file-filter=* | *"};
+    std::vector<std::string> words{"zenity", "--file-selection", "--title=" + title,
+                                   "--file-filter=" + documents +
+                                       "JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF, HEIC | *.jpg "
+                                       "*.jpeg *.png *.webp *.gif *.bmp *.ppm "
+                                       "*.pgm *.pbm *.tif *.tiff *.avif *.heic *.heif *.JPG *.JPEG "
+                                       "*.PNG *.WEBP *.GIF *.BMP *.TIF *.TIFF "
+                                       "*.HEIC" +
+                                       (takesDocuments ? " *.kalim" : ""),
+                                   "--file-filter=* | *"};
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
     for (std::string& word : words)
