@@ -138,7 +138,7 @@ void CanvasFinger::down(gfx::Point p) {
     _movePoint = {};
     const auto& group = _canvas.selection.group();
     if (group) _canvas.tools.scaleForScreen(*group);
-    const bool isOnSelection = group && group->testHitOnHandle(p);
+    const bool isOnSelection = group && !_canvas.selection.isLocked() && group->testHitOnHandle(p);
     _found = isOnSelection ? nullptr : _canvas.tools.topmostAt(p);
     const ToolClass* toolClass = _canvas.tools.pen().toolClass;
     _meaning = meaningOf(

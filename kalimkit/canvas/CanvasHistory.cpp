@@ -1,7 +1,9 @@
 #include "kalimkit/canvas/CanvasHistory.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
@@ -21,11 +23,15 @@ void CanvasHistory::listen() {
 // ---- undo
 
 bool CanvasHistory::canUndo() const {
-    return _canvas.freehand.isWaiting() || _canvas.tools.undoManager().canUndo();
+    return isWaiting() || _canvas.tools.undoManager().canUndo();
 }
 
 bool CanvasHistory::canRedo() const {
-    return !_canvas.freehand.isWaiting() && _canvas.tools.undoManager().canRedo();
+    return !isWaiting() && _canvas.tools.undoManager().canRedo();
+}
+
+bool CanvasHistory::isWaiting() const {
+    return _canvas.freehand.isWaiting() || _canvas.arrangement.isNudging();
 }
 
 bool CanvasHistory::undo() {
@@ -104,6 +110,31 @@ void CanvasHistory::removeSelected() {
     _canvas.home.redisplay();
 }
 
+bool CanvasHistory::reorder(ToolPlacements placements) {
+    const ToolList& list = _canvas.tools.list();
+    ToolPlacements before;
+    for (std::size_t place = 0; place < list.size(); ++place) {
+        if (std::ranges::find(placements, list[place], &ToolPlacement::tool) != placements.end())
+            before.push_back({list[place], place});
+    }
+    if (before.size() != placements.size() || before == placements) return false;
+    lay(placements);
+    const auto weak = std::weak_ptr(_canvas.home.held(*this));
+    _canvas.tools.record(ToolOrderStep::make(std::move(before), std::move(placements),
+                                             [weak](const ToolPlacements& stepped) {
+                                                 const auto history = weak.lock();
+                                                 if (history) history->lay(stepped);
+                                             }));
+    return true;
+}
+
+void CanvasHistory::lay(const ToolPlacements& placements) {
+    _canvas.tools.lay(placements);
+    for (const ToolPlacement& placement : placements)
+        _canvas.screen.markChanged(placement.tool);
+    _canvas.home.redisplay();
+}
+
 void CanvasHistory::clear() {
     _canvas.typing.finish();
     _canvas.freehand.drop();
@@ -139,7 +170,7 @@ void CanvasHistory::didStep(Step step, const ToolRef& entry) {
 
 void CanvasHistory::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
     if (const auto owner = _canvas.home.owner()) {
-        const bool waits = _canvas.freehand.isWaiting();
+        const bool waits = isWaiting();
         owner->canUndoStateChangedCanRedo(canUndo || waits, canRedo && !waits);
     }
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "kalimkit/canvas/ToolOrderStep.h"
 #include "kalimkit/tool/MUndoManager.h"
 
 namespace kalim {
 
+class CanvasArrangement;
 class CanvasContent;
 class CanvasFinger;
 class CanvasFreehand;
@@ -28,6 +30,7 @@ public:
         CanvasFreehand& freehand;
         CanvasFinger& finger;
         CanvasJournal& journal;
+        CanvasArrangement& arrangement;
     };
     explicit CanvasHistory(const Canvas& canvas) : _canvas(canvas) {}
     // Once the view can be held.
@@ -46,6 +49,8 @@ public:
     void endUnderWay();
     bool add(const ToolRef& tool);
     void removeSelected();
+    // Lays tools of the canvas at other places of the drawing order; whether that is a step.
+    bool reorder(ToolPlacements placements);
     // It leaves no record.
     void clear();
     // Takes tools that have been finished elsewhere in the place of all there are; no steps.
@@ -61,6 +66,9 @@ public:
 
 private:
     bool step(bool (MUndoManager::*take)());
+    // Something has been done that has no record yet.
+    bool isWaiting() const;
+    void lay(const ToolPlacements& placements);
 
     Canvas _canvas;
     bool _isDirty = false;

@@ -110,6 +110,10 @@ void CanvasJournal::note(Step step, const ToolRef& entry) {
         members.emplace_back("cut", cutEntry(static_cast<const PictureCutStep&>(*entry).after()));
         return listener->canvasDidStep(dumpJson(members));
     }
+    if (step == Step::Recorded && &entry->toolClass() == &ToolOrderStep::Class()) {
+        members.emplace_back("order", placesOf(static_cast<const ToolOrderStep&>(*entry).after()));
+        return listener->canvasDidStep(dumpJson(members));
+    }
     if (step == Step::Recorded || step == Step::Undone || step == Step::Redone) {
         members.emplace_back("tools", statesOf(entry));
     }
@@ -163,6 +167,14 @@ JsonValue CanvasJournal::stateOf(const ToolRef& tool) {
     const auto always = [](const gfx::ColorRef&) { return true; };
     state.emplace_back("tool", kalim::entryOf(describeTool(*tool), _colors, always));
     return state;
+}
+
+// Each a tool's number and its place in the drawing order.
+JsonValue CanvasJournal::placesOf(const ToolPlacements& placements) {
+    JsonValue::Array places;
+    for (const ToolPlacement& placement : placements)
+        places.emplace_back(JsonValue::Array{numberOf(placement.tool), JsonValue(placement.place)});
+    return places;
 }
 
 // ---- replaying
@@ -219,8 +231,25 @@ void CanvasJournal::playRecorded(DocumentPlace& step, const CutPicture& cutPictu
         if (!step.hasFailed() && !cutPicture(cut)) step.fail("cut", "another cut of the picture");
         return;
     }
+    if (step.find("order")) return playOrder(step);
     playStates(step);
     if (const ToolRef entry = entryOf(step)) _canvas.tools.record(entry);
+}
+
+void CanvasJournal::playOrder(DocumentPlace& step) {
+    ToolPlacements placements;
+    const JsonValue::Array* const places = step.need("order").array();
+    const auto most = static_cast<double>(_canvas.tools.list().size());
+    for (std::size_t i = 0; places && i < places->size(); ++i) {
+        const JsonValue::Array* const pair = (*places)[i].array();
+        const double* const place = pair && pair->size() == 2 ? pair->back().number() : nullptr;
+        const ToolRef tool = place ? toolOf(step, pair->front()) : nullptr;
+        if (!tool || !(*place >= 0) || *place >= most) break;
+        placements.push_back({tool, static_cast<std::size_t>(*place)});
+    }
+    const bool isRead = places && placements.size() == places->size();
+    if (!isRead || !_canvas.history.reorder(std::move(placements)))
+        step.fail("order", "another order of tools that there are");
 }
 
 void CanvasJournal::playMeasuring(DocumentPlace& step) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "kalimkit/canvas/StepListener.h"
+#include "kalimkit/canvas/ToolOrderStep.h"
 #include "kalimkit/document/Document.h"
 #include "kalimkit/document/ToolEntry.h"
 #include "kalimkit/tool/MUndoManager.h"
@@ -76,6 +77,8 @@ private:
     void playState(DocumentPlace& state);
     ToolRef toolOf(DocumentPlace& step, const JsonValue& number);
     ToolRef entryOf(DocumentPlace& step);
+    JsonValue placesOf(const ToolPlacements& placements);
+    void playOrder(DocumentPlace& step);
 
     Canvas _canvas;
     std::weak_ptr<StepListener> _listener;

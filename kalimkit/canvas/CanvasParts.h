@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasDocument.h"
 #include "kalimkit/canvas/CanvasExport.h"
@@ -28,11 +29,13 @@ struct CanvasParts {
           content({tools, shown, screen}),
           painter({tools.list(), shown, content}),
           screen({view, shown, tools, painter, selection}),
-          selection({home, tools, finger, freehand}),
+          selection({home, tools, finger, freehand, arrangement}),
           freehand({home, tools, finger}),
           typing({home, shown, tools, screen, selection, finger}),
           finger({home, tools, screen, selection, typing, freehand, history}),
-          history({home, tools, content, screen, selection, typing, freehand, finger, journal}),
+          history({home, tools, content, screen, selection, typing, freehand, finger, journal,
+                   arrangement}),
+          arrangement({home, shown, tools, selection, typing, finger, history, document}),
           pen({home, tools, screen, selection, typing, freehand, finger, journal}),
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
           document({home, shown, tools, content, painter, typing, exports}),
@@ -49,6 +52,7 @@ struct CanvasParts {
     CanvasTyping typing;
     CanvasFinger finger;
     CanvasHistory history;
+    CanvasArrangement arrangement;
     CanvasPen pen;
     CanvasExport exports;
     CanvasDocument document;

@@ -1,8 +1,12 @@
 #include "kalimkit/canvas/CanvasSelection.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <set>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
@@ -13,7 +17,30 @@
 namespace kalim {
 
 bool CanvasSelection::isPickable(const MDrawTool& tool) const {
+    return !tool.isLocked() && isReachable(tool);
+}
+
+bool CanvasSelection::isReachable(const MDrawTool& tool) const {
     return _canvas.tools.forgiving() || tool.toolClass().picking() == ToolPicking::Always;
+}
+
+bool CanvasSelection::isLocked() const {
+    return _group && std::ranges::any_of(_group->subTools(), &MDrawTool::isLocked);
+}
+
+ToolList CanvasSelection::withGroups(const ToolList& tools) const {
+    std::set<std::int64_t> groups;
+    for (const ToolRef& tool : tools) {
+        if (!tool->groups().empty()) groups.insert(tool->groups().front());
+    }
+    if (groups.empty()) return tools;
+    ToolList fellows;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        const bool isFellow = !tool->groups().empty() && groups.contains(tool->groups().front());
+        if ((isFellow && isPickable(*tool)) || std::ranges::find(tools, tool) != tools.end())
+            fellows.push_back(tool);
+    }
+    return fellows;
 }
 
 std::shared_ptr<MDrawMutableSelect> CanvasSelection::makeGroup() const {
@@ -30,7 +57,7 @@ void CanvasSelection::select(const ToolList& tools) {
     const auto group = makeGroup();
     for (const ToolRef& tool : tools) {
         const bool isFree =
-            _canvas.tools.contains(tool) && !tool->isNewBuild() && isPickable(*tool);
+            _canvas.tools.contains(tool) && !tool->isNewBuild() && isReachable(*tool);
         if (!isFree || group->containTool(tool)) continue;
         group->addSubTool(tool);
     }
@@ -133,6 +160,7 @@ void CanvasSelection::notify() {
 void CanvasSelection::endStepUnderWay() {
     _canvas.finger.endDrag();
     endRotationUnderWay();
+    _canvas.arrangement.endNudging();
 }
 
 // ---- taps
@@ -150,7 +178,7 @@ void CanvasSelection::turn(ui::GestureState state, double angle, bool mayTurn) {
     const bool isOver = (state != ui::GestureState::Began && _rotation.isOver) ||
                         (!mayTurn && !_rotation.holdsFingers);
     const bool turns = !isOver && std::isfinite(angle) && _canvas.home.view().enableGesture() &&
-                       isValid() && _group->isSupportGestureRotate();
+                       isValid() && !isLocked() && _group->isSupportGestureRotate();
     _rotation.isOver = isOver && !isEnding;
     _rotation.holdsFingers = turns && !isEnding;
     if (!turns) return;

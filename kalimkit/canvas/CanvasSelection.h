@@ -9,6 +9,7 @@
 
 namespace kalim {
 
+class CanvasArrangement;
 class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
@@ -24,6 +25,7 @@ public:
         CanvasTools& tools;
         CanvasFinger& finger;
         const CanvasFreehand& freehand;
+        CanvasArrangement& arrangement;
     };
     explicit CanvasSelection(const Canvas& canvas) : _canvas(canvas) {}
 
@@ -34,8 +36,13 @@ public:
     // Whether the tool may become a part of it.
     bool isPickable(const MDrawTool& tool) const;
 
+    // Those that belong together with one of them, too, in drawing order.
+    ToolList withGroups(const ToolList& tools) const;
+    // Nothing of it is moved by fingers.
+    bool isLocked() const;
+
     // ---- choosing
-    // See MDrawView::selectTools().
+    // See MDrawView::selectTools(). Locked tools may be among them.
     void select(const ToolList& tools);
     void clear();
     // As by a finger at the point; a tool that is in it leaves it.
@@ -58,6 +65,7 @@ public:
     bool holdsFingers() const { return _rotation.holdsFingers; }
 
 private:
+    bool isReachable(const MDrawTool& tool) const;
     std::shared_ptr<MDrawMutableSelect> makeGroup() const;
     void drop();
     void notify();

@@ -49,13 +49,20 @@ void CanvasTools::clear() {
     _undoManager.reset();
 }
 
+void CanvasTools::lay(const ToolPlacements& placements) {
+    for (const ToolPlacement& placement : placements)
+        std::erase(*_list, placement.tool);
+    for (const ToolPlacement& placement : placements)
+        insert(placement.tool, std::min(placement.place, _list->size()));
+}
+
 // Patches lie below everything else, whenever they were made.
 ToolRef CanvasTools::topmostAt(gfx::Point p) const {
     // What is not to be seen cannot be meant.
     if (_shown.isCropped() && !_shown.picture.part().contains(p)) return nullptr;
     ToolRef patch;
     for (auto tool = _list->rbegin(); tool != _list->rend(); ++tool) {
-        if ((*tool)->isNewBuild()) continue;
+        if ((*tool)->isNewBuild() || (*tool)->isLocked()) continue;
         (*tool)->setViewScale(_shown.picture.hasBasis() ? _shown.touchScale() : 0);
         if (!(*tool)->hitTest(p)) continue;
         if ((*tool)->toolClass().layer() == ToolLayer::Items) return *tool;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/NewTools.h"
+#include "kalimkit/canvas/ToolOrderStep.h"
 #include "kalimkit/tool/MDrawTool.h"
 #include "kalimkit/tool/MUndoManager.h"
 
@@ -49,6 +50,9 @@ public:
     void insert(const ToolRef& tool, std::size_t place) {
         _list->insert(_list->begin() + static_cast<std::ptrdiff_t>(place), tool);
     }
+
+    // Takes tools out of the drawing order and lays each at its place, from the lowest.
+    void lay(const ToolPlacements& placements);
 
     // ---- by touch
     // The topmost finished tool under a canvas point; null for none.

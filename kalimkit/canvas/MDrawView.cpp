@@ -303,6 +303,10 @@ void MDrawView::deleteSelectedTools() {
     held()->history.removeSelected();
 }
 
+std::shared_ptr<CanvasArrangement> MDrawView::arrangement() {
+    return {shared_from_this(), &_parts->arrangement};
+}
+
 void MDrawView::clearTools() {
     held()->history.clear();
 }

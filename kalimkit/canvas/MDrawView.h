@@ -15,6 +15,7 @@ class RotationGestureRecognizer;
 
 namespace kalim {
 
+class CanvasArrangement;
 class MDrawMutableSelect;
 class MDrawText;
 class MUndoManager;
@@ -191,6 +192,9 @@ public:
     // The tool that the current gesture is creating; null between gestures.
     const ToolRef& handingTool() const;
     void deleteSelectedTools();
+    // What else is done with finished tools: aligning, ordering, grouping, copying and so on. It
+    // holds the canvas.
+    std::shared_ptr<CanvasArrangement> arrangement();
     // No undo reverses these.
     void clearTools();
     void removeInvaildTools();

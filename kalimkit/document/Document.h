@@ -79,6 +79,9 @@ struct DocumentTool {
     double lastRotateAngle = 0;
     // How the picture was turned when the tool was made, see MDrawTool::quarterTurns.
     int quarterTurns = 0;
+    // See MDrawTool::groups and isLocked.
+    std::vector<std::int64_t> groups;
+    bool isLocked = false;
     // What only its kind has, by name.
     std::vector<std::pair<std::string, ToolDetailValue>> details;
     // What was chosen of its look, see ToolProperty.

@@ -1,6 +1,7 @@
 #include "kalimkit/document/ToolEntry.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -51,6 +52,8 @@ DocumentTool describeTool(const MDrawTool& tool) {
     described.rotateAngle = tool.rotateAngle();
     described.lastRotateAngle = tool.lastRotateAngle();
     described.quarterTurns = tool.quarterTurns();
+    described.groups = tool.groups();
+    described.isLocked = tool.isLocked();
     for (const ToolDetail& detail : tool.keptDetails())
         described.details.emplace_back(std::string(detail.name), detail.value);
     described.properties = tool.chosenProperties();
@@ -71,6 +74,8 @@ void takeDescription(MDrawTool& tool, const DocumentTool& described) {
         tool.setProperty(name, value);
     tool.setForeignKeys(foreignKeysFor(tool, described.others));
     tool.setQuarterTurns(described.quarterTurns);
+    tool.setGroups(described.groups);
+    tool.setLocked(described.isLocked);
     // Last, for some of the above move them.
     tool.setStartPoint(described.startPoint);
     tool.setEndPoint(described.endPoint);
@@ -190,6 +195,9 @@ JsonValue::Object entryOf(const DocumentTool& tool, ColorNumbers& colors,
     entry.emplace_back("rotateAngle", tool.rotateAngle);
     entry.emplace_back("lastRotateAngle", tool.lastRotateAngle);
     if (tool.quarterTurns != 0) entry.emplace_back("quarterTurns", tool.quarterTurns);
+    if (!tool.groups.empty())
+        entry.emplace_back("groups", JsonValue::Array(tool.groups.begin(), tool.groups.end()));
+    if (tool.isLocked) entry.emplace_back("locked", true);
     for (const auto& [name, value] : tool.details)
         entry.emplace_back(name, jsonOf(value));
     std::ranges::copy(tool.others, std::back_inserter(entry));
@@ -212,6 +220,22 @@ void readColors(DocumentPlace& place, ColorNumbers& colors, DocumentTool& tool) 
     const gfx::ColorRef shared = tool.color ? colors.colorOf(number, tool.color) : nullptr;
     if (!shared) place.fail("colorId", "the number of one colour");
     tool.color = shared;
+}
+
+void readArrangement(DocumentPlace& place, DocumentTool& tool) {
+    constexpr std::size_t mostGroups = 32;
+    if (place.find("locked")) tool.isLocked = place.flag("locked");
+    const JsonValue* const value = place.find("groups");
+    if (!value) return;
+    const auto isNumber = [](const JsonValue& each) {
+        const double* const number = each.number();
+        return number && *number >= 1 && *number <= largestWhole && std::trunc(*number) == *number;
+    };
+    const JsonValue::Array* const numbers = value->array();
+    if (!numbers || numbers->size() > mostGroups || !std::ranges::all_of(*numbers, isNumber))
+        return place.fail("groups", "the numbers of up to 32 groups, the outermost first");
+    for (const JsonValue& number : *numbers)
+        tool.groups.push_back(static_cast<std::int64_t>(*number.number()));
 }
 
 // Something may be read of it; nothing has to be.
@@ -254,9 +278,10 @@ DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
     tool.lastRotateAngle = place.number("lastRotateAngle", -largestAngle, largestAngle);
     if (place.find("quarterTurns"))
         tool.quarterTurns = static_cast<int>(place.whole("quarterTurns", 0, 3));
-    tool.others =
-        place.others({"class", "startPoint", "endPoint", "color", "colorComponents", "colorId",
-                      "lineWidth", "drawType", "rotateAngle", "lastRotateAngle", "quarterTurns"});
+    readArrangement(place, tool);
+    tool.others = place.others({"class", "startPoint", "endPoint", "color", "colorComponents",
+                                "colorId", "lineWidth", "drawType", "rotateAngle",
+                                "lastRotateAngle", "quarterTurns", "groups", "locked"});
     readProperties(place, *kind, tool);
     for (const ToolDetailRule& rule : kind->details()) {
         if (!rule.isNeeded && !place.find(rule.name)) continue;

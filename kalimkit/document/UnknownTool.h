@@ -24,6 +24,7 @@ public:
     bool hitTest(gfx::Point p) override;
     gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point) override { return p1; }
     void moveByOffsetEndPoint(gfx::Point, gfx::Point) override {}
+    void mapPoints(const PointMap&) override {}
     bool isSupportGestureRotate() const override { return false; }
     void drawContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context&) override {}

@@ -30,6 +30,7 @@ const ToolClass& MDrawFreeline::Class() {
                                      &MDrawTool::makeToolAt<MDrawFreeline>,
                                      {.label = "{}涂鸦",
                                       .recorder = ToolRecorder::Strokes,
+                                      .span = ToolSpan::Free,
                                       .toolType = 4,
                                       .details = detailRules}};
     return toolClass;
@@ -101,6 +102,12 @@ std::vector<gfx::Point> MDrawFreeline::allPoints() const {
 void MDrawFreeline::allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle) {
     _strokes.mapPoints(handle);
     strokesChanged();
+}
+
+void MDrawFreeline::mapPoints(const PointMap& map) {
+    allPointsHandle(map);
+    _startPoint = frame().origin;
+    _endPoint = farCorner();
 }
 
 bool MDrawFreeline::takeDetail(std::string_view name, const ToolDetailValue& value) {

@@ -40,6 +40,7 @@ public:
     std::vector<gfx::Point> allPoints() const;
     // Replaces every point, in order.
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
+    void mapPoints(const PointMap& map) override;
     const PointLines& linePoints() const { return _strokes.lines(); }
     ToolDetails details() const override { return {{"linePoints", linePoints()}}; }
     bool takeDetail(std::string_view name, const ToolDetailValue& value) override;

@@ -20,11 +20,13 @@ std::shared_ptr<MDrawLine> MDrawLine::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawLine::Class() {
-    static const ToolClass toolClass{
-        "MDrawLine",
-        &MDrawTool::Class(),
-        &MDrawTool::makeToolAt<MDrawLine>,
-        {.label = "{}直线", .moveInGroup = MoveDirection::GroupedLine, .toolType = 6}};
+    static const ToolClass toolClass{"MDrawLine",
+                                     &MDrawTool::Class(),
+                                     &MDrawTool::makeToolAt<MDrawLine>,
+                                     {.label = "{}直线",
+                                      .span = ToolSpan::Line,
+                                      .moveInGroup = MoveDirection::GroupedLine,
+                                      .toolType = 6}};
     return toolClass;
 }
 

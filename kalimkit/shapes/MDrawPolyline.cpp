@@ -104,6 +104,16 @@ void MDrawPolyline::stopMoveHandle() {
     _moveHandleIndex = NoVertex;
 }
 
+void MDrawPolyline::mapPoints(const PointMap& map) {
+    for (gfx::Point& point : _points)
+        point = map(point);
+}
+
+void MDrawPolyline::turnBy(gfx::Point center, double angle) {
+    const auto turn = gfx::AffineTransform::rotation(angle, center);
+    mapPoints([&turn](gfx::Point p) { return turn.apply(p); });
+}
+
 void MDrawPolyline::drawContent(gfx::Context& context) {
     {
         gfx::GraphicsStateGuard guard(context);

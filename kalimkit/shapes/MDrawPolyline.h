@@ -36,6 +36,9 @@ public:
     // Moves the vertex that hitOnHandle found, or all of them.
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     void stopMoveHandle() override;
+    void mapPoints(const PointMap& map) override;
+    // Its vertices go round, whatever it can be turned by.
+    void turnBy(gfx::Point center, double angle) override;
 
     // Vertices show their handles unless the shape is finished and not selected.
     void drawContent(gfx::Context& context) override;

@@ -34,6 +34,7 @@ const ToolClass& MDrawRect::Class() {
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawRect>,
                                      {.label = "{}矩形",
+                                      .span = ToolSpan::Box,
                                       .moveInGroup = MoveDirection::Body,
                                       .toolType = 0,
                                       .details = detailRules}};

@@ -194,6 +194,11 @@ gfx::Point MDrawText::tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) {
                     .apply(gfx::Point{grown.width - size.width, grown.height - size.height});
 }
 
+void MDrawText::scaleBy(gfx::Point fixed, gfx::Size factors) {
+    MDrawRect::scaleBy(fixed, factors);
+    _fontSize = std::max(1.0, _fontSize * std::min(factors.width, factors.height));
+}
+
 // ---- drawing
 
 void MDrawText::drawContent(gfx::Context& context) {
@@ -242,6 +247,7 @@ void MDrawText::setFeature(const FeatureRef& feature) {
         setDrawType(static_cast<std::uint64_t>(*drawType));
     if (const double* angle = feature->get<double>("MDrawTool-rotateAngle"))
         setRotateAngle(static_cast<float>(*angle));
+    readArrangement(*feature);
 }
 
 // ---- the canvas

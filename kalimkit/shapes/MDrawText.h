@@ -79,6 +79,8 @@ public:
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     // Where the box is as small as it may be, the drag has come as far as its corner.
     gfx::Point tryMovePointEndPoint(gfx::Point p1, gfx::Point p2) override;
+    // The font grows with the smaller factor, so that the words still fit the box.
+    void scaleBy(gfx::Point fixed, gfx::Size factors) override;
     bool isSupportGestureRotate() const override { return false; }
     // Kept as the angle, which whole quarters alone count of.
     int quarterTurns() const override;

@@ -30,6 +30,27 @@ std::string propertyKey(std::string_view name) {
     return "property-" + std::string(name);
 }
 
+constexpr std::string_view groupsKey = "MDrawTool-groups";
+constexpr std::string_view lockedKey = "MDrawTool-locked";
+
+// Numbers with a blank after each, and back.
+std::string textOf(const std::vector<std::int64_t>& numbers) {
+    std::string text;
+    for (const std::int64_t number : numbers)
+        text += std::to_string(number) + " ";
+    return text;
+}
+
+std::vector<std::int64_t> numbersOf(std::string_view text) {
+    std::vector<std::int64_t> numbers;
+    while (!text.empty()) {
+        const std::size_t end = text.find(' ');
+        std::from_chars(text.data(), text.data() + end, numbers.emplace_back());
+        text.remove_prefix(end + 1);
+    }
+    return numbers;
+}
+
 gfx::Point scaledAbout(gfx::Point center, double factor, gfx::Point p) {
     return center + (p - center) * factor;
 }
@@ -329,6 +350,9 @@ Feature MDrawTool::getFeature() const {
     for (const auto& [name, value] : _properties) {
         std::visit([&](const auto& chosen) { feature.set(propertyKey(name), chosen); }, value);
     }
+    // Where there is none, snapshots are what they were before there were any.
+    if (!_groups.empty()) feature.set(groupsKey, textOf(_groups));
+    if (_isLocked) feature.set(lockedKey, std::int64_t{1});
     return feature;
 }
 
@@ -347,6 +371,7 @@ void MDrawTool::setFeature(const FeatureRef& feature) {
         setRotateAngle(static_cast<float>(*angle));
     }
     takeProperties(*feature);
+    readArrangement(*feature);
 }
 
 // One that the snapshot does not name is as usual again.
@@ -358,6 +383,12 @@ void MDrawTool::takeProperties(const Feature& feature) {
         if (const auto* const words = feature.get<std::string>(key)) value = *words;
         setProperty(property.name, value);
     }
+}
+
+void MDrawTool::readArrangement(const Feature& feature) {
+    const auto* groups = feature.get<std::string>(groupsKey);
+    _groups = groups ? numbersOf(*groups) : std::vector<std::int64_t>();
+    _isLocked = feature.find(lockedKey) != nullptr;
 }
 
 bool MDrawTool::updatefeature() {

@@ -108,6 +108,28 @@ public:
     // Brings a finished tool whose width has changed within the bounds of that width.
     virtual void growToLineWidth() { limitValidFeatrue(); }
 
+    // ---- arranging: what is done to the tool as a whole (MDrawToolArranging.cpp)
+    // Carries every point that the tool is made of elsewhere, in the tool's unrotated frame. Kinds
+    // with further points than the two override it.
+    using PointMap = std::function<gfx::Point(gfx::Point)>;
+    virtual void mapPoints(const PointMap& map);
+    virtual void moveBy(gfx::Point offset);
+    // About a canvas point, radians clockwise. What cannot be turned only goes along.
+    virtual void turnBy(gfx::Point center, double angle);
+    // Along the canvas's axes, away from a canvas point that stays; both factors are above 0. A
+    // turned tool keeps its angle: its sides become as long as the factors make them.
+    virtual void scaleBy(gfx::Point fixed, gfx::Size factors);
+    // The turn of the tool about its middle as it is now; none for tools that turn their points.
+    gfx::AffineTransform turning() const;
+    // Bounds the frame as it is seen, turned, canvas points.
+    gfx::Rect shownFrame() const { return turning().apply(frame()); }
+    // Which groups the tool is in, by their numbers on its canvas, the outermost first.
+    const std::vector<std::int64_t>& groups() const { return _groups; }
+    void setGroups(std::vector<std::int64_t> groups) { _groups = std::move(groups); }
+    // No finger picks a locked tool.
+    bool isLocked() const { return _isLocked; }
+    void setLocked(bool isLocked) { _isLocked = isLocked; }
+
     // ---- drawing; the context is in canvas coordinates
     virtual void draw(gfx::Context& context);
     virtual void drawContent(gfx::Context&) {}
@@ -281,6 +303,8 @@ protected:
     static ToolRef makeToolAt(gfx::Point start) {
         return makeAt<Tool>(start);
     }
+    // What of a snapshot all kinds read alike.
+    void readArrangement(const Feature& feature);
     // The label object, made on first use; none in the base.
     virtual std::unique_ptr<MeasurementLabel> makeMeasurement() { return nullptr; }
 
@@ -308,6 +332,8 @@ private:
     // The chosen values, in no order.
     ToolPropertyValues _properties;
     int _quarterTurns = 0;
+    std::vector<std::int64_t> _groups;
+    bool _isLocked = false;
     gfx::ColorRef _color;
     gfx::ColorRef _fillColor;
     double _lineWidth = 0;

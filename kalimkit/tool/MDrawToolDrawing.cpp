@@ -47,7 +47,8 @@ void MDrawTool::drawSelectedState(gfx::Context& context) {
     gfx::GraphicsStateGuard guard(context);
     context.setFillColor(*_handleFillColor);
     context.setStrokeColor(white);
-    if (!_isMutableTool) drawContentHandle(context);
+    // Nothing can be done to a locked tool by its handles.
+    if (!_isMutableTool && !_isLocked) drawContentHandle(context);
 }
 
 void MDrawTool::drawHandleAtPoint(gfx::Context& context, gfx::Point handle) const {

@@ -49,6 +49,17 @@ enum class ToolRecorder {
     Strokes,
 };
 
+// What the two points of a tool span, for keys that hold it to something while it is drawn or
+// resized, and for where its handles are.
+enum class ToolSpan {
+    // Nothing that keys know of; its handles are its own.
+    Free,
+    // A line from one to the other: the keys turn it by steps.
+    Line,
+    // A box: the keys make it a square, or keep its proportions.
+    Box,
+};
+
 // What a kind of tools is, as far as it differs from the kind that it is derived from.
 struct ToolRow {
     // What it is called for those who do not see it, with a gap for its colour: "{}箭头", a text
@@ -59,6 +70,7 @@ struct ToolRow {
     std::optional<ToolPicking> picking = {};
     std::optional<ToolBeginning> beginning = {};
     std::optional<ToolRecorder> recorder = {};
+    std::optional<ToolSpan> span = {};
     // Its content, but for shadows, keeps to its frame.
     std::optional<bool> keepsToFrame = {};
     // What moving a group of several means to it; None where it keeps what it meant before.
@@ -105,6 +117,7 @@ struct KALIM_API ToolClass {
     ToolPicking picking() const { return said(&ToolRow::picking, ToolPicking::Always); }
     ToolBeginning beginning() const { return said(&ToolRow::beginning, ToolBeginning::FirstMove); }
     ToolRecorder recorder() const { return said(&ToolRow::recorder, ToolRecorder::Touch); }
+    ToolSpan span() const { return said(&ToolRow::span, ToolSpan::Free); }
     bool keepsToFrame() const { return said(&ToolRow::keepsToFrame, false); }
     MoveDirection moveInGroup() const { return said(&ToolRow::moveInGroup, MoveDirection::None); }
     std::span<const ToolDetailRule> details() const {

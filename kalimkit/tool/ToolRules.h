@@ -7,6 +7,8 @@ namespace kalim {
 struct ToolRules {
     // See MDrawView::setForgiving.
     bool forgiving = false;
+    // See MDrawView::setFineHandles.
+    bool fineHandles = false;
 
     bool operator==(const ToolRules&) const = default;
 };

@@ -1,9 +1,13 @@
 #include "kalimkit/host/headless/CanvasCalls.h"
 
+#include <algorithm>
+#include <array>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
+
+#include "kalimkit/canvas/CanvasArrangement.h"
 
 namespace kalim {
 
@@ -66,9 +70,40 @@ Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&
     return std::nullopt;
 }
 
+// Reads one of a few choices by its name.
+template <typename Choice, std::size_t count>
+Problem readChoice(const JsonValue& value, const std::string& what,
+                   const std::array<std::string_view, count>& names, Choice& out) {
+    std::string name;
+    if (Problem problem = readAs(value, what, name)) return problem;
+    const auto found = std::ranges::find(names, std::string_view(name));
+    if (found == names.end()) {
+        return what + " is not " + shownName(name) + suggestion(name, {names.begin(), names.end()});
+    }
+    out = static_cast<Choice>(found - names.begin());
+    return std::nullopt;
+}
+
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&, Alignment& out) {
+    constexpr std::array<std::string_view, 6> names{"left", "center", "right",
+                                                    "top",  "middle", "bottom"};
+    return readChoice(value, what, names, out);
+}
+
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&, Direction& out) {
+    constexpr std::array<std::string_view, 2> names{"horizontally", "vertically"};
+    return readChoice(value, what, names, out);
+}
+
+Problem readArgument(const JsonValue& value, const std::string& what, MDrawView&,
+                     OrderChange& out) {
+    constexpr std::array<std::string_view, 4> names{"forward", "backward", "toFront", "toBack"};
+    return readChoice(value, what, names, out);
+}
+
 template <typename Value>
 JsonValue resultOf(const Value& value) {
-    if constexpr (std::is_arithmetic_v<Value>) {
+    if constexpr (std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string>) {
         return value;
     } else {
         return toJson(value);
@@ -84,9 +119,19 @@ JsonValue resultOf(const std::optional<ToolPropertyValue>& value) {
     return std::visit([](const auto& chosen) { return JsonValue(chosen); }, *value);
 }
 
+// The canvas is what an operation is called of, or a part of it.
+template <typename Owner>
+Owner& subject(MDrawView& canvas) {
+    if constexpr (std::is_same_v<Owner, CanvasArrangement>) {
+        return *canvas.arrangement();
+    } else {
+        return canvas;
+    }
+}
+
 // Reads the arguments into values of the kinds that the operation takes, calls it, and turns what
 // it returns into JSON.
-template <auto operation, typename Result, typename... Kinds>
+template <auto operation, typename Owner, typename Result, typename... Kinds>
 CallOutcome callWith(std::string_view name, MDrawView& canvas, const Arguments& arguments) {
     constexpr std::size_t wanted = sizeof...(Kinds);
     if (arguments.size() != wanted) {
@@ -107,7 +152,7 @@ CallOutcome callWith(std::string_view name, MDrawView& canvas, const Arguments& 
     std::apply([&](auto&... value) { (read(value), ...); }, values);
     if (problem) return {problem, {}};
     const auto call = [&](auto&... value) -> Result {
-        return (canvas.*operation)(std::move(value)...);
+        return (subject<Owner>(canvas).*operation)(std::move(value)...);
     };
     if constexpr (std::is_void_v<Result>) {
         std::apply(call, values);
@@ -120,12 +165,12 @@ CallOutcome callWith(std::string_view name, MDrawView& canvas, const Arguments& 
 // Of the canvas or of a class that it is derived from.
 template <auto operation, typename Owner, typename Result, typename... Kinds>
 constexpr Operation bind(std::string_view name, Result (Owner::*)(Kinds...)) {
-    return {name, &callWith<operation, Result, Kinds...>};
+    return {name, &callWith<operation, Owner, Result, Kinds...>};
 }
 
 template <auto operation, typename Owner, typename Result, typename... Kinds>
 constexpr Operation bind(std::string_view name, Result (Owner::*)(Kinds...) const) {
-    return {name, &callWith<operation, Result, Kinds...>};
+    return {name, &callWith<operation, Owner, Result, Kinds...>};
 }
 
 template <auto operation>
@@ -176,6 +221,22 @@ constexpr Operation operations[] = {
     named<&MDrawView::removeInvaildTools>("removeInvaildTools"),
     named<&MDrawView::finalizeCurrentDrawing>("finalizeCurrentDrawing"),
     named<&MDrawView::finishEditText>("finishEditText"),
+    // ---- arranging
+    named<&CanvasArrangement::selectAll>("selectAll"),
+    named<&CanvasArrangement::selectWithin>("selectWithin"),
+    named<&CanvasArrangement::nudge>("nudge"),
+    named<&CanvasArrangement::align>("align"),
+    named<&CanvasArrangement::distribute>("distribute"),
+    named<&CanvasArrangement::changeOrder>("changeOrder"),
+    named<&CanvasArrangement::group>("group"),
+    named<&CanvasArrangement::ungroup>("ungroup"),
+    named<&CanvasArrangement::lock>("lock"),
+    named<&CanvasArrangement::unlock>("unlock"),
+    named<&CanvasArrangement::duplicate>("duplicate"),
+    named<&CanvasArrangement::copiedShapes>("copiedShapes"),
+    named<&CanvasArrangement::cutShapes>("cutShapes"),
+    named<&CanvasArrangement::pasteShapes>("pasteShapes"),
+    named<&CanvasArrangement::pasteShapesAt>("pasteShapesAt"),
     // ---- undo
     named<&MDrawView::undo>("undo"),
     named<&MDrawView::redo>("redo"),

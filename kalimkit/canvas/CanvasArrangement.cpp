@@ -1,0 +1,249 @@
+#include "kalimkit/canvas/CanvasArrangement.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasHistory.h"
+#include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/CanvasTyping.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// Seconds within which moves by keys are one.
+constexpr double nudgePause = 1;
+
+gfx::Rect boundsOf(const ToolList& tools) {
+    gfx::Rect bounds = tools.front()->shownFrame();
+    for (const ToolRef& tool : tools)
+        bounds = bounds.unionWith(tool->shownFrame());
+    return bounds;
+}
+
+std::int64_t outerGroup(const MDrawTool& tool) {
+    return tool.groups().empty() ? 0 : tool.groups().front();
+}
+
+}  // namespace
+
+// Whether anything is selected once all else has come to its end.
+bool CanvasArrangement::begin() {
+    _canvas.typing.finish();
+    _canvas.finger.endCreation();
+    _canvas.selection.endStepUnderWay();
+    return _canvas.selection.isValid();
+}
+
+// In drawing order, whichever way they were selected.
+ToolList CanvasArrangement::movable() const {
+    ToolList tools;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        if (_canvas.selection.contains(tool) && !tool->isLocked()) tools.push_back(tool);
+    }
+    return tools;
+}
+
+std::vector<CanvasArrangement::Unit> CanvasArrangement::unitsOf(const ToolList& tools) {
+    std::vector<Unit> units;
+    for (const ToolRef& tool : tools) {
+        const auto fellow = std::ranges::find_if(units, [&](const Unit& unit) {
+            const std::int64_t group = outerGroup(*tool);
+            return group != 0 && outerGroup(*unit.tools.front()) == group;
+        });
+        if (fellow == units.end()) {
+            units.push_back({{tool}, {}});
+        } else {
+            fellow->tools.push_back(tool);
+        }
+    }
+    for (Unit& unit : units)
+        unit.frame = boundsOf(unit.tools);
+    return units;
+}
+
+bool CanvasArrangement::record(const ToolList& tools) {
+    if (tools.empty()) return false;
+    const auto changed = MDrawMutableSelect::make();
+    for (const ToolRef& tool : tools)
+        changed->addSubTool(tool);
+    _canvas.tools.record(changed);
+    _canvas.home.redisplay();
+    return true;
+}
+
+// ---- choosing
+
+bool CanvasArrangement::selectAll() {
+    begin();
+    ToolList tools;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        if (_canvas.selection.isPickable(*tool)) tools.push_back(tool);
+    }
+    _canvas.selection.select(tools);
+    return !tools.empty();
+}
+
+bool CanvasArrangement::selectWithin(const gfx::Rect& rect) {
+    begin();
+    ToolList tools;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        const gfx::Rect frame = tool->shownFrame();
+        // A line that runs straight has a frame without an area, and is met all the same.
+        const bool isMet = frame.inset(-0.5, -0.5).intersects(rect) && !frame.contains(rect);
+        if (isMet && _canvas.selection.isPickable(*tool)) tools.push_back(tool);
+    }
+    _canvas.selection.select(_canvas.selection.withGroups(tools));
+    return !tools.empty();
+}
+
+// ---- places
+
+bool CanvasArrangement::nudge(gfx::Point offset) {
+    // A finger that drags them says where they are.
+    if (_canvas.finger.hasMoved()) return false;
+    if (!isNudging() && !begin()) return false;
+    const ToolList tools = movable();
+    if (tools.empty() || offset == gfx::Point{}) return false;
+    const bool isFirst = !isNudging();
+    const gfx::Point moved =
+        gfx::AffineTransform::quarterTurn(-_canvas.tools.quarterTurns()).apply(offset);
+    for (const ToolRef& tool : tools)
+        tool->moveBy(moved);
+    _nudged = _canvas.selection.group();
+    ui::RunLoop& loop = ui::Environment::current().runLoop();
+    if (_nudgingEnd) loop.cancel(_nudgingEnd);
+    _nudgingEnd = loop.after(nudgePause, [weak = std::weak_ptr(_canvas.home.held(*this))] {
+        const auto self = weak.lock();
+        if (self) self->endNudging();
+    });
+    _canvas.home.redisplay();
+    if (isFirst) _canvas.history.tell();
+    return true;
+}
+
+void CanvasArrangement::endNudging() {
+    if (_nudgingEnd) ui::Environment::current().runLoop().cancel(std::exchange(_nudgingEnd, 0));
+    const auto nudged = std::exchange(_nudged, nullptr);
+    const auto isHere = [this](const ToolRef& tool) { return _canvas.tools.contains(tool); };
+    if (nudged && std::ranges::all_of(nudged->subTools(), isHere)) _canvas.tools.record(nudged);
+}
+
+bool CanvasArrangement::moveUnits(const std::vector<Unit>& units,
+                                  const std::vector<gfx::Point>& offsets) {
+    ToolList moved;
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        if (offsets[i] == gfx::Point{}) continue;
+        for (const ToolRef& tool : units[i].tools) {
+            tool->moveBy(offsets[i]);
+            moved.push_back(tool);
+        }
+    }
+    return record(moved);
+}
+
+bool CanvasArrangement::align(Alignment alignment) {
+    if (!begin()) return false;
+    const std::vector<Unit> units = unitsOf(movable());
+    if (units.empty()) return false;
+    std::vector<gfx::Rect> frames;
+    for (const Unit& unit : units)
+        frames.push_back(unit.frame);
+    gfx::Rect within = frames.front();
+    for (const gfx::Rect& frame : frames)
+        within = within.unionWith(frame);
+    if (units.size() == 1) {
+        if (!_canvas.shown.picture.source()) return false;
+        within = _canvas.shown.picture.part();
+    }
+    return moveUnits(units, alignmentOffsets(frames, alignment, within));
+}
+
+bool CanvasArrangement::distribute(Direction direction) {
+    if (!begin()) return false;
+    const std::vector<Unit> units = unitsOf(movable());
+    std::vector<gfx::Rect> frames;
+    for (const Unit& unit : units)
+        frames.push_back(unit.frame);
+    return moveUnits(units, distributionOffsets(frames, direction));
+}
+
+bool CanvasArrangement::changeOrder(OrderChange change) {
+    if (!begin()) return false;
+    const ToolList chosen = movable();
+    const ToolList& list = _canvas.tools.list();
+    std::vector<OrderedPlace> places;
+    for (const ToolRef& tool : list)
+        places.push_back({std::ranges::find(chosen, tool) != chosen.end(),
+                          static_cast<int>(tool->toolClass().layer())});
+    ToolPlacements placements;
+    const std::vector<std::size_t> order = changedOrder(places, change);
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        if (places[order[place]].isChosen) placements.push_back({list[order[place]], place});
+    }
+    return _canvas.history.reorder(std::move(placements));
+}
+
+// ---- groups and locks
+
+std::int64_t CanvasArrangement::nextGroup() const {
+    std::int64_t last = 0;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        for (const std::int64_t group : tool->groups())
+            last = std::max(last, group);
+    }
+    return last + 1;
+}
+
+bool CanvasArrangement::group() {
+    if (!begin()) return false;
+    const ToolList tools = movable();
+    if (unitsOf(tools).size() < 2) return false;
+    const std::int64_t number = nextGroup();
+    for (const ToolRef& tool : tools) {
+        std::vector<std::int64_t> groups = tool->groups();
+        groups.insert(groups.begin(), number);
+        tool->setGroups(std::move(groups));
+    }
+    return record(tools);
+}
+
+bool CanvasArrangement::ungroup() {
+    if (!begin()) return false;
+    ToolList tools = movable();
+    std::erase_if(tools, [](const ToolRef& tool) { return tool->groups().empty(); });
+    for (const ToolRef& tool : tools)
+        tool->setGroups({tool->groups().begin() + 1, tool->groups().end()});
+    return record(tools);
+}
+
+bool CanvasArrangement::lock() {
+    if (!begin()) return false;
+    const ToolList tools = movable();
+    for (const ToolRef& tool : tools)
+        tool->setLocked(true);
+    if (!record(tools)) return false;
+    _canvas.selection.clear();
+    return true;
+}
+
+bool CanvasArrangement::unlock() {
+    const bool isOfAll = !begin();
+    ToolList tools;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        if (tool->isLocked() && (isOfAll || _canvas.selection.contains(tool)))
+            tools.push_back(tool);
+    }
+    for (const ToolRef& tool : tools)
+        tool->setLocked(false);
+    if (!record(tools)) return false;
+    if (isOfAll) _canvas.selection.select(tools);
+    return true;
+}
+
+}  // namespace kalim
