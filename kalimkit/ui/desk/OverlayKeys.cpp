@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <functional>
+
+#include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/desk/Overlay.h"
+#include "kalimkit/ui/desk/Popover.h"
+#include "kalimkit/ui/window/Window.h"
+
+namespace kalim::ui {
+
+namespace {
+
+bool isTab(std::string_view key) {
+    return key == "tab" || key == "shift+tab";
+}
+
+// Whether it can be seen and used, as far as its own and the views above it say.
+bool isUsable(const DeskControl& control) {
+    constexpr double leastAlpha = 0.01;
+    if (!control.canHaveKeyFocus()) return false;
+    for (const View* view = &control; view; view = view->superview()) {
+        if (view->isHidden() || view->alpha() < leastAlpha || !view->isUserInteractionEnabled()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+void Overlay::setKeyFocus(const std::shared_ptr<DeskControl>& control) {
+    const auto before = _keyFocus.lock();
+    if (before == control) return;
+    _keyFocus = control;
+    if (before) before->setKeyFocused(false);
+    if (control) control->setKeyFocused(true);
+}
+
+std::vector<std::shared_ptr<DeskControl>> Overlay::controls() const {
+    std::vector<std::shared_ptr<DeskControl>> found;
+    const std::function<void(const View&)> collect = [&](const View& view) {
+        for (const auto& subview : view.subviews()) {
+            if (subview.get() == this) continue;
+            const auto control = std::dynamic_pointer_cast<DeskControl>(subview);
+            if (control && isUsable(*control)) found.push_back(control);
+            collect(*subview);
+        }
+    };
+    if (!_popovers.empty()) {
+        collect(*_popovers.back());
+    } else if (superview()) {
+        collect(*superview());
+    }
+    return found;
+}
+
+bool Overlay::moveKeyFocus(bool isBackwards) {
+    const auto all = controls();
+    if (all.empty()) return false;
+    const auto now = std::ranges::find(all, keyFocus());
+    const auto index = static_cast<std::size_t>(now - all.begin());
+    std::size_t next = isBackwards ? all.size() - 1 : 0;
+    if (now != all.end()) next = (index + (isBackwards ? all.size() - 1 : 1)) % all.size();
+    setKeyFocus(all[next]);
+    return true;
+}
+
+bool Overlay::takeKey(std::string_view key, bool isRepeated) {
+    const auto alive = shared_from_this();
+    hideTip();
+    if (!_popovers.empty()) return takeKeyInPopover(key, isRepeated);
+    if (!window() || TextView::focusedIn(*window())) return false;
+    if (isTab(key)) return moveKeyFocus(key != "tab");
+    const auto focused = keyFocus();
+    if (!focused) return false;
+    if (!isUsable(*focused) || !focused->window()) {
+        setKeyFocus(nullptr);
+        return false;
+    }
+    if (key == "escape") {
+        setKeyFocus(nullptr);
+        return true;
+    }
+    return focused->handleKey(key, isRepeated);
+}
+
+// What is open has all keys.
+bool Overlay::takeKeyInPopover(std::string_view key, bool isRepeated) {
+    const std::shared_ptr<Popover> top = _popovers.back();
+    if (top->handleKey(key, isRepeated)) return true;
+    if (key == "escape") {
+        if (!isRepeated) top->close();
+        return true;
+    }
+    const auto text = TextView::focusedIn(*window());
+    if (isTab(key)) {
+        if (text) text->resignFirstResponder();
+        moveKeyFocus(key != "tab");
+        return true;
+    }
+    if (text) {
+        text->handleKey(key);
+        return true;
+    }
+    if (const auto focused = keyFocus()) focused->handleKey(key, isRepeated);
+    return true;
+}
+
+}  // namespace kalim::ui
