@@ -186,7 +186,7 @@ ToolList CanvasDocument::toolsOf(const Document& document) const {
     tools.reserve(document.tools.size());
     const auto prepare = [this](MDrawTool& tool) { _canvas.tools.pen().applyShared(tool); };
     for (const DocumentTool& described : document.tools) {
-        const ToolRef tool = makeTool(described, _ownKinds, prepare);
+        const ToolRef tool = makeTool(described, prepare);
         if (!described.isOfKnownClass && described.startPoint == described.endPoint) {
             const gfx::Rect middle = middleOf(_canvas.shown.picture.rect());
             tool->setStartPoint(middle.origin);

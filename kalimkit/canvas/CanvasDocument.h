@@ -37,10 +37,6 @@ public:
     };
     explicit CanvasDocument(const Canvas& canvas) : _canvas(canvas) {}
 
-    // See MDrawView::setOwnKinds.
-    void setOwnKinds(std::vector<const ToolClass*> kinds) { _ownKinds = std::move(kinds); }
-    std::span<const ToolClass* const> ownKinds() const { return _ownKinds; }
-
     // Ends what is under way; see MDrawView::document() and sealedDocument().
     Document document();
     SealedDocument sealed();
@@ -64,7 +60,6 @@ private:
     gfx::ImageRef pictureWithPatches() const;
 
     Canvas _canvas;
-    std::vector<const ToolClass*> _ownKinds;
     // Of the document that was opened: what of it is not the canvas's business, but is to be there
     // again when it is saved.
     Document _head;

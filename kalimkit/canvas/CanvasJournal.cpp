@@ -278,14 +278,13 @@ void CanvasJournal::playState(DocumentPlace& state) {
     const std::string name = state.text("name");
     DocumentPlace entry = state.object("tool");
     if (state.hasFailed()) return;
-    const DocumentTool described = readEntry(entry, _colors, _canvas.document.ownKinds());
+    const DocumentTool described = readEntry(entry, _colors);
     if (state.hasFailed()) return;
     if (number < _tools.size()) return takeDescription(*_tools[number], described);
     const auto at = state.whole("at", 0, mostSteps);
     if (state.hasFailed()) return;
-    const ToolRef tool = makeTool(described, _canvas.document.ownKinds(), [this](MDrawTool& made) {
-        _canvas.tools.pen().applyShared(made);
-    });
+    const ToolRef tool =
+        makeTool(described, [this](MDrawTool& made) { _canvas.tools.pen().applyShared(made); });
     tool->takeName(name);
     _canvas.typing.adopt(tool);
     // What lay below it may have had no record yet.

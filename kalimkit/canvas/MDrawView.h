@@ -61,9 +61,6 @@ public:
     // it was saved, whatever size this view has. Its tools have no steps. Answers with what is
     // wrong, such as a picture of another size: nothing has happened then.
     std::optional<std::string> openDocument(const Document& document, const gfx::ImageRef& picture);
-    // The kinds of tools that the host brings along, besides the library's, by which documents name
-    // them. They outlive the canvas.
-    void setOwnKinds(std::vector<const ToolClass*> kinds);
     // Who hears of every finished step, as a text of what it has changed; not owned. Nothing is
     // written down while there is nobody.
     void setStepListener(std::weak_ptr<StepListener> listener);

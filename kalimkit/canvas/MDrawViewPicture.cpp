@@ -83,8 +83,4 @@ std::optional<std::string> MDrawView::replaySteps(std::span<const std::string> s
     return problem;
 }
 
-void MDrawView::setOwnKinds(std::vector<const ToolClass*> kinds) {
-    _parts->document.setOwnKinds(std::move(kinds));
-}
-
 }  // namespace kalim

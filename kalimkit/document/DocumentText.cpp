@@ -216,8 +216,7 @@ DocumentMeasuring readMeasuring(DocumentPlace place) {
     return measuring;
 }
 
-std::vector<DocumentTool> readTools(DocumentPlace& document, const DocumentReading& reading,
-                                    std::optional<std::string>& problem) {
+std::vector<DocumentTool> readTools(DocumentPlace& document, std::optional<std::string>& problem) {
     std::vector<DocumentTool> tools;
     const JsonValue::Array* const entries = document.need("tools").array();
     if (!entries) {
@@ -227,7 +226,7 @@ std::vector<DocumentTool> readTools(DocumentPlace& document, const DocumentReadi
     ColorNumbers colors;
     for (std::size_t i = 0; i < entries->size() && !problem; ++i) {
         DocumentPlace entry((*entries)[i], "tools[" + std::to_string(i) + "]", problem);
-        tools.push_back(readEntry(entry, colors, reading.ownKinds));
+        tools.push_back(readEntry(entry, colors));
     }
     return tools;
 }
@@ -280,7 +279,7 @@ ReadDocument readDocument(std::string_view text, const DocumentReading& reading)
     document.cut.quarterTurns = static_cast<int>(place.whole("quarterTurns", 0, 3));
     document.canvas = readCanvas(place.object("canvas"), document.picture.has_value());
     document.measuring = readMeasuring(place.object("measuring"));
-    document.tools = readTools(place, reading, read.problem);
+    document.tools = readTools(place, read.problem);
     document.others = place.others({"format", "version", "generator", "sealed", "picture", "crop",
                                     "quarterTurns", "canvas", "measuring", "tools"});
     if (read.problem) document = {};

@@ -27,13 +27,11 @@ struct ReadDocument {
     std::optional<std::string> problem;
 };
 struct DocumentReading {
-    // Kinds of tools that a host brings along, besides the library's. Tools of other classes are
-    // kept as they are.
-    std::span<const ToolClass* const> ownKinds = {};
     // Whether the picture's bytes, or where they are, must be in the text.
     bool needsBytes = true;
 };
 // Where the picture's bytes are in the text, they have been found to fit their hash.
+// Tools of classes that ToolRegistry::current() does not know are kept as they are.
 KALIM_API ReadDocument readDocument(std::string_view text, const DocumentReading& reading = {});
 
 }  // namespace kalim

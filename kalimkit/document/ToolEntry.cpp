@@ -32,6 +32,12 @@ std::string foreignKeysFor(MDrawTool& tool, const JsonValue::Object& others) {
     return foreign.empty() ? std::string() : dumpJson(foreign);
 }
 
+// Null for a class that is not known, or that nobody makes.
+const ToolClass* kindNamed(std::string_view name) {
+    const ToolClass* const kind = ToolRegistry::current().kindNamed(name);
+    return kind && kind->makeWithStartPoint ? kind : nullptr;
+}
+
 const UnknownTool* asUnknown(const MDrawTool& tool) {
     return dynamic_cast<const UnknownTool*>(&tool);
 }
@@ -84,10 +90,9 @@ void takeDescription(MDrawTool& tool, const DocumentTool& described) {
     tool.refreshTransform();
 }
 
-ToolRef makeTool(const DocumentTool& described, std::span<const ToolClass* const> ownKinds,
-                 const std::function<void(MDrawTool&)>& prepare) {
+ToolRef makeTool(const DocumentTool& described, const std::function<void(MDrawTool&)>& prepare) {
     const ToolClass* const kind =
-        described.isOfKnownClass ? kindNamed(described.className, ownKinds) : nullptr;
+        described.isOfKnownClass ? kindNamed(described.className) : nullptr;
     const ToolRef tool = kind ? kind->makeWithStartPoint(described.startPoint)
                               : ToolRef(UnknownTool::initWithDescription(described));
     prepare(*tool);
@@ -98,13 +103,6 @@ ToolRef makeTool(const DocumentTool& described, std::span<const ToolClass* const
     // Finishing may bring a tool within bounds that it was not kept to before.
     takeDescription(*tool, described);
     return tool;
-}
-
-const ToolClass* kindNamed(std::string_view name, std::span<const ToolClass* const> ownKinds) {
-    const auto own = std::ranges::find(ownKinds, name, &ToolClass::name);
-    const ToolClass* const found =
-        own != ownKinds.end() ? *own : ToolRegistry::current().kindNamed(name);
-    return found && found->makeWithStartPoint ? found : nullptr;
 }
 
 // ---- colours
@@ -257,12 +255,11 @@ void readUnknown(DocumentPlace& place, ColorNumbers& colors, DocumentTool& tool)
 
 }  // namespace
 
-DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
-                       std::span<const ToolClass* const> ownKinds) {
+DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors) {
     DocumentTool tool;
     tool.className = place.text("class");
     if (place.hasFailed()) return tool;
-    const ToolClass* const kind = kindNamed(tool.className, ownKinds);
+    const ToolClass* const kind = kindNamed(tool.className);
     if (!kind) {
         readUnknown(place, colors, tool);
         return tool;

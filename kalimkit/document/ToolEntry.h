@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <map>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -23,11 +22,7 @@ KALIM_API void takeDescription(MDrawTool& tool, const DocumentTool& described);
 // before it becomes what is described. Of a class that is not known it is a placeholder, which
 // knows what it stands for.
 KALIM_API ToolRef makeTool(const DocumentTool& described,
-                           std::span<const ToolClass* const> ownKinds,
                            const std::function<void(MDrawTool&)>& prepare);
-// The class of that name among those and the library's; null for none.
-KALIM_API const ToolClass* kindNamed(std::string_view name,
-                                     std::span<const ToolClass* const> ownKinds);
 
 // ---- values and JSON
 
@@ -48,7 +43,6 @@ private:
 // The members of a tool's entry. A colour gets a number where `isShared` says so.
 KALIM_API JsonValue::Object entryOf(const DocumentTool& tool, ColorNumbers& colors,
                                     const std::function<bool(const gfx::ColorRef&)>& isShared);
-KALIM_API DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors,
-                                 std::span<const ToolClass* const> ownKinds);
+KALIM_API DocumentTool readEntry(DocumentPlace& place, ColorNumbers& colors);
 
 }  // namespace kalim

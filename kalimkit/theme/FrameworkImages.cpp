@@ -5,6 +5,7 @@
 #include "kalimkit/theme/IconDrawing.h"
 #include "kalimkit/theme/IconTable.h"
 #include "kalimkit/theme/KeptPictures.h"
+#include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -26,7 +27,11 @@ const Icon* iconNamed(std::string_view name) {
 }
 
 const Icon* deskIconNamed(std::string_view name) {
-    return iconNamed(std::string(deskPrefix).append(name));
+    if (const Icon* const icon = iconNamed(std::string(deskPrefix).append(name))) return icon;
+    const auto all = pens();
+    const auto own = std::ranges::find_if(
+        all, [name](const Pen& pen) { return pen.drawing && pen.icon == name; });
+    return own == all.end() ? nullptr : own->drawing;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/theme/IconTable.h"
 
 namespace kalim {
 
@@ -49,6 +50,9 @@ struct Pen {
     bool showsToolIcon = false;
     // The style that its tools begin with.
     std::uint64_t drawType = 0;
+    // Of a host's pen: what `icon` names, drawn in one colour, which counts for its opacity alone.
+    // It outlives the environment.
+    const Icon* drawing = nullptr;
 };
 
 // Those that the library brings along, and then those that were added in the current environment.

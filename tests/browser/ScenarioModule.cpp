@@ -73,8 +73,7 @@ public:
     LoadedDocument loadDocument(const std::string& path) override {
         const auto saved = _documents.find(path);
         if (saved == _documents.end()) return ScenarioFiles::loadDocument(path);
-        kalim::ReadDocument read =
-            kalim::readDocument(saved->second.text, {.ownKinds = {}, .needsBytes = false});
+        kalim::ReadDocument read = kalim::readDocument(saved->second.text, {.needsBytes = false});
         return {std::move(read.document), saved->second.picture, std::move(read.problem)};
     }
 

@@ -3,9 +3,11 @@
 #include <functional>
 #include <string>
 
-#include "examples/kind/Star.h"
+#include "examples/kind/StarPen.h"
+#include "kalimkit/document/Document.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/shapes/MDrawPolyline.h"
+#include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/tool/MUndoManager.h"
 #include "tests/canvas/CanvasHost.h"
 
@@ -89,6 +91,30 @@ TEST(OwnKind, IsPutDownByATapAndByWhatBreaksItOff) {
         EXPECT_EQ(canvas.tools().front()->frame(), gfx::Rect(200, 300, 30, 30));
         EXPECT_EQ(canvas.undoManager().undoTools().size(), 1u);
     }
+}
+
+TEST(OwnKind, IsAPenThatDocumentsKnowOnceItIsRegistered) {
+    test::CanvasHost host;
+    EXPECT_EQ(penNamed("star"), nullptr);
+    EXPECT_EQ(addStarPen(), std::nullopt);
+    EXPECT_EQ(addStarPen(), "there is a kind of tools Star already");
+    EXPECT_EQ(ToolRegistry::add(Stamp::Class(), {.name = "stamp", .icon = "star"}),
+              "there is a pen stamp already");
+    EXPECT_EQ(ToolRegistry::add(Stamp::Class(), {.name = "ink", .key = 'a', .icon = "star"}),
+              "the key a of the pen ink is another pen's");
+    EXPECT_FALSE(ToolRegistry::current().kindNamed("Stamp")) << "nothing was added";
+
+    const Pen& star = *penNamed("star");
+    EXPECT_EQ(star.number, firstAddedPen);
+    EXPECT_EQ(ToolRegistry::current().kindOf(star), &Star::Class());
+    EXPECT_EQ(ToolRegistry::current().penOf(Star::Class()), &star);
+    EXPECT_TRUE(imageNamedForFramework("icon_tool_star"));
+    MDrawView& canvas = *host.canvas;
+    canvas.beginDrawingWithClass(Star::Class());
+    host.drag({100, 100}, {300, 300});
+    const Document document = canvas.document();
+    EXPECT_FALSE(canvas.openDocument(document, nullptr));
+    EXPECT_EQ(&canvas.tools().front()->toolClass(), &Star::Class());
 }
 
 TEST(OwnKind, IsRefusedWhereNoTouchBeginsIt) {

@@ -26,11 +26,12 @@ std::vector<std::string> allNames() {
         "icon_tool_redo_disable", "icon_tool_close",          "icon_tool_confirm",
         "icon_tool_rotate_crop"};
     for (const Pen& pen : pens()) {
+        if (pen.showsToolIcon) continue;
         const std::string icon(pen.icon);
         names.push_back("icon_tool_" + icon);
         if (pen.shape) names.push_back("icon_tool_shape_" + icon);
         if (pen.hasOneIcon) names.push_back("icon_pen_" + icon);
-        if (!pen.toolType || pen.hasOneIcon || pen.showsToolIcon) continue;
+        if (!pen.toolType || pen.hasOneIcon) continue;
         for (const PenSize& size : penSizes())
             names.push_back("icon_pen_" + icon + "_" + std::string(size.icon));
     }
