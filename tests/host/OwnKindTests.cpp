@@ -98,10 +98,13 @@ TEST(OwnKind, IsAPenThatDocumentsKnowOnceItIsRegistered) {
     EXPECT_EQ(penNamed("star"), nullptr);
     EXPECT_EQ(addStarPen(), std::nullopt);
     EXPECT_EQ(addStarPen(), "there is a kind of tools Star already");
-    EXPECT_EQ(ToolRegistry::add(Stamp::Class(), {.name = "stamp", .icon = "star"}),
+    EXPECT_EQ(ToolRegistry::add(Stamp::Class(),
+                                {.name = "stamp", .icon = "star", .text = "s", .english = "s"}),
               "there is a pen stamp already");
-    EXPECT_EQ(ToolRegistry::add(Stamp::Class(), {.name = "ink", .key = 'a', .icon = "star"}),
-              "the key a of the pen ink is another pen's");
+    EXPECT_EQ(
+        ToolRegistry::add(Stamp::Class(),
+                          {.name = "ink", .key = 'a', .icon = "star", .text = "i", .english = "i"}),
+        "the key a of the pen ink is another pen's");
     EXPECT_FALSE(ToolRegistry::current().kindNamed("Stamp")) << "nothing was added";
 
     const Pen& star = *penNamed("star");
