@@ -25,13 +25,12 @@ constexpr double copyOffset = 12;
 constexpr std::size_t longestClipping = std::size_t{16} << 20U;
 constexpr std::size_t mostShapes = 10'000;
 
-std::vector<DocumentTool> shapesIn(const std::string& text,
-                                   std::span<const ToolClass* const> ownKinds) {
+std::vector<DocumentTool> shapesIn(const std::string& text) {
     // A glance spares reading what is anything else.
     const std::size_t begin = text.find_first_not_of(" \t\r\n");
     if (begin == std::string::npos || text[begin] != '{' || text.size() > longestClipping)
         return {};
-    ReadDocument read = readDocument(text, {.ownKinds = ownKinds});
+    ReadDocument read = readDocument(text);
     if (read.problem || read.document.picture || read.document.tools.size() > mostShapes) return {};
     std::vector<DocumentTool>& shapes = read.document.tools;
     std::erase_if(shapes, [](const DocumentTool& shape) { return !shape.isOfKnownClass; });
@@ -83,7 +82,7 @@ bool CanvasArrangement::pasteShapesAt(const std::string& text, gfx::Point middle
 }
 
 bool CanvasArrangement::paste(const std::string& text, const std::optional<gfx::Point>& middle) {
-    std::vector<DocumentTool> shapes = shapesIn(text, _canvas.document.ownKinds());
+    std::vector<DocumentTool> shapes = shapesIn(text);
     if (shapes.empty()) return false;
     begin();
     if (text != _pasted) {
@@ -126,7 +125,7 @@ bool CanvasArrangement::insert(std::vector<DocumentTool> shapes,
     const auto prepare = [this](MDrawTool& tool) { _canvas.tools.pen().applyShared(tool); };
     const auto added = MDrawMutableSelect::make();
     for (const DocumentTool& shape : shapes) {
-        const ToolRef tool = makeTool(shape, _canvas.document.ownKinds(), prepare);
+        const ToolRef tool = makeTool(shape, prepare);
         if (!tool->isDrawVaild()) continue;
         _canvas.typing.adopt(tool);
         added->addSubTool(tool);

@@ -61,7 +61,7 @@ bool isBmp(ByteSpan start) {
 ImportedFormat importedFormat(ByteSpan start) {
     if (isPnm(start)) return ImportedFormat::Pnm;
     if (isBmp(start)) return ImportedFormat::Bmp;
-    const auto* const found = std::ranges::find_if(
+    const auto found = std::ranges::find_if(
         signatures, [start](const Signature& one) { return hasAt(start, one.offset, one.bytes); });
     return found == signatures.end() ? ImportedFormat::None : found->format;
 }
