@@ -10,6 +10,7 @@
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/picker/TesselDot.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/screen/EditorKeyTable.h"
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
@@ -40,17 +41,11 @@ std::string_view commandName(std::string_view key) {
          {"=", "shift+plus", "shift+=", "ctrl+plus", "ctrl+=", "ctrl+shift+plus", "ctrl+shift+="}) {
         if (key == plus) return "plus";
     }
+    if (key == "shift+?" || key == "shift+/") return "?";
     return key == "ctrl+-" ? "-" : key;
 }
 
 }  // namespace
-
-struct EditorKeys::Command {
-    std::string_view key;
-    bool (EditorKeys::*run)();
-    // While it is held down, again and again.
-    bool repeats = false;
-};
 
 const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+z", &EditorKeys::undo, true},
@@ -77,7 +72,14 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+1", &EditorKeys::zoomToPixels},
     {"plus", &EditorKeys::zoomIn, true},
     {"-", &EditorKeys::zoomOut, true},
+    {"f1", &EditorKeys::showKeys},
+    {"?", &EditorKeys::showKeys},
+    {"f11", &EditorKeys::toggleFullScreen},
 };
+
+std::span<const EditorKeys::Command> EditorKeys::allCommands() {
+    return commands;
+}
 
 EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor, EditorPointer& pointer,
                        EditorRemote& remote)
@@ -198,6 +200,18 @@ bool EditorKeys::saveDocument() {
 bool EditorKeys::openFile() {
     const auto delegate = _delegate.lock();
     return delegate && delegate->editorKeysOpenFile();
+}
+
+bool EditorKeys::showKeys() {
+    // A copy: it may replace itself.
+    const std::function<void()> show = _overviewHandler;
+    if (show) show();
+    return show != nullptr;
+}
+
+bool EditorKeys::toggleFullScreen() {
+    const auto delegate = _delegate.lock();
+    return delegate && delegate->editorKeysToggleFullScreen();
 }
 
 bool EditorKeys::holdSpace() {

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "kalimkit/editor/screen/EditorKeysDelegate.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/desk/KeyGroup.h"
 
 namespace kalim {
 
@@ -36,6 +40,8 @@ class TesselViewController;
 //     ctrl+0, ctrl+1                   shows the whole picture; a pixel of it on one of the screen
 //     plus, =, -                       zooms in and out, with ctrl as well
 //     space                            while held, the main button pans as the middle one does
+//     ?, f1                            shows all keys
+//     f11                              fills the screen, or no longer
 class KALIM_API EditorKeys {
 public:
     // The pointer and the remote are those of the same editor; both must outlive this object.
@@ -51,10 +57,21 @@ public:
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);
     }
+    // All keys with what they do, in the language of the current environment, those of the pens
+    // with what these are called.
+    static std::vector<ui::KeyGroup> list();
+    // Called by the keys that show that list.
+    void setOverviewHandler(std::function<void()> handler) {
+        _overviewHandler = std::move(handler);
+    }
 
 private:
     struct Command;
+    struct CommandText;
     static const Command commands[];
+    static const CommandText texts[];
+
+    static std::span<const Command> allCommands();
 
     ui::Window* window() const;
     bool pressInText(std::string_view key);
@@ -72,6 +89,8 @@ private:
     bool saveDocument();
     bool openFile();
     bool holdSpace();
+    bool showKeys();
+    bool toggleFullScreen();
     bool zoomToFit();
     bool zoomToPixels();
     bool zoomIn();
@@ -88,6 +107,7 @@ private:
     // Held by the host as long as it is shown; weak, because a message of its may end that.
     std::weak_ptr<TesselViewController> _editor;
     std::weak_ptr<EditorKeysDelegate> _delegate;
+    std::function<void()> _overviewHandler;
     EditorPointer& _pointer;
     EditorRemote& _remote;
 };

@@ -18,6 +18,8 @@ public:
     virtual bool editorKeysSaveDocument() { return false; }
     // The user is to choose a picture or a document to open; whether the host asks.
     virtual bool editorKeysOpenFile() { return false; }
+    // The window is to fill the screen, or no longer where it does; whether the host does that.
+    virtual bool editorKeysToggleFullScreen() { return false; }
 };
 
 }  // namespace kalim

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/ui/desk/KeysOverview.h"
 
 namespace kalim {
 
@@ -60,6 +61,8 @@ void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
     _remote = std::make_unique<EditorRemote>(_editor);
     _keys = std::make_unique<EditorKeys>(_editor, *_pointer, *_remote);
     _keys->setDelegate(std::move(delegate));
+    // The seat owns the keys.
+    _keys->setOverviewHandler([this] { ui::KeysOverview::show(_window, EditorKeys::list()); });
 }
 
 // ---- the mouse

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kalimkit/ui/desk/Bubble.h"
+#include "kalimkit/ui/desk/Eyedropper.h"
 #include "kalimkit/ui/desk/Popover.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/gesture/GestureRecognizer.h"
@@ -119,6 +120,15 @@ void Overlay::close(const Popover& popover) {
         (*each)->didClose();
 }
 
+void Overlay::grab(const std::shared_ptr<Eyedropper>& view) {
+    hideTip();
+    if (superview()) superview()->bringSubviewToFront(*this);
+    if (const auto before = _grabbing.lock()) before->cancel();
+    _grabbing = view;
+    addSubview(view);
+    view->setFillsSuperview(true);
+}
+
 // A sheet is to be dealt with first.
 void Overlay::dim() {
     constexpr gfx::Color shade{0, 0, 0, 0.4};
@@ -142,7 +152,7 @@ void Overlay::layoutSubviews() {
 
 // Lets everything through while nothing is open.
 std::shared_ptr<View> Overlay::hitTest(gfx::Point p) {
-    return _popovers.empty() ? nullptr : View::hitTest(p);
+    return _popovers.empty() && _grabbing.expired() ? nullptr : View::hitTest(p);
 }
 
 void Overlay::touchesBegan(const TouchEvent& /*event*/) {

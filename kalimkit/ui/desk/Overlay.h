@@ -14,6 +14,7 @@
 
 namespace kalim::ui {
 
+class Eyedropper;
 class Popover;
 class TextView;
 
@@ -43,6 +44,9 @@ public:
     // With all that were opened above it.
     void close(const Popover& popover);
     void closeAll();
+
+    // Fills the window with a view that has all touches and keys until it goes.
+    void grab(const std::shared_ptr<Eyedropper>& view);
 
     // ---- notes
     // Shows a text at the bottom for a while, in the place of the one before. The icon, by the name
@@ -95,6 +99,7 @@ private:
     void endNote(bool animated);
 
     std::vector<std::shared_ptr<Popover>> _popovers;
+    std::weak_ptr<Eyedropper> _grabbing;
     std::weak_ptr<DeskControl> _keyFocus;
     // The control that had it when the first popover was opened.
     std::weak_ptr<DeskControl> _focusBefore;

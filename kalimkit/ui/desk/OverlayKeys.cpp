@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/desk/Eyedropper.h"
 #include "kalimkit/ui/desk/Overlay.h"
 #include "kalimkit/ui/desk/Popover.h"
 #include "kalimkit/ui/window/Window.h"
@@ -68,6 +69,7 @@ bool Overlay::moveKeyFocus(bool isBackwards) {
 bool Overlay::takeKey(std::string_view key, bool isRepeated) {
     const auto alive = shared_from_this();
     hideTip();
+    if (const auto grabbing = _grabbing.lock()) return grabbing->handleKey(key, isRepeated);
     if (!_popovers.empty()) return takeKeyInPopover(key, isRepeated);
     if (!window() || TextView::focusedIn(*window())) return false;
     if (isTab(key)) return moveKeyFocus(key != "tab");

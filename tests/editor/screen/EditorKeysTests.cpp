@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -11,6 +12,7 @@
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "tests/editor/screen/EditorScreen.h"
@@ -376,6 +378,30 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
         keys.press("escape");
         screen.wait(1);
     }
+}
+
+// The command table, the pens and the texts of both make the list, so a key without a text shows
+// here.
+TEST_F(EditorKeysTest, AreListedWithTheirTexts) {
+    std::vector<std::string> listed;
+    for (const ui::KeyGroup& group : EditorKeys::list()) {
+        EXPECT_FALSE(group.title.empty());
+        for (const ui::KeyRow& row : group.rows) {
+            for (const std::string& key : row.keys) {
+                EXPECT_FALSE(row.text.empty()) << key;
+                EXPECT_NE(englishText(row.text), row.text) << key;
+                listed.push_back(key);
+            }
+        }
+    }
+    for (const char* key : {"ctrl+z", "1", "5", "a", "?", "f11", "shift"})
+        EXPECT_EQ(std::ranges::count(listed, key), 1) << key;
+    int shown = 0;
+    EXPECT_FALSE(keys.press("f1"));
+    keys.setOverviewHandler([&] { ++shown; });
+    for (const char* key : {"f1", "?", "shift+?", "shift+/"})
+        EXPECT_TRUE(keys.press(key)) << key;
+    EXPECT_EQ(shown, 4);
 }
 
 }  // namespace kalim::test
