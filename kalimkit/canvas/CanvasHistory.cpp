@@ -165,6 +165,8 @@ void CanvasHistory::removeInvalid() {
 // ---- messages
 
 void CanvasHistory::didStep(Step step, const ToolRef& entry) {
+    for (const ToolRef& tool : _canvas.tools.recount())
+        _canvas.screen.markChanged(tool);
     _canvas.journal.note(step, entry);
 }
 

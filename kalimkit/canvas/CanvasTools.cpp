@@ -38,6 +38,17 @@ void CanvasTools::refreshShared() {
         _pen.applyShared(*tool);
 }
 
+void CanvasTools::add(const ToolRef& tool) {
+    _undoManager.addTool(tool);
+    recount();
+}
+
+void CanvasTools::open(ToolList tools) {
+    *_list = std::move(tools);
+    _counted.forget();
+    recount();
+}
+
 void CanvasTools::discard(const ToolRef& tool) {
     const ToolRef kept = tool;
     forget(kept);
@@ -46,6 +57,7 @@ void CanvasTools::discard(const ToolRef& tool) {
 
 void CanvasTools::clear() {
     _list->clear();
+    _counted.forget();
     _undoManager.reset();
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "kalimkit/canvas/CountedTools.h"
 #include "kalimkit/canvas/NewTools.h"
 #include "kalimkit/canvas/ToolOrderStep.h"
 #include "kalimkit/tool/MDrawTool.h"
@@ -34,7 +35,7 @@ public:
     void refreshShared();
 
     // ---- on the canvas and off it; what the undo manager says of each holds here, too
-    void add(const ToolRef& tool) { _undoManager.addTool(tool); }
+    void add(const ToolRef& tool);
     void record(const ToolRef& tool) { _undoManager.addToolSuccess(tool); }
     void remove(const ToolRef& tool) { _undoManager.removeTool(tool); }
     // Takes the tool off the canvas without a record.
@@ -44,7 +45,9 @@ public:
     // All of them, with their records.
     void clear();
     // Lays tools onto the empty canvas, without a record.
-    void open(ToolList tools) { *_list = std::move(tools); }
+    void open(ToolList tools);
+    // Counts those that count, see CountedTools.
+    ToolList recount() { return _counted.recount(*_list); }
 
     // Lays a tool below those from a place on, without a record.
     void insert(const ToolRef& tool, std::size_t place) {
@@ -67,6 +70,7 @@ private:
     // The undo manager shares it.
     std::shared_ptr<ToolList> _list;
     MUndoManager _undoManager;
+    CountedTools _counted;
     NewTools _pen;
 };
 

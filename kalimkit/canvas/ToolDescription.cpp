@@ -40,7 +40,7 @@ const char* placeOf(gfx::Point middle, const gfx::Rect& content) {
 std::string describeTool(const MDrawTool& tool, const gfx::Rect& content, int quarterTurns) {
     const auto turn = gfx::AffineTransform::quarterTurn(quarterTurns);
     std::string description = filled(tool.label(), colorName(tool.color()));
-    if (const std::optional<std::string> words = tool.words())
+    if (const std::optional<std::string> words = tool.spokenWords())
         description += ui::Environment::current().localizedString("：") + *words;
     return filled(placeOf(turn.apply(tool.frame().center()), turn.apply(content)), description);
 }

@@ -7,10 +7,10 @@
 #include <map>
 #include <utility>
 
-#include "kalimkit/document/Base64.h"
 #include "kalimkit/document/DocumentValues.h"
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/document/ToolEntry.h"
+#include "kalimkit/json/Base64.h"
 #include "kalimkit/json/JsonText.h"
 
 namespace kalim {

@@ -1,7 +1,9 @@
 #include "kalimkit/shapes/MDrawArrow.h"
 
+#include <algorithm>
 #include <cmath>
 
+#include "kalimkit/shapes/ShapeProperties.h"
 #include "kalimkit/shapes/outline/ArrowOutline.h"
 #include "kalimkit/tool/QVGeometry.h"
 
@@ -9,6 +11,23 @@ namespace kalim {
 
 namespace {
 
+constexpr ToolProperty::Choice headChoices[] = {{"end", "终点箭头", "At the end"},
+                                                {"both", "双向箭头", "At both ends"},
+                                                {"none", "无箭头", "None"},
+                                                {"start", "起点箭头", "At the start"}};
+constexpr ToolProperty headsProperty{.name = "heads",
+                                     .type = ToolProperty::Type::Choice,
+                                     .text = "箭头样式",
+                                     .english = "Heads",
+                                     .choices = headChoices};
+constexpr ToolProperty bendProperty{
+    .name = "bend", .text = "弯曲", .english = "Bend", .least = -1, .most = 1, .isHidden = true};
+constexpr ToolProperty properties[] = {headsProperty, dashProperty, opacityProperty, bendProperty};
+
+// Not used by the lines that an arrow derives from.
+constexpr auto middleHandle = MoveDirection::Top;
+// Points of the screen: an arrow that is bent by less is straight.
+constexpr double straightReach = 5;
 constexpr gfx::Shadow arrowShadow{{1.0, 1.0}, 2.0, {0, 0, 0, 0.35}};
 
 }  // namespace
@@ -21,7 +40,7 @@ const ToolClass& MDrawArrow::Class() {
     static const ToolClass toolClass{"MDrawArrow",
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawArrow>,
-                                     {.label = "{}箭头", .toolType = 7}};
+                                     {.label = "{}箭头", .toolType = 7, .properties = properties}};
     return toolClass;
 }
 
@@ -70,24 +89,68 @@ double MDrawArrow::keptLength() const {
     return 2 * getArrowBottomHalfWidth() + 30;
 }
 
+// ---- curves, heads and dashes
+
+CurvedArrow MDrawArrow::shape() const {
+    const std::string heads = text(headsProperty.name);
+    CurvedArrow arrow{.length = length(),
+                      .bend = number(bendProperty.name),
+                      .headHalfWidth = getArrowBottomHalfWidth(),
+                      .tailWidth = getTailWidth(),
+                      .lineWidth = lineWidth(),
+                      .hasHeadAtEnd = heads == "end" || heads == "both",
+                      .hasHeadAtStart = heads == "start" || heads == "both",
+                      .dashes = {}};
+    arrow.dashes = dashesNamed(text(dashProperty.name), shaftWidth(arrow));
+    return arrow;
+}
+
+bool MDrawArrow::isPlain() const {
+    return chosenProperties().empty() ||
+           (number(bendProperty.name) == 0 && text(headsProperty.name) == headChoices[0].name &&
+            text(dashProperty.name) == dashChoices[0].name);
+}
+
+gfx::Point MDrawArrow::middle() const {
+    return localFrame().apply(middleOf(shape()));
+}
+
+gfx::Rect MDrawArrow::frameIncludeLineWidth() const {
+    if (isPlain()) return frame();
+    return frame().unionWith(outline().transformed(localFrame()).boundingBox());
+}
+
+// On a canvas that is not forgiving an arrow is dragged by its middle as ever.
+bool MDrawArrow::hasMiddleHandle() const {
+    return number(bendProperty.name) != 0 || rules().fineHandles;
+}
+
+MoveDirection MDrawArrow::handleAt(gfx::Point p) {
+    const MoveDirection handle = MDrawLine::handleAt(p);
+    if (handle == MoveDirection::Start || handle == MoveDirection::End) return handle;
+    return hasMiddleHandle() && isPointOnHandle(invertPoint(p), middle()) ? middleHandle : handle;
+}
+
+void MDrawArrow::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
+    if (_moveDirection != middleHandle) return MDrawLine::moveByOffsetEndPoint(offset, end);
+    const double aside = localFrame().inverted().apply(end).y;
+    const double bend = std::abs(aside) < onCanvas(straightReach) ? 0 : aside / length();
+    setProperty(bendProperty.name, std::clamp(bend, bendProperty.least, bendProperty.most));
+}
+
+void MDrawArrow::drawContentHandle(gfx::Context& context) {
+    MDrawLine::drawContentHandle(context);
+    if (hasMiddleHandle()) drawHandleAtPoint(context, middle());
+}
+
 bool MDrawArrow::hitTest(gfx::Point p) {
+    if (!isPlain()) {
+        const gfx::Point own = localFrame().inverted().apply(invertPoint(p));
+        return distanceFrom(shape(), own) <= getArrowBottomHalfWidth() + onCanvas(2);
+    }
     // The rectangle is two points larger than the arrow; for a finger, two of the screen.
     const double margin = viewScale() > 0 ? 2 - onCanvas(2) : 0;
     return _hitRect.inset(0, margin).contains(_transform.inverted().apply(invertPoint(p)));
-}
-
-void MDrawArrow::rotateChangedWithAngle(double angle) {
-    MDrawLine::rotateChangedWithAngle(angle);
-    const gfx::Point middle = QVMidPoint(_startPoint, _endPoint);
-    const auto turn = gfx::AffineTransform::rotation(angle - _preRotateAngle, middle);
-    _startPoint = turn.apply(_startPoint);
-    _endPoint = turn.apply(_endPoint);
-    _preRotateAngle = angle;
-}
-
-void MDrawArrow::rotateEndedWithAngle(double angle) {
-    MDrawLine::rotateEndedWithAngle(angle);
-    _preRotateAngle = 0;
 }
 
 gfx::AffineTransform MDrawArrow::localFrame() const {
@@ -97,6 +160,7 @@ gfx::AffineTransform MDrawArrow::localFrame() const {
 }
 
 gfx::Path MDrawArrow::outline() const {
+    if (!isPlain()) return curvedArrowOutline(shape());
     return arrowOutline(length(), getArrowBottomHalfWidth(), getTailWidth());
 }
 

@@ -32,15 +32,13 @@ bool MDrawEllipse::hitTest(gfx::Point p) {
     if (box.size.height <= small || box.size.width <= small)
         return box.inset(-onCanvas(2), -onCanvas(2)).contains(own);
     if (!box.inset(-margin, -margin).contains(own)) return false;
-    return drawType() != 0 ||
-           !box.inset(box.size.width * 0.25, box.size.height * 0.25).contains(own);
+    return isArea() || !box.inset(box.size.width * 0.25, box.size.height * 0.25).contains(own);
 }
 
 void MDrawEllipse::drawContent(gfx::Context& context) {
-    gfx::GraphicsStateGuard guard(context);
-    context.beginPath();
-    context.addEllipse(frame());
-    paintByDrawType(context);
+    gfx::Path outline;
+    outline.addEllipse(frame());
+    paintOutline(context, outline);
 }
 
 void MDrawEllipse::drawSlectedStateContent(gfx::Context& context) {

@@ -8,6 +8,8 @@ namespace kalim {
 
 namespace {
 
+constexpr ToolProperty properties[] = {opacityProperty};
+
 constexpr gfx::Shadow fatArrowShadow{{0.0, 1.0}, 3.0, {0, 0, 0, 0.3}};
 
 void setBothColors(gfx::Context& context, const gfx::ColorRef& color) {
@@ -26,7 +28,7 @@ const ToolClass& MDrawFatArrow::Class() {
     static const ToolClass toolClass{"MDrawFatArrow",
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawFatArrow>,
-                                     {.label = "{}箭头"}};
+                                     {.label = "{}箭头", .properties = properties}};
     return toolClass;
 }
 

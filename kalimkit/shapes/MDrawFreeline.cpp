@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/ShapeProperties.h"
+#include "kalimkit/shapes/outline/Dashes.h"
 #include "kalimkit/shapes/outline/SegmentHit.h"
 #include "kalimkit/tool/QVGeometry.h"
 
@@ -11,6 +13,7 @@ namespace kalim {
 namespace {
 
 constexpr ToolDetailRule detailRules[] = {{"linePoints", ToolDetailRule::Type::Lines}};
+constexpr ToolProperty properties[] = {dashProperty, opacityProperty};
 
 constexpr std::size_t minimumPoints = 5;
 // The margin is points of the screen.
@@ -32,7 +35,8 @@ const ToolClass& MDrawFreeline::Class() {
                                       .recorder = ToolRecorder::Strokes,
                                       .span = ToolSpan::Free,
                                       .toolType = 4,
-                                      .details = detailRules}};
+                                      .details = detailRules,
+                                      .properties = properties}};
     return toolClass;
 }
 
@@ -187,7 +191,12 @@ void MDrawFreeline::drawContent(gfx::Context& context) {
     gfx::GraphicsStateGuard guard(context);
     if (isNewBuild() && maskColor()) context.setStrokeColor(*maskColor());
     context.beginPath();
-    _strokes.addCurvesInSight(context);
+    // Dashes follow each other from the start on, seen or not.
+    if (const auto dashes = dashesNamed(text(dashProperty.name), lineWidth())) {
+        context.addPath(dashedPath(_strokes.curves(), *dashes, DashFit::FromStart));
+    } else {
+        _strokes.addCurvesInSight(context);
+    }
     context.stroke();
 }
 

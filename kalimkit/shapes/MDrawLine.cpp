@@ -2,6 +2,8 @@
 
 #include "kalimkit/shapes/MDrawMeasurementInfo.h"
 #include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/ShapeProperties.h"
+#include "kalimkit/shapes/outline/Dashes.h"
 #include "kalimkit/shapes/outline/LineDistance.h"
 #include "kalimkit/tool/HandleReach.h"
 #include "kalimkit/tool/QVGeometry.h"
@@ -9,6 +11,8 @@
 namespace kalim {
 
 namespace {
+
+constexpr ToolProperty properties[] = {dashProperty, opacityProperty};
 
 constexpr double minimumLength = 5.0;
 constexpr double hitMargin = 8.0;
@@ -26,7 +30,8 @@ const ToolClass& MDrawLine::Class() {
                                      {.label = "{}直线",
                                       .span = ToolSpan::Line,
                                       .moveInGroup = MoveDirection::GroupedLine,
-                                      .toolType = 6}};
+                                      .toolType = 6,
+                                      .properties = properties}};
     return toolClass;
 }
 
@@ -117,15 +122,38 @@ void MDrawLine::stopMoveHandle() {
 
 void MDrawLine::drawContent(gfx::Context& context) {
     gfx::GraphicsStateGuard guard(context);
+    gfx::Path path;
+    path.moveTo(_startPoint);
+    path.lineTo(_endPoint);
     context.beginPath();
-    context.moveTo(_startPoint);
-    context.lineTo(_endPoint);
+    context.addPath(withDashes(path));
     context.stroke();
+}
+
+gfx::Path MDrawLine::withDashes(const gfx::Path& path) const {
+    const std::optional<Dashes> dashes = dashesNamed(text(dashProperty.name), lineWidth());
+    return dashes ? dashedPath(path, *dashes, DashFit::ToEnds) : path;
 }
 
 void MDrawLine::drawContentHandle(gfx::Context& context) {
     drawHandleAtPoint(context, _startPoint);
     drawHandleAtPoint(context, _endPoint);
+}
+
+// Where the drawing context is not turned, the points are.
+void MDrawLine::rotateChangedWithAngle(double angle) {
+    MDrawTool::rotateChangedWithAngle(angle);
+    if (isRotateByRotateCtx()) return;
+    const gfx::Point middle = QVMidPoint(_startPoint, _endPoint);
+    const auto turn = gfx::AffineTransform::rotation(angle - _preRotateAngle, middle);
+    _startPoint = turn.apply(_startPoint);
+    _endPoint = turn.apply(_endPoint);
+    _preRotateAngle = angle;
+}
+
+void MDrawLine::rotateEndedWithAngle(double angle) {
+    MDrawTool::rotateEndedWithAngle(angle);
+    _preRotateAngle = 0;
 }
 
 Feature MDrawLine::getFeature() const {

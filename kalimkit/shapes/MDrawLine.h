@@ -30,6 +30,8 @@ public:
     bool testHitOnHandle(gfx::Point p) override;
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
     void stopMoveHandle() override;
+    void rotateChangedWithAngle(double angle) override;
+    void rotateEndedWithAngle(double angle) override;
 
     void drawContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;
@@ -47,9 +49,14 @@ protected:
     virtual MoveDirection handleAt(gfx::Point p);
     // Start to end, single precision.
     double length() const;
+    // The path as the property "dash" has it drawn with the tool's width.
+    gfx::Path withDashes(const gfx::Path& path) const;
 
 private:
     bool isOnEnd(gfx::Point own, gfx::Point handle, gfx::Point other) const;
+
+    // The current rotation gesture has turned the points by this much already, in radians.
+    double _preRotateAngle = 0;
 };
 
 }  // namespace kalim

@@ -43,7 +43,8 @@ const ToolClass& MDrawMosiac::Class() {
                                       .layer = ToolLayer::Ground,
                                       .picking = ToolPicking::UnderForgivingRules,
                                       .keepsToFrame = true,
-                                      .toolType = 5}};
+                                      .toolType = 5,
+                                      .properties = std::span<const ToolProperty>()}};
     return toolClass;
 }
 

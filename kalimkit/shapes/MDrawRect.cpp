@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "kalimkit/shapes/MeasureText.h"
+#include "kalimkit/shapes/ShapeProperties.h"
 #include "kalimkit/shapes/outline/BoxOutline.h"
 #include "kalimkit/tool/HandleReach.h"
 #include "kalimkit/tool/QVGeometry.h"
@@ -15,6 +16,8 @@ namespace {
 
 constexpr std::string_view radiusKey = "rectArcRadius";
 constexpr ToolDetailRule detailRules[] = {{radiusKey, ToolDetailRule::Type::Number, false}};
+
+constexpr ToolProperty properties[] = {fillProperty, dashProperty, opacityProperty};
 
 constexpr double minimumDiagonal = 20.0;
 
@@ -37,7 +40,8 @@ const ToolClass& MDrawRect::Class() {
                                       .span = ToolSpan::Box,
                                       .moveInGroup = MoveDirection::Body,
                                       .toolType = 0,
-                                      .details = detailRules}};
+                                      .details = detailRules,
+                                      .properties = properties}};
     return toolClass;
 }
 
@@ -77,7 +81,7 @@ bool MDrawRect::hitTest(gfx::Point p) {
     const gfx::Rect box = frame();
     if (!box.inset(-margin, -margin).contains(own)) return false;
     const bool isSmall = std::min(box.size.height, box.size.width) < margin + onCanvas(5);
-    return isSmall || drawType() != 0 || !box.inset(margin, margin).contains(own);
+    return isSmall || isArea() || !box.inset(margin, margin).contains(own);
 }
 
 MoveDirection MDrawRect::handleAt(gfx::Point p) {
@@ -121,13 +125,24 @@ void MDrawRect::stopMoveHandle() {
 }
 
 void MDrawRect::drawContent(gfx::Context& context) {
-    gfx::GraphicsStateGuard guard(context);
-    context.beginPath();
-    context.addPath(boxOutline(frame(), rectArcRadius()));
-    paintByDrawType(context);
+    paintOutline(context, boxOutline(frame(), rectArcRadius()));
 }
 
-void MDrawRect::paintByDrawType(gfx::Context& context) const {
+bool MDrawRect::isArea() const {
+    return drawType() != 0 || !text(fillProperty.name).empty();
+}
+
+void MDrawRect::paintOutline(gfx::Context& context, const gfx::Path& outline) const {
+    const gfx::GraphicsStateGuard guard(context);
+    if (const auto fill = gfx::Color::fromHex(text(fillProperty.name))) {
+        const gfx::GraphicsStateGuard ownColor(context);
+        context.setFillColor(*fill);
+        context.beginPath();
+        context.addPath(outline);
+        context.fill();
+    }
+    context.beginPath();
+    context.addPath(drawType() == 1 ? outline : withDashes(outline));
     if (drawType() == 0 || drawType() == 2) context.stroke();
     if (drawType() == 1 || drawType() == 2) context.fill();
 }

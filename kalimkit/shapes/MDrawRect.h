@@ -54,9 +54,11 @@ protected:
     virtual std::int32_t usualArcRadius() const { return 0; }
     // Whether a point of the unrotated frame is on the handle at that corner of the box.
     bool isOnCorner(gfx::Point own, MoveDirection corner, const gfx::Rect& box) const;
-    // Strokes and fills the current path as drawType says. After style 2's stroke the fill finds no
-    // path any more; deliberate.
-    void paintByDrawType(gfx::Context& context) const;
+    // Whether a finger in the middle hits it: it is filled, by its style or with a colour.
+    bool isArea() const;
+    // Fills with the chosen colour, then strokes and fills as drawType says. After style 2's stroke
+    // the fill finds no path any more; deliberate.
+    void paintOutline(gfx::Context& context, const gfx::Path& outline) const;
 
 private:
     std::int32_t _rectArcRadius = 0;

@@ -32,6 +32,8 @@ constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
                                           {"fontSize", ToolDetailRule::Type::Number, true, 0.01},
                                           {"inset", ToolDetailRule::Type::Number, false, 0}};
 
+constexpr ToolProperty properties[] = {opacityProperty};
+
 constexpr double hitMargin = 5;
 constexpr gfx::Size smallestBox{30, 20};
 constexpr double selectedLineWidth = 2.0;
@@ -65,7 +67,8 @@ const ToolClass& MDrawText::Class() {
                                       .recorder = ToolRecorder::Typing,
                                       .keepsToFrame = true,
                                       .toolType = 3,
-                                      .details = detailRules}};
+                                      .details = detailRules,
+                                      .properties = properties}};
     return toolClass;
 }
 
@@ -203,8 +206,7 @@ void MDrawText::scaleBy(gfx::Point fixed, gfx::Size factors) {
 
 void MDrawText::drawContent(gfx::Context& context) {
     gfx::GraphicsStateGuard guard(context);
-    const bool isTyped = _isEdittingText || (_textView && _textView->superview());
-    if (!isTyped) drawTextWithString(context, text());
+    if (!isTyped()) drawTextWithString(context, text());
 }
 
 void MDrawText::drawSlectedStateContent(gfx::Context& context) {
@@ -248,6 +250,7 @@ void MDrawText::setFeature(const FeatureRef& feature) {
     if (const double* angle = feature->get<double>("MDrawTool-rotateAngle"))
         setRotateAngle(static_cast<float>(*angle));
     readArrangement(*feature);
+    takeProperties(*feature);
 }
 
 // ---- the canvas

@@ -147,6 +147,13 @@ protected:
     MDrawText() = default;
     void init() override;
     MoveDirection handleAt(gfx::Point p) override;
+    // Of what is typed, and of the field under it; null for none.
+    virtual gfx::ColorRef textColor() const { return color(); }
+    virtual gfx::ColorRef fieldColor() const;
+    // Whether the text has an outline in the mask colour.
+    virtual bool isOutlined() const { return true; }
+    // Whether the text is in its field and not drawn by the tool.
+    bool isTyped() const { return _isEdittingText || (_textView && _textView->superview()); }
     template <typename Tool>
     static std::shared_ptr<Tool> makeInView(const std::shared_ptr<ui::View>& view,
                                             gfx::Point start);

@@ -18,11 +18,6 @@ constexpr double keyboardGap = 30;
 constexpr double edgeGap = 10;
 constexpr double largestInset = 5;
 
-gfx::ColorRef fieldColor() {
-    static const gfx::ColorRef color = gfx::makeColor(157 / 255.0, 157 / 255.0, 157 / 255.0, 0.5);
-    return color;
-}
-
 // What a view keeps of a frame is off by the last bits: without them.
 double tidy(double value) {
     return std::round(value * 1e6) / 1e6;
@@ -35,6 +30,11 @@ gfx::Rect tidyFrame(const ui::View& view) {
 }
 
 }  // namespace
+
+gfx::ColorRef MDrawText::fieldColor() const {
+    static const gfx::ColorRef color = gfx::makeColor(157 / 255.0, 157 / 255.0, 157 / 255.0, 0.5);
+    return color;
+}
 
 std::shared_ptr<MDrawText> MDrawText::self() {
     return std::static_pointer_cast<MDrawText>(shared_from_this());
@@ -110,9 +110,9 @@ void MDrawText::prepareTextView() {
 void MDrawText::styleTextView() {
     const double scale = getCurrentCtxScale();
     _textView->setFontSize(scale * _fontSize);
-    _textView->setTextColor(color());
+    _textView->setTextColor(textColor());
     _textView->setDrawLineColor(color());
-    _textView->setDrawTextColor(color());
+    _textView->setDrawTextColor(textColor());
     _textView->setDrawTextMaskColor(std::make_shared<const gfx::Color>(getMaskColor()));
     _textView->setDrawLineWidth(lineWidth());
     gfx::Font font = getTextFont();

@@ -124,11 +124,13 @@ void MDrawText::drawTextWithString(gfx::Context& context, const std::string& tex
     const gfx::Point topLeft = rect.origin + gfx::Point{_inset - 2, 0};
     const gfx::Rect visible = context.clipBounds();
     gfx::GraphicsStateGuard guard(context);
-    context.setTextMode(gfx::TextMode::Stroke);
-    context.setLineJoin(gfx::LineJoin::Round);
-    context.setLineWidth(std::max(_fontSize / 5, 1.0));
-    context.setStrokeColor(getMaskColor());
-    layout.draw(context, topLeft, visible);
+    if (isOutlined()) {
+        context.setTextMode(gfx::TextMode::Stroke);
+        context.setLineJoin(gfx::LineJoin::Round);
+        context.setLineWidth(std::max(_fontSize / 5, 1.0));
+        context.setStrokeColor(getMaskColor());
+        layout.draw(context, topLeft, visible);
+    }
     context.setTextMode(gfx::TextMode::Fill);
     layout.draw(context, topLeft, visible);
 }

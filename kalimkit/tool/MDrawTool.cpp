@@ -64,7 +64,9 @@ ToolRef MDrawTool::initWithStartPoint(gfx::Point start) {
 MDrawTool::~MDrawTool() = default;
 
 const ToolClass& MDrawTool::Class() {
-    static const ToolClass toolClass{"MDrawTool", nullptr, &MDrawTool::makeToolAt<MDrawTool>};
+    static constexpr ToolProperty properties[] = {opacityProperty};
+    static const ToolClass toolClass{
+        "MDrawTool", nullptr, &MDrawTool::makeToolAt<MDrawTool>, {.properties = properties}};
     return toolClass;
 }
 
@@ -374,7 +376,6 @@ void MDrawTool::setFeature(const FeatureRef& feature) {
     readArrangement(*feature);
 }
 
-// One that the snapshot does not name is as usual again.
 void MDrawTool::takeProperties(const Feature& feature) {
     for (const ToolProperty& property : toolClass().properties()) {
         ToolPropertyValue value = property.usualValue();

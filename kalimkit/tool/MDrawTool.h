@@ -260,6 +260,17 @@ public:
     // ---- words, for kinds that have some
     virtual std::optional<std::string> words() const { return std::nullopt; }
     virtual void setWords(const std::string&) {}
+    // What those hear of it who do not see it: its words, or what stands for them.
+    virtual std::optional<std::string> spokenWords() const { return words(); }
+
+    // ---- counting, for kinds of ToolRow::isCounted
+    // Tools whose texts are equal count together.
+    virtual std::string countSeries() const { return {}; }
+    // Which of its series it is, from 1 on in the order in which they were made; the canvas keeps
+    // it up while tools come and go. 0 for kinds that are not counted.
+    virtual int count() const { return 0; }
+    virtual void setCount(int) {}
+
     // What else there is to say about it, in a fixed order.
     virtual ToolDetails details() const { return {}; }
 
@@ -294,6 +305,8 @@ protected:
     // A property of the kind as its type says; 0 and an empty text for others.
     double number(std::string_view name) const;
     std::string text(std::string_view name) const;
+    // A property that the snapshot does not name is as usual again.
+    void takeProperties(const Feature& feature);
     // Runs once after construction, base first.
     virtual void init();
     // Constructs a tool and initialises it at a point.
@@ -324,8 +337,8 @@ private:
         return (isSupportGestureRotate() || isTurnedByQuarters()) && isRotateByRotateCtx();
     }
     void drawVisibleContent(gfx::Context& context);
+    void drawClippedContent(gfx::Context& context);
     void drawSelectedState(gfx::Context& context);
-    void takeProperties(const Feature& feature);
 
     std::string _name;
     std::string _foreignKeys;

@@ -27,7 +27,19 @@ void MDrawTool::draw(gfx::Context& context) {
     if (_selected) drawSelectedState(context);
 }
 
+// As one, so that nothing of the tool shows through another part of it.
 void MDrawTool::drawVisibleContent(gfx::Context& context) {
+    const double opacity = number(opacityProperty.name);
+    if (opacity >= 1 || !toolClass().propertyNamed(opacityProperty.name))
+        return drawClippedContent(context);
+    const gfx::GraphicsStateGuard guard(context);
+    context.setAlpha(opacity);
+    context.beginTransparencyGroup();
+    drawClippedContent(context);
+    context.endTransparencyGroup();
+}
+
+void MDrawTool::drawClippedContent(gfx::Context& context) {
     if (!_visibleRect) return drawContent(context);
     const gfx::GraphicsStateGuard guard(context);
     // The rectangle lies on the canvas, whichever way the tool is turned.

@@ -83,7 +83,9 @@ struct ToolRow {
     std::span<const ToolDetailRule> details = {};
     // What people choose of its look, in the order in which bars offer it; all of them, those of
     // the base too. The list outlives the class.
-    std::span<const ToolProperty> properties = {};
+    std::optional<std::span<const ToolProperty>> properties = {};
+    // The canvas counts its tools by MDrawTool::setCount.
+    std::optional<bool> isCounted = {};
 };
 
 // A kind of tools at run time: its name, its base, how one is made, and what it is. There is one
@@ -127,11 +129,9 @@ struct KALIM_API ToolClass {
         return {};
     }
     std::span<const ToolProperty> properties() const {
-        for (const ToolClass* current = this; current; current = current->base) {
-            if (!current->row.properties.empty()) return current->row.properties;
-        }
-        return {};
+        return said(&ToolRow::properties, std::span<const ToolProperty>());
     }
+    bool isCounted() const { return said(&ToolRow::isCounted, false); }
     // Null for a name that is none of them.
     const ToolProperty* propertyNamed(std::string_view wanted) const {
         for (const ToolProperty& property : properties()) {

@@ -20,8 +20,8 @@ bool isColorText(std::string_view text) {
 }  // namespace
 
 ToolPropertyValue ToolProperty::usualValue() const {
-    if (type == Type::Choice && !choices.empty()) return std::string(choices.front().name);
     if (type == Type::Number || type == Type::Switch) return usual;
+    if (!choices.empty()) return std::string(choices.front().name);
     return std::string();
 }
 

@@ -37,8 +37,8 @@ struct KALIM_API ToolProperty {
     double least = 0;
     double most = 1;
     double step = 0;
-    // What a tool has that nobody has chosen for. A choice's first is the usual one, and so is an
-    // empty text, or no colour.
+    // What a tool has that nobody has chosen for. A choice's first is the usual one, that of a text
+    // too; else an empty text is, or no colour.
     double usual = 0;
     std::span<const Choice> choices = {};
     // Bars leave it out: handles, or a host, set it.
@@ -48,5 +48,15 @@ struct KALIM_API ToolProperty {
     // Whether a tool can have the value; a number of another step can be had.
     bool takes(const ToolPropertyValue& value) const;
 };
+
+// How much of a tool is seen, as one: parts of it that overlap show no more. Every kind has it but
+// those that hide.
+inline constexpr ToolProperty opacityProperty{.name = "opacity",
+                                              .text = "不透明度",
+                                              .english = "Opacity",
+                                              .least = 0.05,
+                                              .most = 1,
+                                              .step = 0.05,
+                                              .usual = 1};
 
 }  // namespace kalim

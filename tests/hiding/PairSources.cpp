@@ -9,10 +9,10 @@
 
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/PngText.h"
-#include "kalimkit/document/Base64.h"
 #include "kalimkit/gfx/Bitmap.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/image/UprightBitmap.h"
+#include "kalimkit/json/Base64.h"
 #include "tests/codec/JpegFiles.h"
 #include "tests/codec/PictureFiles.h"
 

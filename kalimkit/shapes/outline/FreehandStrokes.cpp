@@ -81,6 +81,17 @@ void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
     if (tail && meet(tail->box(), sight)) addTo(context, *tail);
 }
 
+gfx::Path FreehandStrokes::curves() const {
+    gfx::Path path;
+    const auto add = [&path](const SmoothedCurve& curve) {
+        path.moveTo(curve.start);
+        path.cubicTo(curve.control1, curve.control2, curve.end);
+    };
+    std::ranges::for_each(_curves, add);
+    if (const std::optional<SmoothedCurve> tail = shownTail()) add(*tail);
+    return path;
+}
+
 gfx::Rect FreehandStrokes::frame() const {
     // The narrowing is meant.
     const float width = static_cast<float>(std::abs(_high.x - _low.x));

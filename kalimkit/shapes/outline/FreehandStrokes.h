@@ -37,6 +37,9 @@ public:
     // path, each as a subpath of its own: leaving out others changes nothing that is seen.
     void addCurvesInSight(gfx::Context& context) const;
 
+    // All curves; those of one stroke follow each other without a gap.
+    gfx::Path curves() const;
+
     const Lines& lines() const { return _lines; }
     std::size_t pointCount() const { return _pointCount; }
     // Bounds the points; its size has single precision and is zero without points.

@@ -9,9 +9,9 @@
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/codec/PngText.h"
-#include "kalimkit/document/Base64.h"
 #include "kalimkit/document/Sha256.h"
 #include "kalimkit/host/files/OpenedFile.h"
+#include "kalimkit/json/Base64.h"
 #include "tests/support/ProgramRun.h"
 
 namespace kalim::test {

@@ -1,4 +1,4 @@
-#include "kalimkit/document/Base64.h"
+#include "kalimkit/json/Base64.h"
 
 #include <array>
 #include <cstddef>
