@@ -29,6 +29,7 @@ public:
         double largestScale = 2;
     };
     void setPlace(const Place& place);
+    const gfx::Rect& bounds() const { return _place.bounds; }
     // Goes back to nothing zoomed, moved or turned, and no fingers on it.
     void reset();
 

@@ -74,6 +74,7 @@ void MDrawView::layoutSubviews() {
     placeCanvas();
     parts->typing.place();
     parts->screen.update();
+    if (const auto owner = parts->home.owner()) owner->canvasWillShow();
 }
 
 void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
@@ -87,6 +88,7 @@ void MDrawView::drawRect(gfx::Context& context, const gfx::Rect&) {
 bool MDrawView::fitIntoView() {
     const bool isUnused = !sourceImage() && !hasTools() && !canUndo() && !canRedo();
     const gfx::AffineTransform before = mViewTransform();
+    const auto zoom = forgiving() ? chosenZoom() : std::nullopt;
     const Fitting fitting = fitPicture(isUnused);
     if (fitting == Fitting::Nothing) return false;
     const auto parts = held();
@@ -96,6 +98,7 @@ bool MDrawView::fitIntoView() {
     }
     if (fitting != Fitting::NewScale) {
         fitResized();
+        if (zoom && fitting == Fitting::Resized) restoreZoom(*zoom);
         parts->typing.followView(before);
     }
     parts->screen.invalidate();

@@ -39,8 +39,8 @@ public:
     void setDrawViewdelegate(std::weak_ptr<MDrawViewDelegate> delegate);
     // Whether what costs people work or nerves is mended: every step has its record, what is drawn
     // stays as it is. A drag draws, over other tools as well, taps select, and the selection is
-    // dragged; patches, too. All freehand ink is kept. Off at first, and best switched on before
-    // the first touch.
+    // dragged; patches, too. All freehand ink is kept, and so is what is zoomed in when the view
+    // gets another size. Off at first, and best switched on before the first touch.
     bool forgiving() const;
     void setForgiving(bool forgiving);
     // Sets the host's callback for log texts, for the whole process.

@@ -33,6 +33,9 @@ public:
     // Two fingers begin to pinch or pan the canvas, and the last of both gestures is over.
     virtual void didCanvasScaleAndPanStart() {}
     virtual void didCanvasScaleAndPanEnd() {}
+    // The canvas is about to show something else than before: another zoom, a shape that grows,
+    // another look of what is selected. At most once a frame, for owners that show readings of it.
+    virtual void canvasWillShow() {}
     // Whether the owner's bar lies under the canvas, and how many points of it the bar covers; no
     // answer stands for a canvas without a bar.
     virtual std::optional<bool> isToolbarPlaceBottom() { return std::nullopt; }

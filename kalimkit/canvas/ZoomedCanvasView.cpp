@@ -125,8 +125,30 @@ bool ZoomedCanvasView::zoomToFit() {
 }
 
 bool ZoomedCanvasView::zoomToPixels() {
-    const double scale = scaleForMagnification(1);
+    return zoomToMagnification(1);
+}
+
+bool ZoomedCanvasView::zoomToMagnification(double pixels) {
+    const double scale = scaleForMagnification(pixels);
     return scale > 0 && glide([&] { _shown->zoom.zoomTo(scale, _shown->content); });
+}
+
+double ZoomedCanvasView::magnification() const {
+    const double pixels = scaleForMagnification(1);
+    return sourceImage() && pixels > 0 ? _shown->zoom.scale() / pixels : 0;
+}
+
+double ZoomedCanvasView::pixelsPerPoint() const {
+    return _shown->picture.pixelsPerPoint();
+}
+
+std::optional<gfx::Point> ZoomedCanvasView::picturePoint(gfx::Point p) const {
+    if (!sourceImage()) return std::nullopt;
+    const gfx::PixelSize pixels = sourceImage()->pixelSize();
+    const PictureCut& cut = pictureCut();
+    const gfx::Point inPicture = (p - bgImgRect().origin) * pixelsPerPoint();
+    const gfx::Point corner = turnedPart(partOf(cut, pixels), pixels, cut.quarterTurns).origin;
+    return turnedPart({inPicture, {}}, pixels, cut.quarterTurns).origin - corner;
 }
 
 bool ZoomedCanvasView::zoomBy(double factor) {
@@ -196,6 +218,25 @@ void ZoomedCanvasView::fitResized() {
         (!isAsFirstShown || _shown->zoom.isLargerThanView(_shown->content))) {
         changeView([&] { _shown->zoom.fit(_shown->content); });
     }
+}
+
+std::optional<ZoomedCanvasView::ChosenZoom> ZoomedCanvasView::chosenZoom() const {
+    const CanvasZoom& zoom = _shown->zoom;
+    CanvasZoom whole = zoom;
+    whole.showWhole(_shown->content);
+    if (whole.toView() == zoom.toView()) return std::nullopt;
+    return ChosenZoom{zoom.shownScale(), zoom.toCanvas().apply(zoom.bounds().center())};
+}
+
+void ZoomedCanvasView::restoreZoom(const ChosenZoom& chosen) {
+    changeView([&] {
+        CanvasZoom& zoom = _shown->zoom;
+        zoom.zoomTo(chosen.shownScale / _shown->picture.fittingScale(), _shown->content);
+        zoom.beginPan();
+        zoom.pan(zoom.bounds().center() - zoom.toView().apply(chosen.middle));
+        zoom.endPan();
+        zoom.settle(_shown->content);
+    });
 }
 
 // ---- what is shown

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
@@ -66,6 +67,15 @@ public:
     // Ignored without a picture, and for factors that are not above zero and finite.
     bool zoomToPixels();
     bool zoomBy(double factor);
+    // As zoomToPixels(), for so many pixels of the screen.
+    bool zoomToMagnification(double pixels);
+    // How many pixels of the screen one of the picture comes to, and how many of its pixels a
+    // canvas point has; 0 without a picture.
+    double magnification() const;
+    double pixelsPerPoint() const;
+    // Where a canvas point lies in the picture as it is cut and turned, pixels; nothing without
+    // one.
+    std::optional<gfx::Point> picturePoint(gfx::Point p) const;
     // Canvas point to view point: the zoom and move in force, whatever is still being animated.
     const gfx::AffineTransform& mViewTransform() const;
     // A scale for display while the canvas is not zoomed; 0 for none.
@@ -111,6 +121,15 @@ protected:
     enum class Fitting { Nothing, NewScale, Resized, Settled };
     Fitting fitPicture(bool isUnused);
     void fitResized();
+    // What somebody has zoomed to: as large, and with the same place in the middle. Nothing where
+    // the content is shown as a whole.
+    struct ChosenZoom {
+        // So many view points make a canvas point.
+        double shownScale = 1;
+        gfx::Point middle;
+    };
+    std::optional<ChosenZoom> chosenZoom() const;
+    void restoreZoom(const ChosenZoom& zoom);
     // Nothing zoomed, moved or held.
     void resetView();
     // Shows another part of the picture, or the same turned. The content is measured by the caller,

@@ -26,7 +26,7 @@ void EditorPanel::makeMask(std::weak_ptr<QNTMaskViewDelegate> delegate) {
     _mask->setBackgroundColor(nullptr);
     _mask->setHidden(true);
     _mask->setDelegate(std::move(delegate));
-    _stage.view().addSubview(_mask);
+    _stage.chrome()->addSubview(_mask);
 }
 
 void EditorPanel::make(std::weak_ptr<ui::GestureDelegate> delegate, std::function<void()> tapped,
@@ -40,7 +40,7 @@ void EditorPanel::make(std::weak_ptr<ui::GestureDelegate> delegate, std::functio
         });
     _view->addGestureRecognizer(tap);
     _view->setHidden(true);
-    _stage.view().addSubview(_view);
+    _stage.chrome()->addSubview(_view);
 
     _confirmButton = TesselConfirmButton::init();
     _confirmButton->setTag(confirmButtonTag);
@@ -48,7 +48,7 @@ void EditorPanel::make(std::weak_ptr<ui::GestureDelegate> delegate, std::functio
         ui::ControlEvent::TouchUpInside,
         [confirmed = _stage.whileThere(std::move(confirmed))](ui::Control&) { confirmed(); });
     _confirmButton->setHidden(true);
-    _stage.view().addSubview(_confirmButton);
+    _stage.chrome()->addSubview(_confirmButton);
 }
 
 // ---- opening
@@ -132,6 +132,17 @@ void EditorPanel::close() {
             _stage.layout();
         },
         atEnd(&EditorPanel::didClose));
+}
+
+void EditorPanel::drop() {
+    if (_state == State::Closed) return;
+    // No way that is under way has an end any more.
+    ++_way;
+    _shift = panelSlide;
+    _pen.view()->setAccessibilityHidden(false);
+    _pen.view()->setHidden(false);
+    _confirmButton->setHidden(true);
+    didClose();
 }
 
 void EditorPanel::didClose() {

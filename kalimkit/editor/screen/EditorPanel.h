@@ -38,6 +38,8 @@ public:
     // Also deselects everything on the canvas. Nothing happens while it closes already; one that is
     // closed goes the whole way as well.
     void close();
+    // It is gone at once, and what is selected stays so.
+    void drop();
 
     // ---- readings
     State state() const { return _state; }

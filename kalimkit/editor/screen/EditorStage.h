@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/ui/view/View.h"
 #include "kalimkit/ui/window/ViewController.h"
 
@@ -19,6 +20,16 @@ public:
     // Places all views anew at once; within an animation they move there.
     void layout() const;
 
+    // ---- what lies over the canvas, below what asks and crops: the phone's bars and buttons, all
+    // in one view that lets other touches through, or a shell in their place
+    void makeChrome();
+    const std::shared_ptr<ui::View>& chrome() const { return _chrome; }
+    // Null for the phone's.
+    const std::shared_ptr<EditorShell>& shell() const { return _shell; }
+    void setShell(std::shared_ptr<EditorShell> shell);
+    // Something that a shell may show has changed.
+    void tellShell() const;
+
     // ---- where the outside calls in: only as long as the screen is there, which is held meanwhile
     std::function<void()> whileThere(std::function<void()> step) const;
     void after(double delay, std::function<void()> step) const;
@@ -32,7 +43,11 @@ public:
     void setForgiving(bool forgiving) { _isForgiving = forgiving; }
 
 private:
+    void showShell();
+
     ui::ViewController& _screen;
+    std::shared_ptr<ui::View> _chrome;
+    std::shared_ptr<EditorShell> _shell;
     bool _isForgiving = false;
 };
 

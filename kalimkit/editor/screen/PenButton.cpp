@@ -22,7 +22,7 @@ void PenButton::make(std::weak_ptr<TesselPenViewDelegate> delegate) {
     _view = TesselPenView::initWithFrame({});
     _view->setDelegate(std::move(delegate));
     _view->setAlpha(0);
-    _stage.view().addSubview(_view);
+    _stage.chrome()->addSubview(_view);
 }
 
 void PenButton::allowRing() {

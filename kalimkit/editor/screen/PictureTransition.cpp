@@ -49,8 +49,8 @@ void PictureTransition::placeInto(const gfx::Rect& seen, double scale) {
 void PictureTransition::insertView() {
     _view->removeFromSuperview();
     const auto& views = _stage.view().subviews();
-    const auto bar = std::ranges::find(views, std::static_pointer_cast<ui::View>(_bar));
-    _stage.view().insertSubview(_view, static_cast<std::size_t>(bar - views.begin()));
+    const auto bars = std::ranges::find(views, _stage.chrome());
+    _stage.view().insertSubview(_view, static_cast<std::size_t>(bars - views.begin()));
 }
 
 // ---- in

@@ -41,7 +41,7 @@ std::shared_ptr<ui::Button> SelectionButtons::makeButton(const std::string& imag
     button->addAction(ui::ControlEvent::TouchUpInside,
                       [run = _stage.whileThere(std::move(action))](ui::Control&) { run(); });
     button->setHidden(true);
-    _stage.view().addSubview(button);
+    _stage.chrome()->addSubview(button);
     return button;
 }
 

@@ -131,6 +131,21 @@ void TesselViewController::setOffersHidingStyles(bool offers) {
     parts().choice.setOffersHidingStyles(offers);
 }
 
+const std::shared_ptr<EditorShell>& TesselViewController::shell() const {
+    return parts().stage.shell();
+}
+
+void TesselViewController::setShell(std::shared_ptr<EditorShell> shell) {
+    if (shell == parts().stage.shell()) return;
+    const auto alive = self();
+    view();
+    EditorParts& all = parts();
+    all.panel.drop();
+    all.stage.setShell(std::move(shell));
+    if (all.stage.shell()) return all.pen.ring(false);
+    all.stage.layout();
+}
+
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {
     _transBlock = std::move(block);
     doApplyTransBlockToCoreModel();
@@ -213,6 +228,7 @@ void TesselViewController::setUpAfterAppearance() {
     if (!std::exchange(_hasAppeared, true) && !all.buttons.isOut()) {
         all.choice.begin();
         blinkPenview();
+        all.stage.tellShell();
     }
     all.pickers.fold();
     all.buttons.move();
@@ -222,7 +238,7 @@ void TesselViewController::setUpAfterAppearance() {
 void TesselViewController::startRingHint() {
     parts().pen.allowRing();
     // The panel covers it; closing that shows it.
-    if (parts().panel.state() == EditorPanel::State::Closed) parts().pen.ring(true);
+    if (!shell() && parts().panel.state() == EditorPanel::State::Closed) parts().pen.ring(true);
 }
 
 // ---- set-up
@@ -234,10 +250,11 @@ void TesselViewController::initSubviews() {
     doApplyTransBlockToCoreModel();
     all.picture.showCanvas(self());
     all.transition.prepare();
+    all.stage.makeChrome();
     all.panel.makeMask(self());
     makeToolView();
     all.bar->setAlpha(all.transition.isNeeded() ? 0 : 1);
-    view()->addSubview(all.bar);
+    all.stage.chrome()->addSubview(all.bar);
     makeNib();
     all.pen.make(self());
     all.panel.make(
@@ -259,7 +276,7 @@ void TesselViewController::makeNib() {
     nib->setColor(gfx::makeColor(1, 0, 0));
     nib->setResponseConfig(false);
     nib->setHidden(true);
-    view()->addSubview(nib);
+    parts().stage.chrome()->addSubview(nib);
     parts().nib = nib;
 }
 

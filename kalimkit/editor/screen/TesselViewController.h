@@ -24,6 +24,8 @@
 namespace kalim {
 
 struct Document;
+class EditorShell;
+struct EditorLayout;
 
 // The editor's screen: the canvas with the picture, the tool bar above it, and below it the pen
 // button, from which the panel with the pickers opens. A host makes one with a picture and a
@@ -135,12 +137,25 @@ public:
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
 
+    // ---- the shell
+    // Other bars than the phone's, null for those, as at first. Passing from one to another loses
+    // nothing that is selected, typed, dragged, cropped, zoomed or chosen.
+    const std::shared_ptr<EditorShell>& shell() const;
+    void setShell(std::shared_ptr<EditorShell> shell);
+    // Has it read anew what it shows: for whoever changes the canvas by itself.
+    void tellShell();
+    // Told before the views are laid out in a view that has got another size, so that whoever
+    // chooses the shell by the room there is does so in time.
+    using SizeHandler = std::function<void(gfx::Size)>;
+    void setSizeHandler(SizeHandler handler) { _sizeHandler = std::move(handler); }
+
     // ---- coming and going
     void viewDidLoad() override;
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
     void viewDidDisappear(bool animated) override;
+    void viewWillLayoutSubviews() override;
     void viewDidLayoutSubviews() override;
     bool prefersStatusBarHidden() const override { return true; }
     int preferredStatusBarStyle() const override { return 1; }
@@ -156,6 +171,7 @@ public:
     void didDrawOver(const std::optional<gfx::Rect>& viewRect) override;
     void didCanvasScaleAndPanStart() override;
     void didCanvasScaleAndPanEnd() override;
+    void canvasWillShow() override;
     std::optional<bool> isToolbarPlaceBottom() override { return true; }
     std::optional<double> toolbarHeight() override { return 0.0; }
 
@@ -223,6 +239,7 @@ private:
     void startRingHint();
     void doApplyTransBlockToCoreModel();
     void placeViews();
+    ui::EdgeInsets canvasMargin(const EditorLayout& layout) const;
 
     // ---- what several parts take part in (TesselViewControllerMessages.cpp)
     void blinkPenview();
@@ -241,6 +258,9 @@ private:
     // The pen button, or what stands in for it, has faded for what is drawn under it.
     bool _isDrawnUnderPen = false;
     bool _hasAppeared = false;
+    SizeHandler _sizeHandler;
+    // What it was told last.
+    gfx::Size _handledSize;
 };
 
 }  // namespace kalim

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/theme/SafeArea.h"
@@ -28,6 +30,13 @@ EditorMeasures measuresOf(const EditorParts& parts) {
 
 }  // namespace
 
+void TesselViewController::viewWillLayoutSubviews() {
+    const gfx::Size size = view()->bounds().size;
+    if (!_sizeHandler || std::exchange(_handledSize, size) == size) return;
+    const auto handler = _sizeHandler;
+    handler(size);
+}
+
 void TesselViewController::viewDidLayoutSubviews() {
     parts().pickers.spreadOver(view()->bounds().size.width - safeAreaInsets().horizontal());
     placeViews();
@@ -38,7 +47,7 @@ void TesselViewController::placeViews() {
     const EditorLayout layout = editorLayout(measuresOf(all));
     MDrawView& canvas = *all.picture.canvas();
     place(canvas, layout.drawView);
-    canvas.setLayoutMargin(_laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{});
+    canvas.setLayoutMargin(canvasMargin(layout));
     place(*all.bar, layout.toolView);
     place(*all.panel.mask(), layout.maskView);
     place(*all.nib, layout.nibView);
@@ -53,9 +62,15 @@ void TesselViewController::placeViews() {
     place(*all.buttons.deleteButton(), layout.deleteButton);
 }
 
+ui::EdgeInsets TesselViewController::canvasMargin(const EditorLayout& layout) const {
+    if (const auto& bars = shell()) return bars->coveredEdges(view()->bounds().size);
+    return _laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{};
+}
+
 void TesselViewController::safeAreaDidChange() {
     if (!drawView()) return;
     view()->setNeedsLayout();
+    parts().stage.tellShell();
     toolView()->setNeedsLayout();
     if (actionSheet()) actionSheet()->setNeedsLayout();
     if (editImageInitialView()) editImageInitialView()->safeAreaDidChange();

@@ -26,19 +26,23 @@ void TesselViewController::didDrawStarted() {
 
 void TesselViewController::seletedToolsStateChanged(bool hasSelection) {
     parts().buttons.selectionChanged(hasSelection);
+    tellShell();
 }
 
 void TesselViewController::currentSelectedToolsPropertyChangedColorLineWidth(
     std::int64_t type, const gfx::ColorRef& color, double lineWidth) {
     parts().choice.showTool(type, color, lineWidth);
+    tellShell();
 }
 
 void TesselViewController::canUndoStateChangedCanRedo(bool canUndo, bool canRedo) {
     parts().bar->setUndoEnableRedoEnable(canUndo, canRedo);
+    tellShell();
 }
 
 void TesselViewController::textToolEditing(bool isEditing) {
     parts().bar->setEditMode(isEditing);
+    tellShell();
 }
 
 void TesselViewController::didCanvasScaleAndPanStart() {
@@ -49,8 +53,16 @@ void TesselViewController::didCanvasScaleAndPanEnd() {
     fadeTool(1);
 }
 
+void TesselViewController::canvasWillShow() {
+    tellShell();
+}
+
+void TesselViewController::tellShell() {
+    parts().stage.tellShell();
+}
+
 void TesselViewController::didDrawOver(const std::optional<gfx::Rect>& viewRect) {
-    if (!_laysPictureBetweenBars) return;
+    if (!_laysPictureBetweenBars || shell()) return;
     const SelectionButtons& buttons = parts().buttons;
     const gfx::Rect covered = buttons.standIn() ? buttons.frame() : penView()->frame();
     const bool isUnder =
@@ -139,6 +151,12 @@ void TesselViewController::clickToolDone() {
 int TesselViewController::clickAtPenView() {
     const auto alive = self();
     parts().pen.endRing();
+    if (shell()) {
+        // The bars have come while the buttons were on their way out for it.
+        parts().buttons.editingEnded();
+        parts().buttons.move();
+        return 0;
+    }
     EditorPanel& panel = parts().panel;
     if (panel.isMoving()) return 0;
     if (panel.isUp()) {
@@ -164,6 +182,7 @@ void TesselViewController::clickAtPop(TesselPopView& picker) {
 void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig>& config) {
     const auto alive = self();
     parts().choice.choose(*config);
+    tellShell();
     const bool isPen = config->type() == 2;
     if (isPen && config->pen() == EditorPenCrop) parts().crop.open(self());
 }
@@ -254,6 +273,7 @@ void TesselViewController::OnClickEditImageBackBarButton() {
 void TesselViewController::leaveCrop() {
     parts().crop.leave();
     if (forgiving()) parts().choice.showPen();
+    tellShell();
 }
 
 }  // namespace kalim

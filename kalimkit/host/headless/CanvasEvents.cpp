@@ -47,6 +47,10 @@ void CanvasEvents::didDrawOver(const std::optional<gfx::Rect>& viewRect) {
     if (const auto receiver = _receiver.lock()) receiver->didDrawOver(viewRect);
 }
 
+void CanvasEvents::canvasWillShow() {
+    if (const auto receiver = _receiver.lock()) receiver->canvasWillShow();
+}
+
 void CanvasEvents::didCanvasScaleAndPanStart() {
     relay({"didCanvasScaleAndPanStart"},
           [](MDrawViewDelegate& receiver) { receiver.didCanvasScaleAndPanStart(); });

@@ -26,8 +26,9 @@ public:
                                                            double lineWidth) override;
     void canUndoStateChangedCanRedo(bool canUndo, bool canRedo) override;
     void textToolEditing(bool isEditing) override;
-    // Handed on only: it comes with every move of a finger.
+    // These two are handed on only: they come with every move of a finger.
     void didDrawOver(const std::optional<gfx::Rect>& viewRect) override;
+    void canvasWillShow() override;
     void didCanvasScaleAndPanStart() override;
     void didCanvasScaleAndPanEnd() override;
     // The receiver's answers; none where there is no receiver.

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Size.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim {
+
+// The bars and buttons around the canvas in the place of the phone's: attached to a controller by
+// TesselViewController::setShell, which changes nothing but what lies over the canvas. What is
+// drawn, selected, typed and chosen is under both.
+class KALIM_API EditorShell {
+public:
+    virtual ~EditorShell() = default;
+
+    // All that it shows, laid over the canvas as large as the controller's view. Touches that it
+    // does not take are the canvas's.
+    virtual const std::shared_ptr<ui::View>& view() const = 0;
+    // What its bars cover at the edges of a view of that size, points: the picture is fitted
+    // between.
+    virtual ui::EdgeInsets coveredEdges(gfx::Size size) const = 0;
+    // Something that it may show is another: the tool in hand, the selection, what can be undone,
+    // the zoom, a shape that grows. Comes often, at most once a frame while a finger draws; what it
+    // shows is read anew and compared.
+    virtual void editorDidChange() = 0;
+    // Tells people shortly that something was done, such as "Copied".
+    virtual void showNote(const std::string& text) = 0;
+
+    // Its views by the names that scenarios call them by, such as "desk.pens.arrow".
+    struct Named {
+        std::string path;
+        std::shared_ptr<ui::View> view;
+    };
+    virtual std::vector<Named> namedViews() const = 0;
+};
+
+}  // namespace kalim
