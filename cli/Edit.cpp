@@ -135,6 +135,7 @@ private:
     // Presents the editor. Whether it has a picture or a document.
     bool show(OpenedFile photo, const std::shared_ptr<Session>& self) {
         _picture = _window.origins().make(_window.environment().device(), photo);
+        _window.seat().setLayout(_options.layout);
         _window.present(
             EditorSeat::makeEditor(_picture, self, {!_options.isScreenSize, _options.grows}));
         _window.update();

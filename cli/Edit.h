@@ -6,6 +6,7 @@
 #include "cli/PictureFormat.h"
 #include "cli/PictureWriting.h"
 #include "kalimkit/gfx/Color.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim::cli {
 
@@ -19,6 +20,7 @@ struct EditOptions {
     std::optional<PictureFormat> format;
     // This many pixels make a point.
     double scale = 1;
+    SeatLayout layout = SeatLayout::Auto;
     // Of an EditorPen; nothing for what the editor begins with, as for the next two.
     std::optional<unsigned> pen;
     // Widths are points.

@@ -82,6 +82,19 @@ std::string readNativeHeight(const std::string& text, std::optional<int>& height
     return {};
 }
 
+std::string readLayout(const std::string& text, SeatLayout& layout) {
+    if (text == "auto") {
+        layout = SeatLayout::Auto;
+    } else if (text == "phone") {
+        layout = SeatLayout::Phone;
+    } else if (text == "desk") {
+        layout = SeatLayout::Desk;
+    } else {
+        return "must be auto, phone or desk, not " + text;
+    }
+    return {};
+}
+
 std::string readEntrance(const std::string& text, std::optional<EditorSetup::Entrance>& entrance) {
     const auto numbers = parseNumbers(text, 5);
     if (!numbers) return "must be x,y,width,height,scale like 20,40,80,60,0.5, not " + text;

@@ -8,6 +8,7 @@
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/host/headless/EditorSetup.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim::cli {
 
@@ -28,6 +29,8 @@ std::string readRect(const std::string& text, gfx::Rect& rect);
 std::string readNativeHeight(const std::string& text, std::optional<int>& height);
 // "10,20,30,40,0.5": the thumbnail's place and the scale to start from.
 std::string readEntrance(const std::string& text, std::optional<EditorSetup::Entrance>& entrance);
+// "auto", "phone" or "desk"
+std::string readLayout(const std::string& text, SeatLayout& layout);
 // Reads "canUseRingAnimation=false".
 std::string readUserDefault(const std::string& text, std::map<std::string, bool>& defaults);
 

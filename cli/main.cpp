@@ -101,6 +101,10 @@ private:
             ->needs(&editor)
             ->check(
                 [this](const std::string& text) { return readEntrance(text, _editor.entrance); });
+        play.add_option("--layout", "The bars of a phone, of wide screens, or as it fits (phone)")
+            ->type_name("auto|phone|desk")
+            ->needs(&editor)
+            ->check([this](const std::string& text) { return readLayout(text, _editor.layout); });
         play.add_option("--user-default", "A setting that is there from the start")
             ->type_name("KEY=VALUE")
             ->needs(&editor)
@@ -167,6 +171,10 @@ private:
                       readFormat, asked.format);
         addEditOption(command, "--scale", "K", "Pixels of the screen per point (1)", readScale,
                       asked.scale);
+        command
+            .add_option("--layout", "The bars of a phone, of wide screens, or as it fits (auto)")
+            ->type_name("auto|phone|desk")
+            ->check([&asked](const std::string& text) { return readLayout(text, asked.layout); });
         addEditOption(command, "--initial-tool", "TOOL", penNames(), readPen, asked.pen);
         addEditOption(command, "--width", "WIDTH",
                       "The width of lines at first, in thousandths of the photo's longer side",

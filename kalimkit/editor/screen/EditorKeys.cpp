@@ -58,7 +58,7 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+s", &EditorKeys::confirm},
     {"ctrl+shift+s", &EditorKeys::saveDocument},
     {"ctrl+o", &EditorKeys::openFile},
-    {"ctrl+c", &EditorKeys::copy},
+    {"ctrl+c", &EditorKeys::copyPicture},
     {"ctrl+v", &EditorKeys::paste},
     {"space", &EditorKeys::holdSpace},
     {"1", &EditorKeys::takeColor<0>},
@@ -135,6 +135,34 @@ ui::Window* EditorKeys::window() const {
     return editor ? editor->window() : nullptr;
 }
 
+// ---- what buttons share with the keys
+
+bool EditorKeys::offers(EditorAction action) const {
+    const auto delegate = _delegate.lock();
+    return delegate && delegate->editorKeysOffers(action);
+}
+
+bool EditorKeys::copyPicture() {
+    return handOver(&EditorKeysDelegate::editorKeysCopyPicture);
+}
+
+bool EditorKeys::savePicture() {
+    return handOver(&EditorKeysDelegate::editorKeysSavePicture);
+}
+
+bool EditorKeys::savePictureAs() {
+    return handOver(&EditorKeysDelegate::editorKeysSavePictureAs);
+}
+
+bool EditorKeys::handOver(PictureTaker taker) {
+    const auto editor = _editor.lock();
+    const auto delegate = _delegate.lock();
+    if (!editor || !delegate) return false;
+    const gfx::ImageRef image = editor->exportedImage();
+    if (image) (delegate.get()->*taker)(image);
+    return image != nullptr;
+}
+
 // ---- commands
 
 bool EditorKeys::undo() {
@@ -175,15 +203,6 @@ bool EditorKeys::escape() {
 bool EditorKeys::confirm() {
     _editor.lock()->toolView()->handleConfirm();
     return true;
-}
-
-bool EditorKeys::copy() {
-    const auto editor = _editor.lock();
-    const auto delegate = _delegate.lock();
-    if (!delegate) return false;
-    const gfx::ImageRef image = editor->exportedImage();
-    if (image) delegate->editorKeysCopyPicture(image);
-    return image != nullptr;
 }
 
 bool EditorKeys::paste() {

@@ -65,6 +65,14 @@ public:
         _overviewHandler = std::move(handler);
     }
 
+    // ---- what buttons share with the keys. Whether the host does it;
+    bool offers(EditorAction action) const;
+    // the result goes to the clipboard, to where it belongs, or to where the user wants it, and the
+    // work goes on. Each answers whether there was something for a host to take.
+    bool copyPicture();
+    bool savePicture();
+    bool savePictureAs();
+
 private:
     struct Command;
     struct CommandText;
@@ -84,7 +92,6 @@ private:
     bool deleteSelection();
     bool escape();
     bool confirm();
-    bool copy();
     bool paste();
     bool saveDocument();
     bool openFile();
@@ -102,6 +109,8 @@ private:
     // The one whose key it is.
     bool takePen(std::string_view key);
 
+    using PictureTaker = void (EditorKeysDelegate::*)(const gfx::ImageRef& image);
+    bool handOver(PictureTaker taker);
     double lineWidth() const;
 
     // Held by the host as long as it is shown; weak, because a message of its may end that.

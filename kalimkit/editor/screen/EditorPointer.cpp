@@ -104,7 +104,11 @@ void EditorPointer::endZoom() {
 bool EditorPointer::isCanvasFree() const {
     const auto editor = _editor.lock();
     if (!editor || !editor->drawView() || !editor->window()) return false;
-    return editor->window()->activeTouches().empty() && !editor->actionSheet() &&
+    const bool isTouched = std::ranges::any_of(
+        editor->window()->activeTouches(), [&](const ui::TouchRef& touch) {
+            return touch->view() && touch->view()->isDescendantOf(*editor->drawView());
+        });
+    return !isTouched && !editor->actionSheet() &&
            !editor->editImageInitialView() && !ui::AlertView::topmostIn(*editor->window());
 }
 

@@ -8,6 +8,7 @@
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/picker/TesselDot.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
@@ -77,6 +78,12 @@ void EditorRemote::chooseLineWidth(double width) {
         return;
     }
     editor->drawView()->setDrawLineWidth(width);
+    editor->tellShell();
+}
+
+void EditorRemote::showNote(const std::string& text) {
+    const auto editor = _editor.lock();
+    if (editor && editor->shell()) editor->shell()->showNote(text);
 }
 
 void EditorRemote::askToClose() {

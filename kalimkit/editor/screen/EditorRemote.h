@@ -28,6 +28,10 @@ public:
     void chooseColor(const gfx::ColorRef& color);
     void chooseLineWidth(double width);
 
+    // Tells people shortly that something was done, where the shell has room for it; in their
+    // language already.
+    void showNote(const std::string& text);
+
     // As the close button does: asks first when something was drawn.
     void askToClose();
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
@@ -24,6 +25,8 @@ public:
     // What its bars cover at the edges of a view of that size, points: the picture is fitted
     // between.
     virtual ui::EdgeInsets coveredEdges(gfx::Size size) const = 0;
+    // What lies around the picture.
+    virtual gfx::ColorRef groundColor() const = 0;
     // Something that it may show is another: the tool in hand, the selection, what can be undone,
     // the zoom, a shape that grows. Comes often, at most once a frame while a finger draws; what it
     // shows is read anew and compared.

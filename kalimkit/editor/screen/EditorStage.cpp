@@ -52,6 +52,7 @@ void EditorStage::setShell(std::shared_ptr<EditorShell> shell) {
 // The shell lies where the phone's bars do, so that whatever is over those is over it.
 void EditorStage::showShell() {
     _chrome->setHidden(_shell != nullptr);
+    view().setBackgroundColor(_shell ? _shell->groundColor() : gfx::makeColor(0, 0, 0));
     view().setNeedsLayout();
     if (!_shell) return;
     const auto& views = view().subviews();

@@ -1,6 +1,7 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace kalim {
 
@@ -31,6 +32,36 @@ const std::vector<unsigned>& editorPens() {
 const std::vector<unsigned>& editorShapes() {
     static const std::vector<unsigned> shapes{2, 1, 0};
     return shapes;
+}
+
+std::vector<unsigned> deskPens() {
+    constexpr std::string_view order[] = {
+        "arrow",       "line",      "rectangle",      "roundedrectangle", "ellipse",
+        "freehand",    "highlighter", "highlighterbox", "text",             "number",
+        "callout",     "mosaic",    "magnifier",      "spotlight",        "stamp",
+        "blockarrow",  "polygon",   "angle",          "arc"};
+    std::vector<unsigned> numbers;
+    for (const std::string_view name : order) {
+        if (const Pen* const pen = penIdentified(name)) numbers.push_back(pen->number);
+    }
+    for (const Pen& pen : pens()) {
+        const bool isListed = std::ranges::find(order, pen.name) != std::end(order);
+        if (!isListed && !pen.name.empty() && pen.number != EditorPenCrop)
+            numbers.push_back(pen.number);
+    }
+    numbers.push_back(EditorPenCrop);
+    return numbers;
+}
+
+std::string penIdentifier(const Pen& pen) {
+    return std::string(pen.number == EditorPenCrop ? "crop" : pen.name);
+}
+
+const Pen* penIdentified(std::string_view identifier) {
+    if (identifier.empty()) return nullptr;
+    if (identifier == "crop") return penNumbered(EditorPenCrop);
+    const auto pen = std::ranges::find(pens(), identifier, &Pen::name);
+    return pen == pens().end() ? nullptr : &*pen;
 }
 
 std::optional<std::int64_t> toolTypeForPen(unsigned pen) {

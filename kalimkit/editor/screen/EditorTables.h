@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,14 @@ KALIM_API const std::vector<std::string_view>& editorColors();
 KALIM_API const std::vector<unsigned>& editorSizes();
 KALIM_API const std::vector<unsigned>& editorPens();
 KALIM_API const std::vector<unsigned>& editorShapes();
+// All pens that wide screens have, in their order there; those that are not among the library's own
+// come last, before the crop pen.
+KALIM_API std::vector<unsigned> deskPens();
+
+// What hosts and scenarios call a pen: its name; "crop" is one as well.
+KALIM_API std::string penIdentifier(const Pen& pen);
+// Null for an identifier that is no pen's.
+KALIM_API const Pen* penIdentified(std::string_view identifier);
 
 // The canvas's tool type; nothing for the crop pen and for a number that is no pen.
 KALIM_API std::optional<std::int64_t> toolTypeForPen(unsigned pen);

@@ -142,8 +142,7 @@ void TesselViewController::setShell(std::shared_ptr<EditorShell> shell) {
     EditorParts& all = parts();
     all.panel.drop();
     all.stage.setShell(std::move(shell));
-    if (all.stage.shell()) return all.pen.ring(false);
-    all.stage.layout();
+    if (all.stage.shell()) all.pen.ring(false);
 }
 
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {

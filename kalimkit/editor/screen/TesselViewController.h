@@ -18,6 +18,7 @@
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/ui/environment/EdgeInsets.h"
 #include "kalimkit/ui/gesture/GestureDelegate.h"
 #include "kalimkit/ui/window/ViewController.h"
 
@@ -239,7 +240,7 @@ private:
     void startRingHint();
     void doApplyTransBlockToCoreModel();
     void placeViews();
-    ui::EdgeInsets canvasMargin(const EditorLayout& layout) const;
+    ui::EdgeInsets canvasMargin(const EditorLayout& layout);
 
     // ---- what several parts take part in (TesselViewControllerMessages.cpp)
     void blinkPenview();

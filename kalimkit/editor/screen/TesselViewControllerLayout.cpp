@@ -62,7 +62,7 @@ void TesselViewController::placeViews() {
     place(*all.buttons.deleteButton(), layout.deleteButton);
 }
 
-ui::EdgeInsets TesselViewController::canvasMargin(const EditorLayout& layout) const {
+ui::EdgeInsets TesselViewController::canvasMargin(const EditorLayout& layout) {
     if (const auto& bars = shell()) return bars->coveredEdges(view()->bounds().size);
     return _laysPictureBetweenBars ? layout.canvasMargin() : ui::EdgeInsets{};
 }

@@ -56,6 +56,7 @@ Problem readArguments(std::string_view name, const JsonValue::Array& arguments, 
 std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, EditorSeat& seat,
                                              HeadlessEnvironment& environment) {
     const std::shared_ptr<EditorHost> host(new EditorHost(seat, environment));
+    host->_self = host;
     host->_editor = create(setup, host);
     host->_editor->setLogTranferBlock(
         [logs = host->_logs](const std::string& text) { logs->push_back(text); });
@@ -63,8 +64,10 @@ std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, EditorSea
     return host;
 }
 
-void EditorHost::present() {
-    _seat.present(_editor);
+void EditorHost::present(SeatLayout layout) {
+    _seat.setLayout(layout);
+    // A phone's shell has no buttons for what keys ask of a host, and its scenarios no such keys.
+    _seat.present(_editor, layout == SeatLayout::Phone ? std::weak_ptr<EditorKeysDelegate>() : _self);
 }
 
 void EditorHost::remove() {
@@ -216,6 +219,26 @@ JsonValue::Array EditorHost::takeLogs() {
 
 void EditorHost::didDrawViewControllerFinishHandleImage(TesselViewController&,
                                                         const gfx::ImageRef& image) {
+    take("didDrawViewControllerFinishHandleImage", image, {});
+}
+
+void EditorHost::close() {
+    _messages.push_back(JsonValue::Array{"close"});
+}
+
+void EditorHost::editorKeysCopyPicture(const gfx::ImageRef& image) {
+    take("editorKeysCopyPicture", image, "已拷贝");
+}
+
+void EditorHost::editorKeysSavePicture(const gfx::ImageRef& image) {
+    take("editorKeysSavePicture", image, "已保存");
+}
+
+void EditorHost::editorKeysSavePictureAs(const gfx::ImageRef& image) {
+    take("editorKeysSavePictureAs", image, "已保存");
+}
+
+void EditorHost::take(const char* message, const gfx::ImageRef& image, const std::string& note) {
     _lastPicture = image;
     JsonValue picture;
     if (image) {
@@ -225,12 +248,9 @@ void EditorHost::didDrawViewControllerFinishHandleImage(TesselViewController&,
                               {"scale", image->scale()},
                               {"pixels", JsonValue::Array{pixels.width, pixels.height}}};
     }
-    _messages.push_back(
-        JsonValue::Array{"didDrawViewControllerFinishHandleImage", std::move(picture)});
-}
-
-void EditorHost::close() {
-    _messages.push_back(JsonValue::Array{"close"});
+    _messages.push_back(JsonValue::Array{message, std::move(picture)});
+    if (!note.empty() && _seat.remote())
+        _seat.remote()->showNote(_environment.localizedString(note));
 }
 
 }  // namespace kalim

@@ -6,6 +6,7 @@
 
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Rect.h"
+#include "kalimkit/host/seat/EditorSeat.h"
 
 namespace kalim {
 
@@ -25,6 +26,7 @@ struct EditorSetup {
     std::optional<int> nativeHeight;
     std::optional<Entrance> entrance;
     std::map<std::string, bool> userDefaults;
+    SeatLayout layout = SeatLayout::Phone;
 };
 
 }  // namespace kalim

@@ -9,6 +9,7 @@
 #include "kalimkit/editor/picker/TesselDot.h"
 #include "kalimkit/editor/picker/TesselPenView.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
+#include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/editor/sheet/QNTMaskView.h"
 #include "kalimkit/editor/sheet/TesselConfirmButton.h"
@@ -57,6 +58,12 @@ void addPanel(const TesselViewController& editor, Collector& all) {
     all.addList("penViews", editor.penViews());
 }
 
+void addShell(const EditorShell* shell, Collector& all) {
+    if (!shell) return;
+    for (auto& [path, view] : shell->namedViews())
+        all.add(std::move(path), view);
+}
+
 void addCrop(const std::shared_ptr<EditImageIntialView>& crop, Collector& all) {
     if (!crop) return;
     const std::string path = "editImageInitialView";
@@ -96,6 +103,7 @@ std::vector<NamedView> editorViews(const TesselViewController& editor) {
     addPanel(editor, all);
     all.add("configViewEdit", editor.configViewEdit());
     all.add("configViewDelete", editor.configViewDelete());
+    addShell(editor.shell().get(), all);
     addCrop(editor.editImageInitialView(), all);
     addQuestions(editor, all);
     return all.take();

@@ -40,7 +40,7 @@ void ScenarioPlayer::Stage::presentEditor(const EditorSetup& setup, bool forgivi
     _canvas = _host->editor().drawView();
     _events = std::make_shared<CanvasEvents>(_host->sharedEditor());
     _canvas->setDrawViewdelegate(_events);
-    _host->present();
+    _host->present(setup.layout);
 }
 
 // ---- fingers

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/desk/DeskLayout.h"
+#include "kalimkit/editor/desk/DeskShell.h"
 #include "kalimkit/ui/desk/KeysOverview.h"
 
 namespace kalim {
@@ -51,9 +53,7 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
 
 void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
                          std::weak_ptr<EditorKeysDelegate> delegate) {
-    _keys = nullptr;
-    _remote = nullptr;
-    _pointer = nullptr;
+    letGo();
     _window.setRootViewController(editor);
     _editor = std::move(editor);
     if (!_editor) return;
@@ -63,6 +63,31 @@ void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
     _keys->setDelegate(std::move(delegate));
     // The seat owns the keys.
     _keys->setOverviewHandler([this] { ui::KeysOverview::show(_window, EditorKeys::list()); });
+    _editor->setSizeHandler([this](gfx::Size size) { chooseShell(size); });
+    chooseShell(_window.size());
+}
+
+void EditorSeat::letGo() {
+    if (_editor) {
+        _editor->setSizeHandler({});
+        _editor->setShell(nullptr);
+    }
+    _keys = nullptr;
+    _remote = nullptr;
+    _pointer = nullptr;
+}
+
+void EditorSeat::setLayout(SeatLayout layout) {
+    _layout = layout;
+    chooseShell(_window.size());
+}
+
+void EditorSeat::chooseShell(gfx::Size size) {
+    if (!_editor) return;
+    const bool isDesk = _layout == SeatLayout::Desk ||
+                        (_layout == SeatLayout::Auto && hasRoomForDesk(size, _hasHovered));
+    if (isDesk == (_editor->shell() != nullptr)) return;
+    _editor->setShell(isDesk ? DeskShell::make({*_editor, *_remote, *_keys, *_pointer}) : nullptr);
 }
 
 // ---- the mouse
@@ -79,11 +104,14 @@ void EditorSeat::mouseMoved(gfx::Point place) {
         const bool isPanning = _pointer && _pointer->pointerMoved(place);
         if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place}});
         _window.pointerHovered(place);
+        if (!std::exchange(_hasHovered, true)) chooseShell(_window.size());
+        if (_editor) _editor->tellShell();
     });
 }
 
 void EditorSeat::mouseLeft() {
     _window.pointerLeft();
+    if (_editor) _editor->tellShell();
 }
 
 void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {

@@ -20,6 +20,8 @@
 
 namespace kalim {
 
+enum class SeatLayout { Phone, Desk, Auto };
+
 // What every host needs around the editor: a window in the host's environment, the editor on it,
 // and the ways in and out: keys, pointer, text, caret, what was drawn, what is told to assistive
 // technologies. While it lives the host's environment is the current one; the one before comes back
@@ -57,6 +59,11 @@ public:
     void present(std::shared_ptr<TesselViewController> editor,
                  std::weak_ptr<EditorKeysDelegate> delegate = {});
     const std::shared_ptr<TesselViewController>& editor() const { return _editor; }
+    // Which bars the editor has: a phone's, as at first, those of wide screens, or the ones that
+    // suit the window: it is wider than 700 points and than it is high, or wide enough for a
+    // pointer that has hovered over it. They may change at any time, and nothing is lost.
+    void setLayout(SeatLayout layout);
+    SeatLayout layout() const { return _layout; }
     // All are null without an editor.
     MDrawView* canvas() const { return _editor ? _editor->drawView().get() : nullptr; }
     EditorKeys* keys() const { return _keys.get(); }
@@ -109,6 +116,9 @@ public:
     void setAppearance(const ui::Appearance& appearance);
 
 private:
+    void chooseShell(gfx::Size size);
+    void letGo();
+
     std::shared_ptr<ui::Environment> _environment;
     // Comes before the window and goes after it, as views ask for the current environment.
     EnvironmentScope _scope;
@@ -118,6 +128,8 @@ private:
     std::unique_ptr<EditorPointer> _pointer;
     std::unique_ptr<EditorRemote> _remote;
     std::unique_ptr<EditorKeys> _keys;
+    SeatLayout _layout = SeatLayout::Phone;
+    bool _hasHovered = false;
     // The mouse is a finger on the window.
     bool _isMouseDown = false;
     CaretHandler _caretHandler;

@@ -1,0 +1,81 @@
+#include "kalimkit/editor/desk/DeskActions.h"
+
+#include "kalimkit/editor/bar/TesselTopTool.h"
+#include "kalimkit/editor/desk/DeskLayout.h"
+#include "kalimkit/editor/screen/EditorKeys.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr double gap = 2;
+// Between undo and redo, what makes a copy, and what ends the work.
+constexpr double groupGap = 10;
+
+double gapBefore(const std::string& name) {
+    return name == "copy" || name == "done" ? groupGap : gap;
+}
+
+}  // namespace
+
+std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, EditorKeys& keys) {
+    const std::shared_ptr<DeskActions> bar(new DeskActions);
+    bar->begin("工具栏");
+    bar->add("undo", "icon_tool_undo", "撤销", [&editor] { editor.toolView()->handleUndo(); });
+    bar->add("redo", "icon_tool_redo", "重做", [&editor] { editor.toolView()->handleRedo(); });
+    if (keys.offers(EditorAction::Copy))
+        bar->add("copy", "icon_desk_copy", "拷贝", [&keys] { keys.copyPicture(); });
+    if (keys.offers(EditorAction::Save))
+        bar->add("save", "icon_desk_save", "保存", [&keys] { keys.savePicture(); });
+    if (keys.offers(EditorAction::SaveAs))
+        bar->add("saveAs", "icon_desk_save_as", "另存为", [&keys] { keys.savePictureAs(); });
+    bar->add("done", "", "完成", [&editor] { editor.toolView()->handleConfirm(); });
+    std::static_pointer_cast<DeskButton>(bar->_buttons.back().view)->setProminent(true);
+    return bar;
+}
+
+void DeskActions::add(const std::string& name, const std::string& icon, const std::string& text,
+                      std::function<void()> action) {
+    const auto button = DeskButton::make(icon, ui::Environment::current().localizedString(text),
+                                         std::move(action));
+    addSubview(button);
+    _buttons.push_back({name, button});
+    if (name == "undo") _undo = button;
+    if (name == "redo") _redo = button;
+}
+
+void DeskActions::show(const DeskReading& reading) {
+    _undo->setEnabled(reading.canUndo);
+    _redo->setEnabled(reading.canRedo);
+}
+
+std::vector<EditorShell::Named> DeskActions::views() const {
+    return _buttons;
+}
+
+// ---- layout
+
+double DeskActions::wantedWidth() const {
+    double width = 2 * DeskLayout::barMargin + safeAreaInsets().right;
+    for (const auto& [name, view] : _buttons)
+        width += gapBefore(name) + std::static_pointer_cast<DeskButton>(view)->wantedWidth();
+    return width;
+}
+
+void DeskActions::layoutSubviews() {
+    const double top = safeAreaInsets().top;
+    const double middle = top + (bounds().size.height - top) / 2;
+    double left = DeskLayout::barMargin;
+    for (const auto& [name, view] : _buttons) {
+        left += gapBefore(name);
+        const double width = std::static_pointer_cast<DeskButton>(view)->wantedWidth();
+        view->setFrame(
+            {left, middle - DeskLayout::buttonSide / 2, width, DeskLayout::buttonSide});
+        left += width;
+    }
+}
+
+}  // namespace kalim

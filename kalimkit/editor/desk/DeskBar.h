@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kalimkit/editor/desk/DeskButton.h"
+#include "kalimkit/editor/screen/EditorShell.h"
+#include "kalimkit/ui/view/View.h"
+
+namespace kalim {
+
+// A bar of the desk: a ground with a line at the edge towards the canvas, which takes all touches
+// on it, and buttons in it that have names.
+class DeskBar : public ui::View {
+public:
+    enum class Edge { Bottom, Right, Top };
+
+    // Takes the colours that are in force now.
+    virtual void applyColors();
+    // With the name of the bar in front, as "pens.arrow".
+    void addNames(const std::string& shell, std::vector<EditorShell::Named>& names) const;
+
+protected:
+    DeskBar(std::string name, Edge edge) : _name(std::move(name)), _edge(edge) {}
+    void begin(const std::string& label);
+    void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
+    // Its views by their names; null ones are passed over.
+    virtual std::vector<EditorShell::Named> views() const = 0;
+
+private:
+    std::string _name;
+    Edge _edge;
+};
+
+}  // namespace kalim

@@ -1,0 +1,66 @@
+#include "kalimkit/editor/desk/DeskPens.h"
+
+#include <algorithm>
+
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens, Chosen chosen) {
+    const std::shared_ptr<DeskPens> bar(new DeskPens);
+    bar->begin("画笔");
+    bar->_scroll = ui::ScrollView::initWithFrame({});
+    bar->addSubview(bar->_scroll);
+    for (const unsigned number : pens) {
+        if (const Pen* const pen = penNumbered(number)) bar->addPen(*pen, chosen);
+    }
+    return bar;
+}
+
+void DeskPens::addPen(const Pen& pen, const Chosen& chosen) {
+    const std::string text = ui::Environment::current().localizedString(std::string(pen.text));
+    const auto button = DeskButton::make("icon_tool_" + std::string(pen.icon), text,
+                                         [chosen, number = pen.number] { chosen(number); });
+    button->setAccessibilityRole(ui::AccessibilityRole::RadioButton);
+    _scroll->addSubview(button);
+    _buttons.push_back({pen.number, penIdentifier(pen), button});
+}
+
+void DeskPens::setColumns(std::size_t columns) {
+    _columns = std::max<std::size_t>(columns, 1);
+    setNeedsLayout();
+}
+
+void DeskPens::showPen(unsigned pen) {
+    for (const Entry& entry : _buttons)
+        entry.button->setSelected(entry.pen == pen);
+}
+
+std::vector<EditorShell::Named> DeskPens::views() const {
+    std::vector<EditorShell::Named> all;
+    for (const Entry& entry : _buttons)
+        all.push_back({entry.name, entry.button});
+    return all;
+}
+
+void DeskPens::layoutSubviews() {
+    constexpr double side = DeskLayout::buttonSide;
+    const double left = safeAreaInsets().left;
+    _scroll->setFrame({left, 0, bounds().size.width - left - 1, bounds().size.height});
+    for (std::size_t i = 0; i < _buttons.size(); ++i) {
+        const auto column = static_cast<double>(i % _columns);
+        const auto row = static_cast<double>(i / _columns);
+        _buttons[i].button->setFrame(
+            {DeskLayout::barMargin + column * side, 4 + row * side, side, side});
+    }
+    const auto rows = static_cast<double>((_buttons.size() + _columns - 1) / _columns);
+    _scroll->setContentSize({_scroll->bounds().size.width, rows * side + 8});
+    // What was scrolled to may have come to lie beyond the end.
+    const ui::ScrollRange range = _scroll->verticalRange();
+    const double offset = std::clamp(_scroll->contentOffset().y, range.least, range.most);
+    if (offset != _scroll->contentOffset().y) _scroll->setContentOffset({0, offset});
+}
+
+}  // namespace kalim

@@ -1,0 +1,102 @@
+#include "kalimkit/editor/desk/DeskReading.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "kalimkit/canvas/MDrawMutableSelect.h"
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/ToolClasses.h"
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/image/PictureCut.h"
+#include "kalimkit/shapes/MDrawLine.h"
+
+namespace kalim {
+
+namespace {
+
+std::string rounded(double number) {
+    return std::to_string(std::lround(number));
+}
+
+// Degrees from 0 to 359.
+std::string degrees(double radians) {
+    const double turned = std::fmod(radians * 180 / std::numbers::pi + 720, 360);
+    return std::to_string(std::lround(turned) % 360) + "°";
+}
+
+// Lengths are pixels of the picture; where there is none, points.
+std::string measuresOf(const MDrawTool& tool, double pixelsPerPoint) {
+    const double pixels = pixelsPerPoint > 0 ? pixelsPerPoint : 1;
+    const gfx::Point way = (tool.endPoint() - tool.startPoint()) * pixels;
+    // Angles go counter-clockwise from the right, as people draw them.
+    if (tool.toolClass().isKindOf(MDrawLine::Class()))
+        return rounded(std::hypot(way.x, way.y)) + ", " + degrees(std::atan2(-way.y, way.x));
+    const gfx::Size size = tool.frame().size * pixels;
+    std::string text = rounded(size.width) + " × " + rounded(size.height);
+    if (tool.rotateAngle() != 0) text += ", " + degrees(-tool.rotateAngle());
+    return text;
+}
+
+std::optional<unsigned> penOf(const MDrawTool& tool) {
+    for (const Pen& pen : pens()) {
+        if (pen.toolType == getToolTypeForClass(&tool)) return pen.number;
+    }
+    return std::nullopt;
+}
+
+void readTool(const MDrawView& canvas, DeskReading& reading) {
+    reading.color = canvas.color();
+    reading.lineWidth = canvas.lineWidth();
+    reading.drawType = canvas.drawType();
+    const auto& group = canvas.handingTools();
+    reading.hasSelection = group != nullptr && canvas.hasSelectedTools();
+    const auto made = canvas.handingTool();
+    if (made) reading.measured = measuresOf(*made, canvas.pixelsPerPoint());
+    if (!reading.hasSelection) return;
+    const auto first = group->firstSelectedTool();
+    reading.subject = penOf(*first);
+    reading.color = first->color();
+    reading.lineWidth = first->lineWidth();
+    reading.drawType = first->drawType();
+    if (!made) reading.measured = measuresOf(*group, canvas.pixelsPerPoint());
+}
+
+void readPicture(const MDrawView& canvas, DeskReading& reading) {
+    const auto& picture = canvas.sourceImage();
+    if (!picture) return;
+    const PictureCut& cut = canvas.pictureCut();
+    reading.pictureSize = turnedSize(partOf(cut, picture->pixelSize()).size, cut.quarterTurns);
+    reading.magnification = canvas.magnification();
+}
+
+void readPointer(const MDrawView& canvas, gfx::Point place, DeskReading& reading) {
+    const gfx::Point inView = canvas.convertPointFrom(place, nullptr);
+    const auto pixel = canvas.picturePoint(canvas.invertViewPoint(inView));
+    if (!pixel) return;
+    const gfx::Point whole{std::floor(pixel->x), std::floor(pixel->y)};
+    const gfx::Size size = reading.pictureSize;
+    const bool isOnPicture =
+        whole.x >= 0 && whole.y >= 0 && whole.x < size.width && whole.y < size.height;
+    if (isOnPicture) reading.pointer = whole;
+}
+
+}  // namespace
+
+DeskReading DeskReading::of(const TesselViewController& editor,
+                            const std::optional<gfx::Point>& place) {
+    DeskReading reading;
+    const MDrawView& canvas = *editor.drawView();
+    reading.penInHand = editor.currentPen();
+    reading.subject = reading.penInHand;
+    reading.isTyping = canvas.curEdittingTextTool() != nullptr;
+    reading.isCropping = editor.editImageInitialView() != nullptr;
+    reading.canUndo = canvas.canUndo();
+    reading.canRedo = canvas.canRedo();
+    readTool(canvas, reading);
+    readPicture(canvas, reading);
+    if (place) readPointer(canvas, *place, reading);
+    return reading;
+}
+
+}  // namespace kalim

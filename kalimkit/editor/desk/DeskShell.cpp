@@ -1,0 +1,142 @@
+#include "kalimkit/editor/desk/DeskShell.h"
+
+#include <utility>
+
+#include "kalimkit/editor/bar/TesselTopTool.h"
+#include "kalimkit/editor/desk/DeskActions.h"
+#include "kalimkit/editor/desk/DeskColors.h"
+#include "kalimkit/editor/desk/DeskLayout.h"
+#include "kalimkit/editor/desk/DeskNote.h"
+#include "kalimkit/editor/desk/DeskPens.h"
+#include "kalimkit/editor/desk/DeskStatus.h"
+#include "kalimkit/editor/desk/DeskStyle.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
+#include "kalimkit/editor/screen/EditorRemote.h"
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
+
+namespace kalim {
+
+// All that the desk shows, as large as the editor. It reads the editor anew whenever it is laid
+// out, which every change asks for.
+class DeskShell::Desk : public ui::View, public ui::AppearanceObserver {
+public:
+    explicit Desk(const Editor& editor) : _editor(editor) {}
+
+    void begin() {
+        init({});
+        setFillsSuperview(true);
+        _pens = DeskPens::make(deskPens(), [this](unsigned pen) { _editor.remote.choosePen(pen); });
+        _style = DeskStyle::make(_editor.screen, _editor.remote);
+        _actions = DeskActions::make(_editor.screen, _editor.keys);
+        _status = DeskStatus::make([this] { return _editor.pointer.canvasToZoom(); });
+        _note = DeskNote::make();
+        for (const std::shared_ptr<ui::View>& part :
+             {std::shared_ptr<ui::View>(_pens), std::shared_ptr<ui::View>(_style),
+              std::shared_ptr<ui::View>(_actions), std::shared_ptr<ui::View>(_status),
+              std::shared_ptr<ui::View>(_note)})
+            addSubview(part);
+    }
+
+    DeskLayout layoutFor(gfx::Size size) const {
+        return deskLayout(size, safeAreaInsets(), _pens->count());
+    }
+
+    void addNames(std::vector<Named>& names) const {
+        for (const DeskBar* bar : {static_cast<DeskBar*>(_pens.get()),
+                                   static_cast<DeskBar*>(_style.get()),
+                                   static_cast<DeskBar*>(_actions.get()),
+                                   static_cast<DeskBar*>(_status.get())})
+            bar->addNames("desk", names);
+        names.push_back({"desk.note", _note});
+    }
+
+    void showNote(const std::string& text) { _note->show(text); }
+
+    // What lies beside the bars is the canvas's.
+    std::shared_ptr<ui::View> hitTest(gfx::Point p) override {
+        const auto hit = View::hitTest(p);
+        return hit.get() == this ? nullptr : hit;
+    }
+
+    void appearanceChanged() override {
+        for (const std::shared_ptr<DeskBar>& bar :
+             {std::shared_ptr<DeskBar>(_pens), std::shared_ptr<DeskBar>(_style),
+              std::shared_ptr<DeskBar>(_actions), std::shared_ptr<DeskBar>(_status)})
+            bar->applyColors();
+        _editor.screen.view()->setBackgroundColor(gfx::makeColor(deskColors().desk));
+    }
+
+protected:
+    void layoutSubviews() override {
+        const DeskLayout layout = layoutFor(bounds().size);
+        const double actions = _actions->wantedWidth();
+        _pens->setColumns(layout.penColumns);
+        _pens->setFrame(layout.pens);
+        _status->setFrame(layout.status);
+        _style->setFrame({0, 0, layout.top.size.width - actions, layout.top.size.height});
+        _actions->setFrame(
+            {layout.top.size.width - actions, 0, actions, layout.top.size.height});
+        _note->placeIn(layout.covered(bounds().size).apply(bounds()));
+        showReading();
+    }
+
+private:
+    void showReading() {
+        if (!window()) return;
+        const DeskReading reading = DeskReading::of(_editor.screen, window()->hover().place());
+        _pens->showPen(reading.penInHand);
+        _style->show(reading);
+        _actions->show(reading);
+        _status->show(reading);
+    }
+
+    Editor _editor;
+    std::shared_ptr<DeskPens> _pens;
+    std::shared_ptr<DeskStyle> _style;
+    std::shared_ptr<DeskActions> _actions;
+    std::shared_ptr<DeskStatus> _status;
+    std::shared_ptr<DeskNote> _note;
+};
+
+std::shared_ptr<DeskShell> DeskShell::make(const Editor& editor) {
+    const auto desk = std::make_shared<Desk>(editor);
+    desk->begin();
+    ui::Environment::current().addAppearanceObserver(desk);
+    return std::shared_ptr<DeskShell>(new DeskShell(desk));
+}
+
+DeskShell::DeskShell(std::shared_ptr<Desk> desk) : _desk(std::move(desk)), _view(_desk) {}
+
+DeskShell::~DeskShell() = default;
+
+const std::shared_ptr<ui::View>& DeskShell::view() const {
+    return _view;
+}
+
+ui::EdgeInsets DeskShell::coveredEdges(gfx::Size size) const {
+    return _desk->layoutFor(size).covered(size);
+}
+
+gfx::ColorRef DeskShell::groundColor() const {
+    return gfx::makeColor(deskColors().desk);
+}
+
+void DeskShell::editorDidChange() {
+    _desk->setNeedsLayout();
+}
+
+void DeskShell::showNote(const std::string& text) {
+    _desk->showNote(text);
+}
+
+std::vector<EditorShell::Named> DeskShell::namedViews() const {
+    std::vector<Named> names;
+    _desk->addNames(names);
+    return names;
+}
+
+}  // namespace kalim
