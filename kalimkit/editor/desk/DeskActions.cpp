@@ -24,14 +24,14 @@ double gapBefore(const std::string& name) {
 std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, EditorKeys& keys) {
     const std::shared_ptr<DeskActions> bar(new DeskActions);
     bar->begin("工具栏");
-    bar->add("undo", "icon_tool_undo", "撤销", [&editor] { editor.toolView()->handleUndo(); });
-    bar->add("redo", "icon_tool_redo", "重做", [&editor] { editor.toolView()->handleRedo(); });
+    bar->add("undo", "undo", "撤销", [&editor] { editor.toolView()->handleUndo(); });
+    bar->add("redo", "redo", "重做", [&editor] { editor.toolView()->handleRedo(); });
     if (keys.offers(EditorAction::Copy))
-        bar->add("copy", "icon_desk_copy", "拷贝", [&keys] { keys.copyPicture(); });
+        bar->add("copy", "copy", "拷贝", [&keys] { keys.copyPicture(); });
     if (keys.offers(EditorAction::Save))
-        bar->add("save", "icon_desk_save", "保存", [&keys] { keys.savePicture(); });
+        bar->add("save", "save", "保存", [&keys] { keys.savePicture(); });
     if (keys.offers(EditorAction::SaveAs))
-        bar->add("saveAs", "icon_desk_save_as", "另存为", [&keys] { keys.savePictureAs(); });
+        bar->add("saveAs", "saveas", "另存为", [&keys] { keys.savePictureAs(); });
     bar->add("done", "", "完成", [&editor] { editor.toolView()->handleConfirm(); });
     std::static_pointer_cast<DeskButton>(bar->_buttons.back().view)->setProminent(true);
     return bar;
@@ -39,8 +39,8 @@ std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, Edi
 
 void DeskActions::add(const std::string& name, const std::string& icon, const std::string& text,
                       std::function<void()> action) {
-    const auto button = DeskButton::make(icon, ui::Environment::current().localizedString(text),
-                                         std::move(action));
+    const auto button =
+        DeskButton::make(icon, ui::Environment::current().localizedString(text), std::move(action));
     addSubview(button);
     _buttons.push_back({name, button});
     if (name == "undo") _undo = button;
@@ -72,8 +72,7 @@ void DeskActions::layoutSubviews() {
     for (const auto& [name, view] : _buttons) {
         left += gapBefore(name);
         const double width = std::static_pointer_cast<DeskButton>(view)->wantedWidth();
-        view->setFrame(
-            {left, middle - DeskLayout::buttonSide / 2, width, DeskLayout::buttonSide});
+        view->setFrame({left, middle - DeskLayout::buttonSide / 2, width, DeskLayout::buttonSide});
         left += width;
     }
 }

@@ -1,5 +1,6 @@
 #include "kalimkit/editor/desk/DeskBar.h"
 
+#include "kalimkit/theme/Palette.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -9,11 +10,11 @@ void DeskBar::begin(const std::string& label) {
     setClipsToBounds(true);
     setAccessibilityRole(ui::AccessibilityRole::Group);
     setAccessibilityLabel(ui::Environment::current().localizedString(label));
-    setBackgroundColor(gfx::makeColor(deskColors().bar));
+    setBackgroundColor(gfx::makeColor(Palette::current().bar));
 }
 
 void DeskBar::applyColors() {
-    setBackgroundColor(gfx::makeColor(deskColors().bar));
+    setBackgroundColor(gfx::makeColor(Palette::current().bar));
     for (const auto& [path, view] : views()) {
         if (const auto button = std::dynamic_pointer_cast<DeskButton>(view)) button->applyColors();
     }
@@ -31,7 +32,7 @@ void DeskBar::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     gfx::Rect line{all.minX(), all.maxY() - 1, all.size.width, 1};
     if (_edge == Edge::Top) line.origin.y = all.minY();
     if (_edge == Edge::Right) line = {all.maxX() - 1, all.minY(), 1, all.size.height};
-    context.setFillColor(deskColors().line);
+    context.setFillColor(Palette::current().separator);
     context.fillRect(line);
 }
 

@@ -16,6 +16,11 @@ constexpr double fontSize = 13;
 constexpr double titleMargin = 12;
 constexpr double groundInset = 1;
 constexpr double groundRadius = 6;
+constexpr double iconSide = 22;
+
+bool hasDeskIcon(const std::string& name) {
+    return !frameworkImageName(imageNamedForFramework("icon_desk_" + name)).empty();
+}
 
 }  // namespace
 
@@ -26,7 +31,10 @@ std::shared_ptr<DeskButton> DeskButton::make(const std::string& icon, const std:
     button->_icon = icon;
     button->setTitleFont({"", fontSize});
     button->setAccessibilityLabel(text);
-    if (icon.empty() || !imageNamedForFramework(icon)) button->setTitle(text);
+    if (!hasDeskIcon(icon)) {
+        button->_picture = imageNamedForFramework(icon);
+        if (!button->_picture) button->setTitle(text);
+    }
     button->addAction(ui::ControlEvent::TouchUpInside,
                       [action = std::move(action)](ui::Control&) { action(); });
     button->applyColors();
@@ -44,18 +52,10 @@ void DeskButton::setProminent(bool isProminent) {
 }
 
 void DeskButton::applyColors() {
-    const DeskColors colors = deskColors();
-    const gfx::Color content = _isProminent ? colors.onAccent : colors.content;
-    const gfx::ColorRef normal = gfx::makeColor(content);
-    const gfx::ColorRef faint = gfx::makeColor(colors.faint);
-    setTitleColor(normal);
-    setTitleColor(faint, ui::ControlState::Disabled);
-    if (const auto picture = imageNamedForFramework(_icon)) {
-        setAdjustsImageWhenDisabled(false);
-        setAdjustsImageWhenHighlighted(false);
-        setImage(imageWithTintColor(picture, normal));
-        setImage(imageWithTintColor(picture, faint), ui::ControlState::Disabled);
-    }
+    const Palette colors = Palette::current();
+    setTitleColor(gfx::makeColor(_isProminent ? colors.accentText : colors.text));
+    setTitleColor(gfx::makeColor(colors.disabledText), ui::ControlState::Disabled);
+    setTitleColor(gfx::makeColor(colors.chosenText), ui::ControlState::Selected);
     setNeedsDisplay();
 }
 
@@ -78,26 +78,45 @@ void DeskButton::pointerExited() {
 
 // ---- drawing
 
-gfx::Color DeskButton::ground(const DeskColors& colors) const {
-    if (_isProminent) {
-        if (!isEnabled()) return colors.hovered;
-        return isHighlighted() ? colors.accentPressed : colors.accent;
-    }
-    if (!isEnabled()) return {0, 0, 0, 0};
+gfx::Color DeskButton::ground(const Palette& colors) const {
+    if (!isEnabled()) return _isProminent ? colors.hovered : gfx::Color{0, 0, 0, 0};
+    if (_isProminent) return isHighlighted() ? colors.chosenText : colors.accent;
     if (isHighlighted()) return colors.pressed;
     if (isSelected()) return colors.chosen;
     return _isHovered ? colors.hovered : gfx::Color{0, 0, 0, 0};
 }
 
+gfx::Color DeskButton::content(const Palette& colors) const {
+    if (!isEnabled()) return colors.disabledText;
+    return isSelected() && !isHighlighted() ? colors.chosenText : colors.text;
+}
+
 void DeskButton::drawRect(gfx::Context& context, const gfx::Rect& dirty) {
-    const gfx::Color color = ground(deskColors());
+    const Palette colors = Palette::current();
+    const gfx::Color color = ground(colors);
     if (color.alpha > 0) {
         context.setFillColor(color);
         context.beginPath();
         context.addPath(gfx::roundedRect(bounds().inset(groundInset, groundInset), groundRadius));
         context.fill();
     }
+    if (currentTitle().empty()) drawIcon(context, content(colors));
     Button::drawRect(context, dirty);
+}
+
+void DeskButton::drawIcon(gfx::Context& context, const gfx::Color& color) const {
+    const gfx::Point center = bounds().center();
+    const gfx::Rect place{center.x - iconSide / 2, center.y - iconSide / 2, iconSide, iconSide};
+    if (!_picture) {
+        drawDeskIcon(context, _icon, place, color);
+        return;
+    }
+    const gfx::Size size = _picture->size();
+    const double factor = std::min(iconSide / size.width, iconSide / size.height);
+    const gfx::Size shown = size * factor;
+    context.drawImage(
+        *imageWithTintColor(_picture, gfx::makeColor(color)),
+        {center.x - shown.width / 2, center.y - shown.height / 2, shown.width, shown.height});
 }
 
 }  // namespace kalim

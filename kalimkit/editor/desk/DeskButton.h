@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "kalimkit/editor/desk/DeskColors.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/theme/Palette.h"
 #include "kalimkit/ui/control/Button.h"
 
 namespace kalim {
@@ -14,8 +14,8 @@ namespace kalim {
 // while the pointer is over it, while it is pressed, and while what it stands for is in force.
 class DeskButton : public ui::Button {
 public:
-    // The text is the title where there is no picture of the name, and what is said instead of the
-    // picture.
+    // The icon is a desk's (drawDeskIcon), or a picture of the editor's. The text is said instead
+    // of it, and is the title where there is no icon of the name.
     static std::shared_ptr<DeskButton> make(const std::string& icon, const std::string& text,
                                             std::function<void()> action);
     static std::shared_ptr<DeskButton> makeTitled(const std::string& title,
@@ -36,9 +36,13 @@ protected:
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
-    gfx::Color ground(const DeskColors& colors) const;
+    gfx::Color ground(const Palette& colors) const;
+    gfx::Color content(const Palette& colors) const;
+    void drawIcon(gfx::Context& context, const gfx::Color& color) const;
 
     std::string _icon;
+    // Of the editor's, where there is no desk's icon of the name.
+    gfx::ImageRef _picture;
     bool _isProminent = false;
     bool _isHovered = false;
 };

@@ -18,8 +18,7 @@ constexpr gfx::Size leastForPointer{560, 360};
 DeskLayout deskLayout(gfx::Size view, const ui::EdgeInsets& safeArea, std::size_t pens) {
     DeskLayout layout;
     layout.top = {0, 0, view.width, topRow + safeArea.top};
-    const double statusTop =
-        std::max(view.height - statusRow - safeArea.bottom, layout.top.maxY());
+    const double statusTop = std::max(view.height - statusRow - safeArea.bottom, layout.top.maxY());
     layout.status = {0, statusTop, view.width, statusRow + safeArea.bottom};
     const double height = statusTop - layout.top.maxY();
     const double needed = static_cast<double>(pens) * DeskLayout::buttonSide;

@@ -46,11 +46,12 @@ void DeskNote::show(const std::string& text) {
 
 void DeskNote::fade() {
     const std::weak_ptr<ui::View> weakSelf = weak_from_this();
-    animate({.duration = fadeDuration}, [this] { setAlpha(0); },
-            [weakSelf, count = _count](bool) {
-                const auto note = std::static_pointer_cast<DeskNote>(weakSelf.lock());
-                if (note && note->_count == count) note->setHidden(true);
-            });
+    animate(
+        {.duration = fadeDuration}, [this] { setAlpha(0); },
+        [weakSelf, count = _count](bool) {
+            const auto note = std::static_pointer_cast<DeskNote>(weakSelf.lock());
+            if (note && note->_count == count) note->setHidden(true);
+        });
 }
 
 void DeskNote::placeIn(const gfx::Rect& room) {

@@ -3,10 +3,23 @@
 #include <algorithm>
 
 #include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/theme/SafeArea.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
+
+namespace {
+
+// A pen of the desk has an icon of its name, else the desk's or the picker's of its icon.
+std::string iconOf(const Pen& pen) {
+    for (const std::string_view name : {pen.name, pen.icon}) {
+        if (imageNamedForFramework("icon_desk_" + std::string(name))) return std::string(name);
+    }
+    return "icon_tool_" + std::string(pen.icon);
+}
+
+}  // namespace
 
 std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens, Chosen chosen) {
     const std::shared_ptr<DeskPens> bar(new DeskPens);
@@ -21,8 +34,8 @@ std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens, Chos
 
 void DeskPens::addPen(const Pen& pen, const Chosen& chosen) {
     const std::string text = ui::Environment::current().localizedString(std::string(pen.text));
-    const auto button = DeskButton::make("icon_tool_" + std::string(pen.icon), text,
-                                         [chosen, number = pen.number] { chosen(number); });
+    const auto button =
+        DeskButton::make(iconOf(pen), text, [chosen, number = pen.number] { chosen(number); });
     button->setAccessibilityRole(ui::AccessibilityRole::RadioButton);
     _scroll->addSubview(button);
     _buttons.push_back({pen.number, penIdentifier(pen), button});

@@ -4,7 +4,6 @@
 
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskActions.h"
-#include "kalimkit/editor/desk/DeskColors.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/desk/DeskNote.h"
 #include "kalimkit/editor/desk/DeskPens.h"
@@ -14,6 +13,7 @@
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/theme/Palette.h"
 #include "kalimkit/theme/SafeArea.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
@@ -46,10 +46,9 @@ public:
     }
 
     void addNames(std::vector<Named>& names) const {
-        for (const DeskBar* bar : {static_cast<DeskBar*>(_pens.get()),
-                                   static_cast<DeskBar*>(_style.get()),
-                                   static_cast<DeskBar*>(_actions.get()),
-                                   static_cast<DeskBar*>(_status.get())})
+        for (const DeskBar* bar :
+             {static_cast<DeskBar*>(_pens.get()), static_cast<DeskBar*>(_style.get()),
+              static_cast<DeskBar*>(_actions.get()), static_cast<DeskBar*>(_status.get())})
             bar->addNames("desk", names);
         names.push_back({"desk.note", _note});
     }
@@ -67,7 +66,7 @@ public:
              {std::shared_ptr<DeskBar>(_pens), std::shared_ptr<DeskBar>(_style),
               std::shared_ptr<DeskBar>(_actions), std::shared_ptr<DeskBar>(_status)})
             bar->applyColors();
-        _editor.screen.view()->setBackgroundColor(gfx::makeColor(deskColors().desk));
+        _editor.screen.view()->setBackgroundColor(gfx::makeColor(Palette::current().window));
     }
 
 protected:
@@ -78,8 +77,7 @@ protected:
         _pens->setFrame(layout.pens);
         _status->setFrame(layout.status);
         _style->setFrame({0, 0, layout.top.size.width - actions, layout.top.size.height});
-        _actions->setFrame(
-            {layout.top.size.width - actions, 0, actions, layout.top.size.height});
+        _actions->setFrame({layout.top.size.width - actions, 0, actions, layout.top.size.height});
         _note->placeIn(layout.covered(bounds().size).apply(bounds()));
         showReading();
     }
@@ -122,7 +120,7 @@ ui::EdgeInsets DeskShell::coveredEdges(gfx::Size size) const {
 }
 
 gfx::ColorRef DeskShell::groundColor() const {
-    return gfx::makeColor(deskColors().desk);
+    return gfx::makeColor(Palette::current().window);
 }
 
 void DeskShell::editorDidChange() {

@@ -5,6 +5,7 @@
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
+#include "kalimkit/theme/Palette.h"
 #include "kalimkit/theme/SafeArea.h"
 #include "kalimkit/ui/environment/Environment.h"
 
@@ -49,16 +50,14 @@ std::shared_ptr<DeskStatus> DeskStatus::make(CanvasToZoom canvas) {
     bar->begin("状态栏");
     bar->_canvas = std::move(canvas);
     DeskStatus& self = *bar;
-    bar->_zoomOut = bar->addButton("−", "缩小", [&self] {
-        self.zoom([](MDrawView& view) { view.zoomBy(1 / zoomStep); });
-    });
+    bar->_zoomOut = bar->addButton(
+        "−", "缩小", [&self] { self.zoom([](MDrawView& view) { view.zoomBy(1 / zoomStep); }); });
     bar->_zoom = bar->addButton("100 %", "缩放", [&self] {
         const bool isOne = std::abs(self._magnification - 1) < nearOne;
         self.zoom([isOne](MDrawView& view) { isOne ? view.zoomToFit() : view.zoomToPixels(); });
     });
-    bar->_zoomIn = bar->addButton("+", "放大", [&self] {
-        self.zoom([](MDrawView& view) { view.zoomBy(zoomStep); });
-    });
+    bar->_zoomIn = bar->addButton(
+        "+", "放大", [&self] { self.zoom([](MDrawView& view) { view.zoomBy(zoomStep); }); });
     bar->_size = bar->addLabel();
     bar->_pointer = bar->addLabel();
     bar->_measure = bar->addLabel();
@@ -86,7 +85,7 @@ std::shared_ptr<ui::Label> DeskStatus::addLabel() {
 
 void DeskStatus::applyColors() {
     DeskBar::applyColors();
-    const gfx::ColorRef color = gfx::makeColor(deskColors().content);
+    const gfx::ColorRef color = gfx::makeColor(Palette::current().secondaryText);
     for (const auto& label : {_size, _pointer, _measure})
         label->setTextColor(color);
 }
@@ -103,9 +102,8 @@ void DeskStatus::show(const DeskReading& reading) {
         button->setEnabled(hasPicture && !reading.isCropping);
     const gfx::Size size = reading.pictureSize;
     setText(*_size, hasPicture ? whole(size.width) + " × " + whole(size.height) : "");
-    setText(*_pointer, reading.pointer
-                           ? whole(reading.pointer->x) + ", " + whole(reading.pointer->y)
-                           : "");
+    setText(*_pointer,
+            reading.pointer ? whole(reading.pointer->x) + ", " + whole(reading.pointer->y) : "");
     setText(*_measure, reading.measured);
 }
 

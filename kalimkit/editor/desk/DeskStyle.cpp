@@ -47,9 +47,9 @@ void DeskStyle::addWidths() {
     double diameter = thinnestDot;
     for (const PenSize& size : penSizes()) {
         const double width = size.lineWidth;
-        const auto swatch = DeskSwatch::makeWidth(
-            diameter, environment.localizedString(std::string(size.text)),
-            [this, width] { _remote->chooseLineWidth(width); });
+        const auto swatch =
+            DeskSwatch::makeWidth(diameter, environment.localizedString(std::string(size.text)),
+                                  [this, width] { _remote->chooseLineWidth(width); });
         _scroll->addSubview(swatch);
         _widths.push_back(swatch);
         diameter += thickerBy;

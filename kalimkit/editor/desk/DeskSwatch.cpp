@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "kalimkit/editor/desk/DeskColors.h"
 #include "kalimkit/theme/ColorName.h"
+#include "kalimkit/theme/Palette.h"
 
 namespace kalim {
 
@@ -62,7 +62,7 @@ void DeskSwatch::pointerExited() {
 }
 
 void DeskSwatch::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
-    const DeskColors colors = deskColors();
+    const Palette colors = Palette::current();
     const gfx::Point center = bounds().center();
     if (_isHovered || isHighlighted()) {
         context.setFillColor(isHighlighted() ? colors.pressed : colors.hovered);
@@ -73,11 +73,11 @@ void DeskSwatch::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
         context.setLineWidth(ringWidth);
         context.strokeEllipse(bounds().inset(ringWidth / 2, ringWidth / 2));
     }
-    context.setFillColor(_color ? *_color : colors.content);
+    context.setFillColor(_color ? *_color : colors.text);
     context.fillEllipse(around(center, _diameter));
     if (!_color) return;
     // A colour as the bar's own is seen by its edge.
-    context.setStrokeColor(colors.line);
+    context.setStrokeColor(colors.track);
     context.setLineWidth(edgeWidth);
     context.strokeEllipse(around(center, _diameter));
 }

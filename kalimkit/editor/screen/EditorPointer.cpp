@@ -104,12 +104,12 @@ void EditorPointer::endZoom() {
 bool EditorPointer::isCanvasFree() const {
     const auto editor = _editor.lock();
     if (!editor || !editor->drawView() || !editor->window()) return false;
-    const bool isTouched = std::ranges::any_of(
-        editor->window()->activeTouches(), [&](const ui::TouchRef& touch) {
+    const bool isTouched =
+        std::ranges::any_of(editor->window()->activeTouches(), [&](const ui::TouchRef& touch) {
             return touch->view() && touch->view()->isDescendantOf(*editor->drawView());
         });
-    return !isTouched && !editor->actionSheet() &&
-           !editor->editImageInitialView() && !ui::AlertView::topmostIn(*editor->window());
+    return !isTouched && !editor->actionSheet() && !editor->editImageInitialView() &&
+           !ui::AlertView::topmostIn(*editor->window());
 }
 
 gfx::Point EditorPointer::inCanvas(gfx::Point place) const {

@@ -67,7 +67,8 @@ std::shared_ptr<EditorHost> EditorHost::make(const EditorSetup& setup, EditorSea
 void EditorHost::present(SeatLayout layout) {
     _seat.setLayout(layout);
     // A phone's shell has no buttons for what keys ask of a host, and its scenarios no such keys.
-    _seat.present(_editor, layout == SeatLayout::Phone ? std::weak_ptr<EditorKeysDelegate>() : _self);
+    _seat.present(_editor,
+                  layout == SeatLayout::Phone ? std::weak_ptr<EditorKeysDelegate>() : _self);
 }
 
 void EditorHost::remove() {
