@@ -224,8 +224,15 @@ std::optional<ZoomedCanvasView::ChosenZoom> ZoomedCanvasView::chosenZoom() const
     const CanvasZoom& zoom = _shown->zoom;
     CanvasZoom whole = zoom;
     whole.showWhole(_shown->content);
-    if (whole.toView() == zoom.toView()) return std::nullopt;
-    return ChosenZoom{zoom.shownScale(), zoom.toCanvas().apply(zoom.bounds().center())};
+    // What is laid out the same may differ by the last bits.
+    constexpr double sameScale = 1e-6;
+    constexpr double samePlace = 0.01;
+    const gfx::Point middle = zoom.toCanvas().apply(zoom.bounds().center());
+    const gfx::Point moved = whole.toView().apply(middle) - zoom.bounds().center();
+    const bool isWhole = std::abs(whole.shownScale() / zoom.shownScale() - 1) < sameScale &&
+                         std::hypot(moved.x, moved.y) < samePlace;
+    if (isWhole || zoom.bounds().isEmpty()) return std::nullopt;
+    return ChosenZoom{zoom.shownScale(), middle};
 }
 
 void ZoomedCanvasView::restoreZoom(const ChosenZoom& chosen) {
