@@ -60,7 +60,7 @@ const EditorKeys::CommandText EditorKeys::texts[] = {
     {&EditorKeys::confirm, Picture, "完成"},
     {&EditorKeys::saveDocument, Picture, "保存为文档"},
     {&EditorKeys::openFile, Picture, "打开文件"},
-    {&EditorKeys::copy, Picture, "复制图片"},
+    {&EditorKeys::copyPicture, Picture, "复制图片"},
     {&EditorKeys::paste, Picture, "粘贴图片"},
     {&EditorKeys::holdSpace, View, "按住并拖动画布"},
     {&EditorKeys::takeColor<0>, Look, "颜色"},
