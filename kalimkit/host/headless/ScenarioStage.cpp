@@ -60,6 +60,10 @@ struct ScenarioPlayer::Stage::Kind {
 
 const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"touch", {"points", "ids", "lifted", "modifiers"}, &Stage::touch},
+    {"hover", {}, &Stage::hover},
+    {"wheel", {"at"}, &Stage::wheel},
+    {"press", {}, &Stage::pressEditorKey},
+    {"appearance", {}, &Stage::setAppearance},
     {"wait", {}, &Stage::wait},
     {"call", {"args"}, &Stage::call},
     {"gesture", {"state", "value", "at"}, &Stage::gesture},
@@ -171,8 +175,9 @@ Problem ScenarioPlayer::Stage::print(const JsonValue& step) {
     if (Problem problem = readAs(*step.find("print"), "\"print\"", what)) return problem;
     if (what == "editor") return printEditor();
     if (what == "accessibility") return printAccessibility();
+    if (what == "pointer") return printPointer();
     if (what != "canvas") {
-        return wrongValue("\"print\"", "canvas, editor or accessibility", what);
+        return wrongValue("\"print\"", "canvas, editor, accessibility or pointer", what);
     }
     printLine(takeCanvas());
     return std::nullopt;

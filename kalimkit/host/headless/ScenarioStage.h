@@ -41,6 +41,13 @@ private:
     static std::string unknownStep(const JsonValue::Object& step);
 
     Problem touch(const JsonValue& step);
+    // ---- a mouse, and a desktop's keys (ScenarioPointerSteps.cpp)
+    Problem hover(const JsonValue& step);
+    Problem wheel(const JsonValue& step);
+    Problem pressEditorKey(const JsonValue& step);
+    Problem setAppearance(const JsonValue& step);
+    Problem printPointer();
+
     Problem wait(const JsonValue& step);
     Problem call(const JsonValue& step);
     Problem gesture(const JsonValue& step);

@@ -115,8 +115,9 @@ void ColorField::touchesEnded(const TouchEvent& event) {
     const auto alive = shared_from_this();
     if (_before) {
         follow(event);
+        const bool isChanged = _color != _before;
         _before.reset();
-        change(_color, true);
+        if (isChanged) change(_color, true);
     }
     Control::touchesEnded(event);
 }
@@ -135,9 +136,9 @@ void ColorField::follow(const TouchEvent& event) {
     const gfx::Point place = event.touches.front()->locationIn(this);
     const gfx::Rect whole = room();
     if (whole.isEmpty()) return;
-    change(colorWith({(place.x - whole.minX()) / whole.size.width,
-                      (whole.maxY() - place.y) / whole.size.height}),
-           false);
+    const HueColor color = colorWith({(place.x - whole.minX()) / whole.size.width,
+                                      (whole.maxY() - place.y) / whole.size.height});
+    if (color != _color) change(color, false);
 }
 
 void ColorField::change(const HueColor& color, bool isFinal) {

@@ -17,6 +17,8 @@ struct HueColor {
     double saturation = 0;
     double value = 0;
     double alpha = 1;
+
+    bool operator==(const HueColor&) const = default;
 };
 
 // Grey has no hue and black no saturation either: both take the one that is given.

@@ -58,6 +58,8 @@ void ColorPicker::init(const gfx::Rect& frame) {
     addSwatches(recentColors());
     setFrame({0, 0, width, _bottom});
     show(_color, nullptr);
+    Environment::current().addAppearanceObserver(
+        std::static_pointer_cast<ColorPicker>(shared_from_this()));
 }
 
 void ColorPicker::addFields() {
@@ -192,6 +194,10 @@ void ColorPicker::pickFromScreen() {
 }
 
 // ---- drawing
+
+void ColorPicker::appearanceChanged() {
+    _hex->setTextColor(gfx::makeColor(Palette::current().text));
+}
 
 void ColorPicker::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const Palette palette = Palette::current();

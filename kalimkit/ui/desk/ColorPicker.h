@@ -12,13 +12,14 @@
 #include "kalimkit/ui/desk/ColorFields.h"
 #include "kalimkit/ui/desk/DeskButton.h"
 #include "kalimkit/ui/desk/Popover.h"
+#include "kalimkit/ui/environment/Appearance.h"
 
 namespace kalim::ui {
 
 // A popover that picks any colour: saturation and value in a square, the hue and the alpha on
 // strips, as hexadecimal text, from the host's colours and those picked lately, and from what is
 // shown. What has been picked is remembered when the popover closes.
-class KALIM_API ColorPicker : public View, public TextViewDelegate {
+class KALIM_API ColorPicker : public View, public TextViewDelegate, public AppearanceObserver {
 public:
     struct Options {
         gfx::Color color;
@@ -47,6 +48,7 @@ public:
     // Closes the popover and lets the user pick from what is shown. Ignored without a source.
     void pickFromScreen();
 
+    void appearanceChanged() override;
     void textViewDidChange(TextView& view) override;
     void textViewDidEndEditing(TextView& view) override;
 

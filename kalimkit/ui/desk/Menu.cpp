@@ -24,7 +24,7 @@ constexpr double leastWidth = 140;
 Menu::Menu(std::vector<MenuItem> items) : _items(std::move(items)), _current(_items.size()) {}
 
 Menu::~Menu() {
-    if (_openCall) Environment::current().runLoop().cancel(_openCall);
+    if (_openCall && Environment::hasCurrent()) Environment::current().runLoop().cancel(_openCall);
 }
 
 std::shared_ptr<Menu> Menu::make(std::vector<MenuItem> items) {

@@ -87,7 +87,7 @@ Overlay::~Overlay() {
 }
 
 void Overlay::didMoveToWindow() {
-    if (window()) return;
+    if (window() || !Environment::hasCurrent()) return;
     hideTip();
     endNote(false);
 }

@@ -73,7 +73,7 @@ public:
     void touchesCancelled(const TouchEvent& /*event*/) override {}
     bool admitsGesture(const GestureRecognizer& recognizer) const override;
     std::optional<Cursor> cursorAt(gfx::Point /*p*/) override { return Cursor::Arrow; }
-    void appearanceChanged() override { setNeedsDisplay(); }
+    void appearanceChanged() override { setNeedsLayout(); }
 
 protected:
     Overlay() = default;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "kalimkit/ui/control/ScrollView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/desk/Eyedropper.h"
 #include "kalimkit/ui/desk/Overlay.h"
@@ -27,6 +28,20 @@ bool isUsable(const DeskControl& control) {
     return true;
 }
 
+// Moves what scrolls so far that the control is seen.
+void scrollTo(const DeskControl& control) {
+    for (View* view = control.superview(); view; view = view->superview()) {
+        auto* const scroll = dynamic_cast<ScrollView*>(view);
+        if (!scroll) continue;
+        const gfx::Rect place = control.convertRectTo(control.bounds(), scroll);
+        const gfx::Rect& seen = scroll->bounds();
+        gfx::Point offset = seen.origin;
+        offset.x = std::max(std::min(offset.x, place.minX()), place.maxX() - seen.size.width);
+        offset.y = std::max(std::min(offset.y, place.minY()), place.maxY() - seen.size.height);
+        if (offset != seen.origin) scroll->setContentOffset(offset);
+    }
+}
+
 }  // namespace
 
 void Overlay::setKeyFocus(const std::shared_ptr<DeskControl>& control) {
@@ -34,7 +49,9 @@ void Overlay::setKeyFocus(const std::shared_ptr<DeskControl>& control) {
     if (before == control) return;
     _keyFocus = control;
     if (before) before->setKeyFocused(false);
-    if (control) control->setKeyFocused(true);
+    if (!control) return;
+    control->setKeyFocused(true);
+    scrollTo(*control);
 }
 
 std::vector<std::shared_ptr<DeskControl>> Overlay::controls() const {

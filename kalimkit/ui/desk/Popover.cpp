@@ -8,6 +8,7 @@
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/ui/control/ScrollView.h"
 #include "kalimkit/ui/desk/Overlay.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
@@ -20,6 +21,31 @@ constexpr double windowInset = 6;
 constexpr double radius = 8;
 constexpr double shadowBlur = 14;
 constexpr double shadowDrop = 3;
+
+// Lies in the view that a popover belongs to, and closes it when that goes.
+class Tether : public View {
+public:
+    static std::shared_ptr<Tether> make(const std::shared_ptr<Popover>& popover) {
+        const std::shared_ptr<Tether> tether(new Tether);
+        tether->init({});
+        tether->_popover = popover;
+        tether->setUserInteractionEnabled(false);
+        return tether;
+    }
+
+protected:
+    // Later, as the tree of views is being changed.
+    void didMoveToWindow() override {
+        if (window() || !Environment::hasCurrent()) return;
+        Environment::current().runLoop().async([weak = _popover] {
+            if (const auto popover = weak.lock()) popover->close();
+        });
+    }
+
+private:
+    Tether() = default;
+    std::weak_ptr<Popover> _popover;
+};
 
 // Along one axis: where a length begins within a room.
 double within(double start, double length, double least, double most) {
@@ -64,7 +90,10 @@ std::shared_ptr<Popover> Popover::show(View& anchor, std::shared_ptr<View> conte
     popover->_hasAnchor = true;
     popover->_options = options;
     popover->_content = std::move(content);
-    return anchor.window() ? open(*anchor.window(), popover) : nullptr;
+    if (!anchor.window()) return nullptr;
+    popover->_tether = Tether::make(popover);
+    anchor.addSubview(popover->_tether);
+    return open(*anchor.window(), popover);
 }
 
 std::shared_ptr<Popover> Popover::showAt(Window& window, const gfx::Rect& place,
@@ -105,6 +134,7 @@ void Popover::didClose() {
     if (!std::exchange(_isOpen, false)) return;
     const auto alive = shared_from_this();
     removeFromSuperview();
+    if (_tether) _tether->removeFromSuperview();
     if (const auto handler = std::exchange(_closeHandler, {})) handler();
 }
 

@@ -73,6 +73,7 @@ private:
 
     std::weak_ptr<View> _anchor;
     bool _hasAnchor = false;
+    std::shared_ptr<View> _tether;
     // In window points, where there is no view.
     gfx::Rect _place;
     Options _options;

@@ -12,7 +12,7 @@ namespace {
 // Points.
 constexpr double knobRadius = 7;
 constexpr double trackHeight = 4;
-constexpr double stopRadius = 2.5;
+constexpr double stopRadius = 3.5;
 // A finger so near a stop takes it.
 constexpr double stopReach = 4;
 constexpr double largeStep = 10;
