@@ -35,6 +35,9 @@ public:
     void touchesMoved(const TouchEvent& event) override;
     void touchesEnded(const TouchEvent& event) override;
     void touchesCancelled(const TouchEvent& event) override;
+    bool admitsGesture(const GestureRecognizer& recognizer) const override {
+        return admitsGestureButPan(recognizer);
+    }
     void activate() override {}
     std::optional<Cursor> cursorAt(gfx::Point /*p*/) override { return Cursor::Cross; }
 

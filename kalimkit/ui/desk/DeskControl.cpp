@@ -1,6 +1,7 @@
 #include "kalimkit/ui/desk/DeskControl.h"
 
 #include "kalimkit/gfx/RoundedRect.h"
+#include "kalimkit/ui/gesture/PanGestureRecognizer.h"
 
 namespace kalim::ui {
 
@@ -48,6 +49,11 @@ bool DeskControl::handleKey(std::string_view key, bool isRepeated) {
 
 void DeskControl::activate() {
     if (isEnabled()) sendActions(ControlEvent::TouchUpInside);
+}
+
+bool DeskControl::admitsGestureButPan(const GestureRecognizer& recognizer) const {
+    return Control::admitsGesture(recognizer) &&
+           !dynamic_cast<const PanGestureRecognizer*>(&recognizer);
 }
 
 // ---- drawing

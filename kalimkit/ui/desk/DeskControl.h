@@ -41,6 +41,8 @@ public:
 
 protected:
     DeskControl() = default;
+    // For what is dragged: nothing above it scrolls meanwhile.
+    bool admitsGestureButPan(const GestureRecognizer& recognizer) const;
     // The colour of what lies on its ground.
     gfx::Color contentColor(const Palette& palette) const;
     // The ground that its state asks for, and the ring of the focus.

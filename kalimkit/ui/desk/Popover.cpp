@@ -21,6 +21,8 @@ constexpr double windowInset = 6;
 constexpr double radius = 8;
 constexpr double shadowBlur = 14;
 constexpr double shadowDrop = 3;
+// Of the arrows, in what is too high.
+constexpr double scrollStep = 48;
 
 // Lies in the view that a popover belongs to, and closes it when that goes.
 class Tether : public View {
@@ -141,7 +143,13 @@ void Popover::didClose() {
 bool Popover::handleKey(std::string_view key, bool isRepeated) {
     // A copy: it may replace itself.
     const KeyHandler handler = _keyHandler;
-    return handler && handler(key, isRepeated);
+    if (handler && handler(key, isRepeated)) return true;
+    const auto scroll = std::dynamic_pointer_cast<ScrollView>(_holder);
+    if (!scroll || _holder == _content || (key != "up" && key != "down")) return false;
+    // What has the focus may want the arrows itself.
+    const auto overlay = window() ? Overlay::existingIn(*window()) : nullptr;
+    if (!overlay || overlay->keyFocus()) return false;
+    return scroll->pointerScrolled({}, {0, key == "up" ? scrollStep : -scrollStep});
 }
 
 // ---- layout

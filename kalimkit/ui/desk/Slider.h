@@ -43,6 +43,9 @@ public:
     void touchesMoved(const TouchEvent& event) override;
     void touchesEnded(const TouchEvent& event) override;
     void touchesCancelled(const TouchEvent& event) override;
+    bool admitsGesture(const GestureRecognizer& recognizer) const override {
+        return admitsGestureButPan(recognizer);
+    }
     void activate() override {}
 
     std::string accessibilityValue() const override;

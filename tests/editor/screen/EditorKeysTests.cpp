@@ -15,6 +15,7 @@
 #include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/window/Window.h"
 #include "tests/editor/screen/EditorScreen.h"
 
 namespace kalim::test {
@@ -378,6 +379,21 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
         keys.press("escape");
         screen.wait(1);
     }
+}
+
+TEST_F(EditorKeysTest, PanningShowsInTheCursor) {
+    ui::Window& window = *screen.editor->window();
+    window.pointerHovered({200, 300});
+    const auto cursor = [&] { return window.hover().cursor(); };
+    const ui::Cursor before = cursor();
+    keys.press("space");
+    EXPECT_EQ(cursor(), ui::Cursor::Grab);
+    pointer.pointerPressed(PointerButton::Main, {200, 300});
+    EXPECT_EQ(cursor(), ui::Cursor::Grabbing);
+    keys.release("space");
+    EXPECT_EQ(cursor(), ui::Cursor::Grabbing);
+    pointer.pointerReleased(PointerButton::Main);
+    EXPECT_EQ(cursor(), before);
 }
 
 // The command table, the pens and the texts of both make the list, so a key without a text shows

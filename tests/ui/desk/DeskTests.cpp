@@ -78,6 +78,17 @@ TEST_F(Desk, SliderFollowsFingersAndKeys) {
     EXPECT_EQ(told, "50 ");
 }
 
+TEST_F(Desk, SlidersAreDraggedInWhatScrolls) {
+    const auto scroll = put(ScrollView::initWithFrame({}), {0, 100, 100, 40});
+    scroll->setContentSize({300, 40});
+    const auto slider = Slider::make(0, 100);
+    slider->setFrame({0, 0, 118, 32});
+    scroll->addSubview(slider);
+    finger.down({19, 116}).moveTo({59, 116}, 4).up();
+    EXPECT_EQ(slider->value(), 50);
+    EXPECT_EQ(scroll->contentOffset(), gfx::Point());
+}
+
 TEST_F(Desk, SegmentsChooseOne) {
     const auto control = put(SegmentedControl::make({{"solid"}, {"dashed"}}), {0, 100, 72, 36});
     control->setHandler([&](std::size_t index) { told += std::to_string(index); });
@@ -165,6 +176,8 @@ TEST_F(Desk, PopoversCloseByPressKeyAndWithTheirView) {
     EXPECT_EQ(popover->frame().size.height, 288);
     EXPECT_TRUE(window().pointerScrolled({popover->frame().center()}, {0, -1000}));
     EXPECT_EQ(popover->content()->superview()->bounds().minY(), 500 - 268);
+    press({"up", "up"});
+    EXPECT_EQ(popover->content()->superview()->bounds().minY(), 500 - 268 - 96);
     overlay->closeAll();
     popover = open();
     b->removeFromSuperview();
