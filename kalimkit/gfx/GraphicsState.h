@@ -12,9 +12,10 @@ namespace kalim::gfx {
 enum class LineCap { Butt, Round, Square };
 enum class LineJoin { Miter, Round, Bevel };
 // Normal paints over, SourceIn keeps the new paint only where there was some, Copy replaces, Clear
-// erases to transparent (to black on an opaque surface). All of them leave what lies outside the
-// painted shape as it is.
-enum class BlendMode { Normal, SourceIn, Copy, Clear };
+// erases to transparent (to black on an opaque surface), Multiply darkens what is there as a marker
+// pen does, and paints over where there is nothing. All of them leave what lies outside the painted
+// shape as it is.
+enum class BlendMode { Normal, SourceIn, Copy, Clear, Multiply };
 // How images are resampled: None takes the nearest pixel, High also averages when shrinking.
 enum class Interpolation { None, Low, High };
 enum class TextMode { Fill, Stroke };

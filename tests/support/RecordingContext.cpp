@@ -62,6 +62,7 @@ std::string compositing(const GraphicsState& state) {
     if (state.blendMode == gfx::BlendMode::SourceIn) text += " blend=source-in";
     if (state.blendMode == gfx::BlendMode::Copy) text += " blend=copy";
     if (state.blendMode == gfx::BlendMode::Clear) text += " blend=clear";
+    if (state.blendMode == gfx::BlendMode::Multiply) text += " blend=multiply";
     if (!state.antialias) text += " aliased";
     if (state.shadow) text += describe(*state.shadow);
     return text;

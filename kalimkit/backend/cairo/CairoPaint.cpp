@@ -81,6 +81,8 @@ cairo_operator_t operatorFor(BlendMode mode) {
         case BlendMode::Copy:
         case BlendMode::Clear:
             return CAIRO_OPERATOR_SOURCE;
+        case BlendMode::Multiply:
+            return CAIRO_OPERATOR_MULTIPLY;
     }
     return CAIRO_OPERATOR_OVER;
 }

@@ -7,7 +7,7 @@ import { tracePath } from './path.js';
 import { makePicture, readPicture } from './pixels.js';
 import { TextMeasures, fontString, roundsAdvances } from './text.js';
 
-const Blend = { normal: 0, sourceIn: 1, copy: 2, clear: 3 };
+const Blend = { normal: 0, sourceIn: 1, copy: 2, clear: 3, multiply: 4 };
 const caps = ['butt', 'round', 'square'];
 const joins = ['miter', 'round', 'bevel'];
 const largestSide = 32767;
@@ -339,6 +339,11 @@ export class Drawing {
         cover(isOpaque ? 'source-over' : 'destination-out');
         context.globalAlpha = this.#alpha;
         context.globalCompositeOperation = isOpaque ? 'source-over' : 'lighter';
+        painter(layer, false);
+        break;
+      case Blend.multiply:
+        context.globalAlpha = this.#alpha;
+        context.globalCompositeOperation = 'multiply';
         painter(layer, false);
         break;
     }

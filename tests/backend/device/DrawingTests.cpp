@@ -163,6 +163,7 @@ TEST(Drawing, BlendModesChangeNothingOutsideTheShape) {
         {BlendMode::SourceIn, "#FF000080", "#FF000040", "#00000000"},
         {BlendMode::Copy, "#FF000080", "#FF000080", "#FF000080"},
         {BlendMode::Clear, "#00000000", "#00000000", "#00000000"},
+        {BlendMode::Multiply, "#00007FFF", "#550055C0", "#FF000080"},
     };
     Bitmap red(1, 1);
     red.setColorAt(0, 0, opaqueRed);
