@@ -83,9 +83,10 @@ private:
     gfx::ImageRef hidden() {
         std::vector<HiddenRegion> regions;
         for (const gfx::Rect& rect : _options.rects) {
-            HiddenRegion region{grownToGrid(rect, _picture->grid(), _picture->pixelSize()), {}};
+            const gfx::PixelRect grown = grownToGrid(rect, _picture->grid(), _picture->pixelSize());
+            HiddenRegion region{{grown}, {}};
             if (_options.style == RedactOptions::Style::Solid) region.solid = *_options.color;
-            _exported.hidden.push_back(region.rect);
+            _exported.hidden.push_back(grown);
             regions.push_back(region);
         }
         const int level = onCanvas().sealedLevel();
@@ -104,8 +105,10 @@ private:
         context.setInterpolation(gfx::Interpolation::None);
         context.drawImage(*_picture, whole);
         const gfx::Paint fill = cosmeticFill(whole);
-        for (const gfx::Rect& rect : _options.rects)
-            MDrawMosiac::cover(context, fill, rect.intersection(whole));
+        for (const gfx::Rect& rect : _options.rects) {
+            const gfx::Rect part = rect.intersection(whole);
+            MDrawMosiac::cover(context, fill, {&part, 1});
+        }
         return surface->makeImage();
     }
 

@@ -52,8 +52,9 @@ gfx::Rect CanvasContent::measured() const {
     if (_canvas.shown.isCropped()) return _canvas.shown.picture.part();
     if (endsAtPicture()) return content;
     for (const ToolRef& tool : _canvas.tools.list()) {
-        // The ground reaches no farther than the picture.
-        if (tool->toolClass().layer() == ToolLayer::Ground) continue;
+        // The ground reaches no farther than the picture, and the shade no farther than the
+        // content.
+        if (tool->toolClass().layer() != ToolLayer::Items) continue;
         // The extent follows the rotation as last drawn; an undone step has not been drawn yet.
         tool->refreshTransform();
         const gfx::Rect extent = withinReach(tool->frameIncludeLineWidth());
@@ -73,7 +74,7 @@ gfx::Rect CanvasContent::exported() const {
     if (!_canvas.tools.forgiving() || endsAtPicture()) return content;
     gfx::Rect whole = content;
     for (const ToolRef& tool : _canvas.tools.list()) {
-        if (tool->toolClass().layer() == ToolLayer::Ground) continue;
+        if (tool->toolClass().layer() != ToolLayer::Items) continue;
         const gfx::Rect shape = shapeExtent(*tool).inset(roundingError, roundingError);
         if (shape.isEmpty() || content.contains(shape)) continue;
         whole = whole.unionWith(withinReach(drawnExtent(*tool)));

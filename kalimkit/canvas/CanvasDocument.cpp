@@ -116,7 +116,9 @@ SealedDocument CanvasDocument::sealed() {
     const bool isCut = sealed.picture && _canvas.content.endsAtPicture();
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (sealed.picture && isGround(*tool)) continue;
-        if (isCut && !seen.intersects(drawnExtent(*tool))) continue;
+        // The shade is seen everywhere.
+        const bool isShade = tool->toolClass().layer() == ToolLayer::Shade;
+        if (isCut && !isShade && !seen.intersects(drawnExtent(*tool))) continue;
         document.tools.push_back(describeTool(*tool));
     }
     return sealed;

@@ -34,8 +34,9 @@ bool CanvasFinger::began(const ui::TouchEvent& event) {
 
 void CanvasFinger::moved(const ui::TouchEvent& event) {
     const ui::Touch& touch = *event.touches.front();
+    _isStraight = event.modifiers.shift;
     if (!staysAlone(event)) {
-        deleteCreated();
+        isPlacing() ? letGoOfPoint() : deleteCreated();
     } else if (!isTapping(touch)) {
         ZoomedCanvasView& view = _canvas.home.view();
         // Steps that were not taken count once the drag goes on.
@@ -51,14 +52,17 @@ void CanvasFinger::ended(const ui::TouchEvent& event) {
     if (staysAlone(event)) {
         up(placeOf(*event.touches.front()));
     } else {
-        deleteCreated();
+        isPlacing() ? letGoOfPoint() : deleteCreated();
     }
     tellDrawnOver();
 }
 
 void CanvasFinger::cancelled(const ui::TouchEvent& event) {
     const bool isDone = _canvas.tools.forgiving() && !_hasMoved;
-    if (staysAlone(event) && !isDone) {
+    if (isPlacing()) {
+        letGoOfPoint();
+        enter(FingerState::Idle);
+    } else if (staysAlone(event) && !isDone) {
         up(lastMovePoint());
     } else {
         deleteCreated();
@@ -99,7 +103,8 @@ bool CanvasFinger::isTapping(const ui::Touch& touch) const {
 void CanvasFinger::tellDrawnOver() {
     const bool isDragging = _hasMoved && _meaning.dragsSelection;
     ToolRef live;
-    if (_isAlone && isCreating()) {
+    const bool isOverPoints = isPlacing() && _state == FingerState::Idle;
+    if (_isAlone && isCreating() && !isOverPoints) {
         live = _tool;
     } else if (_isAlone && isDragging) {
         live = _canvas.selection.group();
@@ -125,6 +130,7 @@ void CanvasFinger::enter(FingerState state) {
 }
 
 void CanvasFinger::down(gfx::Point p) {
+    if (isPlacing()) return leadPoint(p);
     // A tool that a gesture without an end left is drawn on.
     if (isCreating()) return;
     if (_canvas.typing.endByTouch()) {
@@ -169,7 +175,8 @@ void CanvasFinger::move(gfx::Point from, gfx::Point to) {
     }
     _canvas.home.redisplay();
     if (_meaning.draws && isCreating()) {
-        _tool->drawMove(to);
+        if (!_isStraight || !_tool->drawStraight(to)) _tool->drawMove(shapePoint(to));
+        watchRest(_canvas.home.view().mViewTransform().apply(to));
         return;
     }
     if (!_meaning.dragsSelection) takeHold();
@@ -188,6 +195,7 @@ void CanvasFinger::takeHold() {
 }
 
 void CanvasFinger::up(gfx::Point p) {
+    forgetRest();
     if (_state != FingerState::Aborted && !finishCreation(p)) {
         if (_hasMoved) {
             finishDrag();
@@ -202,7 +210,9 @@ void CanvasFinger::up(gfx::Point p) {
 
 // Several fingers turn the selection, or zoom and move the view.
 void CanvasFinger::join() {
-    if (_canvas.selection.isValid() || isCreating(ToolRecorder::Typing)) {
+    if (isPlacing()) {
+        letGoOfPoint();
+    } else if (_canvas.selection.isValid() || isCreating(ToolRecorder::Typing)) {
         endDrag();
         deleteCreated();
     } else if (isCreating()) {
@@ -217,7 +227,8 @@ void CanvasFinger::abort() {
 
 void CanvasFinger::forgetTools() {
     // Nothing of a gesture under way survives, or the next touch would wait for its end.
-    _tool = nullptr;
+    forgetRest();
+    _tool = _stroke = nullptr;
     _found = nullptr;
     drawNoMore();
 }
@@ -255,15 +266,21 @@ ToolRef CanvasFinger::makeTool(gfx::Point p) {
 bool CanvasFinger::finishCreation(gfx::Point p) {
     if (!_meaning.draws || !isCreating()) return false;
     const ToolClass& kind = _tool->toolClass();
+    if (kind.beginning() == ToolBeginning::Taps) {
+        setPoint(p);
+        return true;
+    }
     if (!_hasMoved && kind.beginning() != ToolBeginning::TouchDown) return false;
     const bool isFreehand = kind.recorder() == ToolRecorder::Strokes;
     const ToolRef tool = _tool;
-    tool->drawUp(p);
+    tool->drawUp(shapePoint(p));
     // The owner, told of a text that is typed from now on, may have ended it.
     if (_tool != tool) return true;
     // No longer under way when the owner is told of the step: it may ask for the picture then.
     _tool = nullptr;
-    if (!tool->isDrawVaild()) {
+    if (_stroke) {
+        finishStraightening(tool);
+    } else if (!tool->isDrawVaild()) {
         _canvas.tools.discard(tool);
         _canvas.freehand.end();
     } else if (kind.recorder() != ToolRecorder::Touch) {
@@ -281,7 +298,9 @@ bool CanvasFinger::finishCreation(gfx::Point p) {
 
 void CanvasFinger::stopDrawing() {
     // A text that nobody has typed yet is nothing.
-    if (isCreating(ToolRecorder::Typing)) {
+    if (isPlacing()) {
+        completePoints();
+    } else if (isCreating(ToolRecorder::Typing)) {
         deleteCreated();
     } else {
         finishCreation(_hasMoved ? _movePoint : _downPoint);
@@ -304,6 +323,8 @@ void CanvasFinger::endCreation() {
 
 void CanvasFinger::deleteCreated() {
     if (!isCreating()) return;
+    forgetRest();
+    if (_stroke) return giveUpStraightening();
     const ToolRef tool = std::exchange(_tool, nullptr);
     // A text that is being typed takes its field along.
     if (_canvas.typing.text() == tool) _canvas.typing.end();
@@ -314,7 +335,7 @@ void CanvasFinger::deleteCreated() {
 }
 
 void CanvasFinger::letGoOf(const ToolRef& tool) {
-    if (_tool == tool) _tool = nullptr;
+    if (_tool == tool) _tool = _stroke = nullptr;
 }
 
 // A tap that picks nothing and lets nothing go is ink, too.
@@ -358,6 +379,8 @@ void CanvasFinger::finishTap(gfx::Point p) {
     const ToolRef tool = _canvas.tools.topmostAt(p);
     if (!tool && makesDot()) {
         makeDot(p);
+    } else if (!tool && startsByTap()) {
+        startByTap();
     } else if (!tool) {
         selection.clear();
     } else if (selection.group() && selection.group()->testHitOnHandle(p) &&

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "kalimkit/canvas/FingerState.h"
@@ -56,6 +57,17 @@ public:
     // What is being drawn is finished as it is by now, with its step, and so is a drawing that
     // waits for more strokes. A text that nobody has typed yet shows nothing and may go on.
     void endCreation();
+    // Whether the stroke that it drew has become a shape, which it still holds.
+    bool isStraightening() const { return _stroke != nullptr; }
+
+    // ---- a tool that is made point by point; it outlives the gestures that set its points
+    bool isPlacing() const;
+    // See MDrawView.
+    bool completePoints();
+    bool dropPoints();
+    // The last point goes, and with the first one the tool. Whether there was one.
+    bool takeBackPoint();
+
     // The tool goes without a record.
     void deleteCreated();
     void letGoOf(const ToolRef& tool);
@@ -93,6 +105,18 @@ private:
     void drawNoMore();
     bool makesDot() const;
     void makeDot(gfx::Point p);
+    void watchRest(gfx::Point place);
+    void forgetRest();
+    void straighten();
+    gfx::Point shapePoint(gfx::Point p) const;
+    void finishStraightening(const ToolRef& shape);
+    void giveUpStraightening();
+    void leadPoint(gfx::Point p);
+    void letGoOfPoint();
+    bool startsByTap() const;
+    void startByTap();
+    void setPoint(gfx::Point p);
+    void endPlacing();
 
     // ---- dragging and tapping
     void takeHold();
@@ -106,6 +130,8 @@ private:
     // No other finger has joined it.
     bool _isAlone = false;
     bool _hasMoved = false;
+    // A key asks for straight strokes.
+    bool _isStraight = false;
 
     ToolRef _tool;
     // The unselected tool that was under the finger at touch-down.
@@ -119,6 +145,16 @@ private:
     gfx::Point _takenPoint;
     // The finger landed there, in view points.
     gfx::Point _downPlace;
+    // What waits for the finger to rest, 0 for nothing, and where it does, view points.
+    std::uint64_t _rest = 0;
+    gfx::Point _restPlace;
+    // The stroke in whose place the tool is drawn on; where the tool ended and the finger was then.
+    ToolRef _stroke;
+    gfx::Point _shapeEnd;
+    gfx::Point _shapeFinger;
+    // When and where the last point was set, seconds of the run loop and view points.
+    double _pointTime = 0;
+    gfx::Point _pointPlace;
     // The owner has been told that something is drawn, and not yet that it is not any more.
     bool _isDrawingOver = false;
 };

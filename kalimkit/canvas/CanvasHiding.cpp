@@ -20,6 +20,31 @@ const MDrawMosiac* certainPatch(const MDrawTool& tool) {
     return patch && patch->hidesForCertain() ? patch : nullptr;
 }
 
+// Canvas points to pixels of the picture.
+gfx::PixelRects pixelsOf(const gfx::Polygon& area, const gfx::AffineTransform& toPixels,
+                         const gfx::Image& picture) {
+    const gfx::PixelSize size = picture.pixelSize();
+    if (gfx::isUpright(area)) {
+        const gfx::PixelRect rect =
+            grownToGrid(toPixels.apply(gfx::boundsOf(area)), picture.grid(), size);
+        return rect.isEmpty() ? gfx::PixelRects{} : gfx::PixelRects{rect};
+    }
+    gfx::Polygon pixels;
+    for (const gfx::Point& corner : area)
+        pixels.push_back(toPixels.apply(corner));
+    return grownToGrid(pixels, picture.grid(), size);
+}
+
+gfx::PixelRect boundsOf(const gfx::PixelRects& rects) {
+    gfx::Rect bounds;
+    for (const gfx::PixelRect& rect : rects) {
+        const gfx::Rect one(rect.x, rect.y, rect.width, rect.height);
+        bounds = bounds.isEmpty() ? one : bounds.unionWith(one);
+    }
+    return {static_cast<int>(bounds.minX()), static_cast<int>(bounds.minY()),
+            static_cast<int>(bounds.size.width), static_cast<int>(bounds.size.height)};
+}
+
 }  // namespace
 
 // ---- what is hidden
@@ -38,7 +63,7 @@ std::vector<CanvasHiding::Patch> CanvasHiding::patches() const {
     for (const ToolRef& tool : _canvas.tools) {
         const MDrawMosiac* const patch = certainPatch(*tool);
         if (!patch) continue;
-        HiddenRegion region{grownToGrid(toPixels.apply(patch->frame()), source->grid(), size), {}};
+        HiddenRegion region{pixelsOf(patch->area(), toPixels, *source), {}};
         if (patch->style() == MosaicStyle::Solid) region.solid = patch->solidColor();
         patches.push_back({patch, region});
     }
@@ -72,7 +97,8 @@ std::vector<gfx::Rect> CanvasHiding::update() {
     const auto collect = [&](const std::vector<Patch>& patches, const std::vector<Patch>& others) {
         for (const Patch& patch : patches) {
             const bool isSame = std::ranges::find(others, patch) != others.end();
-            if (!isSame || !patch.region.solid) changed.push_back(onCanvas(patch.region.rect));
+            if (!isSame || !patch.region.solid)
+                changed.push_back(onCanvas(boundsOf(patch.region.rects)));
         }
     };
     collect(_seen, _patches);
@@ -84,7 +110,7 @@ std::vector<gfx::Rect> CanvasHiding::update() {
 gfx::PixelRects CanvasHiding::hidden() const {
     gfx::PixelRects rects;
     for (const Patch& patch : _patches)
-        if (!patch.region.rect.isEmpty()) rects.push_back(patch.region.rect);
+        rects.insert(rects.end(), patch.region.rects.begin(), patch.region.rects.end());
     return rects;
 }
 
@@ -107,10 +133,13 @@ const CanvasHiding::Patch* CanvasHiding::patchOf(const MDrawTool& tool) const {
     return found == _patches.end() ? nullptr : &*found;
 }
 
-std::optional<gfx::Rect> CanvasHiding::coveredBy(const MDrawTool& patch) const {
+std::optional<std::vector<gfx::Rect>> CanvasHiding::coveredBy(const MDrawTool& patch) const {
     const Patch* const known = patchOf(patch);
     if (!known) return std::nullopt;
-    return onCanvas(known->region.rect);
+    std::vector<gfx::Rect> covered;
+    for (const gfx::PixelRect& rect : known->region.rects)
+        covered.push_back(onCanvas(rect));
+    return covered;
 }
 
 gfx::Paint CanvasHiding::fill(const MDrawTool& patch) {

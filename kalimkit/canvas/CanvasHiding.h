@@ -36,9 +36,9 @@ public:
 
     // ---- drawing, as of the last refresh
     // What the patch covers, canvas points: whole pixels of the picture, and all that its file
-    // holds together with them. Nothing for a tool that hides nothing for certain; empty beside the
-    // picture.
-    std::optional<gfx::Rect> coveredBy(const MDrawTool& patch) const;
+    // holds together with them, by rows of these where it is turned. Nothing for a tool that hides
+    // nothing for certain; empty beside the picture.
+    std::optional<std::vector<gfx::Rect>> coveredBy(const MDrawTool& patch) const;
     // What fills such a patch.
     gfx::Paint fill(const MDrawTool& patch);
     // How far a patch covers more than its frame at most, canvas points; 0 where none does.

@@ -31,14 +31,17 @@ bool CanvasHistory::canRedo() const {
 }
 
 bool CanvasHistory::isWaiting() const {
-    return _canvas.freehand.isWaiting() || _canvas.arrangement.isNudging();
+    return _canvas.freehand.isWaiting() || _canvas.arrangement.isNudging() ||
+           _canvas.finger.isPlacing();
 }
 
 bool CanvasHistory::undo() {
+    if (_canvas.finger.takeBackPoint()) return true;
     return step(&MUndoManager::undo);
 }
 
 bool CanvasHistory::redo() {
+    if (_canvas.finger.isPlacing()) return false;
     return step(&MUndoManager::redo);
 }
 
@@ -54,7 +57,8 @@ bool CanvasHistory::step(bool (MUndoManager::*take)()) {
     // What is being typed or fades in is the step that is meant.
     _canvas.typing.finish();
     // A finger that is still drawing has done its work with that.
-    if (_canvas.tools.forgiving() && _canvas.finger.isCreating(ToolRecorder::Strokes)) {
+    if (_canvas.tools.forgiving() &&
+        (_canvas.finger.isCreating(ToolRecorder::Strokes) || _canvas.finger.isStraightening())) {
         _canvas.finger.endCreation();
     }
     _canvas.freehand.end();

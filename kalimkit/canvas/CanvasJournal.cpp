@@ -22,8 +22,8 @@ namespace {
 
 using Step = MUndoManagerDelegate::Step;
 
-constexpr std::array<std::string_view, 6> stepNames{"recorded", "removed",   "undone",
-                                                    "redone",   "forgotten", "reset"};
+constexpr std::array<std::string_view, 7> stepNames{"recorded",  "removed", "undone",   "redone",
+                                                    "forgotten", "reset",   "exchanged"};
 // Beside the steps of the stacks.
 constexpr std::string_view measuringName = "measuring";
 constexpr std::int64_t mostSteps = std::int64_t{1} << 40U;
@@ -114,10 +114,12 @@ void CanvasJournal::note(Step step, const ToolRef& entry) {
         members.emplace_back("order", placesOf(static_cast<const ToolOrderStep&>(*entry).after()));
         return listener->canvasDidStep(dumpJson(members));
     }
-    if (step == Step::Recorded || step == Step::Undone || step == Step::Redone) {
+    if (step == Step::Recorded || step == Step::Undone || step == Step::Redone ||
+        step == Step::Exchanged) {
         members.emplace_back("tools", statesOf(entry));
     }
-    if (step == Step::Recorded || step == Step::Removed || step == Step::Forgotten) {
+    if (step == Step::Recorded || step == Step::Removed || step == Step::Forgotten ||
+        step == Step::Exchanged) {
         members.emplace_back("entry", entryNumbers(entry));
     }
     listener->canvasDidStep(dumpJson(members));
@@ -222,6 +224,9 @@ void CanvasJournal::play(DocumentPlace& step, const CutPicture& cutPicture) {
         case Step::Reset:
             _canvas.history.clear();
             break;
+        case Step::Exchanged:
+            playExchanged(step);
+            break;
     }
 }
 
@@ -250,6 +255,16 @@ void CanvasJournal::playOrder(DocumentPlace& step) {
     const bool isRead = places && placements.size() == places->size();
     if (!isRead || !_canvas.history.reorder(std::move(placements)))
         step.fail("order", "another order of tools that there are");
+}
+
+void CanvasJournal::playExchanged(DocumentPlace& step) {
+    playStates(step);
+    const ToolRef entry = entryOf(step);
+    if (!entry) return;
+    const ToolList both = membersOf(entry);
+    if (both.size() != 2) return step.fail("entry", "two tools");
+    _canvas.tools.exchange(both.front(), both.back());
+    _canvas.tools.recordExchange(both.front(), both.back());
 }
 
 void CanvasJournal::playMeasuring(DocumentPlace& step) {

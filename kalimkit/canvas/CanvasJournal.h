@@ -72,6 +72,7 @@ private:
     // ---- replaying
     void play(DocumentPlace& step, const CutPicture& cutPicture);
     void playRecorded(DocumentPlace& step, const CutPicture& cutPicture);
+    void playExchanged(DocumentPlace& step);
     void playMeasuring(DocumentPlace& step);
     void playStates(DocumentPlace& step);
     void playState(DocumentPlace& state);

@@ -26,6 +26,15 @@ gfx::AffineTransform carrying(const gfx::Rect& from, const gfx::Rect& to) {
         .concat(gfx::AffineTransform::translation({to.minX(), to.minY()}));
 }
 
+// A path that leaves an area of the rectangle out, whichever way round its corners go.
+gfx::Path without(gfx::Polygon area, const gfx::Rect& rect) {
+    if (gfx::windingOf(area) > 0) std::ranges::reverse(area);
+    gfx::Path path;
+    path.addRect(rect);
+    path.addPath(gfx::pathOf(area));
+    return path;
+}
+
 }  // namespace
 
 CanvasPainter::CanvasPainter(const Canvas& canvas)
@@ -116,8 +125,10 @@ double CanvasPainter::rimOnScreen() const {
 
 // ---- tools
 
-void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) const {
+void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) {
     const gfx::AffineTransform& toView = context.transform();
+    Ground ground(*this);
+    tool.setGround(&ground);
     tool.setVisibleRect(pictureEdge(context));
     // Shadows turn with the picture, as in what is exported.
     const gfx::GraphicsStateGuard guard(context);
@@ -127,6 +138,46 @@ void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) const {
     }
     tool.draw(context);
     tool.drawMeasurement(context);
+    tool.setGround(nullptr);
+}
+
+// Each area is taken out of what may be shaded, so that those that overlap leave no seam.
+void CanvasPainter::drawShade(gfx::Context& context, const gfx::Rect& rect) const {
+    double dark = 0;
+    const gfx::GraphicsStateGuard guard(context);
+    // So that its edge smooths nothing twice.
+    const gfx::Rect everything = rect.inset(-2, -2);
+    for (const ToolRef& tool : _canvas.tools) {
+        if (tool->toolClass().layer() != ToolLayer::Shade || !tool->isDrawVaild()) continue;
+        dark = std::max(dark, tool->shade());
+        context.beginPath();
+        context.addPath(without(tool->area(), everything));
+        context.clip();
+    }
+    if (!(dark > 0)) return;
+    if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
+    context.setFillColor({0, 0, 0, std::min(dark, 1.0)});
+    context.fillRect(rect);
+}
+
+// From the picture's own pixels wherever it is magnified. What a crop has cut off is nowhere to be
+// seen, also where the whole picture is drawn to cut the part out of it.
+void CanvasPainter::Ground::draw(gfx::Context& context, const gfx::Rect& part) {
+    const CanvasPicture& picture = _painter._canvas.shown.picture;
+    const gfx::GraphicsStateGuard guard(context);
+    context.clipToRect(part);
+    if (picture.isCropped()) context.clipToRect(picture.part());
+    _painter.fillBackground(context, part);
+    if (!picture.source()) return;
+    const gfx::ImageRef image =
+        picture.repeatedAt(context.transform().largestStretch() * context.deviceScale());
+    context.setInterpolation(gfx::Interpolation::High);
+    context.drawImage(*image, picture.rect());
+    _painter.drawPatches(
+        context,
+        _painter.drawnPicture({image, picture.rect(), gfx::Interpolation::High}, picture.rect()),
+        [](const MDrawTool& patch) { return patch.isHiding(); },
+        [](const MDrawTool&) { return false; });
 }
 
 // Carried along with the copy of the picture that is drawn, once it hides anything.
@@ -135,7 +186,7 @@ void CanvasPainter::drawPatch(gfx::Context& context, MDrawTool& patch,
     const gfx::GraphicsStateGuard guard(context);
     if (patch.isHiding()) context.concat(along);
     if (const auto part = _hiding.coveredBy(patch)) {
-        if (!part->isEmpty()) MDrawMosiac::cover(context, _hiding.fill(patch), *part);
+        if (!part->empty()) MDrawMosiac::cover(context, _hiding.fill(patch), *part);
         return;
     }
     const gfx::Rect& rect = _canvas.shown.picture.rect();
@@ -143,6 +194,25 @@ void CanvasPainter::drawPatch(gfx::Context& context, MDrawTool& patch,
     const auto* const own = dynamic_cast<const MDrawMosiac*>(&patch);
     const bool isSoft = own && own->style() == MosaicStyle::Blur;
     patch.drawOnGround(context, isSoft ? mosaic.softFill(rect) : mosaic.fill(rect), rect);
+}
+
+// A patch that is turned covers more than its area by what its pixels' cells reach beyond it.
+// Beside the picture a patch hides nothing.
+std::vector<gfx::Rect> CanvasPainter::rimSidesOf(const MDrawTool& patch,
+                                                 const gfx::AffineTransform& along,
+                                                 const gfx::Rect& picture, double width) const {
+    gfx::Polygon area = patch.area();
+    const auto covered = _hiding.coveredBy(patch);
+    if (gfx::isUpright(area)) {
+        const gfx::Rect box = covered && !covered->empty() ? covered->front()
+                              : covered                    ? gfx::Rect()
+                                                           : gfx::boundsOf(area);
+        const gfx::Rect seen = along.apply(box).intersection(picture);
+        return seen.isEmpty() ? std::vector<gfx::Rect>() : rimSides(seen, width);
+    }
+    for (gfx::Point& corner : area)
+        corner = along.apply(corner);
+    return rimSides(area, width + (covered ? _hiding.reach() : 0));
 }
 
 // Patches go along with the copy that is drawn, which has been aligned: they cover on every screen
@@ -165,8 +235,7 @@ void CanvasPainter::drawPatches(gfx::Context& context, const DrawnPicture& pictu
     const double width = rimWidth(picture, toDevicePixels(context));
     for (const ToolRef& tool : _canvas.tools) {
         if (!(width > 0) || !isGround(*tool) || !isWanted(*tool) || !tool->isHiding()) continue;
-        const gfx::Rect covered = _hiding.coveredBy(*tool).value_or(tool->frame());
-        drawRim(context, picture, along.apply(covered), width,
+        drawRim(context, picture, rimSidesOf(*tool, along, picture.rect, width), width,
                 [&](gfx::Context& pixels) { draw(pixels, isLaid); });
     }
     draw(context, isWanted);

@@ -48,7 +48,9 @@ public:
     DrawnPicture drawnPicture(const ShownPicture& picture, const gfx::Rect& ground) const;
 
     // ---- tools
-    void drawTool(gfx::Context& context, MDrawTool& tool) const;
+    void drawTool(gfx::Context& context, MDrawTool& tool);
+    // What all tools of the shade together make of a canvas rectangle; nothing without any.
+    void drawShade(gfx::Context& context, const gfx::Rect& rect) const;
     using PatchTest = std::function<bool(const MDrawTool&)>;
     // The patches that are wanted, over the picture; others may rest in the ground already.
     void drawPatches(gfx::Context& context, const DrawnPicture& picture, const PatchTest& isWanted,
@@ -60,7 +62,19 @@ public:
     double rimOnScreen() const;
 
 private:
+    // For tools that show a place of it once more.
+    class Ground : public ToolGround {
+    public:
+        explicit Ground(CanvasPainter& painter) : _painter(painter) {}
+        void draw(gfx::Context& context, const gfx::Rect& part) override;
+
+    private:
+        CanvasPainter& _painter;
+    };
+
     gfx::Rect shownPlace(const gfx::Context& context) const;
+    std::vector<gfx::Rect> rimSidesOf(const MDrawTool& patch, const gfx::AffineTransform& along,
+                                      const gfx::Rect& picture, double width) const;
     void drawPatch(gfx::Context& context, MDrawTool& patch, const gfx::AffineTransform& along);
 
     Canvas _canvas;

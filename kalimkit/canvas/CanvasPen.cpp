@@ -26,7 +26,10 @@ void CanvasPen::setForgiving(bool forgiving) {
 
 void CanvasPen::choose(const ToolClass* toolClass, std::uint64_t drawType) {
     NewTools& pen = _canvas.tools.pen();
-    if (toolClass != pen.toolClass) _canvas.freehand.endWaiting();
+    if (toolClass != pen.toolClass) {
+        _canvas.freehand.endWaiting();
+        _canvas.finger.completePoints();
+    }
     pen.toolClass = toolClass;
     if (!pen.toolClass) _canvas.finger.stopDrawing();
     const ToolRef& created = _canvas.finger.tool();

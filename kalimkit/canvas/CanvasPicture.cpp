@@ -134,6 +134,13 @@ gfx::ImageRef CanvasPicture::shownAt(double pixelsPerPoint, PictureReductions::M
     return _lastShown = copy ? copy : _shown;
 }
 
+const gfx::ImageRef& CanvasPicture::repeatedAt(double pixelsPerPoint) const {
+    const double wanted = pixelsPerPoint * _rect.size.width;
+    // One that is larger than the picture has nothing that the picture does not have.
+    const bool isReduced = _shown && _shown->pixelSize().width < _source->pixelSize().width;
+    return isReduced && _shown->pixelSize().width + 0.5 >= wanted ? _shown : _source;
+}
+
 gfx::ImageRef CanvasPicture::exportedAt(double pixelsPerPoint) {
     if (!_fitted || _cut == PictureCut{}) return _fitted;
     const double wanted = pixelsPerPoint * _rect.size.width;

@@ -80,6 +80,9 @@ public:
     // What to draw where a canvas point comes to this many pixels of the screen: shown() as long as
     // that has the pixels, else a copy with more of the picture's own.
     gfx::ImageRef shownAt(double pixelsPerPoint, PictureReductions::Making making);
+    // The copy that there is that has so many pixels, or else the picture as it was handed in: for
+    // a place that is shown once more. Makes and lets go of nothing.
+    const gfx::ImageRef& repeatedAt(double pixelsPerPoint) const;
     // The same for an export, which does not care what a view shows.
     gfx::ImageRef exportedAt(double pixelsPerPoint);
     // Repeats what that answered last; null before.

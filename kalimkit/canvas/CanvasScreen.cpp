@@ -50,19 +50,30 @@ void CanvasScreen::redisplay() {
 
 void CanvasScreen::invalidate() {
     _drawn.forget();
+    _tied.markListChanged();
     _layers.invalidateAll();
     _canvas.view.setNeedsLayout();
     _canvas.view.setNeedsDisplay();
 }
 
+void CanvasScreen::markListChanged() {
+    _drawn.markListChanged();
+    _tied.markListChanged();
+}
+
 void CanvasScreen::invalidateGround(const gfx::Rect& rect) {
     _layers.invalidate(CanvasLayers::Ground, rect);
+    markGround(rect);
+}
+
+void CanvasScreen::markGround(const gfx::Rect& rect) {
     mark(rect);
+    _tied.markGround(rect);
 }
 
 void CanvasScreen::markCreated(const ToolRef& tool) {
     if (std::ranges::find(_created, tool) == _created.end()) _created.push_back(tool);
-    _drawn.markListChanged();
+    markListChanged();
 }
 
 void CanvasScreen::mark(const gfx::Rect& canvasRect) {
@@ -123,6 +134,7 @@ void CanvasScreen::updateLayersView() {
 void CanvasScreen::update() {
     sweepChangedTools();
     updateLayersView();
+    updateTied();
     if (const auto& group = _canvas.selection.group()) _canvas.tools.scaleForScreen(*group);
     const DrawnTools::Stale stale =
         _drawn.update(_canvas.tools.list(), selection(), createdTools());
@@ -131,6 +143,27 @@ void CanvasScreen::update() {
             rect.inset(-_canvas.painter.rimOnScreen(), -_canvas.painter.rimOnScreen()));
     markStale(stale);
     drawOnTop(stale);
+    markTied();
+}
+
+void CanvasScreen::updateTied() {
+    _tied.update(_canvas.tools.list());
+    if (_drawsItemsAnew == _tied.blends()) return;
+    _drawsItemsAnew = _tied.blends();
+    _layers.invalidateAll();
+    _canvas.view.setNeedsDisplay();
+}
+
+// What shows a place of the ground again looks different where that does, and the shade wherever
+// its areas have moved.
+void CanvasScreen::markTied() {
+    for (const ToolRef& tool : _tied.takeRepeaters()) {
+        const gfx::Rect extent = drawnExtent(*tool, layerScale(_layers));
+        _layers.invalidate(CanvasLayers::Items, extent);
+        mark(extent);
+    }
+    for (const gfx::Rect& rect : _tied.takeShadeChanges(_canvas.shown.content))
+        mark(rect);
 }
 
 void CanvasScreen::markStale(const DrawnTools::Stale& stale) {
@@ -139,20 +172,23 @@ void CanvasScreen::markStale(const DrawnTools::Stale& stale) {
         // Patches also change what is seen beside them.
         const double reach = layer == CanvasLayers::Ground ? rim : 0;
         for (const gfx::Rect& rect : stale.layers[layer]) {
-            _layers.invalidate(layer, rect.inset(-reach, -reach));
-            mark(rect.inset(-reach, -reach));
+            const gfx::Rect seen = rect.inset(-reach, -reach);
+            _layers.invalidate(layer, seen);
+            layer == CanvasLayers::Ground ? markGround(seen) : mark(seen);
         }
     }
     const bool isLive = hasLivePatch();
     const double liveReach = std::exchange(_hasLivePatch, isLive) || isLive ? rim : 0;
-    for (const gfx::Rect& rect : stale.live)
-        mark(rect.inset(-liveReach, -liveReach));
+    for (const gfx::Rect& rect : stale.live) {
+        const gfx::Rect seen = rect.inset(-liveReach, -liveReach);
+        liveReach > 0 || isLive ? markGround(seen) : mark(seen);
+    }
 }
 
 void CanvasScreen::drawOnTop(const DrawnTools::Stale& stale) {
     if (!stale.onTop) return;
     mark(stale.onTopExtent);
-    if (_layers.isStale(CanvasLayers::Items)) {
+    if (_layers.isStale(CanvasLayers::Items) || !keepsItems()) {
         _layers.invalidate(CanvasLayers::Items, stale.onTopExtent);
     } else {
         _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
@@ -175,7 +211,7 @@ bool CanvasScreen::refreshLayers() {
         paintItems(context, rect);
     };
     return _layers.refresh(CanvasLayers::Ground, device, ground) &&
-           _layers.refresh(CanvasLayers::Items, device, items);
+           (!keepsItems() || _layers.refresh(CanvasLayers::Items, device, items));
 }
 
 void CanvasScreen::draw(gfx::Context& context) {
@@ -211,8 +247,13 @@ void CanvasScreen::drawView(gfx::Context& context, bool hasLayers) {
     } else {
         inCanvas([&] { paintGround(context, shown.inverted().apply(_canvas.view.bounds())); });
     }
-    inCanvas([&] { drawLivePatches(context); });
-    if (hasLayers && further.isIdentity()) {
+    inCanvas([&] {
+        drawLivePatches(context);
+        drawShade(context);
+    });
+    if (hasLayers && !keepsItems()) {
+        inCanvas([&] { paintItems(context, context.clipBounds()); });
+    } else if (hasLayers && further.isIdentity()) {
         _layers.show(CanvasLayers::Items, context);
     } else if (hasLayers) {
         inCanvas([&] {
@@ -258,6 +299,13 @@ void CanvasScreen::paintGround(gfx::Context& context, const gfx::Rect& rect) {
         [this](const MDrawTool& patch) { return isResting(patch); });
 }
 
+void CanvasScreen::drawShade(gfx::Context& context) {
+    if (!_tied.hasShade()) return;
+    const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
+    _canvas.painter.drawShade(
+        context, alongPicture(_canvas.shown.content, _canvas.shown.picture.rect(), picture.rect));
+}
+
 void CanvasScreen::paintItems(gfx::Context& context, const gfx::Rect& rect) {
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
@@ -266,7 +314,7 @@ void CanvasScreen::paintItems(gfx::Context& context, const gfx::Rect& rect) {
 
 // Whether a patch lies in the ground.
 bool CanvasScreen::isResting(const MDrawTool& patch) const {
-    return _drawn.isDrawnIn(patch, CanvasLayers::Ground, patch.frame());
+    return _drawn.isDrawnIn(patch, CanvasLayers::Ground, gfx::boundsOf(patch.area()));
 }
 
 void CanvasScreen::drawTool(gfx::Context& context, MDrawTool& tool) {
@@ -314,6 +362,9 @@ void CanvasScreen::drawExported(gfx::Context& context, const DrawnPicture& pictu
     const auto all = [](const MDrawTool&) { return true; };
     context.setInterpolation(gfx::Interpolation::High);
     _canvas.painter.drawPatches(context, picture, all, all);
+    // Whatever belongs to the surface beyond the content as it was measured last is shaded, too.
+    constexpr double farther = 1000;
+    _canvas.painter.drawShade(context, _canvas.shown.content.inset(-farther, -farther));
     drawRestingItems(context);
     drawSelection(context, false);
     drawCreatedItems(context);

@@ -4,6 +4,7 @@
 #include "kalimkit/canvas/DrawnTools.h"
 #include "kalimkit/canvas/FrameCount.h"
 #include "kalimkit/canvas/PatchRim.h"
+#include "kalimkit/canvas/TiedTools.h"
 
 namespace kalim::ui {
 class View;
@@ -36,7 +37,7 @@ public:
     void invalidate();
     // Does the same for the background in a canvas rectangle.
     void invalidateGround(const gfx::Rect& rect);
-    void markListChanged() { _drawn.markListChanged(); }
+    void markListChanged();
     void markChanged(const ToolRef& tool) { _drawn.markChanged(tool); }
     // A finger has begun to make the tool, or nothing is being made any more.
     void markCreated(const ToolRef& tool);
@@ -59,15 +60,21 @@ private:
     void mark(const gfx::Rect& canvasRect);
     void updateLayersView();
     void markStale(const DrawnTools::Stale& stale);
+    void updateTied();
+    void markGround(const gfx::Rect& rect);
+    void markTied();
+    void markShade();
     void drawOnTop(const DrawnTools::Stale& stale);
     void sweepChangedTools();
     bool hasLivePatch() const;
     ToolRef selection() const;
     const ToolList& createdTools();
     bool refreshLayers();
+    bool keepsItems() const { return !_tied.blends(); }
 
     void drawView(gfx::Context& context, bool hasLayers);
     void paintGround(gfx::Context& context, const gfx::Rect& rect);
+    void drawShade(gfx::Context& context);
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     bool isResting(const MDrawTool& patch) const;
     void drawTool(gfx::Context& context, MDrawTool& tool);
@@ -79,13 +86,16 @@ private:
     Canvas _canvas;
     CanvasLayers _layers;
     DrawnTools _drawn;
+    TiedTools _tied;
     // Those made by a finger and not finished yet; brought up to date when asked for.
     ToolList _created;
     FrameCount _count;
     // The layers show all that is on the way from one cut of the picture to another.
     bool _showsOverview = false;
-    // A patch is selected, as of the last update.
+    // As of the last update: a patch is selected, and what lies under a tool that blends is drawn
+    // anew in every frame instead of being kept.
     bool _hasLivePatch = false;
+    bool _drawsItemsAnew = false;
 };
 
 }  // namespace kalim

@@ -21,7 +21,7 @@ bool CanvasSpeech::isAnnounced(const MDrawTool& tool) const {
 gfx::Rect CanvasSpeech::announcedFrame(MDrawTool& tool) const {
     tool.refreshTransform();
     const bool hasLine = tool.toolClass().layer() == ToolLayer::Items;
-    const gfx::Rect box = hasLine ? tool.frameIncludeLineWidth() : tool.frame();
+    const gfx::Rect box = hasLine ? tool.frameIncludeLineWidth() : gfx::boundsOf(tool.area());
     const double least = tool.lineWidth();
     const gfx::Size missing{std::max(least - box.size.width, 0.0),
                             std::max(least - box.size.height, 0.0)};

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kalimkit/canvas/CanvasShown.h"
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/shapes/MDrawLine.h"
 
 namespace kalim {
@@ -49,6 +50,13 @@ void CanvasTools::open(ToolList tools) {
     recount();
 }
 
+void CanvasTools::recordExchange(const ToolRef& left, const ToolRef& came) {
+    const auto both = MDrawMutableSelect::make();
+    both->addSubTool(left);
+    both->addSubTool(came);
+    _undoManager.addExchange(both);
+}
+
 void CanvasTools::discard(const ToolRef& tool) {
     const ToolRef kept = tool;
     forget(kept);
@@ -68,19 +76,23 @@ void CanvasTools::lay(const ToolPlacements& placements) {
         insert(placement.tool, std::min(placement.place, _list->size()));
 }
 
-// Patches lie below everything else, whenever they were made.
+// Patches lie below everything else, and what makes the shade lies on them, whenever they were
+// made.
 ToolRef CanvasTools::topmostAt(gfx::Point p) const {
     // What is not to be seen cannot be meant.
     if (_shown.isCropped() && !_shown.picture.part().contains(p)) return nullptr;
-    ToolRef patch;
+    ToolRef lower;
     for (auto tool = _list->rbegin(); tool != _list->rend(); ++tool) {
         if ((*tool)->isNewBuild() || (*tool)->isLocked()) continue;
         (*tool)->setViewScale(_shown.picture.hasBasis() ? _shown.touchScale() : 0);
         if (!(*tool)->hitTest(p)) continue;
-        if ((*tool)->toolClass().layer() == ToolLayer::Items) return *tool;
-        if (!patch) patch = *tool;
+        const ToolLayer layer = (*tool)->toolClass().layer();
+        if (layer == ToolLayer::Items) return *tool;
+        const bool isHigher =
+            lower && layer == ToolLayer::Shade && lower->toolClass().layer() == ToolLayer::Ground;
+        if (!lower || isHigher) lower = *tool;
     }
-    return patch;
+    return lower;
 }
 
 double CanvasTools::touchScale() const {

@@ -40,6 +40,10 @@ public:
     void remove(const ToolRef& tool) { _undoManager.removeTool(tool); }
     // Takes the tool off the canvas without a record.
     void forget(const ToolRef& tool) { _undoManager.removeToolFromAllSystem(tool); }
+    void exchange(const ToolRef& leaving, const ToolRef& coming) {
+        _undoManager.exchangeTool(leaving, coming);
+    }
+    void recordExchange(const ToolRef& left, const ToolRef& came);
     // The same for one that was being created.
     void discard(const ToolRef& tool);
     // All of them, with their records.

@@ -19,7 +19,7 @@ gfx::Rect extentWith(MDrawTool& tool, double scale, gfx::ExtentContext::Shadows 
 }  // namespace
 
 gfx::Rect drawnExtent(MDrawTool& tool, double scale) {
-    if (tool.toolClass().layer() == ToolLayer::Ground) return tool.frame();
+    if (tool.toolClass().layer() == ToolLayer::Ground) return gfx::boundsOf(tool.area());
     return extentWith(tool, scale, gfx::ExtentContext::Shadows::Counted);
 }
 

@@ -276,6 +276,10 @@ void MDrawMutableSelect::setVisibleRect(const std::optional<gfx::Rect>& rect) {
     forward([&](MDrawTool& member) { member.setVisibleRect(rect); });
 }
 
+void MDrawMutableSelect::setGround(ToolGround* ground) {
+    forward([&](MDrawTool& member) { member.setGround(ground); });
+}
+
 // ---- history
 
 bool MDrawMutableSelect::updatefeature() {

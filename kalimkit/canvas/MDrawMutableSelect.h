@@ -95,6 +95,7 @@ public:
     void drawContentHandle(gfx::Context& context) override;
     void drawMeasurement(gfx::Context& context) override;
     void setVisibleRect(const std::optional<gfx::Rect>& rect) override;
+    void setGround(ToolGround* ground) override;
 
     // ---- history, for the copies on the undo stacks
     bool updatefeature() override;

@@ -205,14 +205,39 @@ void MDrawView::beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t
 }
 
 bool MDrawView::beginDrawingWithClass(const ToolClass& toolClass, std::uint64_t drawType) {
-    const bool isByTouch = toolClass.beginning() != ToolBeginning::Taps;
+    const bool isByTouch = toolClass.beginning() != ToolBeginning::Taps || placesPoints();
     if (!toolClass.makeWithStartPoint || !isByTouch) return false;
     held()->pen.choose(&toolClass, drawType);
     return true;
 }
 
+bool MDrawView::beginDrawingWithClassNamed(const std::string& name, std::uint64_t drawType) {
+    const ToolClass* const toolClass = toolClassNamed(name);
+    return toolClass && beginDrawingWithClass(*toolClass, drawType);
+}
+
 const ToolClass* MDrawView::drawToolClass() const {
     return _parts->tools.pen().toolClass;
+}
+
+bool MDrawView::placesPoints() const {
+    return _parts->tools.pen().placesPoints;
+}
+
+void MDrawView::setPlacesPoints(bool places) {
+    _parts->tools.pen().placesPoints = places;
+}
+
+bool MDrawView::isPlacingPoints() const {
+    return _parts->finger.isPlacing();
+}
+
+bool MDrawView::completePoints() {
+    return held()->finger.completePoints();
+}
+
+bool MDrawView::dropPoints() {
+    return held()->finger.dropPoints();
 }
 
 void MDrawView::setDrawTypeForType(std::uint64_t drawType, std::int64_t type) {

@@ -133,9 +133,25 @@ public:
     // nothing.
     void beginDrawingForTypeWithDrawType(std::int64_t type, std::uint64_t drawType);
     // The same by the class itself, also for kinds that a host brings along. Answers whether tools
-    // of the class are begun by touch; where they are not, nothing changes.
+    // of the class are begun by touch; where they are not, nothing changes. Those that are made
+    // point by point are where setPlacesPoints() says so.
     bool beginDrawingWithClass(const ToolClass& toolClass, std::uint64_t drawType = 0);
+    // The same by the class's name; false for a name without one.
+    bool beginDrawingWithClassNamed(const std::string& name, std::uint64_t drawType = 0);
     const ToolClass* drawToolClass() const;
+    // Whether kinds that are made point by point (ToolBeginning::Taps) are made by fingers on the
+    // canvas: each tap sets a point, and so does the end of a drag, to which a line leads
+    // meanwhile. A tap on the first point ends the shape, and so do two taps at one place, or a
+    // shape that has all its points. The whole shape is one step; undo() takes points back until
+    // then. Off at first: the canvas leaves them to its host then.
+    bool placesPoints() const;
+    void setPlacesPoints(bool places);
+    // Whether a shape is under way that still gets points.
+    bool isPlacingPoints() const;
+    // The shape under way ends as it is, as a step, or goes without one. Answers whether there was
+    // any; one with too few points is dropped.
+    bool completePoints();
+    bool dropPoints();
     // Also restyles selected tools that are exactly of the type's class.
     void setDrawTypeForType(std::uint64_t drawType, std::int64_t type);
     std::uint64_t drawType() const;

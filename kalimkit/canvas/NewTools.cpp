@@ -13,7 +13,8 @@ void NewTools::prepare(MDrawTool& tool) const {
             tool.setProperty(name, value);
     }
     tool.setIsNewBuild(true);
-    tool.finalize();
+    // Where points are still to come the shape says itself when it is finished.
+    if (tool.toolClass().beginning() != ToolBeginning::Taps) tool.finalize();
 }
 
 std::optional<ToolPropertyValue> NewTools::property(const ToolClass& kind,

@@ -28,6 +28,8 @@ struct KALIM_API NewTools {
     std::string unit;
     bool showMeasurement = false;
     ToolRules rules;
+    // See MDrawView::setPlacesPoints.
+    bool placesPoints = false;
 
     // ---- what was chosen for tools of a class, see ToolProperty
     ToolPropertyValues& propertiesOf(const ToolClass& kind) { return _properties[&kind]; }

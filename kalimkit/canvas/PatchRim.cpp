@@ -1,7 +1,6 @@
 #include "kalimkit/canvas/PatchRim.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "kalimkit/shapes/WholePixels.h"
@@ -21,16 +20,6 @@ gfx::AffineTransform toSource(const DrawnPicture& picture) {
     return gfx::AffineTransform::scaling(pixels.width / picture.rect.size.width,
                                          pixels.height / picture.rect.size.height)
         .translated(-picture.rect.minX(), -picture.rect.minY());
-}
-
-// The four sides of the rim. At the corners they overlap, so that a pixel between two of them is
-// covered by one as a whole.
-std::array<gfx::Rect, 4> sides(const gfx::Rect& patch, double width) {
-    const gfx::Rect outer = patch.inset(-width, -width);
-    return {gfx::Rect(outer.minX(), outer.minY(), outer.size.width, width),
-            gfx::Rect(outer.minX(), patch.maxY(), outer.size.width, width),
-            gfx::Rect(outer.minX(), outer.minY(), width, outer.size.height),
-            gfx::Rect(patch.maxX(), outer.minY(), width, outer.size.height)};
 }
 
 // A part of the picture, pixel for pixel, with the patches laid into it.
@@ -82,14 +71,41 @@ double rimWidth(const DrawnPicture& picture, const gfx::AffineTransform& toPixel
            std::max({devicePixel, pixelOf(raster), pixelOf(picture.copy->pixelSize())});
 }
 
-void drawRim(gfx::Context& context, const DrawnPicture& picture, const gfx::Rect& patch,
-             double width, const std::function<void(gfx::Context&)>& layPatches) {
-    const gfx::Rect covered = patch.intersection(picture.rect);
-    // Beside the picture a patch hides nothing.
-    if (covered.isEmpty()) return;
+// At the corners they overlap, so that a pixel between two of them is covered by one as a whole.
+std::vector<gfx::Rect> rimSides(const gfx::Rect& patch, double width) {
+    const gfx::Rect outer = patch.inset(-width, -width);
+    return {gfx::Rect(outer.minX(), outer.minY(), outer.size.width, width),
+            gfx::Rect(outer.minX(), patch.maxY(), outer.size.width, width),
+            gfx::Rect(outer.minX(), outer.minY(), width, outer.size.height),
+            gfx::Rect(patch.maxX(), outer.minY(), width, outer.size.height)};
+}
+
+// By pieces of the edges: one box around all of an edge that runs aslant would be mostly what the
+// patch covers anyway.
+std::vector<gfx::Rect> rimSides(const gfx::Polygon& patch, double width) {
+    constexpr double widthsOfPiece = 12;
+    constexpr double mostPieces = 16;
+    std::vector<gfx::Rect> sides;
+    for (std::size_t i = 0; i < patch.size(); ++i) {
+        const gfx::Point from = patch[i];
+        const gfx::Point way = patch[(i + 1) % patch.size()] - from;
+        const double pieces = std::clamp(
+            std::ceil(std::hypot(way.x, way.y) / (widthsOfPiece * width)), 1.0, mostPieces);
+        for (double piece = 0; piece < pieces; ++piece) {
+            sides.push_back(gfx::Rect::spanning(from + way * (piece / pieces),
+                                                from + way * ((piece + 1) / pieces))
+                                .inset(-width, -width));
+        }
+    }
+    return sides;
+}
+
+void drawRim(gfx::Context& context, const DrawnPicture& picture,
+             const std::vector<gfx::Rect>& sides, double width,
+             const std::function<void(gfx::Context&)>& layPatches) {
     const gfx::AffineTransform toPixels = toDevicePixels(context);
     const gfx::Rect visible = context.clipBounds();
-    for (const gfx::Rect& side : sides(covered, width)) {
+    for (const gfx::Rect& side : sides) {
         const gfx::Rect seen = side.intersection(picture.rect);
         if (seen.isEmpty() || !seen.intersects(visible)) continue;
         // As far again, so that nothing beyond the strip is missed where it is mixed.

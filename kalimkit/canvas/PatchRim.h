@@ -1,10 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/gfx/Polygon.h"
 #include "kalimkit/gfx/Rect.h"
 
 namespace kalim {
@@ -29,11 +31,17 @@ KALIM_API gfx::AffineTransform toDevicePixels(const gfx::Context& context);
 // 0 where it is drawn pixel for pixel. `toPixels` carries canvas points to device pixels.
 KALIM_API double rimWidth(const DrawnPicture& picture, const gfx::AffineTransform& toPixels);
 
-// Draws the picture anew all around a patch, so far from it, out of its own pixels with the patches
-// laid into them first: what a patch hides is then mixed into nothing that is seen beside it. The
-// place under the patch itself is left to be covered. `layPatches` draws all the patches, canvas
-// points, over the picture in a context where each of the picture's pixels is a device pixel.
-KALIM_API void drawRim(gfx::Context& context, const DrawnPicture& picture, const gfx::Rect& patch,
-                       double width, const std::function<void(gfx::Context&)>& layPatches);
+// The sides of a patch, canvas points: together they hold all that is so near to it.
+KALIM_API std::vector<gfx::Rect> rimSides(const gfx::Rect& patch, double width);
+KALIM_API std::vector<gfx::Rect> rimSides(const gfx::Polygon& patch, double width);
+
+// Draws the picture anew at the sides of a patch, which are so wide, out of its own pixels with the
+// patches laid into them first: what a patch hides is then mixed into nothing that is seen beside
+// it. The place under the patch itself is left to be covered. `layPatches` draws all the patches,
+// canvas points, over the picture in a context where each of the picture's pixels is a device
+// pixel.
+KALIM_API void drawRim(gfx::Context& context, const DrawnPicture& picture,
+                       const std::vector<gfx::Rect>& sides, double width,
+                       const std::function<void(gfx::Context&)>& layPatches);
 
 }  // namespace kalim

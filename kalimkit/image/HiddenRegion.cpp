@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 
 namespace kalim {
 
@@ -55,6 +56,51 @@ void fillSealedRow(std::uint8_t* row, const gfx::PixelRect& rect, const std::uin
     }
 }
 
+struct Span {
+    double from = std::numeric_limits<double>::infinity();
+    double to = -std::numeric_limits<double>::infinity();
+
+    void include(double x) {
+        from = std::min(from, x);
+        to = std::max(to, x);
+    }
+};
+
+// How far the area reaches across between two heights.
+Span acrossBetween(const gfx::Polygon& area, double top, double bottom) {
+    Span span;
+    for (std::size_t i = 0; i < area.size(); ++i) {
+        const gfx::Point& from = area[i];
+        const gfx::Point& to = area[(i + 1) % area.size()];
+        const double low = std::max(std::min(from.y, to.y), top);
+        const double high = std::min(std::max(from.y, to.y), bottom);
+        if (low > high) continue;
+        const auto at = [&](double y) {
+            return from.x + (to.x - from.x) * ((y - from.y) / (to.y - from.y));
+        };
+        if (from.y == to.y) {
+            span.include(from.x);
+            span.include(to.x);
+        } else {
+            span.include(at(low));
+            span.include(at(high));
+        }
+    }
+    return span;
+}
+
+// Rows that hide the same are one.
+void append(gfx::PixelRects& rows, const gfx::PixelRect& row) {
+    if (!rows.empty()) {
+        gfx::PixelRect& last = rows.back();
+        if (last.x == row.x && last.width == row.width && last.y + last.height >= row.y) {
+            last.height = row.y + row.height - last.y;
+            return;
+        }
+    }
+    rows.push_back(row);
+}
+
 }  // namespace
 
 gfx::PixelRect grownToGrid(const gfx::Rect& rect, const gfx::PixelGrid& grid,
@@ -67,18 +113,41 @@ gfx::PixelRect grownToGrid(const gfx::Rect& rect, const gfx::PixelGrid& grid,
     return {across.first, down.first, across.end - across.first, down.end - down.first};
 }
 
+gfx::PixelRects grownToGrid(const gfx::Polygon& area, const gfx::PixelGrid& grid,
+                            gfx::PixelSize picture) {
+    const gfx::Rect bounds = gfx::boundsOf(area);
+    const gfx::PixelRect whole = grownToGrid(bounds, grid, picture);
+    gfx::PixelRects rows;
+    if (whole.isEmpty()) return rows;
+    const int cell = std::max(grid.cell.height, 1);
+    const auto last = static_cast<int>(std::min<double>(bounds.maxY(), picture.height));
+    for (int y = flooredTo(cell, grid.y, static_cast<int>(std::max(bounds.minY(), 0.0))); y <= last;
+         y += cell) {
+        const Span span = acrossBetween(area, y, y + cell);
+        if (span.from > span.to) continue;
+        // What touches a border without going over it counts here, too.
+        const gfx::PixelRect row = grownToGrid(
+            gfx::Rect(span.from - tolerance * 2, y, span.to - span.from + tolerance * 4, cell),
+            grid, picture);
+        if (!row.isEmpty()) append(rows, row);
+    }
+    return rows;
+}
+
 void hideRegions(gfx::Bitmap& picture, std::span<const HiddenRegion> regions,
                  const gfx::Bitmap& sealed, int level) {
     for (const HiddenRegion& region : regions) {
-        const gfx::PixelRect& rect = region.rect;
         gfx::Bitmap solid(1, 1);
         if (region.solid) solid.setColorAt(0, 0, region.solid->withAlpha(1));
-        for (int y = rect.y; y < rect.y + rect.height; ++y) {
-            std::uint8_t* const row = picture.row(y);
-            if (region.solid) {
-                fillRow(row + static_cast<std::ptrdiff_t>(rect.x) * 4, rect.width, solid.data());
-            } else {
-                fillSealedRow(row, rect, sealed.row(y / level), level);
+        for (const gfx::PixelRect& rect : region.rects) {
+            for (int y = rect.y; y < rect.y + rect.height; ++y) {
+                std::uint8_t* const row = picture.row(y);
+                if (region.solid) {
+                    fillRow(row + static_cast<std::ptrdiff_t>(rect.x) * 4, rect.width,
+                            solid.data());
+                } else {
+                    fillSealedRow(row, rect, sealed.row(y / level), level);
+                }
             }
         }
     }

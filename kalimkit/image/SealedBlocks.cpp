@@ -44,9 +44,12 @@ public:
           _level(level),
           _columns((picture.width() + level - 1) / level),
           _rows((picture.height() + level - 1) / level),
-          _blocks(static_cast<std::size_t>(_columns) * static_cast<std::size_t>(_rows)) {}
+          _blocks(static_cast<std::size_t>(_columns) * static_cast<std::size_t>(_rows)),
+          _hiddenByRow(static_cast<std::size_t>(_rows)) {}
 
     gfx::Bitmap colors() {
+        for (const gfx::PixelRect& rect : _hidden)
+            if (!rect.isEmpty()) addToRows(rect);
         for (const gfx::PixelRect& rect : _hidden)
             if (!rect.isEmpty()) take(rect);
         while (!_frontier.empty())
@@ -84,6 +87,13 @@ private:
         visit({place.x - 1, place.y - 1}, {place.x + 1, place.y + 1}, each);
     }
 
+    // Turned patches are hidden row by row: a block looks at those alone that meet its own row.
+    void addToRows(const gfx::PixelRect& rect) {
+        const int last = std::min((rect.y + rect.height - 1) / _level, _rows - 1);
+        for (int row = std::max(rect.y / _level, 0); row <= last; ++row)
+            _hiddenByRow[static_cast<std::size_t>(row)].push_back(&rect);
+    }
+
     // The blocks that the region touches, and one more on each side.
     void take(const gfx::PixelRect& rect) {
         const Place first{rect.x / _level, rect.y / _level};
@@ -103,10 +113,8 @@ private:
     bool look(Place place, Tone& tone) const {
         const gfx::PixelRect own{place.x * _level, place.y * _level, _level, _level};
         std::vector<gfx::PixelRect> over;
-        for (const gfx::PixelRect& rect : _hidden) {
-            const bool meets = rect.x < own.x + _level && own.x < rect.x + rect.width &&
-                               rect.y < own.y + _level && own.y < rect.y + rect.height;
-            if (meets) over.push_back(rect);
+        for (const gfx::PixelRect* const rect : _hiddenByRow[static_cast<std::size_t>(place.y)]) {
+            if (rect->x < own.x + _level && own.x < rect->x + rect->width) over.push_back(*rect);
         }
         const int step = std::max(_level / samplesAlong, 1);
         std::int64_t sums[4] = {};
@@ -199,6 +207,7 @@ private:
     int _columns;
     int _rows;
     std::vector<Block> _blocks;
+    std::vector<std::vector<const gfx::PixelRect*>> _hiddenByRow;
     std::vector<Place> _frontier;
 };
 

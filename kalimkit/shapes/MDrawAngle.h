@@ -22,6 +22,7 @@ public:
 protected:
     MDrawAngle() = default;
     void init() override;
+    std::size_t leastVertices() const override { return 3; }
     bool hasAllVertices() const { return _points.size() >= 3; }
 };
 

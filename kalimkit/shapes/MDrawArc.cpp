@@ -33,6 +33,8 @@ void MDrawArc::drawUp(gfx::Point p) {
 }
 
 void MDrawArc::drawContent(gfx::Context& context) {
+    // Whoever makes it by taps sees where it goes.
+    if (!finalized() && rules().forgiving) return MDrawAngle::drawContent(context);
     // An unfinished arc shows what any tool shows that has no content of its own.
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     if (!finalized()) return MDrawTool::drawContent(context);

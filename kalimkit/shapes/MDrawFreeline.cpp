@@ -74,7 +74,6 @@ bool MDrawFreeline::isDrawVaild() const {
     return _strokes.pointCount() > (rules().forgiving ? 0 : minimumPoints);
 }
 
-// Hit tests and scaling need this many.
 bool MDrawFreeline::hasEnoughPoints() const {
     return _strokes.pointCount() >= (rules().forgiving ? 1 : minimumPoints);
 }

@@ -21,6 +21,8 @@ public:
     const ToolClass& toolClass() const override { return Class(); }
 
     void drawMove(gfx::Point p) override;
+    // Of one stroke, see recognizedStroke().
+    ToolRef straightened() const override;
     // MDrawFreeLineHelper finalizes, not the touch-up.
     void drawUp(gfx::Point p) override;
     // Takes a point of a stroke, in the tool's unrotated frame.
@@ -83,8 +85,12 @@ protected:
     // Leaves the points as they are, unlike the boxes.
     MoveDirection handleAt(gfx::Point p) override;
 
+    // Hit tests and scaling need so many.
+    virtual bool hasEnoughPoints() const;
+    FreehandStrokes& strokes() { return _strokes; }
+    const FreehandStrokes& strokes() const { return _strokes; }
+
 private:
-    bool hasEnoughPoints() const;
     gfx::Point farCorner() const;
     void scaleTo(gfx::Point finger);
     void strokesChanged();

@@ -1,16 +1,22 @@
 #include "kalimkit/shapes/MDrawMosiac.h"
 
+#include <cmath>
 #include <utility>
 #include <variant>
 
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/shapes/WholePixels.h"
+#include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
 
 namespace {
 
 constexpr double hitMargin = 5;
+
+constexpr std::string_view turnedName = "turned";
+constexpr ToolDetailRule detailRules[] = {{"rectArcRadius", ToolDetailRule::Type::Number, false},
+                                          {turnedName, ToolDetailRule::Type::Number, false, 0}};
 
 // Whether there is anything to paint with.
 bool setFill(gfx::Context& context, const gfx::Paint& fill) {
@@ -44,6 +50,7 @@ const ToolClass& MDrawMosiac::Class() {
                                       .picking = ToolPicking::UnderForgivingRules,
                                       .keepsToFrame = true,
                                       .toolType = 5,
+                                      .details = detailRules,
                                       .properties = std::span<const ToolProperty>()}};
     return toolClass;
 }
@@ -112,21 +119,76 @@ void MDrawMosiac::drawMosiacContentWithFilledColorInRect(gfx::Context& context,
         context.fillRect(frame().inset(1, 1));
         return;
     }
+    if (isTurned()) return coverTurned(context, fill, background);
     const gfx::Rect hidden = frame().intersection(background);
     if (hidden.isEmpty()) return;
-    if (!_masciImage) return cover(context, fill, hidden);
+    if (!_masciImage) return cover(context, fill, {&hidden, 1});
     context.setAntialias(false);
     context.drawImage(*_masciImage, devicePixels(context, hidden));
 }
 
-void MDrawMosiac::cover(gfx::Context& context, const gfx::Paint& fill, const gfx::Rect& part) {
-    const gfx::GraphicsStateGuard guard(context);
+// A device pixel further on every side, so that none at the rim is left half covered.
+void MDrawMosiac::coverTurned(gfx::Context& context, const gfx::Paint& fill,
+                              const gfx::Rect& background) const {
+    if (background.isEmpty()) return;
     context.setAntialias(false);
-    if (setFill(context, fill)) context.fillRect(devicePixels(context, part));
+    context.clipToRect(devicePixels(context, background));
+    if (_masciImage) {
+        context.concat(turn());
+        return context.drawImage(*_masciImage, frame());
+    }
+    if (!setFill(context, fill)) return;
+    const double scale = std::sqrt(std::abs(context.transform().determinant()));
+    const double pixel = scale > 0 ? 1 / (scale * context.deviceScale()) : 0;
+    context.beginPath();
+    context.addPath(gfx::pathOf(gfx::cornersOf(frame().inset(-pixel, -pixel), turn())));
+    context.fill();
 }
 
+void MDrawMosiac::cover(gfx::Context& context, const gfx::Paint& fill,
+                        std::span<const gfx::Rect> parts) {
+    const gfx::GraphicsStateGuard guard(context);
+    context.setAntialias(false);
+    if (!setFill(context, fill)) return;
+    if (parts.size() == 1) return context.fillRect(devicePixels(context, parts.front()));
+    context.beginPath();
+    for (const gfx::Rect& part : parts)
+        context.addRect(devicePixels(context, part));
+    context.fill();
+}
+
+// ---- turning
+
+gfx::AffineTransform MDrawMosiac::turn() const {
+    return gfx::AffineTransform::rotation(rotateAngle(), QVMidPoint(startPoint(), endPoint()));
+}
+
+gfx::Polygon MDrawMosiac::area() const {
+    return isTurned() ? gfx::cornersOf(frame(), turn()) : gfx::cornersOf(frame());
+}
+
+void MDrawMosiac::setRules(const ToolRules& rules) {
+    MDrawRect::setRules(rules);
+    _isTurnable = _isTurnable || rules.forgiving;
+}
+
+ToolDetails MDrawMosiac::keptDetails() const {
+    ToolDetails kept = MDrawRect::keptDetails();
+    if (isTurned()) kept.push_back({turnedName, 1.0});
+    return kept;
+}
+
+bool MDrawMosiac::takeDetail(std::string_view name, const ToolDetailValue& value) {
+    const auto* const turned = std::get_if<double>(&value);
+    if (name != turnedName || !turned) return MDrawRect::takeDetail(name, value);
+    _isTurnable = *turned != 0;
+    return true;
+}
+
+// ---- under fingers
+
 bool MDrawMosiac::hitTest(gfx::Point p) {
-    return rules().forgiving && frame().inset(-hitMargin, -hitMargin).contains(p);
+    return rules().forgiving && frame().inset(-hitMargin, -hitMargin).contains(invertPoint(p));
 }
 
 bool MDrawMosiac::hitOnHandle(gfx::Point p) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/GraphicsState.h"
@@ -25,8 +26,9 @@ enum class MosaicStyle : std::uint64_t {
 // A patch that hides a rectangle of the picture. The canvas supplies the pixelated picture as a
 // fill and paints patches in a pass of their own; in all else a finished patch is inert: no finger
 // hits it, and it draws nothing among the other tools. Under forgiving rules it is picked, moved
-// and resized as a box is, but never turned, and keeps the colour and the width that it was made
-// with, unless it is solid: nothing of them is seen.
+// resized and turned as a box is, and keeps the colour and the width that it was made with, unless
+// it is solid: nothing of them is seen. What it shows stays where it is in the picture when it is
+// turned.
 class KALIM_API MDrawMosiac : public MDrawRect {
 public:
     static std::shared_ptr<MDrawMosiac> initWithStartPoint(gfx::Point start);
@@ -56,7 +58,7 @@ public:
     bool hitTest(gfx::Point p) override;
     bool hitOnHandle(gfx::Point p) override;
     bool testHitOnHandle(gfx::Point p) override;
-    bool isSupportGestureRotate() const override { return !rules().forgiving; }
+    gfx::Polygon area() const override;
 
     void drawContent(gfx::Context&) override {}
     void drawSlectedStateContent(gfx::Context& context) override;
@@ -72,12 +74,17 @@ public:
     void drawMosiacContentWithFilledColorInRect(gfx::Context& context, const gfx::Paint& fill,
                                                 const gfx::Rect& background);
 
-    // Fills the rectangle, user space, grown to whole device pixels.
-    static void cover(gfx::Context& context, const gfx::Paint& fill, const gfx::Rect& part);
+    // Fills the rectangles, user space, each grown to whole device pixels.
+    static void cover(gfx::Context& context, const gfx::Paint& fill,
+                      std::span<const gfx::Rect> parts);
 
     // Keeps the look of the preview, whatever the colour.
     void setColor(gfx::ColorRef color) override;
     void setLineWidth(double width) override;
+    // Once it has lain on a forgiving canvas its angle counts, wherever it comes to afterwards.
+    void setRules(const ToolRules& rules) override;
+    ToolDetails keptDetails() const override;
+    bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
     // A ready piece of pixelated picture is drawn instead of the fill; null stands for none.
     const gfx::ImageRef& masciImage() const { return _masciImage; }
     void setMasciImage(gfx::ImageRef image) { _masciImage = std::move(image); }
@@ -91,7 +98,14 @@ private:
         return rules().forgiving && _mIsDrawUp && style() != MosaicStyle::Solid;
     }
 
+    bool isTurned() const { return _isTurnable && rotateAngle() != 0; }
+    gfx::AffineTransform turn() const;
+    void coverTurned(gfx::Context& context, const gfx::Paint& fill,
+                     const gfx::Rect& background) const;
+
     bool _mIsDrawUp = false;
+    // Patches of canvases that are not forgiving never were turned, whatever their angle says.
+    bool _isTurnable = false;
     // Set for the preview, which is never stroked; deliberate.
     gfx::ColorRef _maskBorderColor;
     gfx::ImageRef _masciImage;

@@ -56,6 +56,19 @@ void MDrawPolyline::drawThrough(std::span<const gfx::Point> points) {
         drawUp(p);
 }
 
+bool MDrawPolyline::takeBackPoint() {
+    if (finalized() || _points.size() < 2) return false;
+    _points.pop_back();
+    _movePoint = {};
+    return true;
+}
+
+bool MDrawPolyline::completePoints() {
+    _movePoint = {};
+    if (!finalized() && _points.size() >= leastVertices()) finalize();
+    return finalized();
+}
+
 gfx::Rect MDrawPolyline::frame() const {
     if (_points.empty()) return {};
     gfx::Point low = _points.front();

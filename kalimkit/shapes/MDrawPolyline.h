@@ -29,6 +29,10 @@ public:
     // Each point as if a finger had lifted there.
     void drawThrough(std::span<const gfx::Point> points) override;
 
+    void letGoOfPoint() override { _movePoint = {}; }
+    bool takeBackPoint() override;
+    bool completePoints() override;
+
     // Bounds the vertices; its size has single precision.
     gfx::Rect frame() const override;
     bool hitOnHandle(gfx::Point p) override;
@@ -62,6 +66,8 @@ protected:
     static ToolRef makeToolWithVertex(gfx::Point start) {
         return makeWithVertex<Shape>(start);
     }
+    // How many vertices the shape needs.
+    virtual std::size_t leastVertices() const { return 2; }
     void useToolColor(gfx::Context& context) const;
     bool isOnFirstVertex(gfx::Point p) const;
 

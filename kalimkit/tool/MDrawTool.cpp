@@ -134,7 +134,7 @@ gfx::Rect MDrawTool::frame() const {
 }
 
 gfx::Rect MDrawTool::frameIncludeLineWidth() const {
-    const double margin = -lineWidth() * 0.5;
+    const double margin = -reachBeyondFrame();
     return _transform.apply(frame().inset(margin, margin));
 }
 

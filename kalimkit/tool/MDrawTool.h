@@ -13,6 +13,7 @@
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Polygon.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/tool/Feature.h"
 #include "kalimkit/tool/MToolUndoManager.h"
@@ -20,6 +21,7 @@
 #include "kalimkit/tool/MoveDirection.h"
 #include "kalimkit/tool/ToolClass.h"
 #include "kalimkit/tool/ToolDetail.h"
+#include "kalimkit/tool/ToolGround.h"
 #include "kalimkit/tool/ToolProperty.h"
 #include "kalimkit/tool/ToolRules.h"
 
@@ -52,9 +54,24 @@ public:
     virtual void drawDown(gfx::Point) {}
     virtual void drawMove(gfx::Point) {}
     virtual void drawUp(gfx::Point) {}
+    // As drawMove() while a key asks for a straight stroke; false for kinds that draw none.
+    virtual bool drawStraight(gfx::Point) { return false; }
     // The same without a finger, from the point after the start point on; the last one is where the
     // finger would lift.
     virtual void drawThrough(std::span<const gfx::Point> points);
+    // What a finger that rests at the end of a stroke wants of it: a new tool without a history,
+    // which the finger may go on drawing; null where the stroke looks like nothing else.
+    virtual ToolRef straightened() const { return nullptr; }
+
+    // ---- creation point by point (ToolBeginning::Taps), where drawMove() leads a line to the next
+    // point and drawUp() sets it; the shape finalizes itself once it has all of them
+    // The finger has left without setting a point: nothing leads to it any more.
+    virtual void letGoOfPoint() {}
+    // Takes the last point back; false where the first alone is left.
+    virtual bool takeBackPoint() { return false; }
+    // Finalizes the shape as it is by now; false while it has too few points.
+    virtual bool completePoints() { return false; }
+
     // A tool that was made without a canvas comes to one: settles what a finger would have.
     virtual void settle() {}
     // False while the tool is degenerate; the canvas discards it then.
@@ -143,6 +160,15 @@ public:
     // the background (canvas points). The fill is the picture in blocks.
     virtual void drawOnGround(gfx::Context&, const gfx::Paint& /*fill*/,
                               const gfx::Rect& /*background*/) {}
+    // What a tool of the ground covers, or one of the shade leaves light, canvas points, as it is
+    // turned.
+    virtual gfx::Polygon area() const;
+    // How dark a tool of the shade wants everything else, from 0 to 1.
+    virtual double shade() const { return 0; }
+    // The place of the ground, canvas points, that the tool shows once more; nothing for most.
+    virtual std::optional<gfx::Rect> repeatedPlace() const { return std::nullopt; }
+    // Handed down for the time of a drawing, null afterwards; not owned.
+    virtual void setGround(ToolGround* /*ground*/) {}
     // What it is called, with a gap for its colour where that is named; see ToolRow::label.
     virtual const char* label() const { return toolClass().label(); }
     // Whether it covers what lies under its frame for good.
@@ -318,6 +344,8 @@ protected:
     }
     // What of a snapshot all kinds read alike.
     void readArrangement(const Feature& feature);
+    // How far the content reaches beyond the frame, canvas points.
+    virtual double reachBeyondFrame() const { return lineWidth() * 0.5; }
     // The label object, made on first use; none in the base.
     virtual std::unique_ptr<MeasurementLabel> makeMeasurement() { return nullptr; }
 

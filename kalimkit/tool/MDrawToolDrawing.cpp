@@ -27,10 +27,11 @@ void MDrawTool::draw(gfx::Context& context) {
     if (_selected) drawSelectedState(context);
 }
 
-// As one, so that nothing of the tool shows through another part of it.
+// As one, so that nothing of the tool shows through another part of it. Kinds that blend would find
+// nothing to blend with within a group; they see to it themselves.
 void MDrawTool::drawVisibleContent(gfx::Context& context) {
     const double opacity = number(opacityProperty.name);
-    if (opacity >= 1 || !toolClass().propertyNamed(opacityProperty.name))
+    if (opacity >= 1 || !toolClass().propertyNamed(opacityProperty.name) || toolClass().blends())
         return drawClippedContent(context);
     const gfx::GraphicsStateGuard guard(context);
     context.setAlpha(opacity);
@@ -73,6 +74,10 @@ void MDrawTool::drawHandleAtPoint(gfx::Context& context, gfx::Point handle) cons
     context.setLineWidth(isOfScreen ? onCanvas(2) : _handleLineWidthSize);
     context.fillEllipse(box);
     context.strokeEllipse(box);
+}
+
+gfx::Polygon MDrawTool::area() const {
+    return gfx::cornersOf(frame());
 }
 
 void MDrawTool::drawRotateCenterPoint(gfx::Context& context, gfx::Point center) {

@@ -70,6 +70,25 @@ void MUndoManager::removeTool(const ToolRef& tool) {
     report(Step::Removed, entry);
 }
 
+void MUndoManager::exchangeTool(const ToolRef& leaving, const ToolRef& coming) {
+    std::erase(*_tools, coming);
+    const auto place = std::ranges::find(*_tools, leaving) - _tools->begin();
+    if (place == std::ssize(*_tools)) return;
+    const ToolRef kept = leaving;  // The caller's reference may be an element of the list.
+    _places.takeOut(*_tools, {kept});
+    _tools->insert(_tools->begin() + place, coming);
+}
+
+void MUndoManager::addExchange(const ToolRef& group) {
+    const ToolRef entry = entryFor(group);
+    cutRedo();
+    for (const ToolRef& tool : membersOf(entry)) {
+        if (isOnCanvas(tool)) tool->updatefeature();
+    }
+    _undoTools.push_back(entry);
+    report(Step::Exchanged, entry);
+}
+
 void MUndoManager::removeToolFromAllSystem(const ToolRef& tool) {
     if (!tool) return;
     const ToolRef kept = tool;  // The caller's reference may be an element of one of these lists.

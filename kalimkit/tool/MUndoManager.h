@@ -15,8 +15,9 @@ public:
     enum State { UndoneOrRedone = 0, AddedOrChanged = 1, Removed = 2 };
 
     // What was done to the stacks. Recorded and Removed have put the entry onto the undo stack;
-    // Forgotten has left no record, and Reset has no entry.
-    enum class Step { Recorded, Removed, Undone, Redone, Forgotten, Reset };
+    // Forgotten has left no record, and Reset has no entry. Exchanged is recorded, too: of its two
+    // members the second has taken the place of the first.
+    enum class Step { Recorded, Removed, Undone, Redone, Forgotten, Reset, Exchanged };
 
     virtual ~MUndoManagerDelegate() = default;
     // Comes before the two below.
@@ -56,6 +57,10 @@ public:
     // Takes a tool, or a group's members, off the canvas and records it. The redo stack
     // deliberately stays, except under forgiving rules.
     void removeTool(const ToolRef& tool);
+    // A tool takes the place of another on the canvas, without a record.
+    void exchangeTool(const ToolRef& leaving, const ToolRef& coming);
+    // Records that: the group is of the two, in this order. Undoing it exchanges them back.
+    void addExchange(const ToolRef& group);
     // Forgets a tool everywhere without a record.
     void removeToolFromAllSystem(const ToolRef& tool);
     // Takes a tool out of every recorded group and drops the groups that this empties.

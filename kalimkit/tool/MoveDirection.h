@@ -21,6 +21,8 @@ enum class MoveDirection : unsigned {
     GroupedLine = 12,
     // Scales about the tool's centerPoint by its zoomScale.
     Scale = 13,
+    // Another place that the tool is about.
+    Place = 14,
 };
 
 }  // namespace kalim

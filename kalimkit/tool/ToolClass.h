@@ -24,6 +24,9 @@ enum class ToolLayer {
     // On the picture itself, below all items: the tool draws by MDrawTool::drawOnGround, in its
     // frame and nowhere beside the picture.
     Ground,
+    // Between the ground and the items: all such tools of a canvas together make one shade, which
+    // leaves their areas light, see MDrawTool::area.
+    Shade,
 };
 
 // Whose fingers pick a finished tool.
@@ -73,6 +76,9 @@ struct ToolRow {
     std::optional<ToolSpan> span = {};
     // Its content, but for shadows, keeps to its frame.
     std::optional<bool> keepsToFrame = {};
+    // What it looks like depends on what lies under it, as with a marker pen: it has to be drawn
+    // over all of that, and cannot be kept by itself.
+    std::optional<bool> blends = {};
     // What moving a group of several means to it; None where it keeps what it meant before.
     std::optional<MoveDirection> moveInGroup = {};
     // The number that the canvas's interface knows it by. It is no other kind's, and is not
@@ -121,6 +127,7 @@ struct KALIM_API ToolClass {
     ToolRecorder recorder() const { return said(&ToolRow::recorder, ToolRecorder::Touch); }
     ToolSpan span() const { return said(&ToolRow::span, ToolSpan::Free); }
     bool keepsToFrame() const { return said(&ToolRow::keepsToFrame, false); }
+    bool blends() const { return said(&ToolRow::blends, false); }
     MoveDirection moveInGroup() const { return said(&ToolRow::moveInGroup, MoveDirection::None); }
     std::span<const ToolDetailRule> details() const {
         for (const ToolClass* current = this; current; current = current->base) {

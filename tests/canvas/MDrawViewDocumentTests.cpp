@@ -7,7 +7,7 @@
 #include "kalimkit/document/UnknownTool.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/json/JsonText.h"
-#include "kalimkit/shapes/Kinds.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {
@@ -37,10 +37,11 @@ struct Screen : CanvasHost {
         canvas->setCalibration(0.3);
         const gfx::Point middle = canvas->bgImgRect().center();
         double place = 0;
-        for (const ToolClass* const kind : kinds()) {
+        const auto all = ToolRegistry::current().kinds();
+        for (const ToolClass* const kind : all) {
             const gfx::Point start = middle + gfx::Point{place - 100, place / 3 - 60};
             const ToolRef tool = kind->makeWithStartPoint(start);
-            if (kind != kinds().back()) tool->setColor(place < 50 ? canvas->color() : nullptr);
+            if (kind != all.back()) tool->setColor(place < 50 ? canvas->color() : nullptr);
             if (tool->words()) tool->setWords("一 " + std::string(kind->name));
             std::vector<gfx::Point> way;
             for (int i = 1; i < 9; ++i)
@@ -142,13 +143,43 @@ TEST(MDrawViewDocument, KeepsWhatItDoesNotKnow) {
     EXPECT_EQ(*again.find("tools")->array()->back().find("spikes"), JsonValue(7));
 }
 
+struct Listener : StepListener {
+    void canvasDidStep(const std::string& step) override { steps.push_back(step); }
+    void canvasDidRestart() override { steps.clear(); }
+    std::vector<std::string> steps;
+};
+
+// A finger that rests at the end of a stroke; below and above lie others.
+TEST(MDrawViewDocument, ReplaysAStrokeThatHasBecomeAShape) {
+    Screen screen(screens[1], true);
+    const auto listener = std::make_shared<Listener>();
+    screen.canvas->setStepListener(listener);
+    screen.canvas->setSnipImage(screen.picture);
+    screen.draw(ToolType::Rectangle, {20, 20}, {60, 60});
+    screen.pick(ToolType::Freehand);
+    screen.down({30, 90});
+    for (double x = 40; x <= 130; x += 10)
+        screen.move({x, 95});
+    screen.wait(0.6);
+    screen.move({140, 120});
+    screen.up();
+    screen.draw(ToolType::Ellipse, {100, 40}, {160, 90});
+    Screen other(screens[1], true);
+    ASSERT_EQ(other.open(screen.canvas->stepsSetUp()), std::nullopt);
+    ASSERT_EQ(other.canvas->replaySteps(listener->steps), std::nullopt);
+    const char* const names[] = {"MDrawLine", "MDrawFreeline", "MDrawLine"};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(other.tools(), screen.tools()) << i;
+        EXPECT_EQ(other.canvas->tools()[1]->toolClass().name, names[i]);
+        for (MDrawView* const canvas : {screen.canvas.get(), other.canvas.get()}) {
+            if (i == 0) canvas->undo();
+            i == 1 ? canvas->redo() : canvas->undo();
+        }
+    }
+}
+
 // What others have put into tools does not get in the way of steps.
 TEST(MDrawViewDocument, KeepsWhatItDoesNotKnowThroughSteps) {
-    struct Listener : StepListener {
-        void canvasDidStep(const std::string& step) override { steps.push_back(step); }
-        void canvasDidRestart() override { steps.clear(); }
-        std::vector<std::string> steps;
-    };
     Screen screen(screens[1]);
     screen.drawAll();
     JsonValue changed = parseJson(documentText(screen.canvas->document())).value;

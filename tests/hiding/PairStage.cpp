@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "kalimkit/codec/Encode.h"
@@ -11,6 +13,7 @@
 #include "kalimkit/shapes/MDrawArrow.h"
 #include "kalimkit/shapes/MDrawEllipse.h"
 #include "kalimkit/shapes/MDrawFreeline.h"
+#include "kalimkit/shapes/MDrawMagnifier.h"
 #include "kalimkit/shapes/MDrawText.h"
 
 namespace kalim::test {
@@ -55,6 +58,35 @@ ToolRef PairStage::patch(MosaicStyle style, const gfx::Rect& pixels) {
     tool->setDrawType(static_cast<std::uint64_t>(style));
     tool->setColor(gfx::makeColor(0.2, 0.4, 0.9));
     return add(tool, box);
+}
+
+ToolRef PairStage::turnedPatch(MosaicStyle style, const gfx::Rect& pixels, double angle) {
+    canvas->setForgiving(true);
+    const double along = std::abs(std::cos(angle));
+    const double across = std::abs(std::sin(angle));
+    const gfx::Size grown{pixels.size.width * along + pixels.size.height * across,
+                          pixels.size.width * across + pixels.size.height * along};
+    const ToolRef tool = patch(style, pixels.inset((pixels.size.width - grown.width) / 2,
+                                                   (pixels.size.height - grown.height) / 2));
+    canvas->selectTools({tool});
+    canvas->handleRotationGesture(ui::GestureState::Began, 0);
+    canvas->handleRotationGesture(ui::GestureState::Changed, angle);
+    canvas->handleRotationGesture(ui::GestureState::Ended, angle);
+    EXPECT_EQ(tool->rotateAngle(), angle);
+    canvas->selectNone();
+    return tool;
+}
+
+void PairStage::magnify(const gfx::Rect& pixels) {
+    const gfx::Rect shown = onCanvas(pixels);
+    const double side = 3 * std::max(shown.size.width, shown.size.height);
+    const gfx::Rect circle(shown.maxX(), shown.minY() - side / 3, side, side);
+    const ToolRef tool = MDrawMagnifier::initWithStartPoint(circle.origin);
+    tool->setColor(gfx::makeColor(1, 0, 0));
+    tool->takeDetail("place", std::vector<gfx::Point>{shown.center()});
+    tool->setRotateAngle(0.5);
+    tool->drawThrough(std::vector<gfx::Point>{{circle.maxX(), circle.maxY()}});
+    EXPECT_TRUE(canvas->addTool(tool));
 }
 
 void PairStage::drawAcross() {

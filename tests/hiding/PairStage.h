@@ -21,6 +21,10 @@ public:
     // ---- drawing; pixels of the upright picture
     gfx::Rect secret() const;
     ToolRef patch(MosaicStyle style, const gfx::Rect& pixels);
+    // One that holds the pixels when it is turned so, radians.
+    ToolRef turnedPatch(MosaicStyle style, const gfx::Rect& pixels, double angle);
+    // A magnifier beside the pixels that shows them larger, turned by half a radian.
+    void magnify(const gfx::Rect& pixels);
     // An arrow, freehand ink, a text and an ellipse across the secret's edges.
     void drawAcross();
     // All but the left half of the secret, turned.

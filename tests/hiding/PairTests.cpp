@@ -104,7 +104,31 @@ void sealByFinger(PairStage& stage) {
     stage.move(toView({box.maxX(), box.maxY()}));
 }
 
+void sealTurned(PairStage& stage) {
+    stage.turnedPatch(Sealed, stage.secret(), 0.4);
+    stage.drawAcross();
+}
+
+void paintOverTurned(PairStage& stage) {
+    stage.turnedPatch(Solid, stage.secret(), -1.1);
+    stage.magnify(stage.secret());
+}
+
+void sealTurnedAndCut(PairStage& stage) {
+    stage.turnedPatch(Sealed, stage.secret(), 2.5);
+    stage.magnify(stage.secret());
+    stage.cutThrough();
+}
+
 const Plan plans[] = {
+    {"turned", sealTurned},
+    {"turned on the screen", sealTurned, Result::AtScreenScale, 1000},
+    {"painted over turned and magnified", paintOverTurned},
+    {"painted over turned and magnified, as it is seen", paintOverTurned, Result::OfView, 1000},
+    {"turned, magnified and cut", sealTurnedAndCut},
+    {"turned, magnified and cut on the screen", sealTurnedAndCut, Result::AtScreenScale},
+    {"turned in a document", sealTurned, Result::Sealed},
+    {"turned and cut in a document", sealTurnedAndCut, Result::Sealed},
     {"sealed", seal},
     {"painted over", paintOver},
     {"in pieces", sealInPieces},

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <set>
 
 #include "kalimkit/image/HiddenRegion.h"
@@ -75,6 +77,34 @@ TEST(HiddenRegion, GrowsToTheCellsOfItsFile) {
     for (const Case& each : cases) {
         EXPECT_EQ(grownToGrid(each.rect, each.grid, {100, 76}), each.grown)
             << each.rect.minX() << "," << each.rect.minY();
+    }
+}
+
+TEST(HiddenRegion, HasEveryPixelThatATurnedAreaTouches) {
+    constexpr gfx::PixelSize size{100, 76};
+    for (const gfx::PixelGrid& grid :
+         {gfx::PixelGrid{}, gfx::PixelGrid{.cell = {16, 8}, .x = -3, .y = -5, .reach = 1}}) {
+        for (double angle = 0.1; angle < 6; angle += 0.7) {
+            const gfx::Rect box(20.3, -4, 61, 33.7);
+            const auto turn = gfx::AffineTransform::rotation(angle, box.center());
+            const gfx::PixelRects rows = grownToGrid(gfx::cornersOf(box, turn), grid, size);
+            const auto isHidden = [&](double x, double y) {
+                return std::ranges::any_of(rows, [&](const gfx::PixelRect& row) {
+                    return x >= row.x && x < row.x + row.width && y >= row.y &&
+                           y < row.y + row.height;
+                });
+            };
+            const double farthest = std::hypot(grid.cell.width, grid.cell.height) + grid.reach * 2;
+            const gfx::Rect near = box.inset(-farthest - 1, -farthest - 1);
+            for (int i = 0; i < 400 * 305; ++i) {
+                const gfx::Point p{i % 400 / 4.0 + 0.1, i / 400 / 4.0 + 0.1};
+                const gfx::Point own = turn.inverted().apply(p);
+                const bool isInside = box.contains(own);
+                const bool hides = isHidden(p.x, p.y);
+                ASSERT_TRUE(hides || !isInside) << p.x << "," << p.y << " at " << angle;
+                ASSERT_TRUE(!hides || near.contains(own)) << p.x << "," << p.y << " at " << angle;
+            }
+        }
     }
 }
 

@@ -65,7 +65,8 @@ void ScenarioDriver::choosePoints() {
 
 void ScenarioDriver::draw() {
     if (happens(50)) {
-        const std::uint32_t type = below(8);
+        // The tool types from 22 on look different with what lies around them.
+        const std::uint32_t type = happens(20) ? 22 + below(4) : below(8);
         // Half of the mosaic patches hide for certain or blur.
         const std::uint32_t style = below(3) + (type == 5 && happens(50) ? 10 : 0);
         call("beginDrawingForTypeWithDrawType", {type, style});

@@ -188,6 +188,7 @@ bool EditorKeys::deleteSelection() {
 
 bool EditorKeys::escape() {
     const auto editor = _editor.lock();
+    if (editor->drawView()->dropPoints()) return true;
     if (editor->drawView()->curEdittingTextTool()) {
         editor->clickToolDone();
     } else if (editor->drawView()->hasSelectedTools()) {
@@ -201,6 +202,7 @@ bool EditorKeys::escape() {
 }
 
 bool EditorKeys::confirm() {
+    if (_editor.lock()->drawView()->completePoints()) return true;
     _editor.lock()->toolView()->handleConfirm();
     return true;
 }

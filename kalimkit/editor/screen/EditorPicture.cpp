@@ -13,6 +13,7 @@ void EditorPicture::makeCanvas(bool isHidden) {
     _canvas = MDrawView::initWithFrame({});
     _canvas->setLargestMagnification(_largestMagnification);
     _canvas->setForgiving(_stage.isForgiving());
+    _canvas->setPlacesPoints(_stage.isForgiving());
     _canvas->setClipsToPicture(_clipsToPicture);
     _canvas->setCanvasBasis(_canvasBasis);
     _canvas->setFScal(_fScal);
@@ -39,7 +40,9 @@ void EditorPicture::applyOwnWays() {
 // ---- what the host wants
 
 void EditorPicture::setForgiving(bool forgiving) {
-    if (_canvas) _canvas->setForgiving(forgiving);
+    if (!_canvas) return;
+    _canvas->setForgiving(forgiving);
+    _canvas->setPlacesPoints(forgiving);
 }
 
 void EditorPicture::setLargestMagnification(double pixels) {

@@ -196,7 +196,13 @@ constexpr Operation operations[] = {
     named<&MDrawView::setDefualtBackgroundColor>("setDefualtBackgroundColor"),
     // ---- what new tools are
     named<&MDrawView::beginDrawingForTypeWithDrawType>("beginDrawingForTypeWithDrawType"),
+    named<&MDrawView::beginDrawingWithClassNamed>("beginDrawingWithClass"),
     named<&MDrawView::drawToolClass>("drawToolClass"),
+    named<&MDrawView::placesPoints>("placesPoints"),
+    named<&MDrawView::setPlacesPoints>("setPlacesPoints"),
+    named<&MDrawView::isPlacingPoints>("isPlacingPoints"),
+    named<&MDrawView::completePoints>("completePoints"),
+    named<&MDrawView::dropPoints>("dropPoints"),
     named<&MDrawView::setDrawTypeForType>("setDrawTypeForType"),
     named<&MDrawView::drawType>("drawType"),
     named<&MDrawView::setDrawColorIsTranslucent>("setDrawColorIsTranslucent"),
