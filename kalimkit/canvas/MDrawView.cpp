@@ -386,10 +386,12 @@ FingerState MDrawView::fingerState() const {
 }
 
 void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
+    if (_isReadOnly) return;
     held()->selection.turn(state, rotation, !shown().zoom.isPinching());
 }
 
 void MDrawView::handleDoubleTapGesture(gfx::Point place) {
+    if (_isReadOnly) return;
     const auto parts = held();
     const ToolRef& created = parts->finger.tool();
     if (created && !created->isDrawVaild()) parts->finger.deleteCreated();
@@ -399,6 +401,7 @@ void MDrawView::handleDoubleTapGesture(gfx::Point place) {
 }
 
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {
+    if (_isReadOnly) return View::touchesBegan(event);
     const auto parts = held();
     // Points are those of the view as it is now, also where it has not been displayed since.
     fitIntoView();
@@ -407,18 +410,21 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
 }
 
 void MDrawView::touchesMoved(const ui::TouchEvent& event) {
+    if (_isReadOnly) return View::touchesMoved(event);
     const auto parts = held();
     parts->finger.moved(event);
     View::touchesMoved(event);
 }
 
 void MDrawView::touchesEnded(const ui::TouchEvent& event) {
+    if (_isReadOnly) return View::touchesEnded(event);
     const auto parts = held();
     parts->finger.ended(event);
     View::touchesEnded(event);
 }
 
 void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
+    if (_isReadOnly) return View::touchesCancelled(event);
     const auto parts = held();
     parts->finger.cancelled(event);
     View::touchesCancelled(event);
@@ -429,7 +435,7 @@ std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {
 }
 
 bool MDrawView::activateAccessibilityElement(std::uint64_t key) {
-    return held()->speech.activate(key);
+    return !_isReadOnly && held()->speech.activate(key);
 }
 
 void MDrawView::invalidateLayers() {

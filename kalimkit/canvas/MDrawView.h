@@ -43,6 +43,9 @@ public:
     // gets another size. Off at first, and best switched on before the first touch.
     bool forgiving() const;
     void setForgiving(bool forgiving);
+    // Whether it only shows: fingers zoom and move it, and change nothing. Off at first.
+    bool isReadOnly() const { return _isReadOnly; }
+    void setReadOnly(bool isReadOnly) { _isReadOnly = isReadOnly; }
     // Sets the host's callback for log texts, for the whole process.
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
@@ -276,6 +279,7 @@ private:
     std::unique_ptr<CanvasParts> _parts;
     std::shared_ptr<ui::RotationGestureRecognizer> _rotationGesture;
     double _canvasBasis = 0;
+    bool _isReadOnly = false;
 };
 
 }  // namespace kalim

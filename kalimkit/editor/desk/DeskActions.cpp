@@ -5,7 +5,6 @@
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/theme/SafeArea.h"
-#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
@@ -24,23 +23,24 @@ double gapBefore(const std::string& name) {
 std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, EditorKeys& keys) {
     const std::shared_ptr<DeskActions> bar(new DeskActions);
     bar->begin("工具栏");
-    bar->add("undo", "undo", "撤销", [&editor] { editor.toolView()->handleUndo(); });
-    bar->add("redo", "redo", "重做", [&editor] { editor.toolView()->handleRedo(); });
+    bar->add("undo", "undo", "撤销", "ctrl+z", [&editor] { editor.toolView()->handleUndo(); });
+    bar->add("redo", "redo", "重做", "ctrl+shift+z",
+             [&editor] { editor.toolView()->handleRedo(); });
     if (keys.offers(EditorAction::Copy))
-        bar->add("copy", "copy", "拷贝", [&keys] { keys.copyPicture(); });
+        bar->add("copy", "copy", "拷贝", "ctrl+c", [&keys] { keys.copyPicture(); });
     if (keys.offers(EditorAction::Save))
-        bar->add("save", "save", "保存", [&keys] { keys.savePicture(); });
+        bar->add("save", "save", "保存", "", [&keys] { keys.savePicture(); });
     if (keys.offers(EditorAction::SaveAs))
-        bar->add("saveAs", "saveas", "另存为", [&keys] { keys.savePictureAs(); });
-    bar->add("done", "", "完成", [&editor] { editor.toolView()->handleConfirm(); });
-    std::static_pointer_cast<DeskButton>(bar->_buttons.back().view)->setProminent(true);
+        bar->add("saveAs", "saveas", "另存为", "", [&keys] { keys.savePictureAs(); });
+    bar->add("done", "", "完成", "ctrl+s", [&editor] { editor.toolView()->handleConfirm(); });
+    std::static_pointer_cast<ui::DeskButton>(bar->_buttons.back().view)
+        ->setStyle(ui::DeskButton::Style::Accent);
     return bar;
 }
 
 void DeskActions::add(const std::string& name, const std::string& icon, const std::string& text,
-                      std::function<void()> action) {
-    const auto button =
-        DeskButton::make(icon, ui::Environment::current().localizedString(text), std::move(action));
+                      const std::string& key, std::function<void()> action) {
+    const auto button = makeDeskButton(icon, deskText(text), key, std::move(action));
     addSubview(button);
     _buttons.push_back({name, button});
     if (name == "undo") _undo = button;
@@ -61,7 +61,8 @@ std::vector<EditorShell::Named> DeskActions::views() const {
 double DeskActions::wantedWidth() const {
     double width = 2 * DeskLayout::barMargin + safeAreaInsets().right;
     for (const auto& [name, view] : _buttons)
-        width += gapBefore(name) + std::static_pointer_cast<DeskButton>(view)->wantedWidth();
+        width +=
+            gapBefore(name) + std::static_pointer_cast<ui::DeskButton>(view)->fittingSize().width;
     return width;
 }
 
@@ -71,7 +72,7 @@ void DeskActions::layoutSubviews() {
     double left = DeskLayout::barMargin;
     for (const auto& [name, view] : _buttons) {
         left += gapBefore(name);
-        const double width = std::static_pointer_cast<DeskButton>(view)->wantedWidth();
+        const double width = std::static_pointer_cast<ui::DeskButton>(view)->fittingSize().width;
         view->setFrame({left, middle - DeskLayout::buttonSide / 2, width, DeskLayout::buttonSide});
         left += width;
     }

@@ -32,11 +32,11 @@ protected:
 private:
     DeskActions() : DeskBar("actions", Edge::Bottom) {}
     void add(const std::string& name, const std::string& icon, const std::string& text,
-             std::function<void()> action);
+             const std::string& key, std::function<void()> action);
 
     std::vector<EditorShell::Named> _buttons;
-    std::shared_ptr<DeskButton> _undo;
-    std::shared_ptr<DeskButton> _redo;
+    std::shared_ptr<ui::DeskButton> _undo;
+    std::shared_ptr<ui::DeskButton> _redo;
 };
 
 }  // namespace kalim

@@ -1,5 +1,7 @@
 #include "kalimkit/editor/desk/DeskBar.h"
 
+#include <utility>
+
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/ui/environment/Environment.h"
 
@@ -9,15 +11,18 @@ void DeskBar::begin(const std::string& label) {
     View::init({});
     setClipsToBounds(true);
     setAccessibilityRole(ui::AccessibilityRole::Group);
-    setAccessibilityLabel(ui::Environment::current().localizedString(label));
-    setBackgroundColor(gfx::makeColor(Palette::current().bar));
+    setAccessibilityLabel(deskText(label));
+    DeskBar::applyColors();
+}
+
+std::function<void()> DeskBar::whileThere(std::function<void()> step) const {
+    return [weakSelf = weak_from_this(), step = std::move(step)] {
+        if (const auto alive = weakSelf.lock()) step();
+    };
 }
 
 void DeskBar::applyColors() {
     setBackgroundColor(gfx::makeColor(Palette::current().bar));
-    for (const auto& [path, view] : views()) {
-        if (const auto button = std::dynamic_pointer_cast<DeskButton>(view)) button->applyColors();
-    }
     setNeedsDisplay();
 }
 
@@ -34,6 +39,19 @@ void DeskBar::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     if (_edge == Edge::Right) line = {all.maxX() - 1, all.minY(), 1, all.size.height};
     context.setFillColor(Palette::current().separator);
     context.fillRect(line);
+}
+
+std::string deskText(std::string_view text) {
+    return ui::Environment::current().localizedString(std::string(text));
+}
+
+std::shared_ptr<ui::DeskButton> makeDeskButton(const std::string& icon, const std::string& text,
+                                               const std::string& key,
+                                               std::function<void()> handler) {
+    const auto button = ui::DeskButton::make(icon, icon.empty() ? text : std::string());
+    button->setTip(text, key);
+    button->setHandler(std::move(handler));
+    return button;
 }
 
 }  // namespace kalim

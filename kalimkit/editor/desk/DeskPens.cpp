@@ -5,18 +5,18 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/theme/SafeArea.h"
-#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
 namespace {
 
-// A pen of the desk has an icon of its name, else the desk's or the picker's of its icon.
+// The desk's icon of the pen's name, or of its own one; empty where there is neither.
 std::string iconOf(const Pen& pen) {
     for (const std::string_view name : {pen.name, pen.icon}) {
-        if (imageNamedForFramework("icon_desk_" + std::string(name))) return std::string(name);
+        if (!name.empty() && imageNamedForFramework("icon_desk_" + std::string(name)))
+            return std::string(name);
     }
-    return "icon_tool_" + std::string(pen.icon);
+    return {};
 }
 
 }  // namespace
@@ -33,9 +33,12 @@ std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens, Chos
 }
 
 void DeskPens::addPen(const Pen& pen, const Chosen& chosen) {
-    const std::string text = ui::Environment::current().localizedString(std::string(pen.text));
-    const auto button =
-        DeskButton::make(iconOf(pen), text, [chosen, number = pen.number] { chosen(number); });
+    const std::string text = deskText(pen.text);
+    const auto button = ui::DeskButton::make(iconOf(pen));
+    if (button->icon().empty())
+        button->setImage(imageNamedForFramework("icon_tool_" + std::string(pen.icon)));
+    button->setTip(text, pen.key ? std::string(1, pen.key) : std::string());
+    button->setHandler([chosen, number = pen.number] { chosen(number); });
     button->setAccessibilityRole(ui::AccessibilityRole::RadioButton);
     _scroll->addSubview(button);
     _buttons.push_back({pen.number, penIdentifier(pen), button});

@@ -33,7 +33,7 @@ private:
     struct Entry {
         unsigned pen;
         std::string name;
-        std::shared_ptr<DeskButton> button;
+        std::shared_ptr<ui::DeskButton> button;
     };
 
     DeskPens() : DeskBar("pens", Edge::Right) {}

@@ -62,6 +62,20 @@ void readTool(const MDrawView& canvas, DeskReading& reading) {
     if (!made) reading.measured = measuresOf(*group, canvas.pixelsPerPoint());
 }
 
+void readStyle(const TesselViewController& editor, DeskReading& reading) {
+    const MDrawView& canvas = *editor.drawView();
+    const bool isMosaic = reading.subject == EditorPenMosaic;
+    reading.isHiding = isMosaic && editor.offersHidingStyles();
+    const Pen* const pen = reading.subject ? penNumbered(*reading.subject) : nullptr;
+    const bool isSpotlight = pen && pen->name == "spotlight";
+    reading.hasColor = !isMosaic && !isSpotlight;
+    for (const ToolProperty* const property : canvas.toolProperties()) {
+        if (!property->isHidden)
+            reading.properties.emplace_back(property,
+                                            canvas.toolProperty(std::string(property->name)));
+    }
+}
+
 void readPicture(const MDrawView& canvas, DeskReading& reading) {
     const auto& picture = canvas.sourceImage();
     if (!picture) return;
@@ -94,6 +108,7 @@ DeskReading DeskReading::of(const TesselViewController& editor,
     reading.canUndo = canvas.canUndo();
     reading.canRedo = canvas.canRedo();
     readTool(canvas, reading);
+    readStyle(editor, reading);
     readPicture(canvas, reading);
     if (place) readPointer(canvas, *place, reading);
     return reading;

@@ -3,10 +3,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/gfx/Size.h"
+#include "kalimkit/tool/ToolProperty.h"
 
 namespace kalim {
 
@@ -29,6 +32,11 @@ struct DeskReading {
     // Points of the canvas.
     double lineWidth = 0;
     std::uint64_t drawType = 0;
+    // It has a colour and a width to choose, or the ways to hide instead.
+    bool hasColor = true;
+    bool isHiding = false;
+    // What else can be chosen of it; no value where what is selected differs.
+    std::vector<std::pair<const ToolProperty*, std::optional<ToolPropertyValue>>> properties;
 
     // ---- of the picture; nothing without one
     // Pixels of the screen for one of the picture.

@@ -5,7 +5,7 @@
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskActions.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
-#include "kalimkit/editor/desk/DeskNote.h"
+#include "kalimkit/editor/desk/DeskMenu.h"
 #include "kalimkit/editor/desk/DeskPens.h"
 #include "kalimkit/editor/desk/DeskStatus.h"
 #include "kalimkit/editor/desk/DeskStyle.h"
@@ -15,6 +15,8 @@
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/desk/Menu.h"
+#include "kalimkit/ui/desk/Overlay.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
@@ -29,15 +31,15 @@ public:
     void begin() {
         init({});
         setFillsSuperview(true);
-        _pens = DeskPens::make(deskPens(), [this](unsigned pen) { _editor.remote.choosePen(pen); });
+        const auto& offered = _editor.screen.offer().pens();
+        _pens = DeskPens::make(offered ? *offered : deskPens(),
+                               [this](unsigned pen) { _editor.remote.choosePen(pen); });
         _style = DeskStyle::make(_editor.screen, _editor.remote);
         _actions = DeskActions::make(_editor.screen, _editor.keys);
         _status = DeskStatus::make([this] { return _editor.pointer.canvasToZoom(); });
-        _note = DeskNote::make();
         for (const std::shared_ptr<ui::View>& part :
              {std::shared_ptr<ui::View>(_pens), std::shared_ptr<ui::View>(_style),
-              std::shared_ptr<ui::View>(_actions), std::shared_ptr<ui::View>(_status),
-              std::shared_ptr<ui::View>(_note)})
+              std::shared_ptr<ui::View>(_actions), std::shared_ptr<ui::View>(_status)})
             addSubview(part);
     }
 
@@ -45,15 +47,30 @@ public:
         return deskLayout(size, safeAreaInsets(), _pens->count());
     }
 
+    ui::EdgeInsets coveredEdges(gfx::Size size) const {
+        const DeskLayout layout = layoutFor(size);
+        if (!_editor.screen.isReadOnly()) return layout.covered(size);
+        const ui::EdgeInsets safe = safeAreaInsets();
+        return {safe.top, safe.left, layout.status.size.height, safe.right};
+    }
+
     void addNames(std::vector<Named>& names) const {
         for (const DeskBar* bar :
              {static_cast<DeskBar*>(_pens.get()), static_cast<DeskBar*>(_style.get()),
               static_cast<DeskBar*>(_actions.get()), static_cast<DeskBar*>(_status.get())})
             bar->addNames("desk", names);
-        names.push_back({"desk.note", _note});
     }
 
-    void showNote(const std::string& text) { _note->show(text); }
+    void showNote(const std::string& text) const {
+        if (window()) ui::Overlay::in(*window())->tell(text, "done");
+    }
+
+    void showContextMenu(gfx::Point place) const {
+        if (!window() || _editor.screen.isReadOnly()) return;
+        const gfx::Rect canvas = layoutFor(bounds().size).covered(bounds().size).apply(bounds());
+        if (!canvas.contains(convertPointFrom(place, nullptr))) return;
+        ui::Menu::showAt(*window(), place, deskMenu(_editor, place));
+    }
 
     // What lies beside the bars is the canvas's.
     std::shared_ptr<ui::View> hitTest(gfx::Point p) override {
@@ -78,7 +95,12 @@ protected:
         _status->setFrame(layout.status);
         _style->setFrame({0, 0, layout.top.size.width - actions, layout.top.size.height});
         _actions->setFrame({layout.top.size.width - actions, 0, actions, layout.top.size.height});
-        _note->placeIn(layout.covered(bounds().size).apply(bounds()));
+        const bool isReadOnly = _editor.screen.isReadOnly();
+        for (const std::shared_ptr<ui::View>& bar :
+             {std::shared_ptr<ui::View>(_pens), std::shared_ptr<ui::View>(_style),
+              std::shared_ptr<ui::View>(_actions)})
+            bar->setHidden(isReadOnly);
+        if (window()) ui::Overlay::in(*window())->setBottomInset(layout.status.size.height);
         showReading();
     }
 
@@ -97,7 +119,6 @@ private:
     std::shared_ptr<DeskStyle> _style;
     std::shared_ptr<DeskActions> _actions;
     std::shared_ptr<DeskStatus> _status;
-    std::shared_ptr<DeskNote> _note;
 };
 
 std::shared_ptr<DeskShell> DeskShell::make(const Editor& editor) {
@@ -116,7 +137,7 @@ const std::shared_ptr<ui::View>& DeskShell::view() const {
 }
 
 ui::EdgeInsets DeskShell::coveredEdges(gfx::Size size) const {
-    return _desk->layoutFor(size).covered(size);
+    return _desk->coveredEdges(size);
 }
 
 gfx::ColorRef DeskShell::groundColor() const {
@@ -129,6 +150,10 @@ void DeskShell::editorDidChange() {
 
 void DeskShell::showNote(const std::string& text) {
     _desk->showNote(text);
+}
+
+void DeskShell::showContextMenu(gfx::Point place) {
+    _desk->showContextMenu(place);
 }
 
 std::vector<EditorShell::Named> DeskShell::namedViews() const {

@@ -35,6 +35,7 @@ public:
     gfx::ColorRef groundColor() const override;
     void editorDidChange() override;
     void showNote(const std::string& text) override;
+    void showContextMenu(gfx::Point place) override;
     std::vector<Named> namedViews() const override;
 
 private:

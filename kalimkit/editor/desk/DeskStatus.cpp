@@ -7,7 +7,7 @@
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/theme/SafeArea.h"
-#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/desk/Menu.h"
 
 namespace kalim {
 
@@ -16,15 +16,12 @@ namespace {
 constexpr double zoomStep = 1.25;
 constexpr double textSize = 12;
 constexpr double stepSide = 24;
-constexpr double zoomWidth = 58;
+constexpr double zoomWidth = 66;
 constexpr double labelWidth = 120;
 constexpr double labelGap = 8;
-// At this zoom the next click on the percentage shows the whole picture.
-constexpr double nearOne = 0.005;
-
-std::string localized(const std::string& text) {
-    return ui::Environment::current().localizedString(text);
-}
+// Pixels of the screen for one of the picture.
+constexpr double offeredZooms[] = {0.5, 1, 2, 4};
+constexpr double sameZoom = 0.005;
 
 std::string whole(double number) {
     return std::to_string(std::lround(number));
@@ -50,14 +47,13 @@ std::shared_ptr<DeskStatus> DeskStatus::make(CanvasToZoom canvas) {
     bar->begin("状态栏");
     bar->_canvas = std::move(canvas);
     DeskStatus& self = *bar;
-    bar->_zoomOut = bar->addButton(
-        "−", "缩小", [&self] { self.zoom([](MDrawView& view) { view.zoomBy(1 / zoomStep); }); });
-    bar->_zoom = bar->addButton("100 %", "缩放", [&self] {
-        const bool isOne = std::abs(self._magnification - 1) < nearOne;
-        self.zoom([isOne](MDrawView& view) { isOne ? view.zoomToFit() : view.zoomToPixels(); });
+    bar->_zoomOut = bar->addButton("minus", "缩小", "-", [&self] {
+        self.zoom([](MDrawView& view) { view.zoomBy(1 / zoomStep); });
     });
-    bar->_zoomIn = bar->addButton(
-        "+", "放大", [&self] { self.zoom([](MDrawView& view) { view.zoomBy(zoomStep); }); });
+    bar->_zoom = bar->addButton("", "缩放", "", [&self] { self.openZooms(); });
+    bar->_zoomIn = bar->addButton("plus", "放大", "plus", [&self] {
+        self.zoom([](MDrawView& view) { view.zoomBy(zoomStep); });
+    });
     bar->_size = bar->addLabel();
     bar->_pointer = bar->addLabel();
     bar->_measure = bar->addLabel();
@@ -65,14 +61,32 @@ std::shared_ptr<DeskStatus> DeskStatus::make(CanvasToZoom canvas) {
     return bar;
 }
 
-std::shared_ptr<DeskButton> DeskStatus::addButton(const std::string& title,
-                                                  const std::string& label,
-                                                  std::function<void()> action) {
-    const auto button = DeskButton::makeTitled(title, std::move(action));
-    button->setTitleFont({"", textSize});
-    button->setAccessibilityLabel(localized(label));
+std::shared_ptr<ui::DeskButton> DeskStatus::addButton(const std::string& icon,
+                                                      const std::string& label,
+                                                      const std::string& key,
+                                                      std::function<void()> action) {
+    const auto button = makeDeskButton(icon, deskText(label), key, std::move(action));
     addSubview(button);
     return button;
+}
+
+void DeskStatus::openZooms() {
+    std::vector<ui::MenuItem> items{
+        {.text = deskText("显示整张图片"),
+         .run = whileThere([this] { zoom([](MDrawView& view) { view.zoomToFit(); }); }),
+         .key = "ctrl+0",
+         .icon = "zoomfit"}};
+    for (const double magnification : offeredZooms) {
+        items.push_back({.text = percent(magnification),
+                         .run = whileThere([this, magnification] {
+                             zoom([magnification](MDrawView& view) {
+                                 view.zoomToMagnification(magnification);
+                             });
+                         }),
+                         .key = magnification == 1 ? "ctrl+1" : "",
+                         .isChecked = std::abs(_magnification / magnification - 1) < sameZoom});
+    }
+    ui::Menu::show(*_zoom, std::move(items));
 }
 
 std::shared_ptr<ui::Label> DeskStatus::addLabel() {
@@ -96,7 +110,7 @@ void DeskStatus::show(const DeskReading& reading) {
     _magnification = reading.magnification;
     const bool hasPicture = reading.magnification > 0;
     const std::string zoom = hasPicture ? percent(reading.magnification) : "–";
-    if (_zoom->currentTitle() != zoom) _zoom->setTitle(zoom);
+    if (_zoom->title() != zoom) _zoom->setTitle(zoom);
     _zoom->setAccessibilityValue(zoom);
     for (const auto& button : {_zoomOut, _zoom, _zoomIn})
         button->setEnabled(hasPicture && !reading.isCropping);

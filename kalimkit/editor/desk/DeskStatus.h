@@ -30,15 +30,16 @@ protected:
 
 private:
     DeskStatus() : DeskBar("status", Edge::Top) {}
-    std::shared_ptr<DeskButton> addButton(const std::string& title, const std::string& label,
-                                          std::function<void()> action);
+    std::shared_ptr<ui::DeskButton> addButton(const std::string& icon, const std::string& label,
+                                              const std::string& key, std::function<void()> action);
+    void openZooms();
     std::shared_ptr<ui::Label> addLabel();
     void zoom(const std::function<void(MDrawView& canvas)>& how) const;
 
     CanvasToZoom _canvas;
-    std::shared_ptr<DeskButton> _zoomOut;
-    std::shared_ptr<DeskButton> _zoom;
-    std::shared_ptr<DeskButton> _zoomIn;
+    std::shared_ptr<ui::DeskButton> _zoomOut;
+    std::shared_ptr<ui::DeskButton> _zoom;
+    std::shared_ptr<ui::DeskButton> _zoomIn;
     std::shared_ptr<ui::Label> _size;
     std::shared_ptr<ui::Label> _pointer;
     std::shared_ptr<ui::Label> _measure;

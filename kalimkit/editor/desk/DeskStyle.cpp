@@ -1,91 +1,232 @@
 #include "kalimkit/editor/desk/DeskStyle.h"
 
+#include <cmath>
 #include <string>
+#include <utility>
 
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
-#include "kalimkit/theme/HexColor.h"
+#include "kalimkit/theme/ColorName.h"
+#include "kalimkit/theme/Pens.h"
 #include "kalimkit/theme/SafeArea.h"
-#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/desk/ColorPicker.h"
+#include "kalimkit/ui/desk/Menu.h"
 
 namespace kalim {
 
 namespace {
 
-constexpr double groupGap = 14;
-// The dots of widths, from the thinnest to the thickest.
-constexpr double thinnestDot = 4;
-constexpr double thickerBy = 3;
+constexpr double groupGap = 12;
+constexpr double swatchWidth = 30;
+constexpr double widthOfSlider = 120;
+constexpr double iconWidth = 26;
+constexpr double thinnest = 1;
+constexpr double thickest = 40;
 
 }  // namespace
+
+// ---- making
 
 std::shared_ptr<DeskStyle> DeskStyle::make(TesselViewController& editor, EditorRemote& remote) {
     const std::shared_ptr<DeskStyle> bar(new DeskStyle);
     bar->begin("样式");
+    bar->_editor = &editor;
     bar->_remote = &remote;
     bar->_scroll = ui::ScrollView::initWithFrame({});
     bar->addSubview(bar->_scroll);
-    bar->addColors(editor);
-    bar->addWidths();
+    bar->addColors();
+    bar->addWidth();
+    bar->addHiding();
     return bar;
 }
 
-void DeskStyle::addColors(const TesselViewController& /*editor*/) {
-    for (const std::string_view hex : editorColors()) {
-        const gfx::ColorRef color = colorWithHexString(hex);
-        const auto swatch =
-            DeskSwatch::makeColor(color, [this, color] { _remote->chooseColor(color); });
+void DeskStyle::addColors() {
+    _offered = _editor->offer().colors();
+    for (const gfx::ColorRef& color : _offered) {
+        const auto swatch = ui::DeskButton::make({});
+        swatch->setSwatch(*color);
+        swatch->setTip(colorName(color));
+        swatch->setAccessibilityRole(ui::AccessibilityRole::RadioButton);
+        swatch->setHandler([this, color] { _remote->chooseColor(color); });
         _scroll->addSubview(swatch);
-        _colors.push_back(swatch);
+        _swatches.push_back(swatch);
     }
+    _color = ui::DeskButton::make({});
+    _color->setOpens(true);
+    _color->setTip(deskText("其他颜色"));
+    _color->setHandler([this] { openColors(); });
+    _scroll->addSubview(_color);
 }
 
-void DeskStyle::addWidths() {
-    const ui::Environment& environment = ui::Environment::current();
-    double diameter = thinnestDot;
-    for (const PenSize& size : penSizes()) {
-        const double width = size.lineWidth;
-        const auto swatch =
-            DeskSwatch::makeWidth(diameter, environment.localizedString(std::string(size.text)),
-                                  [this, width] { _remote->chooseLineWidth(width); });
-        _scroll->addSubview(swatch);
-        _widths.push_back(swatch);
-        diameter += thickerBy;
-    }
+void DeskStyle::addWidth() {
+    _widthIcon = ui::DeskButton::make("width");
+    _widthIcon->setUserInteractionEnabled(false);
+    _widthIcon->setAccessibilityHidden(true);
+    _scroll->addSubview(_widthIcon);
+    _width = ui::Slider::make(thinnest, thickest);
+    _width->setStep(1);
+    _width->setStops(_editor->offer().widths());
+    _width->setTip(deskText("粗细"), "[  ]");
+    _width->setSpeaker([](double width) { return std::to_string(std::lround(width)); });
+    _width->setHandler([this](double width, bool isFinal) { chooseWidth(width, isFinal); });
+    _scroll->addSubview(_width);
 }
+
+void DeskStyle::addHiding() {
+    _hiding = ui::DeskButton::make({}, deskText(hidingStyles().front().text));
+    _hiding->setOpens(true);
+    _hiding->setTip(deskText("遮盖方式"));
+    _hiding->setHandler([this] { openHidingStyles(); });
+    _scroll->addSubview(_hiding);
+}
+
+// ---- choosing
+
+void DeskStyle::openColors() {
+    std::vector<gfx::Color> colors;
+    for (const gfx::ColorRef& color : _offered)
+        colors.push_back(*color);
+    const gfx::Color present = _reading.color ? *_reading.color : gfx::Color{};
+    ui::ColorPicker::show(
+        *_color, {.color = present, .colors = std::move(colors), .source = _editor->drawView()},
+        [this, weakSelf = weak_from_this()](const std::optional<gfx::Color>& color, bool isFinal) {
+            const auto alive = weakSelf.lock();
+            // What is selected takes it as one step.
+            if (alive && color && (isFinal || !_reading.hasSelection))
+                _remote->chooseColor(gfx::makeColor(*color));
+        });
+}
+
+void DeskStyle::openHidingStyles() {
+    std::vector<ui::MenuItem> items;
+    for (const HidingStyle& style : hidingStyles()) {
+        items.push_back({.text = deskText(style.text),
+                         .run = whileThere([this, drawType = style.drawType] {
+                             _remote->chooseHidingStyle(drawType);
+                         }),
+                         .isChecked = style.drawType == _reading.drawType});
+    }
+    ui::Menu::show(*_hiding, std::move(items));
+}
+
+void DeskStyle::chooseWidth(double width, bool isFinal) {
+    if (isFinal || !_reading.hasSelection) _remote->chooseLineWidth(width);
+}
+
+void DeskStyle::chooseProperty(const std::string& name, const ToolPropertyValue& value,
+                               bool isFinal) {
+    if (isFinal || !_reading.hasSelection) _remote->chooseProperty(name, value);
+}
+
+// ---- what it shows
 
 void DeskStyle::show(const DeskReading& reading) {
-    for (const auto& swatch : _colors)
-        swatch->setSelected(gfx::equalColors(swatch->color(), reading.color));
-    for (std::size_t i = 0; i < _widths.size(); ++i)
-        _widths[i]->setSelected(penSizes()[i].lineWidth == reading.lineWidth);
+    const bool wasHiding = _reading.isHiding;
+    const bool hadColor = _reading.hasColor;
+    _reading = reading;
+    for (std::size_t i = 0; i < _swatches.size(); ++i)
+        _swatches[i]->setSelected(gfx::equalColors(_offered[i], reading.color));
+    const auto color = reading.color ? std::optional(*reading.color) : std::nullopt;
+    if (_color->swatch() != color) _color->setSwatch(color);
+    _width->setValue(reading.lineWidth);
+    if (const HidingStyle* const style = hidingStyleOf(reading.drawType)) {
+        const std::string title = deskText(style->text);
+        if (_hiding->title() != title) _hiding->setTitle(title);
+    }
+    showProperties(reading);
+    if (wasHiding != reading.isHiding || hadColor != reading.hasColor) setNeedsLayout();
+}
+
+void DeskStyle::showProperties(const DeskReading& reading) {
+    std::vector<const ToolProperty*> wanted;
+    for (const auto& [property, value] : reading.properties)
+        wanted.push_back(property);
+    if (wanted != _shown) {
+        for (const auto& each : _properties) {
+            for (const auto& [path, view] : each->views())
+                view->removeFromSuperview();
+        }
+        _properties.clear();
+        for (const ToolProperty* const property : wanted) {
+            auto made = DeskProperty::make(
+                *property,
+                [this](const std::string& name, const ToolPropertyValue& value, bool isFinal) {
+                    chooseProperty(name, value, isFinal);
+                },
+                _editor->drawView());
+            _properties.push_back(std::move(made));
+            if (!_properties.back()) continue;
+            for (const auto& [path, view] : _properties.back()->views()) {
+                if (!view->superview()) _scroll->addSubview(view);
+            }
+        }
+        _shown = std::move(wanted);
+    }
+    for (std::size_t i = 0; i < _properties.size(); ++i) {
+        if (_properties[i]) _properties[i]->show(reading.properties[i].second);
+    }
+    setNeedsLayout();
 }
 
 std::vector<EditorShell::Named> DeskStyle::views() const {
     std::vector<EditorShell::Named> all;
-    for (std::size_t i = 0; i < _colors.size(); ++i)
-        all.push_back({"colors." + std::to_string(i), _colors[i]});
-    for (std::size_t i = 0; i < _widths.size(); ++i)
-        all.push_back({"widths." + std::to_string(i), _widths[i]});
+    for (std::size_t i = 0; i < _swatches.size(); ++i)
+        all.push_back({"colors." + std::to_string(i), _swatches[i]});
+    all.push_back({"color", _color});
+    all.push_back({"width", _width});
+    all.push_back({"hiding", _hiding});
+    for (const auto& property : _properties) {
+        if (!property) continue;
+        for (auto& named : property->views())
+            all.push_back(std::move(named));
+    }
     return all;
 }
+
+// ---- layout
 
 void DeskStyle::layoutSubviews() {
     const ui::EdgeInsets safe = safeAreaInsets();
     const double height = bounds().size.height - safe.top;
     _scroll->setFrame({safe.left, safe.top, bounds().size.width - safe.left, height - 1});
     double left = DeskLayout::barMargin;
-    const auto place = [&](ui::View& view) {
-        view.setFrame({left, (height - DeskSwatch::side) / 2, DeskSwatch::side, DeskSwatch::side});
-        left += DeskSwatch::side + 2;
+    const auto place = [&](ui::View& view, double width, double viewHeight) {
+        const gfx::Rect frame{left, (height - viewHeight) / 2, width, viewHeight};
+        if (view.frame() != frame) view.setFrame(frame);
+        left += width;
     };
-    for (const auto& swatch : _colors)
-        place(*swatch);
-    left += groupGap;
-    for (const auto& swatch : _widths)
-        place(*swatch);
+    const bool hasColor = _reading.hasColor;
+    for (const auto& swatch : _swatches) {
+        swatch->setHidden(!hasColor);
+        if (hasColor) place(*swatch, swatchWidth, DeskLayout::buttonSide);
+    }
+    for (const std::shared_ptr<ui::View>& view :
+         {std::shared_ptr<ui::View>(_color), std::shared_ptr<ui::View>(_widthIcon),
+          std::shared_ptr<ui::View>(_width)})
+        view->setHidden(!hasColor);
+    if (hasColor) {
+        place(*_color, _color->fittingSize().width, DeskLayout::buttonSide);
+        left += groupGap;
+        place(*_widthIcon, iconWidth, DeskLayout::buttonSide);
+        place(*_width, widthOfSlider, ui::Slider::height);
+        left += groupGap;
+    }
+    _hiding->setHidden(!_reading.isHiding);
+    if (_reading.isHiding) {
+        place(*_hiding, _hiding->fittingSize().width, DeskLayout::buttonSide);
+        left += groupGap;
+    }
+    for (const auto& property : _properties) {
+        if (!property) continue;
+        for (const auto& [path, view] : property->views()) {
+            if (view->superview() == _scroll.get())
+                place(*view, view->bounds().size.width, view->bounds().size.height);
+        }
+        left += groupGap;
+    }
     _scroll->setContentSize({left, height - 1});
 }
 

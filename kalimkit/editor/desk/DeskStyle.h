@@ -4,9 +4,10 @@
 #include <vector>
 
 #include "kalimkit/editor/desk/DeskBar.h"
+#include "kalimkit/editor/desk/DeskProperties.h"
 #include "kalimkit/editor/desk/DeskReading.h"
-#include "kalimkit/editor/desk/DeskSwatch.h"
 #include "kalimkit/ui/control/ScrollView.h"
+#include "kalimkit/ui/desk/Slider.h"
 
 namespace kalim {
 
@@ -28,13 +29,29 @@ protected:
 
 private:
     DeskStyle() : DeskBar("style", Edge::Bottom) {}
-    void addColors(const TesselViewController& editor);
-    void addWidths();
+    void addColors();
+    void addWidth();
+    void addHiding();
+    void openColors();
+    void openHidingStyles();
+    void chooseWidth(double width, bool isFinal);
+    void chooseProperty(const std::string& name, const ToolPropertyValue& value, bool isFinal);
+    void showProperties(const DeskReading& reading);
 
+    TesselViewController* _editor = nullptr;
     EditorRemote* _remote = nullptr;
+    // What it shows now.
+    DeskReading _reading;
     std::shared_ptr<ui::ScrollView> _scroll;
-    std::vector<std::shared_ptr<DeskSwatch>> _colors;
-    std::vector<std::shared_ptr<DeskSwatch>> _widths;
+    std::vector<gfx::ColorRef> _offered;
+    std::vector<std::shared_ptr<ui::DeskButton>> _swatches;
+    std::shared_ptr<ui::DeskButton> _color;
+    std::shared_ptr<ui::DeskButton> _widthIcon;
+    std::shared_ptr<ui::Slider> _width;
+    std::shared_ptr<ui::DeskButton> _hiding;
+    // What the controls of properties are for.
+    std::vector<const ToolProperty*> _shown;
+    std::vector<std::shared_ptr<DeskProperty>> _properties;
 };
 
 }  // namespace kalim

@@ -93,8 +93,19 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     if (!editor || !editor->penPopView() || !editor->window()) return false;
     if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
-    if (command == std::end(commands)) return !isRepeated && takePen(key);
+    const bool isCommand = command != std::end(commands);
+    if (editor->isReadOnly() && !(isCommand && isForReaders(command->run))) return false;
+    if (!isCommand) return !isRepeated && takePen(key);
     return (!isRepeated || command->repeats) && (this->*command->run)();
+}
+
+// What may be done where nothing can be changed.
+bool EditorKeys::isForReaders(bool (EditorKeys::*run)()) {
+    constexpr bool (EditorKeys::*allowed[])() = {
+        &EditorKeys::escape,    &EditorKeys::copyPicture,  &EditorKeys::holdSpace,
+        &EditorKeys::zoomToFit, &EditorKeys::zoomToPixels, &EditorKeys::zoomIn,
+        &EditorKeys::zoomOut,   &EditorKeys::showKeys,     &EditorKeys::toggleFullScreen};
+    return std::ranges::find(allowed, run) != std::end(allowed);
 }
 
 void EditorKeys::release(std::string_view key) {

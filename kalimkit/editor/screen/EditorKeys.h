@@ -82,6 +82,7 @@ private:
     static std::span<const Command> allCommands();
 
     ui::Window* window() const;
+    static bool isForReaders(bool (EditorKeys::*run)());
     bool pressInText(std::string_view key);
     bool pressInDialog(std::string_view key, bool isRepeated);
     bool pressInCrop(std::string_view key, bool isRepeated);

@@ -6,6 +6,7 @@
 #include "kalimkit/editor/picker/TesselDot.h"
 #include "kalimkit/editor/screen/ClosingQuestion.h"
 #include "kalimkit/editor/screen/CropSession.h"
+#include "kalimkit/editor/screen/EditorOffer.h"
 #include "kalimkit/editor/screen/EditorPanel.h"
 #include "kalimkit/editor/screen/EditorPickers.h"
 #include "kalimkit/editor/screen/EditorPicture.h"
@@ -14,6 +15,7 @@
 #include "kalimkit/editor/screen/PictureTransition.h"
 #include "kalimkit/editor/screen/SelectionButtons.h"
 #include "kalimkit/editor/screen/ToolChoice.h"
+#include "kalimkit/editor/screen/ToolMemory.h"
 
 namespace kalim {
 
@@ -29,12 +31,14 @@ public:
     std::shared_ptr<TesselTopTool> bar;
     // Of the pen before there was a button; hidden.
     std::shared_ptr<TesselDot> nib;
+    EditorOffer offer;
     EditorPicture picture{stage};
     PenButton pen{stage};
-    EditorPickers pickers{stage};
+    EditorPickers pickers{stage, offer};
     EditorPanel panel{stage, picture, pen, pickers};
     SelectionButtons buttons{stage, picture, pen, panel};
     ToolChoice choice{picture, pen, pickers};
+    ToolMemory memory;
     PictureTransition transition{stage, picture, bar};
     CropSession crop{stage};
     ClosingQuestion closing{stage};

@@ -29,20 +29,45 @@ int indexOf(const EditorPickers::Dots& dots, Matches matches) {
     return static_cast<int>(std::distance(dots.begin(), found));
 }
 
+// The phone has dots for the editor's sizes alone.
+std::vector<unsigned> offeredSizes(const EditorOffer& offer) {
+    if (!offer.hasWidths()) return editorSizes();
+    std::vector<unsigned> sizes;
+    for (const double width : offer.widths()) {
+        const auto size = std::ranges::find(penSizes(), width, &PenSize::lineWidth);
+        if (size != penSizes().end())
+            sizes.push_back(static_cast<unsigned>(size - penSizes().begin()));
+    }
+    return sizes.empty() ? editorSizes() : sizes;
+}
+
 }  // namespace
 
 // ---- making
 
 void EditorPickers::makeDots() {
     if (!_colorDots.empty()) return;
-    for (const std::string_view color : editorColors())
-        _colorDots.push_back(TesselDot::initWithColorShowBorder(colorWithHexString(color), false));
-    for (const unsigned size : editorSizes())
+    for (const gfx::ColorRef& color : _offer.colors())
+        _colorDots.push_back(TesselDot::initWithColorShowBorder(color, false));
+    for (const unsigned size : offeredSizes(_offer))
         _sizeDots.push_back(TesselDot::initWithSize(size));
-    for (const unsigned pen : editorPens())
+    for (const unsigned pen : _offer.pens() ? *_offer.pens() : editorPens())
         _penDots.push_back(TesselDot::initWithPen(pen));
     for (const unsigned shape : editorShapes())
         _shapeDots.push_back(TesselDot::initWithShape(shape));
+}
+
+void EditorPickers::makeAnew(ui::View& panel, const std::weak_ptr<TesselPopDelegate>& delegate) {
+    for (const auto& picker : {_colors, _sizes, _pens})
+        picker->removeFromSuperview();
+    _colorDots.clear();
+    _sizeDots.clear();
+    _penDots.clear();
+    _shapeDots.clear();
+    _offersHidingStyles = false;
+    _padding = _offset = 0;
+    makeDots();
+    makeRows(panel, delegate);
 }
 
 void EditorPickers::makeRows(ui::View& panel, const std::weak_ptr<TesselPopDelegate>& delegate) {
@@ -100,7 +125,7 @@ void EditorPickers::show(const gfx::ColorRef& color, unsigned size, unsigned pen
 
 void EditorPickers::showPen(unsigned pen, unsigned currentPen) {
     if (!areMade()) return;
-    const std::vector<unsigned>& pens = editorPens();
+    const std::vector<unsigned>& pens = _offer.pens() ? *_offer.pens() : editorPens();
     const bool hasDot = std::ranges::find(pens, pen) != pens.end();
     const unsigned first = pen == currentPen && !hasDot ? pen : pens.front();
     if (_penDots.front()->config()->pen() != first) _penDots.front()->setPen(first);

@@ -6,6 +6,7 @@
 
 #include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/editor/screen/EditorLayout.h"
+#include "kalimkit/editor/screen/EditorOffer.h"
 #include "kalimkit/editor/screen/EditorStage.h"
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/ui/view/Touch.h"
@@ -19,12 +20,15 @@ class EditorPickers {
 public:
     using Dots = std::vector<std::shared_ptr<TesselDot>>;
 
-    explicit EditorPickers(const EditorStage& stage) : _stage(stage) {}
+    EditorPickers(const EditorStage& stage, const EditorOffer& offer)
+        : _stage(stage), _offer(offer) {}
 
     // ---- making
     void makeDots();
     void makeRows(ui::View& panel, const std::weak_ptr<TesselPopDelegate>& delegate);
     bool areMade() const { return _pens != nullptr; }
+    // Both once more, as what is offered has changed.
+    void makeAnew(ui::View& panel, const std::weak_ptr<TesselPopDelegate>& delegate);
 
     // ---- folding, animated
     void fold();
@@ -67,6 +71,7 @@ private:
     void setFolded(bool color, bool size, bool isInset);
 
     const EditorStage& _stage;
+    const EditorOffer& _offer;
     std::shared_ptr<TesselPopView> _colors;
     std::shared_ptr<TesselPopView> _sizes;
     std::shared_ptr<TesselPopView> _pens;

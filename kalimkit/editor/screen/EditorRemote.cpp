@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/ToolType.h"
 #include "kalimkit/crop/EditImageIntialView.h"
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/picker/TesselDot.h"
@@ -78,7 +79,28 @@ void EditorRemote::chooseLineWidth(double width) {
         return;
     }
     editor->drawView()->setDrawLineWidth(width);
+    editor->rememberTool();
     editor->tellShell();
+}
+
+bool EditorRemote::chooseProperty(const std::string& name, const ToolPropertyValue& value) {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->drawView()) return false;
+    const bool isTaken = editor->drawView()->setToolProperty(name, value);
+    editor->rememberTool();
+    editor->tellShell();
+    return isTaken;
+}
+
+void EditorRemote::chooseHidingStyle(std::uint64_t drawType) {
+    const auto editor = _editor.lock();
+    if (!editor || !editor->sizePopView() || !hidingStyleOf(drawType)) return;
+    if (editor->currentPen() != EditorPenMosaic)
+        return editor->drawView()->setDrawTypeForType(drawType, ToolType::Mosaic);
+    const auto config = TesselConfig::create();
+    config->setType(1);
+    config->setHidingStyle(drawType);
+    editor->clickDotWithConfig(config);
 }
 
 void EditorRemote::showNote(const std::string& text) {

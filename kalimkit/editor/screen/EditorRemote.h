@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -7,6 +8,7 @@
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Image.h"
+#include "kalimkit/tool/ToolProperty.h"
 
 namespace kalim {
 
@@ -27,6 +29,12 @@ public:
     // Also for what is selected, as a line width in points; neither need be one of the pickers'.
     void chooseColor(const gfx::ColorRef& color);
     void chooseLineWidth(double width);
+
+    // What else there is to choose of the selection's look, or of the pen's; see
+    // MDrawView::setToolProperty. Whether anything has it and can take the value.
+    bool chooseProperty(const std::string& name, const ToolPropertyValue& value);
+    // How mosaic patches hide: those selected, and the next ones. See HidingStyle.
+    void chooseHidingStyle(std::uint64_t drawType);
 
     // Tells people shortly that something was done, where the shell has room for it; in their
     // language already.

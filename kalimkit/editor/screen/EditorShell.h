@@ -34,6 +34,9 @@ public:
     // Tells people shortly that something was done, such as "Copied".
     virtual void showNote(const std::string& text) = 0;
 
+    // Offers what can be done at a place of the canvas, window points.
+    virtual void showContextMenu(gfx::Point place) = 0;
+
     // Its views by the names that scenarios call them by, such as "desk.pens.arrow".
     struct Named {
         std::string path;

@@ -51,7 +51,7 @@ void EditorStage::setShell(std::shared_ptr<EditorShell> shell) {
 
 // The shell lies where the phone's bars do, so that whatever is over those is over it.
 void EditorStage::showShell() {
-    _chrome->setHidden(_shell != nullptr);
+    _chrome->setHidden(_shell != nullptr || _isReadOnly);
     view().setBackgroundColor(_shell ? _shell->groundColor() : gfx::makeColor(0, 0, 0));
     view().setNeedsLayout();
     if (!_shell) return;
@@ -59,6 +59,14 @@ void EditorStage::showShell() {
     const auto place = std::ranges::find(views, _chrome);
     _shell->view()->setFrame(view().bounds());
     view().insertSubview(_shell->view(), static_cast<std::size_t>(place - views.begin()) + 1);
+    tellShell();
+}
+
+void EditorStage::setReadOnly(bool isReadOnly) {
+    _isReadOnly = isReadOnly;
+    if (!_chrome) return;
+    _chrome->setHidden(_shell != nullptr || _isReadOnly);
+    view().setNeedsLayout();
     tellShell();
 }
 

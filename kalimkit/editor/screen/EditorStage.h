@@ -38,6 +38,9 @@ public:
     // For what has to be told that it is not.
     std::weak_ptr<void> life() const { return _screen.weak_from_this(); }
 
+    // See TesselViewController::setReadOnly.
+    bool isReadOnly() const { return _isReadOnly; }
+    void setReadOnly(bool isReadOnly);
     // See TesselViewController::setForgiving.
     bool isForgiving() const { return _isForgiving; }
     void setForgiving(bool forgiving) { _isForgiving = forgiving; }
@@ -49,6 +52,7 @@ private:
     std::shared_ptr<ui::View> _chrome;
     std::shared_ptr<EditorShell> _shell;
     bool _isForgiving = false;
+    bool _isReadOnly = false;
 };
 
 }  // namespace kalim

@@ -131,6 +131,45 @@ void TesselViewController::setOffersHidingStyles(bool offers) {
     parts().choice.setOffersHidingStyles(offers);
 }
 
+const EditorOffer& TesselViewController::offer() const {
+    return parts().offer;
+}
+
+void TesselViewController::setOffer(EditorOffer offer) {
+    const auto alive = self();
+    EditorParts& all = parts();
+    all.offer = std::move(offer);
+    if (!all.pickers.areMade()) return;
+    all.pickers.makeAnew(*all.panel.view(), self());
+    all.choice.showPen();
+    view()->setNeedsLayout();
+}
+
+bool TesselViewController::remembersTools() const {
+    return parts().memory.isOn();
+}
+
+void TesselViewController::setRemembersTools(bool remembers) {
+    parts().memory.setOn(remembers);
+}
+
+void TesselViewController::rememberTool() {
+    parts().memory.store(parts().choice.pen(), *parts().picture.canvas());
+}
+
+bool TesselViewController::isReadOnly() const {
+    return parts().stage.isReadOnly();
+}
+
+void TesselViewController::setReadOnly(bool isReadOnly) {
+    const auto alive = self();
+    view();
+    parts().picture.canvas()->finalizeCurrentDrawing();
+    parts().picture.canvas()->selectNone();
+    parts().picture.canvas()->setReadOnly(isReadOnly);
+    parts().stage.setReadOnly(isReadOnly);
+}
+
 const std::shared_ptr<EditorShell>& TesselViewController::shell() const {
     return parts().stage.shell();
 }
@@ -226,6 +265,8 @@ void TesselViewController::setUpAfterAppearance() {
     // An editor that comes back to the screen keeps the tool that the user has.
     if (!std::exchange(_hasAppeared, true) && !all.buttons.isOut()) {
         all.choice.begin();
+        if (const auto last = all.memory.lastPen()) all.choice.take(*last);
+        all.choice.recall(all.memory);
         blinkPenview();
         all.stage.tellShell();
     }

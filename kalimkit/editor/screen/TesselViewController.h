@@ -11,6 +11,7 @@
 #include "kalimkit/editor/bar/TesselTopToolDelegate.h"
 #include "kalimkit/editor/picker/TesselPenViewDelegate.h"
 #include "kalimkit/editor/picker/TesselPopDelegate.h"
+#include "kalimkit/editor/screen/EditorOffer.h"
 #include "kalimkit/editor/screen/EditorReading.h"
 #include "kalimkit/editor/screen/TesselViewControllerDelegate.h"
 #include "kalimkit/editor/sheet/KLMActionsheetViewDelegate.h"
@@ -137,6 +138,20 @@ public:
     void safeAreaDidChange();
     // What confirming would hand over now. Ends what is being typed.
     gfx::ImageRef exportedImage();
+
+    // What people may choose from, in both shells. The rows of dots are made anew.
+    const EditorOffer& offer() const;
+    void setOffer(EditorOffer offer);
+    // The look that was last chosen for each tool is taken with it again, and a new editor begins
+    // with the last one: in the user's settings, see ToolMemory. Off at first.
+    bool remembersTools() const;
+    void setRemembersTools(bool remembers);
+    // What the pen in hand draws with has been changed on the canvas itself.
+    void rememberTool();
+    // Nothing can be changed, only looked at: the canvas is zoomed and moved, and the shells show
+    // no more than that. Off at first.
+    bool isReadOnly() const;
+    void setReadOnly(bool isReadOnly);
 
     // ---- the shell
     // Other bars than the phone's, null for those, as at first. Passing from one to another loses

@@ -181,9 +181,16 @@ void TesselViewController::clickAtPop(TesselPopView& picker) {
 
 void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig>& config) {
     const auto alive = self();
-    parts().choice.choose(*config);
-    tellShell();
+    EditorParts& all = parts();
+    all.choice.choose(*config);
     const bool isPen = config->type() == 2;
+    if (isPen && config->pen() != EditorPenCrop) {
+        all.memory.storeLast(config->pen());
+        all.choice.recall(all.memory);
+    } else if (!isPen) {
+        rememberTool();
+    }
+    tellShell();
     if (isPen && config->pen() == EditorPenCrop) parts().crop.open(self());
 }
 

@@ -1,5 +1,6 @@
 #include "kalimkit/editor/screen/ToolChoice.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "kalimkit/canvas/ToolType.h"
@@ -100,6 +101,28 @@ void ToolChoice::chooseShape(unsigned shape) {
         default:
             return;
     }
+}
+
+void ToolChoice::recall(const ToolMemory& memory) {
+    MDrawView& canvas = *_picture.canvas();
+    if (!memory.isOn() || canvas.hasSelectedTools()) return;
+    const ToolMemory::Look look = memory.lookOf(_penNumber, canvas);
+    if (look.color) chooseColor(look.color);
+    if (look.lineWidth) {
+        canvas.setDrawLineWidth(*look.lineWidth);
+        const auto size = std::ranges::find(penSizes(), *look.lineWidth, &PenSize::lineWidth);
+        if (size != penSizes().end()) {
+            _size = static_cast<unsigned>(size - penSizes().begin());
+            _pen.view()->setSize(_size);
+        }
+    }
+    for (const auto& [name, value] : look.properties)
+        canvas.setToolProperty(name, value);
+    const bool isHiding = _offersHidingStyles && _penNumber == EditorPenMosaic;
+    if (isHiding && look.drawType && hidingStyleOf(*look.drawType))
+        chooseHidingStyle(*look.drawType);
+    _pickers.show(_color, _size, _penNumber, _penNumber);
+    offerFor(_penNumber);
 }
 
 // ---- ways to hide

@@ -5,6 +5,7 @@
 #include "kalimkit/editor/screen/EditorPickers.h"
 #include "kalimkit/editor/screen/EditorPicture.h"
 #include "kalimkit/editor/screen/PenButton.h"
+#include "kalimkit/editor/screen/ToolMemory.h"
 #include "kalimkit/theme/Pens.h"
 #include "kalimkit/theme/TesselConfig.h"
 
@@ -24,6 +25,10 @@ public:
     void setOffersHidingStyles(bool offers);
     // What a dot stands for. The crop pen is only shown: it is no tool to draw with.
     void choose(const TesselConfig& config);
+    // The same for a pen, without a dot.
+    void take(unsigned pen) { choosePen(pen); }
+    // The look that the pen had when it was used last; of a selection nothing changes.
+    void recall(const ToolMemory& memory);
     // The pen that one draws with is shown again.
     void showPen();
     // Shows what a tool of the canvas has, as far as it is something that can be chosen.

@@ -47,6 +47,7 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
     editor->setLaysPictureBetweenBars(true);
     editor->setClipsToPicture(!choices.grows);
     editor->setOffersHidingStyles(true);
+    editor->setRemembersTools(true);
     editor->setLargestMagnification(largestMagnification);
     return editor;
 }
@@ -64,6 +65,8 @@ void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
     // The seat owns the keys.
     _keys->setOverviewHandler([this] { ui::KeysOverview::show(_window, EditorKeys::list()); });
     _editor->setSizeHandler([this](gfx::Size size) { chooseShell(size); });
+    if (_hasOffer) _editor->setOffer(_offer);
+    if (_isReadOnly) setReadOnly(true);
     chooseShell(_window.size());
 }
 
@@ -82,6 +85,40 @@ void EditorSeat::setLayout(SeatLayout layout) {
     chooseShell(_window.size());
 }
 
+// ---- what there is to choose from
+
+std::optional<std::string> EditorSeat::setPens(const std::vector<std::string>& identifiers) {
+    if (auto problem = _offer.setPens(identifiers)) return problem;
+    showOffer();
+    return std::nullopt;
+}
+
+void EditorSeat::setColors(std::vector<gfx::ColorRef> colors) {
+    _offer.setColors(std::move(colors));
+    showOffer();
+}
+
+void EditorSeat::setWidths(const std::vector<double>& widths) {
+    _offer.setWidths(widths);
+    showOffer();
+}
+
+void EditorSeat::setReadOnly(bool isReadOnly) {
+    _isReadOnly = isReadOnly;
+    if (_editor) _editor->setReadOnly(isReadOnly);
+    if (_pointer) _pointer->setMainButtonPans(isReadOnly);
+}
+
+// A desk is made anew with it.
+void EditorSeat::showOffer() {
+    _hasOffer = true;
+    if (!_editor) return;
+    _editor->setOffer(_offer);
+    if (!_editor->shell()) return;
+    _editor->setShell(nullptr);
+    chooseShell(_window.size());
+}
+
 void EditorSeat::chooseShell(gfx::Size size) {
     if (!_editor) return;
     const bool isDesk = _layout == SeatLayout::Desk ||
@@ -94,6 +131,8 @@ void EditorSeat::chooseShell(gfx::Size size) {
 
 void EditorSeat::mousePressed(PointerButton button, gfx::Point place) {
     if (_pointer && _pointer->pointerPressed(button, place)) return;
+    if (button == PointerButton::Other && _editor && _editor->shell())
+        _editor->shell()->showContextMenu(place);
     if (button != PointerButton::Main) return;
     _isMouseDown = true;
     _window.fingersBegan({{mouse, place}});

@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -59,6 +61,16 @@ public:
     void present(std::shared_ptr<TesselViewController> editor,
                  std::weak_ptr<EditorKeysDelegate> delegate = {});
     const std::shared_ptr<TesselViewController>& editor() const { return _editor; }
+    // What people may choose from, in the order in which both shells show it: pens by their
+    // identifiers, such as "arrow" and "crop"; colours; widths, points. An empty list takes the
+    // choice back. Answers with what is wrong with a pen, and nothing changes then. It holds for
+    // the present editor and those to come.
+    std::optional<std::string> setPens(const std::vector<std::string>& identifiers);
+    void setColors(std::vector<gfx::ColorRef> colors);
+    void setWidths(const std::vector<double>& widths);
+    // Nothing can be changed, and nothing is shown but the zoom; for the present editor and those
+    // to come.
+    void setReadOnly(bool isReadOnly);
     // Which bars the editor has: a phone's, as at first, those of wide screens, or the ones that
     // suit the window: it is wider than 700 points and than it is high, or wide enough for a
     // pointer that has hovered over it. They may change at any time, and nothing is lost.
@@ -117,6 +129,7 @@ public:
 
 private:
     void chooseShell(gfx::Size size);
+    void showOffer();
     void letGo();
 
     std::shared_ptr<ui::Environment> _environment;
@@ -130,6 +143,9 @@ private:
     std::unique_ptr<EditorKeys> _keys;
     SeatLayout _layout = SeatLayout::Phone;
     bool _hasHovered = false;
+    EditorOffer _offer;
+    bool _hasOffer = false;
+    bool _isReadOnly = false;
     // The mouse is a finger on the window.
     bool _isMouseDown = false;
     CaretHandler _caretHandler;

@@ -1,0 +1,110 @@
+#include "kalimkit/editor/screen/ToolMemory.h"
+
+#include <charconv>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+constexpr const char* lastKey = "tool.last";
+constexpr double thickest = 100;
+
+std::string keyOf(unsigned pen, std::string_view what) {
+    const Pen* const known = penNumbered(pen);
+    if (!known || known->name.empty()) return {};
+    return "tool." + std::string(known->name) + "." + std::string(what);
+}
+
+std::optional<double> numberOf(const std::string& text) {
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return number;
+}
+
+std::string textOf(double number) {
+    char digits[32];
+    const auto [end, error] = std::to_chars(digits, digits + sizeof(digits), number);
+    return {digits, end};
+}
+
+std::optional<std::string> settingOf(unsigned pen, std::string_view what) {
+    const std::string key = keyOf(pen, what);
+    return key.empty() ? std::nullopt : ui::Environment::current().userSetting(key);
+}
+
+void set(unsigned pen, std::string_view what, const std::string& text) {
+    const std::string key = keyOf(pen, what);
+    ui::Environment& environment = ui::Environment::current();
+    if (!key.empty() && environment.userSetting(key) != text) environment.setUserSetting(key, text);
+}
+
+std::optional<ToolPropertyValue> valueOf(const ToolProperty& property, const std::string& text) {
+    const bool isNumber =
+        property.type == ToolProperty::Type::Number || property.type == ToolProperty::Type::Switch;
+    if (!isNumber) return text;
+    const auto number = numberOf(text);
+    return number ? std::optional<ToolPropertyValue>(*number) : std::nullopt;
+}
+
+}  // namespace
+
+void ToolMemory::store(unsigned pen, const MDrawView& canvas) const {
+    if (!_isOn) return;
+    if (canvas.color()) set(pen, "color", canvas.color()->hex());
+    set(pen, "width", textOf(canvas.lineWidth()));
+    set(pen, "style", std::to_string(canvas.drawType()));
+    // Those of a selection are another tool's.
+    if (canvas.hasSelectedTools()) return;
+    for (const ToolProperty* const property : canvas.toolProperties()) {
+        const auto value = canvas.toolProperty(std::string(property->name));
+        if (!value || property->isHidden) continue;
+        const double* const number = std::get_if<double>(&*value);
+        set(pen, property->name, number ? textOf(*number) : std::get<std::string>(*value));
+    }
+}
+
+void ToolMemory::storeLast(unsigned pen) const {
+    const Pen* const known = penNumbered(pen);
+    if (!_isOn || !known || known->name.empty()) return;
+    ui::Environment::current().setUserSetting(lastKey, std::string(known->name));
+}
+
+ToolMemory::Look ToolMemory::lookOf(unsigned pen, const MDrawView& canvas) const {
+    Look look;
+    if (!_isOn) return look;
+    if (const auto text = settingOf(pen, "color")) {
+        if (const auto color = gfx::Color::fromHex(*text)) look.color = gfx::makeColor(*color);
+    }
+    if (const auto text = settingOf(pen, "width")) {
+        const auto width = numberOf(*text);
+        if (width && *width > 0 && *width <= thickest) look.lineWidth = width;
+    }
+    if (const auto text = settingOf(pen, "style")) {
+        const auto style = numberOf(*text);
+        if (style && *style >= 0 && *style <= thickest)
+            look.drawType = static_cast<std::uint64_t>(*style);
+    }
+    for (const ToolProperty* const property : canvas.toolProperties()) {
+        const auto text = settingOf(pen, property->name);
+        if (!text || property->isHidden) continue;
+        if (const auto value = valueOf(*property, *text))
+            look.properties.emplace_back(std::string(property->name), *value);
+    }
+    return look;
+}
+
+std::optional<unsigned> ToolMemory::lastPen() const {
+    const auto name = _isOn ? ui::Environment::current().userSetting(lastKey) : std::nullopt;
+    const Pen* const pen = name ? penIdentified(*name) : nullptr;
+    return pen && pen->number != EditorPenCrop ? std::optional(pen->number) : std::nullopt;
+}
+
+}  // namespace kalim
