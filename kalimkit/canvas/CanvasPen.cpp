@@ -104,8 +104,30 @@ bool CanvasPen::setProperty(const std::string& name, const ToolPropertyValue& va
         if (tool->property(name) == value) continue;
         isChanged = tool->setProperty(name, value) || isChanged;
     }
-    if (isChanged) selection.recordChange();
-    return isTaken || isChanged;
+    if (!isChanged) return isTaken;
+    const ToolRef others = shareShade(name, value);
+    others ? _canvas.tools.record(others) : selection.recordChange();
+    _canvas.home.redisplay();
+    return true;
+}
+
+// There is one shade: what is chosen for it is chosen for all tools that make it, as one step. Null
+// where the selection makes none, or all of it.
+ToolRef CanvasPen::shareShade(const std::string& name, const ToolPropertyValue& value) const {
+    const auto isShade = [](const ToolRef& tool) {
+        return tool->toolClass().layer() == ToolLayer::Shade;
+    };
+    const auto& selected = _canvas.selection.group();
+    if (!std::ranges::any_of(selected->subTools(), isShade)) return nullptr;
+    const ToolRef together = selected->copyOfGroup();
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        const bool isOther = isShade(tool) && !selected->containTool(tool);
+        if (!isOther || tool->isNewBuild() || tool->property(name) == value) continue;
+        if (!tool->setProperty(name, value)) continue;
+        together->addSubTool(tool);
+        _canvas.screen.markChanged(tool);
+    }
+    return together;
 }
 
 std::optional<ToolPropertyValue> CanvasPen::property(const std::string& name) const {

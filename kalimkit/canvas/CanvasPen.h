@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kalimkit/gfx/Color.h"
+#include "kalimkit/tool/MDrawTool.h"
 #include "kalimkit/tool/ToolClass.h"
 
 namespace kalim {
@@ -49,6 +50,7 @@ public:
     void setShowMeasurement(bool show);
 
 private:
+    ToolRef shareShade(const std::string& name, const ToolPropertyValue& value) const;
     void measuringChanged();
 
     Canvas _canvas;

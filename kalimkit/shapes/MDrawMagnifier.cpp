@@ -104,11 +104,32 @@ void MDrawMagnifier::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
         case BottomLeft:
             makeRound(low, high);
             break;
+        case Top:
+        case Bottom:
+            return fitAcross(std::abs(_endPoint.y - _startPoint.y));
+        case Left:
+        case Right:
+            return fitDown(std::abs(_endPoint.x - _startPoint.x));
         default:
             return;
     }
     _startPoint = {low.x, high.y};
     _endPoint = {high.x, low.y};
+}
+
+// About the same middle.
+void MDrawMagnifier::fitAcross(double side) {
+    const double half = std::copysign(side / 2, _endPoint.x - _startPoint.x);
+    const double x = middle().x;
+    _startPoint.x = x - half;
+    _endPoint.x = x + half;
+}
+
+void MDrawMagnifier::fitDown(double side) {
+    const double half = std::copysign(side / 2, _endPoint.y - _startPoint.y);
+    const double y = middle().y;
+    _startPoint.y = y - half;
+    _endPoint.y = y + half;
 }
 
 // ---- drawing

@@ -52,6 +52,9 @@ private:
     gfx::Point middle() const { return frame().center(); }
     gfx::Point placeHandle() const;
     void makeRound(gfx::Point& moved, gfx::Point fixed) const;
+    // Makes the box a square by the side that an edge was dragged to.
+    void fitAcross(double side);
+    void fitDown(double side);
     void drawPlace(gfx::Context& context) const;
     void drawEnlarged(gfx::Context& context) const;
 

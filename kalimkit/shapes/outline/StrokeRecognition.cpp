@@ -94,8 +94,10 @@ std::optional<RecognizedStroke> lineOf(const Points& points, double length) {
 std::optional<RecognizedStroke> arrowOf(const Points& points) {
     const auto away = [&](gfx::Point p) { return distance(points.front(), p); };
     const double farthest = away(*std::ranges::max_element(points, {}, away));
-    const auto tip =
+    auto tip =
         std::ranges::find_if(points, [&](gfx::Point p) { return away(p) >= 0.97 * farthest; });
+    while (std::next(tip) != points.end() && away(*std::next(tip)) > away(*tip))
+        ++tip;
     const std::span<const gfx::Point> shaft(points.begin(), tip + 1);
     const std::span<const gfx::Point> head(tip, points.end());
     if (shaft.size() < spreadCount / 3 || head.size() < 4 || !isStraight(shaft))
