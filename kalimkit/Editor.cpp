@@ -271,6 +271,10 @@ void Editor::pointerMoved(double x, double y) {
     perform([&](EditorSeat& seat) { seat.mouseMoved({x, y}); });
 }
 
+void Editor::pointerLeft() {
+    perform([&](EditorSeat& seat) { seat.mouseLeft(); });
+}
+
 void Editor::pointerReleased(double x, double y, Button button) {
     perform([&](EditorSeat& seat) { seat.mouseReleased(buttonOf(button), {x, y}); });
 }

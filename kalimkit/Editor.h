@@ -105,6 +105,8 @@ public:
     void pointerPressed(double x, double y, Button button = Button::Main);
     // It comes also between a press and its release outside of the editor.
     void pointerMoved(double x, double y);
+    // It hovers over the editor no longer.
+    void pointerLeft();
     void pointerReleased(double x, double y, Button button = Button::Main);
     // Zooms about the place, in notches of a wheel or parts of them: in, or out where negative.
     void wheelTurned(double x, double y, double notches);
