@@ -130,6 +130,25 @@ ToolRef CanvasPen::shareShade(const std::string& name, const ToolPropertyValue& 
     return together;
 }
 
+bool CanvasPen::setDetail(const std::string& name, const std::string& text) {
+    const auto hasIt = [&name](const ToolClass& kind) {
+        return std::ranges::any_of(kind.details(), [&name](const ToolDetailRule& rule) {
+            return rule.name == name && rule.type == ToolDetailRule::Type::Text;
+        });
+    };
+    NewTools& pen = _canvas.tools.pen();
+    const bool isOfPen = pen.toolClass && hasIt(*pen.toolClass);
+    if (isOfPen) pen.setDetail(*pen.toolClass, name, text);
+    CanvasSelection& selection = _canvas.selection;
+    if (!selection.isValid()) return isOfPen;
+    bool isTaken = false;
+    for (const ToolRef& tool : selection.group()->subTools()) {
+        if (hasIt(tool->toolClass())) isTaken = tool->takeDetail(name, text) || isTaken;
+    }
+    if (isTaken) selection.recordChange();
+    return isOfPen || isTaken;
+}
+
 std::optional<ToolPropertyValue> CanvasPen::property(const std::string& name) const {
     const CanvasSelection& selection = _canvas.selection;
     if (!selection.isValid()) {

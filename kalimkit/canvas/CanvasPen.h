@@ -43,6 +43,7 @@ public:
     void setColor(gfx::ColorRef color);
     void setLineWidth(double width);
     bool setProperty(const std::string& name, const ToolPropertyValue& value);
+    bool setDetail(const std::string& name, const std::string& text);
     std::optional<ToolPropertyValue> property(const std::string& name) const;
     std::vector<const ToolProperty*> properties() const;
     void setCalibration(double calibration);

@@ -264,6 +264,10 @@ bool MDrawView::setToolProperty(const std::string& name, const ToolPropertyValue
     return held()->pen.setProperty(name, value);
 }
 
+bool MDrawView::setToolDetail(const std::string& name, const std::string& text) {
+    return held()->pen.setDetail(name, text);
+}
+
 std::optional<ToolPropertyValue> MDrawView::toolProperty(const std::string& name) const {
     return _parts->pen.property(name);
 }

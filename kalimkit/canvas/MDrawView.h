@@ -170,6 +170,10 @@ public:
     // for what the pen in hand draws from now on; a text that is being typed on a forgiving canvas
     // instead of the selection. Whether there is any that has it and can take the value.
     bool setToolProperty(const std::string& name, const ToolPropertyValue& value);
+    // The same of a text that makes a tool and is no choice from a list, see ToolRow::details; with
+    // "picture" and what smallPictureText() makes of one, stamps show it where their "sign" is
+    // "picture".
+    bool setToolDetail(const std::string& name, const std::string& text);
     // The value that all of the selection have; nothing where they differ. Without a selection that
     // of the pen.
     std::optional<ToolPropertyValue> toolProperty(const std::string& name) const;

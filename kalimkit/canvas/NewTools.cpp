@@ -1,5 +1,7 @@
 #include "kalimkit/canvas/NewTools.h"
 
+#include <utility>
+
 namespace kalim {
 
 void NewTools::prepare(MDrawTool& tool) const {
@@ -8,6 +10,10 @@ void NewTools::prepare(MDrawTool& tool) const {
     tool.setColor(color);
     tool.setDrawType(drawType);
     tool.setLineWidth(lineWidth);
+    if (const auto given = _details.find(&tool.toolClass()); given != _details.end()) {
+        for (const auto& [name, text] : given->second)
+            tool.takeDetail(name, text);
+    }
     if (const auto chosen = _properties.find(&tool.toolClass()); chosen != _properties.end()) {
         for (const auto& [name, value] : chosen->second)
             tool.setProperty(name, value);
@@ -27,6 +33,10 @@ std::optional<ToolPropertyValue> NewTools::property(const ToolClass& kind,
         }
     }
     return known->usualValue();
+}
+
+void NewTools::setDetail(const ToolClass& kind, std::string_view name, std::string text) {
+    _details[&kind].insert_or_assign(std::string(name), std::move(text));
 }
 
 void NewTools::applyShared(MDrawTool& tool) const {

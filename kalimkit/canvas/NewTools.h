@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -34,8 +35,11 @@ struct KALIM_API NewTools {
     // ---- what was chosen for tools of a class, see ToolProperty
     ToolPropertyValues& propertiesOf(const ToolClass& kind) { return _properties[&kind]; }
     std::optional<ToolPropertyValue> property(const ToolClass& kind, std::string_view name) const;
+    // A text that tools of the class take as a detail.
+    void setDetail(const ToolClass& kind, std::string_view name, std::string text);
 
 private:
+    std::map<const ToolClass*, std::map<std::string, std::string, std::less<>>> _details;
     std::map<const ToolClass*, ToolPropertyValues> _properties;
 };
 

@@ -40,6 +40,7 @@ public:
     void drawSlectedStateContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;
 
+    std::string measureText() const override { return {}; }
     Feature getFeature() const override;
     void setFeature(const FeatureRef& feature) override;
     ToolDetails details() const override;

@@ -10,6 +10,7 @@
 #include "kalimkit/host/headless/CanvasMake.h"
 #include "kalimkit/host/headless/CanvasPrint.h"
 #include "kalimkit/host/headless/ScenarioGestures.h"
+#include "kalimkit/image/SmallPicture.h"
 #include "kalimkit/json/JsonText.h"
 
 namespace kalim {
@@ -70,6 +71,7 @@ const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
     {"make", {"points", "text", "color", "lineWidth", "drawType"}, &Stage::make},
     {"print", {}, &Stage::print},
     {"picture", {}, &Stage::picture},
+    {"stamp", {}, &Stage::stamp},
     {"export", {"at"}, &Stage::exportPicture},
     {"saveDocument", {"sealed", "link"}, &Stage::saveDocument},
     {"openDocument", {}, &Stage::openDocument},
@@ -212,6 +214,17 @@ Problem ScenarioPlayer::Stage::picture(const JsonValue& step) {
     std::string path;
     if (Problem problem = readAs(*step.find("picture"), "\"picture\"", path)) return problem;
     return setPicture(path);
+}
+
+Problem ScenarioPlayer::Stage::stamp(const JsonValue& step) {
+    std::string path;
+    if (Problem problem = readAs(*step.find("stamp"), "\"stamp\"", path)) return problem;
+    const ScenarioFiles::LoadedPicture loaded = _files.loadPicture(path);
+    if (!loaded.image) return loaded.error;
+    const bool isTaken = _canvas->setToolDetail("picture", smallPictureText(loaded.image)) &&
+                         _canvas->setToolProperty("sign", "picture");
+    return isTaken ? std::nullopt
+                   : Problem("nothing takes \"stamp\": neither the pen nor the selection");
 }
 
 Problem ScenarioPlayer::Stage::setPicture(const std::string& path) {

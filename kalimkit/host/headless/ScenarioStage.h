@@ -54,6 +54,7 @@ private:
     Problem make(const JsonValue& step);
     Problem print(const JsonValue& step);
     Problem picture(const JsonValue& step);
+    Problem stamp(const JsonValue& step);
     Problem exportPicture(const JsonValue& step);
     Problem saveDocument(const JsonValue& step);
     Problem openDocument(const JsonValue& step);
