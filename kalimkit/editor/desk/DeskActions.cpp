@@ -15,7 +15,11 @@ constexpr double gap = 2;
 constexpr double groupGap = 10;
 
 double gapBefore(const std::string& name) {
-    return name == "copy" || name == "done" ? groupGap : gap;
+    return name == "copy" || name == "close" ? groupGap : gap;
+}
+
+const std::string& titleOf(const ui::Button& button) {
+    return button.title(ui::ControlState::Normal);
 }
 
 }  // namespace
@@ -32,7 +36,17 @@ std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, Edi
         bar->add("save", "save", "保存", "", [&keys] { keys.savePicture(); });
     if (keys.offers(EditorAction::SaveAs))
         bar->add("saveAs", "saveas", "另存为", "", [&keys] { keys.savePictureAs(); });
-    bar->add("done", "", "完成", "ctrl+s", [&editor] { editor.toolView()->handleConfirm(); });
+    for (const HostButton& button : editor.offer().buttons()) {
+        if (button.place == HostButton::Place::Actions)
+            bar->add(button.identifier, makeDeskButton(button));
+    }
+    const std::string& closeTitle = titleOf(*editor.toolView()->closeButton());
+    bar->add("close", "close", closeTitle, "escape",
+             [&editor] { editor.toolView()->handleClose(); });
+    // A host's own word for it, where that has one.
+    const std::string& sendTitle = titleOf(*editor.toolView()->confirmButton());
+    const std::string doneTitle = sendTitle == deskText("发送") ? deskText("完成") : sendTitle;
+    bar->add("done", "", doneTitle, "ctrl+s", [&editor] { editor.toolView()->handleConfirm(); });
     std::static_pointer_cast<ui::DeskButton>(bar->_buttons.back().view)
         ->setStyle(ui::DeskButton::Style::Accent);
     return bar;
@@ -40,7 +54,10 @@ std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, Edi
 
 void DeskActions::add(const std::string& name, const std::string& icon, const std::string& text,
                       const std::string& key, std::function<void()> action) {
-    const auto button = makeDeskButton(icon, deskText(text), key, std::move(action));
+    add(name, makeDeskButton(icon, deskText(text), key, std::move(action)));
+}
+
+void DeskActions::add(const std::string& name, const std::shared_ptr<ui::DeskButton>& button) {
     addSubview(button);
     _buttons.push_back({name, button});
     if (name == "undo") _undo = button;

@@ -34,6 +34,8 @@ private:
     void add(const std::string& name, const std::string& icon, const std::string& text,
              const std::string& key, std::function<void()> action);
 
+    void add(const std::string& name, const std::shared_ptr<ui::DeskButton>& button);
+
     std::vector<EditorShell::Named> _buttons;
     std::shared_ptr<ui::DeskButton> _undo;
     std::shared_ptr<ui::DeskButton> _redo;

@@ -54,4 +54,16 @@ std::shared_ptr<ui::DeskButton> makeDeskButton(const std::string& icon, const st
     return button;
 }
 
+std::shared_ptr<ui::DeskButton> makeDeskButton(const HostButton& button) {
+    const auto made = ui::DeskButton::make({}, button.icon ? std::string() : button.title);
+    if (button.icon) made->setImage(button.icon);
+    made->setTip(button.title);
+    // A copy: the action may take the button away.
+    made->setHandler([action = button.action] {
+        const auto run = action;
+        if (run) run();
+    });
+    return made;
+}
+
 }  // namespace kalim

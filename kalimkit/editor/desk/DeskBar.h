@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kalimkit/editor/screen/EditorOffer.h"
 #include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/ui/desk/DeskButton.h"
 #include "kalimkit/ui/view/View.h"
@@ -45,5 +46,8 @@ std::string deskText(std::string_view text);
 std::shared_ptr<ui::DeskButton> makeDeskButton(const std::string& icon, const std::string& text,
                                                const std::string& key,
                                                std::function<void()> handler);
+
+// That of a host.
+std::shared_ptr<ui::DeskButton> makeDeskButton(const HostButton& button);
 
 }  // namespace kalim

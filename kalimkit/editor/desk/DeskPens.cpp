@@ -21,13 +21,20 @@ std::string iconOf(const Pen& pen) {
 
 }  // namespace
 
-std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens, Chosen chosen) {
+std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens,
+                                         const std::vector<HostButton>& buttons, Chosen chosen) {
     const std::shared_ptr<DeskPens> bar(new DeskPens);
     bar->begin("画笔");
     bar->_scroll = ui::ScrollView::initWithFrame({});
     bar->addSubview(bar->_scroll);
     for (const unsigned number : pens) {
         if (const Pen* const pen = penNumbered(number)) bar->addPen(*pen, chosen);
+    }
+    for (const HostButton& button : buttons) {
+        if (button.place != HostButton::Place::Pens) continue;
+        const auto made = makeDeskButton(button);
+        bar->_scroll->addSubview(made);
+        bar->_buttons.push_back({std::nullopt, button.identifier, made});
     }
     return bar;
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,7 +19,8 @@ namespace kalim {
 class DeskPens : public DeskBar {
 public:
     using Chosen = std::function<void(unsigned pen)>;
-    static std::shared_ptr<DeskPens> make(const std::vector<unsigned>& pens, Chosen chosen);
+    static std::shared_ptr<DeskPens> make(const std::vector<unsigned>& pens,
+                                          const std::vector<HostButton>& buttons, Chosen chosen);
 
     std::size_t count() const { return _buttons.size(); }
     void setColumns(std::size_t columns);
@@ -31,7 +33,8 @@ protected:
 
 private:
     struct Entry {
-        unsigned pen;
+        // Nothing for a host's own button.
+        std::optional<unsigned> pen;
         std::string name;
         std::shared_ptr<ui::DeskButton> button;
     };

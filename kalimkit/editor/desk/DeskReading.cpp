@@ -10,6 +10,7 @@
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/image/PictureCut.h"
 #include "kalimkit/shapes/MDrawLine.h"
+#include "kalimkit/shapes/MDrawRect.h"
 
 namespace kalim {
 
@@ -30,7 +31,8 @@ std::string measuresOf(const MDrawTool& tool, double pixelsPerPoint) {
     const double pixels = pixelsPerPoint > 0 ? pixelsPerPoint : 1;
     const gfx::Point way = (tool.endPoint() - tool.startPoint()) * pixels;
     // Angles go counter-clockwise from the right, as people draw them.
-    if (tool.toolClass().isKindOf(MDrawLine::Class()))
+    const ToolClass& kind = tool.toolClass();
+    if (kind.isKindOf(MDrawLine::Class()) && !kind.isKindOf(MDrawRect::Class()))
         return rounded(std::hypot(way.x, way.y)) + ", " + degrees(std::atan2(-way.y, way.x));
     const gfx::Size size = tool.frame().size * pixels;
     std::string text = rounded(size.width) + " × " + rounded(size.height);
@@ -59,7 +61,11 @@ void readTool(const MDrawView& canvas, DeskReading& reading) {
     reading.color = first->color();
     reading.lineWidth = first->lineWidth();
     reading.drawType = first->drawType();
-    if (!made) reading.measured = measuresOf(*group, canvas.pixelsPerPoint());
+    if (made) return;
+    // A group of one has no points of its own.
+    const bool isOne = group->subTools().size() == 1;
+    const MDrawTool& measured = isOne ? *first : static_cast<const MDrawTool&>(*group);
+    reading.measured = measuresOf(measured, canvas.pixelsPerPoint());
 }
 
 void readStyle(const TesselViewController& editor, DeskReading& reading) {

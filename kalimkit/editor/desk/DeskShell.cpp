@@ -32,7 +32,7 @@ public:
         init({});
         setFillsSuperview(true);
         const auto& offered = _editor.screen.offer().pens();
-        _pens = DeskPens::make(offered ? *offered : deskPens(),
+        _pens = DeskPens::make(offered ? *offered : deskPens(), _editor.screen.offer().buttons(),
                                [this](unsigned pen) { _editor.remote.choosePen(pen); });
         _style = DeskStyle::make(_editor.screen, _editor.remote);
         _actions = DeskActions::make(_editor.screen, _editor.keys);

@@ -22,6 +22,7 @@ namespace {
 constexpr double groupGap = 12;
 constexpr double swatchWidth = 30;
 constexpr double widthOfSlider = 120;
+constexpr double narrowSlider = 80;
 constexpr double iconWidth = 26;
 constexpr double thinnest = 1;
 constexpr double thickest = 40;
@@ -188,10 +189,8 @@ std::vector<EditorShell::Named> DeskStyle::views() const {
 
 // ---- layout
 
-void DeskStyle::layoutSubviews() {
-    const ui::EdgeInsets safe = safeAreaInsets();
-    const double height = bounds().size.height - safe.top;
-    _scroll->setFrame({safe.left, safe.top, bounds().size.width - safe.left, height - 1});
+// Answers where it ends.
+double DeskStyle::arrange(double height, bool showsSwatches) {
     double left = DeskLayout::barMargin;
     const auto place = [&](ui::View& view, double width, double viewHeight) {
         const gfx::Rect frame{left, (height - viewHeight) / 2, width, viewHeight};
@@ -200,8 +199,8 @@ void DeskStyle::layoutSubviews() {
     };
     const bool hasColor = _reading.hasColor;
     for (const auto& swatch : _swatches) {
-        swatch->setHidden(!hasColor);
-        if (hasColor) place(*swatch, swatchWidth, DeskLayout::buttonSide);
+        swatch->setHidden(!hasColor || !showsSwatches);
+        if (!swatch->isHidden()) place(*swatch, swatchWidth, DeskLayout::buttonSide);
     }
     for (const std::shared_ptr<ui::View>& view :
          {std::shared_ptr<ui::View>(_color), std::shared_ptr<ui::View>(_widthIcon),
@@ -211,7 +210,7 @@ void DeskStyle::layoutSubviews() {
         place(*_color, _color->fittingSize().width, DeskLayout::buttonSide);
         left += groupGap;
         place(*_widthIcon, iconWidth, DeskLayout::buttonSide);
-        place(*_width, widthOfSlider, ui::Slider::height);
+        place(*_width, showsSwatches ? widthOfSlider : narrowSlider, ui::Slider::height);
         left += groupGap;
     }
     _hiding->setHidden(!_reading.isHiding);
@@ -227,6 +226,16 @@ void DeskStyle::layoutSubviews() {
         }
         left += groupGap;
     }
+    return left;
+}
+
+void DeskStyle::layoutSubviews() {
+    const ui::EdgeInsets safe = safeAreaInsets();
+    const double height = bounds().size.height - safe.top;
+    _scroll->setFrame({safe.left, safe.top, bounds().size.width - safe.left, height - 1});
+    double left = arrange(height, true);
+    // The colours of the dots are in the picker as well.
+    if (left > _scroll->bounds().size.width) left = arrange(height, false);
     _scroll->setContentSize({left, height - 1});
 }
 

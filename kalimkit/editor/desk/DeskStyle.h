@@ -37,6 +37,7 @@ private:
     void chooseWidth(double width, bool isFinal);
     void chooseProperty(const std::string& name, const ToolPropertyValue& value, bool isFinal);
     void showProperties(const DeskReading& reading);
+    double arrange(double height, bool showsSwatches);
 
     TesselViewController* _editor = nullptr;
     EditorRemote* _remote = nullptr;

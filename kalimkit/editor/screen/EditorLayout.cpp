@@ -80,12 +80,12 @@ ui::EdgeInsets EditorLayout::canvasMargin() const {
             std::max(drawView.maxY() - penView.minY() + pictureGap, 0.0), 0};
 }
 
-PickerSpacing pickerSpacing(double viewWidth) {
+PickerSpacing pickerSpacing(double viewWidth, std::size_t pens) {
     const double width = std::min(viewWidth, widestPanel);
     const auto gapBetween = [width](double dots) {
         return (width - dots * rowHeight) / (dots + 1);
     };
-    return {gapBetween(static_cast<double>(editorPens().size())), gapBetween(2)};
+    return {gapBetween(static_cast<double>(pens)), gapBetween(2)};
 }
 
 }  // namespace kalim

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
@@ -60,6 +62,6 @@ struct PickerSpacing {
     double padding = 0;
     double offset = 0;
 };
-KALIM_API PickerSpacing pickerSpacing(double viewWidth);
+KALIM_API PickerSpacing pickerSpacing(double viewWidth, std::size_t pens);
 
 }  // namespace kalim

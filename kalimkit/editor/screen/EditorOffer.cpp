@@ -1,6 +1,7 @@
 #include "kalimkit/editor/screen/EditorOffer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/HexColor.h"
@@ -36,6 +37,19 @@ void EditorOffer::setWidths(const std::vector<double>& widths) {
     for (const double width : widths) {
         if (width >= thinnest && width <= thickest) _widths.push_back(width);
     }
+}
+
+void EditorOffer::addButton(HostButton button) {
+    const auto place = std::ranges::find(_buttons, button.identifier, &HostButton::identifier);
+    if (place != _buttons.end()) {
+        *place = std::move(button);
+    } else {
+        _buttons.push_back(std::move(button));
+    }
+}
+
+void EditorOffer::removeButton(std::string_view identifier) {
+    std::erase_if(_buttons, [&](const HostButton& each) { return each.identifier == identifier; });
 }
 
 std::vector<gfx::ColorRef> EditorOffer::colors() const {

@@ -1,13 +1,28 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Image.h"
 
 namespace kalim {
+
+// A button of the host's own in the bars of wide screens.
+struct HostButton {
+    enum class Place { Pens, Actions };
+    // What scenarios call it, and what it is told by.
+    std::string identifier;
+    // Null for a button with its title alone.
+    gfx::ImageRef icon;
+    std::string title;
+    Place place = Place::Actions;
+    std::function<void()> action;
+};
 
 // What a host lets people choose from, in its order; where it says nothing, each shell has its own.
 class KALIM_API EditorOffer {
@@ -19,6 +34,11 @@ public:
     void setColors(std::vector<gfx::ColorRef> colors);
     // Points from 1 to 100; others are passed over.
     void setWidths(const std::vector<double>& widths);
+
+    // In the place of one of the same identifier.
+    void addButton(HostButton button);
+    void removeButton(std::string_view identifier);
+    const std::vector<HostButton>& buttons() const { return _buttons; }
 
     // Numbers of pens; nothing where the host has not chosen.
     const std::optional<std::vector<unsigned>>& pens() const { return _pens; }
@@ -32,6 +52,7 @@ private:
     std::optional<std::vector<unsigned>> _pens;
     std::vector<gfx::ColorRef> _colors;
     std::vector<double> _widths;
+    std::vector<HostButton> _buttons;
 };
 
 }  // namespace kalim

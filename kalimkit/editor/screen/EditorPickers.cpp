@@ -182,7 +182,7 @@ bool EditorPickers::hold(const ui::Touch& touch) const {
 
 void EditorPickers::spreadOver(double width) {
     if (!areMade()) return;
-    const PickerSpacing spacing = pickerSpacing(width);
+    const PickerSpacing spacing = pickerSpacing(width, _penDots.size());
     if (spacing.padding == _padding && spacing.offset == _offset) return;
     _padding = spacing.padding;
     _offset = spacing.offset;

@@ -14,6 +14,9 @@
 #include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/ui/control/Button.h"
 #include "kalimkit/ui/control/ImageView.h"
+#include "kalimkit/ui/control/Label.h"
+#include "kalimkit/ui/desk/DeskButton.h"
+#include "kalimkit/ui/desk/Slider.h"
 
 namespace kalim {
 
@@ -43,6 +46,16 @@ JsonValue describeView(const ui::View& view) {
     }
     if (const auto* button = dynamic_cast<const ui::Button*>(&view)) {
         if (!button->currentTitle().empty()) members.emplace_back("title", button->currentTitle());
+    }
+    if (const auto* button = dynamic_cast<const ui::DeskButton*>(&view)) {
+        if (!button->title().empty()) members.emplace_back("title", button->title());
+        members.emplace_back("selected", button->isSelected());
+    }
+    if (const auto* label = dynamic_cast<const ui::Label*>(&view)) {
+        members.emplace_back("title", label->text());
+    }
+    if (const auto* slider = dynamic_cast<const ui::Slider*>(&view)) {
+        members.emplace_back("value", slider->value());
     }
     if (std::string name = shownImageName(view); !name.empty()) {
         members.emplace_back("image", std::move(name));

@@ -17,7 +17,11 @@ namespace kalim {
 void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
     codec::Bytes png;
     const bool isEncoded = !codec::encodePng(*image->pixels(), png);
-    if (isEncoded && PictureClipboard::put(png)) return;
+    if (isEncoded && PictureClipboard::put(png)) {
+        if (EditorRemote* const remote = _window.seat().remote())
+            remote->showNote(_window.environment().localizedString("已拷贝"));
+        return;
+    }
     _window.environment().tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
 }
 

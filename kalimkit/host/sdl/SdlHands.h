@@ -17,6 +17,9 @@ public:
 
     void editorKeysCopyPicture(const gfx::ImageRef& image) override;
     void editorKeysPastePicture() override;
+    bool editorKeysOffers(EditorAction action) const override {
+        return action == EditorAction::Copy;
+    }
     bool editorKeysSaveDocument() override;
     bool editorKeysOpenFile() override;
     // Opens a picture or a document. With a picture that has one inside the user is asked.

@@ -103,6 +103,16 @@ void EditorSeat::setWidths(const std::vector<double>& widths) {
     showOffer();
 }
 
+void EditorSeat::addButton(HostButton button) {
+    _offer.addButton(std::move(button));
+    showOffer();
+}
+
+void EditorSeat::removeButton(std::string_view identifier) {
+    _offer.removeButton(identifier);
+    showOffer();
+}
+
 void EditorSeat::setReadOnly(bool isReadOnly) {
     _isReadOnly = isReadOnly;
     if (_editor) _editor->setReadOnly(isReadOnly);

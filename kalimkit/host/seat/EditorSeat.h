@@ -68,6 +68,9 @@ public:
     std::optional<std::string> setPens(const std::vector<std::string>& identifiers);
     void setColors(std::vector<gfx::ColorRef> colors);
     void setWidths(const std::vector<double>& widths);
+    // A button of the host's own in the desk's bars; see HostButton. It may take itself away.
+    void addButton(HostButton button);
+    void removeButton(std::string_view identifier);
     // Nothing can be changed, and nothing is shown but the zoom; for the present editor and those
     // to come.
     void setReadOnly(bool isReadOnly);
