@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/CanvasFreehand.h"
+#include "kalimkit/canvas/CanvasGrip.h"
 #include "kalimkit/canvas/CanvasHistory.h"
 #include "kalimkit/canvas/CanvasHome.h"
 #include "kalimkit/canvas/CanvasScreen.h"
@@ -20,6 +21,7 @@ bool CanvasFinger::began(const ui::TouchEvent& event) {
     if (const auto owner = _canvas.home.owner()) owner->didDrawStarted();
     // The owner, told of it, may have taken the view away or the fingers off it.
     const ui::Touch& touch = *event.touches.front();
+    _keys = event.modifiers;
     if (!view.window() || touch.phase() == ui::TouchPhase::Cancelled) return false;
     _isAlone = event.allTouches.size() == 1;
     if (_isAlone) {
@@ -34,7 +36,7 @@ bool CanvasFinger::began(const ui::TouchEvent& event) {
 
 void CanvasFinger::moved(const ui::TouchEvent& event) {
     const ui::Touch& touch = *event.touches.front();
-    _isStraight = event.modifiers.shift;
+    _keys = event.modifiers;
     if (!staysAlone(event)) {
         isPlacing() ? letGoOfPoint() : deleteCreated();
     } else if (!isTapping(touch)) {
@@ -49,6 +51,7 @@ void CanvasFinger::moved(const ui::TouchEvent& event) {
 }
 
 void CanvasFinger::ended(const ui::TouchEvent& event) {
+    _keys = event.modifiers;
     if (staysAlone(event)) {
         up(placeOf(*event.touches.front()));
     } else {
@@ -126,6 +129,10 @@ void CanvasFinger::enter(FingerState state) {
     const bool goesOn = state == FingerState::Drawing || state == FingerState::Dragging;
     if (goesOn) _hasMoved = true;
     if (state == FingerState::Tapping) _hasMoved = false;
+    if (state != FingerState::Dragging) {
+        _canvas.grip.release();
+        _canvas.screen.showMarquee(std::nullopt);
+    }
     _state = state;
 }
 
@@ -139,24 +146,28 @@ void CanvasFinger::down(gfx::Point p) {
     }
     enter(FingerState::Tapping);
     _dragged = nullptr;
-    _downPoint = p;
+    _downPoint = _origin = p;
+    _isHeldToKeys = false;
+    _drawnPoint.reset();
     _takenPoint = p;
     _movePoint = {};
     const auto& group = _canvas.selection.group();
-    if (group) _canvas.tools.scaleForScreen(*group);
+    _canvas.selection.readyForScreen();
     const bool isOnSelection = group && !_canvas.selection.isLocked() && group->testHitOnHandle(p);
     _found = isOnSelection ? nullptr : _canvas.tools.topmostAt(p);
     const ToolClass* toolClass = _canvas.tools.pen().toolClass;
-    _meaning = meaningOf(
-        {.forgiving = _canvas.tools.forgiving(),
-         .isOnSelection = isOnSelection,
-         .isOnTool = _found != nullptr,
-         .hasSelection = _canvas.selection.isValid(),
-         .hasClass = toolClass != nullptr,
-         .beginsAtOnce = toolClass && toolClass->beginning() == ToolBeginning::TouchDown});
+    _meaning =
+        meaningOf({.forgiving = _canvas.tools.forgiving(),
+                   .isOnSelection = isOnSelection,
+                   .isOnTool = _found != nullptr,
+                   .hasSelection = _canvas.selection.isValid(),
+                   .hasClass = toolClass != nullptr,
+                   .beginsAtOnce = toolClass && toolClass->beginning() == ToolBeginning::TouchDown,
+                   .wantsMarquee = _canvas.tools.forgiving() && _keys.control});
     if (_canvas.tools.forgiving() && (isOnSelection || _found)) _canvas.freehand.endWaiting();
     if (isOnSelection) {
         if (group) group->hitOnHandle(p);
+        _canvas.grip.take(p);
     } else if (_meaning.createsAtOnce) {
         _canvas.selection.clear();
         create(p);
@@ -167,6 +178,7 @@ void CanvasFinger::down(gfx::Point p) {
 void CanvasFinger::move(gfx::Point from, gfx::Point to) {
     _movePoint = to;
     if (_state == FingerState::Aborted) return;
+    if (_meaning.spansMarquee) return spanMarquee(to);
     enter(_meaning.draws ? FingerState::Drawing : FingerState::Dragging);
     if (_meaning.draws && !isCreating()) {
         _canvas.selection.clear();
@@ -175,14 +187,22 @@ void CanvasFinger::move(gfx::Point from, gfx::Point to) {
     }
     _canvas.home.redisplay();
     if (_meaning.draws && isCreating()) {
-        if (!_isStraight || !_tool->drawStraight(to)) _tool->drawMove(shapePoint(to));
+        if (!_keys.shift || !_tool->drawStraight(to)) drawTo(to);
         watchRest(_canvas.home.view().mViewTransform().apply(to));
         return;
     }
     if (!_meaning.dragsSelection) takeHold();
-    if (!_canvas.selection.isValid()) return;
+    if (_canvas.selection.isValid() && !_canvas.selection.isLocked()) drag(from, to);
+}
+
+void CanvasFinger::drag(gfx::Point from, gfx::Point to) {
     _dragged = _canvas.selection.group();
-    _takenPoint = _dragged->tryMovePointEndPoint(from, to);
+    if (!_canvas.grip.drags(_keys)) {
+        _takenPoint = _dragged->tryMovePointEndPoint(from, to);
+        return;
+    }
+    _canvas.grip.dragTo(to, _keys);
+    _takenPoint = to;
 }
 
 // What was under the finger is what it drags from now on.
@@ -190,14 +210,17 @@ void CanvasFinger::takeHold() {
     _canvas.selection.clear();
     const ToolRef found = std::exchange(_found, nullptr);
     if (!found) return;
-    _canvas.selection.add(found, _downPoint);
+    _canvas.selection.pick(found, _downPoint);
+    _canvas.grip.take(_downPoint);
     _meaning.dragsSelection = true;
 }
 
 void CanvasFinger::up(gfx::Point p) {
     forgetRest();
     if (_state != FingerState::Aborted && !finishCreation(p)) {
-        if (_hasMoved) {
+        if (_meaning.spansMarquee && _hasMoved) {
+            finishMarquee(p);
+        } else if (_hasMoved) {
             finishDrag();
         } else {
             finishTap(p);
@@ -273,7 +296,7 @@ bool CanvasFinger::finishCreation(gfx::Point p) {
     if (!_hasMoved && kind.beginning() != ToolBeginning::TouchDown) return false;
     const bool isFreehand = kind.recorder() == ToolRecorder::Strokes;
     const ToolRef tool = _tool;
-    tool->drawUp(shapePoint(p));
+    tool->drawUp(drawnEnd(p));
     // The owner, told of a text that is typed from now on, may have ended it.
     if (_tool != tool) return true;
     // No longer under way when the owner is told of the step: it may ask for the picture then.
@@ -349,51 +372,6 @@ void CanvasFinger::makeDot(gfx::Point p) {
     create(_downPoint);
     enter(FingerState::Drawing);
     finishCreation(p);
-}
-
-// ---- dragging and tapping
-
-// Whatever breaks a drag off, it has its record; the finger has nothing in hand from then on.
-void CanvasFinger::endDrag() {
-    const auto& group = _canvas.selection.group();
-    if (!_canvas.tools.forgiving() || !group || _dragged != group) return;
-    abort();
-    finishDrag();
-}
-
-void CanvasFinger::finishDrag() {
-    _dragged = nullptr;
-    const std::shared_ptr<MDrawMutableSelect> selection = _canvas.selection.group();
-    if (!selection) return;
-    selection->stopMoveHandle();
-    if (selection->isDrawVaild()) {
-        _canvas.tools.record(selection);
-    } else {
-        _canvas.tools.remove(selection);
-    }
-}
-
-void CanvasFinger::finishTap(gfx::Point p) {
-    CanvasSelection& selection = _canvas.selection;
-    if (_canvas.tools.forgiving() && selection.group()) selection.group()->releaseHandles();
-    const ToolRef tool = _canvas.tools.topmostAt(p);
-    if (!tool && makesDot()) {
-        makeDot(p);
-    } else if (!tool && startsByTap()) {
-        startByTap();
-    } else if (!tool) {
-        selection.clear();
-    } else if (selection.group() && selection.group()->testHitOnHandle(p) &&
-               selection.contains(tool)) {
-        if (selection.isSecondTap(tool)) {
-            _canvas.typing.edit(tool);
-        } else {
-            selection.remove(tool);
-            selection.forgetTap();
-        }
-    } else {
-        selection.add(tool, p);
-    }
 }
 
 }  // namespace kalim

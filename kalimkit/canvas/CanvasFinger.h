@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "kalimkit/canvas/FingerState.h"
 #include "kalimkit/canvas/MDrawMutableSelect.h"
@@ -10,7 +11,9 @@
 
 namespace kalim {
 
+class CanvasArrangement;
 class CanvasFreehand;
+class CanvasGrip;
 class CanvasHistory;
 class CanvasHome;
 class CanvasScreen;
@@ -31,6 +34,8 @@ public:
         CanvasTyping& typing;
         CanvasFreehand& freehand;
         CanvasHistory& history;
+        CanvasGrip& grip;
+        CanvasArrangement& arrangement;
     };
     explicit CanvasFinger(const Canvas& canvas) : _canvas(canvas) {}
 
@@ -73,6 +78,10 @@ public:
     void letGoOf(const ToolRef& tool);
 
     // ---- the rest of the gesture
+    // What it draws goes, and what it drags is again where it was; whether there was anything.
+    bool cancelGesture();
+    // Of a group that is selected as a whole, what lies under the finger alone is picked.
+    void pickMemberAt(gfx::Point p);
     // The finger has done its work.
     void abort();
     // What broke a drag off gives it its record, under forgiving rules.
@@ -122,6 +131,12 @@ private:
     void takeHold();
     void finishDrag();
     void finishTap(gfx::Point p);
+    void drag(gfx::Point from, gfx::Point to);
+    void spanMarquee(gfx::Point to);
+    void finishMarquee(gfx::Point p);
+    void tapSelected(const ToolRef& tool);
+    void drawTo(gfx::Point to);
+    gfx::Point drawnEnd(gfx::Point p);
 
     Canvas _canvas;
     FingerState _state = FingerState::Idle;
@@ -130,14 +145,20 @@ private:
     // No other finger has joined it.
     bool _isAlone = false;
     bool _hasMoved = false;
-    // A key asks for straight strokes.
-    bool _isStraight = false;
 
     ToolRef _tool;
     // The unselected tool that was under the finger at touch-down.
     ToolRef _found;
     // The selection as far as it has been dragged; null while it has not.
     std::shared_ptr<MDrawMutableSelect> _dragged;
+
+    // The keys that are held.
+    ui::Modifiers _keys;
+    // What is being drawn begins there as far as keys do not say otherwise, and they have.
+    gfx::Point _origin;
+    bool _isHeldToKeys = false;
+    // Where it was drawn to last.
+    std::optional<gfx::Point> _drawnPoint;
 
     gfx::Point _downPoint;
     gfx::Point _movePoint;

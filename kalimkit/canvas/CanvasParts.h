@@ -6,6 +6,7 @@
 #include "kalimkit/canvas/CanvasExport.h"
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
+#include "kalimkit/canvas/CanvasGrip.h"
 #include "kalimkit/canvas/CanvasHistory.h"
 #include "kalimkit/canvas/CanvasHome.h"
 #include "kalimkit/canvas/CanvasJournal.h"
@@ -32,7 +33,8 @@ struct CanvasParts {
           selection({home, tools, finger, freehand, arrangement}),
           freehand({home, tools, finger}),
           typing({home, shown, tools, screen, selection, finger}),
-          finger({home, tools, screen, selection, typing, freehand, history}),
+          grip({home, shown, tools, screen, selection}),
+          finger({home, tools, screen, selection, typing, freehand, history, grip, arrangement}),
           history({home, tools, content, screen, selection, typing, freehand, finger, journal,
                    arrangement}),
           arrangement({home, shown, tools, selection, typing, finger, history, document}),
@@ -50,6 +52,7 @@ struct CanvasParts {
     CanvasSelection selection;
     CanvasFreehand freehand;
     CanvasTyping typing;
+    CanvasGrip grip;
     CanvasFinger finger;
     CanvasHistory history;
     CanvasArrangement arrangement;

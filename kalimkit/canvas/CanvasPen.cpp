@@ -22,6 +22,13 @@ void CanvasPen::setForgiving(bool forgiving) {
     _canvas.screen.invalidate();
 }
 
+void CanvasPen::setFineHandles(bool fine) {
+    if (fine == _canvas.tools.pen().rules.fineHandles) return;
+    _canvas.tools.setFineHandles(fine);
+    if (const auto& group = _canvas.selection.group()) group->setRules(_canvas.tools.pen().rules);
+    _canvas.screen.invalidate();
+}
+
 // ---- the class and the style
 
 void CanvasPen::choose(const ToolClass* toolClass, std::uint64_t drawType) {

@@ -38,6 +38,7 @@ public:
 
     // See the operations of MDrawView. A null class draws nothing.
     void setForgiving(bool forgiving);
+    void setFineHandles(bool fine);
     void choose(const ToolClass* toolClass, std::uint64_t drawType);
     void setDrawType(std::uint64_t drawType, const ToolClass* toolClass);
     void setColor(gfx::ColorRef color);

@@ -135,7 +135,7 @@ void CanvasScreen::update() {
     sweepChangedTools();
     updateLayersView();
     updateTied();
-    if (const auto& group = _canvas.selection.group()) _canvas.tools.scaleForScreen(*group);
+    _canvas.selection.readyForScreen();
     const DrawnTools::Stale stale =
         _drawn.update(_canvas.tools.list(), selection(), createdTools());
     for (const gfx::Rect& rect : _canvas.painter.hiding().update())
@@ -269,6 +269,7 @@ void CanvasScreen::drawView(gfx::Context& context, bool hasLayers) {
     inCanvas([&] {
         drawSelection(context, true);
         drawCreatedItems(context);
+        drawOverlay(context);
     });
 }
 
@@ -350,7 +351,7 @@ void CanvasScreen::drawLivePatches(gfx::Context& context) {
 void CanvasScreen::drawSelection(gfx::Context& context, bool showsHandles) {
     const std::shared_ptr<MDrawMutableSelect> group = _canvas.selection.group();
     if (!group || !_canvas.tools.contains(group->firstSelectedTool())) return;
-    _canvas.tools.scaleForScreen(*group);
+    _canvas.selection.readyForScreen();
     if (!showsHandles) group->setSelected(false);
     _canvas.painter.drawTool(context, *group);
     if (!showsHandles) group->setSelected(true);

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <optional>
+#include <vector>
+
 #include "kalimkit/canvas/CanvasLayers.h"
 #include "kalimkit/canvas/DrawnTools.h"
 #include "kalimkit/canvas/FrameCount.h"
 #include "kalimkit/canvas/PatchRim.h"
+#include "kalimkit/canvas/Snapping.h"
 #include "kalimkit/canvas/TiedTools.h"
 
 namespace kalim::ui {
@@ -42,6 +46,9 @@ public:
     // A finger has begun to make the tool, or nothing is being made any more.
     void markCreated(const ToolRef& tool);
     void forgetCreated() { _created.clear(); }
+    // Thin lines over everything, and the rectangle that a finger spans to pick what it meets.
+    void showGuides(std::vector<SnapGuide> guides);
+    void showMarquee(const std::optional<gfx::Rect>& marquee);
     // Gives the memory back that only a screen needs.
     void release() { _layers.release(); }
 
@@ -82,6 +89,11 @@ private:
     void drawCreatedItems(gfx::Context& context);
     void drawLivePatches(gfx::Context& context);
     void drawSelection(gfx::Context& context, bool showsHandles);
+    // ---- what lies over everything (CanvasScreenOverlay.cpp)
+    void markOverlay();
+    void drawOverlay(gfx::Context& context) const;
+    // A line of the screen, in canvas points.
+    double hairline() const;
 
     Canvas _canvas;
     CanvasLayers _layers;
@@ -96,6 +108,8 @@ private:
     // anew in every frame instead of being kept.
     bool _hasLivePatch = false;
     bool _drawsItemsAnew = false;
+    std::vector<SnapGuide> _guides;
+    std::optional<gfx::Rect> _marquee;
 };
 
 }  // namespace kalim

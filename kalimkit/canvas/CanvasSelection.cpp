@@ -99,6 +99,38 @@ void CanvasSelection::add(const ToolRef& tool, gfx::Point p) {
     notify();
 }
 
+void CanvasSelection::pick(const ToolRef& tool, gfx::Point p) {
+    if (!_canvas.tools.forgiving()) return add(tool, p);
+    if (_group && _group->subTools().size() > 1 && !contains(tool)) clear();
+    const ToolList fellows = withGroups({tool});
+    if (fellows.size() < 2) return add(tool, p);
+    select(fellows);
+    if (_group) _group->hitOnHandle(p);
+}
+
+void CanvasSelection::toggle(const ToolRef& tool, bool withGroup) {
+    const ToolList toggled = withGroup ? withGroups({tool}) : ToolList{tool};
+    ToolList tools = _group ? _group->subTools() : ToolList();
+    const bool isLeaving = contains(tool);
+    for (const ToolRef& each : toggled) {
+        std::erase(tools, each);
+        if (!isLeaving) tools.push_back(each);
+    }
+    select(tools);
+}
+
+void CanvasSelection::readyForScreen() const {
+    if (!_group) return;
+    _canvas.tools.scaleForScreen(*_group);
+    const ZoomedCanvasView& view = _canvas.home.view();
+    const ui::EdgeInsets& margin = view.layoutMargin();
+    const gfx::Rect bounds = view.bounds();
+    const gfx::Rect room = gfx::Rect::spanning(
+        bounds.origin + gfx::Point{margin.left, margin.top},
+        gfx::Point{bounds.maxX() - margin.right, bounds.maxY() - margin.bottom});
+    _group->setSight(view.mViewTransform().inverted().apply(room));
+}
+
 void CanvasSelection::remove(const ToolRef& tool) {
     if (!contains(tool)) return;
     const ToolRef kept = tool;  // The caller's reference may be an element of the group's list.

@@ -47,6 +47,12 @@ public:
     void clear();
     // As by a finger at the point; a tool that is in it leaves it.
     void add(const ToolRef& tool, gfx::Point p);
+    // The same on a forgiving canvas instead of all others, and with its group.
+    void pick(const ToolRef& tool, gfx::Point p);
+    // It becomes a part of the selection, or leaves it, alone or with its group.
+    void toggle(const ToolRef& tool, bool withGroup);
+    // Has its handles keep their size on the screen, and stay in sight.
+    void readyForScreen() const;
     void remove(const ToolRef& tool);
     // Members that have left the canvas leave it.
     void dropAbsent();

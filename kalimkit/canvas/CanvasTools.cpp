@@ -20,6 +20,15 @@ bool CanvasTools::contains(const ToolRef& tool) const {
 
 void CanvasTools::setForgiving(bool forgiving) {
     _pen.rules.forgiving = forgiving;
+    rulesChanged();
+}
+
+void CanvasTools::setFineHandles(bool fine) {
+    _pen.rules.fineHandles = fine;
+    rulesChanged();
+}
+
+void CanvasTools::rulesChanged() {
     _undoManager.setRules(_pen.rules);
     for (const ToolRef& tool : *_list)
         tool->setRules(_pen.rules);

@@ -28,6 +28,7 @@ public:
 
     bool forgiving() const { return _pen.rules.forgiving; }
     void setForgiving(bool forgiving);
+    void setFineHandles(bool fine);
     // Readies a tool that is made from now on, on the picture as it is turned at present.
     void prepare(MDrawTool& tool) const;
     int quarterTurns() const;
@@ -70,6 +71,8 @@ public:
     void scaleForScreen(MDrawTool& tool) const;
 
 private:
+    void rulesChanged();
+
     const CanvasShown& _shown;
     // The undo manager shares it.
     std::shared_ptr<ToolList> _list;

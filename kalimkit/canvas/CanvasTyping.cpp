@@ -59,6 +59,16 @@ void CanvasTyping::editAt(gfx::Point p) {
     _canvas.home.redisplay();
 }
 
+bool CanvasTyping::editSelected() {
+    const auto& group = _canvas.selection.group();
+    if (_text || !group || group->subTools().size() != 1) return false;
+    const ToolRef tool = group->firstSelectedTool();
+    if (!isText(tool) || tool->isLocked()) return false;
+    edit(tool);
+    _canvas.home.redisplay();
+    return _text != nullptr;
+}
+
 bool CanvasTyping::end() {
     const std::shared_ptr<MDrawText> text = _text;
     if (!text) return false;

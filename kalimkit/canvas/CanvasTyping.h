@@ -46,6 +46,7 @@ public:
     void edit(const ToolRef& text);
     // Two taps on the canvas, canvas points: on a text they edit it.
     void editAt(gfx::Point p);
+    bool editSelected();
     // Whether there was any.
     bool end();
     bool endByTouch();

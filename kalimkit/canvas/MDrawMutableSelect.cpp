@@ -110,9 +110,13 @@ void MDrawMutableSelect::setDrawTypeForType(std::uint64_t drawType, const ToolCl
 
 gfx::Rect MDrawMutableSelect::frame() const {
     if (_subTools.empty()) return {};
-    gfx::Rect whole = _subTools.front()->frame();
+    const bool isShown = isForgivingGroup();
+    const auto frameOf = [isShown](const ToolRef& tool) {
+        return isShown ? tool->shownFrame() : tool->frame();
+    };
+    gfx::Rect whole = frameOf(_subTools.front());
     for (const ToolRef& tool : _subTools)
-        whole = whole.unionWith(tool->frame());
+        whole = whole.unionWith(frameOf(tool));
     return whole;
 }
 
@@ -127,6 +131,11 @@ bool MDrawMutableSelect::hitTest(gfx::Point p) {
 }
 
 MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {
+    if (isForgivingGroup()) {
+        const MoveDirection handle = selectionFrame().handleAt(p);
+        if (handle != MoveDirection::None) return handle;
+        return hitTest(p) ? MoveDirection::Body : MoveDirection::None;
+    }
     const gfx::Rect box = frame();
     // The handle is the group's, whichever way a member is turned.
     if (isOnCorner(p, MoveDirection::BottomRight, box)) return MoveDirection::Scale;
@@ -134,20 +143,23 @@ MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {
 }
 
 bool MDrawMutableSelect::hitOnHandle(gfx::Point p) {
-    if (_subTools.size() == 1) return _subTools.front()->hitOnHandle(p);
+    if (_subTools.size() == 1) return hitOnOwnHandle(p) || _subTools.front()->hitOnHandle(p);
     // The group may have moved since its members came together.
     if (rules().forgiving) reCalcCenter();
     return MDrawRect::hitOnHandle(p);
 }
 
 bool MDrawMutableSelect::testHitOnHandle(gfx::Point p) {
-    if (_subTools.size() == 1) return _subTools.front()->testHitOnHandle(p);
+    if (_subTools.size() == 1) {
+        return selectionFrame().handleAt(p) != MoveDirection::None ||
+               _subTools.front()->testHitOnHandle(p);
+    }
     return MDrawRect::testHitOnHandle(p);
 }
 
 bool MDrawMutableSelect::isSupportGestureRotate() const {
     if (_subTools.size() == 1) return _subTools.front()->isSupportGestureRotate();
-    return _subTools.empty();
+    return _subTools.empty() || rules().forgiving;
 }
 
 // ---- editing
@@ -210,10 +222,16 @@ void MDrawMutableSelect::setColor(gfx::ColorRef color) {
 }
 
 void MDrawMutableSelect::rotateChangedWithAngle(double angle) {
+    if (isForgivingGroup()) return turnTo(angle);
     forward([&](MDrawTool& member) { member.rotateChangedWithAngle(angle); });
 }
 
 void MDrawMutableSelect::rotateEndedWithAngle(double angle) {
+    if (isForgivingGroup()) {
+        turnTo(angle);
+        _turned = {};
+        return;
+    }
     forward([&](MDrawTool& member) { member.rotateEndedWithAngle(angle); });
 }
 
@@ -237,6 +255,7 @@ void MDrawMutableSelect::releaseHandles() {
 
 void MDrawMutableSelect::beginRotation() {
     forward([](MDrawTool& member) { member.setLastRotateAngle(member.rotateAngle()); });
+    _turned = {};
 }
 
 void MDrawMutableSelect::setHandleViewScale(double scale) {
@@ -257,7 +276,8 @@ void MDrawMutableSelect::draw(gfx::Context& context) {
         gfx::GraphicsStateGuard guard(context);
         forward([&](MDrawTool& member) { member.draw(context); });
     }
-    if (!hasSeveral()) return;
+    drawSelectionFrame(context);
+    if (!hasSeveral() || rules().forgiving) return;
     gfx::GraphicsStateGuard guard(context);
     context.setFillColor(*handleFillColor());
     context.setStrokeColor({1, 1, 1, 1});

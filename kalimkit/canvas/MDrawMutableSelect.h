@@ -4,6 +4,8 @@
 #include <functional>
 #include <string_view>
 
+#include "kalimkit/canvas/MemberStates.h"
+#include "kalimkit/canvas/SelectionFrame.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/shapes/MDrawRect.h"
 
@@ -12,6 +14,11 @@ namespace kalim {
 // The canvas's selection: a tool that stands in for its members. With one member it is transparent:
 // every question and command goes to that member. With several it acts as one box with a single
 // handle that scales them all. Copies of it serve as undo entries.
+//
+// Under forgiving rules the box of several bounds them as they are seen, turned, has a handle at
+// each corner, and all that they can do is done to lines as well: CanvasGrip moves, scales and
+// turns them. With fine handles (ToolRules) it has those of SelectionFrame, and so has a single
+// member besides its own.
 class KALIM_API MDrawMutableSelect : public MDrawRect {
 public:
     // The operations that go to the members instead of the group itself, and those that would go
@@ -59,6 +66,14 @@ public:
     // ---- geometry and hit testing
     // The union of the members' frames; the zero rectangle when empty.
     gfx::Rect frame() const override;
+    // The box and the handles that the selection itself has, under forgiving rules.
+    SelectionFrame selectionFrame() const;
+    // The part of the canvas that is in sight: no handle is put elsewhere.
+    void setSight(const gfx::Rect& sight) { _sight = sight; }
+    // What the last hitOnHandle() has found, of the selection or of a single member.
+    MoveDirection grip() const;
+    // Whether that is a handle of the selection's own.
+    bool ownsGrip() const;
     // Lies a point right of and a point above the union's lower-right corner; the asymmetry is
     // meant.
     gfx::Point HandlePoint() const;
@@ -111,10 +126,19 @@ protected:
 
 private:
     bool hasSeveral() const { return _subTools.size() > 1; }
+    // Whether it is the box that forgiving rules make of several.
+    bool isForgivingGroup() const { return hasSeveral() && rules().forgiving; }
+    bool hitOnOwnHandle(gfx::Point p);
+    void turnTo(double angle);
+    void drawSelectionFrame(gfx::Context& context) const;
     void forward(const std::function<void(MDrawTool&)>& operation) const;
     void moveMember(MDrawTool& member, float factor, gfx::Point p1, gfx::Point p2) const;
 
     ToolList _subTools;
+    gfx::Rect _sight;
+    // As the members were when a turn of several began; empty while none does.
+    MemberStates _turned;
+    gfx::Point _turnCenter;
 };
 
 }  // namespace kalim

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kalimkit/canvas/CanvasCursor.h"
 #include "kalimkit/canvas/CanvasParts.h"
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
@@ -62,6 +63,22 @@ bool MDrawView::forgiving() const {
 
 void MDrawView::setForgiving(bool forgiving) {
     _parts->pen.setForgiving(forgiving);
+}
+
+bool MDrawView::fineHandles() const {
+    return _parts->tools.pen().rules.fineHandles;
+}
+
+void MDrawView::setFineHandles(bool fine) {
+    _parts->pen.setFineHandles(fine);
+}
+
+bool MDrawView::snaps() const {
+    return _parts->grip.snaps();
+}
+
+void MDrawView::setSnaps(bool snaps) {
+    _parts->grip.setSnaps(snaps);
 }
 
 void MDrawView::setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block) {
@@ -355,6 +372,10 @@ void MDrawView::finalizeCurrentDrawing() {
     parts->home.redisplay();
 }
 
+bool MDrawView::editSelectedText() {
+    return held()->typing.editSelected();
+}
+
 void MDrawView::finishEditText() {
     held()->typing.finish();
 }
@@ -389,6 +410,14 @@ FingerState MDrawView::fingerState() const {
     return _parts->finger.state();
 }
 
+bool MDrawView::cancelGesture() {
+    return held()->finger.cancelGesture();
+}
+
+std::optional<ui::Cursor> MDrawView::cursorAt(gfx::Point p) {
+    return isReadOnly() ? ui::Cursor::Arrow : canvasCursor(*_parts, p);
+}
+
 void MDrawView::handleRotationGesture(ui::GestureState state, double rotation) {
     if (_isReadOnly) return;
     held()->selection.turn(state, rotation, !shown().zoom.isPinching());
@@ -401,7 +430,9 @@ void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     if (created && !created->isDrawVaild()) parts->finger.deleteCreated();
     // The field that is open takes its own taps, whatever lies under it.
     if (parts->typing.text() || parts->finger.isCreating()) return;
-    parts->typing.editAt(invertViewPoint(place));
+    const gfx::Point p = invertViewPoint(place);
+    parts->typing.editAt(p);
+    if (!parts->typing.text()) parts->finger.pickMemberAt(p);
 }
 
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {

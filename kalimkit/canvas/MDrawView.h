@@ -46,6 +46,15 @@ public:
     // Whether it only shows: fingers zoom and move it, and change nothing. Off at first.
     bool isReadOnly() const { return _isReadOnly; }
     void setReadOnly(bool isReadOnly) { _isReadOnly = isReadOnly; }
+    // What a pointer can do that a fingertip cannot: handles on the middles of sides as well, and
+    // one that turns; a tap on what is selected does not let it go. On a forgiving canvas alone.
+    // Off at first.
+    bool fineHandles() const;
+    void setFineHandles(bool fine);
+    // Whether shapes that are dragged and resized let themselves be laid along others and along the
+    // picture, unless control is held; on a forgiving canvas alone. Off at first.
+    bool snaps() const;
+    void setSnaps(bool snaps);
     // Sets the host's callback for log texts, for the whole process.
     static void setLogTransferToBlock(MDrawLogUtil::LogTransferBlock block);
 
@@ -220,6 +229,8 @@ public:
     void removeInvaildTools();
     // Also ends the editing of a text, and a creation under way: a tool that is valid by now stays.
     void finalizeCurrentDrawing();
+    // Edits the text that is all that is selected; whether there is one.
+    bool editSelectedText();
     // Ends the editing of a text, if there is any.
     void finishEditText();
     // The text that is being edited; null for none.
@@ -238,6 +249,11 @@ public:
     // What the one finger on the canvas is doing, see FingerState.h.
     FingerState fingerState() const;
     ui::RotationGestureRecognizer& rotationGesture() { return *_rotationGesture; }
+    // What a finger draws goes without a record, and what it drags is again as it was, on a
+    // forgiving canvas; the finger has done its work. Whether there was anything.
+    bool cancelGesture();
+    // What a press of a pointer would do there, view points.
+    std::optional<ui::Cursor> cursorAt(gfx::Point p) override;
     void handleRotationGesture(ui::GestureState state, double rotation);
     // Edits the text at the place, if there is one; view points.
     void handleDoubleTapGesture(gfx::Point place);

@@ -11,6 +11,9 @@ constexpr double tapSlop = 3.0;
 
 TouchMeaning meaningOf(const TouchDown& down) {
     if (down.isOnSelection) return {.dragsSelection = true};
+    // Where nothing is drawn, empty ground picks.
+    const bool hasNoPen = down.forgiving && !down.hasClass && !down.isOnTool;
+    if (hasNoPen || down.wantsMarquee) return {.spansMarquee = true};
     // What is wanted where a tool lies is more often a new one beside or over it; taps select.
     const bool drawsOverTools = down.forgiving && down.hasClass;
     return {.draws = !down.isOnTool || drawsOverTools,

@@ -17,6 +17,8 @@ struct TouchDown {
     // Whether there is a class of new tools, and whether they begin where a finger lands.
     bool hasClass = false;
     bool beginsAtOnce = false;
+    // A key asks for a rectangle that picks what it meets.
+    bool wantsMarquee = false;
 };
 
 struct TouchMeaning {
@@ -27,6 +29,8 @@ struct TouchMeaning {
     bool draws = false;
     // The new tool is made before the finger moves.
     bool createsAtOnce = false;
+    // A drag spans a rectangle that picks what it meets.
+    bool spansMarquee = false;
 
     bool operator==(const TouchMeaning&) const = default;
 };

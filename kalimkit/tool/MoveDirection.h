@@ -23,6 +23,8 @@ enum class MoveDirection : unsigned {
     Scale = 13,
     // Another place that the tool is about.
     Place = 14,
+    // The handle of a selection that turns it.
+    Turn = 15,
 };
 
 }  // namespace kalim

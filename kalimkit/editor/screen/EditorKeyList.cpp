@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 
+#include "kalimkit/editor/screen/ArrangingKeys.h"
 #include "kalimkit/editor/screen/EditorKeyTable.h"
 #include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -25,7 +26,7 @@ struct HeldKey {
 constexpr HeldKey heldKeys[] = {
     {"shift", "正方、正圆、15° 一步"},
     {"alt", "从中心画"},
-    {"ctrl", "不对齐参考线"},
+    {"ctrl", "不对齐参考线，或框选"},
     {"space", "移动正在画的形状"},
 };
 
@@ -60,8 +61,13 @@ const EditorKeys::CommandText EditorKeys::texts[] = {
     {&EditorKeys::confirm, Picture, "完成"},
     {&EditorKeys::saveDocument, Picture, "保存为文档"},
     {&EditorKeys::openFile, Picture, "打开文件"},
-    {&EditorKeys::copyPicture, Picture, "复制图片"},
-    {&EditorKeys::paste, Picture, "粘贴图片"},
+    {&EditorKeys::enter, Edit, "编辑文字，或完成"},
+    {&EditorKeys::copy, Edit, "复制形状，或图片"},
+    {&EditorKeys::cut, Edit, "剪切形状"},
+    {&EditorKeys::paste, Edit, "粘贴形状，或图片"},
+    {&EditorKeys::takeNoPen, Pens, "选择与移动"},
+    {&EditorKeys::lockOrUnlock, Shapes, "锁定或解锁"},
+    {&EditorKeys::unlockAll, Shapes, "全部解锁"},
     {&EditorKeys::holdSpace, View, "按住并拖动画布"},
     {&EditorKeys::takeColor<0>, Look, "颜色"},
     {&EditorKeys::takeColor<1>, Look, "颜色"},
@@ -91,6 +97,8 @@ std::vector<ui::KeyGroup> EditorKeys::list() {
         add(groups[hasText ? named->group : Edit],
             hasText ? localized(named->text) : std::string(), command.key);
     }
+    for (const ArrangingKey& each : arrangingKeys())
+        add(groups[Shapes], localized(each.text), each.key);
     for (const HeldKey& held : heldKeys)
         add(groups[Drag], localized(held.text), held.key);
     std::erase_if(groups, [](const ui::KeyGroup& group) { return group.rows.empty(); });

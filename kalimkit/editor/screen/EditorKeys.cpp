@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/crop/EditImageIntialView.h"
@@ -18,6 +19,7 @@
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -54,12 +56,16 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"delete", &EditorKeys::deleteSelection},
     {"backspace", &EditorKeys::deleteSelection},
     {"escape", &EditorKeys::escape},
-    {"enter", &EditorKeys::confirm},
+    {"enter", &EditorKeys::enter},
     {"ctrl+s", &EditorKeys::confirm},
     {"ctrl+shift+s", &EditorKeys::saveDocument},
     {"ctrl+o", &EditorKeys::openFile},
-    {"ctrl+c", &EditorKeys::copyPicture},
+    {"ctrl+c", &EditorKeys::copy},
+    {"ctrl+x", &EditorKeys::cut},
     {"ctrl+v", &EditorKeys::paste},
+    {"ctrl+l", &EditorKeys::lockOrUnlock},
+    {"ctrl+shift+l", &EditorKeys::unlockAll},
+    {"v", &EditorKeys::takeNoPen},
     {"space", &EditorKeys::holdSpace},
     {"1", &EditorKeys::takeColor<0>},
     {"2", &EditorKeys::takeColor<1>},
@@ -95,7 +101,7 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
     const bool isCommand = command != std::end(commands);
     if (editor->isReadOnly() && !(isCommand && isForReaders(command->run))) return false;
-    if (!isCommand) return !isRepeated && takePen(key);
+    if (!isCommand) return arrange(key, isRepeated) || (!isRepeated && takePen(key));
     return (!isRepeated || command->repeats) && (this->*command->run)();
 }
 
@@ -138,6 +144,7 @@ bool EditorKeys::pressInCrop(std::string_view key, bool isRepeated) {
 
 bool EditorKeys::pressInText(std::string_view key) {
     const auto text = ui::TextView::focusedIn(*window());
+    if (text && endTextBy(key)) return true;
     return text && (text->handleKey(key) || isTyping(key));
 }
 
@@ -200,6 +207,7 @@ bool EditorKeys::deleteSelection() {
 bool EditorKeys::escape() {
     const auto editor = _editor.lock();
     if (editor->drawView()->dropPoints()) return true;
+    if (editor->drawView()->cancelGesture()) return true;
     if (editor->drawView()->curEdittingTextTool()) {
         editor->clickToolDone();
     } else if (editor->drawView()->hasSelectedTools()) {
@@ -218,7 +226,29 @@ bool EditorKeys::confirm() {
     return true;
 }
 
+bool EditorKeys::enter() {
+    return _editor.lock()->drawView()->editSelectedText() || confirm();
+}
+
+bool EditorKeys::copy() {
+    const auto editor = _editor.lock();
+    const std::string shapes = editor->drawView()->arrangement()->copiedShapes();
+    if (!shapes.empty()) {
+        ui::Environment::current().setClipboardText(shapes);
+        return true;
+    }
+    return copyPicture();
+}
+
+bool EditorKeys::cut() {
+    const std::string shapes = _editor.lock()->drawView()->arrangement()->cutShapes();
+    if (!shapes.empty()) ui::Environment::current().setClipboardText(shapes);
+    return !shapes.empty();
+}
+
 bool EditorKeys::paste() {
+    const std::string text = ui::Environment::current().clipboardText();
+    if (_editor.lock()->drawView()->arrangement()->pasteShapes(text)) return true;
     const auto delegate = _delegate.lock();
     if (delegate) delegate->editorKeysPastePicture();
     return delegate != nullptr;

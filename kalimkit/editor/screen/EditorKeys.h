@@ -27,15 +27,27 @@ class TesselViewController;
 //
 //     ctrl+z, ctrl+shift+z, ctrl+y     undo, redo
 //     delete, backspace                deletes the selection
-//     escape    ends the editing of a text, else deselects, else closes the panel, else asks to
-//               close; leaves the crop editor, and answers a question so that nothing is lost
-//     enter     also answers a question, so that nothing is lost as well; tab and the arrows choose
-//               another answer first
-//     enter, ctrl+s                    confirms, in the crop editor the crop
+//     escape    takes back what is being drawn or dragged, else ends the editing of a text, else
+//               deselects, else closes the panel, else asks to close; leaves the crop editor, and
+//               answers a question so that nothing is lost
+//     enter     edits a text that is selected, else confirms; also answers a question, so that
+//               nothing is lost as well; tab and the arrows choose another answer first
+//     ctrl+s                           confirms, in the crop editor the crop, as enter does
 //     ctrl+shift+s                     saves a document, in the crop editor as well
 //     ctrl+o                           has a picture or a document chosen
-//     ctrl+c, ctrl+v                   copies the result, opens the clipboard's picture
+//     ctrl+c, ctrl+v                   copies what is selected, or else the result; pastes the
+//                                      clipboard's shapes, or else opens its picture
+//     ctrl+x, ctrl+d                   cuts, duplicates
+//     ctrl+a                           selects everything
+//     arrows                           move the selection by one point, with shift by ten
+//     ctrl+], ctrl+[                   bring forward, send backward; with shift all the way
+//     ctrl+g, ctrl+shift+g             group, ungroup
+//     ctrl+l, ctrl+shift+l             lock, or unlock what is selected; unlock everything
+//     alt+a h d, alt+w v s             align left, centre, right; top, middle, bottom
+//     alt+shift+h, alt+shift+v         distribute horizontally, vertically
 //     p l a r e t m                    freehand, line, arrow, rectangle, ellipse, text, mosaic
+//     v                                no pen: a drag moves what lies there, or spans a rectangle
+//                                      that selects what it meets
 //     1 to 5, [ and ]                  the colours; thinner, thicker
 //     ctrl+0, ctrl+1                   shows the whole picture; a pixel of it on one of the screen
 //     plus, =, -                       zooms in and out, with ctrl as well
@@ -53,6 +65,9 @@ public:
     // Whether the key did something; if not, a host may leave it to others.
     bool press(std::string_view key, bool isRepeated = false);
     void release(std::string_view key);
+    // Whether enter ends the typing of a text, and only shift+enter begins a line, as on a desk.
+    // Off at first. Ctrl+enter ends it everywhere.
+    void setEnterEndsText(bool ends) { _enterEndsText = ends; }
 
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);
@@ -93,7 +108,16 @@ private:
     bool deleteSelection();
     bool escape();
     bool confirm();
+    bool enter();
+    bool copy();
+    bool cut();
     bool paste();
+    bool takeNoPen();
+    bool lockOrUnlock();
+    bool unlockAll();
+    // The keys of CanvasArrangement (EditorKeysArranging.cpp).
+    bool arrange(std::string_view key, bool isRepeated);
+    bool endTextBy(std::string_view key);
     bool saveDocument();
     bool openFile();
     bool holdSpace();
@@ -120,6 +144,7 @@ private:
     std::function<void()> _overviewHandler;
     EditorPointer& _pointer;
     EditorRemote& _remote;
+    bool _enterEndsText = false;
 };
 
 }  // namespace kalim

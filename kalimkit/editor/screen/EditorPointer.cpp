@@ -23,7 +23,9 @@ EditorPointer::EditorPointer(std::weak_ptr<TesselViewController> editor)
     : _editor(std::move(editor)) {}
 
 EditorPointer::~EditorPointer() {
-    if (_zoomEnd) ui::Environment::current().runLoop().cancel(_zoomEnd);
+    for (const std::uint64_t end : {_zoomEnd, _scrollEnd}) {
+        if (end) ui::Environment::current().runLoop().cancel(end);
+    }
 }
 
 bool EditorPointer::pointerPressed(PointerButton button, gfx::Point place) {
@@ -32,6 +34,7 @@ bool EditorPointer::pointerPressed(PointerButton button, gfx::Point place) {
     if (!isPanning || _panButton) return _panButton.has_value();
     if (!isCanvasFree()) return button == PointerButton::Middle;
     endZoom();
+    endScroll();
     _panButton = button;
     _panStart = _panEnd = place;
     showCursor();
@@ -75,6 +78,7 @@ void EditorPointer::showCursor() const {
 
 void EditorPointer::pointerZoomed(gfx::Point place, double factor) {
     if (_panButton || !isCanvasFree() || !std::isfinite(factor) || !(factor > 0)) return;
+    endScroll();
     const auto canvas = _editor.lock()->drawView();
     ui::RunLoop& loop = ui::Environment::current().runLoop();
     if (_zoomEnd) {
@@ -100,6 +104,31 @@ void EditorPointer::endZoom() {
     editor->drawView()->handlePinchGesture(ui::GestureState::Ended, _zoom, inCanvas(_zoomPlace));
 }
 
+void EditorPointer::pointerScrolled(gfx::Point distance) {
+    if (_panButton || !isCanvasFree() || !std::isfinite(distance.x) || !std::isfinite(distance.y))
+        return;
+    endZoom();
+    const auto canvas = _editor.lock()->drawView();
+    ui::RunLoop& loop = ui::Environment::current().runLoop();
+    if (_scrollEnd) {
+        loop.cancel(_scrollEnd);
+    } else {
+        _scroll = {};
+        canvas->handlePanGesture(ui::GestureState::Began, {});
+    }
+    _scroll += distance;
+    canvas->handlePanGesture(ui::GestureState::Changed, _scroll);
+    _scrollEnd = loop.after(zoomPause, [this] { endScroll(); });
+}
+
+void EditorPointer::endScroll() {
+    if (!_scrollEnd) return;
+    ui::Environment::current().runLoop().cancel(std::exchange(_scrollEnd, 0));
+    const auto editor = _editor.lock();
+    if (!editor || !editor->drawView()) return;
+    editor->drawView()->handlePanGesture(ui::GestureState::Ended, _scroll);
+}
+
 // Whether the canvas can be moved now: it is in sight and no finger works on it.
 bool EditorPointer::isCanvasFree() const {
     const auto editor = _editor.lock();
@@ -119,6 +148,7 @@ gfx::Point EditorPointer::inCanvas(gfx::Point place) const {
 MDrawView* EditorPointer::canvasToZoom() {
     if (_panButton || !isCanvasFree()) return nullptr;
     endZoom();
+    endScroll();
     return _editor.lock()->drawView().get();
 }
 

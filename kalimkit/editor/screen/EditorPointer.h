@@ -34,6 +34,8 @@ public:
     // ---- zooming
     // A notch of a wheel, or a touchpad: enlarges by the factor about a place.
     void pointerZoomed(gfx::Point place, double factor);
+    // A wheel sideways, or two fingers on a touchpad, move the canvas by so many points.
+    void pointerScrolled(gfx::Point distance);
     // The canvas, when something else than the pointer may zoom it now, and the wheel has come to
     // its end then; null otherwise.
     MDrawView* canvasToZoom();
@@ -42,6 +44,7 @@ private:
     bool isCanvasFree() const;
     gfx::Point inCanvas(gfx::Point place) const;
     void endZoom();
+    void endScroll();
     void showCursor() const;
 
     // Held by the host as long as it is shown; weak, because a message of its may end that.
@@ -57,6 +60,9 @@ private:
     gfx::Point _zoomPlace;
     // The delayed call that ends the zoom; 0 without one.
     std::uint64_t _zoomEnd = 0;
+    // The same of a scroll, and how far it has come.
+    std::uint64_t _scrollEnd = 0;
+    gfx::Point _scroll;
 };
 
 }  // namespace kalim

@@ -227,7 +227,13 @@ constexpr Operation operations[] = {
     named<&MDrawView::removeInvaildTools>("removeInvaildTools"),
     named<&MDrawView::finalizeCurrentDrawing>("finalizeCurrentDrawing"),
     named<&MDrawView::finishEditText>("finishEditText"),
+    named<&MDrawView::editSelectedText>("editSelectedText"),
     // ---- arranging
+    named<&MDrawView::fineHandles>("fineHandles"),
+    named<&MDrawView::setFineHandles>("setFineHandles"),
+    named<&MDrawView::snaps>("snaps"),
+    named<&MDrawView::setSnaps>("setSnaps"),
+    named<&MDrawView::cancelGesture>("cancelGesture"),
     named<&CanvasArrangement::selectAll>("selectAll"),
     named<&CanvasArrangement::selectWithin>("selectWithin"),
     named<&CanvasArrangement::nudge>("nudge"),

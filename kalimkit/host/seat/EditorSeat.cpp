@@ -171,8 +171,14 @@ void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
 }
 
 void EditorSeat::wheelTurned(gfx::Point place, double notches) {
+    if (_window.modifiers().shift) return scrolled(place, {notches * notchDistance, 0});
     if (_window.pointerScrolled(place, {0, notches * notchDistance})) return;
     if (_pointer) _pointer->pointerZoomed(place, std::pow(notchFactor, notches));
+}
+
+void EditorSeat::scrolled(gfx::Point place, gfx::Point distance) {
+    if (_window.pointerScrolled(place, distance)) return;
+    if (_pointer) _pointer->pointerScrolled(distance);
 }
 
 // ---- keys

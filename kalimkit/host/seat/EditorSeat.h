@@ -97,7 +97,11 @@ public:
         _window.setCursorHandler(std::move(handler));
     }
     // Notches of the wheel, or parts of them; towards the user they are negative.
+    // With shift held it moves what is there sideways.
     void wheelTurned(gfx::Point place, double notches);
+    // A touchpad, or a wheel that can be tilted, moves what is there by so many points, content to
+    // the right and downwards being positive.
+    void scrolled(gfx::Point place, gfx::Point distance);
 
     // ---- keys, by the names of EditorKeys. Without an editor they are the focused text's. Whether
     // the key did something.
