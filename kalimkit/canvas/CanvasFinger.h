@@ -84,6 +84,8 @@ public:
     void pickMemberAt(gfx::Point p);
     // The finger has done its work.
     void abort();
+    // The selection follows the finger.
+    bool isDragging() const { return _dragged != nullptr; }
     // What broke a drag off gives it its record, under forgiving rules.
     void endDrag();
     // The selection has lost members.

@@ -158,6 +158,8 @@ void CanvasGrip::resizeGroup(gfx::Point p, const ui::Modifiers& keys) {
     const MovedSides sides = movedSides(_part);
     ui::Modifiers held = keys;
     held.shift = keys.shift || (sides.x != 0 && sides.y != 0);
+    // Fingers, which hold no keys, scale about the middle.
+    held.alt = keys.alt || !_canvas.tools.pen().rules.fineHandles;
     const gfx::Point offset = snapped(_frame, p - _down, held);
     const gfx::Rect box = resizedBox(_frame, _part, offset, held);
     const auto factor = [](double after, double before) {
@@ -165,7 +167,7 @@ void CanvasGrip::resizeGroup(gfx::Point p, const ui::Modifiers& keys) {
     };
     const gfx::Size factors{factor(box.size.width, _frame.size.width),
                             factor(box.size.height, _frame.size.height)};
-    const gfx::Point fixed = fixedPoint(_frame, _part, keys);
+    const gfx::Point fixed = fixedPoint(_frame, _part, held);
     for (const ToolRef& member : _group->subTools())
         member->scaleBy(fixed, factors);
 }

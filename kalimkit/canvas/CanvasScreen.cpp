@@ -109,7 +109,8 @@ const ToolList& CanvasScreen::createdTools() {
 
 bool CanvasScreen::hasLivePatch() const {
     const auto& group = _canvas.selection.group();
-    return group && std::ranges::any_of(group->subTools(), [](const ToolRef& tool) {
+    return group && _canvas.selection.isLive() &&
+           std::ranges::any_of(group->subTools(), [](const ToolRef& tool) {
                return layerOf(*tool) == CanvasLayers::Ground;
            });
 }
@@ -136,8 +137,9 @@ void CanvasScreen::update() {
     updateLayersView();
     updateTied();
     _canvas.selection.readyForScreen();
-    const DrawnTools::Stale stale =
-        _drawn.update(_canvas.tools.list(), selection(), createdTools());
+    noteResting();
+    const DrawnTools::Stale stale = _drawn.update(_canvas.tools.list(), selection(), createdTools(),
+                                                  _canvas.selection.isLive());
     for (const gfx::Rect& rect : _canvas.painter.hiding().update())
         invalidateGround(
             rect.inset(-_canvas.painter.rimOnScreen(), -_canvas.painter.rimOnScreen()));
@@ -166,6 +168,15 @@ void CanvasScreen::markTied() {
         mark(rect);
 }
 
+// What is let go may have changed with that.
+void CanvasScreen::noteResting() {
+    const ToolRef group = _canvas.selection.isLive() ? nullptr : selection();
+    const ToolList before = std::exchange(_resting, group ? membersOf(group) : ToolList());
+    for (const ToolRef& tool : before) {
+        if (std::ranges::find(_resting, tool) == _resting.end()) _drawn.markChanged(tool);
+    }
+}
+
 void CanvasScreen::markStale(const DrawnTools::Stale& stale) {
     const double rim = _canvas.painter.rimOnScreen();
     for (const auto layer : {CanvasLayers::Ground, CanvasLayers::Items}) {
@@ -192,7 +203,7 @@ void CanvasScreen::drawOnTop(const DrawnTools::Stale& stale) {
         _layers.invalidate(CanvasLayers::Items, stale.onTopExtent);
     } else {
         _layers.drawOver(CanvasLayers::Items, [&](gfx::Context& context, const gfx::Rect&) {
-            _canvas.painter.drawTool(context, *stale.onTop);
+            drawUnselected(context, *stale.onTop);
             _count.addAhead();
         });
     }
@@ -309,7 +320,9 @@ void CanvasScreen::drawShade(gfx::Context& context) {
 
 void CanvasScreen::paintItems(gfx::Context& context, const gfx::Rect& rect) {
     for (const ToolRef& tool : _canvas.tools.list()) {
-        if (_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) drawTool(context, *tool);
+        if (!_drawn.isDrawnIn(*tool, CanvasLayers::Items, rect)) continue;
+        drawUnselected(context, *tool);
+        _count.add();
     }
 }
 
@@ -323,10 +336,20 @@ void CanvasScreen::drawTool(gfx::Context& context, MDrawTool& tool) {
     _count.add();
 }
 
+// Its handles lie over everything.
+void CanvasScreen::drawUnselected(gfx::Context& context, MDrawTool& tool) {
+    const bool isSelected = tool.selected();
+    if (isSelected) tool.setSelected(false);
+    _canvas.painter.drawTool(context, tool);
+    if (isSelected) tool.setSelected(true);
+}
+
 void CanvasScreen::drawRestingItems(gfx::Context& context) {
     for (const ToolRef& tool : _canvas.tools.list()) {
-        const bool isResting = !_canvas.selection.contains(tool) && !tool->isNewBuild();
-        if (isResting && layerOf(*tool) == CanvasLayers::Items) drawTool(context, *tool);
+        const bool isLive = _canvas.selection.isLive() && _canvas.selection.contains(tool);
+        if (isLive || tool->isNewBuild() || layerOf(*tool) != CanvasLayers::Items) continue;
+        drawUnselected(context, *tool);
+        _count.add();
     }
 }
 
@@ -344,7 +367,9 @@ void CanvasScreen::drawLivePatches(gfx::Context& context) {
     const CanvasPainter::ShownPicture picture = _canvas.painter.pictureToShow(context);
     _canvas.painter.drawPatches(
         context, _canvas.painter.drawnPicture(picture, picture.rect),
-        [](const MDrawTool& tool) { return tool.isNewBuild() || tool.selected(); },
+        [isLive = _canvas.selection.isLive()](const MDrawTool& tool) {
+            return tool.isNewBuild() || (isLive && tool.selected());
+        },
         [this](const MDrawTool& patch) { return isResting(patch); });
 }
 
@@ -352,6 +377,10 @@ void CanvasScreen::drawSelection(gfx::Context& context, bool showsHandles) {
     const std::shared_ptr<MDrawMutableSelect> group = _canvas.selection.group();
     if (!group || !_canvas.tools.contains(group->firstSelectedTool())) return;
     _canvas.selection.readyForScreen();
+    if (!_canvas.selection.isLive()) {
+        if (showsHandles) group->drawHandles(context);
+        return;
+    }
     if (!showsHandles) group->setSelected(false);
     _canvas.painter.drawTool(context, *group);
     if (!showsHandles) group->setSelected(true);

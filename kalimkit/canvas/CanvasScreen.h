@@ -85,6 +85,8 @@ private:
     void paintItems(gfx::Context& context, const gfx::Rect& rect);
     bool isResting(const MDrawTool& patch) const;
     void drawTool(gfx::Context& context, MDrawTool& tool);
+    void drawUnselected(gfx::Context& context, MDrawTool& tool);
+    void noteResting();
     void drawRestingItems(gfx::Context& context);
     void drawCreatedItems(gfx::Context& context);
     void drawLivePatches(gfx::Context& context);
@@ -108,6 +110,8 @@ private:
     // anew in every frame instead of being kept.
     bool _hasLivePatch = false;
     bool _drawsItemsAnew = false;
+    // Selected and in their layers, as of the last update.
+    ToolList _resting;
     std::vector<SnapGuide> _guides;
     std::optional<gfx::Rect> _marquee;
 };

@@ -24,6 +24,11 @@ bool CanvasSelection::isReachable(const MDrawTool& tool) const {
     return _canvas.tools.forgiving() || tool.toolClass().picking() == ToolPicking::Always;
 }
 
+bool CanvasSelection::isLive() const {
+    return !_canvas.tools.pen().rules.fineHandles || _canvas.finger.isDragging() ||
+           _rotation.tools || _canvas.arrangement.isNudging();
+}
+
 bool CanvasSelection::isLocked() const {
     return _group && std::ranges::any_of(_group->subTools(), &MDrawTool::isLocked);
 }

@@ -38,6 +38,10 @@ public:
 
     // Those that belong together with one of them, too, in drawing order.
     ToolList withGroups(const ToolList& tools) const;
+    // Whether it may look different at every frame, and so is drawn over everything. Where a
+    // pointer has made it, it otherwise lies where it lies in the drawing order, and only its
+    // handles are drawn over everything.
+    bool isLive() const;
     // Nothing of it is moved by fingers.
     bool isLocked() const;
 

@@ -35,10 +35,10 @@ void DrawnTools::forget() {
 }
 
 DrawnTools::Stale DrawnTools::update(const ToolList& tools, const ToolRef& selection,
-                                     const ToolList& created) {
+                                     const ToolList& created, bool isSelectionLive) {
     Stale stale;
     ToolList live = created;
-    if (selection) selection->addSubToolToArray(live);
+    if (selection && isSelectionLive) selection->addSubToolToArray(live);
     if (std::exchange(_isListChanged, false)) updateMembership(tools, stale);
     updateLive(tools, std::move(live), stale);
     for (const ToolRef& tool : std::exchange(_changed, {})) {

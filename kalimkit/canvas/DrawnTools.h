@@ -45,8 +45,9 @@ public:
     void forget();
 
     // Takes note of what there is now. `selection` may be null, `created` are the tools that are
-    // still being created.
-    Stale update(const ToolList& tools, const ToolRef& selection, const ToolList& created);
+    // still being created. The selection's tools rest in their layers where it is not live.
+    Stale update(const ToolList& tools, const ToolRef& selection, const ToolList& created,
+                 bool isSelectionLive = true);
 
     // Whether the tool rests in the layer and meets the rectangle.
     bool isDrawnIn(const MDrawTool& tool, CanvasLayers::Layer layer, const gfx::Rect& rect) const;

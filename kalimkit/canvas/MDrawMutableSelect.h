@@ -107,6 +107,8 @@ public:
 
     // ---- drawing
     void draw(gfx::Context& context) override;
+    // What shows that the members are selected, and nothing else of them.
+    void drawHandles(gfx::Context& context);
     void drawContentHandle(gfx::Context& context) override;
     void drawMeasurement(gfx::Context& context) override;
     void setVisibleRect(const std::optional<gfx::Rect>& rect) override;

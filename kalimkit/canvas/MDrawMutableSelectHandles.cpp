@@ -60,6 +60,14 @@ void MDrawMutableSelect::turnTo(double angle) {
         member->turnBy(_turnCenter, angle);
 }
 
+void MDrawMutableSelect::drawHandles(gfx::Context& context) {
+    for (const ToolRef& member : _subTools) {
+        member->setIsMutableTool(hasSeveral());
+        member->drawSelection(context);
+    }
+    drawSelectionFrame(context);
+}
+
 // A single member draws its corners itself.
 void MDrawMutableSelect::drawSelectionFrame(gfx::Context& context) const {
     const bool isShown = !_subTools.empty() && _subTools.front()->selected();

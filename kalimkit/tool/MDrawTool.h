@@ -149,6 +149,8 @@ public:
 
     // ---- drawing; the context is in canvas coordinates
     virtual void draw(gfx::Context& context);
+    // Of a selected tool the outline and the handles alone, over what is drawn of it elsewhere.
+    void drawSelection(gfx::Context& context);
     virtual void drawContent(gfx::Context&) {}
     virtual void drawSlectedStateContent(gfx::Context& context) { drawContent(context); }
     virtual void drawContentHandle(gfx::Context&) {}
@@ -364,6 +366,7 @@ private:
     bool isTurnedByContext() const {
         return (isSupportGestureRotate() || isTurnedByQuarters()) && isRotateByRotateCtx();
     }
+    void drawParts(gfx::Context& context, bool hasContent);
     void drawVisibleContent(gfx::Context& context);
     void drawClippedContent(gfx::Context& context);
     void drawSelectedState(gfx::Context& context);

@@ -13,6 +13,14 @@ constexpr double selectionLineWidth = 2.0;
 }  // namespace
 
 void MDrawTool::draw(gfx::Context& context) {
+    drawParts(context, true);
+}
+
+void MDrawTool::drawSelection(gfx::Context& context) {
+    if (_selected) drawParts(context, false);
+}
+
+void MDrawTool::drawParts(gfx::Context& context, bool hasContent) {
     if (!isDrawVaild()) return;
     gfx::GraphicsStateGuard guard(context);
     const gfx::ColorRef paint = color();
@@ -23,7 +31,7 @@ void MDrawTool::draw(gfx::Context& context) {
     context.setFillColor(paint ? *paint : clear);
     context.setLineWidth(lineWidth());
     if (isTurnedByContext()) drawRotateCenterPoint(context, QVMidPoint(_startPoint, _endPoint));
-    drawVisibleContent(context);
+    if (hasContent) drawVisibleContent(context);
     if (_selected) drawSelectedState(context);
 }
 

@@ -59,6 +59,8 @@ std::string ScenarioDriver::nextLine() {
 void ScenarioDriver::choosePoints() {
     if (happens(20)) call("setCanvasBasis", {MDrawView::usualBasis});
     if (happens(20)) call("setClipsToPicture", {true});
+    if (happens(40)) call("setFineHandles", {true});
+    if (happens(40)) call("setSnaps", {true});
 }
 
 // ---- fingers
@@ -142,7 +144,11 @@ void ScenarioDriver::touch(const char* phase, const Points& points) {
     JsonValue::Array places;
     for (const gfx::Point p : points)
         places.push_back(toJson(p));
-    add({{"touch", phase}, {"points", std::move(places)}});
+    JsonValue::Object line{{"touch", phase}, {"points", std::move(places)}};
+    const std::vector<JsonValue::Array> keys{{},       {"shift"}, {"alt"},
+                                             {"ctrl"}, {"space"}, {"shift", "alt"}};
+    if (happens(6)) line.emplace_back("modifiers", oneOf(keys));
+    add(std::move(line));
 }
 
 // ---- text and time
@@ -184,6 +190,8 @@ void ScenarioDriver::callSomething() {
     } else if (choice < 5) {
         for (std::uint32_t steps = 1 + below(3); steps > 0; --steps)
             call(happens(60) ? "undo" : "redo");
+    } else if (choice == 7 && _canvas.forgiving()) {
+        arrangeTools();
     } else if (choice < 8) {
         changeTools();
     } else {
@@ -213,6 +221,29 @@ void ScenarioDriver::changeTools() {
             return call("selectNone");
         default:
             return call("setDrawColorIsTranslucent", {anyColor(), happens(50)});
+    }
+}
+
+// Others leave some of the points of tools out of their steps.
+void ScenarioDriver::arrangeTools() {
+    const std::vector<const char*> plain{"selectAll", "group",     "ungroup",      "lock",
+                                         "unlock",    "duplicate", "cancelGesture"};
+    const std::vector<const char*> orders{"forward", "backward", "toFront", "toBack"};
+    const std::vector<const char*> edges{"left", "center", "right", "top", "middle", "bottom"};
+    const std::vector<const char*> directions{"horizontally", "vertically"};
+    switch (below(6)) {
+        case 0:
+            return call("changeOrder", {oneOf(orders)});
+        case 1:
+            return call("align", {oneOf(edges)});
+        case 2:
+            return call("distribute", {oneOf(directions)});
+        case 3:
+            return call("nudge", {toJson(near({}, 20))});
+        case 4:
+            return call("selectWithin", {JsonValue::Array{below(200), below(300), 200, 300}});
+        default:
+            return call(oneOf(plain));
     }
 }
 

@@ -34,6 +34,7 @@ private:
     void callSomething();
     void selectSome();
     void changeTools();
+    void arrangeTools();
     void changeSettings();
     void cutPicture();
     void startAnew();

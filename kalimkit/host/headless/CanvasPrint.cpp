@@ -57,6 +57,10 @@ JsonValue describeTool(const MDrawTool& tool) {
         const auto describe = [](const auto& value) { return describeDetail(value); };
         members.emplace_back(std::string(detail.name), std::visit(describe, detail.value));
     }
+    if (!tool.groups().empty())
+        members.emplace_back("groups",
+                             JsonValue::Array(tool.groups().begin(), tool.groups().end()));
+    if (tool.isLocked()) members.emplace_back("locked", true);
     const ToolPropertyValues chosen = tool.chosenProperties();
     if (chosen.empty()) return members;
     JsonValue::Object properties;
