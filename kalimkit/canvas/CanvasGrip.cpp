@@ -60,7 +60,9 @@ void CanvasGrip::putBack() {
 bool CanvasGrip::drags(const ui::Modifiers& keys) {
     if (!holds()) return false;
     const bool hasKeys = keys.shift || keys.alt;
-    _isOwn = _isOwn || _isOfFrame || hasKeys || (_snaps && _part == MoveDirection::Body);
+    const bool isLaidAlong =
+        _snaps && (_part == MoveDirection::Body || movedSides(_part) != MovedSides{});
+    _isOwn = _isOwn || _isOfFrame || hasKeys || isLaidAlong;
     return _isOwn;
 }
 

@@ -110,7 +110,8 @@ void CanvasSelection::pick(const ToolRef& tool, gfx::Point p) {
     const ToolList fellows = withGroups({tool});
     if (fellows.size() < 2) return add(tool, p);
     select(fellows);
-    if (_group) _group->hitOnHandle(p);
+    // Of several nothing is near a handle of theirs yet.
+    if (_group) _group->setMoveDirection(MoveDirection::Body);
 }
 
 void CanvasSelection::toggle(const ToolRef& tool, bool withGroup) {

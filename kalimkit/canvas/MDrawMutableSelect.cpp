@@ -127,7 +127,8 @@ gfx::Point MDrawMutableSelect::HandlePoint() const {
 
 bool MDrawMutableSelect::hitTest(gfx::Point p) {
     if (_subTools.size() == 1) return _subTools.front()->hitTest(p);
-    return frame().contains(p);
+    const auto isHit = [p](const ToolRef& member) { return member->hitTest(p); };
+    return frame().contains(p) || (rules().forgiving && std::ranges::any_of(_subTools, isHit));
 }
 
 MoveDirection MDrawMutableSelect::handleAt(gfx::Point p) {

@@ -124,7 +124,6 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"复制形状，或图片", "Copy shapes, or the picture"},
     {"剪切形状", "Cut shapes"},
     {"粘贴形状，或图片", "Paste shapes, or a picture"},
-    {"选择与移动", "Select and move"},
     {"锁定或解锁", "Lock or unlock"},
     {"全部解锁", "Unlock everything"},
     {"移动", "Move"},

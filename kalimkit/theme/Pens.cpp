@@ -33,6 +33,8 @@ constexpr Pen allPens[] = {
     {.number = 33, .name = "polygon", .key = 'g', .icon = "polygon", .text = "多边形", .english = "Polygon", .isShownForTools = false, .showsToolIcon = true},
     {.number = 34, .name = "angle", .icon = "angle", .text = "角", .english = "Angle", .isShownForTools = false, .showsToolIcon = true},
     {.number = 35, .name = "arc", .icon = "arc", .text = "弧线", .english = "Arc", .isShownForTools = false, .showsToolIcon = true},
+    // What is there is moved, and a drag beside it spans a rectangle that selects.
+    {.number = 30, .name = "select", .key = 'v', .icon = "select", .text = "选择与移动", .english = "Select and move", .isShownForTools = false, .showsToolIcon = true},
     // Hosts may show a dot of this number; it draws nothing.
     {.number = 7, .icon = "rectangle", .text = "矩形", .english = "Rectangle"},
 };

@@ -22,6 +22,8 @@ enum EditorPen : unsigned {
     EditorPenArrow = 6,
     // No pen in use: it opens the crop editor.
     EditorPenCrop = 8,
+    // It draws nothing: it picks what is there.
+    EditorPenSelect = 30,
 };
 
 // What pickers, keys, the command line and pages know of a pen.

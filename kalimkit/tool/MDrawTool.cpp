@@ -180,7 +180,7 @@ bool MDrawTool::testHitOnHandle(gfx::Point) {
 }
 
 bool MDrawTool::isPointOnHandle(gfx::Point p, gfx::Point handle) const {
-    if (_viewScale > 0) return isPointOnScreenHandle(p, handle);
+    if (_viewScale > 0 || _rules.fineHandles) return isPointOnScreenHandle(p, handle);
     const double width = lineWidth();
     const double reach = (width < _handleSize ? _handleSize : width) + 14;
     const double extension = reach / _handleViewScale;
@@ -200,7 +200,8 @@ double MDrawTool::handleSizeOnScreen() const {
 bool MDrawTool::isPointOnScreenHandle(gfx::Point p, gfx::Point handle) const {
     const double size = handleSizeOnScreen();
     const double width = std::clamp(lineWidth() * _viewScale, size, 2 * size);
-    const double half = onCanvas((width + 14 + size) / 2);
+    // A pointer has less need of room around a handle than a fingertip.
+    const double half = onCanvas((width + (_rules.fineHandles ? 8 : 14 + size)) / 2);
     return gfx::Rect(handle.x - half, handle.y - half, 2 * half, 2 * half).contains(p);
 }
 

@@ -65,7 +65,6 @@ const EditorKeys::CommandText EditorKeys::texts[] = {
     {&EditorKeys::copy, Edit, "复制形状，或图片"},
     {&EditorKeys::cut, Edit, "剪切形状"},
     {&EditorKeys::paste, Edit, "粘贴形状，或图片"},
-    {&EditorKeys::takeNoPen, Pens, "选择与移动"},
     {&EditorKeys::lockOrUnlock, Shapes, "锁定或解锁"},
     {&EditorKeys::unlockAll, Shapes, "全部解锁"},
     {&EditorKeys::holdSpace, View, "按住并拖动画布"},

@@ -65,7 +65,6 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+v", &EditorKeys::paste},
     {"ctrl+l", &EditorKeys::lockOrUnlock},
     {"ctrl+shift+l", &EditorKeys::unlockAll},
-    {"v", &EditorKeys::takeNoPen},
     {"space", &EditorKeys::holdSpace},
     {"1", &EditorKeys::takeColor<0>},
     {"2", &EditorKeys::takeColor<1>},

@@ -30,7 +30,9 @@ class TesselViewController;
 //     escape    takes back what is being drawn or dragged, else ends the editing of a text, else
 //               deselects, else closes the panel, else asks to close; leaves the crop editor, and
 //               answers a question so that nothing is lost
-//     enter     edits a text that is selected, else confirms; also answers a question, so that
+//     enter     ends the editing of a text where the editor has a shell for wide screens, in which
+//               shift+enter begins a line, and with ctrl everywhere; edits a text that is selected,
+//               else confirms; also answers a question, so that
 //               nothing is lost as well; tab and the arrows choose another answer first
 //     ctrl+s                           confirms, in the crop editor the crop, as enter does
 //     ctrl+shift+s                     saves a document, in the crop editor as well
@@ -65,9 +67,6 @@ public:
     // Whether the key did something; if not, a host may leave it to others.
     bool press(std::string_view key, bool isRepeated = false);
     void release(std::string_view key);
-    // Whether enter ends the typing of a text, and only shift+enter begins a line, as on a desk.
-    // Off at first. Ctrl+enter ends it everywhere.
-    void setEnterEndsText(bool ends) { _enterEndsText = ends; }
 
     void setDelegate(std::weak_ptr<EditorKeysDelegate> delegate) {
         _delegate = std::move(delegate);
@@ -112,7 +111,6 @@ private:
     bool copy();
     bool cut();
     bool paste();
-    bool takeNoPen();
     bool lockOrUnlock();
     bool unlockAll();
     // The keys of CanvasArrangement (EditorKeysArranging.cpp).
@@ -144,7 +142,6 @@ private:
     std::function<void()> _overviewHandler;
     EditorPointer& _pointer;
     EditorRemote& _remote;
-    bool _enterEndsText = false;
 };
 
 }  // namespace kalim

@@ -86,16 +86,11 @@ bool EditorKeys::unlockAll() {
     return canvas->arrangement()->unlock();
 }
 
-// What is drawn with stays the pen that was shown, until one is taken.
-bool EditorKeys::takeNoPen() {
-    _editor.lock()->drawView()->beginDrawingForTypeWithDrawType(-1, 0);
-    return true;
-}
-
 bool EditorKeys::endTextBy(std::string_view key) {
     const auto editor = _editor.lock();
     if (!editor->drawView()->curEdittingTextTool()) return false;
-    const bool ends = key == "ctrl+enter" || (_enterEndsText && key == "enter");
+    // A phone's keyboard has no other key for a line.
+    const bool ends = key == "ctrl+enter" || (editor->shell() && key == "enter");
     if (ends) editor->clickToolDone();
     return ends;
 }

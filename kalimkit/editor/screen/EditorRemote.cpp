@@ -43,7 +43,7 @@ EditorRemote::~EditorRemote() {
 void EditorRemote::choosePen(unsigned pen) {
     const auto editor = _editor.lock();
     if (!editor || !editor->penPopView()) return;
-    editor->drawView()->selectNone();
+    if (pen != EditorPenSelect) editor->drawView()->selectNone();
     const auto config = TesselConfig::create();
     config->setType(2);
     config->setPen(pen);

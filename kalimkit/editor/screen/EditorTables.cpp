@@ -36,10 +36,10 @@ const std::vector<unsigned>& editorShapes() {
 
 std::vector<unsigned> deskPens() {
     constexpr std::string_view order[] = {
-        "arrow",       "line",           "rectangle", "roundedrectangle", "ellipse", "freehand",
-        "highlighter", "highlighterbox", "text",      "number",           "callout", "mosaic",
-        "magnifier",   "spotlight",      "stamp",     "blockarrow",       "polygon", "angle",
-        "arc"};
+        "select",  "arrow",      "line",        "rectangle",      "roundedrectangle",
+        "ellipse", "freehand",   "highlighter", "highlighterbox", "text",
+        "number",  "callout",    "mosaic",      "magnifier",      "spotlight",
+        "stamp",   "blockarrow", "polygon",     "angle",          "arc"};
     std::vector<unsigned> numbers;
     for (const std::string_view name : order) {
         if (const Pen* const pen = penIdentified(name)) numbers.push_back(pen->number);

@@ -182,6 +182,10 @@ void TesselViewController::setShell(std::shared_ptr<EditorShell> shell) {
     all.panel.drop();
     all.stage.setShell(std::move(shell));
     if (all.stage.shell()) all.pen.ring(false);
+    // What only a pointer can do.
+    const bool isForPointer = all.stage.shell() != nullptr;
+    drawView()->setFineHandles(isForPointer);
+    drawView()->setSnaps(isForPointer);
 }
 
 void TesselViewController::setLogTranferBlock(std::function<void(const std::string& text)> block) {

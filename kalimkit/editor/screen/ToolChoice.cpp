@@ -79,6 +79,8 @@ void ToolChoice::choosePen(unsigned pen) {
     const Pen* const known = penNumbered(pen);
     const ToolClass* const kind = known ? ToolRegistry::current().kindOf(*known) : nullptr;
     if (kind) _picture.canvas()->beginDrawingWithClass(*kind, drawTypeOf(pen));
+    constexpr std::int64_t none = -1;
+    if (pen == EditorPenSelect) _picture.canvas()->beginDrawingForTypeWithDrawType(none, 0);
     _penNumber = pen;
     _pickers.showPen(pen, pen);
     offerFor(pen);

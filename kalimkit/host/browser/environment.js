@@ -2,7 +2,8 @@
 
 import { setSetting, setting } from './settings.js';
 
-// The clipboard's text, as far as a page may know it: what this editor has put there.
+// The clipboard's text, as far as a page may know it: what this editor has put there, or what its user
+// has pasted last.
 export class Clipboard {
   #text = '';
   // Of a copy by the browser's own command, while it is under way.
@@ -10,6 +11,11 @@ export class Clipboard {
 
   get text() {
     return this.#text;
+  }
+
+  // The user pastes it.
+  take(text) {
+    this.#text = text;
   }
 
   // What the work writes goes into the data of that command.

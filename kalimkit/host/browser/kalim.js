@@ -393,6 +393,7 @@ export class KalimEditor extends EventTarget {
       press: (key, isRepeated) => this.#press(key, isRepeated),
       release: (key) => this.#module.call('release_key', this.#module.put(key)),
       paste: (file) => this.offer(file),
+      pasteText: (text) => this.#pasteText(text),
     });
   }
 
@@ -541,6 +542,13 @@ export class KalimEditor extends EventTarget {
   #range(kept, lost) {
     const begin = this.#module.heap.encode(kept).length;
     return [begin, begin + this.#module.heap.encode(lost).length];
+  }
+
+  // Shapes that an editor has copied; other texts are nobody's here.
+  #pasteText(text) {
+    if (!/^\s*\{\s*"format"\s*:\s*"kalimkit"/.test(text)) return false;
+    this.#clipboard.take(text);
+    return this.#press('ctrl+v', false);
   }
 
   // A key that waits is not the browser's either, or ctrl+s would save the page.

@@ -35,7 +35,8 @@ export function nameOf(event) {
 }
 
 // What an element that has the focus hears. target: press(name, isRepeated), which answers whether the
-// key did something, release(name), and paste(file) for a picture.
+// key did something, release(name), paste(file) for a picture, and pasteText(text), which answers whether
+// the text is something that the editor has copied.
 export function watchKeys(element, signal, target) {
   const on = (type, listener) => element.addEventListener(type, listener, { signal });
   if (element.tabIndex < 0) element.tabIndex = 0;
@@ -51,7 +52,10 @@ export function watchKeys(element, signal, target) {
   on('blur', () => target.release('space'));
   on('paste', (event) => {
     const file = [...event.clipboardData.files].find(({ type }) => type.startsWith('image/'));
-    if (!file) return;
+    if (!file) {
+      if (target.pasteText(event.clipboardData.getData('text/plain'))) event.preventDefault();
+      return;
+    }
     event.preventDefault();
     target.paste(file);
   });
