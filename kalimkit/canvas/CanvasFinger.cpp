@@ -211,7 +211,8 @@ void CanvasFinger::takeHold() {
     const ToolRef found = std::exchange(_found, nullptr);
     if (!found) return;
     _canvas.selection.pick(found, _downPoint);
-    _canvas.grip.take(_downPoint);
+    // A pointer takes hold of handles that it sees.
+    _canvas.grip.take(_downPoint, _canvas.tools.pen().rules.fineHandles);
     _meaning.dragsSelection = true;
 }
 

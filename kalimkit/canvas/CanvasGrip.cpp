@@ -26,12 +26,12 @@ double angleOf(gfx::Point p, gfx::Point center) {
 
 }  // namespace
 
-void CanvasGrip::take(gfx::Point p) {
+void CanvasGrip::take(gfx::Point p, bool ofAll) {
     release();
     if (!_canvas.tools.forgiving() || !_canvas.selection.isValid()) return;
     _group = _canvas.selection.group();
-    _part = _group->grip();
-    _isOfFrame = _group->ownsGrip();
+    _part = ofAll ? MoveDirection::Body : _group->grip();
+    _isOfFrame = !ofAll && _group->ownsGrip();
     _base = MemberStates(_group->subTools());
     _frame = _group->firstSelectedTool()->shownFrame();
     for (const ToolRef& member : _group->subTools())
@@ -42,7 +42,7 @@ void CanvasGrip::take(gfx::Point p) {
     _angle = first.rotateAngle();
     _down = _goodPoint = p;
     _goodKeys = {};
-    _isOwn = _group->subTools().size() > 1;
+    _isOwn = ofAll || _group->subTools().size() > 1;
 }
 
 void CanvasGrip::release() {

@@ -35,8 +35,8 @@ public:
     bool snaps() const { return _snaps; }
     void setSnaps(bool snaps) { _snaps = snaps; }
 
-    // The finger has landed on the selection, which knows what of it.
-    void take(gfx::Point p);
+    // The finger has landed on the selection, which knows what of it; or has hold of all of it.
+    void take(gfx::Point p, bool ofAll = false);
     bool holds() const { return _group != nullptr; }
     // Whether the drag is the grip's. If not, it is the tool's own, step by step.
     bool drags(const ui::Modifiers& keys);

@@ -93,8 +93,8 @@ std::vector<ui::KeyGroup> EditorKeys::list() {
     for (const Command& command : allCommands()) {
         const auto* const named = std::ranges::find(texts, command.run, &CommandText::run);
         const bool hasText = named != std::end(texts);
-        add(groups[hasText ? named->group : Edit],
-            hasText ? localized(named->text) : std::string(), command.key);
+        add(groups[hasText ? named->group : Edit], hasText ? localized(named->text) : std::string(),
+            command.key);
     }
     for (const ArrangingKey& each : arrangingKeys())
         add(groups[Shapes], localized(each.text), each.key);
