@@ -23,7 +23,6 @@ void CanvasPen::setForgiving(bool forgiving) {
 }
 
 void CanvasPen::setFineHandles(bool fine) {
-    if (fine == _canvas.tools.pen().rules.fineHandles) return;
     _canvas.tools.setFineHandles(fine);
     if (const auto& group = _canvas.selection.group()) group->setRules(_canvas.tools.pen().rules);
     _canvas.screen.invalidate();

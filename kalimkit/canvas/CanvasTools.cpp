@@ -24,11 +24,12 @@ void CanvasTools::setForgiving(bool forgiving) {
 }
 
 void CanvasTools::setFineHandles(bool fine) {
-    _pen.rules.fineHandles = fine;
+    _wantsFineHandles = fine;
     rulesChanged();
 }
 
 void CanvasTools::rulesChanged() {
+    _pen.rules.fineHandles = _wantsFineHandles && _pen.rules.forgiving;
     _undoManager.setRules(_pen.rules);
     for (const ToolRef& tool : *_list)
         tool->setRules(_pen.rules);

@@ -79,6 +79,7 @@ private:
     MUndoManager _undoManager;
     CountedTools _counted;
     NewTools _pen;
+    bool _wantsFineHandles = false;
 };
 
 }  // namespace kalim

@@ -15,6 +15,7 @@ TEST(TouchMeaning, AForgivingCanvasDrawsOverToolsAndDragsTheSelectionAlone) {
     const TouchMeaning draws{.draws = true};
     const TouchMeaning writes{.draws = true, .createsAtOnce = true};
     const TouchMeaning picks{};
+    const TouchMeaning spans{.spansMarquee = true};
     const Case cases[] = {
         {"selection",
          {.isOnSelection = true, .hasSelection = true, .hasClass = true},
@@ -23,6 +24,8 @@ TEST(TouchMeaning, AForgivingCanvasDrawsOverToolsAndDragsTheSelectionAlone) {
         {"bare place", {.hasClass = true}, draws, draws},
         {"another tool", {.isOnTool = true, .hasClass = true}, picks, draws},
         {"another tool, nothing to draw with", {.isOnTool = true}, picks, picks},
+        {"bare place, nothing to draw with", {}, draws, spans},
+        {"bare place, with a key", {.hasClass = true, .wantsMarquee = true}, spans, spans},
         {"text", {.hasClass = true, .beginsAtOnce = true}, writes, writes},
         {"text while something is selected",
          {.hasSelection = true, .hasClass = true, .beginsAtOnce = true},

@@ -8,6 +8,7 @@
 #include <tuple>
 #include <vector>
 
+#include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
@@ -394,6 +395,48 @@ TEST_F(EditorKeysTest, PanningShowsInTheCursor) {
     EXPECT_EQ(cursor(), ui::Cursor::Grabbing);
     pointer.pointerReleased(PointerButton::Main);
     EXPECT_EQ(cursor(), before);
+}
+
+// Shapes go to the clipboard and back as a text; other texts are left to the host.
+TEST_F(EditorKeysTest, ArrangeWhatIsSelected) {
+    screen.editor->setForgiving(true);
+    screen.draw();
+    keys.press("ctrl+a");
+    const gfx::Point start = canvas().tools().front()->startPoint();
+    EXPECT_TRUE(keys.press("shift+right"));
+    EXPECT_TRUE(keys.press("up", true));
+    EXPECT_EQ(canvas().tools().front()->startPoint(), (start + gfx::Point{10, -1}));
+    EXPECT_TRUE(keys.press("ctrl+c"));
+    EXPECT_TRUE(keys.press("ctrl+v"));
+    EXPECT_TRUE(keys.press("ctrl+d"));
+    EXPECT_EQ(toolCount(), 3U);
+    EXPECT_TRUE(keys.press("ctrl+x"));
+    EXPECT_EQ(toolCount(), 2U);
+    keys.press("ctrl+z");
+    keys.press("ctrl+a");
+    EXPECT_TRUE(keys.press("ctrl+g"));
+    EXPECT_TRUE(keys.press("ctrl+l"));
+    EXPECT_FALSE(canvas().hasSelectedTools());
+    EXPECT_TRUE(keys.press("ctrl+shift+l"));
+    EXPECT_EQ(canvas().handingTools()->subTools().size(), 3U);
+    screen.environment().setClipboardText("{\"format\":\"other\"}");
+    EXPECT_FALSE(keys.press("ctrl+v"));
+    EXPECT_EQ(toolCount(), 3U);
+    keys.press("escape");
+    EXPECT_TRUE(keys.press("v"));
+    EXPECT_EQ(canvas().drawToolClass(), nullptr);
+}
+
+TEST_F(EditorKeysTest, AWheelSidewaysMovesTheCanvasAndComesToAnEnd) {
+    const gfx::Point before = under({200, 300});
+    for (int notch = 0; notch < 3; ++notch)
+        pointer.pointerScrolled({20, -10});
+    EXPECT_NE(under({200, 300}), before);
+    EXPECT_EQ(canvas().invertViewPoint({260, 270}), before);
+    // A zoom in the middle of it has the way to itself.
+    pointer.pointerZoomed({200, 300}, 1.2);
+    screen.wait(1);
+    EXPECT_GT(canvas().contextScale(), 1);
 }
 
 // The command table, the pens and the texts of both make the list, so a key without a text shows
