@@ -107,7 +107,7 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
 // What may be done where nothing can be changed.
 bool EditorKeys::isForReaders(bool (EditorKeys::*run)()) {
     constexpr bool (EditorKeys::*allowed[])() = {
-        &EditorKeys::escape,    &EditorKeys::copyPicture,  &EditorKeys::holdSpace,
+        &EditorKeys::escape,    &EditorKeys::copy,         &EditorKeys::holdSpace,
         &EditorKeys::zoomToFit, &EditorKeys::zoomToPixels, &EditorKeys::zoomIn,
         &EditorKeys::zoomOut,   &EditorKeys::showKeys,     &EditorKeys::toggleFullScreen};
     return std::ranges::find(allowed, run) != std::end(allowed);
