@@ -273,8 +273,9 @@ CanvasWatch::Fault CanvasWatch::checkContent() const {
     if (_canvas.clipsToPicture() || _canvas.pictureCut().crop) return std::nullopt;
     const gfx::Rect room = _canvas.ctxRect().inset(-0.001, -0.001);
     for (const ToolRef& tool : _canvas.tools()) {
-        const bool isGround = tool->toolClass().layer() == ToolLayer::Ground;
-        if (isGround || tool->toolClass().isKindOf(MDrawText::Class())) continue;
+        // Whatever lies below the items ends with the content.
+        const bool isItem = tool->toolClass().layer() == ToolLayer::Items;
+        if (!isItem || tool->toolClass().isKindOf(MDrawText::Class())) continue;
         if (_unrecorded.contains(tool) || room.contains(tool->frameIncludeLineWidth())) continue;
         return tool->name() + " reaches beyond ctxRect";
     }
