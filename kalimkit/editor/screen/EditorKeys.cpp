@@ -97,6 +97,8 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     // Until it has appeared there is nothing to choose from.
     if (!editor || !editor->penPopView() || !editor->window()) return false;
     if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
+    const auto delegate = _delegate.lock();
+    if (key == "enter" && !isRepeated && delegate && delegate->editorKeysEnter()) return true;
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
     const bool isCommand = command != std::end(commands);
     if (editor->isReadOnly() && !(isCommand && isForReaders(command->run))) return false;
@@ -213,7 +215,7 @@ bool EditorKeys::escape() {
         editor->drawView()->selectNone();
     } else if (editor->showPanel() || editor->isAnimation()) {
         editor->clickAtConfirm();
-    } else {
+    } else if (const auto delegate = _delegate.lock(); !delegate || !delegate->editorKeysEscape()) {
         _remote.askToClose();
     }
     return true;

@@ -29,6 +29,10 @@ public:
     virtual bool editorKeysOpenFile() { return false; }
     // The window is to fill the screen, or no longer where it does; whether the host does that.
     virtual bool editorKeysToggleFullScreen() { return false; }
+    // Enter where it would send, and Escape where it would close: whether the host does something
+    // of its own instead.
+    virtual bool editorKeysEnter() { return false; }
+    virtual bool editorKeysEscape() { return false; }
 };
 
 }  // namespace kalim

@@ -19,6 +19,24 @@ namespace {
 // Seconds between two looks at what the dialog says.
 constexpr double lookEvery = 0.05;
 
+// The program's command line.
+std::vector<std::string> wordsFor(const std::string& title, ChooserKind kind) {
+    std::vector<std::string> words{"zenity", "--file-selection", "--title=" + title};
+    if (kind == ChooserKind::NewPicture) {
+        words.insert(words.end(), {"--save", "--confirm-overwrite",
+                                   "--file-filter=JPEG, PNG, WebP | *.jpg *.jpeg *.png *.webp"});
+        return words;
+    }
+    const bool takesDocuments = kind == ChooserKind::PictureOrDocument;
+    words.push_back(std::string("--file-filter=") + (takesDocuments ? "KalimKit, " : "") +
+                    "JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF, HEIC | *.jpg *.jpeg *.png *.webp "
+                    "*.gif *.bmp *.ppm *.pgm *.pbm *.tif *.tiff *.avif *.heic *.heif *.JPG *.JPEG "
+                    "*.PNG *.WEBP *.GIF *.BMP *.TIF *.TIFF *.HEIC" +
+                    (takesDocuments ? " *.kalim" : ""));
+    words.emplace_back("--file-filter=* | *");
+    return words;
+}
+
 }  // namespace
 
 PictureChooser::~PictureChooser() {
@@ -28,30 +46,21 @@ PictureChooser::~PictureChooser() {
     ::waitpid(_process, nullptr, 0);
 }
 
-bool PictureChooser::choose(const std::string& title, const Chosen& chosen, bool takesDocuments) {
+bool PictureChooser::choose(const std::string& title, const Chosen& chosen, ChooserKind kind) {
     if (_process != 0) {
         chosen(std::nullopt);
         return true;
     }
-    if (!start(title, takesDocuments)) return false;
+    if (!start(title, kind)) return false;
     _chosen = chosen;
     look();
     return true;
 }
 
-bool PictureChooser::start(const std::string& title, bool takesDocuments) {
+bool PictureChooser::start(const std::string& title, ChooserKind kind) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) return false;
-    const std::string documents = takesDocuments ? "KalimKit, " : "";
-    std::vector<std::string> words{"zenity", "--file-selection", "--title=" + title,
-                                   "--file-filter=" + documents +
-                                       "JPEG, PNG, WebP, GIF, BMP, PPM, TIFF, AVIF, HEIC | *.jpg "
-                                       "*.jpeg *.png *.webp *.gif *.bmp *.ppm "
-                                       "*.pgm *.pbm *.tif *.tiff *.avif *.heic *.heif *.JPG *.JPEG "
-                                       "*.PNG *.WEBP *.GIF *.BMP *.TIF *.TIFF "
-                                       "*.HEIC" +
-                                       (takesDocuments ? " *.kalim" : ""),
-                                   "--file-filter=* | *"};
+    std::vector<std::string> words = wordsFor(title, kind);
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
     for (std::string& word : words)

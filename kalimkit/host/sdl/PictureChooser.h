@@ -11,6 +11,9 @@
 
 namespace kalim {
 
+// What is chosen: a file to open, or a name to write a picture to.
+enum class ChooserKind { Picture, PictureOrDocument, NewPicture };
+
 // Lets the user choose a picture file, or a document as well, in the desktop's own dialog, which is
 // the zenity program's. Meanwhile the window goes on.
 class PictureChooser {
@@ -27,10 +30,11 @@ public:
 
     // False where there is no program to ask with; nothing is told then. While a dialog is open
     // already, another question counts as cancelled.
-    bool choose(const std::string& title, const Chosen& chosen, bool takesDocuments = false);
+    bool choose(const std::string& title, const Chosen& chosen,
+                ChooserKind kind = ChooserKind::Picture);
 
 private:
-    bool start(const std::string& title, bool takesDocuments);
+    bool start(const std::string& title, ChooserKind kind);
     void look();
     void finish();
 

@@ -22,7 +22,9 @@ SdlEnvironment::SdlEnvironment(double scale)
     setScreen({scale, {}, false});
 }
 
-SdlEnvironment::~SdlEnvironment() = default;
+SdlEnvironment::~SdlEnvironment() {
+    writeSettings();
+}
 
 double SdlEnvironment::wallClock() const {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -46,17 +48,23 @@ void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::Image
         }
         picked(image);
     };
-    choose(isEnglish() ? "Open a Picture" : "打开图片", false, chosen);
+    choose(isEnglish() ? "Open a Picture" : "打开图片", ChooserKind::Picture, chosen);
 }
 
 void SdlEnvironment::chooseFile(
     const std::function<void(std::optional<std::string> path)>& chosen) {
-    choose(isEnglish() ? "Open a Picture or a Document" : "打开图片或文档", true, chosen);
+    choose(isEnglish() ? "Open a Picture or a Document" : "打开图片或文档",
+           ChooserKind::PictureOrDocument, chosen);
 }
 
-void SdlEnvironment::choose(const std::string& title, bool takesDocuments,
+void SdlEnvironment::choosePlace(
+    const std::function<void(std::optional<std::string> path)>& chosen) {
+    choose(isEnglish() ? "Save As" : "另存为", ChooserKind::NewPicture, chosen);
+}
+
+void SdlEnvironment::choose(const std::string& title, ChooserKind kind,
                             const std::function<void(std::optional<std::string> path)>& chosen) {
-    if (_chooser->choose(title, chosen, takesDocuments)) return;
+    if (_chooser->choose(title, chosen, kind)) return;
     presentAlert({isEnglish() ? "There Is No File Dialog" : "没有文件对话框",
                   isEnglish() ? "Install zenity to choose pictures" : "请安装 zenity 以选择图片",
                   {localizedString("好")},
@@ -91,6 +99,25 @@ std::optional<bool> SdlEnvironment::userDefault(const std::string& key) const {
 void SdlEnvironment::setUserDefault(const std::string& key, bool value) {
     // One that cannot be written still holds until the end of the process.
     _userDefaults->setValue(key, value);
+}
+
+std::optional<std::string> SdlEnvironment::userSetting(const std::string& key) const {
+    const auto found = _newSettings.find(key);
+    return found == _newSettings.end() ? _userDefaults->text(key) : std::optional(found->second);
+}
+
+void SdlEnvironment::setUserSetting(const std::string& key, const std::string& text) {
+    constexpr double delay = 0.5;
+    if (userSetting(key) == text) return;
+    // The run loop goes with this object.
+    if (_newSettings.empty()) runLoop().after(delay, [this] { writeSettings(); });
+    _newSettings[key] = text;
+}
+
+void SdlEnvironment::writeSettings() {
+    if (_newSettings.empty()) return;
+    _userDefaults->setTexts(_newSettings);
+    _newSettings.clear();
 }
 
 }  // namespace kalim

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 namespace kalim {
 
 class PictureChooser;
+enum class ChooserKind;
 class UserDefaults;
 
 // The desktop. Texts are in English where the locale's language
@@ -31,6 +33,8 @@ public:
     void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;
     // Asks for a picture or a document in the same way: its path, or nothing.
     void chooseFile(const std::function<void(std::optional<std::string> path)>& chosen);
+    // Asks where to write a picture, and before a file is replaced.
+    void choosePlace(const std::function<void(std::optional<std::string> path)>& chosen);
     std::shared_ptr<ui::PhotoLibrary> makePhotoLibrary() override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
@@ -42,13 +46,21 @@ public:
     codec::Decoder decoder() const { return _decoder; }
     std::optional<bool> userDefault(const std::string& key) const override;
     void setUserDefault(const std::string& key, bool value) override;
+    // Those that change in quick succession, as while something is dragged, are written together,
+    // at the latest at the end.
+    std::optional<std::string> userSetting(const std::string& key) const override;
+    void setUserSetting(const std::string& key, const std::string& text) override;
 
 private:
-    void choose(const std::string& title, bool takesDocuments,
+    void choose(const std::string& title, ChooserKind kind,
                 const std::function<void(std::optional<std::string> path)>& chosen);
 
     std::shared_ptr<gfx::Device> _device;
+    void writeSettings();
+
     std::unique_ptr<UserDefaults> _userDefaults;
+    // What is not in the file yet.
+    std::map<std::string, std::string> _newSettings;
     std::unique_ptr<PictureChooser> _chooser;
     std::string _ownClipboardText;
     codec::Decoder _decoder = codec::decode;

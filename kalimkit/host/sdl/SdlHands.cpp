@@ -14,15 +14,48 @@
 
 namespace kalim {
 
-void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
-    codec::Bytes png;
-    const bool isEncoded = !codec::encodePng(*image->pixels(), png);
-    if (isEncoded && PictureClipboard::put(png)) {
-        if (EditorRemote* const remote = _window.seat().remote())
-            remote->showNote(_window.environment().localizedString("已拷贝"));
-        return;
+bool SdlWindow::Hands::editorKeysOffers(EditorAction action) const {
+    switch (action) {
+        case EditorAction::Copy:
+            return true;
+        case EditorAction::Save:
+            return _window._pictureSaver && _window._isSaverSettled;
+        case EditorAction::SaveAs:
+            return static_cast<bool>(_window._pictureSaver);
     }
-    _window.environment().tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+    return false;
+}
+
+void SdlWindow::Hands::editorKeysCopyPicture(const gfx::ImageRef& image) {
+    if (!_window.copyPicture(image)) return;
+    _window.seat().remote()->showNote(_window.environment().localizedString("已拷贝"));
+    if (_window._pictureCopied) _window._pictureCopied();
+}
+
+void SdlWindow::Hands::editorKeysSavePicture(const gfx::ImageRef& image) {
+    if (_window._pictureSaver) _window._pictureSaver(image, "");
+}
+
+void SdlWindow::Hands::editorKeysSavePictureAs(const gfx::ImageRef& image) {
+    if (!_window._pictureSaver) return;
+    _window.environment().choosePlace(
+        [weakHands = std::weak_ptr(_window._hands), image](const std::optional<std::string>& path) {
+            const auto hands = weakHands.lock();
+            if (hands && path) hands->_window._pictureSaver(image, *path);
+        });
+}
+
+bool SdlWindow::Hands::editorKeysToggleFullScreen() {
+    _window.setFullScreen(!_window.isFullScreen());
+    return true;
+}
+
+bool SdlWindow::Hands::editorKeysEnter() {
+    return _window._enterTaker && _window._enterTaker();
+}
+
+bool SdlWindow::Hands::editorKeysEscape() {
+    return _window._escapeTaker && _window._escapeTaker();
 }
 
 void SdlWindow::Hands::editorKeysPastePicture() {
@@ -69,6 +102,14 @@ void SdlWindow::Hands::openFile(const std::string& path) {
             opening.isFlat = false;
             if (hands) hands->open(goesOn ? openBytes(kept->bytes, path, opening) : *kept, path);
         });
+}
+
+bool SdlWindow::copyPicture(const gfx::ImageRef& image) {
+    codec::Bytes png;
+    const bool isEncoded = image && !codec::encodePng(*image->pixels(), png);
+    if (isEncoded && PictureClipboard::put(png)) return true;
+    _environment->tell("剪贴板不可用", "请安装 xclip 以复制和粘贴图片");
+    return false;
 }
 
 void SdlWindow::Hands::open(OpenedFile opened, const std::string& path) {

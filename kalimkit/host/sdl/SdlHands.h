@@ -15,13 +15,16 @@ public:
     // The window outlives the editor's keys.
     explicit Hands(SdlWindow& window) : _window(window) {}
 
+    bool editorKeysOffers(EditorAction action) const override;
     void editorKeysCopyPicture(const gfx::ImageRef& image) override;
+    void editorKeysSavePicture(const gfx::ImageRef& image) override;
+    void editorKeysSavePictureAs(const gfx::ImageRef& image) override;
     void editorKeysPastePicture() override;
-    bool editorKeysOffers(EditorAction action) const override {
-        return action == EditorAction::Copy;
-    }
     bool editorKeysSaveDocument() override;
     bool editorKeysOpenFile() override;
+    bool editorKeysToggleFullScreen() override;
+    bool editorKeysEnter() override;
+    bool editorKeysEscape() override;
     // Opens a picture or a document. With a picture that has one inside the user is asked.
     void openFile(const std::string& path);
 

@@ -28,6 +28,10 @@ constexpr std::pair<SDL_Keycode, std::string_view> names[] = {
     {SDLK_KP_PLUS, "plus"},
     {SDLK_EQUALS, "="},
     {SDLK_MINUS, "-"},
+    {SDLK_SLASH, "/"},
+    {SDLK_QUESTION, "?"},
+    {SDLK_F1, "f1"},
+    {SDLK_F11, "f11"},
     {SDLK_KP_MINUS, "-"},
 };
 

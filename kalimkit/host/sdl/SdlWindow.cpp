@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/host/sdl/SdlCursors.h"
 #include "kalimkit/host/sdl/SdlHands.h"
 
 namespace kalim {
@@ -85,9 +86,12 @@ SdlWindow::SdlWindow(::SDL_Window* window, std::shared_ptr<SdlEnvironment> envir
     _seat.setCaretHandler([this](const ui::TextView* focused, const gfx::Rect& caret) {
         placeCaret(focused != nullptr, caret);
     });
+    _cursors = std::make_unique<SdlCursors>(_environment->device(), _environment->screen().scale);
+    _seat.setCursorHandler([this](ui::Cursor cursor) { _cursors->show(cursor); });
 }
 
 SdlWindow::~SdlWindow() {
+    _seat.setCursorHandler({});
     present(nullptr);
 }
 
@@ -168,6 +172,14 @@ void SdlWindow::placeCaret(bool isTyping, const gfx::Rect& caret) const {
 }
 
 // ---- size
+
+void SdlWindow::setFullScreen(bool isFull) {
+    SDL_SetWindowFullscreen(_sdl, isFull ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+}
+
+bool SdlWindow::isFullScreen() const {
+    return (SDL_GetWindowFlags(_sdl) & SDL_WINDOW_FULLSCREEN) != 0;
+}
 
 // Makes the SDL window the environment's screen; its size in points.
 gfx::Size SdlWindow::takeScreen() {

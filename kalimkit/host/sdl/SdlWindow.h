@@ -19,6 +19,8 @@ union SDL_Event;
 
 namespace kalim {
 
+class SdlCursors;
+
 // The seat of an editor in an SDL window that the host has made. While it lives, its environment is
 // the current one; the one before comes back with its end. A host without a loop of its own calls
 // run(); one that has one hands its events to handle(), calls update() after them, and waits no
@@ -59,6 +61,21 @@ public:
     // Saves what is in the editor as a document when the user asks for that; without one the key
     // does nothing.
     void setDocumentSaver(std::function<void()> saver) { _documentSaver = std::move(saver); }
+    // Writes the result, and the work goes on: to a place that the user has chosen, or for an empty
+    // path to where it belongs, which only a settled saver is asked for. Without one there are no
+    // buttons for it.
+    using PictureSaver = std::function<void(const gfx::ImageRef& image, const std::string& path)>;
+    void setPictureSaver(PictureSaver saver, bool isSettled = true) {
+        _pictureSaver = std::move(saver);
+        _isSaverSettled = isSettled;
+    }
+    // Puts a picture on the clipboard. False where that cannot be, which an alert has told then.
+    bool copyPicture(const gfx::ImageRef& image);
+    // Told when the user has had the result copied.
+    void setPictureCopied(std::function<void()> copied) { _pictureCopied = std::move(copied); }
+    // Take Enter where it would send, and Escape where it would close: whether they did.
+    void setEnterTaker(std::function<bool()> taker) { _enterTaker = std::move(taker); }
+    void setEscapeTaker(std::function<bool()> taker) { _escapeTaker = std::move(taker); }
     // Which files the editor's pictures came from. A host makes the first one with it to have its
     // bytes in documents.
     PictureOrigins& origins() { return _origins; }
@@ -74,6 +91,9 @@ public:
     void run(std::optional<double> seconds = std::nullopt);
     void stop() { _isStopped = true; }
     bool isStopped() const { return _isStopped; }
+    // Fills the screen, or no longer; F11 does so as well.
+    void setFullScreen(bool isFull);
+    bool isFullScreen() const;
     // Events of other windows are left alone.
     void handle(const SDL_Event& event);
     // Does the work that is due and shows what has changed.
@@ -93,6 +113,7 @@ private:
     void handleWheel(const SDL_Event& event);
     void handleKey(const SDL_Event& event);
     void handleText(const SDL_Event& event);
+    void takeModifiers(std::uint16_t held);
     gfx::Point pointAt(double x, double y) const;
 
     gfx::Size takeScreen();
@@ -111,9 +132,17 @@ private:
     std::function<void(const std::string& path)> _pictureTaken;
     std::function<void(const std::string& path)> _documentTaken;
     std::function<void()> _documentSaver;
+    PictureSaver _pictureSaver;
+    bool _isSaverSettled = false;
+    std::function<void()> _pictureCopied;
+    std::function<bool()> _enterTaker;
+    std::function<bool()> _escapeTaker;
     PictureRefusal _pictureRefusal;
     PictureOrigins _origins;
     std::shared_ptr<Hands> _hands;
+    std::unique_ptr<SdlCursors> _cursors;
+    // No modifier to SDL, but one of the editor's.
+    bool _isSpaceHeld = false;
 };
 
 }  // namespace kalim

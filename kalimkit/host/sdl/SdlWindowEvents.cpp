@@ -124,6 +124,13 @@ void SdlWindow::handleWindow(const SDL_Event& event) {
                     {{{}, {static_cast<double>(size.width), static_cast<double>(size.height)}}});
             }
             break;
+        case SDL_WINDOWEVENT_LEAVE:
+            _seat.mouseLeft();
+            break;
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+            _isSpaceHeld = false;
+            takeModifiers(KMOD_NONE);
+            break;
         case SDL_WINDOWEVENT_CLOSE:
             if (EditorRemote* const remote = _seat.remote()) {
                 remote->askToClose();
@@ -161,7 +168,16 @@ void SdlWindow::handleFinger(const SDL_Event& event) {
     }
 }
 
+// Keys, and a button that is let go in another window, tell of what is held.
+void SdlWindow::takeModifiers(std::uint16_t held) {
+    _seat.setModifiers({.shift = (held & KMOD_SHIFT) != 0,
+                        .alt = (held & KMOD_ALT) != 0,
+                        .control = (held & (KMOD_CTRL | KMOD_GUI)) != 0,
+                        .space = _isSpaceHeld});
+}
+
 void SdlWindow::handleMouse(const SDL_Event& event) {
+    takeModifiers(static_cast<std::uint16_t>(SDL_GetModState()));
     if (event.type == SDL_MOUSEMOTION) {
         _seat.mouseMoved(pointAt(event.motion.x, event.motion.y));
         return;
@@ -182,9 +198,12 @@ void SdlWindow::handleWheel(const SDL_Event& event) {
 // ---- typing
 
 void SdlWindow::handleKey(const SDL_Event& event) {
+    const bool isPressed = event.type == SDL_KEYDOWN;
+    if (event.key.keysym.sym == SDLK_SPACE) _isSpaceHeld = isPressed && !_seat.focusedText();
+    takeModifiers(event.key.keysym.mod);
     const std::string name = nameOfKey(event.key.keysym);
     if (name.empty()) return;
-    if (event.type == SDL_KEYDOWN) {
+    if (isPressed) {
         _seat.pressKey(name, event.key.repeat != 0);
     } else {
         _seat.releaseKey(name);

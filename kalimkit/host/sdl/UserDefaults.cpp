@@ -13,8 +13,27 @@ namespace kalim {
 
 namespace {
 
-// More than any file of flags has.
+// More than any file of such has.
 constexpr std::uint64_t longestFile = 1 << 20;
+
+std::string escaped(std::string_view text) {
+    std::string line;
+    for (const char letter : text) {
+        if (letter == '\\' || letter == '\n') line += '\\';
+        line += letter == '\n' ? 'n' : letter;
+    }
+    return line;
+}
+
+std::string unescaped(std::string_view line) {
+    std::string text;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const bool isEscape = line[i] == '\\' && i + 1 < line.size();
+        if (isEscape) ++i;
+        text += isEscape && line[i] == 'n' ? '\n' : line[i];
+    }
+    return text;
+}
 
 }  // namespace
 
@@ -51,29 +70,42 @@ std::string* UserDefaults::lineOf(const std::string& key) {
 }
 
 std::optional<bool> UserDefaults::value(const std::string& key) {
+    const auto found = text(key);
+    if (!found || (*found != "true" && *found != "false")) return std::nullopt;
+    return *found == "true";
+}
+
+std::optional<std::string> UserDefaults::text(const std::string& key) {
     if (!_isRead) readLines();
     const std::string* const line = lineOf(key);
-    if (!line || (*line != key + "=true" && *line != key + "=false")) return std::nullopt;
-    return line->ends_with("=true");
+    return line ? std::optional(unescaped(std::string_view(*line).substr(key.size() + 1)))
+                : std::nullopt;
 }
 
 std::optional<std::string> UserDefaults::setValue(const std::string& key, bool value) {
-    if (this->value(key) == value) return std::nullopt;
+    return setTexts({{key, value ? "true" : "false"}});
+}
+
+std::optional<std::string> UserDefaults::setTexts(const std::map<std::string, std::string>& texts) {
+    const auto isKnown = [this](const auto& each) { return text(each.first) == each.second; };
+    if (std::ranges::all_of(texts, isKnown)) return std::nullopt;
     // Another process may have written meanwhile.
     const auto problem = readLines();
-    const std::string line = key + (value ? "=true" : "=false");
-    if (std::string* const before = lineOf(key)) {
-        *before = line;
-    } else {
-        _lines.push_back(line);
+    for (const auto& [key, text] : texts) {
+        const std::string line = key + "=" + escaped(text);
+        if (std::string* const before = lineOf(key)) {
+            *before = line;
+        } else {
+            _lines.push_back(line);
+        }
     }
     if (problem || _path.empty()) return problem;
-    std::string text;
+    std::string whole;
     for (const std::string& one : _lines)
-        text += one + "\n";
+        whole += one + "\n";
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(_path).parent_path(), error);
-    return codec::writeFileAtomically(_path, codec::Bytes(text.begin(), text.end()));
+    return codec::writeFileAtomically(_path, codec::Bytes(whole.begin(), whole.end()));
 }
 
 }  // namespace kalim
