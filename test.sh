@@ -148,6 +148,7 @@ count_of() {
 stage_window() {
     check 'the command compiles' tools/compile ci kalimkit
     count_of tests/window/run
+    count_of tests/window/desk
     count_of tests/window/kill
 }
 

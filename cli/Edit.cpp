@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <future>
 #include <memory>
 #include <new>
@@ -21,11 +22,13 @@
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/codec/Sandbox.h"
 #include "kalimkit/document/Sha256.h"
+#include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/host/files/EncodedPicture.h"
 #include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/host/files/SavedDocument.h"
 #include "kalimkit/host/headless/LiveScenario.h"
+#include "kalimkit/host/sdl/DesktopLook.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
 #include "kalimkit/host/seat/ReopenQuestion.h"
 
@@ -73,12 +76,26 @@ public:
         _window.setPictureTaken([=](const std::string& path) { takeOther(path, false); });
         _window.setDocumentTaken([=](const std::string& path) { takeOther(path, true); });
         _window.setDocumentSaver([this] { saveDocument(); });
+        _window.setPictureSaver([this](const gfx::ImageRef& image,
+                                       const std::string& path) { savePicture(image, path); },
+                                _output.isFile());
+        _window.setPictureCopied([this] { keep(); });
+        if (_options.onEnter) _window.setEnterTaker([this] { return act(*_options.onEnter); });
+        if (_options.onEscape) _window.setEscapeTaker([this] { return act(*_options.onEscape); });
+        dress();
+        _window.seat().setPens(_options.pens);
+        _window.seat().setColors(_options.colors);
+        _window.seat().setWidths(_options.widths);
     }
 
     // Why the result of this photo could not be written, so that nobody draws on it in vain.
     std::optional<std::string> problemOf(const OpenedFile& photo) const {
         if (photo.error || _options.isScreenSize) return std::nullopt;
         return _output.problemOf(photo.picture.bitmap.size());
+    }
+
+    void showWindow(const codec::DecodeResult& picture) {
+        cli::showWindow(_window, _sdl, picture, _options);
     }
 
     int run(Opened opened, const std::shared_ptr<Session>& self) {
@@ -99,6 +116,7 @@ public:
             refusePhoto();
         }
         if (!_isOver) _window.run();
+        rememberSize(_window, _sdl, _options);
         _window.present(nullptr);
         return _status;
     }
@@ -113,6 +131,7 @@ public:
             tell("无法保存图片", *problem, {});
             return;
         }
+        if (_options.copies && !_window.copyPicture(image)) return;
         if (!_output.written().empty()) say("the picture is in " + _output.written());
         if (_document.isSentAlong()) say("the document is in " + _document.saved());
         _recovery.end();
@@ -192,19 +211,24 @@ private:
         });
     }
 
+    // The document that the picture carries, if any; what went wrong, or nothing.
+    std::optional<std::string> readInside(std::string& inside) {
+        if (!_options.isDocumentInside) return std::nullopt;
+        const auto problem = documentTextOf(
+            *_window.seat().canvas(), _window.origins(),
+            {.isSealed = true, .metadata = _options.writing.metadata, .isSandboxed = true}, ".",
+            inside);
+        if (problem) return "the document inside: " + *problem;
+        return std::nullopt;
+    }
+
     // Both or a sentence that says what went wrong.
     std::optional<std::string> send(const gfx::ImageRef& image) {
         MDrawView& canvas = *_window.seat().canvas();
         const codec::SavedPicture saved =
             encodeExport(image, canvas, _window.origins(), _output.savingOptions());
         std::string inside;
-        if (_options.isDocumentInside) {
-            const auto problem = documentTextOf(
-                canvas, _window.origins(),
-                {.isSealed = true, .metadata = _options.writing.metadata, .isSandboxed = true}, ".",
-                inside);
-            if (problem) return "the document inside: " + *problem;
-        }
+        if (auto problem = readInside(inside)) return problem;
         if (_document.isSentAlong()) {
             if (auto problem = _document.save(canvas, _window.origins())) return problem;
         }
@@ -219,6 +243,80 @@ private:
             say("the document is in " + _document.saved());
             if (_document.hasSavedOpened()) _recovery.save(_document.saved());
         }
+    }
+
+    // To a place that the user has chosen, or for an empty path to where it belongs.
+    void savePicture(const gfx::ImageRef& image, const std::string& path) {
+        const codec::SavingOptions options =
+            path.empty() ? _output.savingOptions() : _output.savingOptionsFor(path);
+        const codec::SavedPicture saved =
+            encodeExport(image, *_window.seat().canvas(), _window.origins(), options);
+        std::string inside;
+        auto problem = options.format == codec::FileFormat::Png ? readInside(inside) : std::nullopt;
+        if (!problem) {
+            problem =
+                path.empty() ? _output.save(saved, inside) : _output.writeTo(path, saved, inside);
+        }
+        if (problem) {
+            complain(*problem);
+            return tell("无法保存图片", *problem, {});
+        }
+        say("the picture is in " + _output.written());
+        std::string note = _window.environment().localizedString("已保存为 {}");
+        const std::string name = std::filesystem::path(_output.written()).filename();
+        const std::size_t gap = note.find("{}");
+        if (gap != std::string::npos) note.replace(gap, 2, name);
+        _window.seat().remote()->showNote(note);
+        keep();
+    }
+
+    // What was drawn is somewhere besides the window.
+    void keep() {
+        _isKept = true;
+        if (!_options.endsEarly) return;
+        _recovery.end();
+        end(written);
+    }
+
+    // What a key does instead of what it does in every editor.
+    bool act(const std::vector<EditOptions::Action>& actions) {
+        _isKept = false;
+        for (const EditOptions::Action action : actions) {
+            if (_isOver) break;
+            if (action == EditOptions::Action::SaveToFile) saveToFile();
+            if (action == EditOptions::Action::SaveToClipboard)
+                _window.seat().keys()->copyPicture();
+            if (action == EditOptions::Action::Exit) leave();
+        }
+        return true;
+    }
+
+    void saveToFile() {
+        if (_output.isFile()) {
+            _window.seat().keys()->savePicture();
+        } else {
+            // Standard output takes one picture, and that is the end.
+            _window.seat().editor()->toolView()->handleConfirm();
+        }
+    }
+
+    // Work that the key has kept is not asked about.
+    void leave() {
+        if (!_isKept) return _window.seat().remote()->askToClose();
+        _recovery.end();
+        end(written);
+    }
+
+    // Texts and colours as they are asked for, or as the desktop has them.
+    void dress() {
+        SdlEnvironment& environment = _window.environment();
+        if (!_options.language.empty()) environment.setLanguage(_options.language);
+        using enum EditOptions::Theme;
+        ui::Appearance appearance;
+        if (_options.theme == Auto) appearance = desktopAppearance();
+        appearance.isDark = appearance.isDark || _options.theme == Dark;
+        appearance.hasHighContrast = appearance.hasHighContrast || _options.theme == Contrast;
+        environment.setAppearance(appearance);
     }
 
     void end(int status) {
@@ -288,6 +386,8 @@ private:
     gfx::ImageRef _picture;
     int _status = closed;
     bool _isOver = false;
+    // The last thing that a key did has put the drawing somewhere.
+    bool _isKept = false;
 };
 
 }  // namespace
@@ -314,7 +414,8 @@ codec::ByteSpan pictureBytes(const OpenedFile& document, codec::ByteSpan photo) 
 
 }  // namespace
 
-int edit(const EditOptions& options) {
+int edit(const EditOptions& asked) {
+    EditOptions options = asked;
     codec::Bytes bytes;
     const bool isPiped = options.photo == "-";
     const std::string name = isPiped ? "standard input" : options.photo;
@@ -335,6 +436,7 @@ int edit(const EditOptions& options) {
     }
     const Video video;
     const SdlWindowHandle window = video.problem() ? nullptr : openWindow(options);
+    if (window && options.scale == 0) options.scale = desktopScale(window.get());
     std::shared_ptr<Session> session;
     if (window) {
         session = std::make_shared<Session>(window.get(), options, std::move(*output));
@@ -352,7 +454,7 @@ int edit(const EditOptions& options) {
     if (const auto unwritable = session->problemOf(opened.photo)) {
         return complain(name + ": " + *unwritable);
     }
-    showWindow(window.get(), opened.photo.picture, options.scale);
+    session->showWindow(opened.photo.picture);
     return session->run(std::move(opened), session);
 }
 

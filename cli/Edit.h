@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/PictureFormat.h"
 #include "cli/PictureWriting.h"
@@ -18,18 +19,36 @@ struct EditOptions {
     std::string output;
     // Nothing: as the output is called, or as the photo is.
     std::optional<PictureFormat> format;
-    // This many pixels make a point.
-    double scale = 1;
+    // This many pixels make a point; 0 for as many as the system says.
+    double scale = 0;
     SeatLayout layout = SeatLayout::Auto;
+    // "zh", "en", or empty for that of the locale.
+    std::string language;
+    // The colours of what is around the picture.
+    enum class Theme { Auto, Light, Dark, Contrast };
+    Theme theme = Theme::Auto;
     // Of an EditorPen; nothing for what the editor begins with, as for the next two.
     std::optional<unsigned> pen;
     // Widths are points.
     std::optional<double> lineWidth;
     gfx::ColorRef color;
+    // What is shown to choose from, in this order; empty for what the editor shows. Names of pens,
+    // and widths in points.
+    std::vector<std::string> pens;
+    std::vector<gfx::ColorRef> colors;
+    std::vector<double> widths;
     // The result has the pixels of the screen instead of those of the photo.
     bool isScreenSize = false;
     // What is drawn beyond the photo enlarges the result instead of being cut at the photo's edge.
     bool grows = false;
+    // What is sent goes to the clipboard, and without an output nowhere else.
+    bool copies = false;
+    // The first copy or save is the end.
+    bool endsEarly = false;
+    // What a key does, one after the other; nothing for what it does in every editor.
+    enum class Action { SaveToFile, SaveToClipboard, Exit };
+    std::optional<std::vector<Action>> onEnter;
+    std::optional<std::vector<Action>> onEscape;
     // Where a document goes besides the result; empty for the one that was opened, if any, and
     // else for a new name beside the photo when the user asks for one.
     std::string document;
@@ -54,6 +73,6 @@ struct EditOptions {
 // Runs `kalimkit edit`: shows the editor in a window until the user confirms or closes it. The exit
 // status: 0 once the picture is written, 1 when the window was closed and nothing is, 2 after an
 // error, which is on standard error then.
-int edit(const EditOptions& options);
+int edit(const EditOptions& asked);
 
 }  // namespace kalim::cli

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cli/OptionValues.h"
@@ -15,6 +16,22 @@ namespace {
 
 // Widths are points.
 constexpr double widestLine = 100;
+
+// Words between commas or blanks, each read by `read`.
+template <typename Value, typename Read>
+std::string readList(const std::string& text, const char* what, std::vector<Value>& values,
+                     const Read& read) {
+    values.clear();
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::string word(rest.substr(0, rest.find_first_of(", ")));
+        rest.remove_prefix(std::min(word.size() + 1, rest.size()));
+        if (word.empty()) continue;
+        std::string problem = read(word, values.emplace_back());
+        if (!problem.empty()) return problem;
+    }
+    return values.empty() ? std::string("must name at least ") + what : "";
+}
 
 }  // namespace
 
@@ -53,6 +70,61 @@ std::string readColor(const std::string& text, gfx::ColorRef& color) {
     if (!isColor) return "must be a colour like #F63434, not " + text;
     color = colorWithHexString(text);
     return {};
+}
+
+std::string readLanguage(const std::string& text, std::string& language) {
+    if (text != "auto" && text != "zh" && text != "en")
+        return "must be auto, zh or en, not " + text;
+    language = text == "auto" ? "" : text;
+    return {};
+}
+
+std::string readTheme(const std::string& text, EditOptions::Theme& theme) {
+    using enum EditOptions::Theme;
+    static constexpr std::pair<std::string_view, EditOptions::Theme> themes[] = {
+        {"auto", Auto}, {"light", Light}, {"dark", Dark}, {"contrast", Contrast}};
+    for (const auto& [name, value] : themes) {
+        if (text != name) continue;
+        theme = value;
+        return {};
+    }
+    return "must be auto, light, dark or contrast, not " + text;
+}
+
+std::string readPens(const std::string& text, std::vector<std::string>& pens) {
+    return readList(text, "a pen", pens, [](const std::string& word, std::string& name) {
+        std::optional<unsigned> number;
+        name = word;
+        return word == "crop" ? std::string() : readPen(word, number);
+    });
+}
+
+std::string readColors(const std::string& text, std::vector<gfx::ColorRef>& colors) {
+    return readList(text, "a colour", colors, readColor);
+}
+
+std::string readWidths(const std::string& text, std::vector<double>& widths) {
+    return readList(text, "a width", widths, [](const std::string& word, double& width) {
+        std::optional<double> number;
+        const std::string problem = readLineWidth(word, number);
+        width = number.value_or(0);
+        return problem;
+    });
+}
+
+std::string readActions(const std::string& text,
+                        std::optional<std::vector<EditOptions::Action>>& actions) {
+    using enum EditOptions::Action;
+    actions.emplace();
+    return readList(
+        text, "an action", *actions, [](const std::string& word, EditOptions::Action& action) {
+            action = word == "save-to-file"        ? SaveToFile
+                     : word == "save-to-clipboard" ? SaveToClipboard
+                                                   : Exit;
+            const bool isKnown = action != Exit || word == "exit";
+            return isKnown ? std::string()
+                           : "must be save-to-file, save-to-clipboard or exit, not " + word;
+        });
 }
 
 }  // namespace kalim::cli

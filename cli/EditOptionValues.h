@@ -2,7 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "cli/Edit.h"
 #include "cli/PictureFormat.h"
 #include "kalimkit/gfx/Color.h"
 
@@ -20,5 +22,15 @@ std::string readPen(const std::string& text, std::optional<unsigned>& pen);
 std::string readLineWidth(const std::string& text, std::optional<double>& width);
 // "#F63434"
 std::string readColor(const std::string& text, gfx::ColorRef& color);
+// "auto", which is empty then, "zh" or "en".
+std::string readLanguage(const std::string& text, std::string& language);
+std::string readTheme(const std::string& text, EditOptions::Theme& theme);
+// Lists of the above, with commas between.
+std::string readPens(const std::string& text, std::vector<std::string>& pens);
+std::string readColors(const std::string& text, std::vector<gfx::ColorRef>& colors);
+std::string readWidths(const std::string& text, std::vector<double>& widths);
+// "save-to-file,exit"
+std::string readActions(const std::string& text,
+                        std::optional<std::vector<EditOptions::Action>>& actions);
 
 }  // namespace kalim::cli

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/OutputPath.h"
+#include "cli/OutputPattern.h"
 #include "cli/StandardOutput.h"
 #include "kalimkit/codec/Encode.h"
 #include "kalimkit/codec/Files.h"
@@ -41,13 +42,15 @@ std::optional<EditOutput> EditOutput::make(const EditOptions& options, codec::By
         problem = "--document-inside needs a PNG picture";
         return std::nullopt;
     }
+    output._isNowhere = options.copies && options.output.empty();
+    if (output._isNowhere) return output;
     if (isStandard) {
         if (::isatty(STDOUT_FILENO) == 0) return output;
         problem = "standard output is a terminal; name a file with -o";
         return std::nullopt;
     }
     if (isNamed) {
-        output._path = options.output;
+        output._path = expandedPath(options.output);
     } else {
         output.nameAfter(options.photo);
     }
@@ -102,7 +105,8 @@ std::optional<std::string> EditOutput::writeUnderFreeName(const codec::Bytes& by
 
 std::optional<std::string> EditOutput::write(const codec::SavedPicture& picture,
                                              const std::string& inside) {
-    const bool isStandard = _path.empty() && _stem.empty();
+    if (_isNowhere) return std::nullopt;
+    const bool isStandard = !isFile();
     std::string path = isStandard || !_path.empty() ? _path : freeName();
     auto problem = picture.error;
     codec::Bytes bytes = picture.bytes;
@@ -121,6 +125,28 @@ std::optional<std::string> EditOutput::write(const codec::SavedPicture& picture,
     _written = path;
     tellOf(picture, _writing, path);
     return std::nullopt;
+}
+
+std::optional<std::string> EditOutput::save(const codec::SavedPicture& picture,
+                                            const std::string& inside) {
+    auto problem = write(picture, inside);
+    if (!problem && _path.empty()) _path = _written;
+    return problem;
+}
+
+codec::SavingOptions EditOutput::savingOptionsFor(const std::string& path) const {
+    return cli::savingOptions(_writing, pictureFormatOfPath(path).value_or(_format));
+}
+
+std::optional<std::string> EditOutput::writeTo(const std::string& path,
+                                               const codec::SavedPicture& picture,
+                                               const std::string& inside) {
+    EditOutput other = *this;
+    other._isNowhere = false;
+    other._path = pictureFormatOfPath(path) ? path : path + endingOf(_format);
+    auto problem = other.write(picture, inside);
+    if (!problem) _written = other._written;
+    return problem;
 }
 
 }  // namespace kalim::cli

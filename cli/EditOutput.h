@@ -30,6 +30,15 @@ public:
     // that it may be tried again. A PNG picture carries the text of a document, if any, inside.
     std::optional<std::string> write(const codec::SavedPicture& picture,
                                      const std::string& inside = {});
+    // The same, and what is written without a name of its own stays there from now on.
+    std::optional<std::string> save(const codec::SavedPicture& picture, const std::string& inside);
+    // To a place that the user has chosen, in the format that this is called by, and nowhere else
+    // the next time.
+    codec::SavingOptions savingOptionsFor(const std::string& path) const;
+    std::optional<std::string> writeTo(const std::string& path, const codec::SavedPicture& picture,
+                                       const std::string& inside);
+    // Whether there is a file that it goes to, however that will be called.
+    bool isFile() const { return !_path.empty() || !_stem.empty(); }
     // What was written last, as it is to be told; empty for standard output.
     const std::string& written() const { return _written; }
     // Empty for standard output and for a name that is chosen only when it is written.
@@ -42,6 +51,8 @@ private:
     std::optional<std::string> writeUnderFreeName(const codec::Bytes& bytes, std::string& path);
 
     PictureWriting _writing;
+    // It is copied alone.
+    bool _isNowhere = false;
     PictureFormat _format = PictureFormat::Png;
     // Empty means standard output.
     std::string _path;

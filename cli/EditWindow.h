@@ -8,6 +8,7 @@
 
 #include "cli/Edit.h"
 #include "kalimkit/codec/DecodeResult.h"
+#include "kalimkit/host/sdl/SdlWindow.h"
 
 namespace kalim::cli {
 
@@ -36,7 +37,11 @@ std::string titleOf(const std::string& photo);
 // that takes time comes with the window. Null, and SDL's error, where there can be none.
 SdlWindowHandle openWindow(const EditOptions& options);
 
-// Shows it as large as the picture is, or as fits on the desktop.
-void showWindow(::SDL_Window* window, const codec::DecodeResult& photo, double scale);
+// Shows it as large as the user has made the last one; without that as large as the picture is, or
+// as fits on the desktop, and with room for the bars of wide screens, where they are not ruled out.
+void showWindow(SdlWindow& window, ::SDL_Window* sdl, const codec::DecodeResult& photo,
+                const EditOptions& options);
+// Has the next one be as large as this one is now, where that is not as showWindow has made it.
+void rememberSize(SdlWindow& window, ::SDL_Window* sdl, const EditOptions& options);
 
 }  // namespace kalim::cli

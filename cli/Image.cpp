@@ -1,12 +1,18 @@
 #include "cli/Image.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <utility>
 
 #include "cli/Complaint.h"
+#include "cli/Opening.h"
 #include "cli/PictureFiles.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/host/files/OpenedFile.h"
 #include "kalimkit/host/headless/HeadlessEnvironment.h"
 #include "kalimkit/image/MDrawImageUtil.h"
 #include "kalimkit/image/PictureCut.h"
@@ -20,10 +26,31 @@ int counterClockwise(const ImageOptions& options) {
     return (circle - options.quarters % circle) % circle;
 }
 
-gfx::ImageRef operateOn(const ImageOptions& options, const gfx::ImageRef& picture) {
+// The whole of it, or a part, whose blocks begin at its corner.
+gfx::ImageRef pixelated(const ImageOptions& options, const gfx::ImageRef& picture,
+                        gfx::Device& device) {
+    if (options.rect.isEmpty())
+        return MDrawImageUtil::mosiacImageMosaicLevel(picture, options.level);
+    const gfx::Rect part = MDrawImageUtil::pixelsInRect(picture->pixelSize(), options.rect);
+    const gfx::ImageRef cut = MDrawImageUtil::imageFromImageInRect(picture, options.rect);
+    const gfx::ImageRef blocks =
+        cut ? MDrawImageUtil::mosiacImageMosaicLevel(cut, options.level) : nullptr;
+    if (!blocks) return nullptr;
+    gfx::Bitmap pixels = *picture->pixels();
+    const gfx::BitmapRef patch = blocks->pixels();
+    for (int y = 0; y < patch->height(); ++y) {
+        std::copy_n(patch->row(y), patch->stride(),
+                    pixels.row(static_cast<int>(part.minY()) + y) +
+                        std::ptrdiff_t{4} * static_cast<int>(part.minX()));
+    }
+    return device.makeImage(std::move(pixels), 1, gfx::ImageOrientation::Up);
+}
+
+gfx::ImageRef operateOn(const ImageOptions& options, const gfx::ImageRef& picture,
+                        gfx::Device& device) {
     switch (options.operation) {
         case ImageOptions::Operation::Pixelate:
-            return MDrawImageUtil::mosiacImageMosaicLevel(picture, options.level);
+            return pixelated(options, picture, device);
         case ImageOptions::Operation::Fit:
             return MDrawImageUtil::resizedImageToFitInSizeScaleIfSmaller(picture, options.size,
                                                                          options.enlarge);
@@ -56,11 +83,18 @@ ExportedPicture originOf(const ImageOptions& options, const gfx::ImageRef& pictu
 }
 
 std::optional<std::string> convert(const ImageOptions& options, gfx::Device& device) {
+    const bool isStandard = options.output == "-";
+    if (isStandard && ::isatty(STDOUT_FILENO) != 0)
+        return "standard output is a terminal; name a file";
+    OpenedFile opened = openFile(options.input, sandboxed(true));
+    if (opened.error) return opened.error;
+    if (opened.document) return options.input + ": this is a document, not a picture";
     PictureFiles files(device, options.writing);
-    auto [picture, problem] = files.loadPicture(options.input);
+    if (isStandard) files.useStandardOutput(opened.bytes);
+    auto [picture, problem] = files.takePicture(std::move(opened));
     if (!picture) return std::move(problem);
     picture = MDrawImageUtil::fixOrientation(picture);
-    const gfx::ImageRef result = picture ? operateOn(options, picture) : nullptr;
+    const gfx::ImageRef result = picture ? operateOn(options, picture, device) : nullptr;
     if (!result) return options.input + ": nothing of the picture is left";
     return files.savePicture(options.output, result, originOf(options, picture, result));
 }

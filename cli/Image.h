@@ -13,6 +13,7 @@ struct ImageOptions {
     enum class Operation { Pixelate, Fit, Crop, Turn };
 
     Operation operation = Operation::Pixelate;
+    // "-" stands for standard input and output.
     std::string input;
     std::string output;
     // Pixelate takes the side of a block in pixels.
@@ -20,7 +21,7 @@ struct ImageOptions {
     // Fit: the box in pixels, and whether a smaller picture is enlarged to it.
     gfx::Size size;
     bool enlarge = false;
-    // Crop takes a rectangle in pixels of the upright picture.
+    // Crop takes a rectangle in pixels of the upright picture, and pixelate may: empty for all.
     gfx::Rect rect;
     // Turn: clockwise, any number.
     int quarters = 1;

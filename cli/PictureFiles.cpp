@@ -4,6 +4,7 @@
 
 #include "cli/Opening.h"
 #include "cli/PictureFormat.h"
+#include "cli/StandardOutput.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/codec/Sandbox.h"
@@ -87,11 +88,19 @@ std::optional<std::string> PictureFiles::saveExport(const std::string& path,
 
 template <typename Encode>
 std::optional<std::string> PictureFiles::write(const std::string& path, const Encode& encode) {
-    const std::optional<PictureFormat> format = pictureFormatOfPath(path);
+    const bool isStandard = path == "-" && _standardFormat;
+    const auto format = isStandard ? _standardFormat : pictureFormatOfPath(path);
     if (!format) return path + ": pictures are written as " + pictureEndings;
     const codec::SavedPicture saved = encode(savingOptions(_writing, *format));
     if (saved.error) return path + ": " + *saved.error;
-    auto problem = codec::writeFileAtomically(path, saved.bytes);
+    std::optional<std::string> problem;
+    if (isStandard) {
+        StandardOutput output;
+        output.write(saved.bytes);
+        problem = output.error();
+    } else {
+        problem = codec::writeFileAtomically(path, saved.bytes);
+    }
     if (!problem) tellOf(saved, _writing, path);
     return problem;
 }

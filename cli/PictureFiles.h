@@ -32,6 +32,11 @@ public:
     LoadedDocument loadDocument(const std::string& path) override;
     std::optional<std::string> saveDocument(const std::string& path, MDrawView& canvas,
                                             const DocumentSaving& saving) override;
+    // "-" is standard output from now on, in the format of these first bytes of a picture, for one
+    // that comes from standard input or is only worked on.
+    void useStandardOutput(codec::ByteSpan start) {
+        _standardFormat = pictureFormatOfBytes(start).value_or(PictureFormat::Png);
+    }
     // The picture of a file that was opened, which has no document, or else its document.
     LoadedPicture takePicture(OpenedFile opened);
     LoadedDocument takeDocument(OpenedFile opened);
@@ -43,6 +48,7 @@ private:
     gfx::Device& _device;
     PictureWriting _writing;
     PictureOrigins _origins;
+    std::optional<PictureFormat> _standardFormat;
 };
 
 }  // namespace kalim::cli

@@ -1,8 +1,10 @@
 #include "cli/PictureWriting.h"
 
+#include <cmath>
 #include <utility>
 
 #include "cli/Complaint.h"
+#include "cli/OptionValues.h"
 #include "kalimkit/codec/Sandbox.h"
 
 namespace kalim::cli {
@@ -44,9 +46,17 @@ std::string readMetadata(const std::string& text, codec::Metadata& metadata) {
     return {};
 }
 
+std::string readQuality(const std::string& text, std::optional<int>& quality) {
+    const auto number = parseNumber(text);
+    const bool isQuality =
+        number && *number >= 1 && *number <= 100 && *number == std::floor(*number);
+    if (isQuality) quality = static_cast<int>(*number);
+    return isQuality ? "" : "must be a whole number from 1 to 100, not " + text;
+}
+
 codec::SavingOptions savingOptions(const PictureWriting& writing, PictureFormat format) {
     return {.format = fileFormat(format),
-            .quality = {},
+            .quality = writing.quality,
             .metadata = writing.metadata,
             .isSandboxed = true};
 }

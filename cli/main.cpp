@@ -11,12 +11,16 @@
 #include <string>
 #include <vector>
 
+#include "cli/Arguments.h"
 #include "cli/Complaint.h"
+#include "cli/ConfigFile.h"
 #include "cli/Edit.h"
 #include "cli/EditOptionValues.h"
+#include "cli/EditSettings.h"
 #include "cli/Image.h"
 #include "cli/Info.h"
 #include "cli/OptionValues.h"
+#include "cli/OutputPattern.h"
 #include "cli/Play.h"
 #include "cli/Redact.h"
 #include "cli/Render.h"
@@ -31,8 +35,11 @@ namespace {
 // The command line, read into what is to be done.
 class CommandLine {
 public:
-    CommandLine() {
+    // Where `edit` takes what it is not told from.
+    explicit CommandLine(const ConfigFile& file) {
+        file.applyTo(_askedEdit);
         _app.require_subcommand(1);
+        _app.footer("kalimkit FILE does as kalimkit edit FILE.");
         CLI::App& play = *_app.add_subcommand("play", "Play a scenario without a screen");
         play.add_option("SCENARIO", _play.scenario,
                         "A file of steps, one JSON object a line; - "
@@ -48,7 +55,7 @@ public:
             ->check(
                 [this](const std::string& text) { return readScale(text, _play.screen.scale); });
         play.add_option("--picture", _play.picture,
-                        "The photo to draw on: JPEG, PNG or WebP; or a document")
+                        "The photo to draw on, or a document; - reads standard input")
             ->type_name("FILE");
         play.add_flag("--flat", _play.isFlat,
                       "Take a picture with a document inside for the picture alone");
@@ -58,6 +65,7 @@ public:
         addEditorOptions(play);
         addImage();
         addEdit();
+        addConfig();
         addInfo();
         addRedact();
         addRender();
@@ -67,11 +75,13 @@ public:
 
     // The exit status where nothing is left to do: after an error, which is on standard error then,
     // or after what was asked for by --help and --version.
-    std::optional<int> parse(int argc, char** argv) {
+    std::optional<int> parse(const Arguments& arguments) {
         try {
-            _app.parse(argc, argv);
+            // The parser takes them from the back.
+            _app.parse(
+                std::vector<std::string>(arguments.words().rbegin(), arguments.words().rend()));
         } catch (const CLI::ParseError& error) {
-            if (error.get_exit_code() != 0) return fail(describe(error));
+            if (error.get_exit_code() != 0) return fail(describe(error) + arguments.hint());
             const int status = _app.exit(error);
             return std::cout.flush() ? status : fail("standard output cannot be written");
         }
@@ -123,6 +133,9 @@ private:
         pixelate.add_option("--level", _asked.level, "The side of a block in pixels (20)")
             ->type_name("L")
             ->check(CLI::Range(1, 32768));
+        pixelate.add_option("--rect", "Only this part, in pixels of the upright picture")
+            ->type_name("X,Y,W,H")
+            ->check([this](const std::string& text) { return readRect(text, _asked.rect); });
         CLI::App& fit = addOperation(command, "fit", Fit, "Shrink to a box, keeping the aspect");
         fit.add_option("--size", "The box in pixels")
             ->type_name("WxH")
@@ -145,8 +158,11 @@ private:
     CLI::App& addOperation(CLI::App& command, const char* name, ImageOptions::Operation operation,
                            const char* description) {
         CLI::App& app = *command.add_subcommand(name, description);
-        app.add_option("IN", _asked.input, "The picture to read")->required();
-        app.add_option("OUT", _asked.output, "The picture to write")->required();
+        app.add_option("IN", _asked.input, "The picture to read; - reads standard input")
+            ->required();
+        app.add_option("OUT", _asked.output,
+                       "The picture to write; - is standard output, in the format of IN")
+            ->required();
         addWriting(app, _asked.writing);
         app.callback([this, operation] {
             _asked.operation = operation;
@@ -158,39 +174,52 @@ private:
     void addEdit() {
         CLI::App& command = *_app.add_subcommand("edit", "Draw on a photo in a window");
         EditOptions& asked = _askedEdit;
-        command
-            .add_option("PHOTO", asked.photo,
-                        "The photo: JPEG, PNG or WebP, or a document; - reads standard input")
+        command.add_option("PHOTO", asked.photo, "The picture or document; - reads standard input")
             ->required();
-        command
-            .add_option("-o,--output", asked.output,
-                        "The file to write; - is standard output; without it a new name beside "
-                        "the photo")
-            ->type_name("OUT");
-        addEditOption(command, "-f,--format", "FORMAT", "png, jpeg or webp, whatever OUT is called",
-                      readFormat, asked.format);
-        addEditOption(command, "--scale", "K", "Pixels of the screen per point (1)", readScale,
-                      asked.scale);
-        command
-            .add_option("--layout", "The bars of a phone, of wide screens, or as it fits (auto)")
-            ->type_name("auto|phone|desk")
-            ->check([&asked](const std::string& text) { return readLayout(text, asked.layout); });
-        addEditOption(command, "--initial-tool", "TOOL", penNames(), readPen, asked.pen);
-        addEditOption(command, "--width", "WIDTH",
-                      "The width of lines at first, in thousandths of the photo's longer side",
-                      readLineWidth, asked.lineWidth);
-        addEditOption(command, "--color", "#RRGGBB", "The colour at first", readColor, asked.color);
-        command.add_flag("--screen-size", asked.isScreenSize,
-                         "Write the picture as large as it is on the screen, not as the photo is");
-        command.add_flag("--grow", asked.grows,
-                         "Let what is drawn beyond the photo's edge enlarge the picture");
+        for (const EditSetting& setting : editSettings())
+            addSetting(command, setting);
         addDocument(command);
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
         addRecovery(command);
-        addWriting(command, asked.writing);
+        command.footer(
+            "? or F1 in the window lists its keys; docs/window.md tells of them as well.\n"
+            "Options may stand in " +
+            (ConfigFile::usualPath().empty() ? "a configuration file" : ConfigFile::usualPath()) +
+            ", see kalimkit config --show.");
         command.callback([this] { _command = [this] { return edit(_askedEdit); }; });
+    }
+
+    // The command line comes after the configuration file, which is there by now.
+    void addSetting(CLI::App& command, const EditSetting& setting) {
+        const std::string name = std::string("--") + setting.key;
+        const std::string names =
+            setting.letter ? std::string("-") + setting.letter + "," + name : name;
+        const auto read = setting.read;
+        if (setting.type) {
+            command.add_option(names, setting.description)
+                ->type_name(setting.type)
+                ->check([this, read](const std::string& text) { return read(text, _askedEdit); });
+        } else {
+            command.add_flag_function(
+                names,
+                [this, read](std::int64_t count) {
+                    read(count > 0 ? "true" : "false", _askedEdit);
+                },
+                setting.description);
+        }
+    }
+
+    void addConfig() {
+        CLI::App& command =
+            *_app.add_subcommand("config", "Check or show the configuration file of edit");
+        CLI::Option& check = *command.add_flag(
+            "--check", _config.isChecked, "Say what is wrong with it; this is what happens anyway");
+        command.add_flag("--show", _config.isShown, "Print all keys and what it says of them")
+            ->excludes(&check);
+        command.add_option("FILE", _config.file, "Another file than the user's own");
+        command.callback([this] { _command = [this] { return config(_config); }; });
     }
 
     void addRecovery(CLI::App& command) {
@@ -273,6 +302,7 @@ private:
                 throw CLI::ValidationError("--color", "needs --style solid");
             for (const std::string& text : _redactRects)
                 readRect(text, _redact.rects.emplace_back());
+            _redact.output = expandedPath(_redact.output);
             _command = [this] { return redact(_redact); };
         });
     }
@@ -307,7 +337,10 @@ private:
         command.add_flag("--update", asked.isUpdate,
                          "Pass over those whose picture is there and not older");
         addWriting(command, asked.writing);
-        command.callback([this] { _command = [this] { return render(_render); }; });
+        command.callback([this] {
+            _render.output = expandedPath(_render.output);
+            _command = [this] { return render(_render); };
+        });
     }
 
     void addWorks() {
@@ -325,6 +358,9 @@ private:
 
     // What all commands that write pictures take.
     static void addWriting(CLI::App& command, PictureWriting& writing) {
+        addEditOption(command, "--quality", "N",
+                      "1 to 100, of a JPEG or WebP picture (that of the photo, else 90)",
+                      readQuality, writing.quality);
         addEditOption(command, "--metadata", "safe|keep|none",
                       "What the written picture says beside its pixels (safe)", readMetadata,
                       writing.metadata);
@@ -380,6 +416,7 @@ private:
     std::vector<std::string> _redactRects;
     RenderOptions _render;
     WorksOptions _works;
+    ConfigOptions _config;
     // What is to be done if not to play.
     std::function<int()> _command;
 };
@@ -393,8 +430,14 @@ int main(int argc, char** argv) try {
     std::signal(SIGPIPE, SIG_IGN);
     // Before there is anything that a process for decoding must not know.
     kalim::codec::Sandbox::start();
-    kalim::cli::CommandLine commandLine;
-    if (const std::optional<int> status = commandLine.parse(argc, argv)) return *status;
+    const kalim::cli::Arguments arguments(argc, argv);
+    const kalim::cli::ConfigFile file(arguments.isEdit() ? kalim::cli::ConfigFile::usualPath()
+                                                         : "");
+    kalim::cli::CommandLine commandLine(file);
+    if (const std::optional<int> status = commandLine.parse(arguments)) return *status;
+    for (const std::string& problem : file.problems())
+        kalim::cli::complain(problem);
+    if (!file.problems().empty()) return kalim::cli::failure;
     const int status = commandLine.run();
     kalim::gfx::CairoDevice::releaseFontCaches();
     return status;

@@ -42,6 +42,11 @@ TEST_F(ImageCommand, WorksOnPixels) {
     ASSERT_EQ(blocks.size(), source.size());
     EXPECT_EQ(blocks.colorAt(25, 50), blocks.colorAt(49, 74));
     EXPECT_NE(blocks.colorAt(49, 74), blocks.colorAt(50, 74));
+    const gfx::Bitmap patch = result({"pixelate", "--level", "20", "--rect", "110,50,40,30"});
+    EXPECT_EQ(patch.colorAt(110, 50), patch.colorAt(129, 69));
+    EXPECT_EQ(patch.colorAt(109, 60), source.colorAt(109, 60));
+    EXPECT_EQ(patch.colorAt(150, 60), source.colorAt(150, 60));
+    EXPECT_NE(patch.colorAt(115, 55), source.colorAt(115, 55));
 }
 
 TEST_F(ImageCommand, TurnsByQuarters) {

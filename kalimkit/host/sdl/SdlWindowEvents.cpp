@@ -192,7 +192,19 @@ void SdlWindow::handleMouse(const SDL_Event& event) {
 }
 
 void SdlWindow::handleWheel(const SDL_Event& event) {
-    _seat.wheelTurned(pointAt(event.wheel.mouseX, event.wheel.mouseY), event.wheel.preciseY);
+    takeModifiers(static_cast<std::uint16_t>(SDL_GetModState()));
+    const gfx::Point place = pointAt(event.wheel.mouseX, event.wheel.mouseY);
+    const double sideways = event.wheel.preciseX;
+    const double upwards = event.wheel.preciseY;
+    // A touchpad tells parts of notches, and of both directions.
+    const bool isSmooth = sideways != 0 || upwards != std::round(upwards);
+    const bool zooms = (SDL_GetModState() & KMOD_CTRL) != 0;
+    if (isSmooth && !zooms) {
+        constexpr double notch = 48;
+        _seat.scrolled(place, {-sideways * notch, upwards * notch});
+    } else {
+        _seat.wheelTurned(place, upwards);
+    }
 }
 
 // ---- typing
