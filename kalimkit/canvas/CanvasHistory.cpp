@@ -13,6 +13,8 @@
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/canvas/CanvasTyping.h"
+#include "kalimkit/canvas/DeletionQuestion.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
 
@@ -108,6 +110,8 @@ void CanvasHistory::removeSelected() {
     // What fingers are still doing is a step of its own, and may have been the selection's last.
     if (_canvas.tools.forgiving()) selection.endStepUnderWay();
     if (!selection.group()) return;
+    const auto& question = ui::Environment::current().attachment<DeletionQuestion>();
+    if (!question.answer(selection.group()->subTools().size())) return;
     _canvas.tools.remove(selection.group());
     selection.clear();
     _canvas.content.refresh();

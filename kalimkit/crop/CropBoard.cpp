@@ -189,7 +189,7 @@ void CropBoard::limitZoom() {
 
 gfx::Rect CropBoard::share() const {
     const gfx::Rect image = _scroll->imageFrame();
-    if (image.isEmpty()) return wholePicture;
+    if (image.isEmpty()) return wholePicture();
     return coveredCropShare({(_frame.minX() - image.minX()) / image.size.width,
                              (_frame.minY() - image.minY()) / image.size.height,
                              _frame.size.width / image.size.width,
@@ -205,7 +205,7 @@ void CropBoard::place(const CropPlacement& placement) {
 CropPlacement CropBoard::startPlacement() const {
     const gfx::PixelSize pixels = _picture->pixelSize();
     return CropPlacement::settled(
-        {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, wholePicture,
+        {static_cast<double>(pixels.width), static_cast<double>(pixels.height)}, wholePicture(),
         contentFrame());
 }
 

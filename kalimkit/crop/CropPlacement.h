@@ -9,7 +9,9 @@ namespace kalim {
 
 // A share is the part of a picture that is under the crop frame, in terms of the picture's sides:
 // {0, 0, 1, 1} is all of it.
-inline const gfx::Rect wholePicture{0, 0, 1, 1};
+inline gfx::Rect wholePicture() {
+    return {0, 0, 1, 1};
+}
 
 // The nearest share that the picture has, in the same proportion.
 KALIM_API gfx::Rect coveredCropShare(const gfx::Rect& share);

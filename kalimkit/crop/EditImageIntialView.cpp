@@ -217,7 +217,7 @@ void EditImageIntialView::revertLayoutContentImage() {
     const auto fadeOverlay = [&board] { board.setOverlayLevel(overlayLevelInDrags); };
     if (turns != 0) {
         board.animate(cropSettleDuration, fadeOverlay);
-        return _parts->turns.turnBy(turns, wholePicture, isAnimateEnable(), {});
+        return _parts->turns.turnBy(turns, wholePicture(), isAnimateEnable(), {});
     }
     board.animateContent([&] {
         board.placeAtStart();

@@ -3,6 +3,8 @@
 #include "kalimkit/editor/screen/EditorParts.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 // What the controller hears from the views. Whoever calls may let go of it meanwhile, also in what
 // the canvas logs.
@@ -191,7 +193,14 @@ void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig
         rememberTool();
     }
     tellShell();
-    if (isPen && config->pen() == EditorPenCrop) parts().crop.open(self());
+    if (!isPen || config->pen() != EditorPenCrop) return;
+    const std::weak_ptr<TesselViewController> weak = alive;
+    const auto again = [weak] {
+        const auto editor = weak.lock();
+        if (editor && editor->view()->window()) editor->parts().crop.open(weak);
+    };
+    const auto& code = ui::Environment::current().attachment<ui::LateCode>();
+    if (code.isThere(again)) parts().crop.open(weak);
 }
 
 bool TesselViewController::shouldReceiveTouch(const ui::GestureRecognizer& /*recognizer*/,

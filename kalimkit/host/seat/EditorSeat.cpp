@@ -7,7 +7,9 @@
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/desk/DeskShell.h"
+#include "kalimkit/host/seat/BareShell.h"
 #include "kalimkit/ui/desk/KeysOverview.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 namespace kalim {
 
@@ -63,7 +65,12 @@ void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
     _keys = std::make_unique<EditorKeys>(_editor, *_pointer, *_remote);
     _keys->setDelegate(std::move(delegate));
     // The seat owns the keys.
-    _keys->setOverviewHandler([this] { ui::KeysOverview::show(_window, EditorKeys::list()); });
+    const std::function<void()> listKeys = [this] {
+        ui::KeysOverview::show(_window, EditorKeys::list());
+    };
+    _keys->setOverviewHandler([this, listKeys] {
+        if (_environment->attachment<ui::LateCode>().isThere(listKeys)) listKeys();
+    });
     _editor->setSizeHandler([this](gfx::Size size) { chooseShell(size); });
     if (_hasOffer) _editor->setOffer(_offer);
     if (_isReadOnly) setReadOnly(true);
@@ -75,6 +82,7 @@ void EditorSeat::letGo() {
         _editor->setSizeHandler({});
         _editor->setShell(nullptr);
     }
+    _shown = SeatLayout::Phone;
     _keys = nullptr;
     _remote = nullptr;
     _pointer = nullptr;
@@ -126,15 +134,33 @@ void EditorSeat::showOffer() {
     _editor->setOffer(_offer);
     if (!_editor->shell()) return;
     _editor->setShell(nullptr);
+    _shown = SeatLayout::Phone;
     chooseShell(_window.size());
+}
+
+bool EditorSeat::wantsDesk(gfx::Size size) const {
+    return _layout == SeatLayout::Desk ||
+           (_layout == SeatLayout::Auto && hasRoomForDesk(size, _hasHovered));
+}
+
+SeatLayout EditorSeat::layoutFor(gfx::Size size) const {
+    if (_layout == SeatLayout::None) return SeatLayout::None;
+    const bool isDesk = wantsDesk(size) && (!_deskGate || _deskGate());
+    return isDesk ? SeatLayout::Desk : SeatLayout::Phone;
+}
+
+std::shared_ptr<EditorShell> EditorSeat::makeShell() {
+    if (_shown == SeatLayout::Phone) return nullptr;
+    if (_shown == SeatLayout::None) return std::make_shared<BareShell>();
+    return DeskShell::make({*_editor, *_remote, *_keys, *_pointer});
 }
 
 void EditorSeat::chooseShell(gfx::Size size) {
     if (!_editor) return;
-    const bool isDesk = _layout == SeatLayout::Desk ||
-                        (_layout == SeatLayout::Auto && hasRoomForDesk(size, _hasHovered));
-    if (isDesk == (_editor->shell() != nullptr)) return;
-    _editor->setShell(isDesk ? DeskShell::make({*_editor, *_remote, *_keys, *_pointer}) : nullptr);
+    const SeatLayout shown = layoutFor(size);
+    if (shown == _shown) return;
+    _shown = shown;
+    _editor->setShell(makeShell());
 }
 
 // ---- the mouse

@@ -11,6 +11,7 @@
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
+#include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/text/TextRange.h"
@@ -22,7 +23,7 @@
 
 namespace kalim {
 
-enum class SeatLayout { Phone, Desk, Auto };
+enum class SeatLayout { Phone, Desk, Auto, None };
 
 // What every host needs around the editor: a window in the host's environment, the editor on it,
 // and the ways in and out: keys, pointer, text, caret, what was drawn, what is told to assistive
@@ -76,9 +77,16 @@ public:
     void setReadOnly(bool isReadOnly);
     // Which bars the editor has: a phone's, as at first, those of wide screens, or the ones that
     // suit the window: it is wider than 700 points and than it is high, or wide enough for a
-    // pointer that has hovered over it. They may change at any time, and nothing is lost.
+    // pointer that has hovered over it; or none, where the host has bars of its own. They may
+    // change at any time, and nothing is lost.
     void setLayout(SeatLayout layout);
     SeatLayout layout() const { return _layout; }
+    // Whether the layout asks for the desk now.
+    bool wantsDesk() const { return wantsDesk(_window.size()); }
+    // For hosts whose code of the desk comes later: asked before one is made; false leaves the
+    // phone's bars until setLayout() or another size asks again.
+    using DeskGate = std::function<bool()>;
+    void setDeskGate(DeskGate gate) { _deskGate = std::move(gate); }
     // All are null without an editor.
     MDrawView* canvas() const { return _editor ? _editor->drawView().get() : nullptr; }
     EditorKeys* keys() const { return _keys.get(); }
@@ -135,6 +143,9 @@ public:
     void setAppearance(const ui::Appearance& appearance);
 
 private:
+    bool wantsDesk(gfx::Size size) const;
+    SeatLayout layoutFor(gfx::Size size) const;
+    std::shared_ptr<EditorShell> makeShell();
     void chooseShell(gfx::Size size);
     void showOffer();
     void letGo();
@@ -149,6 +160,9 @@ private:
     std::unique_ptr<EditorRemote> _remote;
     std::unique_ptr<EditorKeys> _keys;
     SeatLayout _layout = SeatLayout::Phone;
+    // What the editor shows of it.
+    SeatLayout _shown = SeatLayout::Phone;
+    DeskGate _deskGate;
     bool _hasHovered = false;
     EditorOffer _offer;
     bool _hasOffer = false;
