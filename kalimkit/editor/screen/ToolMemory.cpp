@@ -1,12 +1,13 @@
 #include "kalimkit/editor/screen/ToolMemory.h"
 
-#include <charconv>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/json/JsonText.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -23,16 +24,12 @@ std::string keyOf(unsigned pen, std::string_view what) {
 }
 
 std::optional<double> numberOf(const std::string& text) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return number;
+    const JsonValue value = parseJson(text).value;
+    return value.number() ? std::optional(*value.number()) : std::nullopt;
 }
 
 std::string textOf(double number) {
-    char digits[32];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof(digits), number);
-    return {digits, end};
+    return dumpJson(JsonValue(number));
 }
 
 std::optional<std::string> settingOf(unsigned pen, std::string_view what) {
