@@ -150,8 +150,9 @@ bool TiffReader::readPixels(gfx::Bitmap& bitmap, bool& hasAlpha) {
     std::array<char, 1024> reason{};
     TIFFRGBAImage image{};
     if (_library.begin(&image, _tiff, stopsAtDamage, reason.data()) == 0) {
+        // The end is cut off where it is longer; the last byte stays a zero.
         if (_input.message[0] == '\0')
-            std::snprintf(_input.message.data(), _input.message.size(), "%s", reason.data());
+            std::strncpy(_input.message.data(), reason.data(), _input.message.size() - 1);
         return false;
     }
     hasAlpha = image.alpha != 0;
