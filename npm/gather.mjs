@@ -19,16 +19,29 @@ function readPens() {
   return [...table.matchAll(/\.number = (\d+),\s+\.name = "(\w+)"/g)].map(([, number, name]) => [name, number]);
 }
 
+// Numbers of the pens that the kit's kinds have, the names of these, and the pens' keys.
+function readKit() {
+  const list = readFileSync(join(root, 'kalimkit/shapes/Kit.cpp'), 'utf8');
+  const pens = readFileSync(join(root, 'kalimkit/theme/Pens.cpp'), 'utf8');
+  const keyOf = (number) => new RegExp(`\\.number = ${number},[^}]*\\.key = ('.')`).exec(pens)?.[1];
+  const tools = [...list.matchAll(/\{(\d+), &(\w+)::Class\(\)\}/g)];
+  return [tools.map(([, number]) => number).join(', '), tools.map(([, , kind]) => `'${kind}'`).join(', '),
+    tools.map(([, number]) => keyOf(number)).filter(Boolean).join(', ')];
+}
+
 // Where a script, its types and its description leave a place for the pens.
 function fillInPens(target) {
   const pens = readPens();
+  const [kitPens, kitKinds, kitKeys] = readKit();
   const names = pens.map(([name]) => `'${name}'`).join(' | ');
   const numbers = `{\n${pens.map(([name, number]) => `  ${name}: ${number},\n`).join('')}}`;
-  const places = [['kalimkit/host/browser/choices.js', "'PENS'", numbers], ['npm/src/index.d.ts', "'PENS'", names],
-    ['custom-elements.json', 'PENS', names]];
+  const choices = 'kalimkit/host/browser/choices.js';
+  const places = [[choices, "'PENS'", numbers], [choices, "'KIT PENS'", kitPens], [choices, "'KIT KINDS'", kitKinds],
+    [choices, "'KIT KEYS'", kitKeys],
+    ['npm/src/index.d.ts', "'PENS'", names], ['custom-elements.json', 'PENS', names]];
   for (const [name, place, text] of places.filter(([file]) => existsSync(join(target, file)))) {
     const before = readFileSync(join(target, name), 'utf8');
-    if (!pens.length || !before.includes(place)) throw new Error(`There are no pens to name in ${name}`);
+    if (!text || !before.includes(place)) throw new Error(`There is nothing for ${place} in ${name}`);
     writeFileSync(join(target, name), before.replace(place, text));
   }
 }
@@ -44,7 +57,7 @@ function copyLibrary(target) {
   copyScripts('kalimkit/backend/html', target);
   copyScripts('kalimkit/host/browser', target);
   copyScripts('kalimkit/host/browser/saving', target);
-  for (const module of modules) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
+  for (const module of modules.filter(existsSync)) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
 }
 
 function gatherPackage(target) {
@@ -64,10 +77,10 @@ function filesBelow(folder) {
   }).sort();
 }
 
-// Visitors load no lines that are only for readers.
+// Visitors load nothing that is only for readers.
 function stripComments(target) {
   for (const path of filesBelow(target).filter((name) => name.endsWith('.js'))) {
-    writeFileSync(path, readFileSync(path, 'utf8').replace(/^ *\/\/.*\n/gm, ''));
+    writeFileSync(path, readFileSync(path, 'utf8').replace(/^ *\/\/.*\n/gm, '').replace(/^ +/gm, ''));
   }
 }
 

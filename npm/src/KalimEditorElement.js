@@ -1,7 +1,7 @@
 // <kalim-editor>: the editor as an element of a page. index.d.ts says what a page may do with it.
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
-import { penOf, rgbOf, widthOf } from './choices.js';
+import { colorsOf, layoutOf, penOf, pensOf, rgbOf, themeOf, uiOf, widthOf, widthsOf } from './choices.js';
 import { fetchPicture, moduleError, titleOf } from './loading.js';
 import { sheetOf } from './look.js';
 import { Mirror } from './mirror.js';
@@ -14,12 +14,22 @@ const choices = {
   color: (editor, value) => editor.chooseColor(rgbOf(value)),
   'line-width': (editor, value) => editor.chooseLineWidth(widthOf(value)),
 };
+// The same of what is around the picture; null is as without the attribute.
+const surroundings = {
+  layout: [layoutOf, (editor, value) => editor.setLayout(value)],
+  pens: [pensOf, (editor, value) => editor.setPens(value)],
+  colors: [colorsOf, (editor, value) => editor.setColors(value)],
+  widths: [widthsOf, (editor, value) => editor.setWidths(value)],
+  ui: [uiOf, (editor, value) => editor.setUi(value)],
+  theme: [themeOf, (editor, value) => editor.setTheme(value)],
+};
 // Properties that are their attributes' texts.
 const texts = {
-  src: 'src', wasmUrl: 'wasm-url', codecUrl: 'codec-url', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery',
+  src: 'src', wasmUrl: 'wasm-url', deskUrl: 'desk-url', codecUrl: 'codec-url', ui: 'ui', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery',
 };
 const properties = [
   ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'metadata', 'screenSize', 'grow', 'strings',
+  'readonly', 'layout', 'pens', 'colors', 'widths', 'theme',
 ];
 const metadataModes = ['safe', 'keep', 'none'];
 // What kalim-change tells of an element without a picture.
@@ -53,7 +63,8 @@ function makeCorners() {
 
 // A server has no elements, and defines none.
 export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
-  static observedAttributes = ['src', 'type', 'quality', 'metadata', 'wheel', 'recovery', ...Object.keys(choices)];
+  static observedAttributes = ['src', 'type', 'quality', 'metadata', 'wheel', 'recovery', 'readonly', ...Object.keys(choices),
+    ...Object.keys(surroundings)];
 
   #stage;
   #idle;
@@ -75,6 +86,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #leaving = 0;
   // The session waits for the element to come back.
   #isAway = false;
+  // What the attributes of the surroundings have said last that could be understood.
+  #said = {};
   #recovery = new Recovery({
     tell: (detail) => this.#tell('kalim-recover', detail, true),
     goOn: (work) => this.#goOn(work),
@@ -86,6 +99,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     const shadow = this.attachShadow({ mode: 'open', delegatesFocus: true });
     this.#stage = document.createElement('div');
     this.#stage.id = 'stage';
+    this.#stage.part = 'stage';
     this.#idle = document.createElement('slot');
     shadow.append(this.#idle, this.#stage);
     this.#sign = new Sign(this.#stage);
@@ -191,6 +205,24 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.lineWidth = points;
   }
 
+  setWidth(points) {
+    this.setLineWidth(points);
+  }
+
+  // What else can be chosen for what is selected, or else for what is drawn with.
+  get properties() {
+    return this.isOpen ? this.#editor.properties : [];
+  }
+
+  setProperty(name, value) {
+    if (!this.isOpen) throw new DOMException('No picture is open', 'InvalidStateError');
+    this.#editor.setProperty(name, value);
+  }
+
+  deleteSelection() {
+    return this.isOpen && this.#editor.deleteSelection();
+  }
+
   // ---- attributes as properties
 
   // What was said here or chosen by the user; else what the editor draws with by itself.
@@ -260,6 +292,55 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     reflect(this, 'grow', isGrowing ? '' : null);
   }
 
+  get readonly() {
+    return isSet(this, 'readonly');
+  }
+
+  set readonly(isReadonly) {
+    reflect(this, 'readonly', isReadonly ? '' : null);
+  }
+
+  get layout() {
+    return this.#said.layout ?? 'auto';
+  }
+
+  set layout(layout) {
+    reflect(this, 'layout', layout);
+  }
+
+  get theme() {
+    return this.#said.theme ?? 'light dark';
+  }
+
+  set theme(theme) {
+    reflect(this, 'theme', theme);
+  }
+
+  // Lists; null for the editor's own. A text with blanks does as well.
+  get pens() {
+    return this.#said.pens ?? null;
+  }
+
+  set pens(names) {
+    this.#reflectList('pens', names);
+  }
+
+  get colors() {
+    return this.#said.colors ?? null;
+  }
+
+  set colors(colors) {
+    this.#reflectList('colors', colors);
+  }
+
+  get widths() {
+    return this.#said.widths ?? null;
+  }
+
+  set widths(widths) {
+    this.#reflectList('widths', widths);
+  }
+
   // Texts are found by the Chinese ones, and hold from the next picture on.
   get strings() {
     return this.#strings;
@@ -299,6 +380,10 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       else this.#openUnasked(value);
     } else if (name in choices) {
       if (value !== null && !this.#isFollowing) this.#choose(name, value);
+    } else if (name in surroundings) {
+      this.#arrange(name, value);
+    } else if (name === 'readonly') {
+      this.#editor?.setReadonly(this.readonly);
     } else if (name === 'recovery') {
       if (this.isConnected && !this.isOpen) this.#recovery.start(() => this.recovery);
     } else if (name === 'wheel') {
@@ -306,6 +391,22 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     } else {
       this.#editor?.setSending(this.type, this.#quality, this.metadata);
     }
+  }
+
+  // What is no value is told, and what was said before stays.
+  #arrange(name, text) {
+    const [read, apply] = surroundings[name];
+    try {
+      this.#said[name] = text === null ? null : read(text);
+    } catch (error) {
+      this.#warn(error, `keeps its ${name}`);
+      return;
+    }
+    if (this.#editor) apply(this.#editor, this.#said[name]);
+  }
+
+  #reflectList(attribute, list) {
+    reflect(this, attribute, Array.isArray(list) ? list.join(' ') : list);
   }
 
   // Null where it was not said.
@@ -435,6 +536,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   #begin() {
     if (!this.#session) {
       const canvas = document.createElement('canvas');
+      canvas.part = 'canvas';
       const session = { canvas, corners: makeCorners(), editor: null, mirror: null, watching: new AbortController() };
       this.#stage.append(canvas, ...session.corners);
       this.#session = session;
@@ -457,8 +559,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     // By then a script has set all the attributes.
     await null;
     const corners = () => session.corners.map((corner) => corner.getBoundingClientRect());
-    const options = { corners, wheel: this.wheel };
-    for (const [option, address] of [['wasm', this.wasmUrl], ['codec', this.codecUrl]]) {
+    const options = { ...this.#said, corners, wheel: this.wheel, readonly: this.readonly };
+    for (const [option, address] of [['wasm', this.wasmUrl], ['desk', this.deskUrl], ['codec', this.codecUrl]]) {
       if (address !== null) options[option] = new URL(address, this.baseURI);
     }
     const editor = await KalimEditor.create(session.canvas, options).catch((error) => {
@@ -503,7 +605,13 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     on('open', ({ detail }) => this.#shown(detail));
     on('change', () => this.#tellChange());
     on('busy', () => this.#showWorking(editor.isBusy));
-    on('select', ({ detail }) => this.#tell('kalim-select', detail));
+    on('select', ({ detail }) => {
+      this.#tell('kalim-select', detail);
+      this.#tell('kalim-selection', { ...detail, properties: editor.properties });
+    });
+    on('delete', (event) => {
+      if (!this.#tell('kalim-delete', event.detail, true)) event.preventDefault();
+    });
     on('tool', ({ detail }) => {
       this.#follow(detail);
       this.#tell('kalim-tool', detail);

@@ -38,6 +38,23 @@ export interface KalimDocumentOptions {
   sealed?: boolean;
 }
 
+/** Something of a tool's look that can be chosen besides colour and width. */
+export interface KalimProperty {
+  name: string;
+  type: 'number' | 'switch' | 'choice' | 'color' | 'text';
+  /** A switch has true or false; a colour is written `#RRGGBBAA`, empty for none. Not there where the selected differ. */
+  value?: number | boolean | string;
+  /** Of numbers. */
+  least?: number;
+  most?: number;
+  step?: number;
+  /** Of choices: their names. */
+  choices?: string[];
+}
+
+export type KalimLayout = 'auto' | 'phone' | 'desk';
+export type KalimTheme = 'light dark' | 'dark light' | 'light' | 'dark';
+
 export interface KalimHistory {
   canUndo: boolean;
   canRedo: boolean;
@@ -68,6 +85,13 @@ export interface KalimEditorElementEventMap {
   'kalim-tool': CustomEvent<KalimPen>;
   /** How many things are selected now. */
   'kalim-select': CustomEvent<{ count: number }>;
+  /** The same with what can be chosen for it, or for what is drawn next where nothing is selected. */
+  'kalim-selection': CustomEvent<{ count: number; properties: KalimProperty[] }>;
+  /**
+   * People delete so many things that are selected, by whatever key or button; they stay if a listener prevents it. The
+   * listener may ask the element for anything, and does nothing to it.
+   */
+  'kalim-delete': CustomEvent<{ count: number }>;
   /**
    * What went wrong without anybody waiting for it, as the loading of `src`, and what the page's author can do.
    * Both go to the console, and a picture's failure into its place, unless a listener prevents it.
@@ -109,6 +133,30 @@ export class KalimEditorElement extends HTMLElement {
   screenSize: boolean;
   /** Whether what is drawn beyond the picture's edge enlarges what is sent; from the next picture on. */
   grow: boolean;
+  /**
+   * Which bars there are: a phone's, those of wide screens, or by default whichever suit: the element is wider than 700
+   * points and than it is high, or a mouse is over it and there is room enough. Nothing is lost when they change.
+   */
+  get layout(): KalimLayout;
+  set layout(layout: KalimLayout | null);
+  /** What the bars show, in this order; null for the editor's own. Lists, or texts with blanks between. */
+  get pens(): (KalimTool | 'crop')[] | null;
+  set pens(names: (KalimTool | 'crop')[] | string | null);
+  /** Colours are written `#RRGGBB` or `#RGB`. */
+  get colors(): string[] | null;
+  set colors(colors: string[] | string | null);
+  /** Widths count thousandths of the picture's longer side. */
+  get widths(): number[] | null;
+  set widths(widths: number[] | string | null);
+  /** `none` shows no bars: the page has its own, over the methods and events below. */
+  ui: 'none' | null;
+  /** Whether the picture is only looked at: moved and zoomed. */
+  readonly: boolean;
+  /** Whether the bars of wide screens are light or dark; of both the user's system takes one, as by default. */
+  get theme(): KalimTheme;
+  set theme(theme: KalimTheme | null);
+  /** Where the module for wide screens and the kit is, which is fetched when one of them is wanted. */
+  deskUrl: string | null;
   /** Where the module is, if not beside the scripts; for pictures that are opened while none is. */
   wasmUrl: string | null;
   /** The same of the module for saving, which is fetched when a picture is saved. */
@@ -163,6 +211,13 @@ export class KalimEditorElement extends HTMLElement {
   setTool(tool: KalimTool): void;
   setColor(color: string): void;
   setLineWidth(width: number): void;
+  setWidth(width: number): void;
+  /** What else can be chosen now, for what is selected or else for what is drawn next; none where nothing is open. */
+  readonly properties: KalimProperty[];
+  /** Throws a RangeError for a name or a value that there is none of. */
+  setProperty(name: string, value: number | boolean | string): void;
+  /** Deletes what is selected; whether it is gone. */
+  deleteSelection(): boolean;
 
   addEventListener<K extends keyof KalimEditorElementEventMap>(
     type: K, listener: (this: KalimEditorElement, event: KalimEditorElementEventMap[K]) => unknown,
@@ -183,6 +238,16 @@ export const Pen: Readonly<Record<KalimTool, number>>;
 export interface KalimEditorOptions {
   /** Where the module is, its bytes, or the module itself. */
   wasm?: string | URL | BufferSource | WebAssembly.Module;
+  /** The same of the module for wide screens and the kit. */
+  desk?: string | URL | BufferSource | WebAssembly.Module;
+  /** As the element's properties of these names. */
+  layout?: KalimLayout;
+  pens?: string[];
+  colors?: string[];
+  widths?: number[];
+  ui?: 'none';
+  theme?: KalimTheme;
+  readonly?: boolean;
   /** The same of the module for saving. */
   codec?: string | URL | BufferSource | WebAssembly.Module;
   /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
@@ -228,7 +293,7 @@ export interface KalimScreenNode {
 /**
  * The editor on a canvas of the page's own, which decides when it goes. Its events are `confirm`, with
  * `detail.blob`, `close`, `open`, with `detail.picture`, `width` and `height`, `change`, `tool`, with a `KalimPen`,
- * `select`, with `detail.count`, `busy`, `picture`, with `detail.picture` that the user has taken instead, and
+ * `select`, with `detail.count`, `delete`, with `detail.count`, which `preventDefault()` forbids, `busy`, `picture`, with `detail.picture` that the user has taken instead, and
  * `warning` and `error`, with `detail.error`.
  */
 export class KalimEditor extends EventTarget {
@@ -256,6 +321,17 @@ export class KalimEditor extends EventTarget {
   /** Of the picture that is sent from now on. */
   setSending(type: KalimImageType, quality?: number | null, metadata?: KalimMetadata): void;
   setWheel(wheel: 'always' | 'ctrl' | null): void;
+  /** Null is as without it. */
+  setLayout(layout: KalimLayout | null): void;
+  setPens(names: string[] | null): Promise<void>;
+  setColors(colors: string[] | null): void;
+  setWidths(widths: number[] | null): void;
+  setUi(ui: 'none' | null): void;
+  setTheme(theme: KalimTheme | null): void;
+  setReadonly(isReadonly: boolean): void;
+  readonly properties: KalimProperty[];
+  setProperty(name: string, value: number | boolean | string): void;
+  deleteSelection(): boolean;
   readonly isUnsent: boolean;
   /** A picture comes in or goes out; fingers and keys wait. */
   readonly isBusy: boolean;

@@ -5,6 +5,7 @@ const texts = { busy: ['请稍候…', 'One moment…'], failed: ['无法载入�
 function part(name, role) {
   const element = document.createElement('div');
   element.id = name;
+  element.part = name;
   element.hidden = true;
   element.setAttribute('role', role);
   return element;

@@ -3,7 +3,7 @@
 const events = [];
 const first = () => document.getElementById('first');
 const types = ['kalim-open', 'kalim-finish', 'kalim-close', 'kalim-change', 'kalim-tool', 'kalim-select',
-  'kalim-error', 'kalim-recover', 'kalim-warning'];
+  'kalim-error', 'kalim-recover', 'kalim-warning', 'kalim-selection', 'kalim-delete'];
 
 // Bubbling out of every element to the page.
 for (const type of types) {

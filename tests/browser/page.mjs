@@ -78,6 +78,20 @@ export class Page {
     await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: true });
   }
 
+  // As a desktop's window, with a mouse, that looks so: { 'prefers-color-scheme': 'dark' }.
+  async widen(width, height, scale, looks = {}) {
+    const screen = { width, height, deviceScaleFactor: scale, mobile: false };
+    const features = Object.entries(looks).map(([name, value]) => ({ name, value }));
+    await this.#sendToChromium('Emulation.setTouchEmulationEnabled', { enabled: false });
+    await this.#sendToChromium('Emulation.setDeviceMetricsOverride', screen);
+    await this.#sendToChromium('Emulation.setEmulatedMedia', { features });
+  }
+
+  // A PNG of what is seen.
+  async screenshot() {
+    return Buffer.from(await this.#browser.send('TakeScreenshot', {}), 'base64');
+  }
+
   // Points by side that a phone's camera and corners take up, in pages that are opened from now on.
   setSafeArea(insets) {
     return this.#sendToChromium('Emulation.setSafeAreaInsetsOverride', { insets });
@@ -146,6 +160,19 @@ export class Page {
     const press = (type) => ({ type, button: ['main', 'middle'].indexOf(button) });
     return this.#act(pointer('mouse', 'mouse',
       [moveTo(places[0]), press('pointerDown'), ...places.slice(1).map(moveTo), press('pointerUp')]));
+  }
+
+  // The mouse, pressed or not, goes there.
+  hover(place) {
+    return this.#act(pointer('mouse', 'mouse', [moveTo(place)]));
+  }
+
+  hold(place) {
+    return this.#act(pointer('mouse', 'mouse', [moveTo(place), down]));
+  }
+
+  letGo() {
+    return this.#act(pointer('mouse', 'mouse', [up]));
   }
 
   // Pixels, downwards. Chromium takes the driver's for those of the screen that it pretends to have.

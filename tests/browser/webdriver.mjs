@@ -40,6 +40,7 @@ class DriverConnection {
     ExecuteAsyncScript: 'executeAsyncScript',
     PerformActions: 'actions',
     SetWindowRect: 'setWindowRect',
+    TakeScreenshot: 'screenshot',
   };
 
   constructor(url) {

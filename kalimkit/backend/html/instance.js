@@ -35,12 +35,30 @@ export async function compiled(wasm) {
   return moduleAt(wasm);
 }
 
+// Of a module that tools/split-module has split, what its rest is to be instantiated with; null for a whole one.
+function splitName(module) {
+  return WebAssembly.Module.imports(module).find((entry) => entry.module.startsWith('kalimkit-'))?.module ?? null;
+}
+
+// Stands for what is in the rest until that is there.
+function placeholders(module) {
+  const tooEarly = () => {
+    throw new Error('The rest of the module was called before it was there');
+  };
+  const names = WebAssembly.Module.imports(module).filter((entry) => entry.module.startsWith('kalimkit-'));
+  return Object.fromEntries(names.map(({ name }) => [name, tooEarly]));
+}
+
 // wasm as that of compiled(). makeImports({ heap, drawing }) may add functions to those
-// of the drawing. Returns { exports, heap, drawing }.
+// of the drawing. Returns { exports, heap, drawing, join }: join is null unless the module was split; join(wasm)
+// instantiates the rest of it.
 export async function instantiate(wasm, makeImports = () => ({})) {
   const heap = new Heap();
   const drawing = new Drawing(heap);
-  const instance = await WebAssembly.instantiate(await compiled(wasm), {
+  const module = await compiled(wasm);
+  const name = splitName(module);
+  const instance = await WebAssembly.instantiate(module, {
+    ...(name ? { [name]: placeholders(module) } : {}),
     wasi_snapshot_preview1: system(heap),
     kalim: {
       ...drawing.imports(),
@@ -53,5 +71,11 @@ export async function instantiate(wasm, makeImports = () => ({})) {
   const { exports } = instance;
   heap.attach(exports.memory);
   exports._initialize?.();
-  return { exports, heap, drawing };
+  return { exports, heap, drawing, join: name && ((rest) => joinRest(rest, name, exports)) };
+}
+
+async function joinRest(wasm, name, exports) {
+  const module = await compiled(wasm);
+  if (splitName(module) !== name) throw new Error('The two parts of the module are not of one version');
+  await WebAssembly.instantiate(module, { [name]: exports });
 }

@@ -5,10 +5,12 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/backend/html/HtmlSurface.h"
+#include "kalimkit/canvas/DeletionQuestion.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/canvas/StepListener.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 #include "kalimkit/host/browser/PagePictures.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 namespace kalim {
 
@@ -39,6 +41,19 @@ public:
         page::onConfirm(raster ? raster->picture() : 0);
     }
     void close() override { page::onClose(); }
+    bool editorKeysOffers(EditorAction action) const override {
+        return action != EditorAction::SaveAs;
+    }
+    void editorKeysSavePicture(const gfx::ImageRef& image) override {
+        const auto raster = rasterOf(image);
+        if (!raster) return;
+        tellExported(raster->picture(), image, *_editor.canvas());
+        page::savePicture(raster->picture());
+    }
+    bool editorKeysToggleFullScreen() override {
+        page::toggleFullScreen();
+        return true;
+    }
     void editorKeysCopyPicture(const gfx::ImageRef& image) override {
         const auto raster = rasterOf(image);
         page::copyPicture(raster ? raster->picture() : 0);
@@ -81,6 +96,20 @@ BrowserEditor::BrowserEditor(gfx::Size size, double scale)
         // The page hears of the end of the focus when it ends.
         if (focused) _environment->textInputChanged(focused);
     });
+    _seat.setDeskGate([this] {
+        if (!_isWhole) page::wantRest();
+        return _isWhole;
+    });
+    _environment->attachment<ui::LateCode>().question = [this](std::function<void()> then) {
+        if (_isWhole) return true;
+        _waiting = std::move(then);
+        page::wantRest();
+        return false;
+    };
+    _seat.setCursorHandler([](ui::Cursor cursor) { page::setCursor(static_cast<int>(cursor)); });
+    _environment->attachment<DeletionQuestion>().mayDelete = [](std::size_t count) {
+        return page::mayDelete(static_cast<int>(count));
+    };
 }
 
 void BrowserEditor::setSize(gfx::Size size, double scale) {
@@ -97,6 +126,12 @@ void BrowserEditor::setSafeArea(const ui::EdgeInsets& insets) {
 
 void BrowserEditor::setKeyboardHeight(double height) {
     _environment->keyboard().setHeight(height, window().size());
+}
+
+void BrowserEditor::setWhole() {
+    _isWhole = true;
+    _seat.setLayout(_seat.layout());
+    if (const auto then = std::exchange(_waiting, nullptr)) then();
 }
 
 // ---- the editor

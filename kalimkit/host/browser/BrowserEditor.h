@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -31,6 +32,10 @@ public:
     void setSafeArea(const ui::EdgeInsets& insets);
     // The on-screen keyboard covers that much of the window, points.
     void setKeyboardHeight(double height);
+    // The module has come whole, or the rest of it has come, see tools/split-module: nothing of the
+    // desk and the kit may be used before.
+    void setWhole();
+    bool isWhole() const { return _isWhole; }
     // Does the work that is due and shows what it, or a call to the editor, has changed.
     void show();
 
@@ -61,6 +66,9 @@ private:
 
     std::shared_ptr<BrowserEnvironment> _environment;
     ui::EdgeInsets _safeArea;
+    bool _isWhole = false;
+    // What waits until the module is whole.
+    std::function<void()> _waiting;
     EditorSeat _seat;
     std::shared_ptr<Delegate> _delegate;
     std::shared_ptr<Steps> _steps;

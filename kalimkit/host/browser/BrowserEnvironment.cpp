@@ -59,6 +59,16 @@ void BrowserEnvironment::setUserDefault(const std::string& key, bool value) {
     page::setUserDefault(key.data(), lengthOf(key), value);
 }
 
+std::optional<std::string> BrowserEnvironment::userSetting(const std::string& key) const {
+    return readText([&](char* out, int room) {
+        return page::userSetting(key.data(), lengthOf(key), out, room);
+    });
+}
+
+void BrowserEnvironment::setUserSetting(const std::string& key, const std::string& text) {
+    page::setUserSetting(key.data(), lengthOf(key), text.data(), lengthOf(text));
+}
+
 void BrowserEnvironment::pickImage(
     const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     answerPick(std::nullopt);

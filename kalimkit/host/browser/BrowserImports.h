@@ -33,8 +33,23 @@ KALIM_PAGE("text_left") void textLeft();
 // 0 or 1; -1 for what was never set.
 KALIM_PAGE("user_default") int userDefault(const char* key, int length);
 KALIM_PAGE("set_user_default") void setUserDefault(const char* key, int length, bool value);
+// As localized(), and the page keeps it.
+KALIM_PAGE("user_setting") int userSetting(const char* key, int length, char* out, int room);
+KALIM_PAGE("set_user_setting")
+void setUserSetting(const char* key, int length, const char* text, int textLength);
 // The page answers with a call of picked().
 KALIM_PAGE("pick_image") void pickImage();
+
+// ---- the editor on the page
+// What the pointer is to look like: a ui::Cursor.
+KALIM_PAGE("set_cursor") void setCursor(int cursor);
+// Whether the page lets so many things go that people delete. It may look at the editor meanwhile,
+// and does nothing to it.
+KALIM_PAGE("may_delete") bool mayDelete(int count);
+// The editor fills the screen from now on, or does no more.
+KALIM_PAGE("toggle_full_screen") void toggleFullScreen();
+// The rest of the module is wanted; the page fetches it and calls rest_arrived().
+KALIM_PAGE("want_rest") void wantRest();
 
 // ---- what the editor tells. The page takes what it needs of a picture before it returns, and does
 // nothing to the editor until then; the picture is 0 where there is none.

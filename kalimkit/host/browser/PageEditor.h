@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kalimkit/host/browser/BrowserEditor.h"
 
@@ -13,6 +14,8 @@ BrowserEditor* pageEditor();
 // What the page has put into the module's buffer, so many bytes of it or as many as there are,
 // until its next call.
 std::string_view pageText(int length);
+// The same of numbers.
+std::vector<double> pageNumbers(int count);
 // Gives the buffer's memory back, after something large.
 void dropPageText();
 

@@ -53,13 +53,14 @@ export async function readGiven(module, given, inside) {
       const isWhole = await found.text.then(() => true, () => false);
       return { ...plain, isAsking: isWhole };
     }
-    return readDocument(module, await found.text);
+    return await readDocument(module, await found.text);
   } catch (error) {
     throw named(given, error);
   }
 }
 
-function readDocument(module, text) {
+async function readDocument(module, text) {
+  await module.completeFor(text);
   const number = module.call('read_document', module.putBytes(text));
   if (!number) throw new TypeError(module.takeText());
   module.call('document_media_type', number);

@@ -1,6 +1,7 @@
 // What the page supplies to the module beside the editor's own affairs: texts, flags and the clipboard.
 
-import { setSetting, setting } from './settings.js';
+import { Pen, needsKit } from './choices.js';
+import { setSetting, setting, textSetting } from './settings.js';
 
 // The clipboard's text, as far as a page may know it: what this editor has put there, or what its user
 // has pasted last.
@@ -36,8 +37,12 @@ export class Clipboard {
   }
 }
 
-// Imports of the module; strings() are texts by the Chinese ones.
-export function environment(heap, strings, clipboard) {
+// The pen that people had in hand last, which needs the kit: one begins with the usual pen where that is not there.
+export const lastPen = () => textSetting('tool.last');
+const isUsable = (key, isWhole) => key !== 'tool.last' || isWhole() || !needsKit(Pen[lastPen()]);
+
+// Imports of the module; strings() are texts by the Chinese ones; isWhole() tells whether the kit is there.
+export function environment(heap, strings, clipboard, isWhole) {
   const writeWhole = (text, out, room) => {
     const bytes = heap.encode(text);
     heap.bytes.set(bytes.subarray(0, room), out >>> 0);
@@ -56,6 +61,12 @@ export function environment(heap, strings, clipboard) {
       const value = setting(heap.text(key, length));
       return value === undefined ? -1 : Number(value);
     },
+    user_setting: (key, length, out, room) => {
+      const name = heap.text(key, length);
+      const text = isUsable(name, isWhole) ? textSetting(name) : undefined;
+      return text === undefined ? -1 : writeWhole(text, out, room);
+    },
+    set_user_setting: (key, length, at, textLength) => setSetting(heap.text(key, length), heap.text(at, textLength)),
     set_user_default: (key, length, value) => setSetting(heap.text(key, length), value !== 0),
   };
 }

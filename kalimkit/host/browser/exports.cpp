@@ -61,6 +61,11 @@ std::string_view kalim::pageText(int length) {
             std::min(static_cast<std::size_t>(std::max(length, 0)), most)};
 }
 
+std::vector<double> kalim::pageNumbers(int count) {
+    const auto given = std::clamp(std::ptrdiff_t{count}, std::ptrdiff_t{0}, std::ssize(shared));
+    return {shared.begin(), shared.begin() + given};
+}
+
 void kalim::dropPageText() {
     shared = {};
 }
@@ -93,6 +98,12 @@ KALIM_EXPORT("drop_answer") void dropAnswer() {
 
 KALIM_EXPORT("create") void create(double width, double height, double scale) {
     editor = std::make_unique<kalim::BrowserEditor>(kalim::gfx::Size{width, height}, scale);
+}
+
+// The desk and the kit can be used from now on.
+KALIM_EXPORT("rest_arrived") void restArrived() {
+    editor->setWhole();
+    editor->show();
 }
 
 KALIM_EXPORT("destroy") void destroy() {
@@ -182,8 +193,12 @@ KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
     return pans;
 }
 
-KALIM_EXPORT("zoom") void zoom(double x, double y, double factor) {
-    if (auto* const pointer = editor->seat().pointer()) pointer->pointerZoomed({x, y}, factor);
+// By a wheel, which has a list that it is over move by so many points instead.
+KALIM_EXPORT("zoom") void zoom(double x, double y, double factor, double across, double down) {
+    const bool isScrolled =
+        (across != 0 || down != 0) && editor->window().pointerScrolled({x, y}, {across, down});
+    auto* const pointer = editor->seat().pointer();
+    if (!isScrolled && pointer) pointer->pointerZoomed({x, y}, factor);
     editor->show();
 }
 

@@ -1,10 +1,13 @@
 // The editor on a <canvas> element of a page: see KalimEditor.
 
-import { Choices, Pen, packedColor } from './choices.js';
+import { Appearance } from './appearance.js';
+import { Choices, Pen, isKeyOfKit, namesKit, needsKit, packedColor } from './choices.js';
+import { cursors } from './cursors.js';
 import { readDescription } from './description.js';
 import { Documents, pictureFile } from './documents.js';
-import { Clipboard, environment, watchMotion } from './environment.js';
+import { Clipboard, environment, lastPen, watchMotion } from './environment.js';
 import { Exchange } from './exchange.js';
+import { HeldKeys } from './held.js';
 import { watchKeys } from './keys.js';
 import { Module } from './module.js';
 import { News, closedState, readState } from './news.js';
@@ -25,10 +28,27 @@ const defaults = {
   grow: false,
   wheel: 'always',
   inside: 'ask',
+  layout: 'auto',
+  theme: 'light dark',
+  readonly: false,
 };
 // Options that are left out, or null, change nothing.
 const said = (options) => Object.fromEntries(
   Object.entries(options).filter(([, value]) => value !== null && value !== undefined));
+// What a picture that is only looked at listens to.
+const viewingKeys = new Set(['plus', 'shift+plus', '=', '-', '0', 'ctrl+c', 'f11']);
+// Numbers of SeatLayout.
+const layouts = { phone: 0, desk: 1, auto: 2, none: 3 };
+// The host of a canvas in a shadow tree goes with it.
+async function toggleFullScreen(element) {
+  try {
+    if (document.fullscreenElement) await document.exitFullscreen();
+    else await (element.getRootNode().host ?? element).requestFullscreen();
+  } catch {
+    // Browsers may refuse.
+  }
+}
+
 const exportScales = { screen: 0, picture: 1, view: 2 };
 
 // Tells its listeners
@@ -38,6 +58,8 @@ const exportScales = { screen: 0, picture: 1, view: 2 };
 //   change   a step has come to its end, was undone or sent: canUndo, canRedo, toolCount, isUnsent
 //   tool     what is drawn with is another one: detail.tool, detail.color, detail.lineWidth
 //   select   the selection is another one: detail.count
+//   delete   so many things are to be deleted, detail.count; preventDefault() keeps them. The editor may be asked
+//            meanwhile, and does nothing
 //   busy     a picture comes in or goes out, or no more: isBusy; fingers and keys wait meanwhile
 //   picture  the user has taken another picture, offered, pasted or picked: detail.picture
 //   warning  detail.error: the picture is sent, but not as its file was, see Saver
@@ -59,8 +81,15 @@ export class KalimEditor extends EventTarget {
   #choices = new Choices();
   #news;
   #held = 0;
+  // What has been chosen last; it may wait for the kit.
+  #wantedPen = null;
   #worked = null;
   #works = null;
+  #appearance;
+  #isFetching = false;
+  #hasWarned = false;
+  // The page is asked something in the middle of the module's work.
+  #isAsking = false;
   #clipboard = new Clipboard();
   #listening = new AbortController();
   // Of what the user prefers, while the canvas is in its document.
@@ -70,6 +99,7 @@ export class KalimEditor extends EventTarget {
   //   wasm      where the module is, or the module itself; beside this script by default
   //   language  of the texts, such as 'en-GB'; the browser's by default. All but Chinese are English
   //   strings   other texts, by the Chinese ones
+  //   desk      the same of the module for the desk and the kit, which is fetched when one of them is used
   //   codec     the same of the module for saving, which is fetched when a picture that came as a file is saved
   //   type      of the picture that is sent: 'auto', that of its own file or PNG, or a media type
   //   quality   of it, from 0 to 1; that of its file by default, as far as it has the same type
@@ -77,6 +107,12 @@ export class KalimEditor extends EventTarget {
   //   exportsAtPictureScale   false for a picture that is as large as it is on the screen
   //   grow      true where what is drawn beyond the picture's edge enlarges the result, instead of
   //             being cut there
+  //   layout    'phone', 'desk', the bars of wide screens, or 'auto', whichever suits the size
+  //   pens, colors, widths   what the bars show, in this order: names of pens, '#RRGGBB', thousandths of the
+  //             picture's longer side
+  //   ui        'none' for no bars at all
+  //   theme     'light', 'dark' or 'light dark', of which the user's system takes one
+  //   readonly  true where the picture is only looked at
   //   wheel     'ctrl' leaves a wheel without that key to the page
   //   inside    of a PNG with a document inside, 'reopen' goes on with what was drawn, 'flat' opens the picture
   //             alone; otherwise the user is asked
@@ -84,7 +120,8 @@ export class KalimEditor extends EventTarget {
   //             clockwise; for a canvas that is turned or seen in perspective
   static async create(element, options = {}) {
     const editor = new KalimEditor(element, options);
-    await editor.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url));
+    const rest = options.desk ?? new URL('./kalimkit-desk.wasm', import.meta.url);
+    await editor.#load(options.wasm ?? new URL('./kalimkit.wasm', import.meta.url), rest);
     return editor;
   }
 
@@ -139,6 +176,7 @@ export class KalimEditor extends EventTarget {
     this.#schedule.pause(true);
     this.#screen.stop();
     this.#pointers.leaveDocument();
+    this.#appearance.stop();
     this.#preferring.abort();
   }
 
@@ -147,6 +185,7 @@ export class KalimEditor extends EventTarget {
     if (!this.#module.isAlive) return;
     this.#screen.watch();
     this.#pointers.watchDocument();
+    this.#appearance.watch();
     this.#watchMotion();
     this.#schedule.pause(false);
   }
@@ -161,13 +200,19 @@ export class KalimEditor extends EventTarget {
     const settings = { ...this.#options, ...said(options) };
     // Null is no texts.
     if (options.strings === null) settings.strings = {};
-    return this.#exchange.take(picture, settings.exportsAtPictureScale, settings.inside, (id, document) => {
+    return this.#exchange.take(this.#prepared(picture), settings.exportsAtPictureScale, settings.inside, (id, document) => {
       this.#options = settings;
       const { language, exportsAtPictureScale, grow } = this.#options;
       const values = [id, exportsAtPictureScale, grow, this.#module.put(language)];
       if (document) this.#call('open_document', document, ...values);
       else this.#call('open', ...values);
     });
+  }
+
+  // The picture, once there is what its editor begins with: a desk is not to come after a phone's bars.
+  #prepared(picture) {
+    if (this.#module.isWhole || !(needsKit(Pen[lastPen()]) || this.#module.call('wants_rest'))) return picture;
+    return this.#complete().then(() => picture);
   }
 
   // Keeps what is drawn from the next picture on; null for nothing. See Works.
@@ -181,6 +226,8 @@ export class KalimEditor extends EventTarget {
   async goOn(work, options = {}) {
     const settings = { ...this.#options, ...said(options) };
     let problem;
+    await this.#module.completeFor(work.setUp, ...work.steps);
+    await this.#prepared();
     await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
       this.#options = settings;
       const { language, exportsAtPictureScale, grow } = this.#options;
@@ -219,6 +266,49 @@ export class KalimEditor extends EventTarget {
   // Takes 'ctrl' or 'always', as create() does.
   setWheel(wheel) {
     this.#options.wheel = wheel;
+  }
+
+  // These are as create() takes them; null is as without it.
+  setLayout(layout) {
+    this.#options.layout = layout ?? defaults.layout;
+    this.#lay();
+  }
+
+  setUi(ui) {
+    this.#options.ui = ui;
+    this.#lay();
+  }
+
+  setReadonly(isReadonly) {
+    this.cancelTouches();
+    this.#options.readonly = isReadonly;
+    this.#lay();
+  }
+
+  // Those that need the kit are shown once it is there.
+  async setPens(names) {
+    this.#options.pens = names;
+    const pens = names ?? [];
+    const isReady = !pens.some((name) => needsKit(Pen[name])) || this.#module.isWhole || await this.#complete();
+    if (names !== this.#options.pens || !this.#module.isAlive) return;
+    const shown = isReady ? pens : pens.filter((name) => !needsKit(Pen[name]));
+    this.#call('set_pens', this.#module.put(shown.join(' ')));
+  }
+
+  setColors(colors) {
+    this.#options.colors = colors;
+    this.#module.putNumbers((colors ?? []).map(packedColor));
+    this.#call('set_colors', colors?.length ?? 0);
+  }
+
+  setWidths(widths) {
+    this.#options.widths = widths;
+    this.#module.putNumbers(widths ?? []);
+    this.#call('set_widths', widths?.length ?? 0);
+  }
+
+  setTheme(theme) {
+    this.#appearance.setTheme(theme);
   }
 
   // Of fingers whose end nobody will hear of, as the canvas is moved in the page.
@@ -269,8 +359,15 @@ export class KalimEditor extends EventTarget {
 
   // ---- instead of the user; what is chosen while no editor has appeared waits for the next one
 
+  // One that needs the kit once that is there.
   choosePen(pen) {
-    this.#choose('choose_pen', pen);
+    this.#wantedPen = pen;
+    if (!needsKit(pen) || this.#module.isWhole) return this.#choose('choose_pen', pen);
+    this.#hold(true);
+    this.#complete().then((isWhole) => {
+      this.#hold(false);
+      if (isWhole && pen === this.#wantedPen && this.#module.isAlive) this.#choose('choose_pen', pen);
+    });
   }
 
   chooseColor(color) {
@@ -280,6 +377,30 @@ export class KalimEditor extends EventTarget {
   // Widths are points.
   chooseLineWidth(width) {
     this.#choose('choose_line_width', width);
+  }
+
+  // What else people choose of a tool's look, of what is selected or else of the pen: { name, type, value }, numbers
+  // with { least, most, step }, choices with { choices }.
+  get properties() {
+    this.#module.call('properties');
+    return JSON.parse(this.#module.takeText());
+  }
+
+  // Throws where there is none of that name, or it does not take the value.
+  setProperty(name, value) {
+    const isNumber = typeof value !== 'string';
+    const bytes = [name, isNumber ? '' : value].map((text) => this.#module.heap.encode(text));
+    this.#module.putBytes(...bytes);
+    const [nameLength, textLength] = bytes.map(({ length }) => length);
+    if (this.#call('set_property', nameLength, textLength, isNumber, isNumber ? Number(value) : 0)) return;
+    const names = this.properties.map((property) => property.name);
+    if (names.includes(name)) throw new RangeError(`${name} does not take "${value}"`);
+    throw new RangeError(`There is no property "${name}" now, only ${names.join(', ') || 'none'}`);
+  }
+
+  // What is selected; whether it is gone.
+  deleteSelection() {
+    return this.#call('delete_selected') !== 0;
   }
 
   // Of the close button, or of the one that sends.
@@ -346,12 +467,12 @@ export class KalimEditor extends EventTarget {
 
   // Does what a tap on the node with this number does; whether there was something to do.
   activate(id) {
-    return !this.isBusy && this.#call('accessibility_activate', id) !== 0;
+    return !this.isBusy && !this.#options.readonly && this.#call('accessibility_activate', id) !== 0;
   }
 
   // ---- the module
 
-  async #load(wasm) {
+  async #load(wasm, rest) {
     this.#screen = new Screen(this.#element, {
       resized: () => this.#resized(),
       keyboardMoved: () => this.#keyboardMoved(),
@@ -370,7 +491,8 @@ export class KalimEditor extends EventTarget {
       copy: (key, data) => this.#clipboard.copyInto(data, () => this.#press(key, false)),
       hasKeyboard: () => this.#screen.hiddenHeight > 0,
     });
-    this.#module = await Module.load(wasm, (made) => this.#imports(made), (error) => this.#failed(error));
+    const desk = { wasm: rest, arrived: () => this.#restArrived() };
+    this.#module = await Module.load(wasm, desk, (made) => this.#imports(made), (error) => this.#failed(error));
     this.#schedule = new Schedule({
       advance: (time) => this.#call('advance', time),
       nextDue: () => this.#module.call('next_due'),
@@ -378,23 +500,75 @@ export class KalimEditor extends EventTarget {
     const { width, height, scale } = this.#screen.size;
     this.#call('create', width, height, scale);
     this.#call('safe_area', ...this.#screen.insets);
+    const held = new HeldKeys((...keys) => this.#call('hold_keys', ...keys));
     this.#pointers = new Pointers(this.#element, {
       fingers: (phase, fingers) => this.#touched(phase, fingers),
       pan: (phase, button, place, time) =>
         this.#at(time, 'pan', phase, button, ...this.#pointOf(place)) !== 0,
-      zoom: (place, factor, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor),
+      zoom: (place, factor, distance, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor,
+        distance?.x ?? 0, distance?.y ?? 0),
+      scroll: (place, distance, time) =>
+        this.#at(time, 'scroll', ...this.#pointOf(place), distance.x, distance.y),
+      hover: (place, time) => this.#at(time, 'hover', ...this.#pointOf(place)),
+      left: () => this.#call('hover_left'),
+      menu: (place, time) => this.#at(time, 'press_menu', ...this.#pointOf(place)),
+      held,
+      isViewing: () => this.#options.readonly,
       isHeld: () => this.isBusy,
       leavesWheel: () => this.#options.wheel === 'ctrl',
       corners: this.#options.corners,
     });
+    if (this.#module.isWhole) this.#call('rest_arrived');
+    this.#lay();
+    this.#furnish();
     this.#screen.watch();
+    this.#watchLooks();
     this.#watchMotion();
     watchKeys(this.#element, this.#listening.signal, {
+      held,
       press: (key, isRepeated) => this.#press(key, isRepeated),
       release: (key) => this.#module.call('release_key', this.#module.put(key)),
       paste: (file) => this.offer(file),
       pasteText: (text) => this.#pasteText(text),
     });
+  }
+
+  #lay() {
+    const { layout, ui, readonly } = this.#options;
+    this.#call('set_layout', layouts[ui === 'none' || readonly ? 'none' : layout] ?? layouts.auto);
+    if (this.#module.call('wants_rest')) this.#module.fetchRest();
+  }
+
+  // What the bars show, as far as it was said.
+  #furnish() {
+    const { pens, colors, widths } = this.#options;
+    if (pens) this.setPens(pens);
+    if (colors) this.setColors(colors);
+    if (widths) this.setWidths(widths);
+  }
+
+  #watchLooks() {
+    this.#appearance = new Appearance(this.#element, {
+      names: () => this.#paletteNames(),
+      appearance: (isDark, hasHighContrast) => this.#call('appearance', isDark, hasHighContrast),
+      color: (name, packed) => this.#module.call('palette_color', this.#module.put(name), packed !== null, packed ?? 0),
+      done: () => this.#call('palette_changed'),
+      warn: (error) => this.#dispatch('warning', { error }),
+    });
+    this.#appearance.setTheme(this.#options.theme);
+    this.#appearance.watch();
+  }
+
+  // Only the rest of the module has such colours.
+  #paletteNames() {
+    if (!this.#module.isWhole) return [];
+    this.#module.call('palette_names');
+    return this.#module.takeText().trim().split(' ');
+  }
+
+  #restArrived() {
+    this.#appearance?.look();
+    this.#call('rest_arrived');
   }
 
   #watchMotion() {
@@ -404,7 +578,7 @@ export class KalimEditor extends EventTarget {
 
   #imports({ heap, drawing }) {
     return {
-      ...environment(heap, () => this.#options.strings, this.#clipboard),
+      ...environment(heap, () => this.#options.strings, this.#clipboard, () => this.#module?.isWhole ?? false),
       present: (surface, ...box) => this.#screen.present(drawing.sourceOf(surface), ...box),
       text_focused: (at, length, begin, end, isComposing, x, y, height) =>
         this.#typing.focus({
@@ -418,6 +592,12 @@ export class KalimEditor extends EventTarget {
         }),
       text_left: () => this.#typing.leave(),
       pick_image: () => this.#exchange.pick(),
+      set_cursor: (cursor) => {
+        this.#element.style.cursor = cursors[cursor];
+      },
+      may_delete: (count) => this.#mayDelete(count),
+      toggle_full_screen: () => toggleFullScreen(this.#element),
+      want_rest: () => queueMicrotask(() => this.#complete()),
       exported: (at, count) => {
         const begin = at >>> 3;
         this.#exchange.note([...heap.doubles.subarray(begin, begin + count)]);
@@ -438,6 +618,7 @@ export class KalimEditor extends EventTarget {
     this.#listening.abort();
     this.#preferring?.abort();
     this.#screen.stop();
+    this.#appearance?.stop();
     this.#pointers?.stop();
     this.#schedule.stop();
     this.#typing.leave();
@@ -455,19 +636,44 @@ export class KalimEditor extends EventTarget {
     queueMicrotask(() => this.#dispatch(type, detail));
   }
 
-  #dispatch(type, detail = null) {
-    if (!this.#isDestroyed) this.dispatchEvent(new CustomEvent(type, { detail }));
+  #dispatch(type, detail = null, cancelable = false) {
+    return this.#isDestroyed || this.dispatchEvent(new CustomEvent(type, { detail, cancelable }));
+  }
+
+  // The module is in the middle of a call, so a listener may only look.
+  #mayDelete(count) {
+    this.#isAsking = true;
+    try {
+      return this.#dispatch('delete', { count }, true);
+    } finally {
+      this.#isAsking = false;
+    }
   }
 
   #call(name, ...values) {
+    if (this.#isAsking) throw new DOMException('The editor waits for an answer and does nothing else', 'InvalidStateError');
     const result = this.#module.call(name, ...values);
     if (!this.#module.isAlive) return result;
     this.#choices.make(this.#module);
     this.#news.look(this.#state);
+    this.#lookAtPen();
     this.#exchange.look(this.#news.state);
     this.#schedule.plan();
     this.#worked?.();
     return result;
+  }
+
+  // One that needs the kit may have been taken by a key, or be that of the last time; fingers wait until it can draw.
+  #lookAtPen() {
+    const { tool } = this.#news.state;
+    if (!tool || this.#module.isWhole || this.#isFetching || !needsKit(Pen[tool.tool])) return;
+    this.#isFetching = true;
+    this.#hold(true);
+    this.#complete().then((isWhole) => {
+      this.#isFetching = false;
+      this.#hold(false);
+      if (!isWhole && this.#module.isAlive) this.#choose('choose_pen', Pen.freehand);
+    });
   }
 
   // Of a work; what is no file becomes one. Null for a picture that is on its way out.
@@ -490,6 +696,19 @@ export class KalimEditor extends EventTarget {
   // What changes nothing; 0 from a module that is no more.
   #ask(name) {
     return this.#module.isAlive ? this.#module.call(name) : 0;
+  }
+
+  // Has the desk and the kit fetched; whether they are there.
+  async #complete() {
+    try {
+      await this.#module.complete();
+      return true;
+    } catch (error) {
+      // Every size asks again.
+      if (!this.#hasWarned) this.#dispatch('warning', { error });
+      this.#hasWarned = true;
+      return false;
+    }
   }
 
   #choose(name, value) {
@@ -548,12 +767,23 @@ export class KalimEditor extends EventTarget {
   #pasteText(text) {
     if (!/^\s*\{\s*"format"\s*:\s*"kalimkit"/.test(text)) return false;
     this.#clipboard.take(text);
-    return this.#press('ctrl+v', false);
+    if (this.#module.isWhole || !namesKit(text)) return this.#press('ctrl+v', false);
+    this.#complete().then((isWhole) => isWhole && this.#module.isAlive && this.#press('ctrl+v', false));
+    return true;
   }
 
   // A key that waits is not the browser's either, or ctrl+s would save the page.
   #press(key, isRepeated) {
     if (this.isBusy) return key !== 'tab';
+    if (this.#options.readonly && !viewingKeys.has(key)) return false;
+    if (!this.#module.isWhole && isKeyOfKit(key) && !this.#state.isEditing) {
+      this.#hold(true);
+      this.#complete().then((isWhole) => {
+        this.#hold(false);
+        if (isWhole && this.#module.isAlive) this.#press(key, isRepeated);
+      });
+      return true;
+    }
     return this.#call('press_key', this.#module.put(key), isRepeated) !== 0;
   }
 

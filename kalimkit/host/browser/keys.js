@@ -12,6 +12,9 @@ const names = {
   Enter: 'enter',
   Tab: 'tab',
   Escape: 'escape',
+  F1: 'f1',
+  F11: 'f11',
+  '?': '?',
   ' ': 'space',
   '+': 'plus',
 };
@@ -35,21 +38,26 @@ export function nameOf(event) {
 }
 
 // What an element that has the focus hears. target: press(name, isRepeated), which answers whether the
-// key did something, release(name), paste(file) for a picture, and pasteText(text), which answers whether
-// the text is something that the editor has copied.
+// key did something, release(name), paste(file) for a picture, pasteText(text), which answers whether the text is
+// something that the editor has copied, and held, the keys that are held.
 export function watchKeys(element, signal, target) {
   const on = (type, listener) => element.addEventListener(type, listener, { signal });
   if (element.tabIndex < 0) element.tabIndex = 0;
   on('keydown', (event) => {
+    target.held.press(event);
     const name = nameOf(event);
     if (name && target.press(name, event.repeat)) event.preventDefault();
   });
   on('keyup', (event) => {
+    target.held.release(event);
     const name = nameOf(event);
     if (name) target.release(name);
   });
   // Of what is released elsewhere nobody hears.
-  on('blur', () => target.release('space'));
+  on('blur', () => {
+    target.held.forget();
+    target.release('space');
+  });
   on('paste', (event) => {
     const file = [...event.clipboardData.files].find(({ type }) => type.startsWith('image/'));
     if (!file) {

@@ -1,6 +1,7 @@
 // The library's module as the editor calls it.
 
-import { instantiate } from '../../backend/html/instance.js';
+import { compiled, instantiate } from '../../backend/html/instance.js';
+import { namesKit } from './choices.js';
 
 // A module that has thrown is in no state to be called again: nothing that it had begun was ended. It
 // is destroyed only when its outermost call has returned.
@@ -12,12 +13,19 @@ export class Module {
   #failure = null;
   #isLeaving = false;
   #failed;
+  // Null once everything is there.
+  #join;
+  #rest;
+  #joining = null;
 
-  // wasm and makeImports as those of instantiate(); failed(error) hears of the first thing thrown.
-  static async load(wasm, makeImports, failed) {
+  // wasm and makeImports as those of instantiate(); rest.wasm is where the desk and the kit are, of a module without
+  // them, and rest.arrived() hears that they are there; failed(error) hears of the first thing thrown.
+  static async load(wasm, rest, makeImports, failed) {
     const module = new Module();
-    const { exports, heap, drawing } = await instantiate(wasm, makeImports);
+    const { exports, heap, drawing, join } = await instantiate(wasm, makeImports);
     module.#exports = exports;
+    module.#join = join;
+    module.#rest = rest;
     module.#failed = failed;
     module.heap = heap;
     module.drawing = drawing;
@@ -27,6 +35,33 @@ export class Module {
   // Whether it can be called.
   get isAlive() {
     return !this.#failure && !this.#isLeaving;
+  }
+
+  // ---- the desk and the kit, of which nothing may be used before they are there
+  get isWhole() {
+    return !this.#join;
+  }
+
+  // Has them on their way, which takes no time when they are wanted soon.
+  fetchRest() {
+    if (this.#join) compiled(this.#rest.wasm).catch(() => {});
+  }
+
+  // Rejects where they cannot be had; the next call tries again.
+  async complete() {
+    if (!this.#join) return;
+    this.#joining ??= this.#join(this.#rest.wasm).finally(() => {
+      this.#joining = null;
+    });
+    await this.#joining;
+    if (!this.#join) return;
+    this.#join = null;
+    if (this.isAlive) this.#rest.arrived();
+  }
+
+  // The same for these texts, or bytes of texts, if they name something of the kit.
+  async completeFor(...texts) {
+    if (this.#join && texts.some(namesKit)) await this.complete();
   }
 
   call(name, ...values) {

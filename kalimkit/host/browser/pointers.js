@@ -2,16 +2,13 @@
 // lifts, wherever it goes. A mouse is one while its main button is down, unless the editor pans with it.
 
 import { contentBox, placeBetween } from './box.js';
+import { Phase } from './phase.js';
+import { Viewing } from './viewing.js';
+import { readWheel } from './wheel.js';
 
-export const Phase = { began: 0, moved: 1, ended: 2, cancelled: 3 };
-
-// A wheel's pixels and lines that are a notch, and how much a notch enlarges.
-const notches = { 0: 100, 1: 3, 2: 1 };
-const notchFactor = 1.15;
-// The least part of a notch that a wheel turns at once.
-const smallestNotch = 0.4;
 // What PointerEvent.buttons holds for a button: main, middle, another.
 const buttonBits = [1, 4, 2];
+const menuButton = 2;
 
 export class Pointers {
   #element;
@@ -20,12 +17,15 @@ export class Pointers {
   // The button that the mouse went down with, and whether the editor pans with it.
   #button = 0;
   #isPanning = false;
+  #viewing;
   #listening = new AbortController();
   // Of what is around the element.
   #watching;
 
   // target: fingers(phase, [{ time, id, x, y }]), in the order of what happened, pan(phase, button,
-  // place, time), which answers whether the editor pans with the mouse, and zoom(place, factor, time).
+  // place, time), which answers whether the editor pans with the mouse, hover(place, time) and left() of a pointer
+  // that hovers, menu(place, time), and zoom(place, factor, distance, time) and scroll(place, distance, time) of a
+  // wheel, see readWheel(). held are the keys that are held; isViewing() tells whether nothing is drawn.
   // x and y go from 0 to 1 over the element's content; buttons are 0 main, 1 middle, 2 another;
   // milliseconds as performance.now(). isHeld() tells whether fingers wait: none goes down then;
   // leavesWheel() whether a wheel without the control key is the page's; corners(), if there is one,
@@ -36,9 +36,18 @@ export class Pointers {
     const { signal } = this.#listening;
     const on = (type, listener, options) =>
       element.addEventListener(type, listener, { signal, ...options });
-    on('pointerdown', (event) => this.#began(event));
+    this.#viewing = new Viewing(target);
+    on('pointerdown', (event) => {
+      target.held.look(event);
+      this.#began(event);
+    });
     on('pointermove', (event) => {
+      target.held.look(event);
       if (this.#down.has(event.pointerId)) this.#moved(event);
+      if (event.pointerType !== 'touch') target.hover(this.#placeOf(event), event.timeStamp);
+    });
+    on('pointerleave', (event) => {
+      if (event.pointerType !== 'touch') target.left();
     });
     on('pointerup', this.#lift(Phase.ended));
     on('pointercancel', this.#lift(Phase.cancelled));
@@ -86,6 +95,7 @@ export class Pointers {
     const fingers = [...this.#down].map((id) => ({ time, id, ...place }));
     this.#down.clear();
     if (!fingers.length) return;
+    if (this.#target.isViewing()) return this.#viewing.cancel(time);
     if (this.#isPanning) this.#target.pan(Phase.ended, this.#button, place, time);
     this.#isPanning = false;
     this.#target.fingers(Phase.cancelled, fingers);
@@ -95,12 +105,23 @@ export class Pointers {
   #began(event) {
     if (this.#down.has(event.pointerId)) this.#lifted(event, Phase.cancelled);
     if (this.#target.isHeld()) return;
+    if (this.#target.isViewing()) {
+      this.#catch(event);
+      return this.#viewing.began(event.pointerId, this.#placeOf(event), event.timeStamp);
+    }
     if (event.pointerType === 'mouse') {
+      if (event.button === menuButton) return this.#target.menu(this.#placeOf(event), event.timeStamp);
       this.#button = Math.min(event.button, 2);
       this.#isPanning =
         this.#target.pan(Phase.began, this.#button, this.#placeOf(event), event.timeStamp);
       if (!this.#isPanning && this.#button !== 0) return;
     }
+    this.#catch(event);
+    this.#tell(Phase.began, [event]);
+  }
+
+  // Wherever it goes until it lifts.
+  #catch(event) {
     this.#down.add(event.pointerId);
     // A pointer that is gone already, as one made by a script, cannot be captured.
     try {
@@ -108,12 +129,14 @@ export class Pointers {
     } catch (error) {
       if (error.name !== 'NotFoundError') throw error;
     }
-    this.#tell(Phase.began, [event]);
   }
 
   // Browsers gather moves for one frame; a drawn line needs all of them. A mouse whose other buttons are
   // still down moves when the one that counts lifts.
   #moved(event) {
+    if (this.#target.isViewing()) {
+      return this.#viewing.moved(event.pointerId, this.#placeOf(event), event.timeStamp);
+    }
     if (event.pointerType === 'mouse' && !(event.buttons & buttonBits[this.#button])) {
       this.#lifted(event, Phase.ended);
       return;
@@ -124,6 +147,7 @@ export class Pointers {
 
   #lifted(event, phase) {
     this.#down.delete(event.pointerId);
+    if (this.#target.isViewing()) return this.#viewing.lifted(event.pointerId, event.timeStamp);
     this.#tell(phase, [event]);
     if (event.pointerType === 'mouse') this.#isPanning = false;
   }
@@ -133,11 +157,10 @@ export class Pointers {
     if (this.#target.leavesWheel() && !hasKey) return;
     event.preventDefault();
     if (this.#target.isHeld()) return;
-    const turned = event.deltaY / notches[event.deltaMode];
-    // A touchpad's pinch arrives as a wheel with the control key, in small steps.
-    const isPinch = event.ctrlKey && Math.abs(turned) < smallestNotch;
-    const factor = isPinch ? Math.exp(-turned) : notchFactor ** -turned;
-    this.#target.zoom(this.#placeOf(event), factor, event.timeStamp);
+    const { factor, distance } = readWheel(event);
+    const place = this.#placeOf(event);
+    if (factor === 1 && distance) this.#target.scroll(place, distance, event.timeStamp);
+    else this.#target.zoom(place, factor, distance, event.timeStamp);
   }
 
   // What one event of the page brings, of one pointer.

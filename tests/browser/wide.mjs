@@ -1,0 +1,206 @@
+// <kalim-editor> on a wide screen: bars of its own, the kit, and what of the module is fetched for them when.
+
+import assert from 'node:assert/strict';
+import { mkdir, writeFile } from 'node:fs/promises';
+import { join } from 'node:path';
+import { afterEach, test } from 'node:test';
+
+import { page, rest, take, toolCount } from './embedding.mjs';
+import { build } from './server.mjs';
+import { until } from './webdriver.mjs';
+
+const results = join(build, 'results/wide');
+const fetched = () => page.evaluate(() => performance.getEntriesByType('resource')
+  .map(({ name }) => name.split('/').at(-1)).filter((name) => name.endsWith('.wasm')));
+const isWhole = () => until(async () => (await fetched()).includes('kalimkit-desk.wasm'), 'the rest of the module');
+
+// The one in hand last is that of a new editor, and may need the kit.
+const forgetPen = () => page.evaluate(() => localStorage.removeItem('kalimkit.tool.last'));
+
+// The element fills a desktop's window and has opened its picture there.
+async function openWide({ size = [1100, 720], scale = 1, looks = {}, attributes = {}, colors = {} } = {}) {
+  await page.widen(...size, scale, looks);
+  await forgetPen();
+  await page.goto('/tests/embed.html');
+  await page.evaluate(async (given, style) => {
+    await import('/tests/embed.js');
+    Object.assign(window.first.style, { width: '100vw', height: '100vh' });
+    for (const [name, value] of Object.entries(style)) window.first.style.setProperty(name, value);
+    for (const [name, value] of Object.entries(given)) window.first.setAttribute(name, value);
+    await window.first.open('/photos/coffee.png');
+  }, attributes, colors);
+  await rest();
+  await take();
+}
+
+async function shoot(name) {
+  await mkdir(results, { recursive: true });
+  await writeFile(join(results, `${name}.png`), await page.screenshot());
+}
+
+const colorAt = (x, y) => page.evaluate((place) => {
+  const canvas = window.first.shadowRoot.querySelector('canvas');
+  return [...canvas.getContext('2d').getImageData(...place.map((side) => Math.round(side * devicePixelRatio)), 1, 1).data];
+}, [x, y]);
+
+async function draw(...places) {
+  await page.drag('main', ...places);
+  await rest();
+}
+
+// Of a place in the bar of pens.
+const barPlace = [4, 300];
+
+afterEach(() => page.resize(390, 844));
+
+test('a phone fetches the rest of the module only for what needs it', async () => {
+  assert.deepEqual(await fetched(), ['kalimkit.wasm']);
+  await page.evaluate(() => window.first.setTool('blockarrow'));
+  await isWhole();
+  await rest();
+  await page.touch([[150, 150]], [[180, 180]], [[250, 220]]);
+  await rest();
+  assert.equal(await toolCount(), 1);
+  await page.evaluate(async () => {
+    sessionStorage.drawn = await (await window.first.getDocument()).text();
+  });
+
+  await forgetPen();
+  await page.goto('/tests/embed.html');
+  await page.evaluate(() => import('/tests/embed.js'));
+  await page.waitFor(() => window.first.isOpen);
+  assert.deepEqual(await fetched(), ['kalimkit.wasm']);
+  const open = () => page.evaluate(() => window.first.open(new File([sessionStorage.drawn], 'a.kalim')).catch(String));
+  await page.evaluate(() => {
+    window.first.close();
+    window.first.deskUrl = '/none.wasm';
+  });
+  assert.match(await open(), /none\.wasm: 404/);
+  await page.evaluate(() => {
+    window.first.close();
+    window.first.deskUrl = null;
+  });
+  assert.equal(await open(), true);
+  assert.equal(await toolCount(), 1);
+  assert.deepEqual((await fetched()).at(-1), 'kalimkit-desk.wasm');
+});
+
+test('a wide screen has bars of its own, in the looks of the system and of the page', async () => {
+  const dark = { 'prefers-color-scheme': 'dark' };
+  const light = { 'prefers-color-scheme': 'light' };
+  const table = [
+    { name: 'light-en', looks: light, scale: 1, attributes: { lang: 'en' }, bar: (level) => level > 200 },
+    { name: 'dark-zh', looks: dark, scale: 1.5, attributes: { lang: 'zh' }, bar: (level) => level < 80 },
+    { name: 'dark-by-page', looks: light, scale: 2, attributes: { theme: 'dark' }, bar: (level) => level < 80 },
+    { name: 'colours', looks: light, scale: 1, colors: { '--kalim-bar': '#123456' },
+      bar: (red, green, blue) => red === 0x12 && green === 0x34 && blue === 0x56 },
+  ];
+  for (const { name, bar, ...given } of table) {
+    await openWide(given);
+    assert.deepEqual(await fetched(), ['kalimkit.wasm', 'kalimkit-desk.wasm'], name);
+    await shoot(name);
+    const color = await colorAt(...barPlace);
+    assert.ok(bar(...color), `${name}: ${color}`);
+  }
+});
+
+test('bars change with the size in the middle of a drag, and nothing is lost', async () => {
+  await openWide();
+  await page.evaluate(() => window.first.setTool('rectangle'));
+  await draw([400, 200], [500, 300], [520, 320]);
+  await page.hold([600, 200]);
+  await page.hover([700, 300]);
+  const narrow = (width, height) => page.evaluate((...size) => {
+    Object.assign(window.first.style, { width: `${size[0]}px`, height: `${size[1]}px` });
+  }, width, height);
+  await narrow(390, 700);
+  await rest();
+  await shoot('narrow');
+  await narrow(1100, 720);
+  await rest();
+  await page.letGo();
+  await rest();
+  const count = await toolCount();
+  assert.ok(count === 1 || count === 2, `${count} shapes`);
+  for (let left = count; left > 0; --left) assert.equal(await page.evaluate(() => window.first.undo()), true);
+  assert.equal(await toolCount(), 0);
+});
+
+test('each tool of the kit is drawn by the mouse', async () => {
+  await openWide();
+  const pens = await page.evaluate(async () => {
+    const { Pen } = await import('/kalimkit/host/browser/kalim.js');
+    const { needsKit } = await import('/kalimkit/host/browser/choices.js');
+    return Object.keys(Pen).filter((name) => needsKit(Pen[name]));
+  });
+  assert.ok(pens.length > 3);
+  for (const [i, name] of pens.entries()) {
+    await page.evaluate((pen) => window.first.setTool(pen), name);
+    const [x, y] = [260 + (i % 4) * 190, 120 + Math.floor(i / 4) * 170];
+    await draw([x, y], [x + 40, y + 30], [x + 120, y + 90]);
+  }
+  await shoot('kit');
+  assert.ok(await toolCount() >= pens.length - 3, `${await toolCount()} of ${pens}`);
+  assert.deepEqual(await page.complaints(), []);
+});
+
+test('the page decides what is around the picture', async () => {
+  await openWide({ attributes: { ui: 'none' } });
+  assert.deepEqual(await fetched(), ['kalimkit.wasm']);
+  await page.evaluate(() => {
+    window.first.setTool('rectangle');
+    window.first.setWidth(12);
+    for (const [name, value] of [['layout', 'huge'], ['pens', 'arrow brush'], ['colors', '#f00 red'], ['widths', '0'],
+      ['theme', 'blue'], ['ui', 'some']]) window.first.setAttribute(name, value);
+  });
+  const warnings = (await take()).filter(({ type }) => type === 'kalim-warning').map(({ message }) => message);
+  assert.deepEqual(warnings.map((message) => /"([^"]*)"/.exec(message)[1]), ['huge', 'brush', 'red', '0', 'blue', 'some']);
+  await draw([300, 150], [350, 200], [500, 300]);
+  await shoot('none');
+  assert.equal(await toolCount(), 1);
+
+  await draw([300, 200], [300, 200]);
+  await until(async () => (await take()).some(({ type, count }) => type === 'kalim-selection' && count === 1), 'a selection');
+  const told = await page.evaluate(() => window.first.properties.map(({ name }) => name));
+  assert.ok(told.includes('opacity'), String(told));
+  const chosen = await page.evaluate(() => {
+    window.first.setProperty('opacity', 0.5);
+    return window.first.properties.find(({ name }) => name === 'opacity').value;
+  });
+  assert.equal(chosen, 0.5);
+  assert.match(await page.evaluate(() => window.embed.failure('setProperty', 'opacity', 7)), /^RangeError: opacity .*"7"/);
+  assert.match(await page.evaluate(() => window.embed.failure('setProperty', 'size', 7)), /^RangeError: .*"size"/);
+
+  // A listener that keeps it, and may look.
+  await page.evaluate(() => {
+    window.asked = [];
+    window.keep = (event) => {
+      event.preventDefault();
+      window.asked.push(event.detail.count, window.first.toolCount);
+      try {
+        window.first.undo();
+      } catch (error) {
+        window.asked.push(error.name);
+      }
+    };
+    document.addEventListener('kalim-delete', window.keep);
+    window.first.shadowRoot.querySelector('canvas').focus();
+  });
+  await page.press('Delete');
+  assert.deepEqual(await page.evaluate(() => [window.asked, window.first.toolCount]), [[1, 1, 'InvalidStateError'], 1]);
+  await page.evaluate(() => document.removeEventListener('kalim-delete', window.keep));
+  assert.equal(await page.evaluate(() => window.first.deleteSelection()), true);
+  assert.equal(await toolCount(), 0);
+});
+
+test('a picture that is only looked at is moved and zoomed', async () => {
+  await openWide({ attributes: { readonly: '' } });
+  await draw([300, 150], [350, 200], [500, 300]);
+  await page.press('r');
+  assert.equal(await toolCount(), 0);
+  const before = await colorAt(550, 360);
+  await page.wheel([700, 200], -500);
+  await rest();
+  assert.notDeepEqual(await colorAt(550, 360), before);
+  assert.equal(await page.evaluate(() => window.first.canUndo), false);
+});
