@@ -40,7 +40,7 @@ const ToolClass& MDrawMagnifier::Class() {
         "MDrawMagnifier",
         &MDrawRect::Class(),
         &MDrawTool::makeToolAt<MDrawMagnifier>,
-        {.label = "{}放大镜", .toolType = 24, .details = detailRules, .properties = properties}};
+        {.label = "{}放大镜", .span = ToolSpan::Free, .toolType = 24, .details = detailRules, .properties = properties}};
     return toolClass;
 }
 
@@ -115,6 +115,17 @@ void MDrawMagnifier::moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) {
     }
     _startPoint = {low.x, high.y};
     _endPoint = {high.x, low.y};
+}
+
+// A group that grows more in one direction than in the other leaves it a circle.
+void MDrawMagnifier::mapPoints(const PointMap& map) {
+    MDrawRect::mapPoints(map);
+    const gfx::Size size = frame().size;
+    if (size.width == size.height) return;
+    const gfx::Point center = middle();
+    const double half = (size.width + size.height) / 4;
+    _startPoint = center - gfx::Point{half, half};
+    _endPoint = center + gfx::Point{half, half};
 }
 
 // About the same middle.

@@ -26,6 +26,7 @@ public:
     bool hitTest(gfx::Point p) override;
     // Keeps the circle one, and moves the place where its handle is dragged.
     void moveByOffsetEndPoint(gfx::Point offset, gfx::Point end) override;
+    void mapPoints(const PointMap& map) override;
 
     void drawContent(gfx::Context& context) override;
     void drawSlectedStateContent(gfx::Context& context) override;

@@ -8,6 +8,7 @@
 #include "kalimkit/image/SmallPicture.h"
 #include "kalimkit/shapes/Badge.h"
 #include "kalimkit/shapes/CountText.h"
+#include "kalimkit/shapes/MDrawMagnifier.h"
 #include "kalimkit/shapes/MDrawNumber.h"
 #include "kalimkit/shapes/outline/CurvedArrowOutline.h"
 
@@ -104,6 +105,13 @@ TEST(EverydayKit, InkIsLegibleOnEveryColour) {
         const double b = light(inkOn(ground));
         EXPECT_GE(std::max(a, b) / std::min(a, b), 3) << hex;
     }
+}
+
+TEST(EverydayKit, AMagnifierStaysACircleInAGroupThatIsStretched) {
+    const auto magnifier = MDrawMagnifier::initWithStartPoint({100, 100});
+    magnifier->drawThrough(std::vector<gfx::Point>{{160, 160}});
+    magnifier->scaleBy({100, 100}, {2, 1});
+    EXPECT_EQ(magnifier->frame(), gfx::Rect(115, 85, 90, 90));
 }
 
 TEST(EverydayKit, SmallPicturesGoThroughTexts) {
