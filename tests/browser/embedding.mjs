@@ -23,7 +23,10 @@ after(() => page.close());
 beforeEach(async () => {
   await page.goto('/tests/blank.html');
   // The hint that invites a first tap moves for ever.
-  await page.evaluate(() => localStorage.setItem('kalimkit.canUseRingAnimation', false));
+  await page.evaluate(() => {
+    localStorage.clear();
+    localStorage.setItem('kalimkit.canUseRingAnimation', false);
+  });
   await page.goto('/tests/embed.html');
   await page.evaluate(() => import('/tests/embed.js'));
   await page.waitFor(() => window.first.isOpen);
