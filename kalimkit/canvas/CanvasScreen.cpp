@@ -38,8 +38,7 @@ bool rescale(CanvasLayers& layers, gfx::Size size, const gfx::AffineTransform& t
 
 CanvasScreen::CanvasScreen(const Canvas& canvas)
     : _canvas(canvas),
-      _drawn(
-          {[this](MDrawTool& tool) { return drawnExtent(tool, layerScale(_layers)); }, layerOf}) {}
+      _drawn({[this](MDrawTool& tool) { return extentOf(tool); }, layerOf}) {}
 
 // ---- what has changed
 
@@ -107,6 +106,16 @@ const ToolList& CanvasScreen::createdTools() {
     return _created;
 }
 
+// What is selected and rests in its layer is drawn there as if it were not selected.
+gfx::Rect CanvasScreen::extentOf(MDrawTool& tool) const {
+    const bool isResting = std::ranges::find(_resting, &tool, &ToolRef::get) != _resting.end();
+    const bool isSelected = isResting && tool.selected();
+    if (isSelected) tool.setSelected(false);
+    const gfx::Rect extent = drawnExtent(tool, layerScale(_layers));
+    if (isSelected) tool.setSelected(true);
+    return extent;
+}
+
 bool CanvasScreen::hasLivePatch() const {
     const auto& group = _canvas.selection.group();
     return group && _canvas.selection.isLive() &&
@@ -160,7 +169,7 @@ void CanvasScreen::updateTied() {
 // its areas have moved.
 void CanvasScreen::markTied() {
     for (const ToolRef& tool : _tied.takeRepeaters()) {
-        const gfx::Rect extent = drawnExtent(*tool, layerScale(_layers));
+        const gfx::Rect extent = extentOf(*tool);
         _layers.invalidate(CanvasLayers::Items, extent);
         mark(extent);
     }

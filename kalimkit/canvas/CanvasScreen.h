@@ -70,9 +70,9 @@ private:
     void updateTied();
     void markGround(const gfx::Rect& rect);
     void markTied();
-    void markShade();
     void drawOnTop(const DrawnTools::Stale& stale);
     void sweepChangedTools();
+    gfx::Rect extentOf(MDrawTool& tool) const;
     bool hasLivePatch() const;
     ToolRef selection() const;
     const ToolList& createdTools();

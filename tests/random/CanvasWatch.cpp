@@ -53,6 +53,7 @@ CanvasWatch::Fault CanvasWatch::didPlay(const JsonValue& step) {
     if (!_canvas.forgiving()) noteUnrecorded(step);
     if (Fault fault = follow(step, now)) return fault;
     countQuietTime(step);
+    noteNudging(step, now);
     if (Fault fault = checkHistory(now)) return fault;
     if (Fault fault = checkNothingIsMade()) return fault;
     if (!isSettled()) return std::nullopt;
@@ -91,12 +92,19 @@ bool CanvasWatch::isQuiet() const {
 
 // Nothing is under way that has no step yet.
 bool CanvasWatch::isSettled() const {
-    return isQuiet() && std::ranges::none_of(_canvas.tools(), &MDrawTool::isNewBuild);
+    return isQuiet() && !_isNudged && std::ranges::none_of(_canvas.tools(), &MDrawTool::isNewBuild);
 }
 
 void CanvasWatch::countQuietTime(const JsonValue& step) {
     const JsonValue* seconds = step.find("wait");
     _quietTime = seconds && isQuiet() ? _quietTime + *seconds->number() : 0;
+}
+
+// Nudges become a step once they have paused, or before anything else that does.
+void CanvasWatch::noteNudging(const JsonValue& step, const Stacks& now) {
+    const JsonValue* call = step.find("call");
+    if (now != _before.stacks || _quietTime > 1) _isNudged = false;
+    if (call && *call->string() == "nudge") _isNudged = true;
 }
 
 // ---- what the step has done

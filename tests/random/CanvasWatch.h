@@ -65,6 +65,7 @@ private:
     bool isQuiet() const;
     bool isSettled() const;
     void countQuietTime(const JsonValue& step);
+    void noteNudging(const JsonValue& step, const Stacks& now);
 
     // ---- what the step has done
     Fault follow(const JsonValue& step, const Stacks& now);
@@ -89,6 +90,8 @@ private:
     Before _before;
     // Seconds.
     double _quietTime = 0;
+    // And have no step yet.
+    bool _isNudged = false;
     // By the height of the undo stack; nothing where the canvas was not at rest at that height.
     std::vector<std::optional<ToolPrints>> _prints;
     // Moved by a gesture that broke off without a record; they may differ from their history.

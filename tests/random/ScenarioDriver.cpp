@@ -67,8 +67,10 @@ void ScenarioDriver::choosePoints() {
 
 void ScenarioDriver::draw() {
     if (happens(50)) {
-        // The tool types from 22 on look different with what lies around them.
-        const std::uint32_t type = happens(20) ? 22 + below(4) : below(8);
+        // A fifth is of the kit for how-to pictures. The tool types from 22 to 25 look different
+        // with what lies around them.
+        const std::uint32_t ofKit = 20 + below(7);
+        const std::uint32_t type = happens(20) ? ofKit : below(8);
         // Half of the mosaic patches hide for certain or blur.
         const std::uint32_t style = below(3) + (type == 5 && happens(50) ? 10 : 0);
         call("beginDrawingForTypeWithDrawType", {type, style});
@@ -208,7 +210,18 @@ void ScenarioDriver::selectSome() {
 }
 
 void ScenarioDriver::changeTools() {
-    switch (below(6)) {
+    struct Look {
+        const char* name;
+        JsonValue value;
+    };
+    const std::vector<Look> looks{{"opacity", 0.5},      {"dash", "dashed"}, {"dash", "solid"},
+                                  {"fill", "#34C75980"}, {"heads", "both"},  {"bend", 0.25},
+                                  {"start", 4},          {"style", "a"},     {"sign", "heart"}};
+    switch (below(7)) {
+        case 6: {
+            const Look& look = oneOf(looks);
+            return call("setToolProperty", {look.name, look.value});
+        }
         case 0:
             return call("deleteSelectedTools");
         case 1:
@@ -283,7 +296,8 @@ void ScenarioDriver::cutPicture() {
 // Kinds that no finger makes.
 void ScenarioDriver::make() {
     const std::vector<const char*> kinds{"MDrawPolyline", "MDrawAngle",    "MDrawArc",
-                                         "MDrawComment",  "MDrawFatArrow", "MDrawRoundedRect"};
+                                         "MDrawComment",  "MDrawFatArrow", "MDrawRoundedRect",
+                                         "MDrawNumber",   "MDrawStamp"};
     JsonValue::Array places;
     for (std::uint32_t left = 2 + below(3); left > 0; --left)
         places.push_back(toJson(anywhere()));

@@ -38,14 +38,16 @@ void inOrder(JsonValue& tool) {
     }
 }
 
-// The tools without what belongs to a gesture.
+// The tools without what belongs to a gesture. A forgiving canvas begins every turning with the
+// angle that there is.
 JsonValue::Array toolsOf(const MDrawView& canvas, bool hasNames) {
     JsonValue::Array tools = *describeCanvas(canvas).front().second.array();
     for (JsonValue& tool : tools) {
         inOrder(tool);
-        std::erase_if(*tool.object(), [hasNames](const JsonValue::Member& member) {
+        std::erase_if(*tool.object(), [&](const JsonValue::Member& member) {
             constexpr std::array passing{"selected", "moveDirection"};
             return std::ranges::find(passing, member.first) != passing.end() ||
+                   (canvas.forgiving() && member.first == "lastRotateAngle") ||
                    (!hasNames && member.first == "name");
         });
     }
