@@ -37,8 +37,7 @@ bool rescale(CanvasLayers& layers, gfx::Size size, const gfx::AffineTransform& t
 }  // namespace
 
 CanvasScreen::CanvasScreen(const Canvas& canvas)
-    : _canvas(canvas),
-      _drawn({[this](MDrawTool& tool) { return extentOf(tool); }, layerOf}) {}
+    : _canvas(canvas), _drawn({[this](MDrawTool& tool) { return extentOf(tool); }, layerOf}) {}
 
 // ---- what has changed
 

@@ -128,7 +128,8 @@ CanvasWatch::Fault CanvasWatch::follow(const JsonValue& step, const Stacks& now)
         return followRedo(now);
     } else if (now.redoable != _before.stacks.redoable ||
                now.undoable.size() != _before.stacks.undoable.size()) {
-        return followRecords(now, 0);
+        // Ink that is broken off is a step that has been undone.
+        return followRecords(now, name == "cancelGesture" ? now.redoable.size() : 0);
     }
     return std::nullopt;
 }

@@ -66,8 +66,10 @@ ScenarioRun::~ScenarioRun() = default;
 bool ScenarioRun::play(const std::string& line) {
     if (_fault) return false;
     _watch->willPlay();
-    if (_player->play(line)) return false;
+    const bool isRefused = _player->play(line).has_value();
+    // An export of nothing is refused, and has ended what was being drawn all the same.
     _fault = _watch->didPlay(parseJson(line).value);
+    if (isRefused) return false;
     _played.push_back(line);
     if (_setting.comparesOften || _played.size() % rareComparison == 0) compare();
     return true;
