@@ -6,12 +6,17 @@ const notchFactor = 1.15;
 const notchDistance = 60;
 // The least part of a notch that a wheel turns at once.
 const smallestNotch = 0.4;
-// WheelEvent.wheelDelta of a notch.
-const notchDelta = 120;
+// How long, in milliseconds, what has begun as a touchpad's scrolling goes on without an event.
+const mostPause = 200;
+let lastOfTouchpad = -Infinity;
 
-// Only a touchpad goes two ways at once, or by less than a notch.
-function isTouchpad({ deltaMode, deltaX, shiftKey, wheelDeltaY = 0 }) {
-  return deltaMode === 0 && ((deltaX !== 0 && !shiftKey) || wheelDeltaY % notchDelta !== 0);
+// Only a touchpad goes two ways at once, or begins with less than a notch.
+function isTouchpad({ deltaMode, deltaX, deltaY, shiftKey, timeStamp }) {
+  if (deltaMode !== 0 || shiftKey) return false;
+  const begins = deltaX !== 0 || Math.abs(deltaY) < smallestNotch * notches[0];
+  const goesOn = timeStamp - lastOfTouchpad < mostPause;
+  if (begins || goesOn) lastOfTouchpad = timeStamp;
+  return begins || goesOn;
 }
 
 // Answers with { factor, distance }: how much larger things become, 1 for none, and by how many points they move, to
