@@ -89,6 +89,15 @@ bool CanvasArrangement::selectAll() {
     return !tools.empty();
 }
 
+bool CanvasArrangement::selectAt(gfx::Point p) {
+    begin();
+    const ToolRef tool = _canvas.tools.topmostAt(p);
+    if (!tool || !_canvas.selection.isPickable(*tool)) return false;
+    if (!_canvas.selection.contains(tool))
+        _canvas.selection.select(_canvas.selection.withGroups({tool}));
+    return _canvas.selection.isValid();
+}
+
 bool CanvasArrangement::selectWithin(const gfx::Rect& rect) {
     begin();
     ToolList tools;
@@ -104,6 +113,11 @@ bool CanvasArrangement::selectWithin(const gfx::Rect& rect) {
 
 // ---- places
 
+// From the canvas to how the picture is turned on the screen.
+gfx::AffineTransform CanvasArrangement::toSeen() const {
+    return gfx::AffineTransform::quarterTurn(_canvas.tools.quarterTurns());
+}
+
 bool CanvasArrangement::nudge(gfx::Point offset) {
     // A finger that drags them says where they are.
     if (_canvas.finger.hasMoved()) return false;
@@ -111,8 +125,7 @@ bool CanvasArrangement::nudge(gfx::Point offset) {
     const ToolList tools = movable();
     if (tools.empty() || offset == gfx::Point{}) return false;
     const bool isFirst = !isNudging();
-    const gfx::Point moved =
-        gfx::AffineTransform::quarterTurn(-_canvas.tools.quarterTurns()).apply(offset);
+    const gfx::Point moved = toSeen().inverted().apply(offset);
     for (const ToolRef& tool : tools)
         tool->moveBy(moved);
     _nudged = _canvas.selection.group();
@@ -134,13 +147,22 @@ void CanvasArrangement::endNudging() {
     if (nudged && std::ranges::all_of(nudged->subTools(), isHere)) _canvas.tools.record(nudged);
 }
 
+std::vector<gfx::Rect> CanvasArrangement::seenFrames(const std::vector<Unit>& units) const {
+    std::vector<gfx::Rect> frames;
+    for (const Unit& unit : units)
+        frames.push_back(toSeen().apply(unit.frame));
+    return frames;
+}
+
+// By offsets as they are seen.
 bool CanvasArrangement::moveUnits(const std::vector<Unit>& units,
                                   const std::vector<gfx::Point>& offsets) {
+    const gfx::AffineTransform toCanvas = toSeen().inverted();
     ToolList moved;
     for (std::size_t i = 0; i < units.size(); ++i) {
         if (offsets[i] == gfx::Point{}) continue;
         for (const ToolRef& tool : units[i].tools) {
-            tool->moveBy(offsets[i]);
+            tool->moveBy(toCanvas.apply(offsets[i]));
             moved.push_back(tool);
         }
     }
@@ -151,15 +173,13 @@ bool CanvasArrangement::align(Alignment alignment) {
     if (!begin()) return false;
     const std::vector<Unit> units = unitsOf(movable());
     if (units.empty()) return false;
-    std::vector<gfx::Rect> frames;
-    for (const Unit& unit : units)
-        frames.push_back(unit.frame);
+    const std::vector<gfx::Rect> frames = seenFrames(units);
     gfx::Rect within = frames.front();
     for (const gfx::Rect& frame : frames)
         within = within.unionWith(frame);
     if (units.size() == 1) {
         if (!_canvas.shown.picture.source()) return false;
-        within = _canvas.shown.picture.part();
+        within = toSeen().apply(_canvas.shown.picture.part());
     }
     return moveUnits(units, alignmentOffsets(frames, alignment, within));
 }
@@ -167,10 +187,7 @@ bool CanvasArrangement::align(Alignment alignment) {
 bool CanvasArrangement::distribute(Direction direction) {
     if (!begin()) return false;
     const std::vector<Unit> units = unitsOf(movable());
-    std::vector<gfx::Rect> frames;
-    for (const Unit& unit : units)
-        frames.push_back(unit.frame);
-    return moveUnits(units, distributionOffsets(frames, direction));
+    return moveUnits(units, distributionOffsets(seenFrames(units), direction));
 }
 
 bool CanvasArrangement::changeOrder(OrderChange change) {

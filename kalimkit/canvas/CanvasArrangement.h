@@ -48,6 +48,9 @@ public:
     // ---- choosing; no steps
     // Everything that a finger can pick.
     bool selectAll();
+    // What lies at a point, with its group, unless it is selected already; nothing happens where
+    // nothing can be picked.
+    bool selectAt(gfx::Point p);
     // What a rectangle meets, but for what lies around all of it; with their groups.
     bool selectWithin(const gfx::Rect& rect);
 
@@ -55,7 +58,8 @@ public:
     // By an offset as it is seen, whichever way the picture is turned. What comes within a second
     // of the one before is the same step.
     bool nudge(gfx::Point offset);
-    // Along the selection's own edge, or the picture's where it is a single shape or group.
+    // Along the selection's own edge, or the picture's where it is a single shape or group. Edges
+    // and directions are those that are seen, too.
     bool align(Alignment alignment);
     bool distribute(Direction direction);
     bool changeOrder(OrderChange change);
@@ -97,6 +101,8 @@ private:
     bool begin();
     ToolList movable() const;
     static std::vector<Unit> unitsOf(const ToolList& tools);
+    gfx::AffineTransform toSeen() const;
+    std::vector<gfx::Rect> seenFrames(const std::vector<Unit>& units) const;
     bool moveUnits(const std::vector<Unit>& units, const std::vector<gfx::Point>& offsets);
     bool record(const ToolList& tools);
     std::int64_t nextGroup() const;

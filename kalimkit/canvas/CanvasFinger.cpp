@@ -140,6 +140,7 @@ void CanvasFinger::down(gfx::Point p) {
     if (isPlacing()) return leadPoint(p);
     // A tool that a gesture without an end left is drawn on.
     if (isCreating()) return;
+    _canvas.selection.endNudging();
     if (_canvas.typing.endByTouch()) {
         enter(FingerState::Aborted);
         return _canvas.home.redisplay();

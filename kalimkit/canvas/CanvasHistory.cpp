@@ -108,6 +108,7 @@ void CanvasHistory::removeSelected() {
     CanvasSelection& selection = _canvas.selection;
     if (!selection.group()) return;
     // What fingers are still doing is a step of its own, and may have been the selection's last.
+    selection.endNudging();
     if (_canvas.tools.forgiving()) selection.endStepUnderWay();
     if (!selection.group()) return;
     const auto& question = ui::Environment::current().attachment<DeletionQuestion>();

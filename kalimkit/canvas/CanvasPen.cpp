@@ -46,6 +46,7 @@ void CanvasPen::choose(const ToolClass* toolClass, std::uint64_t drawType) {
 void CanvasPen::setDrawType(std::uint64_t drawType, const ToolClass* toolClass) {
     _canvas.tools.pen().drawType = drawType;
     CanvasSelection& selection = _canvas.selection;
+    selection.endNudging();
     if (!toolClass || !selection.isValid() || selection.group()->drawType() == drawType) return;
     selection.group()->setDrawTypeForType(drawType, toolClass);
     selection.recordChange();
@@ -64,6 +65,7 @@ void CanvasPen::setColor(gfx::ColorRef color) {
         return _canvas.home.redisplay();
     }
     CanvasSelection& selection = _canvas.selection;
+    selection.endNudging();
     if (!selection.isValid() || gfx::equalColors(selection.group()->color(), pen.color)) return;
     selection.group()->setColor(pen.color);
     selection.recordChange();
@@ -80,6 +82,7 @@ void CanvasPen::setLineWidth(double width) {
         return _canvas.home.redisplay();
     }
     CanvasSelection& selection = _canvas.selection;
+    selection.endNudging();
     if (!selection.isValid() || selection.group()->lineWidth() == width) return;
     selection.group()->setLineWidth(width);
     if (_canvas.tools.forgiving()) selection.group()->growToLineWidth();
@@ -104,6 +107,7 @@ bool CanvasPen::setProperty(const std::string& name, const ToolPropertyValue& va
         return true;
     }
     CanvasSelection& selection = _canvas.selection;
+    selection.endNudging();
     if (!selection.isValid()) return isTaken;
     bool isChanged = false;
     for (const ToolRef& tool : selection.group()->subTools()) {
@@ -146,6 +150,7 @@ bool CanvasPen::setDetail(const std::string& name, const std::string& text) {
     const bool isOfPen = pen.toolClass && hasIt(*pen.toolClass);
     if (isOfPen) pen.setDetail(*pen.toolClass, name, text);
     CanvasSelection& selection = _canvas.selection;
+    selection.endNudging();
     if (!selection.isValid()) return isOfPen;
     bool isTaken = false;
     for (const ToolRef& tool : selection.group()->subTools()) {

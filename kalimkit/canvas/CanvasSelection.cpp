@@ -198,6 +198,10 @@ void CanvasSelection::notify() {
 void CanvasSelection::endStepUnderWay() {
     _canvas.finger.endDrag();
     endRotationUnderWay();
+    endNudging();
+}
+
+void CanvasSelection::endNudging() {
     _canvas.arrangement.endNudging();
 }
 

@@ -64,6 +64,8 @@ public:
     void recordChange();
     // What fingers are doing with it becomes a step of its own.
     void endStepUnderWay();
+    // What keys have moved is a step of its own, before something else is done to it.
+    void endNudging();
 
     // ---- taps on a text of it
     bool isSecondTap(const ToolRef& tool) const;

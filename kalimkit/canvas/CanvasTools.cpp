@@ -79,10 +79,13 @@ void CanvasTools::clear() {
     _undoManager.reset();
 }
 
+// What has left the canvas since does not come back by its place.
 void CanvasTools::lay(const ToolPlacements& placements) {
-    for (const ToolPlacement& placement : placements)
-        std::erase(*_list, placement.tool);
-    for (const ToolPlacement& placement : placements)
+    ToolPlacements laid;
+    for (const ToolPlacement& placement : placements) {
+        if (std::erase(*_list, placement.tool) > 0) laid.push_back(placement);
+    }
+    for (const ToolPlacement& placement : laid)
         insert(placement.tool, std::min(placement.place, _list->size()));
 }
 

@@ -1,15 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 #include <string>
 
 #include "kalimkit/canvas/Alignment.h"
+#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/CanvasCursor.h"
 #include "kalimkit/canvas/DrawingOrder.h"
 #include "kalimkit/canvas/DrawnSpan.h"
 #include "kalimkit/canvas/SelectionFrame.h"
 #include "kalimkit/canvas/Snapping.h"
+#include "tests/canvas/CanvasHost.h"
 
 namespace kalim {
 
@@ -192,6 +196,89 @@ TEST(CanvasCursor, TellsHowAHandleIsDragged) {
     EXPECT_EQ(resizeCursor({0, 5}), ui::Cursor::ResizeNS);
     EXPECT_EQ(resizeCursor({1, -1}), ui::Cursor::ResizeNESW);
     EXPECT_EQ(resizeCursor({1, 0.3}), ui::Cursor::ResizeEW);
+}
+
+// A forgiving canvas with boxes on it.
+struct Arranging : testing::Test, test::CanvasHost {
+    Arranging() { canvas->setForgiving(true); }
+
+    ToolRef box(const Rect& rect) {
+        const ToolRef tool = MDrawRect::initWithStartPoint(rect.origin);
+        tool->drawThrough(std::vector<Point>{{rect.maxX(), rect.maxY()}});
+        EXPECT_TRUE(canvas->addTool(tool));
+        canvas->selectTools({tool});
+        return tool;
+    }
+    CanvasArrangement& shapes() { return *canvas->arrangement(); }
+};
+
+TEST_F(Arranging, WhatKeysHaveMovedIsAStepOfItsOwn) {
+    const ToolRef tool = box({50, 50, 100, 60});
+    const gfx::ColorRef color = tool->color();
+    const std::function<void()> changes[] = {
+        [&] { canvas->setDrawColorIsTranslucent(gfx::makeColor(0, 0, 1), false); },
+        [&] { canvas->setDrawLineWidth(canvas->lineWidth() + 3); },
+        [&] { canvas->setToolProperty("opacity", 0.5); },
+        [&] {
+            drag({100, 50}, {130, 90});
+        },
+        [&] { canvas->deleteSelectedTools(); },
+    };
+    for (const auto& change : changes) {
+        const Point start = tool->startPoint();
+        canvas->selectTools({tool});
+        shapes().nudge({3, 4});
+        change();
+        EXPECT_TRUE(canvas->undo());
+        EXPECT_EQ(tool->startPoint(), start + Point(3, 4));
+        EXPECT_TRUE(canvas->undo());
+        EXPECT_EQ(tool->startPoint(), start);
+    }
+    EXPECT_EQ(tool->color(), color);
+}
+
+TEST_F(Arranging, GoesByTheEdgesThatAreSeen) {
+    canvas->setSnipImage(plainPicture(400, 400, {1, 1, 1}));
+    const ToolList tools{box({60, 100, 50, 60}), box({130, 200, 50, 60}), box({180, 260, 50, 40})};
+    ASSERT_TRUE(canvas->setPictureCut({{}, 1}));
+    const auto seen = [&](const ToolRef& tool) {
+        return gfx::AffineTransform::quarterTurn(1).apply(tool->shownFrame());
+    };
+    canvas->selectTools(tools);
+    const double left =
+        std::min({seen(tools[0]).minX(), seen(tools[1]).minX(), seen(tools[2]).minX()});
+    ASSERT_TRUE(shapes().align(Alignment::Left));
+    for (const ToolRef& tool : tools)
+        EXPECT_NEAR(seen(tool).minX(), left, 1e-9);
+    ASSERT_TRUE(shapes().distribute(Direction::Vertically));
+    const auto gap = [&](int above, int below) {
+        return seen(tools[below]).minY() - seen(tools[above]).maxY();
+    };
+    EXPECT_NEAR(gap(2, 1), gap(1, 0), 1e-9);
+}
+
+// A canvas that is not forgiving keeps what could be done again when something is deleted.
+TEST_F(Arranging, AnOrderBringsNothingBackThatIsGone) {
+    canvas->setForgiving(false);
+    const ToolRef lower = box({50, 50, 100, 60});
+    const ToolRef upper = box({50, 150, 100, 60});
+    ASSERT_TRUE(shapes().changeOrder(OrderChange::ToBack));
+    EXPECT_EQ(canvas->tools(), (ToolList{upper, lower}));
+    canvas->undo();
+    canvas->selectTools({upper});
+    canvas->deleteSelectedTools();
+    canvas->redo();
+    EXPECT_EQ(canvas->tools(), (ToolList{lower}));
+}
+
+TEST_F(Arranging, PicksAShapeWithItsGroupAtAPlace) {
+    const ToolList both{box({50, 50, 100, 60}), box({50, 150, 100, 60})};
+    canvas->selectTools(both);
+    ASSERT_TRUE(shapes().group());
+    canvas->selectNone();
+    EXPECT_FALSE(shapes().selectAt({10, 10}));
+    EXPECT_TRUE(shapes().selectAt(both[0]->startPoint()));
+    EXPECT_EQ(canvas->handingTools()->subTools(), both);
 }
 
 }  // namespace
