@@ -65,6 +65,7 @@ const ToolClass& MDrawNumber::Class() {
                                      &MDrawTool::makeToolAt<MDrawNumber>,
                                      {.label = "{}序号",
                                       .beginning = ToolBeginning::TouchDown,
+                                      .span = ToolSpan::Free,
                                       .moveInGroup = MoveDirection::Body,
                                       .toolType = 20,
                                       .details = detailRules,

@@ -65,6 +65,7 @@ const ToolClass& MDrawText::Class() {
                                       .role = ui::AccessibilityRole::Text,
                                       .beginning = ToolBeginning::TouchDown,
                                       .recorder = ToolRecorder::Typing,
+                                      .span = ToolSpan::Free,
                                       .keepsToFrame = true,
                                       .toolType = 3,
                                       .details = detailRules,

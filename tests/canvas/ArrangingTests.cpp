@@ -13,6 +13,8 @@
 #include "kalimkit/canvas/DrawnSpan.h"
 #include "kalimkit/canvas/SelectionFrame.h"
 #include "kalimkit/canvas/Snapping.h"
+#include "kalimkit/shapes/MDrawMagnifier.h"
+#include "kalimkit/shapes/MDrawText.h"
 #include "tests/canvas/CanvasHost.h"
 
 namespace kalim {
@@ -279,6 +281,28 @@ TEST_F(Arranging, PicksAShapeWithItsGroupAtAPlace) {
     EXPECT_FALSE(shapes().selectAt({10, 10}));
     EXPECT_TRUE(shapes().selectAt(both[0]->startPoint()));
     EXPECT_EQ(canvas->handingTools()->subTools(), both);
+}
+
+// What a pointer's handles are is the kind's: a lens stays round, and a text's font follows.
+TEST_F(Arranging, FineHandlesKeepKindsWhatTheyAre) {
+    canvas->setFineHandles(true);
+    const auto lens = MDrawMagnifier::initWithStartPoint({100, 100});
+    lens->drawThrough(std::vector<Point>{{200, 200}});
+    const auto text = MDrawText::initWithStartPoint({100, 300});
+    text->setText("words");
+    text->drawThrough(std::vector<Point>{{200, 340}});
+    for (const ToolRef& tool : {ToolRef(lens), ToolRef(text)}) {
+        ASSERT_TRUE(canvas->addTool(tool));
+        canvas->selectTools({tool});
+        const Point corner{tool->frame().maxX(), tool->frame().maxY()};
+        const double size = text->fontSize();
+        drag(corner, corner + Point(60, 20));
+        EXPECT_NE(corner.x, tool->frame().maxX()) << tool->toolClass().name;
+        EXPECT_EQ(tool != text, size == text->fontSize());
+    }
+    EXPECT_NEAR(lens->frame().size.width, lens->frame().size.height, 1e-9);
+    lens->scaleBy({}, {2, 1});
+    EXPECT_NEAR(lens->frame().size.width, lens->frame().size.height, 1e-9);
 }
 
 }  // namespace
