@@ -1,16 +1,15 @@
 #include "kalimkit/editor/desk/DeskReading.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
-#include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/image/PictureCut.h"
-#include "kalimkit/shapes/MDrawLine.h"
-#include "kalimkit/shapes/MDrawRect.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 
 namespace kalim {
 
@@ -31,8 +30,7 @@ std::string measuresOf(const MDrawTool& tool, double pixelsPerPoint) {
     const double pixels = pixelsPerPoint > 0 ? pixelsPerPoint : 1;
     const gfx::Point way = (tool.endPoint() - tool.startPoint()) * pixels;
     // Angles go counter-clockwise from the right, as people draw them.
-    const ToolClass& kind = tool.toolClass();
-    if (kind.isKindOf(MDrawLine::Class()) && !kind.isKindOf(MDrawRect::Class()))
+    if (tool.toolClass().span() == ToolSpan::Line)
         return rounded(std::hypot(way.x, way.y)) + ", " + degrees(std::atan2(-way.y, way.x));
     const gfx::Size size = tool.frame().size * pixels;
     std::string text = rounded(size.width) + " × " + rounded(size.height);
@@ -40,11 +38,18 @@ std::string measuresOf(const MDrawTool& tool, double pixelsPerPoint) {
     return text;
 }
 
-std::optional<unsigned> penOf(const MDrawTool& tool) {
-    for (const Pen& pen : pens()) {
-        if (pen.toolType == getToolTypeForClass(&tool)) return pen.number;
-    }
-    return std::nullopt;
+// Nothing for several kinds, and for one without a pen.
+std::optional<unsigned> penOf(const ToolList& tools) {
+    const ToolClass& kind = tools.front()->toolClass();
+    const auto isOther = [&kind](const ToolRef& tool) { return &tool->toolClass() != &kind; };
+    if (std::ranges::any_of(tools, isOther)) return std::nullopt;
+    const Pen* const pen = ToolRegistry::current().penOf(kind);
+    return pen ? std::optional(pen->number) : std::nullopt;
+}
+
+// The ground and the shade have no colour of their own.
+bool isColored(const ToolClass* kind) {
+    return !kind || kind->layer() == ToolLayer::Items;
 }
 
 void readTool(const MDrawView& canvas, DeskReading& reading) {
@@ -57,7 +62,7 @@ void readTool(const MDrawView& canvas, DeskReading& reading) {
     if (made) reading.measured = measuresOf(*made, canvas.pixelsPerPoint());
     if (!reading.hasSelection) return;
     const auto first = group->firstSelectedTool();
-    reading.subject = penOf(*first);
+    reading.subject = penOf(group->subTools());
     reading.color = first->color();
     reading.lineWidth = first->lineWidth();
     reading.drawType = first->drawType();
@@ -72,9 +77,12 @@ void readStyle(const TesselViewController& editor, DeskReading& reading) {
     const MDrawView& canvas = *editor.drawView();
     const bool isMosaic = reading.subject == EditorPenMosaic;
     reading.isHiding = isMosaic && editor.offersHidingStyles();
-    const Pen* const pen = reading.subject ? penNumbered(*reading.subject) : nullptr;
-    const bool isSpotlight = pen && pen->name == "spotlight";
-    reading.hasColor = !isMosaic && !isSpotlight;
+    const auto& group = canvas.handingTools();
+    reading.hasColor =
+        reading.hasSelection
+            ? std::ranges::any_of(group->subTools(),
+                                  [](const auto& tool) { return isColored(&tool->toolClass()); })
+            : isColored(canvas.drawToolClass());
     for (const ToolProperty* const property : canvas.toolProperties()) {
         if (!property->isHidden)
             reading.properties.emplace_back(property,
