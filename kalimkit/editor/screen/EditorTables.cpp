@@ -58,10 +58,7 @@ std::string penIdentifier(const Pen& pen) {
 }
 
 const Pen* penIdentified(std::string_view identifier) {
-    if (identifier.empty()) return nullptr;
-    if (identifier == "crop") return penNumbered(EditorPenCrop);
-    const auto pen = std::ranges::find(pens(), identifier, &Pen::name);
-    return pen == pens().end() ? nullptr : &*pen;
+    return identifier == "crop" ? penNumbered(EditorPenCrop) : penNamed(identifier);
 }
 
 std::optional<std::int64_t> toolTypeForPen(unsigned pen) {

@@ -57,7 +57,7 @@ void ToolMemory::store(unsigned pen, const MDrawView& canvas) const {
     if (!_isOn) return;
     if (canvas.color()) set(pen, "color", canvas.color()->hex());
     set(pen, "width", textOf(canvas.lineWidth()));
-    set(pen, "style", std::to_string(canvas.drawType()));
+    set(pen, "drawType", std::to_string(canvas.drawType()));
     // Those of a selection are another tool's.
     if (canvas.hasSelectedTools()) return;
     for (const ToolProperty* const property : canvas.toolProperties()) {
@@ -84,7 +84,7 @@ ToolMemory::Look ToolMemory::lookOf(unsigned pen, const MDrawView& canvas) const
         const auto width = numberOf(*text);
         if (width && *width > 0 && *width <= thickest) look.lineWidth = width;
     }
-    if (const auto text = settingOf(pen, "style")) {
+    if (const auto text = settingOf(pen, "drawType")) {
         const auto style = numberOf(*text);
         if (style && *style >= 0 && *style <= thickest)
             look.drawType = static_cast<std::uint64_t>(*style);

@@ -12,8 +12,8 @@ class MDrawView;
 
 // How the user last drew with each tool, and with which, in the user's settings: "tool.last" is a
 // pen's identifier (see penIdentifier()), "tool.arrow.color" a colour as "#RRGGBBAA",
-// "tool.arrow.width" points, "tool.arrow.style" the number of a style, and "tool.arrow.heads", say,
-// a property. What makes no sense is passed over.
+// "tool.arrow.width" points, "tool.arrow.drawType" the number of a style, and "tool.arrow.heads",
+// say, a property. What makes no sense is passed over.
 class ToolMemory {
 public:
     struct Look {
