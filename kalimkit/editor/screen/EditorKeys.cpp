@@ -97,8 +97,6 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     // Until it has appeared there is nothing to choose from.
     if (!editor || !editor->penPopView() || !editor->window()) return false;
     if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
-    const auto delegate = _delegate.lock();
-    if (key == "enter" && !isRepeated && delegate && delegate->editorKeysEnter()) return true;
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
     const bool isCommand = command != std::end(commands);
     if (editor->isReadOnly() && !(isCommand && isForReaders(command->run))) return false;
@@ -222,13 +220,15 @@ bool EditorKeys::escape() {
 }
 
 bool EditorKeys::confirm() {
-    if (_editor.lock()->drawView()->completePoints()) return true;
     _editor.lock()->toolView()->handleConfirm();
     return true;
 }
 
 bool EditorKeys::enter() {
-    return _editor.lock()->drawView()->editSelectedText() || confirm();
+    const auto canvas = _editor.lock()->drawView();
+    if (canvas->completePoints() || canvas->editSelectedText()) return true;
+    const auto delegate = _delegate.lock();
+    return (delegate && delegate->editorKeysEnter()) || confirm();
 }
 
 bool EditorKeys::copy() {

@@ -382,6 +382,28 @@ TEST_F(EditorKeysTest, KeysChooseAmongTheAnswersOfASheet) {
     }
 }
 
+// What a host does on Enter it does where Enter would send, and not before.
+TEST_F(EditorKeysTest, EnterEndsWhatIsDrawnBeforeTheHostHears) {
+    struct Host : EditorKeysDelegate {
+        bool editorKeysEnter() override { return ++heard > 0; }
+        int heard = 0;
+    };
+    const auto host = std::make_shared<Host>();
+    keys.setDelegate(host);
+    canvas().setForgiving(true);
+    canvas().setPlacesPoints(true);
+    ASSERT_TRUE(canvas().beginDrawingWithClassNamed("MDrawPolyline"));
+    for (const gfx::Point p : {gfx::Point(150, 300), {220, 300}, {220, 380}})
+        Finger(screen.window()).tap(p);
+    ASSERT_TRUE(canvas().isPlacingPoints());
+    EXPECT_TRUE(keys.press("enter"));
+    EXPECT_FALSE(canvas().isPlacingPoints());
+    EXPECT_EQ(toolCount(), 1U);
+    EXPECT_EQ(host->heard, 0);
+    EXPECT_TRUE(keys.press("enter"));
+    EXPECT_EQ(host->heard, 1);
+}
+
 TEST_F(EditorKeysTest, PanningShowsInTheCursor) {
     ui::Window& window = *screen.editor->window();
     window.pointerHovered({200, 300});
