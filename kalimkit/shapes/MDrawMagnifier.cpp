@@ -36,11 +36,14 @@ std::shared_ptr<MDrawMagnifier> MDrawMagnifier::initWithStartPoint(gfx::Point st
 }
 
 const ToolClass& MDrawMagnifier::Class() {
-    static const ToolClass toolClass{
-        "MDrawMagnifier",
-        &MDrawRect::Class(),
-        &MDrawTool::makeToolAt<MDrawMagnifier>,
-        {.label = "{}放大镜", .span = ToolSpan::Free, .toolType = 24, .details = detailRules, .properties = properties}};
+    static const ToolClass toolClass{"MDrawMagnifier",
+                                     &MDrawRect::Class(),
+                                     &MDrawTool::makeToolAt<MDrawMagnifier>,
+                                     {.label = "{}放大镜",
+                                      .span = ToolSpan::Free,
+                                      .toolType = 24,
+                                      .details = detailRules,
+                                      .properties = properties}};
     return toolClass;
 }
 
