@@ -74,7 +74,7 @@ public:
     // Without a selection all that is locked, and selects it.
     bool unlock();
 
-    // ---- copies
+    // ---- copies; of registered classes alone
     bool duplicate();
     // The text of a document of the shapes, for a clipboard; empty for none.
     std::string copiedShapes();

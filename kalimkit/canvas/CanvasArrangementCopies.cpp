@@ -12,6 +12,7 @@
 #include "kalimkit/canvas/CanvasTyping.h"
 #include "kalimkit/document/DocumentText.h"
 #include "kalimkit/document/ToolEntry.h"
+#include "kalimkit/shapes/ToolRegistry.h"
 
 // Shapes as a text that any canvas understands, and back.
 
@@ -37,12 +38,18 @@ std::vector<DocumentTool> shapesIn(const std::string& text) {
     return std::move(shapes);
 }
 
+// Of a class that nobody has registered no copy can be made.
+bool canBeCopied(const MDrawTool& tool) {
+    const ToolClass& kind = tool.toolClass();
+    return ToolRegistry::current().kindNamed(kind.name) == &kind;
+}
+
 }  // namespace
 
 std::vector<DocumentTool> CanvasArrangement::chosenShapes() const {
     std::vector<DocumentTool> shapes;
     for (const ToolRef& tool : _canvas.tools.list()) {
-        if (!_canvas.selection.contains(tool)) continue;
+        if (!_canvas.selection.contains(tool) || !canBeCopied(*tool)) continue;
         shapes.push_back(describeTool(*tool));
         shapes.back().isLocked = false;
     }
@@ -56,6 +63,7 @@ std::string CanvasArrangement::copiedShapes() {
     document.measuring.unit = "px";
     document.canvas.forgiving = _canvas.tools.forgiving();
     document.tools = chosenShapes();
+    if (document.tools.empty()) return {};
     _pasted = documentText(document);
     _pastes = 0;
     return _pasted;
@@ -63,7 +71,13 @@ std::string CanvasArrangement::copiedShapes() {
 
 std::string CanvasArrangement::cutShapes() {
     std::string text = copiedShapes();
-    if (!text.empty()) _canvas.history.removeSelected();
+    if (text.empty()) return text;
+    // The others stay, for they would not come back.
+    ToolList copied = _canvas.selection.group()->subTools();
+    const auto others =
+        std::erase_if(copied, [](const ToolRef& tool) { return !canBeCopied(*tool); });
+    if (others > 0) _canvas.selection.select(copied);
+    _canvas.history.removeSelected();
     // They come back where they were.
     _pastes = -1;
     return text;

@@ -283,6 +283,36 @@ TEST_F(Arranging, PicksAShapeWithItsGroupAtAPlace) {
     EXPECT_EQ(canvas->handingTools()->subTools(), both);
 }
 
+// A kind that documents do not know.
+class Unregistered : public MDrawRect {
+public:
+    static const ToolClass& Class() {
+        static const ToolClass toolClass{"Unregistered", &MDrawRect::Class(),
+                                         &MDrawTool::makeToolAt<Unregistered>};
+        return toolClass;
+    }
+    const ToolClass& toolClass() const override { return Class(); }
+
+protected:
+    friend class MDrawTool;
+    Unregistered() = default;
+};
+
+TEST_F(Arranging, CutsNothingThatCannotBePasted) {
+    const ToolRef known = box({50, 50, 100, 60});
+    const ToolRef other = Unregistered::Class().makeWithStartPoint({50, 150});
+    other->drawThrough(std::vector<Point>{{150, 210}});
+    ASSERT_TRUE(canvas->addTool(other));
+    canvas->selectTools({other});
+    EXPECT_EQ(shapes().cutShapes(), "");
+    EXPECT_FALSE(shapes().duplicate());
+    canvas->selectTools({known, other});
+    const std::string text = shapes().cutShapes();
+    EXPECT_EQ(canvas->tools(), ToolList{other});
+    EXPECT_TRUE(shapes().pasteShapes(text));
+    EXPECT_EQ(canvas->tools().size(), 2U);
+}
+
 // What a pointer's handles are is the kind's: a lens stays round, and a text's font follows.
 TEST_F(Arranging, FineHandlesKeepKindsWhatTheyAre) {
     canvas->setFineHandles(true);
