@@ -149,6 +149,7 @@ stage_window() {
     check 'the command compiles' tools/compile ci kalimkit
     count_of tests/window/run
     count_of tests/window/desk
+    count_of tests/window/howto
     count_of tests/window/kill
 }
 
