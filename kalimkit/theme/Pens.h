@@ -52,6 +52,9 @@ struct Pen {
     bool showsToolIcon = false;
     // The style that its tools begin with.
     std::uint64_t drawType = 0;
+    // The colour that it begins with where the colours of pens are remembered, as "#RRGGBB"; empty
+    // for a pen that goes on with that of the one before.
+    std::string_view firstColor = {};
     // Of a host's pen: what `icon` names, drawn in one colour, which counts for its opacity alone.
     // It outlives the environment.
     const Icon* drawing = nullptr;

@@ -269,6 +269,7 @@ void TesselViewController::setUpAfterAppearance() {
     // An editor that comes back to the screen keeps the tool that the user has.
     if (!std::exchange(_hasAppeared, true) && !all.buttons.isOut()) {
         all.choice.begin();
+        all.memory.leave(all.choice.pen(), *all.picture.canvas());
         if (const auto last = all.memory.lastPen()) all.choice.take(*last);
         all.choice.recall(all.memory);
         blinkPenview();

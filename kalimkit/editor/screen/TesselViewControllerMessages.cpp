@@ -184,8 +184,9 @@ void TesselViewController::clickAtPop(TesselPopView& picker) {
 void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig>& config) {
     const auto alive = self();
     EditorParts& all = parts();
-    all.choice.choose(*config);
     const bool isPen = config->type() == 2;
+    if (isPen) all.memory.leave(all.choice.pen(), *all.picture.canvas());
+    all.choice.choose(*config);
     if (isPen && config->pen() != EditorPenCrop) {
         all.memory.storeLast(config->pen());
         all.choice.recall(all.memory);

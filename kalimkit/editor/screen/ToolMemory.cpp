@@ -43,6 +43,14 @@ void set(unsigned pen, std::string_view what, const std::string& text) {
     if (!key.empty() && environment.userSetting(key) != text) environment.setUserSetting(key, text);
 }
 
+// As remembered, or what the pen begins with.
+std::optional<gfx::Color> colorOf(unsigned pen) {
+    const auto text = settingOf(pen, "color");
+    if (const auto color = text ? gfx::Color::fromHex(*text) : std::nullopt) return color;
+    const Pen* const known = penNumbered(pen);
+    return known ? gfx::Color::fromHex(known->firstColor) : std::nullopt;
+}
+
 std::optional<ToolPropertyValue> valueOf(const ToolProperty& property, const std::string& text) {
     const bool isNumber =
         property.type == ToolProperty::Type::Number || property.type == ToolProperty::Type::Switch;
@@ -74,12 +82,17 @@ void ToolMemory::storeLast(unsigned pen) const {
     ui::Environment::current().setUserSetting(lastKey, std::string(known->name));
 }
 
+void ToolMemory::leave(unsigned pen, const MDrawView& canvas) {
+    const Pen* const known = penNumbered(pen);
+    const bool isCommon = known && known->firstColor.empty() && !canvas.hasSelectedTools();
+    if (_isOn && isCommon) _commonColor = canvas.color();
+}
+
 ToolMemory::Look ToolMemory::lookOf(unsigned pen, const MDrawView& canvas) const {
     Look look;
     if (!_isOn) return look;
-    if (const auto text = settingOf(pen, "color")) {
-        if (const auto color = gfx::Color::fromHex(*text)) look.color = gfx::makeColor(*color);
-    }
+    if (const auto color = colorOf(pen)) look.color = gfx::makeColor(*color);
+    if (!look.color) look.color = _commonColor;
     if (const auto text = settingOf(pen, "width")) {
         const auto width = numberOf(*text);
         if (width && *width > 0 && *width <= thickest) look.lineWidth = width;

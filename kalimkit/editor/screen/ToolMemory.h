@@ -30,12 +30,17 @@ public:
     // What the canvas draws with now, by the number of the pen.
     void store(unsigned pen, const MDrawView& canvas) const;
     void storeLast(unsigned pen) const;
-    // Nothing where it was never used.
+    // Another pen is taken after this one: what was chosen for all pens outlives one that begins
+    // with a colour of its own.
+    void leave(unsigned pen, const MDrawView& canvas);
+    // Of a pen that was never used, the colour that it begins with.
     Look lookOf(unsigned pen, const MDrawView& canvas) const;
     std::optional<unsigned> lastPen() const;
 
 private:
     bool _isOn = false;
+    // Of the last pen without one of its own; null before.
+    gfx::ColorRef _commonColor;
 };
 
 }  // namespace kalim

@@ -75,6 +75,25 @@ TEST_F(EditorKeysTest, LettersChooseThePensAndDeselect) {
     EXPECT_FALSE(canvas().hasSelectedTools());
 }
 
+TEST_F(EditorKeysTest, PensThatAreRememberedKeepTheirColours) {
+    const auto colorWith = [&](const char* key) {
+        keys.press(key);
+        return canvas().color()->hex();
+    };
+    const std::string common = canvas().color()->hex();
+    EXPECT_EQ(colorWith("h"), common) << "nothing is remembered";
+    keys.press("a");
+    screen.editor->setRemembersTools(true);
+    EXPECT_EQ(colorWith("h"), "#FFF700FF");
+    EXPECT_EQ(colorWith("b"), "#FFF700FF");
+    EXPECT_EQ(colorWith("e"), common) << "what the one before began with is its own";
+    keys.press("h");
+    keys.press("3");
+    EXPECT_EQ(colorWith("a"), common);
+    EXPECT_EQ(colorWith("h"), "#1AA9FFFF");
+    EXPECT_EQ(colorWith("b"), "#FFF700FF");
+}
+
 TEST_F(EditorKeysTest, DigitsAndBracketsStyleWhatIsSelectedToo) {
     screen.drawAndSelect();
     keys.press("3");
