@@ -84,6 +84,8 @@ public:
               std::shared_ptr<DeskBar>(_actions), std::shared_ptr<DeskBar>(_status)})
             bar->applyColors();
         _editor.screen.view()->setBackgroundColor(gfx::makeColor(Palette::current().window));
+        // Texts in the bars take their colours with what they show.
+        setNeedsLayout();
     }
 
 protected:
