@@ -220,16 +220,20 @@ void CanvasWatch::forgetPrints(std::size_t from, const Stacks& now) {
 }
 
 // A second finger, a call in the middle of a drag and a rotation that is refused or broken off
-// leave what was dragged where it is; letting go of a tool may bring it within its bounds.
+// leave what was dragged where it is; letting go of a tool may bring it within its bounds, also
+// where it is selected anew.
 void CanvasWatch::noteUnrecorded(const JsonValue& step) {
     const bool isTouch = step.find("touch");
     const bool isSeveral = _before.isSeveralFingers || _canvas.window()->activeTouches().size() > 1;
     const bool breaksOff =
         step.find("gesture") || (isTouch && isSeveral) || (_before.isFingerDown && !isTouch);
     const ToolList held = selected();
+    const JsonValue* call = step.find("call");
+    const bool letsGoOfAll =
+        call && (*call->string() == "selectTools" || *call->string() == "finalizeCurrentDrawing");
     if (breaksOff) _unrecorded.insert(held.begin(), held.end());
     for (const ToolRef& tool : _before.selected) {
-        const bool isLetGo = !contains(held, tool);
+        const bool isLetGo = letsGoOfAll || !contains(held, tool);
         const auto print = isLetGo ? printOf(printsOf(_canvas), tool) : std::nullopt;
         const bool isChanged = print && print != printOf(_before.prints, tool);
         if (breaksOff || isChanged) _unrecorded.insert(tool);
