@@ -27,8 +27,8 @@ TEST(SmallestHost, StandsInTheReadmeAsItIs) {
     const std::string readme = readText(KALIM_ROOT "/README.md");
     EXPECT_NE(readme.find(readText(KALIM_ROOT "/examples/editor/main.cpp")), std::string::npos);
     const std::string extending = readText(KALIM_ROOT "/docs/extending.md");
-    for (const char* const file : {"Star.h", "StarPen.h"}) {
-        const std::string text = readText(std::string(KALIM_ROOT "/examples/kind/") + file);
+    for (const char* const file : {"kind/Star.h", "kind/StarPen.h", "canvas/main.cpp"}) {
+        const std::string text = readText(std::string(KALIM_ROOT "/examples/") + file);
         EXPECT_NE(extending.find(text), std::string::npos) << file;
     }
 }

@@ -1,6 +1,5 @@
 #include "kalimkit/editor/desk/DeskMenu.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -8,7 +7,6 @@
 #include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/desk/DeskBar.h"
-#include "kalimkit/editor/screen/ArrangingKeys.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 
@@ -38,8 +36,7 @@ public:
     // As it is called where all keys are listed.
     ui::MenuItem arranging(std::string_view key, const char* icon = "",
                            bool isEnabled = true) const {
-        const auto known = std::ranges::find(arrangingKeys(), key, &ArrangingKey::key);
-        return byKey(known->text, key, icon, isEnabled);
+        return byKey(EditorKeys::textOf(key), key, icon, isEnabled);
     }
     Items order() const {
         return {arranging("ctrl+shift+]", "front"), arranging("ctrl+]"), arranging("ctrl+["),

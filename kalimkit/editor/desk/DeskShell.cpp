@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kalimkit/canvas/CanvasPointer.h"
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskActions.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
@@ -9,7 +10,6 @@
 #include "kalimkit/editor/desk/DeskPens.h"
 #include "kalimkit/editor/desk/DeskStatus.h"
 #include "kalimkit/editor/desk/DeskStyle.h"
-#include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"

@@ -12,7 +12,7 @@
 namespace kalim {
 
 class EditorKeys;
-class EditorPointer;
+class CanvasPointer;
 class EditorRemote;
 class TesselViewController;
 
@@ -25,7 +25,7 @@ public:
         TesselViewController& screen;
         EditorRemote& remote;
         EditorKeys& keys;
-        EditorPointer& pointer;
+        CanvasPointer& pointer;
     };
     static std::shared_ptr<DeskShell> make(const Editor& editor);
     ~DeskShell() override;

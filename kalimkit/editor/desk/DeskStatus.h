@@ -17,7 +17,7 @@ class MDrawView;
 // pointer is in it, and what is measured.
 class DeskStatus : public DeskBar {
 public:
-    // Null where the canvas cannot be zoomed now; see EditorPointer::canvasToZoom.
+    // Null where the canvas cannot be zoomed now; see CanvasPointer::canvasToZoom.
     using CanvasToZoom = std::function<MDrawView*()>;
     static std::shared_ptr<DeskStatus> make(CanvasToZoom canvas);
 

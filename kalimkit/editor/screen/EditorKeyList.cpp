@@ -3,7 +3,6 @@
 #include <iterator>
 #include <string>
 
-#include "kalimkit/editor/screen/ArrangingKeys.h"
 #include "kalimkit/editor/screen/EditorKeyTable.h"
 #include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -30,6 +29,69 @@ constexpr HeldKey heldKeys[] = {
     {"space", "移动正在画的形状"},
 };
 
+// What the keys do, whoever has them.
+struct KeyText {
+    std::string_view key;
+    Group group;
+    std::string_view text;
+};
+constexpr KeyText texts[] = {
+    {"ctrl+z", Edit, "撤销"},
+    {"ctrl+shift+z", Edit, "重做"},
+    {"ctrl+y", Edit, "重做"},
+    {"delete", Edit, "删除"},
+    {"backspace", Edit, "删除"},
+    {"escape", Edit, "结束、取消选择、关闭"},
+    {"enter", Edit, "编辑文字，或完成"},
+    {"ctrl+s", Picture, "完成"},
+    {"ctrl+shift+s", Picture, "保存为文档"},
+    {"ctrl+o", Picture, "打开文件"},
+    {"ctrl+c", Edit, "复制形状，或图片"},
+    {"ctrl+x", Edit, "剪切形状"},
+    {"ctrl+v", Edit, "粘贴形状，或图片"},
+    {"ctrl+l", Shapes, "锁定或解锁"},
+    {"ctrl+shift+l", Shapes, "全部解锁"},
+    {"space", View, "按住并拖动画布"},
+    {"1", Look, "颜色"},
+    {"2", Look, "颜色"},
+    {"3", Look, "颜色"},
+    {"4", Look, "颜色"},
+    {"5", Look, "颜色"},
+    {"[", Look, "变细"},
+    {"]", Look, "变粗"},
+    {"ctrl+0", View, "显示整张图片"},
+    {"ctrl+1", View, "实际像素"},
+    {"plus", View, "放大"},
+    {"-", View, "缩小"},
+    {"f1", View, "快捷键"},
+    {"?", View, "快捷键"},
+    {"f11", View, "全屏"},
+    {"left", Shapes, "移动"},
+    {"right", Shapes, "移动"},
+    {"up", Shapes, "移动"},
+    {"down", Shapes, "移动"},
+    {"shift+left", Shapes, "移动 10 点"},
+    {"shift+right", Shapes, "移动 10 点"},
+    {"shift+up", Shapes, "移动 10 点"},
+    {"shift+down", Shapes, "移动 10 点"},
+    {"ctrl+a", Shapes, "全选"},
+    {"ctrl+d", Shapes, "再来一份"},
+    {"ctrl+g", Shapes, "编组"},
+    {"ctrl+shift+g", Shapes, "取消编组"},
+    {"ctrl+]", Shapes, "上移一层"},
+    {"ctrl+[", Shapes, "下移一层"},
+    {"ctrl+shift+]", Shapes, "置于顶层"},
+    {"ctrl+shift+[", Shapes, "置于底层"},
+    {"alt+a", Shapes, "左对齐"},
+    {"alt+h", Shapes, "左右居中"},
+    {"alt+d", Shapes, "右对齐"},
+    {"alt+w", Shapes, "顶端对齐"},
+    {"alt+v", Shapes, "上下居中"},
+    {"alt+s", Shapes, "底端对齐"},
+    {"alt+shift+h", Shapes, "横向均匀分布"},
+    {"alt+shift+v", Shapes, "纵向均匀分布"},
+};
+
 std::string localized(std::string_view text) {
     return ui::Environment::current().localizedString(std::string(text));
 }
@@ -46,42 +108,10 @@ void add(ui::KeyGroup& group, const std::string& text, std::string_view key) {
 
 }  // namespace
 
-// What a command is called where all keys are listed, whatever key it has.
-struct EditorKeys::CommandText {
-    bool (EditorKeys::*run)();
-    Group group;
-    std::string_view text;
-};
-
-const EditorKeys::CommandText EditorKeys::texts[] = {
-    {&EditorKeys::undo, Edit, "撤销"},
-    {&EditorKeys::redo, Edit, "重做"},
-    {&EditorKeys::deleteSelection, Edit, "删除"},
-    {&EditorKeys::escape, Edit, "结束、取消选择、关闭"},
-    {&EditorKeys::confirm, Picture, "完成"},
-    {&EditorKeys::saveDocument, Picture, "保存为文档"},
-    {&EditorKeys::openFile, Picture, "打开文件"},
-    {&EditorKeys::enter, Edit, "编辑文字，或完成"},
-    {&EditorKeys::copy, Edit, "复制形状，或图片"},
-    {&EditorKeys::cut, Edit, "剪切形状"},
-    {&EditorKeys::paste, Edit, "粘贴形状，或图片"},
-    {&EditorKeys::lockOrUnlock, Shapes, "锁定或解锁"},
-    {&EditorKeys::unlockAll, Shapes, "全部解锁"},
-    {&EditorKeys::holdSpace, View, "按住并拖动画布"},
-    {&EditorKeys::takeColor<0>, Look, "颜色"},
-    {&EditorKeys::takeColor<1>, Look, "颜色"},
-    {&EditorKeys::takeColor<2>, Look, "颜色"},
-    {&EditorKeys::takeColor<3>, Look, "颜色"},
-    {&EditorKeys::takeColor<4>, Look, "颜色"},
-    {&EditorKeys::thinner, Look, "变细"},
-    {&EditorKeys::thicker, Look, "变粗"},
-    {&EditorKeys::zoomToFit, View, "显示整张图片"},
-    {&EditorKeys::zoomToPixels, View, "实际像素"},
-    {&EditorKeys::zoomIn, View, "放大"},
-    {&EditorKeys::zoomOut, View, "缩小"},
-    {&EditorKeys::showKeys, View, "快捷键"},
-    {&EditorKeys::toggleFullScreen, View, "全屏"},
-};
+std::string_view EditorKeys::textOf(std::string_view key) {
+    const auto* const named = std::ranges::find(texts, key, &KeyText::key);
+    return named != std::end(texts) ? named->text : std::string_view();
+}
 
 std::vector<ui::KeyGroup> EditorKeys::list() {
     std::vector<ui::KeyGroup> groups(groupCount);
@@ -90,14 +120,19 @@ std::vector<ui::KeyGroup> EditorKeys::list() {
     for (const Pen& pen : pens()) {
         if (pen.key) add(groups[Pens], localized(pen.text), std::string_view(&pen.key, 1));
     }
-    for (const Command& command : allCommands()) {
-        const auto* const named = std::ranges::find(texts, command.run, &CommandText::run);
+    const auto list = [&](std::string_view key) {
+        const auto* const named = std::ranges::find(texts, key, &KeyText::key);
         const bool hasText = named != std::end(texts);
         add(groups[hasText ? named->group : Edit], hasText ? localized(named->text) : std::string(),
-            command.key);
+            key);
+    };
+    for (const CanvasKey& each : CanvasKeys::keys())
+        list(each.key);
+    for (const Command& command : allCommands()) {
+        const auto shared = CanvasKeys::keys();
+        if (std::ranges::find(shared, command.key, &CanvasKey::key) == shared.end())
+            list(command.key);
     }
-    for (const ArrangingKey& each : arrangingKeys())
-        add(groups[Shapes], localized(each.text), each.key);
     for (const HeldKey& held : heldKeys)
         add(groups[Drag], localized(held.text), held.key);
     std::erase_if(groups, [](const ui::KeyGroup& group) { return group.rows.empty(); });

@@ -4,7 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/crop/EditImageIntialView.h"
@@ -12,60 +11,36 @@
 #include "kalimkit/editor/picker/TesselDot.h"
 #include "kalimkit/editor/picker/TesselPopView.h"
 #include "kalimkit/editor/screen/EditorKeyTable.h"
-#include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
-#include "kalimkit/ui/control/AlertView.h"
-#include "kalimkit/ui/control/TextView.h"
-#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 
 namespace {
 
-// Of a key that zooms in.
-constexpr double zoomStep = 1.25;
 constexpr unsigned largestSize = 4;
 
-// Tells whether a key types something into a text.
-bool isTyping(std::string_view key) {
-    const std::string_view last = key.substr(key.rfind('+') + 1);
-    const bool isPlain = last.size() == key.size() || key == "shift+" + std::string(last);
-    return isPlain && (last.size() == 1 || last == "space" || last == "plus");
-}
-
-// Where plus and minus lie, and whether they need another key, differs between keyboards.
 std::string_view commandName(std::string_view key) {
-    for (const std::string_view plus :
-         {"=", "shift+plus", "shift+=", "ctrl+plus", "ctrl+=", "ctrl+shift+plus", "ctrl+shift+="}) {
-        if (key == plus) return "plus";
-    }
-    if (key == "shift+?" || key == "shift+/") return "?";
-    return key == "ctrl+-" ? "-" : key;
+    return key == "shift+?" || key == "shift+/" ? "?" : key;
 }
 
 }  // namespace
 
+// Those of a name that the canvas has as well come in its place.
 const EditorKeys::Command EditorKeys::commands[] = {
     {"ctrl+z", &EditorKeys::undo, true},
     {"ctrl+shift+z", &EditorKeys::redo, true},
     {"ctrl+y", &EditorKeys::redo, true},
-    {"delete", &EditorKeys::deleteSelection},
-    {"backspace", &EditorKeys::deleteSelection},
     {"escape", &EditorKeys::escape},
     {"enter", &EditorKeys::enter},
     {"ctrl+s", &EditorKeys::confirm},
     {"ctrl+shift+s", &EditorKeys::saveDocument},
     {"ctrl+o", &EditorKeys::openFile},
     {"ctrl+c", &EditorKeys::copy},
-    {"ctrl+x", &EditorKeys::cut},
     {"ctrl+v", &EditorKeys::paste},
-    {"ctrl+l", &EditorKeys::lockOrUnlock},
-    {"ctrl+shift+l", &EditorKeys::unlockAll},
-    {"space", &EditorKeys::holdSpace},
     {"1", &EditorKeys::takeColor<0>},
     {"2", &EditorKeys::takeColor<1>},
     {"3", &EditorKeys::takeColor<2>},
@@ -73,10 +48,6 @@ const EditorKeys::Command EditorKeys::commands[] = {
     {"5", &EditorKeys::takeColor<4>},
     {"[", &EditorKeys::thinner, true},
     {"]", &EditorKeys::thicker, true},
-    {"ctrl+0", &EditorKeys::zoomToFit},
-    {"ctrl+1", &EditorKeys::zoomToPixels},
-    {"plus", &EditorKeys::zoomIn, true},
-    {"-", &EditorKeys::zoomOut, true},
     {"f1", &EditorKeys::showKeys},
     {"?", &EditorKeys::showKeys},
     {"f11", &EditorKeys::toggleFullScreen},
@@ -86,9 +57,9 @@ std::span<const EditorKeys::Command> EditorKeys::allCommands() {
     return commands;
 }
 
-EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor, EditorPointer& pointer,
+EditorKeys::EditorKeys(std::weak_ptr<TesselViewController> editor, CanvasPointer& pointer,
                        EditorRemote& remote)
-    : _editor(std::move(editor)), _pointer(pointer), _remote(remote) {}
+    : _editor(std::move(editor)), _canvasKeys(pointer), _remote(remote) {}
 
 // ---- keys
 
@@ -96,33 +67,34 @@ bool EditorKeys::press(std::string_view key, bool isRepeated) {
     const auto editor = _editor.lock();
     // Until it has appeared there is nothing to choose from.
     if (!editor || !editor->penPopView() || !editor->window()) return false;
-    if (pressInDialog(key, isRepeated) || pressInText(key)) return true;
+    if (pressInDialog(key, isRepeated)) return true;
+    // A phone's keyboard has no other key for a line.
+    const bool enterEnds = editor->shell() != nullptr;
+    if (_canvasKeys.pressInText(key, enterEnds)) return true;
     const auto* const command = std::ranges::find(commands, commandName(key), &Command::key);
-    const bool isCommand = command != std::end(commands);
-    if (editor->isReadOnly() && !(isCommand && isForReaders(command->run))) return false;
-    if (!isCommand) return arrange(key, isRepeated) || (!isRepeated && takePen(key));
+    if (command == std::end(commands)) {
+        if (_canvasKeys.perform(key, isRepeated)) return true;
+        return !editor->isReadOnly() && !isRepeated && takePen(key);
+    }
+    if (editor->isReadOnly() && !isForReaders(command->run)) return false;
     return (!isRepeated || command->repeats) && (this->*command->run)();
 }
 
 // What may be done where nothing can be changed.
 bool EditorKeys::isForReaders(bool (EditorKeys::*run)()) {
-    constexpr bool (EditorKeys::*allowed[])() = {
-        &EditorKeys::escape,    &EditorKeys::copy,         &EditorKeys::holdSpace,
-        &EditorKeys::zoomToFit, &EditorKeys::zoomToPixels, &EditorKeys::zoomIn,
-        &EditorKeys::zoomOut,   &EditorKeys::showKeys,     &EditorKeys::toggleFullScreen};
+    constexpr bool (EditorKeys::*allowed[])() = {&EditorKeys::escape, &EditorKeys::copy,
+                                                 &EditorKeys::showKeys,
+                                                 &EditorKeys::toggleFullScreen};
     return std::ranges::find(allowed, run) != std::end(allowed);
 }
 
 void EditorKeys::release(std::string_view key) {
-    if (key.ends_with("space")) _pointer.setMainButtonPans(false);
+    _canvasKeys.release(key);
 }
 
 // What stands above the editor takes all keys.
 bool EditorKeys::pressInDialog(std::string_view key, bool isRepeated) {
-    if (const auto alert = ui::AlertView::topmostIn(*window())) {
-        alert->handleKey(key, isRepeated);
-        return true;
-    }
+    if (CanvasKeys::pressInAlert(*window(), key, isRepeated)) return true;
     if (const auto sheet = _editor.lock()->actionSheet()) {
         sheet->handleKey(key, isRepeated);
         return true;
@@ -139,12 +111,6 @@ bool EditorKeys::pressInCrop(std::string_view key, bool isRepeated) {
     if (key == "ctrl+shift+s") saveDocument();
     if (key == "ctrl+v" || key == "ctrl+o") _editor.lock()->tellThatCropIsOpen();
     return true;
-}
-
-bool EditorKeys::pressInText(std::string_view key) {
-    const auto text = ui::TextView::focusedIn(*window());
-    if (text && endTextBy(key)) return true;
-    return text && (text->handleKey(key) || isTyping(key));
 }
 
 ui::Window* EditorKeys::window() const {
@@ -196,22 +162,10 @@ bool EditorKeys::redo() {
     return true;
 }
 
-bool EditorKeys::deleteSelection() {
-    const auto editor = _editor.lock();
-    if (!editor->drawView()->hasSelectedTools()) return false;
-    editor->clickDelete();
-    return true;
-}
-
 bool EditorKeys::escape() {
     const auto editor = _editor.lock();
-    if (editor->drawView()->dropPoints()) return true;
-    if (editor->drawView()->cancelGesture()) return true;
-    if (editor->drawView()->curEdittingTextTool()) {
-        editor->clickToolDone();
-    } else if (editor->drawView()->hasSelectedTools()) {
-        editor->drawView()->selectNone();
-    } else if (editor->showPanel() || editor->isAnimation()) {
+    if (_canvasKeys.perform("escape")) return true;
+    if (editor->showPanel() || editor->isAnimation()) {
         editor->clickAtConfirm();
     } else if (const auto delegate = _delegate.lock(); !delegate || !delegate->editorKeysEscape()) {
         _remote.askToClose();
@@ -225,31 +179,17 @@ bool EditorKeys::confirm() {
 }
 
 bool EditorKeys::enter() {
-    const auto canvas = _editor.lock()->drawView();
-    if (canvas->completePoints() || canvas->editSelectedText()) return true;
+    if (_canvasKeys.perform("enter")) return true;
     const auto delegate = _delegate.lock();
     return (delegate && delegate->editorKeysEnter()) || confirm();
 }
 
 bool EditorKeys::copy() {
-    const auto editor = _editor.lock();
-    const std::string shapes = editor->drawView()->arrangement()->copiedShapes();
-    if (!shapes.empty()) {
-        ui::Environment::current().setClipboardText(shapes);
-        return true;
-    }
-    return copyPicture();
-}
-
-bool EditorKeys::cut() {
-    const std::string shapes = _editor.lock()->drawView()->arrangement()->cutShapes();
-    if (!shapes.empty()) ui::Environment::current().setClipboardText(shapes);
-    return !shapes.empty();
+    return _canvasKeys.perform("ctrl+c") || copyPicture();
 }
 
 bool EditorKeys::paste() {
-    const std::string text = ui::Environment::current().clipboardText();
-    if (_editor.lock()->drawView()->arrangement()->pasteShapes(text)) return true;
+    if (_canvasKeys.perform("ctrl+v")) return true;
     const auto delegate = _delegate.lock();
     if (delegate) delegate->editorKeysPastePicture();
     return delegate != nullptr;
@@ -275,31 +215,6 @@ bool EditorKeys::showKeys() {
 bool EditorKeys::toggleFullScreen() {
     const auto delegate = _delegate.lock();
     return delegate && delegate->editorKeysToggleFullScreen();
-}
-
-bool EditorKeys::holdSpace() {
-    _pointer.setMainButtonPans(true);
-    return true;
-}
-
-bool EditorKeys::zoomToFit() {
-    MDrawView* const canvas = _pointer.canvasToZoom();
-    return canvas && canvas->zoomToFit();
-}
-
-bool EditorKeys::zoomToPixels() {
-    MDrawView* const canvas = _pointer.canvasToZoom();
-    return canvas && canvas->zoomToPixels();
-}
-
-bool EditorKeys::zoomIn() {
-    MDrawView* const canvas = _pointer.canvasToZoom();
-    return canvas && canvas->zoomBy(zoomStep);
-}
-
-bool EditorKeys::zoomOut() {
-    MDrawView* const canvas = _pointer.canvasToZoom();
-    return canvas && canvas->zoomBy(1 / zoomStep);
 }
 
 bool EditorKeys::takePen(std::string_view key) {

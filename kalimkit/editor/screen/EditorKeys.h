@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/canvas/CanvasKeys.h"
 #include "kalimkit/editor/screen/EditorKeysDelegate.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/desk/KeyGroup.h"
@@ -16,7 +17,6 @@ namespace kalim {
 namespace ui {
 class Window;
 }
-class EditorPointer;
 class EditorRemote;
 class TesselViewController;
 
@@ -59,7 +59,7 @@ class TesselViewController;
 class KALIM_API EditorKeys {
 public:
     // The pointer and the remote are those of the same editor; both must outlive this object.
-    EditorKeys(std::weak_ptr<TesselViewController> editor, EditorPointer& pointer,
+    EditorKeys(std::weak_ptr<TesselViewController> editor, CanvasPointer& pointer,
                EditorRemote& remote);
     EditorKeys(const EditorKeys&) = delete;
     EditorKeys& operator=(const EditorKeys&) = delete;
@@ -74,6 +74,9 @@ public:
     // All keys with what they do, in the language of the current environment, those of the pens
     // with what these are called.
     static std::vector<ui::KeyGroup> list();
+    // What is told of a key there, before it is brought into that language; empty for others, and
+    // for those of pens.
+    static std::string_view textOf(std::string_view key);
     // Called by the keys that show that list.
     void setOverviewHandler(std::function<void()> handler) {
         _overviewHandler = std::move(handler);
@@ -89,42 +92,27 @@ public:
 
 private:
     struct Command;
-    struct CommandText;
     static const Command commands[];
-    static const CommandText texts[];
 
     static std::span<const Command> allCommands();
 
     ui::Window* window() const;
     static bool isForReaders(bool (EditorKeys::*run)());
-    bool pressInText(std::string_view key);
     bool pressInDialog(std::string_view key, bool isRepeated);
     bool pressInCrop(std::string_view key, bool isRepeated);
 
     // ---- commands; whether there was something to do
     bool undo();
     bool redo();
-    bool deleteSelection();
     bool escape();
     bool confirm();
     bool enter();
     bool copy();
-    bool cut();
     bool paste();
-    bool lockOrUnlock();
-    bool unlockAll();
-    // The keys of CanvasArrangement (EditorKeysArranging.cpp).
-    bool arrange(std::string_view key, bool isRepeated);
-    bool endTextBy(std::string_view key);
     bool saveDocument();
     bool openFile();
-    bool holdSpace();
     bool showKeys();
     bool toggleFullScreen();
-    bool zoomToFit();
-    bool zoomToPixels();
-    bool zoomIn();
-    bool zoomOut();
     template <unsigned index>
     bool takeColor();
     bool thinner();
@@ -140,7 +128,8 @@ private:
     std::weak_ptr<TesselViewController> _editor;
     std::weak_ptr<EditorKeysDelegate> _delegate;
     std::function<void()> _overviewHandler;
-    EditorPointer& _pointer;
+    // What is not of the editor's own.
+    CanvasKeys _canvasKeys;
     EditorRemote& _remote;
 };
 

@@ -170,11 +170,11 @@ KALIM_EXPORT("fingers") void fingers(int phase, int count) {
     editor->show();
 }
 
-// ---- the mouse and keys, see EditorPointer and EditorKeys. A button is the number of a
+// ---- the mouse and keys, see CanvasPointer and EditorKeys. A button is the number of a
 // PointerButton; true when the editor pans with it, and it is no finger then.
 
 KALIM_EXPORT("pan") bool pan(int phase, int number, double x, double y) {
-    kalim::EditorPointer* const pointer = editor->seat().pointer();
+    kalim::CanvasPointer* const pointer = editor->seat().pointer();
     if (!pointer) return false;
     const auto button = static_cast<kalim::PointerButton>(number);
     bool pans = false;

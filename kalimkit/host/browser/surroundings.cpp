@@ -122,7 +122,7 @@ KALIM_EXPORT("press_menu") void pressMenu(double x, double y) {
 // down: a list that it is over, or the picture.
 KALIM_EXPORT("scroll") void scroll(double x, double y, double across, double down) {
     kalim::EditorSeat& seat = kalim::pageEditor()->seat();
-    kalim::EditorPointer* const pointer = seat.pointer();
+    kalim::CanvasPointer* const pointer = seat.pointer();
     const kalim::gfx::Point place{x, y};
     const bool isTaken = seat.window().pointerScrolled(place, {across, down});
     if (!isTaken && pointer && pointer->pointerPressed(kalim::PointerButton::Middle, place)) {

@@ -103,6 +103,13 @@ void SdlWindow::present(std::shared_ptr<TesselViewController> editor) {
     _hands = std::move(hands);
 }
 
+void SdlWindow::presentCanvas(std::shared_ptr<ui::ViewController> screen,
+                              const std::shared_ptr<MDrawView>& canvas) {
+    takeSize();
+    _seat.presentCanvas(std::move(screen), canvas);
+    _hands = nullptr;
+}
+
 // ---- the loop
 
 void SdlWindow::run(std::optional<double> seconds) {

@@ -21,10 +21,10 @@ namespace kalim {
 
 class SdlCursors;
 
-// The seat of an editor in an SDL window that the host has made. While it lives, its environment is
-// the current one; the one before comes back with its end. A host without a loop of its own calls
-// run(); one that has one hands its events to handle(), calls update() after them, and waits no
-// longer than waitTime().
+// The seat of an editor, or of a canvas alone, in an SDL window that the host has made. While it
+// lives, its environment is the current one; the one before comes back with its end. A host without
+// a loop of its own calls run(); one that has one hands its events to handle(), calls update()
+// after them, and waits no longer than waitTime().
 class KALIM_API SdlWindow {
 public:
     // Starts SDL's video with what such windows want of it; instead of SDL_Init. Nothing on
@@ -44,11 +44,15 @@ public:
     EditorSeat& seat() { return _seat; }
     ui::Window& window() { return _seat.window(); }
 
-    // ---- the editor
+    // ---- the editor, or a canvas
     // Makes the editor the window's screen and connects the keyboard, the pointer, the clipboard
     // and dropped files with it. Null takes it away. The host does not do so from within a message
     // of the editor's; stop() may be called from there.
     void present(std::shared_ptr<TesselViewController> editor);
+    // The same of a canvas alone, in a screen of the host's; see EditorSeat::presentCanvas. The
+    // window's close button stops the loop then, and files that are dropped are the host's.
+    void presentCanvas(std::shared_ptr<ui::ViewController> screen,
+                       const std::shared_ptr<MDrawView>& canvas);
     // Told when a picture that the user has pasted, dropped or chosen has taken the place of the
     // one that was there: its file's path, empty for the clipboard's.
     void setPictureTaken(std::function<void(const std::string& path)> pictureTaken) {

@@ -7,6 +7,7 @@
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/desk/DeskShell.h"
+#include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/host/seat/BareShell.h"
 #include "kalimkit/ui/desk/KeysOverview.h"
 #include "kalimkit/ui/environment/LateCode.h"
@@ -77,12 +78,29 @@ void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
     chooseShell(_window.size());
 }
 
+void EditorSeat::presentCanvas(std::shared_ptr<ui::ViewController> screen,
+                               const std::shared_ptr<MDrawView>& canvas) {
+    letGo();
+    _editor = nullptr;
+    _window.setRootViewController(std::move(screen));
+    _canvas = canvas;
+    _pointer = std::make_unique<CanvasPointer>(canvas);
+    _canvasKeys = std::make_unique<CanvasKeys>(*_pointer);
+    if (_isReadOnly) setReadOnly(true);
+}
+
+MDrawView* EditorSeat::canvas() const {
+    return _editor ? _editor->drawView().get() : _canvas.lock().get();
+}
+
 void EditorSeat::letGo() {
     if (_editor) {
         _editor->setSizeHandler({});
         _editor->setShell(nullptr);
     }
     _shown = SeatLayout::Phone;
+    _canvas.reset();
+    _canvasKeys = nullptr;
     _keys = nullptr;
     _remote = nullptr;
     _pointer = nullptr;
@@ -123,7 +141,13 @@ void EditorSeat::removeButton(std::string_view identifier) {
 
 void EditorSeat::setReadOnly(bool isReadOnly) {
     _isReadOnly = isReadOnly;
-    if (_editor) _editor->setReadOnly(isReadOnly);
+    if (_editor) {
+        _editor->setReadOnly(isReadOnly);
+    } else if (canvas()) {
+        canvas()->finalizeCurrentDrawing();
+        canvas()->selectNone();
+        canvas()->setReadOnly(isReadOnly);
+    }
     if (_pointer) _pointer->setMainButtonPans(isReadOnly);
 }
 
@@ -211,12 +235,14 @@ void EditorSeat::scrolled(gfx::Point place, gfx::Point distance) {
 
 bool EditorSeat::pressKey(std::string_view name, bool isRepeated) {
     if (_keys) return _keys->press(name, isRepeated);
+    if (_canvasKeys) return _canvasKeys->press(name, isRepeated);
     const auto focused = focusedText();
     return focused && focused->handleKey(name);
 }
 
 void EditorSeat::releaseKey(std::string_view name) {
     if (_keys) _keys->release(name);
+    if (_canvasKeys) _canvasKeys->release(name);
 }
 
 // ---- text

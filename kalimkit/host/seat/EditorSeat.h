@@ -8,8 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "kalimkit/canvas/CanvasKeys.h"
+#include "kalimkit/canvas/CanvasPointer.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
-#include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorShell.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
@@ -19,6 +20,7 @@
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/AccessibilityTree.h"
+#include "kalimkit/ui/window/ViewController.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -62,6 +64,10 @@ public:
     void present(std::shared_ptr<TesselViewController> editor,
                  std::weak_ptr<EditorKeysDelegate> delegate = {});
     const std::shared_ptr<TesselViewController>& editor() const { return _editor; }
+    // The same of a canvas alone, without the editor around it: it has the pointer, and of the keys
+    // those of CanvasKeys. It lies in the screen's view, and the screen gives it its place there.
+    void presentCanvas(std::shared_ptr<ui::ViewController> screen,
+                       const std::shared_ptr<MDrawView>& canvas);
     // What people may choose from, in the order in which both shells show it: pens by their
     // identifiers, such as "arrow" and "crop"; colours; widths, points. An empty list takes the
     // choice back. Answers with what is wrong with a pen, and nothing changes then. It holds for
@@ -87,13 +93,13 @@ public:
     // phone's bars until setLayout() or another size asks again.
     using DeskGate = std::function<bool()>;
     void setDeskGate(DeskGate gate) { _deskGate = std::move(gate); }
-    // All are null without an editor.
-    MDrawView* canvas() const { return _editor ? _editor->drawView().get() : nullptr; }
+    // The canvas and its pointer, null without any; the others are null without an editor.
+    MDrawView* canvas() const;
+    CanvasPointer* pointer() const { return _pointer.get(); }
     EditorKeys* keys() const { return _keys.get(); }
-    EditorPointer* pointer() const { return _pointer.get(); }
     EditorRemote* remote() const { return _remote.get(); }
 
-    // ---- the mouse, which is a finger unless the editor pans with it. Its moves are reported
+    // ---- the mouse, which is a finger unless the canvas pans with it. Its moves are reported
     // whether a button is pressed or not.
     void mousePressed(PointerButton button, gfx::Point place);
     void mouseMoved(gfx::Point place);
@@ -111,7 +117,7 @@ public:
     // the right and downwards being positive.
     void scrolled(gfx::Point place, gfx::Point distance);
 
-    // ---- keys, by the names of EditorKeys. Without an editor they are the focused text's. Whether
+    // ---- keys, by the names of EditorKeys. Without a canvas they are the focused text's. Whether
     // the key did something.
     bool pressKey(std::string_view name, bool isRepeated = false);
     void releaseKey(std::string_view name);
@@ -156,7 +162,11 @@ private:
     ui::Window _window;
     ui::AccessibilityTree _accessibility{_window};
     std::shared_ptr<TesselViewController> _editor;
-    std::unique_ptr<EditorPointer> _pointer;
+    // The one that is presented alone.
+    std::weak_ptr<MDrawView> _canvas;
+    std::unique_ptr<CanvasPointer> _pointer;
+    // Of a canvas alone.
+    std::unique_ptr<CanvasKeys> _canvasKeys;
     std::unique_ptr<EditorRemote> _remote;
     std::unique_ptr<EditorKeys> _keys;
     SeatLayout _layout = SeatLayout::Phone;

@@ -173,6 +173,44 @@ TEST_F(SdlWindowTest, FollowsTheWindowsSizeAndAsksBeforeItCloses) {
     EXPECT_EQ(owner->closed, 1) << "another window";
 }
 
+TEST_F(SdlWindowTest, ACanvasAloneHasWheelTouchpadKeysAndTheCloseButton) {
+    struct Screen : ui::ViewController {
+        void loadView() override { setView(canvas); }
+        const std::shared_ptr<MDrawView> canvas = MDrawView::initWithFrame({});
+    };
+    const auto screen = std::make_shared<Screen>();
+    window->presentCanvas(screen, screen->canvas);
+    screen->canvas->setSnipImage(editor->drawView()->sourceImage());
+    window->update();
+    EXPECT_EQ(screen->canvas->bounds().size, (gfx::Size{300, 400}));
+    const auto scroll = [&](float sideways, float upwards) {
+        SDL_Event event{};
+        event.type = SDL_MOUSEWHEEL;
+        event.wheel.windowID = SDL_GetWindowID(sdl);
+        event.wheel.mouseX = 300;
+        event.wheel.mouseY = 400;
+        event.wheel.preciseX = sideways;
+        event.wheel.preciseY = upwards;
+        window->handle(event);
+        const gfx::AffineTransform shown = screen->canvas->mViewTransform();
+        return shown.apply({150, 200});
+    };
+    EXPECT_NEAR(scroll(0, 3).x, 150, 1) << "about the pointer";
+    EXPECT_NEAR(screen->canvas->getScale(), 1.52, 0.01);
+    EXPECT_NEAR(scroll(0.5F, 0.25F).x, 126, 1);
+    EXPECT_NEAR(scroll(0, 0).y, 212, 1);
+    press(SDLK_0, SDL_SCANCODE_0, KMOD_CTRL);
+    EXPECT_EQ(screen->canvas->getScale(), 1);
+
+    SDL_Event event{};
+    event.type = SDL_WINDOWEVENT;
+    event.window.windowID = SDL_GetWindowID(sdl);
+    event.window.event = SDL_WINDOWEVENT_CLOSE;
+    window->handle(event);
+    EXPECT_TRUE(window->isStopped());
+    window->present(nullptr);
+}
+
 TEST_F(SdlWindowTest, ADroppedPictureThatTheHostRefusesLeavesTheOneThatIsThere) {
     codec::Bytes png;
     ASSERT_EQ(codec::encodePng(gfx::Bitmap(30, 20), png), std::nullopt);
