@@ -90,7 +90,8 @@ std::optional<std::string> addPen(Pen pen) {
     std::vector<Pen>& list = listOfEnvironment().pens;
     const std::string name(pen.name);
     if (name.empty()) return "a pen needs a name";
-    if (penNamed(name)) return "there is a pen " + name + " already";
+    // The crop pen, which draws nothing, goes by this name where pens are listed.
+    if (name == "crop" || penNamed(name)) return "there is a pen " + name + " already";
     const bool hasKey = pen.key != 0;
     if (hasKey && std::ranges::find(list, pen.key, &Pen::key) != list.end())
         return "the key " + std::string(1, pen.key) + " of the pen " + name + " is another pen's";

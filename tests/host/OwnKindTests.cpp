@@ -105,6 +105,9 @@ TEST(OwnKind, IsAPenThatDocumentsKnowOnceItIsRegistered) {
         ToolRegistry::add(Stamp::Class(),
                           {.name = "ink", .key = 'a', .icon = "star", .text = "i", .english = "i"}),
         "the key a of the pen ink is another pen's");
+    EXPECT_EQ(ToolRegistry::add(Stamp::Class(),
+                                {.name = "crop", .icon = "star", .text = "c", .english = "c"}),
+              "there is a pen crop already");
     EXPECT_FALSE(ToolRegistry::current().kindNamed("Stamp")) << "nothing was added";
 
     const Pen& star = *penNamed("star");

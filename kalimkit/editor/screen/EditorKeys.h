@@ -31,9 +31,10 @@ class TesselViewController;
 //               deselects, else closes the panel, else asks to close; leaves the crop editor, and
 //               answers a question so that nothing is lost
 //     enter     ends the editing of a text where the editor has a shell for wide screens, in which
-//               shift+enter begins a line, and with ctrl everywhere; edits a text that is selected,
-//               else confirms; also answers a question, so that
-//               nothing is lost as well; tab and the arrows choose another answer first
+//               shift+enter begins a line, and with ctrl everywhere; else ends a shape that is made
+//               point by point, edits a text that is selected, or confirms; also answers a
+//               question, so that nothing is lost as well; tab and the arrows choose another answer
+//               first
 //     ctrl+s                           confirms, in the crop editor the crop, as enter does
 //     ctrl+shift+s                     saves a document, in the crop editor as well
 //     ctrl+o                           has a picture or a document chosen

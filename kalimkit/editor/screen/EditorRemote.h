@@ -24,8 +24,8 @@ public:
     EditorRemote& operator=(const EditorRemote&) = delete;
 
     // ---- choices
-    // A pen by its number, see EditorPen, for what is drawn next; deselects,
-    // unless it is the one that selects.
+    // A pen by its number, see EditorPen, for what is drawn next; deselects, unless it is the one
+    // that selects.
     void choosePen(unsigned pen);
     // Also for what is selected, as a line width in points; neither need be one of the pickers'.
     void chooseColor(const gfx::ColorRef& color);

@@ -9,10 +9,9 @@
 namespace kalim {
 
 // Flags and texts that outlive the process, in a text file of lines "key=true" and "key=text",
-// where
-// "\n" stands for the end of a line and "\\" for a backslash. The file is read when a key is first
-// asked for, and replaced in one step when one has changed; other lines of it stay, and one that
-// cannot be read stays as it is.
+// where "\n" stands for the end of a line and "\\" for a backslash. The file is read when a key is
+// first asked for, and replaced in one step when one has changed; other lines of it stay, and one
+// that cannot be read stays as it is.
 class UserDefaults {
 public:
     // An empty path keeps the values in memory alone.
