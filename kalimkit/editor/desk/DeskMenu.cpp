@@ -73,7 +73,7 @@ Items itemsOfSelection(const MenuMaker& make, std::size_t count) {
     order.items = make.order();
     ui::MenuItem alignment{.text = deskText("对齐")};
     alignment.items = make.alignment(count);
-    return {make.byKey("剪切", "ctrl+x", "cut"),
+    return {make.byKey("剪切", "ctrl+x", "scissors"),
             make.byKey("拷贝", "ctrl+c", "copy"),
             make.byKey("粘贴", "ctrl+v", "paste"),
             make.arranging("ctrl+d", "duplicate"),
