@@ -14,6 +14,9 @@ class KALIM_API Damage {
 public:
     static constexpr std::size_t capacity = 8;
 
+    // Room for all there will be, so that views go away without asking for memory.
+    Damage() { _rects.reserve(capacity + 1); }
+
     // Empty rectangles and those that are not finite are ignored.
     void add(const gfx::Rect& rect);
     void clear() { _rects.clear(); }
