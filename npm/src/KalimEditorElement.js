@@ -571,6 +571,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       throw new DOMException('The element has left its document', 'AbortError');
     }
     session.editor = editor;
+    // What was said while the module was on its way.
+    for (const [name, [, apply]] of Object.entries(surroundings)) {
+      if (this.#said[name] !== options[name]) apply(editor, this.#said[name]);
+    }
+    if (this.readonly !== options.readonly) editor.setReadonly(this.readonly);
     session.mirror = new Mirror(this.#stage, session.canvas, editor);
     this.#listen(editor);
   }

@@ -130,6 +130,12 @@ KALIM_EXPORT("use_editor") void useEditor(int nativeHeight) {
     if (nativeHeight) editor->nativeHeight = nativeHeight;
 }
 
+KALIM_EXPORT("use_layout") void useLayout(int length) {
+    const std::string_view name = givenText(length);
+    if (name == "desk") editor->layout = kalim::SeatLayout::Desk;
+    if (name == "auto") editor->layout = kalim::SeatLayout::Auto;
+}
+
 KALIM_EXPORT("use_entrance")
 void useEntrance(double x, double y, double width, double height, double scale) {
     editor->entrance = kalim::EditorSetup::Entrance{{x, y, width, height}, scale};

@@ -57,6 +57,7 @@ window.scenarios = {
     if (forgiving) exports.use_forgiving();
     if (editor) {
       exports.use_editor(editor.nativeHeight ?? 0);
+      exports.use_layout(put(editor.layout ?? 'phone'));
       if (editor.entrance) exports.use_entrance(...editor.entrance);
       for (const [key, value] of Object.entries(editor.userDefaults)) exports.use_default(put(key), value);
     }

@@ -36,6 +36,7 @@ async function readScenario(name) {
     pictures: Object.fromEntries([picture, ...named].filter(Boolean).map((at) => [at, `/${at}`])),
     editor: isEditor && {
       nativeHeight: Number(option('--native-height', 0)),
+      layout: option('--layout', 'phone'),
       entrance: option('--needs-init-animate', null)?.split(',').map(Number),
       userDefaults: Object.fromEntries(all('--user-default').map((setting) => {
         const [, key, value] = /^(.*?)=(.*)$/.exec(setting);
