@@ -60,7 +60,8 @@ test('a bundled app shows a picture and finds the module by itself', async () =>
   await page.waitFor(() => document.title === 'open');
   const modules = () => page.evaluate(() => performance.getEntriesByType('resource')
     .map(({ name }) => new URL(name).pathname).filter((path) => path.endsWith('.wasm')));
-  assert.match((await modules()).join(), /^\/app\/dist\/assets\/kalimkit-[^/]+\.wasm$/);
+  // The page is wide, so the desk's part comes as well.
+  assert.match((await modules()).join(), /^\/app\/dist\/assets\/kalimkit-[^/]+\.wasm,\/app\/dist\/assets\/kalimkit-desk-[^/]+\.wasm$/);
   // So it does the module for saving, and the worker that runs it.
   assert.ok(readdirSync(join(app, 'dist/assets')).some((name) => name.startsWith('worker-')));
   const saved = await page.evaluate(async () => {
