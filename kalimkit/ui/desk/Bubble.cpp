@@ -33,8 +33,7 @@ const gfx::Font tipFont{"", 12};
 
 // ---- the plate
 
-std::shared_ptr<Overlay::Bubble> Overlay::Bubble::make(std::string text, std::string key,
-                                                       std::string icon) {
+std::shared_ptr<Bubble> Bubble::make(std::string text, std::string key, std::string icon) {
     const std::shared_ptr<Bubble> bubble(new Bubble);
     bubble->init({});
     bubble->_text = std::move(text);
@@ -44,11 +43,11 @@ std::shared_ptr<Overlay::Bubble> Overlay::Bubble::make(std::string text, std::st
     return bubble;
 }
 
-double Overlay::Bubble::keyWidth() const {
+double Bubble::keyWidth() const {
     return _key.empty() ? 0 : std::ceil(AlignedText::sizeOf(_key, tipFont).width) + gap;
 }
 
-gfx::Size Overlay::Bubble::fittingSize() const {
+gfx::Size Bubble::fittingSize() const {
     double width = 2 * inset + std::ceil(AlignedText::sizeOf(_text, tipFont).width) + keyWidth();
     if (!_icon.empty()) width += iconSide + gap / 2;
     const bool isNote = accessibilityRole() == AccessibilityRole::Status;
@@ -56,7 +55,7 @@ gfx::Size Overlay::Bubble::fittingSize() const {
     return {width, isNote ? noteHeight : height};
 }
 
-void Overlay::Bubble::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
+void Bubble::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const Palette palette = Palette::current();
     context.setFillColor(palette.tip);
     context.addPath(gfx::roundedRect(bounds(), radius));

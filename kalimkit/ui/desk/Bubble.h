@@ -10,7 +10,7 @@ namespace kalim::ui {
 
 // A dark plate with a text: a tip with the key that does the same, or a note with an icon. Takes no
 // touches.
-class Overlay::Bubble : public View {
+class Bubble : public View {
 public:
     // Either of the last two may be empty.
     static std::shared_ptr<Bubble> make(std::string text, std::string key, std::string icon);

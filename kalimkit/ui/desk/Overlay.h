@@ -14,6 +14,7 @@
 
 namespace kalim::ui {
 
+class Bubble;
 class Eyedropper;
 class Popover;
 class TextView;
@@ -82,7 +83,6 @@ protected:
     void didMoveToWindow() override;
 
 private:
-    class Bubble;
     class PressWatcher;
 
     void connect(Window& window);
