@@ -37,6 +37,14 @@ std::string iconOf(const ToolProperty& property, std::string_view choice) {
     return property.name == "heads" && choice == "none" ? "line" : std::string();
 }
 
+// What a slider is about stands beside it.
+std::string sliderIconOf(const ToolProperty& property) {
+    const std::string name(property.name == "zoom"   ? "zoomin"
+                           : property.name == "dark" ? "spotlight"
+                                                     : property.name);
+    return hasIcon(name) ? name : std::string();
+}
+
 double numberOf(const std::optional<ToolPropertyValue>& value, double otherwise) {
     const double* const number = value ? std::get_if<double>(&*value) : nullptr;
     return number ? *number : otherwise;
@@ -65,8 +73,9 @@ public:
                    (tenths % 10 ? "." + std::to_string(tenths % 10) : std::string());
         });
         _slider->setHandler([this](double value, bool isFinal) { choose(value, isFinal); });
-        if (!hasIcon(name())) return;
-        _icon = ui::DeskButton::make(name());
+        const std::string icon = sliderIconOf(property);
+        if (icon.empty()) return;
+        _icon = ui::DeskButton::make(icon);
         _icon->setUserInteractionEnabled(false);
         _icon->setAccessibilityHidden(true);
         _icon->setFrame({0, 0, iconSide, DeskLayout::buttonSide});
