@@ -20,7 +20,7 @@ constexpr Pen allPens[] = {
     {.number = 5, .name = "ellipse", .key = 'e', .icon = "circle", .text = "圆形", .english = "Ellipse", .toolType = 2, .place = 2, .shape = 1},
     {.number = 1, .name = "text", .key = 't', .icon = "text", .text = "文字", .english = "Text", .toolType = 3, .place = 4},
     {.number = 0, .name = "mosaic", .key = 'm', .icon = "mosaic", .text = "马赛克", .english = "Mosaic", .toolType = 5, .place = 5, .isShownForTools = false, .hasOneIcon = true},
-    {.number = 8, .icon = "cut", .text = "裁剪", .english = "Crop", .place = 6},
+    {.number = 8, .key = 'x', .icon = "cut", .text = "裁剪", .english = "Crop", .place = 6},
     {.number = 31, .name = "roundedrectangle", .key = 'u', .icon = "roundedrectangle", .text = "圆角矩形", .english = "Rounded rectangle", .toolType = 1, .isShownForTools = false, .showsToolIcon = true},
     {.number = 22, .name = "highlighter", .key = 'h', .icon = "highlighter", .text = "荧光笔", .english = "Highlighter", .toolType = 22, .isShownForTools = false, .showsToolIcon = true, .firstColor = "#FFF700"},
     {.number = 23, .name = "highlighterbox", .key = 'b', .icon = "highlighterbox", .text = "荧光框", .english = "Highlighter box", .toolType = 23, .isShownForTools = false, .showsToolIcon = true, .firstColor = "#FFF700"},

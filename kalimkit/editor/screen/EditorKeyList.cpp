@@ -96,11 +96,18 @@ std::string localized(std::string_view text) {
     return ui::Environment::current().localizedString(std::string(text));
 }
 
-// Keys that do the same stand in one row.
+std::string_view heldKeysOf(std::string_view key) {
+    const std::size_t plus = key.rfind('+');
+    return plus == std::string_view::npos ? std::string_view() : key.substr(0, plus + 1);
+}
+
+// Keys that do the same stand in one row, and what is held with all of them stands there once.
 void add(ui::KeyGroup& group, const std::string& text, std::string_view key) {
     const auto row = std::ranges::find(group.rows, text, &ui::KeyRow::text);
     if (row != group.rows.end()) {
-        row->keys.emplace_back(key);
+        const std::string_view held = heldKeysOf(key);
+        const bool isTold = held == heldKeysOf(row->keys.front());
+        row->keys.emplace_back(isTold ? key.substr(held.size()) : key);
     } else {
         group.rows.push_back({text, {std::string(key)}});
     }

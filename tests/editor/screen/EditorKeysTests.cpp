@@ -199,7 +199,9 @@ TEST_F(EditorKeysTest, TheCropEditorTakesTheKeysWhileItIsOpen) {
     EXPECT_TRUE(keys.press("escape"));
     screen.wait(2);
     EXPECT_FALSE(screen.editor->editImageInitialView());
-    open();
+    EXPECT_TRUE(keys.press("x")) << "opens it as its pen does";
+    screen.wait(2);
+    ASSERT_TRUE(screen.editor->editImageInitialView());
     EXPECT_TRUE(keys.press("enter"));
     screen.wait(2);
     EXPECT_FALSE(screen.editor->editImageInitialView());
@@ -494,8 +496,9 @@ TEST_F(EditorKeysTest, AreListedWithTheirTexts) {
             }
         }
     }
-    for (const char* key : {"ctrl+z", "1", "5", "a", "?", "f11", "shift"})
+    for (const char* key : {"ctrl+z", "1", "5", "a", "x", "?", "f11", "shift", "shift+left"})
         EXPECT_EQ(std::ranges::count(listed, key), 1) << key;
+    EXPECT_EQ(std::ranges::count(listed, "right"), 2) << "what is held stands in a row once";
     int shown = 0;
     EXPECT_FALSE(keys.press("f1"));
     keys.setOverviewHandler([&] { ++shown; });
