@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasShown.h"
@@ -141,23 +142,33 @@ void CanvasPainter::drawTool(gfx::Context& context, MDrawTool& tool) {
     tool.setGround(nullptr);
 }
 
-// Each area is taken out of what may be shaded, so that those that overlap leave no seam.
+// Each area is taken out of what may be shaded, so that those that overlap leave no seam. One of
+// them is taken out of what is filled, a slanting one if there is any: a rectangle's edges would be
+// smoothed otherwise than they are beside such an area wherever that is not drawn again with them.
 void CanvasPainter::drawShade(gfx::Context& context, const gfx::Rect& rect) const {
     double dark = 0;
-    const gfx::GraphicsStateGuard guard(context);
-    // So that its edge smooths nothing twice.
-    const gfx::Rect everything = rect.inset(-2, -2);
+    std::vector<gfx::Polygon> areas;
     for (const ToolRef& tool : _canvas.tools) {
         if (tool->toolClass().layer() != ToolLayer::Shade || !tool->isDrawVaild()) continue;
         dark = std::max(dark, tool->shade());
-        context.beginPath();
-        context.addPath(without(tool->area(), everything));
-        context.clip();
+        areas.push_back(tool->area());
     }
     if (!(dark > 0)) return;
+    std::ranges::partition(areas, std::not_fn(gfx::isUpright));
+    const gfx::GraphicsStateGuard guard(context);
+    context.clipToRect(rect);
     if (const auto edge = pictureEdge(context)) context.clipToRect(*edge);
+    // So that its edge smooths nothing twice.
+    const gfx::Rect everything = rect.inset(-2, -2);
+    for (std::size_t i = 1; i < areas.size(); ++i) {
+        context.beginPath();
+        context.addPath(without(areas[i], everything));
+        context.clip();
+    }
     context.setFillColor({0, 0, 0, std::min(dark, 1.0)});
-    context.fillRect(rect);
+    context.beginPath();
+    context.addPath(without(areas.front(), everything));
+    context.fill();
 }
 
 // From the picture's own pixels wherever it is magnified. What a crop has cut off is nowhere to be

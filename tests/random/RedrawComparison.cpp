@@ -9,12 +9,9 @@ namespace kalim::test {
 
 namespace {
 
-// Smooth edges are covered in fifteenths of a pixel, or more finely, depending on how they are
-// clipped.
-constexpr int mostLevels = 17;
-// Rounding, which differs where a clip cuts what is resampled or smoothed. A straight edge between
-// two rows of pixels has it in the whole row.
-constexpr int rounding = 4;
+constexpr int mostLevels = 16;
+// Rounding, which differs where a clip cuts what is resampled or smoothed.
+constexpr int rounding = 1;
 constexpr int onePixelIn = 500;
 
 // Row by row, the window's own pixels in a copy.
