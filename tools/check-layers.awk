@@ -6,7 +6,7 @@ BEGIN {
     close(floors)
     while ((getline line < list) > 0) if (line ~ /^kalimkit\//) isListed[line] = 1
     close(list)
-    count = split("cairo pango fontconfig ft2build jpeglib jerror png zlib webp lcms libexif SDL nlohmann " \
+    count = split("cairo pango fontconfig fribidi ft2build jpeglib jerror png zlib webp lcms libexif SDL nlohmann " \
         "CLI fmt gtest gmock benchmark emmintrin", library, " ")
 
     # Standard headers that cost the web build dearly or that need a system under them.

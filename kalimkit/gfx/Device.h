@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,10 +12,20 @@
 #include "kalimkit/gfx/Font.h"
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/gfx/Surface.h"
+#include "kalimkit/gfx/TextDirections.h"
 
 namespace kalim::gfx {
 
+// Graphemes after UAX 29, lines after UAX 14.
 enum class TextBoundary { Grapheme, Word, Line };
+
+// What came of a font that was handed over: its family, or in words what is wrong with it.
+struct AddedFont {
+    std::string family;
+    std::string problem;
+
+    explicit operator bool() const { return problem.empty(); }
+};
 
 // Made by a backend, held by the environment, and the only source of drawing things.
 class KALIM_API Device {
@@ -28,11 +40,24 @@ public:
 
     // ---- text measures, in points, the same at every surface scale ----------------------------
     // The advance of each grapheme of one UTF-8 run, shaped as a whole.
+    // The direction of what stands between an override (U+202D or U+202E) and its end (U+202C) is
+    // settled; each of these is a grapheme of its own without a width.
     virtual std::vector<double> advances(std::string_view text, const Font& font) = 0;
     virtual LineMetrics lineMetrics(const Font& font) = 0;
     // Byte offsets at which the text may be divided, the start (0) and the end always among them.
     // Word boundaries are the starts and ends of words; Line those where a line may be broken.
     virtual std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) = 0;
+    // The directions of a text without line feeds, one for each of its graphemes. A device that
+    // knows none lets everything run from left to right.
+    virtual TextDirections directions(std::string_view paragraph, BaseDirection base);
+
+    // ---- fonts that a host hands over
+    // Takes the bytes of a font file. An empty family means the families added, in their order,
+    // and what they lack is taken from the system font; so that a text set in it is broken alike
+    // wherever the same fonts were added. Their lines are as high as the font says: ascent, descent
+    // and gap of its hhea table, or of OS/2 where that asks for it, nothing rounded. Texts laid out
+    // before keep their measures, so fonts come first.
+    virtual AddedFont addFont(std::vector<std::uint8_t> file);
 };
 
 }  // namespace kalim::gfx

@@ -1,6 +1,8 @@
 #include "tests/support/RecordingDevice.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include "kalimkit/gfx/Utf8.h"
@@ -126,6 +128,45 @@ std::vector<std::size_t> RecordingDevice::boundaries(std::string_view text,
         if (divides(all[i - 1], all[i], kind)) result.push_back(all[i].offset);
     }
     if (!text.empty()) result.push_back(text.size());
+    return result;
+}
+
+// A side is 0 for what goes along with letters from left to right, 1 for the other, 2 for what goes
+// along with its neighbours.
+gfx::TextDirections RecordingDevice::directions(std::string_view paragraph,
+                                                gfx::BaseDirection base) {
+    const std::vector<Grapheme> all = graphemes(paragraph);
+    const auto isHebrew = [](const Grapheme& one) { return one.base >= 0x590 && one.base < 0x600; };
+    const auto isNumber = [](const Grapheme& one) { return one.base >= '0' && one.base <= '9'; };
+    const auto isLetter = [&](const Grapheme& one) { return one.isWord() && !isNumber(one); };
+    const auto first = std::ranges::find_if(all, isLetter);
+    const bool isTurned = base == gfx::BaseDirection::FirstLetter
+                              ? first != all.end() && isHebrew(*first)
+                              : base == gfx::BaseDirection::RightToLeft;
+    gfx::TextDirections result;
+    result.baseLevel = isTurned ? 1 : 0;
+    if (!isTurned && std::ranges::none_of(all, isHebrew)) return result;
+    std::vector<std::uint8_t> sides;
+    std::uint8_t letter = result.baseLevel;
+    for (const Grapheme& one : all) {
+        if (isLetter(one)) letter = isHebrew(one) ? 1 : 0;
+        sides.push_back(one.isWord() ? letter : 2);
+    }
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        std::uint8_t side = sides[i];
+        if (side == 2) {
+            const auto after = std::find_if(sides.begin() + static_cast<std::ptrdiff_t>(i),
+                                            sides.end(), [](auto next) { return next != 2; });
+            const std::uint8_t next = after == sides.end() ? result.baseLevel : *after;
+            const std::uint8_t before = i == 0 ? result.baseLevel : sides[i - 1];
+            side = before == next ? before : result.baseLevel;
+            // Those that follow go where the neighbour before them goes.
+            if (before == next) sides[i] = before;
+        }
+        const bool isLeft = side == 0 || isNumber(all[i]);
+        const auto inner = static_cast<std::uint8_t>(side == 0 && !isTurned ? 0 : 2);
+        result.graphemes.push_back({isLeft ? inner : std::uint8_t{1}, all[i].isSpace()});
+    }
     return result;
 }
 

@@ -25,6 +25,8 @@ public:
     std::vector<double> advances(std::string_view text, const gfx::Font& font) override;
     gfx::LineMetrics lineMetrics(const gfx::Font& font) override;
     std::vector<std::size_t> boundaries(std::string_view text, gfx::TextBoundary kind) override;
+    // Hebrew alone runs from right to left.
+    gfx::TextDirections directions(std::string_view paragraph, gfx::BaseDirection base) override;
 
     // The surfaces made here that are still alive, oldest first.
     std::vector<std::shared_ptr<gfx::Surface>> surfaces() const;

@@ -6,12 +6,14 @@
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <span>
 #include <thread>
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoRaster.h"
 #include "kalimkit/backend/cairo/CairoResources.h"
 #include "kalimkit/backend/cairo/CairoSurface.h"
+#include "kalimkit/backend/cairo/FriBidiDirections.h"
 
 namespace kalim::gfx {
 
@@ -64,6 +66,11 @@ LineMetrics CairoDevice::lineMetrics(const Font& font) {
 
 std::vector<std::size_t> CairoDevice::boundaries(std::string_view text, TextBoundary kind) {
     return _resources->text().boundaries(text, kind);
+}
+
+TextDirections CairoDevice::directions(std::string_view paragraph, BaseDirection base) {
+    const std::vector<std::size_t> edges = boundaries(paragraph, TextBoundary::Grapheme);
+    return friBidiDirections(paragraph, std::span(edges).first(edges.size() - 1), base);
 }
 
 const std::uint8_t* CairoDevice::pixels(const Surface& surface) {

@@ -23,6 +23,7 @@ public:
     std::vector<double> advances(std::string_view text, const Font& font) override;
     LineMetrics lineMetrics(const Font& font) override;
     std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) override;
+    TextDirections directions(std::string_view paragraph, BaseDirection base) override;
 
     // What is drawn on a surface of such a device, in place and in Bitmap's layout, until the next
     // call on its context; for a host that presents it. The alpha bytes of an opaque surface mean

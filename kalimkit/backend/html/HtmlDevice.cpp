@@ -1,9 +1,12 @@
 #include "kalimkit/backend/html/HtmlDevice.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <utility>
 
+#include "kalimkit/backend/html/HtmlDirections.h"
 #include "kalimkit/backend/html/HtmlFont.h"
 #include "kalimkit/backend/html/HtmlImports.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
@@ -56,6 +59,14 @@ std::vector<std::size_t> HtmlDevice::boundaries(std::string_view text, TextBound
         result.push_back(offset);
     }
     return result;
+}
+
+TextDirections HtmlDevice::directions(std::string_view paragraph, BaseDirection base) {
+    const bool isAscii =
+        std::ranges::all_of(paragraph, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (isAscii && base != BaseDirection::RightToLeft) return {};
+    const std::vector<std::size_t> edges = boundaries(paragraph, TextBoundary::Grapheme);
+    return htmlDirections(paragraph, std::span(edges).first(edges.size() - 1), base);
 }
 
 }  // namespace kalim::gfx

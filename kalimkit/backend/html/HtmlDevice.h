@@ -13,6 +13,7 @@ public:
     std::vector<double> advances(std::string_view text, const Font& font) override;
     LineMetrics lineMetrics(const Font& font) override;
     std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) override;
+    TextDirections directions(std::string_view paragraph, BaseDirection base) override;
 };
 
 }  // namespace kalim::gfx

@@ -38,6 +38,8 @@ public:
     const Span& spanOf(std::size_t grapheme) const { return _spans[grapheme - _first]; }
     // Lists the graphemes from left to right.
     const std::vector<std::size_t>& seen() const { return _seen; }
+    // An index into seen().
+    std::size_t placeOf(std::size_t grapheme) const;
     std::vector<Run> runs() const;
 
 private:

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/gfx/text/DirectedRun.h"
+
 namespace kalim::gfx {
 
 namespace {
@@ -19,17 +21,17 @@ constexpr std::string_view ideographicSpace = "\u3000";
 
 }  // namespace
 
-MeasuredParagraph::MeasuredParagraph(Device& device, std::string_view text, const Font& font)
-    : _length(text.size()), _tabInterval(std::max(font.size, 0.0) * tabSizes) {
+MeasuredParagraph::MeasuredParagraph(Device& device, std::string_view text, const Font& font,
+                                     BaseDirection base)
+    : _directions(device.directions(text, base)),
+      _length(text.size()),
+      _tabInterval(std::max(font.size, 0.0) * tabSizes) {
     if (!text.empty()) measure(device, text, font);
 }
 
 void MeasuredParagraph::measure(Device& device, std::string_view text, const Font& font) {
     const std::vector<std::size_t> edges = device.boundaries(text, TextBoundary::Grapheme);
     const std::vector<std::size_t> breaks = device.boundaries(text, TextBoundary::Line);
-    if (hasRightToLeft(text)) {
-        _levels = directionLevels(text, std::span(edges).first(edges.size() - 1));
-    }
     _graphemes.reserve(edges.size());
     auto nextBreak = breaks.begin();
     for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
@@ -47,12 +49,18 @@ void MeasuredParagraph::measure(Device& device, std::string_view text, const Fon
     }
 }
 
-// A tab is a piece of its own; other pieces end before a tab or, from some length on, where a line
-// could be broken.
+bool MeasuredParagraph::turnsBefore(std::size_t grapheme) const {
+    if (_directions.isPlain()) return false;
+    const auto& all = _directions.graphemes;
+    return all[grapheme].level % 2 != all[grapheme - 1].level % 2;
+}
+
+// A tab is a piece of its own; other pieces end before a tab, where the direction changes or, from
+// some length on, where a line could be broken.
 std::size_t MeasuredParagraph::endOfPiece(std::size_t first) const {
     if (_graphemes[first].isTab) return first + 1;
     std::size_t last = first + 1;
-    for (; last < _graphemes.size() && !_graphemes[last].isTab; ++last) {
+    for (; last < _graphemes.size() && !_graphemes[last].isTab && !turnsBefore(last); ++last) {
         const std::size_t length = _graphemes[last].offset - _graphemes[first].offset;
         const bool isLong = length >= pieceLength && _graphemes[last].mayBreakBefore;
         if (isLong || length >= 4 * pieceLength) break;
@@ -64,8 +72,16 @@ void MeasuredParagraph::measurePiece(Device& device, std::string_view text, cons
                                      std::size_t first, std::size_t last) {
     if (_graphemes[first].isTab) return;
     const std::size_t begin = offsetOf(first);
-    const std::vector<double> advances =
-        device.advances(text.substr(begin, offsetOf(last) - begin), font);
+    const std::string_view piece = text.substr(begin, offsetOf(last) - begin);
+    std::vector<double> advances;
+    if (_directions.isPlain()) {
+        advances = device.advances(piece, font);
+    } else {
+        const bool isRightToLeft = _directions.graphemes[first].level % 2 != 0;
+        advances = device.advances(directedRun(piece, isRightToLeft), font);
+        // That of the override.
+        if (!advances.empty()) advances.erase(advances.begin());
+    }
     for (std::size_t i = 0; i < std::min(advances.size(), last - first); ++i)
         _graphemes[first + i].advance = advances[i];
 }

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "kalimkit/gfx/Device.h"
-#include "kalimkit/gfx/text/Directions.h"
 
 namespace kalim::gfx {
 
@@ -29,11 +28,10 @@ public:
         double width = 0;
     };
 
-    MeasuredParagraph(Device& device, std::string_view text, const Font& font);
+    MeasuredParagraph(Device& device, std::string_view text, const Font& font, BaseDirection base);
 
     const std::vector<Grapheme>& graphemes() const { return _graphemes; }
-    // Without any for graphemes where nothing runs from right to left.
-    const Levels& levels() const { return _levels; }
+    const TextDirections& directions() const { return _directions; }
     // Yields the offset of a grapheme, and the paragraph's length for their number.
     std::size_t offsetOf(std::size_t grapheme) const;
     // The grapheme that holds a byte; their number from the paragraph's length on.
@@ -45,6 +43,7 @@ public:
 
 private:
     void measure(Device& device, std::string_view text, const Font& font);
+    bool turnsBefore(std::size_t grapheme) const;
     void measurePiece(Device& device, std::string_view text, const Font& font, std::size_t first,
                       std::size_t last);
     std::size_t endOfPiece(std::size_t first) const;
@@ -52,7 +51,7 @@ private:
     double widthOf(std::size_t first, std::size_t last, double widthLimit) const;
 
     std::vector<Grapheme> _graphemes;
-    Levels _levels;
+    TextDirections _directions;
     std::size_t _length;
     double _tabInterval;
 };

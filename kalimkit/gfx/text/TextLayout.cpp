@@ -68,6 +68,22 @@ void TextLayout::setFont(const Font& font) {
     if (font == _font) return;
     _font = font;
     _metrics = _device->lineMetrics(font);
+    forgetMeasures();
+}
+
+void TextLayout::setBaseDirection(BaseDirection direction) {
+    if (direction == _base) return;
+    _base = direction;
+    forgetMeasures();
+}
+
+void TextLayout::setAlignment(LineAlignment alignment) {
+    if (alignment == _alignment) return;
+    _alignment = alignment;
+    alignLines();
+}
+
+void TextLayout::forgetMeasures() {
     for (Paragraph& paragraph : _paragraphs)
         paragraph.measured = nullptr;
     measure();
@@ -85,7 +101,7 @@ void TextLayout::measure() {
     for (Paragraph& paragraph : _paragraphs) {
         if (paragraph.measured) continue;
         paragraph.measured =
-            std::make_shared<const MeasuredParagraph>(*_device, textOf(paragraph), _font);
+            std::make_shared<const MeasuredParagraph>(*_device, textOf(paragraph), _font, _base);
     }
 }
 
@@ -96,7 +112,7 @@ void TextLayout::breakLines() {
     for (std::size_t i = 0; i < _paragraphs.size(); ++i) {
         const Paragraph& paragraph = _paragraphs[i];
         for (const MeasuredParagraph::Line& line : paragraph.measured->lines(_limit.width)) {
-            if (top + _metrics.ascent + _metrics.descent > _limit.height) return;
+            if (top + _metrics.ascent + _metrics.descent > _limit.height) return alignLines();
             _lines.push_back({paragraph.begin + paragraph.measured->offsetOf(line.first),
                               paragraph.begin + paragraph.measured->offsetOf(line.last),
                               {0, top + _metrics.ascent},
@@ -107,6 +123,24 @@ void TextLayout::breakLines() {
             _rows.push_back({i, line.first, line.last});
             top += lineHeight();
         }
+    }
+    alignLines();
+}
+
+void TextLayout::alignLines() {
+    const double room = std::isfinite(_limit.width) ? _limit.width : size().width;
+    bool isTurned = false;
+    for (std::size_t i = 0; i < _lines.size(); ++i) {
+        const MeasuredParagraph& measured = measuredOf(_rows[i]);
+        // An empty line goes on as the text before it.
+        if (i == 0 || !measured.graphemes().empty())
+            isTurned = measured.directions().isRightToLeft();
+        const double gap = std::max(room - _lines[i].width, 0.0);
+        double share = 0;
+        if (_alignment == LineAlignment::Center) share = 0.5;
+        if (_alignment == LineAlignment::Start) share = isTurned ? 1 : 0;
+        if (_alignment == LineAlignment::End) share = isTurned ? 0 : 1;
+        _lines[i].origin.x = gap * share;
     }
 }
 

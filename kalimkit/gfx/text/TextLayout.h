@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/text/LineAlignment.h"
 #include "kalimkit/gfx/text/TextLine.h"
 #include "kalimkit/gfx/text/TextPosition.h"
 #include "kalimkit/gfx/text/TextRange.h"
@@ -19,9 +21,9 @@ namespace kalim::gfx {
 class LineOrder;
 class MeasuredParagraph;
 
-// A UTF-8 text in one font, broken into lines from the measures of a device. The first letter of a
-// paragraph says in which direction it runs; lines begin at the left all the same, and within them
-// letters and numbers stand in the order in which they are read (see Directions.h).
+// A UTF-8 text in one font, broken into lines from the measures of a device. The first strong
+// letter of a paragraph says in which direction it runs, unless that is settled; within its lines
+// text stands as the Unicode Bidirectional Algorithm has it seen.
 //
 // Line feeds (and CR, and CR LF) end a paragraph. A paragraph is broken greedily where the device
 // lets lines be broken; spaces hang beyond the limit; a word wider than the limit is broken between
@@ -43,6 +45,11 @@ public:
     void setText(std::string text);
     void setFont(const Font& font);
     void setLimit(Size limit);
+    // As the first letters say, at first.
+    void setBaseDirection(BaseDirection direction);
+    // In the limit's width, or without one in that of the widest line. Left at first, which way
+    // ever paragraphs run.
+    void setAlignment(LineAlignment alignment);
     const std::string& text() const { return _text; }
     const Font& font() const { return _font; }
     Size limit() const { return _limit; }
@@ -61,6 +68,9 @@ public:
     // Without a width; as high as its line without the leading. Where two directions meet it is at
     // the start of what follows the offset, or upstream at the end of what comes before.
     Rect caretRect(TextPosition position) const;
+    // Where text of the other direction would be put in, which is another place when the position
+    // lies between two directions. Nothing where both are one.
+    std::optional<Rect> otherCaretRect(TextPosition position) const;
     // The grapheme edge nearest to a point; a point above the first line or below the last counts
     // as in it.
     TextPosition positionAt(Point p) const;
@@ -77,6 +87,15 @@ public:
     std::size_t wordAfter(std::size_t offset) const;
     // Finds the word, the space or the punctuation at an offset.
     TextRange wordAt(std::size_t offset) const;
+    // The next place on the screen, one grapheme farther; from the end of a line that of the line
+    // which comes before or after as one reads. The position itself where there is none.
+    TextPosition leftOf(TextPosition position) const { return besides(position, false); }
+    TextPosition rightOf(TextPosition position) const { return besides(position, true); }
+    // Of the paragraph around the offset.
+    bool isRightToLeft(std::size_t offset) const;
+    // The place behind what ends at an offset, rather than before what follows, where these differ
+    // within a line.
+    TextPosition behind(std::size_t offset) const;
     TextPosition lineStart(TextPosition position) const;
     TextPosition lineEnd(TextPosition position) const;
     // On the line so many below (above where negative), as near to x as it gets; from the first
@@ -109,7 +128,9 @@ private:
     static std::vector<Paragraph> split(std::string_view text);
     std::string_view textOf(const Paragraph& paragraph) const;
     void measure();
+    void forgetMeasures();
     void breakLines();
+    void alignLines();
     std::size_t paragraphAt(std::size_t offset) const;
     const MeasuredParagraph& measuredOf(const Row& row) const;
     double hung(std::size_t line, double x) const;
@@ -118,6 +139,16 @@ private:
     LineOrder orderOf(std::size_t line) const;
     double shown(std::size_t line, double x) const;
     double caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const;
+    double otherCaretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const;
+    std::size_t graphemeOf(std::size_t line, TextPosition position) const;
+    // ---- the edges between graphemes as they are seen, counted from the left
+    std::size_t edgeOf(std::size_t line, const LineOrder& order, TextPosition position) const;
+    TextPosition atEdge(std::size_t line, const LineOrder& order, std::size_t grapheme,
+                        bool isRightSide) const;
+    TextPosition endOf(std::size_t line, bool isStart) const;
+    bool isTurned(std::size_t line) const;
+    TextPosition besides(TextPosition position, bool toRight) const;
+    TextPosition besidesInPlain(TextPosition position, bool toRight) const;
     TextPosition positionInMixed(std::size_t line, double x) const;
     void addSelectionInMixed(std::size_t line, TextRange range, std::vector<Rect>& rects) const;
     void drawMixedLine(Context& context, Point baseline, std::size_t line) const;
@@ -131,6 +162,8 @@ private:
     std::string _text;
     Font _font;
     Size _limit;
+    BaseDirection _base = BaseDirection::FirstLetter;
+    LineAlignment _alignment = LineAlignment::Left;
     LineMetrics _metrics;
     std::vector<Paragraph> _paragraphs;
     std::vector<TextLine> _lines;

@@ -21,9 +21,9 @@ bool TextLayout::isBrokenByWidth(std::size_t line) const {
     return _rows[line].last < measuredOf(_rows[line]).graphemes().size();
 }
 
-// Spaces that hang are all at the limit.
+// Spaces that hang are all at the limit. Places in a line are seen from where it begins.
 double TextLayout::hung(std::size_t line, double x) const {
-    return std::min(x, std::max(_limit.width, _lines[line].width));
+    return std::min(x, std::max(_limit.width - _lines[line].origin.x, _lines[line].width));
 }
 
 double TextLayout::xOf(std::size_t line, std::size_t grapheme) const {
@@ -49,13 +49,29 @@ Rect TextLayout::caretRect(TextPosition position) const {
     if (_lines.empty()) return {};
     const std::size_t index = lineOf(position);
     const TextLine& line = _lines[index];
-    const Paragraph& paragraph = _paragraphs[_rows[index].paragraph];
-    const std::size_t offset =
-        std::clamp(position.offset, paragraph.begin, paragraph.end) - paragraph.begin;
-    const std::size_t grapheme = paragraph.measured->graphemeAt(offset);
+    const std::size_t grapheme = graphemeOf(index, position);
     const double x =
         isMixed(index) ? caretXInMixed(index, grapheme, position.isUpstream) : xOf(index, grapheme);
-    return {x, line.top(), 0, line.ascent + line.descent};
+    return {line.origin.x + x, line.top(), 0, line.ascent + line.descent};
+}
+
+std::optional<Rect> TextLayout::otherCaretRect(TextPosition position) const {
+    if (_lines.empty()) return std::nullopt;
+    const std::size_t index = lineOf(position);
+    if (!isMixed(index)) return std::nullopt;
+    Rect caret = caretRect(position);
+    const double x = otherCaretXInMixed(index, graphemeOf(index, position), position.isUpstream) +
+                     _lines[index].origin.x;
+    if (x == caret.minX()) return std::nullopt;
+    caret.origin.x = x;
+    return caret;
+}
+
+// Counted in its paragraph.
+std::size_t TextLayout::graphemeOf(std::size_t line, TextPosition position) const {
+    const Paragraph& paragraph = _paragraphs[_rows[line].paragraph];
+    const std::size_t offset = std::clamp(position.offset, paragraph.begin, paragraph.end);
+    return paragraph.measured->graphemeAt(offset - paragraph.begin);
 }
 
 TextPosition TextLayout::positionAt(Point p) const {
@@ -66,6 +82,7 @@ TextPosition TextLayout::positionAt(Point p) const {
 }
 
 TextPosition TextLayout::positionInLine(std::size_t line, double x) const {
+    x -= _lines[line].origin.x;
     if (isMixed(line)) return positionInMixed(line, x);
     const Row& row = _rows[line];
     const MeasuredParagraph& measured = measuredOf(row);
@@ -90,8 +107,10 @@ std::vector<Rect> TextLayout::selectionRects(TextRange range) const {
             addSelectionInMixed(i, range, rects);
             continue;
         }
-        const double left = range.begin > line.begin ? caretRect({range.begin, false}).minX() : 0;
-        double right = xOf(i, _rows[i].last);
+        const double start = line.origin.x;
+        const double left =
+            range.begin > line.begin ? caretRect({range.begin, false}).minX() : start;
+        double right = start + xOf(i, _rows[i].last);
         if (range.end < line.end) right = caretRect({range.end, true}).minX();
         if (range.end > line.end && !isBrokenByWidth(i)) right += lineHeight() * lineFeedWidth;
         if (right > left) rects.push_back({left, line.top(), right - left, lineHeight()});

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
-#include <string>
 
+#include "kalimkit/gfx/text/DirectedRun.h"
 #include "kalimkit/gfx/text/LineOrder.h"
 #include "kalimkit/gfx/text/MeasuredParagraph.h"
 #include "kalimkit/gfx/text/TextLayout.h"
@@ -10,18 +10,9 @@
 
 namespace kalim::gfx {
 
-namespace {
-
-// A backend draws what stands between one of these and the last in that direction and no other.
-constexpr const char* rightToLeftOverride = "\u202E";
-constexpr const char* leftToRightOverride = "\u202D";
-constexpr const char* endOfOverride = "\u202C";
-
-}  // namespace
-
 bool TextLayout::isMixed(std::size_t line) const {
     const Row& row = _rows[line];
-    return row.first < row.last && !measuredOf(row).levels().ofGraphemes.empty();
+    return row.first < row.last && !measuredOf(row).directions().isPlain();
 }
 
 LineOrder TextLayout::orderOf(std::size_t line) const {
@@ -31,7 +22,7 @@ LineOrder TextLayout::orderOf(std::size_t line) const {
 
 // Spaces that hang are all at the end that they hang over.
 double TextLayout::shown(std::size_t line, double x) const {
-    return std::max(hung(line, x), 0.0);
+    return std::max(hung(line, x), -_lines[line].origin.x);
 }
 
 double TextLayout::caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const {
@@ -41,6 +32,21 @@ double TextLayout::caretXInMixed(std::size_t line, std::size_t grapheme, bool is
     const double x = isBehind ? order.spanOf(std::min(grapheme, row.last) - 1).trailing()
                               : order.spanOf(std::max(grapheme, row.first)).leading();
     return shown(line, x);
+}
+
+// At the ends of a line the paragraph itself is the neighbour.
+double TextLayout::otherCaretXInMixed(std::size_t line, std::size_t grapheme,
+                                      bool isUpstream) const {
+    const Row& row = _rows[line];
+    const LineOrder order = orderOf(line);
+    const bool isBehind = grapheme >= row.last || (isUpstream && grapheme > row.first);
+    const bool endsLeft = measuredOf(row).directions().isRightToLeft();
+    const double left = order.spanOf(order.seen().front()).left;
+    const double right = order.spanOf(order.seen().back()).right;
+    if (grapheme >= row.last) return shown(line, endsLeft ? left : right);
+    if (isBehind) return shown(line, order.spanOf(grapheme).leading());
+    if (grapheme > row.first) return shown(line, order.spanOf(grapheme - 1).trailing());
+    return shown(line, endsLeft ? right : left);
 }
 
 TextPosition TextLayout::positionInMixed(std::size_t line, double x) const {
@@ -73,19 +79,20 @@ void TextLayout::addSelectionInMixed(std::size_t line, TextRange range,
         if (goesOn) rects.pop_back();
         rects.push_back({left, place.top(), right - left, lineHeight()});
     };
+    const double start = place.origin.x;
     const double strip = lineHeight() * lineFeedWidth;
     const bool hasLineFeed = range.end > place.end && !isBrokenByWidth(line);
-    const bool endsLeft = measuredOf(row).levels().baseLevel % 2 != 0;
-    if (hasLineFeed && endsLeft) add(-strip, 0);
+    const bool endsLeft = measuredOf(row).directions().isRightToLeft();
+    if (hasLineFeed && endsLeft) add(start - strip, start);
     double right = 0;
     for (const std::size_t grapheme : order.seen()) {
         const LineOrder::Span& span = order.spanOf(grapheme);
         right = std::max(right, hung(line, span.right));
         const std::size_t offset = begin + measuredOf(row).offsetOf(grapheme);
         if (offset < range.begin || offset >= range.end) continue;
-        add(shown(line, span.left), shown(line, span.right));
+        add(start + shown(line, span.left), start + shown(line, span.right));
     }
-    if (hasLineFeed && !endsLeft) add(right, right + strip);
+    if (hasLineFeed && !endsLeft) add(start + right, start + right + strip);
 }
 
 // One piece for each direction; tabs are left out, as where everything runs from left to right. So
@@ -102,10 +109,9 @@ void TextLayout::drawMixedLine(Context& context, Point baseline, std::size_t lin
             --last;
         if (last == run.first) continue;
         const std::size_t begin = measured.offsetOf(run.first);
-        const std::string drawn(text.substr(begin, measured.offsetOf(last) - begin));
         const double left = run.isRightToLeft ? order.spanOf(last - 1).left : run.left;
         context.drawText(
-            (run.isRightToLeft ? rightToLeftOverride : leftToRightOverride) + drawn + endOfOverride,
+            directedRun(text.substr(begin, measured.offsetOf(last) - begin), run.isRightToLeft),
             baseline + Point{left, 0}, _font);
     }
 }

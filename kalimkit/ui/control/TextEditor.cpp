@@ -27,6 +27,8 @@ void TextEditor::replace(gfx::TextRange range, std::string_view text) {
     ++_revision;
     const std::size_t caret = snappedForward(range.begin + text.size());
     setSelection({caret, caret});
+    // What has been typed goes on where it ended.
+    if (!text.empty()) _isUpstream = _layout.behind(caret).isUpstream;
 }
 
 void TextEditor::edit(gfx::TextRange range, std::string_view text, TextEdit::Kind kind) {
@@ -157,22 +159,37 @@ void TextEditor::move(TextMove move, bool extends) {
         return;
     }
     const bool collapses = !extends && !_selection.isEmpty();
-    if (collapses && move == TextMove::GraphemeBackward) return moveTo({_selection.begin()}, false);
-    if (collapses && move == TextMove::GraphemeForward) return moveTo({_selection.end()}, false);
+    if (collapses && move == TextMove::Left) return moveTo(endOfSelection(false), false);
+    if (collapses && move == TextMove::Right) return moveTo(endOfSelection(true), false);
     moveTo(target(move), extends);
 }
 
-gfx::TextPosition TextEditor::target(TextMove move) const {
+gfx::TextPosition TextEditor::endOfSelection(bool isRight) const {
+    const gfx::TextPosition begin{_selection.begin()};
+    const gfx::TextPosition end = _layout.behind(_selection.end());
+    const gfx::Rect first = _layout.caretRect(begin);
+    const gfx::Rect last = _layout.caretRect(end);
+    const bool isTurned = first.minY() == last.minY() ? last.minX() < first.minX()
+                                                      : _layout.isRightToLeft(begin.offset);
+    return isRight != isTurned ? end : begin;
+}
+
+gfx::TextPosition TextEditor::besides(bool toRight, TextUnit unit) const {
+    if (unit == TextUnit::Grapheme)
+        return toRight ? _layout.rightOf(head()) : _layout.leftOf(head());
     const std::size_t head = _selection.head;
+    const bool goesOn = toRight != _layout.isRightToLeft(head);
+    return {goesOn ? _layout.wordAfter(head) : _layout.wordBefore(head)};
+}
+
+gfx::TextPosition TextEditor::target(TextMove move) const {
     switch (move) {
-        case TextMove::GraphemeBackward:
-            return {_layout.graphemeBefore(head)};
-        case TextMove::GraphemeForward:
-            return {_layout.graphemeAfter(head)};
-        case TextMove::WordBackward:
-            return {_layout.wordBefore(head)};
-        case TextMove::WordForward:
-            return {_layout.wordAfter(head)};
+        case TextMove::Left:
+        case TextMove::Right:
+            return besides(move == TextMove::Right, TextUnit::Grapheme);
+        case TextMove::WordLeft:
+        case TextMove::WordRight:
+            return besides(move == TextMove::WordRight, TextUnit::Word);
         case TextMove::LineStart:
             return _layout.lineStart(this->head());
         case TextMove::LineEnd:

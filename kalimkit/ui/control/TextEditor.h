@@ -16,11 +16,12 @@ namespace kalim::ui {
 
 enum class TextUnit { Grapheme, Word };
 
+// Left and right are meant as they are seen.
 enum class TextMove {
-    GraphemeBackward,
-    GraphemeForward,
-    WordBackward,
-    WordForward,
+    Left,
+    Right,
+    WordLeft,
+    WordRight,
     LineStart,
     LineEnd,
     LineUp,
@@ -50,6 +51,9 @@ public:
     void setFont(const gfx::Font& font) { _layout.setFont(font); }
     // The width limits a line, in points.
     void setWidth(double width) { _layout.setLimit({width, gfx::TextLayout::unlimited}); }
+
+    void setBaseDirection(gfx::BaseDirection direction) { _layout.setBaseDirection(direction); }
+    void setAlignment(gfx::LineAlignment alignment) { _layout.setAlignment(alignment); }
 
     // ---- input. Takes the place of the composition or of the selection.
     void insert(std::string_view typed);
@@ -100,6 +104,8 @@ private:
     void setSelection(TextSelection selection);
     std::size_t snappedForward(std::size_t offset) const;
     gfx::TextPosition target(TextMove move) const;
+    gfx::TextPosition besides(bool toRight, TextUnit unit) const;
+    gfx::TextPosition endOfSelection(bool isRight) const;
     std::string selectedText() const;
 
     gfx::TextLayout _layout;

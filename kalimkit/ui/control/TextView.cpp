@@ -115,9 +115,9 @@ bool TextView::handleMove(const KeyStroke& stroke) {
     };
     switch (stroke.key) {
         case KeyStroke::Key::Left:
-            return move(TextMove::GraphemeBackward, TextMove::WordBackward);
+            return move(TextMove::Left, TextMove::WordLeft);
         case KeyStroke::Key::Right:
-            return move(TextMove::GraphemeForward, TextMove::WordForward);
+            return move(TextMove::Right, TextMove::WordRight);
         case KeyStroke::Key::Up:
             return move(TextMove::LineUp, TextMove::LineUp);
         case KeyStroke::Key::Down:

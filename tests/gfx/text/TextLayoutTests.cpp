@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "kalimkit/gfx/text/Directions.h"
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
+#include "kalimkit/gfx/text/VisualOrder.h"
 #include "tests/support/RecordingDevice.h"
 #include "tests/support/TestHost.h"
 
@@ -223,13 +223,17 @@ TEST(Directions, LettersAndNumbersAreSeenInTheirOrder) {
         {"אב 12.5 ג", "ג 12.5 בא"}, {"אב 50% a!", "!a 50% בא"}, {"(אב) a", "a )בא("},
         {"12 אב", "בא 12"},         {"a 12 ב 34", "a 12 34 ב"}, {"ا٣٤", "٣٤ا"},
     };
-    test::RecordingDevice device;
+    test::TestHost cairo;
+    Device& device = cairo.environment().device();
     for (const auto& [text, seen] : cases) {
         const std::string_view whole = text;
-        std::vector<std::size_t> edges = device.boundaries(whole, TextBoundary::Grapheme);
-        const Levels levels = directionLevels(whole, std::span(edges).first(edges.size() - 1));
+        const std::vector<std::size_t> edges = device.boundaries(whole, TextBoundary::Grapheme);
+        std::vector<std::uint8_t> levels(edges.size() - 1, 0);
+        const TextDirections directions = device.directions(whole, BaseDirection::FirstLetter);
+        for (std::size_t i = 0; i < directions.graphemes.size(); ++i)
+            levels[i] = directions.graphemes[i].level;
         std::string order;
-        for (const std::size_t i : visualOrder(levels.ofGraphemes))
+        for (const std::size_t i : visualOrder(levels))
             order += whole.substr(edges[i], edges[i + 1] - edges[i]);
         EXPECT_EQ(order, seen) << text;
     }
@@ -254,6 +258,52 @@ TEST_F(TextLayoutTest, CaretAndSelectionLieWhereTheLettersAre) {
               (Strings{"text \"\u202Dab\u202C\" at=(0,8) size=10 #000000FF",
                        "text \"\u202D12\u202C\" at=(15,8) size=10 #000000FF",
                        "text \"\u202Eאב\u202C\" at=(30,8) size=10 #000000FF"}));
+}
+
+// From the left end of a line to its right end and on: by places, not by offsets.
+TEST_F(TextLayoutTest, MovesGoFromEdgeToEdgeOfWhatIsSeen) {
+    const TextLayout mixed = layoutOf("ab אב\n\nגד c", 99);
+    std::vector<Rect> carets;
+    for (TextPosition at{}; carets.size() < 8; at = mixed.rightOf(at))
+        carets.push_back(mixed.caretRect(at));
+    EXPECT_EQ(carets, (std::vector<Rect>{{0, 0, 0, 10},
+                                         {5, 0, 0, 10},
+                                         {10, 0, 0, 10},
+                                         {15, 0, 0, 10},
+                                         {20, 0, 0, 10},
+                                         {25, 0, 0, 10},
+                                         {0, 11, 0, 10},
+                                         {20, 22, 0, 10}}));
+    // Between two directions there are two places, at a line's end and at its start as well.
+    EXPECT_EQ(mixed.otherCaretRect({3}), Rect(15, 0, 0, 10));
+    EXPECT_EQ(mixed.otherCaretRect({3, true}), Rect(25, 0, 0, 10));
+    EXPECT_EQ(mixed.otherCaretRect({7}), Rect(25, 0, 0, 10));
+    EXPECT_EQ(mixed.otherCaretRect({1}), std::nullopt);
+    EXPECT_EQ(mixed.behind(3), TextPosition(3, true));
+    EXPECT_EQ(mixed.behind(1), TextPosition(1, false));
+    // In a paragraph that runs to the left, left goes on.
+    EXPECT_EQ(mixed.leftOf({9}).offset, 11u);
+}
+
+TEST_F(TextLayoutTest, LinesStandWhereTheyAreAligned) {
+    TextLayout layout = layoutOf("ab\n\nאב\n", 50);
+    const auto begins = [&](LineAlignment alignment) {
+        layout.setAlignment(alignment);
+        std::vector<double> places;
+        for (const TextLine& line : layout.lines())
+            places.push_back(line.origin.x);
+        return places;
+    };
+    EXPECT_EQ(begins(LineAlignment::Start), (std::vector<double>{0, 0, 40, 50}));
+    EXPECT_EQ(begins(LineAlignment::End), (std::vector<double>{40, 50, 0, 0}));
+    EXPECT_EQ(begins(LineAlignment::Center), (std::vector<double>{20, 25, 20, 25}));
+    EXPECT_EQ(layout.caretRect({1}), Rect(25, 0, 0, 10));
+    EXPECT_EQ(layout.positionAt({26, 5}), TextPosition(1));
+    EXPECT_EQ(layout.selectionRects({0, 2}), (std::vector<Rect>{{20, 0, 10, 11}}));
+    EXPECT_EQ(layout.selectionRects({4, 6}), (std::vector<Rect>{{25, 22, 5, 11}}));
+    layout.setBaseDirection(BaseDirection::RightToLeft);
+    EXPECT_EQ(begins(LineAlignment::Start), (std::vector<double>{40, 50, 40, 50}));
+    EXPECT_EQ(begins(LineAlignment::Left), (std::vector<double>{0, 0, 0, 0}));
 }
 
 TEST(Graphemes, AreCountedAsAReaderDoes) {

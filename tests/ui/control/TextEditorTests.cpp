@@ -61,18 +61,18 @@ TEST_F(TextEditorTest, MovesAndExtends) {
         TextMove move;
         bool extends;
         std::string shown;
-    } steps[] = {{TextMove::GraphemeForward, false, "one t|wo\nthree"},
-                 {TextMove::WordForward, true, "one t[wo|\nthree"},
-                 {TextMove::GraphemeBackward, false, "one t|wo\nthree"},
+    } steps[] = {{TextMove::Right, false, "one t|wo\nthree"},
+                 {TextMove::WordRight, true, "one t[wo|\nthree"},
+                 {TextMove::Left, false, "one t|wo\nthree"},
                  {TextMove::LineStart, true, "|one t[wo\nthree"},
-                 {TextMove::GraphemeForward, false, "one t|wo\nthree"},
+                 {TextMove::Right, false, "one t|wo\nthree"},
                  {TextMove::LineEnd, false, "one two|\nthree"},
                  {TextMove::LineDown, false, "one two\nthree|"},
                  // It still wants to be where it came from.
                  {TextMove::LineUp, false, "one two|\nthree"},
                  {TextMove::LineUp, true, "|one two[\nthree"},
                  {TextMove::TextEnd, false, "one two\nthree|"},
-                 {TextMove::WordBackward, true, "one two\n|three["},
+                 {TextMove::WordLeft, true, "one two\n|three["},
                  {TextMove::TextStart, false, "|one two\nthree"}};
     for (const auto& step : steps) {
         editor.move(step.move, step.extends);
@@ -103,7 +103,7 @@ TEST_F(TextEditorTest, KeepsAnInputMethodsTextApartUntilItIsDone) {
     editor.setMarkedText("", {0, 0});
     EXPECT_EQ(shown(), "a你好|d");
     editor.setMarkedText("xy", {2, 2});
-    editor.move(TextMove::GraphemeBackward, false);
+    editor.move(TextMove::Left, false);
     EXPECT_EQ(shown(), "a你好x|yd");
     EXPECT_FALSE(editor.markedRange());
     editor.undo();
@@ -116,7 +116,7 @@ TEST_F(TextEditorTest, TakesBackWhatWasTypedAsAWhole) {
     editor.deleteBackward(TextUnit::Grapheme);
     editor.deleteBackward(TextUnit::Grapheme);
     editor.insert("e");
-    editor.move(TextMove::GraphemeBackward, false);
+    editor.move(TextMove::Left, false);
     editor.insert("f");
     const std::string all[] = {"ab\n|e", "ab\n|", "ab\ncd|", "ab\n|", "|", "|"};
     for (const std::string& expected : all) {

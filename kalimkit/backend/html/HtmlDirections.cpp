@@ -1,8 +1,8 @@
-#include "kalimkit/gfx/text/Directions.h"
+#include "kalimkit/backend/html/HtmlDirections.h"
 
 #include <algorithm>
 #include <array>
-#include <numeric>
+#include <vector>
 
 #include "kalimkit/gfx/Utf8.h"
 
@@ -132,47 +132,30 @@ std::uint8_t levelOf(Kind kind, std::uint8_t baseLevel) {
 
 }  // namespace
 
-bool hasRightToLeft(std::string_view text) {
-    for (std::size_t offset = 0; offset < text.size();) {
-        const CodePoint next = decodeUtf8(text, offset);
-        if (kindOf(next.value) == Kind::Right) return true;
-        offset += next.byteCount;
-    }
-    return false;
-}
-
-Levels directionLevels(std::string_view paragraph, std::span<const std::size_t> begins) {
+TextDirections htmlDirections(std::string_view paragraph, std::span<const std::size_t> graphemes,
+                              BaseDirection direction) {
     std::vector<Kind> kinds;
-    kinds.reserve(begins.size());
-    for (const std::size_t begin : begins)
+    kinds.reserve(graphemes.size());
+    for (const std::size_t begin : graphemes)
         kinds.push_back(kindOf(decodeUtf8(paragraph, begin).value));
+    const std::vector<Kind> given = kinds;
     const auto firstLetter = std::ranges::find_if(kinds, isLetter);
-    const Kind base = firstLetter == kinds.end() ? Kind::Left : *firstLetter;
+    Kind base = firstLetter == kinds.end() ? Kind::Left : *firstLetter;
+    if (direction != BaseDirection::FirstLetter)
+        base = direction == BaseDirection::RightToLeft ? Kind::Right : Kind::Left;
+    TextDirections result;
+    result.baseLevel = base == Kind::Right ? 1 : 0;
+    const bool isPlain = std::ranges::find(kinds, Kind::Right) == kinds.end();
+    if (isPlain && !result.isRightToLeft()) return result;
     joinNumbers(kinds);
     settleNumbers(kinds, base);
     settleNeutrals(kinds, base);
-    Levels levels{base == Kind::Right ? std::uint8_t{1} : std::uint8_t{0}, {}};
-    levels.ofGraphemes.reserve(kinds.size());
-    for (const Kind kind : kinds)
-        levels.ofGraphemes.push_back(levelOf(kind, levels.baseLevel));
-    return levels;
-}
-
-// From the highest level down to the lowest odd one, every run at that level or above is turned.
-std::vector<std::size_t> visualOrder(std::span<const std::uint8_t> levels) {
-    std::vector<std::size_t> order(levels.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    const std::uint8_t highest = levels.empty() ? std::uint8_t{0} : std::ranges::max(levels);
-    for (std::uint8_t level = highest; level > 0; --level) {
-        const auto isAtLeast = [&](std::size_t i) { return levels[i] >= level; };
-        for (auto first = order.begin(); first != order.end();) {
-            first = std::find_if(first, order.end(), isAtLeast);
-            const auto last = std::find_if_not(first, order.end(), isAtLeast);
-            std::reverse(first, last);
-            first = last;
-        }
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        const char first = paragraph[graphemes[i]];
+        result.graphemes.push_back(
+            {levelOf(kinds[i], result.baseLevel), given[i] == Kind::Neutral && first == ' '});
     }
-    return order;
+    return result;
 }
 
 }  // namespace kalim::gfx
