@@ -58,6 +58,8 @@ void CanvasGrip::putBack() {
 }
 
 bool CanvasGrip::drags(const ui::Modifiers& keys) {
+    // The host may have selected others while the finger is down.
+    if (holds() && _group != _canvas.selection.group()) release();
     if (!holds()) return false;
     const bool hasKeys = keys.shift || keys.alt;
     const bool isLaidAlong =

@@ -10,6 +10,7 @@
 #include "kalimkit/canvas/DrawnExtent.h"
 #include "kalimkit/canvas/PictureLayout.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/loop/FlagScope.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -397,6 +398,7 @@ void CanvasScreen::drawSelection(gfx::Context& context, bool showsHandles) {
 
 void CanvasScreen::drawExported(gfx::Context& context, const DrawnPicture& picture) {
     const FrameCount drawnOnScreen = _count;
+    const ui::FlagScope exported(_canvas.shown.isExported);
     const auto all = [](const MDrawTool&) { return true; };
     context.setInterpolation(gfx::Interpolation::High);
     _canvas.painter.drawPatches(context, picture, all, all);

@@ -19,7 +19,9 @@ struct CanvasShown {
     // What is on the screen at this moment.
     gfx::AffineTransform transform() const { return glide ? glide->shown() : zoom.toView(); }
     // On the way from one cut of the picture to another; null where nothing but the zoom changes.
-    const CutGlide* changingCut() const { return glide ? glide->changingCut() : nullptr; }
+    const CutGlide* changingCut() const {
+        return glide && !isExported ? glide->changingCut() : nullptr;
+    }
     // View points per canvas point for what keeps its size on the screen; 1 where canvas points
     // stand for it.
     double touchScale() const { return picture.hasBasis() ? zoom.shownScale() : 1; }
@@ -32,6 +34,8 @@ struct CanvasShown {
     // An export is drawn as a whole, and the part is cut out of it: so its pixels are the very
     // same.
     bool showsUncropped = false;
+    // What is exported is cut as it is in the end, also while the view is on its way there.
+    bool isExported = false;
     // On the way from an earlier zoom and move to those in force; null while the view rests.
     std::unique_ptr<CanvasGlide> glide;
 };

@@ -313,6 +313,19 @@ TEST_F(Arranging, CutsNothingThatCannotBePasted) {
     EXPECT_EQ(canvas->tools().size(), 2U);
 }
 
+TEST_F(Arranging, AFingerThatIsDownMovesNothingThatIsNoLongerSelected) {
+    const ToolRef first = box({50, 50, 100, 60});
+    const ToolRef second = box({50, 250, 100, 60});
+    const Point start = first->startPoint();
+    canvas->setSnaps(true);
+    canvas->selectTools({first});
+    down({100, 50});
+    canvas->selectTools({second});
+    move({120, 90});
+    up();
+    EXPECT_EQ(first->startPoint(), start);
+}
+
 // What a pointer's handles are is the kind's: a lens stays round, and a text's font follows.
 TEST_F(Arranging, FineHandlesKeepKindsWhatTheyAre) {
     canvas->setFineHandles(true);
