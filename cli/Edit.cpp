@@ -16,6 +16,7 @@
 #include "cli/EditOutput.h"
 #include "cli/EditRecovery.h"
 #include "cli/EditWindow.h"
+#include "cli/Fonts.h"
 #include "cli/Opening.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/codec/Decode.h"
@@ -89,6 +90,10 @@ public:
     }
 
     // Why the result of this photo could not be written, so that nobody draws on it in vain.
+    std::optional<std::string> takeFonts() {
+        return addFonts(_window.environment().device(), _options.fonts);
+    }
+
     std::optional<std::string> problemOf(const OpenedFile& photo) const {
         if (photo.error || _options.isScreenSize) return std::nullopt;
         return _output.problemOf(photo.picture.bitmap.size());
@@ -447,6 +452,7 @@ int edit(const EditOptions& asked) {
     Opened opened = opening.valid() ? opening.get() : open(std::move(photo), options);
     if (opened.photo.error) complain(*opened.photo.error);
     if (!session) return complain(problem);
+    if (const auto wrongFont = session->takeFonts()) return complain(*wrongFont);
     // Nobody sees an alert that waits at the end of a pipe, and what is called a document was never
     // a photo.
     const bool isDocumentByName = std::string_view(options.photo).ends_with(".kalim");

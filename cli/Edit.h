@@ -63,6 +63,8 @@ struct EditOptions {
     Inside inside = Inside::Ask;
     // A scenario to play in the window; empty for none.
     std::string scenario;
+    // Files of fonts that texts are set in.
+    std::vector<std::string> fonts;
     // What becomes of unfinished work on the photo: the user is asked, or it is gone on with, or it
     // is left alone and nothing new is recorded.
     enum class Recovery { Ask, GoOn, Off };

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "cli/Complaint.h"
+#include "cli/Fonts.h"
 #include "cli/LineReader.h"
 #include "cli/Opening.h"
 #include "cli/PictureFiles.h"
@@ -47,6 +48,7 @@ int play(const PlayOptions& options) {
     LineReader reader(options.scenario);
     if (reader.error()) return complain(*reader.error());
     const std::shared_ptr<gfx::CairoDevice> device = gfx::CairoDevice::make();
+    if (const auto problem = addFonts(*device, options.fonts)) return complain(*problem);
     PictureFiles files(*device, options.writing);
     StandardOutput output;
     ScenarioScreen screen = options.screen;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "cli/PictureWriting.h"
 #include "kalimkit/host/headless/ScenarioPlayer.h"
@@ -14,6 +15,8 @@ struct PlayOptions {
     std::string picture;
     // A picture with a document inside is just the picture.
     bool isFlat = false;
+    // Files of fonts that texts are set in.
+    std::vector<std::string> fonts;
     ScenarioScreen screen;
     PictureWriting writing;
 };

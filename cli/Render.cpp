@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "cli/Complaint.h"
+#include "cli/Fonts.h"
 #include "cli/OpenedCanvas.h"
 #include "cli/Opening.h"
 #include "cli/RenderTasks.h"
@@ -37,7 +38,7 @@ public:
     // Empty on success, else a sentence that begins with a name.
     std::string render(const RenderTask& task) {
         try {
-            if (!_device) _device = gfx::CairoDevice::make();
+            if (const auto problem = prepare()) return task.file + ": " + *problem;
             return renderFile(task);
         } catch (const std::bad_alloc&) {
             return task.file + ": there is not enough memory";
@@ -47,6 +48,14 @@ public:
     }
 
 private:
+    std::optional<std::string> prepare() {
+        if (_device) return std::nullopt;
+        auto device = gfx::CairoDevice::make();
+        const auto problem = addFonts(*device, _options.fonts);
+        if (!problem) _device = std::move(device);
+        return problem;
+    }
+
     std::string renderFile(const RenderTask& task) {
         OpenedFile opened = openFile(task.file, sandboxed(_options.isFlat));
         if (opened.error) return *opened.error;

@@ -30,6 +30,8 @@ struct RenderOptions {
     bool isFlat = false;
     // A document whose picture is there and no older than it is passed over.
     bool isUpdate = false;
+    // Files of fonts that texts are set in.
+    std::vector<std::string> fonts;
     PictureWriting writing;
 };
 

@@ -61,6 +61,7 @@ public:
                       "Take a picture with a document inside for the picture alone");
         play.add_flag("--forgiving", _play.screen.forgiving,
                       "Mend what costs people work, as the window and the page do");
+        addFonts(play, _play.fonts);
         addWriting(play, _play.writing);
         addEditorOptions(play);
         addImage();
@@ -182,6 +183,7 @@ private:
         command
             .add_option("--play", asked.scenario, "Play a scenario's touches in the window first")
             ->type_name("SCENARIO");
+        addFonts(command, asked.fonts);
         addRecovery(command);
         command.footer(
             "? or F1 in the window lists its keys; docs/window.md tells of them as well.\n"
@@ -336,6 +338,7 @@ private:
                          "Take a picture with a document inside for the picture alone");
         command.add_flag("--update", asked.isUpdate,
                          "Pass over those whose picture is there and not older");
+        addFonts(command, asked.fonts);
         addWriting(command, asked.writing);
         command.callback([this] {
             _render.output = expandedPath(_render.output);
@@ -354,6 +357,16 @@ private:
                 return std::string(id.empty() ? "must be the id of a work, or all" : "");
             });
         command.callback([this] { _command = [this] { return works(_works); }; });
+    }
+
+    // What all commands that draw texts take.
+    static void addFonts(CLI::App& command, std::vector<std::string>& fonts) {
+        command
+            .add_option("--font", fonts,
+                        "A font to set texts in, before those of the system; may be given "
+                        "repeatedly")
+            ->type_name("FILE")
+            ->allow_extra_args(false);
     }
 
     // What all commands that write pictures take.

@@ -73,6 +73,10 @@ TextDirections CairoDevice::directions(std::string_view paragraph, BaseDirection
     return friBidiDirections(paragraph, std::span(edges).first(edges.size() - 1), base);
 }
 
+AddedFont CairoDevice::addFont(std::vector<std::uint8_t> file) {
+    return _resources->text().addFont(file);
+}
+
 const std::uint8_t* CairoDevice::pixels(const Surface& surface) {
     const auto* const own = dynamic_cast<const CairoSurface*>(&surface);
     return own != nullptr ? own->bytes() : nullptr;

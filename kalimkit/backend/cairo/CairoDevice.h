@@ -24,6 +24,7 @@ public:
     LineMetrics lineMetrics(const Font& font) override;
     std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) override;
     TextDirections directions(std::string_view paragraph, BaseDirection base) override;
+    AddedFont addFont(std::vector<std::uint8_t> file) override;
 
     // What is drawn on a surface of such a device, in place and in Bitmap's layout, until the next
     // call on its context; for a host that presents it. The alpha bytes of an opaque surface mean

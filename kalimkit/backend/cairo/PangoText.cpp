@@ -1,6 +1,7 @@
 #include "kalimkit/backend/cairo/PangoText.h"
 
 #include <pango/pangocairo.h>
+#include <pango/pangofc-fontmap.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -68,6 +69,12 @@ PangoText::PangoText()
     _systemFamily = findSystemFamily(_fontMap.get());
 }
 
+// A font map does not give its configuration back by itself.
+PangoText::~PangoText() {
+    if (!_added.isEmpty())
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(_fontMap.get()), nullptr);
+}
+
 std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const Font& font) {
     std::string key = keyOf(font) + '\n';
     key += text;
@@ -111,9 +118,26 @@ std::vector<std::size_t> PangoText::boundaries(std::string_view text, TextBounda
     return result;
 }
 
+AddedFont PangoText::addFont(const std::vector<std::uint8_t>& file) {
+    const bool isFirst = _added.isEmpty();
+    AddedFont added = _added.add(file);
+    if (!added) return added;
+    PangoFcFontMap* const map = PANGO_FC_FONT_MAP(_fontMap.get());
+    isFirst ? pango_fc_font_map_set_config(map, _added.config())
+            : pango_fc_font_map_config_changed(map);
+    _shaped.clear();
+    _metrics.clear();
+    return added;
+}
+
 PangoText::Description PangoText::describe(const Font& font) const {
     Description description(pango_font_description_new());
-    const std::string& family = font.family.empty() ? _systemFamily : font.family;
+    std::string family = _added.named(font.family);
+    if (family.empty()) {
+        for (const std::string& added : _added.families())
+            family += added + ',';
+        family += _systemFamily;
+    }
     pango_font_description_set_family(description.get(), family.c_str());
     pango_font_description_set_weight(description.get(),
                                       font.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);

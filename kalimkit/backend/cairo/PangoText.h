@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "kalimkit/backend/cairo/AddedFonts.h"
 #include "kalimkit/backend/cairo/ShapedText.h"
 #include "kalimkit/gfx/Device.h"
 
@@ -17,10 +19,14 @@ namespace kalim::gfx {
 class PangoText {
 public:
     PangoText();
+    ~PangoText();
+    PangoText(const PangoText&) = delete;
+    PangoText& operator=(const PangoText&) = delete;
 
     std::shared_ptr<const ShapedText> shape(std::string_view text, const Font& font);
     LineMetrics lineMetrics(const Font& font);
     std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) const;
+    AddedFont addFont(const std::vector<std::uint8_t>& file);
 
 private:
     struct DescriptionRelease {
@@ -30,6 +36,8 @@ private:
 
     Description describe(const Font& font) const;
 
+    // Outlives the font map, which reads its files.
+    AddedFonts _added;
     std::unique_ptr<PangoFontMap, GObjectRelease> _fontMap;
     std::unique_ptr<PangoContext, GObjectRelease> _context;
     PangoLanguage* _language;

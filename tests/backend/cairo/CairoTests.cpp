@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <memory>
+#include <vector>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "tests/backend/device/Canvas.h"
@@ -109,6 +113,36 @@ TEST(CairoSurface, OutlivesItsDevice) {
     device.reset();
     surface->context().drawText("漢", {0, 18}, {.family = "", .size = 20});
     EXPECT_FALSE(test::inkBox(*surface->makeImage()->pixels()).isEmpty());
+}
+
+std::vector<std::uint8_t> bytesOf(const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The numbers are those of the file's tables: 2048 units to the em.
+TEST(CairoDevice, AddedFontsSetTextsByTheirOwnUnits) {
+    const std::shared_ptr<CairoDevice> device = CairoDevice::make();
+    const Font font{.family = "", .size = 20.48};
+    const std::vector<double> before = device->advances("iMwH", font);
+    EXPECT_EQ("this is no font that can be read and drawn at every size",
+              device->addFont({'n', 'o'}).problem);
+    EXPECT_EQ(before, device->advances("iMwH", font));
+    const AddedFont added =
+        device->addFont(bytesOf("/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf"));
+    ASSERT_EQ("", added.problem);
+    EXPECT_EQ("DejaVu Serif", added.family);
+    const std::vector<double> advances = device->advances("iMwH", font);
+    const double expected[] = {6.55, 20.97, 17.53, 17.86};
+    ASSERT_EQ(std::size(expected), advances.size());
+    for (std::size_t i = 0; i < advances.size(); ++i)
+        EXPECT_NEAR(expected[i], advances[i], 0.01) << i;
+    const LineMetrics metrics = device->lineMetrics(font);
+    EXPECT_NEAR(19.01, metrics.ascent, 0.01);
+    EXPECT_NEAR(4.83, metrics.descent, 0.01);
+    EXPECT_NEAR(0, metrics.leading, 0.01);
+    // What it lacks comes from the system's font.
+    EXPECT_NEAR(20.48, device->advances("漢", font)[0], 0.01);
 }
 
 }  // namespace
