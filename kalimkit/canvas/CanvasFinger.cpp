@@ -25,7 +25,7 @@ bool CanvasFinger::began(const ui::TouchEvent& event) {
     if (!view.window() || touch.phase() == ui::TouchPhase::Cancelled) return false;
     _isAlone = event.allTouches.size() == 1;
     if (_isAlone) {
-        _downPlace = touch.locationIn(&view);
+        comeDown(touch);
         down(placeOf(touch));
     } else {
         join();
@@ -37,6 +37,7 @@ bool CanvasFinger::began(const ui::TouchEvent& event) {
 void CanvasFinger::moved(const ui::TouchEvent& event) {
     const ui::Touch& touch = *event.touches.front();
     _keys = event.modifiers;
+    feel(touch);
     if (!staysAlone(event)) {
         isPlacing() ? letGoOfPoint() : deleteCreated();
     } else if (!isTapping(touch)) {
@@ -52,6 +53,7 @@ void CanvasFinger::moved(const ui::TouchEvent& event) {
 
 void CanvasFinger::ended(const ui::TouchEvent& event) {
     _keys = event.modifiers;
+    feel(*event.touches.front());
     if (staysAlone(event)) {
         up(placeOf(*event.touches.front()));
     } else {
@@ -62,7 +64,10 @@ void CanvasFinger::ended(const ui::TouchEvent& event) {
 
 void CanvasFinger::cancelled(const ui::TouchEvent& event) {
     const bool isDone = _canvas.tools.forgiving() && !_hasMoved;
-    if (isPlacing()) {
+    if (event.touches.front()->isRejected()) {
+        takeBack();
+        enter(FingerState::Idle);
+    } else if (isPlacing()) {
         letGoOfPoint();
         enter(FingerState::Idle);
     } else if (staysAlone(event) && !isDone) {
@@ -153,6 +158,7 @@ void CanvasFinger::down(gfx::Point p) {
     _takenPoint = p;
     _movePoint = {};
     const auto& group = _canvas.selection.group();
+    _selectedBefore = group ? group->subTools() : ToolList();
     _canvas.selection.readyForScreen();
     const bool isOnSelection = group && !_canvas.selection.isLocked() && group->testHitOnHandle(p);
     _found = isOnSelection ? nullptr : _canvas.tools.topmostAt(p);
@@ -235,7 +241,9 @@ void CanvasFinger::up(gfx::Point p) {
 
 // Several fingers turn the selection, or zoom and move the view.
 void CanvasFinger::join() {
-    if (isPlacing()) {
+    if (isYoung()) {
+        takeBack();
+    } else if (isPlacing()) {
         letGoOfPoint();
     } else if (_canvas.selection.isValid() || isCreating(ToolRecorder::Typing)) {
         endDrag();
@@ -273,6 +281,7 @@ void CanvasFinger::create(gfx::Point p) {
     if (_canvas.tools.forgiving()) _canvas.freehand.endOfOtherPen();
     const ToolRef tool = makeTool(p);
     _canvas.tools.prepare(*tool);
+    tool->takeContact(_contact);
     _tool = tool;
     _canvas.tools.add(tool);
     _canvas.screen.markCreated(tool);
@@ -353,6 +362,9 @@ void CanvasFinger::deleteCreated() {
     const ToolRef tool = std::exchange(_tool, nullptr);
     // A text that is being typed takes its field along.
     if (_canvas.typing.text() == tool) _canvas.typing.end();
+    // It does not wait for more strokes, and is no step.
+    if (_canvas.tools.forgiving() && tool->toolClass().recorder() == ToolRecorder::Strokes)
+        _canvas.freehand.drop();
     if (_canvas.tools.contains(tool)) _canvas.tools.discard(tool);
     tool->setIsNewBuild(false);
     _canvas.freehand.end();

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "kalimkit/canvas/FingerState.h"
 #include "kalimkit/canvas/MDrawMutableSelect.h"
@@ -50,6 +51,8 @@ public:
     void moved(const ui::TouchEvent& event);
     void ended(const ui::TouchEvent& event);
     void cancelled(const ui::TouchEvent& event);
+    // Where the finger is about to be.
+    void predicted(const std::vector<gfx::Point>& places);
 
     // ---- the tool that it makes
     // Null between gestures.
@@ -99,6 +102,10 @@ private:
     // ---- transitions
     void enter(FingerState state);
     bool staysAlone(const ui::TouchEvent& event);
+    void comeDown(const ui::Touch& touch);
+    void feel(const ui::Touch& touch);
+    bool isYoung() const;
+    void takeBack();
     void down(gfx::Point p);
     void move(gfx::Point from, gfx::Point to);
     void up(gfx::Point p);
@@ -154,8 +161,9 @@ private:
     // The selection as far as it has been dragged; null while it has not.
     std::shared_ptr<MDrawMutableSelect> _dragged;
 
-    // The keys that are held.
+    // The keys that are held, and how the finger touches.
     ui::Modifiers _keys;
+    ui::TouchContact _contact;
     // What is being drawn begins there as far as keys do not say otherwise, and they have.
     gfx::Point _origin;
     bool _isHeldToKeys = false;
@@ -166,8 +174,12 @@ private:
     gfx::Point _movePoint;
     // Where a drag goes on from: how far the selection has followed the finger.
     gfx::Point _takenPoint;
-    // The finger landed there, in view points.
+    // The finger landed there, in view points, at that time, and has since been as far away.
     gfx::Point _downPlace;
+    double _downTime = 0;
+    double _reach = 0;
+    // What was selected then.
+    ToolList _selectedBefore;
     // What waits for the finger to rest, 0 for nothing, and where it does, view points.
     std::uint64_t _rest = 0;
     gfx::Point _restPlace;

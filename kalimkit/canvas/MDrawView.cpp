@@ -63,6 +63,7 @@ bool MDrawView::forgiving() const {
 
 void MDrawView::setForgiving(bool forgiving) {
     _parts->pen.setForgiving(forgiving);
+    setRejectsPalms(forgiving);
 }
 
 bool MDrawView::fineHandles() const {
@@ -433,36 +434,6 @@ void MDrawView::handleDoubleTapGesture(gfx::Point place) {
     const gfx::Point p = invertViewPoint(place);
     parts->typing.editAt(p);
     if (!parts->typing.text()) parts->finger.pickMemberAt(p);
-}
-
-void MDrawView::touchesBegan(const ui::TouchEvent& event) {
-    if (_isReadOnly) return View::touchesBegan(event);
-    const auto parts = held();
-    // Points are those of the view as it is now, also where it has not been displayed since.
-    fitIntoView();
-    endCutGlide();
-    if (parts->finger.began(event)) View::touchesBegan(event);
-}
-
-void MDrawView::touchesMoved(const ui::TouchEvent& event) {
-    if (_isReadOnly) return View::touchesMoved(event);
-    const auto parts = held();
-    parts->finger.moved(event);
-    View::touchesMoved(event);
-}
-
-void MDrawView::touchesEnded(const ui::TouchEvent& event) {
-    if (_isReadOnly) return View::touchesEnded(event);
-    const auto parts = held();
-    parts->finger.ended(event);
-    View::touchesEnded(event);
-}
-
-void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
-    if (_isReadOnly) return View::touchesCancelled(event);
-    const auto parts = held();
-    parts->finger.cancelled(event);
-    View::touchesCancelled(event);
 }
 
 std::vector<ui::AccessibilityElement> MDrawView::accessibilityElements() {

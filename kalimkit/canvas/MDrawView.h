@@ -261,6 +261,10 @@ public:
     void touchesMoved(const ui::TouchEvent& event) override;
     void touchesEnded(const ui::TouchEvent& event) override;
     void touchesCancelled(const ui::TouchEvent& event) override;
+    void touchPredicted(const ui::Touch& touch, const std::vector<gfx::Point>& places) override;
+    // Of the environment's userDefault(), on where nothing is said: whether fingers only zoom and
+    // move a forgiving canvas once a pen has touched its window, and leave drawing to the pen.
+    static constexpr const char* penOnlySetting = "penOnly";
     // The finished tools in drawing order, but for the text that is being edited: that is a text
     // field meanwhile.
     std::vector<ui::AccessibilityElement> accessibilityElements() override;
@@ -290,6 +294,8 @@ protected:
 private:
     void addGestures();
     bool fitIntoView();
+    bool beginsViewing(const ui::TouchEvent& event);
+    bool isForViewing(const ui::TouchEvent& event) const;
     gfx::AffineTransform placingContent(const gfx::Rect& seenAt) const;
     void showCut(const PictureCut& cut, const std::optional<Seen>& from);
     void takePicture(const gfx::ImageRef& image,
@@ -300,6 +306,8 @@ private:
     std::shared_ptr<ui::RotationGestureRecognizer> _rotationGesture;
     double _canvasBasis = 0;
     bool _isReadOnly = false;
+    // The fingers that are down do not draw.
+    bool _isViewing = false;
 };
 
 }  // namespace kalim

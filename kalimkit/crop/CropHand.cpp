@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/crop/CropRest.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/view/Touch.h"
 
 namespace kalim {
@@ -10,6 +11,8 @@ namespace kalim {
 namespace {
 
 constexpr double levelDuration = 0.3;
+// Seconds within which two fingers have come together.
+constexpr double companionTime = 0.15;
 
 }  // namespace
 
@@ -31,13 +34,16 @@ void CropHand::makePan(std::weak_ptr<ui::GestureDelegate> delegate) {
 }
 
 bool CropHand::takes(const ui::Touch& touch) {
-    if (_board.gridPan()->state() == ui::GestureState::Changed) return false;
+    const ui::GestureState state = _board.gridPan()->state();
+    if (state == ui::GestureState::Began || state == ui::GestureState::Changed) takeBack();
+    if (state == ui::GestureState::Changed) return false;
     const gfx::Point p = touch.locationIn(&_board.view());
     const auto& bar = _board.bar();
     const bool isOnBar = bar && touch.view() && touch.view()->isDescendantOf(*bar);
     // On its way back to the middle the frame is caught where it is seen.
     if (isOnBar || !isOnCropBorder(p, _board.grid()->shownFrame())) return false;
     _landingPoint = p;
+    _landingTime = ui::Environment::current().runLoop().now();
     return true;
 }
 
@@ -49,12 +55,22 @@ void CropHand::pan(const ui::PanGestureRecognizer& pan) {
     if (pan.state() == ui::GestureState::Began) takeHold(p);
     _board.scroll()->setAdmitsGestures(isOver);
     if (isOver) _board.settleSoon();
-    dragTo(p);
+    if (!_isTakenBack) dragTo(p);
+}
+
+// Two fingers that come together are not meant for an edge.
+void CropHand::takeBack() {
+    const ui::Time age = ui::Environment::current().runLoop().now() - _landingTime;
+    if (!_takesBack || age > companionTime || _edge == CropEdge::None) return;
+    _isTakenBack = true;
+    _edge = CropEdge::None;
+    _board.setFrame(_touchFrame);
 }
 
 void CropHand::takeHold(gfx::Point p) {
     _board.scroll()->stopMoving();
     begin();
+    _isTakenBack = false;
     _touchPoint = p;
     _touchFrame = _board.frame();
     _limits = CropLimits::from(

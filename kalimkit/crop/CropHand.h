@@ -37,9 +37,12 @@ public:
     const gfx::Rect& touchFrame() const { return _touchFrame; }
     bool keepsRotateButton() const { return _keepsRotateButton; }
     void setKeepsRotateButton(bool keeps) { _keepsRotateButton = keeps; }
+    // Whether a second finger that comes at once undoes what the first has dragged. Off at first.
+    void setTakesBack(bool takesBack) { _takesBack = takesBack; }
 
 private:
     void pan(const ui::PanGestureRecognizer& pan);
+    void takeBack();
     void takeHold(gfx::Point p);
     void begin();
 
@@ -51,6 +54,10 @@ private:
     gfx::Rect _touchFrame;
     CropLimits _limits;
     bool _keepsRotateButton = false;
+    bool _takesBack = false;
+    // When that was; and another finger has come so soon that the drag was not meant.
+    ui::Time _landingTime = 0;
+    bool _isTakenBack = false;
 };
 
 }  // namespace kalim

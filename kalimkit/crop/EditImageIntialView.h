@@ -146,6 +146,9 @@ public:
     // path, so that nothing is replaced. Off at first.
     bool leavesWhenUnchanged() const { return _leavesWhenUnchanged; }
     void setLeavesWhenUnchanged(bool leaves) { _leavesWhenUnchanged = leaves; }
+    // Whether a drag of the frame is taken back when a second finger comes at once: two fingers
+    // were meant. Off at first.
+    void setForgiving(bool forgiving);
     // Keeps the rotate button in sight during drags.
     bool isInit() const;
     void setIsInit(bool isInit);

@@ -177,6 +177,10 @@ void EditImageIntialView::setIsAspectRatioLocked(bool locked) {
     _parts->board.setIsAspectRatioLocked(locked);
 }
 
+void EditImageIntialView::setForgiving(bool forgiving) {
+    _parts->hand.setTakesBack(forgiving);
+}
+
 bool EditImageIntialView::isInit() const {
     return _parts->hand.keepsRotateButton();
 }

@@ -1,5 +1,7 @@
 #include "kalimkit/shapes/MDrawFreeline.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "kalimkit/shapes/MeasureText.h"
@@ -12,8 +14,15 @@ namespace kalim {
 
 namespace {
 
-constexpr ToolDetailRule detailRules[] = {{"linePoints", ToolDetailRule::Type::Lines}};
-constexpr ToolProperty properties[] = {dashProperty, opacityProperty};
+constexpr ToolDetailRule detailRules[] = {
+    {"linePoints", ToolDetailRule::Type::Lines},
+    {"linePressures", ToolDetailRule::Type::Lines, false, 0}};
+constexpr ToolProperty pressureProperty{.name = "pressure",
+                                        .type = ToolProperty::Type::Switch,
+                                        .text = "笔压",
+                                        .english = "Pen pressure",
+                                        .usual = 1};
+constexpr ToolProperty properties[] = {dashProperty, pressureProperty, opacityProperty};
 
 constexpr std::size_t minimumPoints = 5;
 // The margin is points of the screen.
@@ -49,6 +58,32 @@ void MDrawFreeline::drawMove(gfx::Point p) {
     addNewPoint(invertPoint(p));
 }
 
+// From where the stroke is by now.
+void MDrawFreeline::predict(const std::vector<gfx::Point>& places) {
+    if (linePoints().empty() || _needNewLine || linePoints().back().empty()) return;
+    const auto include = [this] {
+        gfx::Rect box(linePoints().back().back(), {});
+        for (const gfx::Point place : _predicted)
+            box = box.unionWith({place, {}});
+        _addedBox = _addedBox ? _addedBox->unionWith(box) : box;
+    };
+    include();
+    _predicted.clear();
+    for (const gfx::Point place : places)
+        _predicted.push_back(invertPoint(place));
+    include();
+}
+
+bool MDrawFreeline::dropStroke() {
+    if (linePoints().size() < 2 || _needNewLine) return false;
+    _strokes.dropLine();
+    _needNewLine = true;
+    _predicted.clear();
+    rebuildBoundBox();
+    strokesChanged();
+    return true;
+}
+
 void MDrawFreeline::drawUp(gfx::Point p) {
     addNewPoint(invertPoint(p));
     rebuildBoundBox();
@@ -63,11 +98,20 @@ void MDrawFreeline::addNewPoint(gfx::Point p) {
         _strokes.beginLine();
         _needNewLine = false;
     }
-    const std::optional<gfx::Rect> box = _strokes.addPoint(p);
+    if (!_predicted.empty()) predict({});
+    const std::optional<gfx::Rect> box = _strokes.addPoint(p, penTouch());
     if (box) _addedBox = _addedBox ? _addedBox->unionWith(*box) : *box;
     // The point that makes the tool valid shows the curves before it, too.
     if (isDrawVaild() != wasDrawn) _isChangedAllOver = true;
-    _recordedLines = nullptr;
+    _recordedLines = _recordedPressures = nullptr;
+}
+
+// Nothing where the stroke is of one width.
+std::optional<PenTouch> MDrawFreeline::penTouch() const {
+    const bool isPen = _contact.kind == ui::TouchKind::Pen && _contact.pressure;
+    if (!isPen || !rules().forgiving || number(pressureProperty.name) == 0) return std::nullopt;
+    const double lean = std::min(std::hypot(_contact.tilt.x, _contact.tilt.y), 90.0);
+    return PenTouch{*_contact.pressure, lean};
 }
 
 bool MDrawFreeline::isDrawVaild() const {
@@ -113,8 +157,19 @@ void MDrawFreeline::mapPoints(const PointMap& map) {
     _endPoint = farCorner();
 }
 
+ToolDetails MDrawFreeline::details() const {
+    ToolDetails details{{"linePoints", linePoints()}};
+    if (_strokes.hasTouches()) details.push_back({"linePressures", linePressures()});
+    return details;
+}
+
 bool MDrawFreeline::takeDetail(std::string_view name, const ToolDetailValue& value) {
     const auto* const lines = std::get_if<PointLines>(&value);
+    if (lines && name == "linePressures") {
+        if (!_strokes.setTouches(*lines)) return false;
+        strokesChanged();
+        return true;
+    }
     if (name != "linePoints" || !lines) return false;
     if (*lines != linePoints()) {
         _strokes.setLines(*lines);
@@ -186,6 +241,10 @@ void MDrawFreeline::stopMoveHandle() {
     _isChangedAllOver = true;
 }
 
+bool MDrawFreeline::showsPressure() const {
+    return _strokes.hasTouches() && number(pressureProperty.name) != 0;
+}
+
 void MDrawFreeline::drawContent(gfx::Context& context) {
     gfx::GraphicsStateGuard guard(context);
     if (isNewBuild() && maskColor()) context.setStrokeColor(*maskColor());
@@ -193,10 +252,34 @@ void MDrawFreeline::drawContent(gfx::Context& context) {
     // Dashes follow each other from the start on, seen or not.
     if (const auto dashes = dashesNamed(text(dashProperty.name), lineWidth())) {
         context.addPath(dashedPath(_strokes.curves(), *dashes, DashFit::FromStart));
+    } else if (showsPressure()) {
+        context.setFillColor(gfx::Color(context.state().strokeColor));
+        _strokes.addInkInSight(context);
+        addPredicted(context);
+        return context.fill();
     } else {
         _strokes.addCurvesInSight(context);
+        addPredicted(context);
     }
     context.stroke();
+}
+
+// As one with what is drawn, so that both together are no darker where they meet.
+void MDrawFreeline::addPredicted(gfx::Context& context) const {
+    if (_predicted.empty()) return;
+    const double width = context.state().lineWidth * _strokes.lastShare();
+    gfx::Path ink;
+    gfx::Point from = linePoints().back().back();
+    if (!showsPressure()) context.moveTo(from);
+    for (const gfx::Point place : _predicted) {
+        if (showsPressure()) {
+            addInk(ink, {from, from, place, place}, width, width);
+        } else {
+            context.lineTo(place);
+        }
+        from = place;
+    }
+    context.addPath(ink);
 }
 
 void MDrawFreeline::drawContentHandle(gfx::Context& context) {
@@ -215,6 +298,10 @@ Feature MDrawFreeline::getFeature() const {
     Feature feature = MDrawRect::getFeature();
     if (!_recordedLines) _recordedLines = std::make_shared<const PointLines>(linePoints());
     feature.set("MDrawFree-linepoint", _recordedLines);
+    if (!_strokes.hasTouches()) return feature;
+    if (!_recordedPressures)
+        _recordedPressures = std::make_shared<const PointLines>(linePressures());
+    feature.set("MDrawFree-pressure", _recordedPressures);
     return feature;
 }
 
@@ -223,7 +310,9 @@ void MDrawFreeline::setFeature(const FeatureRef& feature) {
     const auto* const recorded = feature->get<PointLinesRef>("MDrawFree-linepoint");
     const PointLinesRef lines = recorded ? *recorded : nullptr;
     if (!lines || lines != _recordedLines) {
+        const auto* const pressures = feature->get<PointLinesRef>("MDrawFree-pressure");
         _strokes.setLines(lines ? *lines : PointLines{});
+        if (pressures && *pressures) _strokes.setTouches(**pressures);
         strokesChanged();
         _recordedLines = lines;
     }
@@ -277,7 +366,7 @@ gfx::Point MDrawFreeline::farCorner() const {
 }
 
 void MDrawFreeline::strokesChanged() {
-    _recordedLines = nullptr;
+    _recordedLines = _recordedPressures = nullptr;
     _isChangedAllOver = true;
 }
 

@@ -21,6 +21,9 @@ public:
     const ToolClass& toolClass() const override { return Class(); }
 
     void drawMove(gfx::Point p) override;
+    void takeContact(const ui::TouchContact& contact) override { _contact = contact; }
+    void predict(const std::vector<gfx::Point>& places) override;
+    bool dropStroke() override;
     // Of one stroke, see recognizedStroke().
     ToolRef straightened() const override;
     // MDrawFreeLineHelper finalizes, not the touch-up.
@@ -44,7 +47,9 @@ public:
     void allPointsHandle(const std::function<gfx::Point(gfx::Point)>& handle);
     void mapPoints(const PointMap& map) override;
     const PointLines& linePoints() const { return _strokes.lines(); }
-    ToolDetails details() const override { return {{"linePoints", linePoints()}}; }
+    // How a pen touched there, see FreehandStrokes::touches().
+    const PointLines& linePressures() const { return _strokes.touches(); }
+    ToolDetails details() const override;
     bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
 
     // A turned drawing has no smallest size: its box is what it is turned about. Under forgiving
@@ -91,6 +96,9 @@ protected:
     const FreehandStrokes& strokes() const { return _strokes; }
 
 private:
+    std::optional<PenTouch> penTouch() const;
+    bool showsPressure() const;
+    void addPredicted(gfx::Context& context) const;
     gfx::Point farCorner() const;
     void scaleTo(gfx::Point finger);
     void strokesChanged();
@@ -99,6 +107,10 @@ private:
     bool _needNewLine = true;
     // What the latest snapshot holds, while the strokes are still the same: snapshots share it.
     mutable PointLinesRef _recordedLines;
+    mutable PointLinesRef _recordedPressures;
+    ui::TouchContact _contact;
+    // Where the finger is about to be; shown and nothing else.
+    std::vector<gfx::Point> _predicted;
     // The box of the curves since takeAddedExtent was asked, without the line's width.
     std::optional<gfx::Rect> _addedBox;
     // Whether something else has changed the picture since.

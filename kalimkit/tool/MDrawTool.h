@@ -24,6 +24,7 @@
 #include "kalimkit/tool/ToolGround.h"
 #include "kalimkit/tool/ToolProperty.h"
 #include "kalimkit/tool/ToolRules.h"
+#include "kalimkit/ui/view/TouchContact.h"
 
 namespace kalim {
 
@@ -54,6 +55,13 @@ public:
     virtual void drawDown(gfx::Point) {}
     virtual void drawMove(gfx::Point) {}
     virtual void drawUp(gfx::Point) {}
+    // How the finger or pen touches at the point that comes next. Most kinds do not care.
+    virtual void takeContact(const ui::TouchContact& /*contact*/) {}
+    // Where the finger is about to be, canvas points, the farthest last: shown until the next point
+    // comes, and nothing that the tool has.
+    virtual void predict(const std::vector<gfx::Point>& /*places*/) {}
+    // The stroke under way goes; false for kinds that are made of one.
+    virtual bool dropStroke() { return false; }
     // As drawMove() while a key asks for a straight stroke; false for kinds that draw none.
     virtual bool drawStraight(gfx::Point) { return false; }
     // The same without a finger, from the point after the start point on; the last one is where the

@@ -13,6 +13,7 @@ void CropSession::open(std::weak_ptr<EditImageInitialViewDelegate> delegate) {
     editor->setAccessibilityModal(true);
     editor->setDelegate(std::move(delegate));
     editor->setLeavesWhenUnchanged(_stage.isForgiving());
+    editor->setForgiving(_stage.isForgiving());
     _stage.view().addSubview(editor);
     editor->onEditImageWithEditEntrance(nullptr, 0);
 }

@@ -90,6 +90,7 @@ bool TesselViewController::forgiving() const {
 
 void TesselViewController::setForgiving(bool forgiving) {
     parts().stage.setForgiving(forgiving);
+    if (isViewLoaded()) view()->setRejectsPalms(forgiving);
     parts().picture.setForgiving(forgiving);
     parts().pickers.setTakesTouchesWhileFolding(forgiving);
 }
@@ -233,6 +234,7 @@ void TesselViewController::startAnimateOut(const gfx::Rect& target,
 
 void TesselViewController::viewDidLoad() {
     view()->setBackgroundColor(gfx::makeColor(0, 0, 0));
+    view()->setRejectsPalms(forgiving());
     initSubviews();
 }
 

@@ -153,19 +153,35 @@ KALIM_EXPORT("next_due") double nextDue() {
     return editor->runLoop().nextDue();
 }
 
-// ---- touches: of each finger, in the order of what happened, a time, an id and a place, points:
-// four doubles in the buffer. All are shown together.
+// ---- touches: of each finger, in the order of what happened, a time, an id, a place, and how it
+// touches, see ui::TouchContact: its kind, size, pressure, below zero for none, and tilt; points,
+// nine doubles in the buffer. The last ones, so many, are where the finger before them is about to
+// be. All are shown together.
 
-KALIM_EXPORT("fingers") void fingers(int phase, int count) {
-    const auto given = std::clamp(std::ptrdiff_t{count}, std::ptrdiff_t{0}, std::ssize(shared) / 4);
-    const auto numbers = std::vector<double>(shared.begin(), shared.begin() + 4 * given);
+KALIM_EXPORT("fingers") void fingers(int phase, int count, int predicted) {
+    constexpr std::ptrdiff_t each = 9;
+    const auto most = std::ssize(shared) / each;
+    const auto given = std::clamp(std::ptrdiff_t{count}, std::ptrdiff_t{0}, most);
+    const auto numbers = std::vector<double>(shared.begin(), shared.begin() + each * given);
+    const auto happened = given - std::clamp(std::ptrdiff_t{predicted}, std::ptrdiff_t{0}, given);
     editor->window().perform([&] {
-        for (auto number = numbers.begin(); number != numbers.end(); number += 4) {
+        std::vector<kalim::gfx::Point> places;
+        kalim::ui::Finger finger;
+        for (std::ptrdiff_t i = 0; i < given; ++i) {
+            const double* const number = numbers.data() + each * i;
+            if (i >= happened) {
+                places.push_back({number[2], number[3]});
+                continue;
+            }
             editor->runLoop().advanceTo(number[0]);
-            const kalim::ui::Finger finger{static_cast<std::int64_t>(number[1]),
-                                           {number[2], number[3]}};
+            finger = {static_cast<std::int64_t>(number[1]), {number[2], number[3]}};
+            finger.contact.kind = static_cast<kalim::ui::TouchKind>(number[4]);
+            finger.contact.size = number[5];
+            if (number[6] >= 0) finger.contact.pressure = number[6];
+            finger.contact.tilt = {number[7], number[8]};
             report(static_cast<Phase>(phase), finger);
         }
+        if (!places.empty()) editor->window().fingerPredicted(finger.id, places);
     });
     editor->show();
 }

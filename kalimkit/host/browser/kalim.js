@@ -502,7 +502,7 @@ export class KalimEditor extends EventTarget {
     this.#call('safe_area', ...this.#screen.insets);
     const held = new HeldKeys((...keys) => this.#call('hold_keys', ...keys));
     this.#pointers = new Pointers(this.#element, {
-      fingers: (phase, fingers) => this.#touched(phase, fingers),
+      fingers: (...told) => this.#touched(...told),
       pan: (phase, button, place, time) =>
         this.#at(time, 'pan', phase, button, ...this.#pointOf(place)) !== 0,
       zoom: (place, factor, distance, time) => this.#at(time, 'zoom', ...this.#pointOf(place), factor,
@@ -749,10 +749,10 @@ export class KalimEditor extends EventTarget {
     return this.#call(name, ...values);
   }
 
-  #touched(phase, fingers) {
-    this.#module.putNumbers(fingers.flatMap((finger) =>
-      [this.#schedule.timeAt(finger.time), finger.id, ...this.#pointOf(finger)]));
-    this.#call('fingers', phase, fingers.length);
+  #touched(phase, fingers, predicted = []) {
+    this.#module.putNumbers([...fingers, ...predicted].flatMap((finger) =>
+      [this.#schedule.timeAt(finger.time), finger.id, ...this.#pointOf(finger), ...finger.contact]));
+    this.#call('fingers', phase, fingers.length + predicted.length, predicted.length);
   }
 
   // ---- text and keys

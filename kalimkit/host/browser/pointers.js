@@ -9,6 +9,15 @@ import { readWheel } from './wheel.js';
 // What PointerEvent.buttons holds for a button: main, middle, another.
 const buttonBits = [1, 4, 2];
 const menuButton = 2;
+// By how many milliseconds at the most a finger's way is foreseen: a frame's.
+const foresight = 17;
+const kinds = ['touch', 'pen', 'mouse'];
+
+// Kind, width of what is touched, pressure, which only pens measure, and how far the pen leans.
+function contactOf({ pointerType, width, height, pressure, tiltX, tiltY }) {
+  const kind = Math.max(kinds.indexOf(pointerType), 0);
+  return [kind, Math.max(width, height), kind === 1 ? pressure : -1, tiltX ?? 0, tiltY ?? 0];
+}
 
 export class Pointers {
   #element;
@@ -22,7 +31,8 @@ export class Pointers {
   // Of what is around the element.
   #watching;
 
-  // target: fingers(phase, [{ time, id, x, y }]), in the order of what happened, pan(phase, button,
+  // target: fingers(phase, [{ time, id, x, y, contact }], predicted), in the order of what happened, with contact as
+  // contactOf() says and predicted being where the last of them is about to be, pan(phase, button,
   // place, time), which answers whether the editor pans with the mouse, hover(place, time) and left() of a pointer
   // that hovers, menu(place, time), and zoom(place, factor, distance, time) and scroll(place, distance, time) of a
   // wheel, see readWheel(). held are the keys that are held; isViewing() tells whether nothing is drawn.
@@ -92,7 +102,8 @@ export class Pointers {
   cancel() {
     const time = performance.now();
     const place = { x: 0, y: 0 };
-    const fingers = [...this.#down].map((id) => ({ time, id, ...place }));
+    const contact = [0, 0, -1, 0, 0];
+    const fingers = [...this.#down].map((id) => ({ time, id, ...place, contact }));
     this.#down.clear();
     if (!fingers.length) return;
     if (this.#target.isViewing()) return this.#viewing.cancel(time);
@@ -142,7 +153,9 @@ export class Pointers {
       return;
     }
     const gathered = event.getCoalescedEvents?.() ?? [];
-    this.#tell(Phase.moved, gathered.length ? gathered : [event]);
+    const foreseen = event.pointerType === 'mouse' ? [] : event.getPredictedEvents?.() ?? [];
+    this.#tell(Phase.moved, gathered.length ? gathered : [event],
+      foreseen.filter(({ timeStamp }) => timeStamp - event.timeStamp <= foresight));
   }
 
   #lifted(event, phase) {
@@ -164,11 +177,12 @@ export class Pointers {
   }
 
   // What one event of the page brings, of one pointer.
-  #tell(phase, events) {
+  #tell(phase, events, foreseen = []) {
     const last = events.at(-1);
+    const fingerOf = (event) => ({ time: event.timeStamp, id: event.pointerId,
+      ...this.#placeOf(event), contact: contactOf(event) });
     if (!this.#isPanning || last.pointerType !== 'mouse') {
-      this.#target.fingers(phase, events.map((event) =>
-        ({ time: event.timeStamp, id: event.pointerId, ...this.#placeOf(event) })));
+      this.#target.fingers(phase, events.map(fingerOf), foreseen.map(fingerOf));
     } else if (phase !== Phase.began) {
       this.#target.pan(phase, this.#button, this.#placeOf(last), last.timeStamp);
     }

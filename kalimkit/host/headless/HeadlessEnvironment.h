@@ -29,6 +29,9 @@ public:
     void wait(double seconds) { _loop.advanceTo(_loop.now() + seconds); }
     // The alerts since this was asked last, oldest first, without their completions.
     std::vector<ui::Alert> takeAlerts();
+    // What an assistive technology would have said since this was asked last, oldest first.
+    std::vector<std::string> takeAnnouncements() { return std::exchange(_announcements, {}); }
+    void announce(const std::string& text) override { _announcements.push_back(text); }
     // Whether alerts are shown in the key window and wait for an answer there. Off at first: each
     // is answered with its first button as soon as it is presented.
     void setShowsAlerts(bool shows) { _showsAlerts = shows; }
@@ -86,6 +89,7 @@ private:
     std::optional<double> _availableMemory;
     std::map<std::string, std::string> _texts;
     std::vector<ui::Alert> _alerts;
+    std::vector<std::string> _announcements;
     bool _showsAlerts = false;
     std::string _clipboard;
     std::map<std::string, bool> _defaults;

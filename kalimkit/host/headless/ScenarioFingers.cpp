@@ -1,7 +1,10 @@
 #include "kalimkit/host/headless/ScenarioFingers.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 namespace kalim {
 
@@ -9,6 +12,22 @@ namespace {
 
 // One user has no more.
 constexpr std::size_t mostFingers = 10;
+
+// In the order of ui::TouchKind.
+constexpr std::string_view kindNames[] = {"finger", "pen", "mouse"};
+
+// A list with something for each finger; empty where the step has none.
+template <typename Value>
+Problem readEach(const JsonValue& step, const char* key, const char* element, std::size_t count,
+                 std::vector<Value>& values) {
+    const JsonValue* const list = step.find(key);
+    const std::string name = "\"" + std::string(key) + "\"";
+    if (!list) return std::nullopt;
+    if (Problem problem = readList(*list, name, element, values)) return problem;
+    if (values.size() == count) return std::nullopt;
+    return name + " and \"points\" must be as many, not " + std::to_string(values.size()) +
+           " and " + std::to_string(count);
+}
 
 std::string fingerName(std::int64_t id) {
     return "finger " + std::to_string(id);
@@ -59,6 +78,42 @@ Problem ScenarioFingers::readFingers(const JsonValue& step, Listed& listed) cons
     if (Problem problem = readIds(step, points.size(), ids)) return problem;
     for (std::size_t index = 0; index < points.size(); ++index)
         listed.fingers.push_back({ids[index], points[index]});
+    return readContacts(step, listed.fingers);
+}
+
+Problem ScenarioFingers::readContacts(const JsonValue& step,
+                                      std::vector<ui::Finger>& fingers) const {
+    for (ui::Finger& finger : fingers) {
+        if (const auto down = _down.find(finger.id); down != _down.end())
+            finger.contact = down->second.contact;
+    }
+    std::vector<std::string> kinds;
+    std::vector<double> sizes;
+    std::vector<double> pressures;
+    std::vector<gfx::Point> tilts;
+    if (Problem problem = readEach(step, "kinds", "kind", fingers.size(), kinds)) return problem;
+    if (Problem problem = readEach(step, "sizes", "size", fingers.size(), sizes)) return problem;
+    if (Problem problem = readEach(step, "pressures", "pressure", fingers.size(), pressures))
+        return problem;
+    if (Problem problem = readEach(step, "tilts", "tilt", fingers.size(), tilts)) return problem;
+    for (std::size_t i = 0; i < fingers.size(); ++i) {
+        ui::TouchContact& contact = fingers[i].contact;
+        if (!kinds.empty()) {
+            const auto* const kind = std::ranges::find(kindNames, kinds[i]);
+            if (kind == std::end(kindNames))
+                return wrongValue("a kind of \"kinds\"", "finger, pen or mouse", kinds[i]);
+            contact.kind = static_cast<ui::TouchKind>(kind - std::begin(kindNames));
+        }
+        if (!sizes.empty()) contact.size = sizes[i];
+        if (!pressures.empty()) contact.pressure = pressures[i];
+        if (!tilts.empty()) contact.tilt = tilts[i];
+        if (!(contact.size >= 0 && contact.size <= 1000))
+            return "a size of \"sizes\" is from 0 to 1000 points";
+        if (contact.pressure && !(*contact.pressure >= 0 && *contact.pressure <= 1))
+            return "a pressure of \"pressures\" is from 0 to 1";
+        if (std::abs(contact.tilt.x) > 90 || std::abs(contact.tilt.y) > 90)
+            return "a tilt of \"tilts\" is from -90 to 90 degrees in either direction";
+    }
     return std::nullopt;
 }
 
@@ -145,14 +200,14 @@ Problem ScenarioFingers::begin(const Listed& listed) {
     _window.setModifiers(listed.modifiers);
     moveTo(staying);
     for (const ui::Finger& finger : landing)
-        _down[finger.id] = finger.location;
+        _down[finger.id] = finger;
     _window.fingersBegan(landing);
     return std::nullopt;
 }
 
 Problem ScenarioFingers::move(const Listed& listed) {
     for (const ui::Finger& finger : listed.fingers)
-        _down[finger.id] = finger.location;
+        _down[finger.id] = finger;
     _window.setModifiers(listed.modifiers);
     _window.fingersMoved(listed.fingers);
     return std::nullopt;
@@ -180,9 +235,10 @@ Problem ScenarioFingers::leave(const Listed& listed, bool isCancelled) {
 void ScenarioFingers::moveTo(const std::vector<ui::Finger>& fingers) {
     std::vector<ui::Finger> moved;
     for (const ui::Finger& finger : fingers) {
-        gfx::Point& place = _down[finger.id];
-        if (place == finger.location) continue;
-        place = finger.location;
+        ui::Finger& before = _down[finger.id];
+        const bool isThere = before.location == finger.location;
+        before = finger;
+        if (isThere) continue;
         moved.push_back(finger);
     }
     if (!moved.empty()) _window.fingersMoved(moved);

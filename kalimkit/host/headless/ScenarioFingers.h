@@ -15,7 +15,8 @@ public:
     // The window must outlive this object.
     explicit ScenarioFingers(ui::Window& window) : _window(window) {}
 
-    // A step {"touch":phase,"points":[...]} with "ids", "lifted" and "modifiers" where it has them.
+    // A step {"touch":phase,"points":[...]} with "ids", "lifted", "modifiers", "kinds", "sizes",
+    // "pressures" and "tilts" where it has them.
     // After a problem nothing has happened.
     Problem play(const JsonValue& step);
     // A finger of its own lands and lifts at once. Refused where all fingers are in use.
@@ -31,6 +32,8 @@ private:
 
     Problem readFingers(const JsonValue& step, Listed& listed) const;
     Problem readIds(const JsonValue& step, std::size_t count, std::vector<std::int64_t>& ids) const;
+    // A finger touches as before where the step does not say how.
+    Problem readContacts(const JsonValue& step, std::vector<ui::Finger>& fingers) const;
     Problem readLifted(const JsonValue& step, Listed& listed) const;
     // Left alone where the step names none.
     static Problem readModifiers(const JsonValue& step, ui::Modifiers& modifiers);
@@ -44,8 +47,8 @@ private:
     void moveTo(const std::vector<ui::Finger>& fingers);
 
     ui::Window& _window;
-    // Where the fingers on the view are, window points.
-    std::map<std::int64_t, gfx::Point> _down;
+    // The fingers on the view, as they were reported last.
+    std::map<std::int64_t, ui::Finger> _down;
 };
 
 }  // namespace kalim

@@ -76,4 +76,12 @@ Problem ScenarioPlayer::Stage::printPointer() {
     return std::nullopt;
 }
 
+Problem ScenarioPlayer::Stage::printAnnouncements() {
+    JsonValue::Array said;
+    for (std::string& text : _environment->takeAnnouncements())
+        said.push_back(std::move(text));
+    printLine({{"announcements", std::move(said)}});
+    return std::nullopt;
+}
+
 }  // namespace kalim

@@ -60,7 +60,9 @@ struct ScenarioPlayer::Stage::Kind {
 };
 
 const ScenarioPlayer::Stage::Kind ScenarioPlayer::Stage::kinds[] = {
-    {"touch", {"points", "ids", "lifted", "modifiers"}, &Stage::touch},
+    {"touch",
+     {"points", "ids", "lifted", "modifiers", "kinds", "sizes", "pressures", "tilts"},
+     &Stage::touch},
     {"hover", {}, &Stage::hover},
     {"wheel", {"at"}, &Stage::wheel},
     {"press", {}, &Stage::pressEditorKey},
@@ -178,8 +180,10 @@ Problem ScenarioPlayer::Stage::print(const JsonValue& step) {
     if (what == "editor") return printEditor();
     if (what == "accessibility") return printAccessibility();
     if (what == "pointer") return printPointer();
+    if (what == "announcements") return printAnnouncements();
     if (what != "canvas") {
-        return wrongValue("\"print\"", "canvas, editor, accessibility or pointer", what);
+        return wrongValue("\"print\"", "canvas, editor, accessibility, pointer or announcements",
+                          what);
     }
     printLine(takeCanvas());
     return std::nullopt;

@@ -47,6 +47,7 @@ private:
     Problem pressEditorKey(const JsonValue& step);
     Problem setAppearance(const JsonValue& step);
     Problem printPointer();
+    Problem printAnnouncements();
 
     Problem wait(const JsonValue& step);
     Problem call(const JsonValue& step);

@@ -18,6 +18,7 @@ namespace {
 
 // No finger of a touch screen has this number.
 constexpr std::int64_t mouse = -1;
+constexpr ui::TouchContact mouseContact{.kind = ui::TouchKind::Mouse};
 // A notch of the wheel enlarges by this.
 constexpr double notchFactor = 1.15;
 // And moves what scrolls under the pointer by so many points.
@@ -195,13 +196,13 @@ void EditorSeat::mousePressed(PointerButton button, gfx::Point place) {
         _editor->shell()->showContextMenu(place);
     if (button != PointerButton::Main) return;
     _isMouseDown = true;
-    _window.fingersBegan({{mouse, place}});
+    _window.fingersBegan({{mouse, place, mouseContact}});
 }
 
 void EditorSeat::mouseMoved(gfx::Point place) {
     _window.perform([&] {
         const bool isPanning = _pointer && _pointer->pointerMoved(place);
-        if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place}});
+        if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place, mouseContact}});
         _window.pointerHovered(place);
         if (!std::exchange(_hasHovered, true)) chooseShell(_window.size());
         if (_editor) _editor->tellShell();
@@ -217,7 +218,7 @@ void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
     if (_pointer && _pointer->pointerReleased(button)) return;
     if (button != PointerButton::Main || !_isMouseDown) return;
     _isMouseDown = false;
-    _window.fingersEnded({{mouse, place}});
+    _window.fingersEnded({{mouse, place, mouseContact}});
 }
 
 void EditorSeat::wheelTurned(gfx::Point place, double notches) {

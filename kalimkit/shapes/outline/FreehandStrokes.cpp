@@ -9,6 +9,8 @@ namespace kalim {
 namespace {
 
 constexpr std::size_t curvesPerChunk = 64;
+// That the first curve of a stroke takes.
+constexpr std::size_t curvePoints = 5;
 
 // Boxes without width or height may meet, too.
 bool meet(const gfx::Rect& a, const gfx::Rect& b) {
@@ -18,11 +20,6 @@ bool meet(const gfx::Rect& a, const gfx::Rect& b) {
 
 void include(std::optional<gfx::Rect>& box, const std::optional<SmoothedCurve>& curve) {
     if (curve) box = box ? box->unionWith(curve->box()) : curve->box();
-}
-
-void addTo(gfx::Context& context, const SmoothedCurve& curve) {
-    context.moveTo(curve.start);
-    context.cubicTo(curve.control1, curve.control2, curve.end);
 }
 
 }  // namespace
@@ -35,22 +32,58 @@ void FreehandStrokes::setShowsTails(bool shows) {
 
 void FreehandStrokes::setLines(Lines lines) {
     _lines = std::move(lines);
+    _touches.clear();
     deriveAll();
+}
+
+bool FreehandStrokes::setTouches(Lines touches) {
+    if (touches.size() > _lines.size()) return false;
+    for (std::size_t i = 0; i < touches.size(); ++i) {
+        if (!touches[i].empty() && touches[i].size() != _lines[i].size()) return false;
+    }
+    _touches = std::move(touches);
+    deriveAll();
+    return true;
+}
+
+bool FreehandStrokes::hasTouches() const {
+    return std::ranges::any_of(_touches, [](const auto& line) { return !line.empty(); });
 }
 
 void FreehandStrokes::beginLine() {
     endLine();
+    _line = _lines.size();
     _lines.emplace_back();
 }
 
-std::optional<gfx::Rect> FreehandStrokes::addPoint(gfx::Point p) {
+// A pen that is silent for a while touches as it did before; what came before its first word is as
+// that.
+std::optional<gfx::Rect> FreehandStrokes::addPoint(gfx::Point p,
+                                                   const std::optional<PenTouch>& touch) {
     if (_lines.empty()) beginLine();
     _lines.back().push_back(p);
+    const bool isKnown = _touches.size() == _lines.size() && !_touches.back().empty();
+    if (touch || isKnown) {
+        _touches.resize(_lines.size());
+        auto& touches = _touches.back();
+        touches.resize(_lines.back().size(), touch ? *touch : touches.back());
+    }
+    if (touch && !isKnown && _lines.back().size() > 1) {
+        deriveAll();
+        return frame();
+    }
     std::optional<gfx::Rect> changed;
     include(changed, shownTail());
     include(changed, derive(p));
     include(changed, shownTail());
     return changed;
+}
+
+void FreehandStrokes::dropLine() {
+    if (_lines.empty()) return;
+    _lines.pop_back();
+    if (_touches.size() > _lines.size()) _touches.pop_back();
+    deriveAll();
 }
 
 void FreehandStrokes::mapPoints(const std::function<gfx::Point(gfx::Point)>& mapping) {
@@ -61,7 +94,8 @@ void FreehandStrokes::mapPoints(const std::function<gfx::Point(gfx::Point)>& map
     deriveAll();
 }
 
-void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
+template <typename Use>
+void FreehandStrokes::visitInSight(gfx::Context& context, Use use) const {
     const gfx::Rect clip = context.clipBounds();
     if (clip.isEmpty()) return;
     // The whole width where half would do: a clip's edge shows some of the pixels it cuts.
@@ -72,13 +106,32 @@ void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
         const std::size_t first = chunk * curvesPerChunk;
         const std::size_t end = std::min(first + curvesPerChunk, _curves.size());
         for (std::size_t i = first; i < end; ++i) {
-            const SmoothedCurve& curve = _curves[i];
-            if (!meet(curve.box(), sight)) continue;
-            addTo(context, curve);
+            if (meet(_curves[i].box(), sight))
+                use(_curves[i], i < _shares.size() ? _shares[i] : Shares());
         }
     }
     const std::optional<SmoothedCurve> tail = shownTail();
-    if (tail && meet(tail->box(), sight)) addTo(context, *tail);
+    if (tail && meet(tail->box(), sight)) use(*tail, tailShares());
+}
+
+void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
+    visitInSight(context, [&context](const SmoothedCurve& curve, Shares) {
+        context.moveTo(curve.start);
+        context.cubicTo(curve.control1, curve.control2, curve.end);
+    });
+}
+
+void FreehandStrokes::addInkInSight(gfx::Context& context) const {
+    const double width = context.state().lineWidth;
+    gfx::Path ink;
+    visitInSight(context, [&](const SmoothedCurve& curve, Shares shares) {
+        addInk(ink, curve, shares.start * width, shares.end * width);
+    });
+    context.addPath(ink);
+}
+
+double FreehandStrokes::lastShare() const {
+    return tailShares().end;
 }
 
 gfx::Path FreehandStrokes::curves() const {
@@ -103,12 +156,34 @@ std::optional<SmoothedCurve> FreehandStrokes::derive(gfx::Point p) {
     if (_pointCount++ == 0) _low = _high = p;
     _low = {std::min(_low.x, p.x), std::min(_low.y, p.y)};
     _high = {std::max(_high.x, p.x), std::max(_high.y, p.y)};
+    ++_linePoints;
     const std::optional<SmoothedCurve> curve = _smoothing.add(p);
-    if (curve) keep(*curve);
+    if (!curve) return curve;
+    // It ends between the last point but two and the last.
+    const Shares shares{_linePoints == curvePoints ? shareAt(0, 2) : _lastShare,
+                        shareAt(_linePoints - 4, _linePoints)};
+    _lastShare = shares.end;
+    keep(*curve, shares);
     return curve;
 }
 
-void FreehandStrokes::keep(const SmoothedCurve& curve) {
+// The mean of some points of the line that is derived, so that a pen's tremor does not show.
+double FreehandStrokes::shareAt(std::size_t first, std::size_t end) const {
+    if (_line >= _touches.size() || _touches[_line].empty() || first >= end) return 1;
+    const auto& touches = _touches[_line];
+    double sum = 0;
+    for (std::size_t i = first; i < end; ++i)
+        sum += inkShare(touches[std::min(i, touches.size() - 1)]);
+    return sum / static_cast<double>(end - first);
+}
+
+FreehandStrokes::Shares FreehandStrokes::tailShares() const {
+    const double start = _linePoints < curvePoints ? shareAt(0, std::min<std::size_t>(_linePoints, 2))
+                                                   : _lastShare;
+    return {start, shareAt(_linePoints - std::min<std::size_t>(_linePoints, 3), _linePoints)};
+}
+
+void FreehandStrokes::keep(const SmoothedCurve& curve, Shares shares) {
     const gfx::Rect box = curve.box();
     if (_curves.size() % curvesPerChunk == 0) {
         _chunkBoxes.push_back(box);
@@ -116,12 +191,14 @@ void FreehandStrokes::keep(const SmoothedCurve& curve) {
         _chunkBoxes.back() = _chunkBoxes.back().unionWith(box);
     }
     _curves.push_back(curve);
+    _shares.push_back(shares);
 }
 
 // The tail of a stroke that goes on no more is one of its curves.
 void FreehandStrokes::endLine() {
-    if (const std::optional<SmoothedCurve> tail = shownTail()) keep(*tail);
+    if (const std::optional<SmoothedCurve> tail = shownTail()) keep(*tail, tailShares());
     _smoothing.restart();
+    _linePoints = 0;
 }
 
 std::optional<SmoothedCurve> FreehandStrokes::shownTail() const {
@@ -129,14 +206,16 @@ std::optional<SmoothedCurve> FreehandStrokes::shownTail() const {
 }
 
 void FreehandStrokes::deriveAll() {
-    _pointCount = 0;
+    _pointCount = _linePoints = 0;
     _low = _high = {};
     _curves.clear();
+    _shares.clear();
     _chunkBoxes.clear();
     _smoothing.restart();
-    for (const std::vector<gfx::Point>& line : _lines) {
+    for (std::size_t line = 0; line < _lines.size(); ++line) {
         endLine();
-        for (const gfx::Point point : line)
+        _line = line;
+        for (const gfx::Point point : _lines[line])
             derive(point);
     }
 }

@@ -40,6 +40,7 @@ std::shared_ptr<Eyedropper> Eyedropper::show(View& source, Handler handler) {
         dropper->_shown = surface->makeImage()->pixels();
         dropper->_scale = surface->scale();
     }
+    dropper->setMultipleTouchEnabled(true);
     dropper->_source =
         source.convertRectTo(source.bounds(), nullptr).intersection({{}, window->size()});
     dropper->_size = window->size();
@@ -104,16 +105,24 @@ std::optional<Cursor> Eyedropper::cursorAt(gfx::Point p) {
 
 // A mouse's finger comes where the mouse hovers.
 void Eyedropper::touchesBegan(const TouchEvent& event) {
+    if (event.allTouches.size() > event.touches.size()) _hasCompany = true;
+    if (_hasCompany) return pointerExited();
     const gfx::Point place = event.touches.front()->locationIn(this);
     moveTo(place, !window()->hover().place());
 }
 
 void Eyedropper::touchesMoved(const TouchEvent& event) {
-    moveTo(event.touches.front()->locationIn(this), _isFinger);
+    if (!_hasCompany) moveTo(event.touches.front()->locationIn(this), _isFinger);
 }
 
 // Beside the picture there is nothing to pick; it goes on.
 void Eyedropper::touchesEnded(const TouchEvent& event) {
+    const bool isLast = event.allTouches.size() == event.touches.size();
+    if (!_hasCompany) return pick(event);
+    _hasCompany = !isLast;
+}
+
+void Eyedropper::pick(const TouchEvent& event) {
     moveTo(event.touches.front()->locationIn(this), _isFinger);
     if (const auto color = colorAt(*_place)) end(color);
 }

@@ -45,6 +45,7 @@ protected:
 
 private:
     void moveTo(gfx::Point place, bool isFinger);
+    void pick(const TouchEvent& event);
     gfx::Rect magnifier() const;
     void drawPixels(gfx::Context& context, const gfx::Rect& disc) const;
     void drawName(gfx::Context& context, const gfx::Rect& disc) const;
@@ -58,6 +59,8 @@ private:
     gfx::Size _size;
     std::optional<gfx::Point> _place;
     bool _isFinger = false;
+    // Several fingers have come: none of them picks.
+    bool _hasCompany = false;
     bool _isOver = false;
 };
 

@@ -110,6 +110,10 @@ public:
     // where the host does not keep any.
     virtual WorkStore* workStore() { return nullptr; }
 
+    // Has an assistive technology say something that is not to be seen as a text. The default has
+    // none.
+    virtual void announce(const std::string& /*text*/) {}
+
     // ---- text input
     // The text on the clipboard, empty where there is none; the default has no clipboard.
     virtual std::string clipboardText() { return {}; }

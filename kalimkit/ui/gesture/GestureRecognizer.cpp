@@ -41,6 +41,7 @@ void GestureRecognizer::screen(const std::vector<TouchRef>& landed) {
 }
 
 bool GestureRecognizer::mayReceive(const Touch& touch) const {
+    if (_isForFingersAlone && touch.contact().kind != TouchKind::Finger) return false;
     const auto touched = touch.view();
     for (const View* view = touched.get(); view; view = view->superview()) {
         if (!view->admitsGesture(*this)) return false;

@@ -51,6 +51,8 @@ public:
     // Goes on at once with every other recogniser.
     bool recognizesSimultaneously() const { return _recognizesSimultaneously; }
     void setRecognizesSimultaneously(bool isTolerant) { _recognizesSimultaneously = isTolerant; }
+    // Neither a pen's nor a mouse's touches are its own. Off at first.
+    void setIsForFingersAlone(bool isForFingers) { _isForFingersAlone = isForFingers; }
     void setDelegate(std::weak_ptr<GestureDelegate> delegate) { _delegate = std::move(delegate); }
     // Holds this gesture back until the other can no longer be recognised from the same touches;
     // if the other is, this one fails. Both must be held by shared pointers.
@@ -125,6 +127,7 @@ private:
     bool _enabled = true;
     bool _cancelsTouches = true;
     bool _recognizesSimultaneously = false;
+    bool _isForFingersAlone = false;
     // Whether fingers are down that it has been told of.
     bool _hasFingers = false;
     // Has seen touches that may still become a gesture.

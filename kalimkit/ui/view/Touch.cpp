@@ -12,8 +12,12 @@ gfx::Point inView(gfx::Point windowPoint, const View* view) {
 
 }  // namespace
 
-Touch::Touch(std::int64_t id, gfx::Point windowLocation, Time time)
-    : _id(id), _location(windowLocation), _previous(windowLocation), _time(time) {}
+Touch::Touch(std::int64_t id, gfx::Point windowLocation, Time time, TouchContact contact)
+    : _id(id),
+      _location(windowLocation),
+      _previous(windowLocation),
+      _time(time),
+      _contact(contact) {}
 
 gfx::Point Touch::locationIn(const View* view) const {
     return inView(_location, view);

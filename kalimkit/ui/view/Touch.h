@@ -8,6 +8,7 @@
 #include "kalimkit/gfx/Point.h"
 #include "kalimkit/ui/loop/RunLoop.h"
 #include "kalimkit/ui/view/Modifiers.h"
+#include "kalimkit/ui/view/TouchContact.h"
 
 namespace kalim::ui {
 
@@ -19,10 +20,14 @@ enum class TouchPhase { Began, Moved, Stationary, Ended, Cancelled };
 // the window updates it before each delivery.
 class KALIM_API Touch {
 public:
-    Touch(std::int64_t id, gfx::Point windowLocation, Time time);
+    Touch(std::int64_t id, gfx::Point windowLocation, Time time, TouchContact contact = {});
 
     std::int64_t id() const { return _id; }
     TouchPhase phase() const { return _phase; }
+    // As of the last event.
+    const TouchContact& contact() const { return _contact; }
+    // Cancelled because it was none: a hand's that rests on the screen.
+    bool isRejected() const { return _isRejected; }
     // The last event that changed it happened then.
     Time timestamp() const { return _time; }
     // The view that was hit when the finger landed; it gets the whole sequence. Null once gone.
@@ -45,6 +50,8 @@ private:
     gfx::Point _location;
     gfx::Point _previous;
     Time _time;
+    TouchContact _contact;
+    bool _isRejected = false;
     std::weak_ptr<View> _view;
     Delivery _delivery = Delivery::Pending;
 };

@@ -28,6 +28,7 @@
 namespace kalim::ui {
 
 class GestureRecognizer;
+class Touch;
 class ViewGesture;
 class ViewMotion;
 class ViewWindow;
@@ -178,6 +179,13 @@ public:
     // Off by default: of the fingers that are on the view together only the first is delivered.
     bool isMultipleTouchEnabled() const { return _multipleTouchEnabled; }
     void setMultipleTouchEnabled(bool enabled) { _multipleTouchEnabled = enabled; }
+    // Hands that rest on it and on what is in it, as a palm beside a pen, are no touches: see
+    // Window::fingersBegan(). Off at first.
+    bool rejectsPalms() const { return _rejectsPalms; }
+    void setRejectsPalms(bool rejects) { _rejectsPalms = rejects; }
+    // Where a touch of the view is about to be, own coordinates, the farthest last; until it moves.
+    virtual void touchPredicted(const Touch& /*touch*/, const std::vector<gfx::Point>& /*places*/) {
+    }
     // The deepest view under a point of own coordinates that takes touches; null for none. Hidden
     // views, those with an alpha below 0.01, those that take no interaction and those whose
     // animation allows none are passed over with all that is in them, and so is what lies outside
@@ -330,6 +338,7 @@ private:
     bool _isPlain = false;
     bool _userInteractionEnabled = true;
     bool _multipleTouchEnabled = false;
+    bool _rejectsPalms = false;
     bool _fillsSuperview = false;
     Accessibility _accessibility;
     std::vector<std::shared_ptr<ViewGesture>> _recognizers;

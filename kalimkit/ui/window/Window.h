@@ -25,6 +25,7 @@ struct Finger {
     std::int64_t id = 0;
     // The location is in window points.
     gfx::Point location;
+    TouchContact contact = {};
 };
 
 // Tells what one frame cost.
@@ -60,10 +61,14 @@ public:
     // ---- touches. Locations in window points; a finger must have begun to move or end. One that
     // lands on no view, or on a place that is not finite, is ignored until it lands again; it lifts
     // where it was last when it ends on such a place. The work of the main queue is done and marked
-    // views are displayed before each returns.
+    // views are displayed before each returns. On views that reject palms nothing lands that is
+    // larger than a fingertip, nor any finger while a pen is down and shortly after; what turns out
+    // to be a palm later is cancelled, see Touch::isRejected().
     void fingersBegan(const std::vector<Finger>& fingers);
     // Fingers that are not listed, or have not moved, stay where they are.
     void fingersMoved(const std::vector<Finger>& fingers);
+    // Where a finger that is down will probably be next, nearest first; told to its view alone.
+    void fingerPredicted(std::int64_t id, const std::vector<gfx::Point>& places);
     void fingersEnded(const std::vector<Finger>& fingers);
     // The ids alone count; an empty list cancels every finger.
     void fingersCancelled(const std::vector<Finger>& fingers);
@@ -71,6 +76,8 @@ public:
     // as moved, so that what they do follows the keys at once.
     void setModifiers(Modifiers modifiers);
     Modifiers modifiers() const { return _modifiers; }
+    // Whether a pen has ever touched it.
+    bool hasSeenPen() const { return _hasSeenPen; }
     // Those that are down, in the order of landing.
     const std::vector<TouchRef>& activeTouches() const { return _touches; }
     void cancelTouchesIn(const View& subtree) override;
@@ -134,6 +141,9 @@ private:
     // ---- touches (WindowTouches.cpp)
     TouchRef touchWithId(std::int64_t id) const;
     TouchRef land(const Finger& finger);
+    bool isPalm(const Finger& finger, const View& view) const;
+    bool isPenNear() const;
+    void rejectPalms();
     void rest();
     void lift(const Touches& lifted, TouchPhase phase);
     void deliver(TouchPhase phase, const Touches& changed, const Touches& all);
@@ -162,6 +172,9 @@ private:
     Hover _hover{*this};
     KeyTaker _keyTaker;
     Modifiers _modifiers;
+    bool _hasSeenPen = false;
+    // When a pen was last down.
+    Time _penTime = 0;
     std::weak_ptr<View> _firstResponder;
     Damage _damage;
     bool _needsLayout = true;

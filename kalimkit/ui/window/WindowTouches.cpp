@@ -24,9 +24,23 @@ using Views = std::vector<std::shared_ptr<View>>;
 
 // Of the finger that is none.
 constexpr std::int64_t tapNumber = std::numeric_limits<std::int64_t>::min();
+// What is wider is no fingertip, points; and a hand that has lifted its pen rests for a while,
+// seconds.
+constexpr double largestFinger = 40;
+constexpr double penPause = 0.5;
 
 bool isFinite(gfx::Point p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
+}
+
+bool isOfPalm(const TouchContact& contact) {
+    return contact.kind == TouchKind::Finger && contact.size > largestFinger;
+}
+
+bool rejectsPalms(const View* view) {
+    while (view && !view->rejectsPalms())
+        view = view->superview();
+    return view != nullptr;
 }
 
 bool holds(const Touches& touches, const TouchRef& touch) {
@@ -94,6 +108,14 @@ Time now() {
 void Window::fingersBegan(const std::vector<Finger>& fingers) {
     const Life life = _life;
     rest();
+    const bool isPen = std::ranges::any_of(
+        fingers, [](const Finger& finger) { return finger.contact.kind == TouchKind::Pen; });
+    if (isPen) {
+        _hasSeenPen = true;
+        _penTime = now();
+        rejectPalms();
+        if (life.expired()) return;
+    }
     Touches landed;
     for (const Finger& finger : fingers) {
         if (const TouchRef touch = land(finger)) landed.push_back(touch);
@@ -108,13 +130,31 @@ void Window::fingersMoved(const std::vector<Finger>& fingers) {
     Touches moved;
     for (const Finger& finger : fingers) {
         const TouchRef touch = touchWithId(finger.id);
-        if (!touch || !isFinite(finger.location) || finger.location == touch->_location) continue;
+        if (!touch || !isFinite(finger.location)) continue;
+        touch->_contact = finger.contact;
+        if (finger.location == touch->_location) continue;
         touch->_location = finger.location;
         touch->_time = now();
         touch->_phase = TouchPhase::Moved;
         if (!holds(moved, touch)) moved.push_back(touch);
     }
+    rejectPalms();
+    if (life.expired()) return;
+    std::erase_if(moved, [](const TouchRef& touch) { return touch->_isRejected; });
     deliver(TouchPhase::Moved, moved, Touches(_touches));
+    finishEvent(life);
+}
+
+void Window::fingerPredicted(std::int64_t id, const std::vector<gfx::Point>& places) {
+    const Life life = _life;
+    const TouchRef touch = touchWithId(id);
+    const auto view = touch ? touch->view() : nullptr;
+    if (!view || touch->_delivery != Touch::Delivery::Delivered) return;
+    std::vector<gfx::Point> own;
+    for (const gfx::Point place : places) {
+        if (isFinite(place)) own.push_back(view->convertPointFrom(place, nullptr));
+    }
+    view->touchPredicted(*touch, own);
     finishEvent(life);
 }
 
@@ -231,8 +271,8 @@ TouchRef Window::touchWithId(std::int64_t id) const {
 TouchRef Window::land(const Finger& finger) {
     if (!isFinite(finger.location) || touchWithId(finger.id)) return nullptr;
     const auto view = _root->hitTest(_root->convertPointFrom(finger.location, nullptr));
-    if (!view) return nullptr;
-    auto touch = std::make_shared<Touch>(finger.id, finger.location, now());
+    if (!view || isPalm(finger, *view)) return nullptr;
+    auto touch = std::make_shared<Touch>(finger.id, finger.location, now(), finger.contact);
     touch->_view = view;
     const bool isFirst = std::ranges::none_of(
         _touches, [&view](const TouchRef& other) { return other->view() == view; });
@@ -241,6 +281,30 @@ TouchRef Window::land(const Finger& finger) {
     }
     _touches.push_back(touch);
     return touch;
+}
+
+bool Window::isPenNear() const {
+    const bool isDown = std::ranges::any_of(
+        _touches, [](const TouchRef& touch) { return touch->_contact.kind == TouchKind::Pen; });
+    return isDown || (_hasSeenPen && now() - _penTime < penPause);
+}
+
+bool Window::isPalm(const Finger& finger, const View& view) const {
+    const bool isFinger = finger.contact.kind == TouchKind::Finger;
+    return isFinger && (isOfPalm(finger.contact) || isPenNear()) && rejectsPalms(&view);
+}
+
+// Those that were fingers at first: the hand comes down before its pen, and grows as it does.
+void Window::rejectPalms() {
+    const bool isPenHere = isPenNear();
+    const Touches palms = filtered(_touches, [&](const TouchRef& touch) {
+        const bool isFinger = touch->_contact.kind == TouchKind::Finger;
+        return isFinger && (isPenHere || isOfPalm(touch->_contact)) &&
+               rejectsPalms(touch->view().get());
+    });
+    for (const TouchRef& palm : palms)
+        palm->_isRejected = true;
+    lift(palms, TouchPhase::Cancelled);
 }
 
 // Every finger stands still until the host says otherwise.
@@ -256,6 +320,7 @@ void Window::lift(const Touches& lifted, TouchPhase phase) {
     const Touches all = _touches;
     std::erase_if(_touches, [&lifted](const TouchRef& touch) { return holds(lifted, touch); });
     for (const TouchRef& touch : lifted) {
+        if (touch->_contact.kind == TouchKind::Pen) _penTime = now();
         touch->_phase = phase;
         touch->_time = now();
     }

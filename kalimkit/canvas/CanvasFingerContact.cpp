@@ -1,0 +1,82 @@
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasFreehand.h"
+#include "kalimkit/canvas/CanvasGrip.h"
+#include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/tool/QVGeometry.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+// How the finger touches, and what was no touch of one finger after all.
+
+namespace kalim {
+
+namespace {
+
+// Fingers that come so soon after each other, seconds, or before the first has gone so far, view
+// points, are meant together.
+constexpr double companionTime = 0.15;
+constexpr double companionReach = 10;
+
+double now() {
+    return ui::Environment::current().runLoop().now();
+}
+
+}  // namespace
+
+void CanvasFinger::comeDown(const ui::Touch& touch) {
+    _downPlace = touch.locationIn(&_canvas.home.view());
+    _downTime = now();
+    _reach = 0;
+    feel(touch);
+}
+
+// What it makes is told how it touches.
+void CanvasFinger::feel(const ui::Touch& touch) {
+    _contact = touch.contact();
+    const gfx::Point place = touch.locationIn(&_canvas.home.view());
+    _reach = std::max(_reach, QVPointDistance(_downPlace, place));
+    if (_tool) _tool->takeContact(_contact);
+}
+
+void CanvasFinger::predicted(const std::vector<gfx::Point>& places) {
+    if (!_isAlone || _state != FingerState::Drawing || !isCreating()) return;
+    std::vector<gfx::Point> points;
+    for (const gfx::Point place : places)
+        points.push_back(_canvas.home.view().invertViewPoint(place));
+    _tool->predict(points);
+    _canvas.home.redisplay();
+}
+
+bool CanvasFinger::isYoung() const {
+    const bool isSoon = now() - _downTime <= companionTime || _reach < companionReach;
+    return _canvas.tools.forgiving() && _state != FingerState::Idle && isSoon;
+}
+
+// Nothing of what the finger has done was meant. Other strokes of the drawing stay.
+void CanvasFinger::takeBack() {
+    forgetRest();
+    if (_state == FingerState::Idle || _state == FingerState::Aborted) return;
+    if (isPlacing()) {
+        letGoOfPoint();
+    } else if (isCreating(ToolRecorder::Strokes) && !_stroke && _tool->dropStroke()) {
+        _tool = nullptr;
+        _canvas.freehand.endStroke();
+    } else if (isCreating()) {
+        deleteCreated();
+    } else if (_dragged && _canvas.grip.holds()) {
+        _canvas.grip.putBack();
+        std::exchange(_dragged, nullptr)->releaseHandles();
+    }
+    const auto& group = _canvas.selection.group();
+    if ((group ? group->subTools() : ToolList()) != _selectedBefore)
+        _canvas.selection.select(_selectedBefore);
+    _hasMoved = false;
+    _canvas.home.redisplay();
+}
+
+}  // namespace kalim
