@@ -57,8 +57,7 @@ void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
     View::touchesCancelled(event);
 }
 
-void MDrawView::touchPredicted(const ui::Touch& /*touch*/,
-                               const std::vector<gfx::Point>& places) {
+void MDrawView::touchPredicted(const ui::Touch& /*touch*/, const std::vector<gfx::Point>& places) {
     if (!_isReadOnly && !_isViewing && forgiving()) held()->finger.predicted(places);
 }
 

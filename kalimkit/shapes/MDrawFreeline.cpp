@@ -14,9 +14,8 @@ namespace kalim {
 
 namespace {
 
-constexpr ToolDetailRule detailRules[] = {
-    {"linePoints", ToolDetailRule::Type::Lines},
-    {"linePressures", ToolDetailRule::Type::Lines, false, 0}};
+constexpr ToolDetailRule detailRules[] = {{"linePoints", ToolDetailRule::Type::Lines},
+                                          {"linePressures", ToolDetailRule::Type::Lines, false, 0}};
 constexpr ToolProperty pressureProperty{.name = "pressure",
                                         .type = ToolProperty::Type::Switch,
                                         .text = "笔压",

@@ -88,7 +88,8 @@ TEST_F(ScenarioPlayerTest, EveryMistakeIsNamedAndChangesNothing) {
         {R"({"wait":-0.1})", "\"wait\" must be a number of seconds from 0 to 3600, not -0.1"},
         {R"({"wait":3601})", "not 3601"},
         {R"({"print":"tools"})",
-         "\"print\" must be canvas, editor, accessibility, pointer or announcements, not \"tools\""},
+         "\"print\" must be canvas, editor, accessibility, pointer or announcements, not "
+         "\"tools\""},
         {R"({"print":"editor"})", "for the editor's screen"},
         {R"({"host":"remove","args":[]})", "for the editor's screen"},
 

@@ -178,8 +178,8 @@ double FreehandStrokes::shareAt(std::size_t first, std::size_t end) const {
 }
 
 FreehandStrokes::Shares FreehandStrokes::tailShares() const {
-    const double start = _linePoints < curvePoints ? shareAt(0, std::min<std::size_t>(_linePoints, 2))
-                                                   : _lastShare;
+    const double start =
+        _linePoints < curvePoints ? shareAt(0, std::min<std::size_t>(_linePoints, 2)) : _lastShare;
     return {start, shareAt(_linePoints - std::min<std::size_t>(_linePoints, 3), _linePoints)};
 }
 
