@@ -27,25 +27,46 @@ const ToolClass& MDrawArc::Class() {
 void MDrawArc::drawUp(gfx::Point p) {
     _movePoint = {};
     if (finalized()) return;
+    if (rules().forgiving && hasAllVertices()) {
+        _points[1] = vertexFor(p);
+        return finalize();
+    }
+    if (rules().forgiving && isOnFirstVertex(p)) return;
     _points.push_back(QVMidPoint(_startPoint, p));
     _points.push_back(p);
-    finalize();
+    if (!rules().forgiving) finalize();
+}
+
+// The end and the vertex have come together.
+bool MDrawArc::takeBackPoint() {
+    if (!finalized() && hasAllVertices()) _points.pop_back();
+    return MDrawAngle::takeBackPoint();
+}
+
+// The vertex with which the curve passes a point halfway.
+gfx::Point MDrawArc::vertexFor(gfx::Point middle) const {
+    return middle * 2 - QVMidPoint(_points.front(), _points.back());
 }
 
 void MDrawArc::drawContent(gfx::Context& context) {
     // Whoever makes it by taps sees where it goes.
-    if (!finalized() && rules().forgiving) return MDrawAngle::drawContent(context);
+    if (!finalized() && rules().forgiving && !hasAllVertices())
+        return MDrawAngle::drawContent(context);
     // An unfinished arc shows what any tool shows that has no content of its own.
     // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-    if (!finalized()) return MDrawTool::drawContent(context);
+    if (!finalized() && !rules().forgiving) return MDrawTool::drawContent(context);
     if (!hasAllVertices()) return;
+    const bool isBeingBent = !finalized() && _movePoint != gfx::Point{};
     gfx::GraphicsStateGuard guard(context);
     useToolColor(context);
-    context.setLineWidth(curveWidth);
+    context.setLineWidth(rules().forgiving ? lineWidth() : curveWidth);
     context.beginPath();
     context.moveTo(_points[0]);
-    context.quadTo(_points[1], _points[2]);
+    context.quadTo(isBeingBent ? vertexFor(_movePoint) : _points[1], _points[2]);
     context.stroke();
+    if (finalized()) return;
+    for (const gfx::Point end : {_points[0], _points[2]})
+        drawHandleAtPoint(context, end);
 }
 
 void MDrawArc::drawContentHandle(gfx::Context& context) {
