@@ -43,10 +43,8 @@ std::shared_ptr<DeskActions> DeskActions::make(TesselViewController& editor, Edi
     const std::string& closeTitle = titleOf(*editor.toolView()->closeButton());
     bar->add("close", "close", closeTitle, "escape",
              [&editor] { editor.toolView()->handleClose(); });
-    // A host's own word for it, where that has one.
-    const std::string& sendTitle = titleOf(*editor.toolView()->confirmButton());
-    const std::string doneTitle = sendTitle == deskText("发送") ? deskText("完成") : sendTitle;
-    bar->add("done", "", doneTitle, "ctrl+s", [&editor] { editor.toolView()->handleConfirm(); });
+    bar->add("done", "", deskConfirmTitle(titleOf(*editor.toolView()->confirmButton())), "ctrl+s",
+             [&editor] { editor.toolView()->handleConfirm(); });
     std::static_pointer_cast<ui::DeskButton>(bar->_buttons.back().view)
         ->setStyle(ui::DeskButton::Style::Accent);
     return bar;

@@ -45,6 +45,10 @@ std::string deskText(std::string_view text) {
     return ui::Environment::current().localizedString(std::string(text));
 }
 
+std::string deskConfirmTitle(const std::string& title) {
+    return title == deskText("发送") ? deskText("完成") : title;
+}
+
 std::shared_ptr<ui::DeskButton> makeDeskButton(const std::string& icon, const std::string& text,
                                                const std::string& key,
                                                std::function<void()> handler) {

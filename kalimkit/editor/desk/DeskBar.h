@@ -41,6 +41,9 @@ private:
 // The user's text for one of the editor's own.
 std::string deskText(std::string_view text);
 
+// What the phone's confirm button is called here; a host's own word for it stays.
+std::string deskConfirmTitle(const std::string& title);
+
 // A button with an icon (drawDeskIcon), or with the text where the name is empty. The text and the
 // key that does the same are its tip.
 std::shared_ptr<ui::DeskButton> makeDeskButton(const std::string& icon, const std::string& text,

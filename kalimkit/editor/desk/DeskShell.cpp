@@ -8,6 +8,7 @@
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/desk/DeskMenu.h"
 #include "kalimkit/editor/desk/DeskPens.h"
+#include "kalimkit/editor/desk/DeskQuestion.h"
 #include "kalimkit/editor/desk/DeskStatus.h"
 #include "kalimkit/editor/desk/DeskStyle.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
@@ -156,6 +157,14 @@ void DeskShell::showNote(const std::string& text) {
 
 void DeskShell::showContextMenu(gfx::Point place) {
     _desk->showContextMenu(place);
+}
+
+KLMActionsheetView::Layouter DeskShell::questionLayouter() const {
+    return DeskQuestion::makeLayouter();
+}
+
+std::string DeskShell::confirmTitle(const std::string& title) const {
+    return deskConfirmTitle(title);
 }
 
 std::vector<EditorShell::Named> DeskShell::namedViews() const {

@@ -36,6 +36,8 @@ public:
     void editorDidChange() override;
     void showNote(const std::string& text) override;
     void showContextMenu(gfx::Point place) override;
+    KLMActionsheetView::Layouter questionLayouter() const override;
+    std::string confirmTitle(const std::string& title) const override;
     std::vector<Named> namedViews() const override;
 
 private:

@@ -26,10 +26,19 @@ void ClosingQuestion::ask(std::weak_ptr<KLMActionsheetViewDelegate> delegate,
     _sheet->setTag(discardQuestionTag);
     // A host may have emptied the button; an answer without a word is none.
     if (sendTitle) {
-        _sheet->addAnswer(sendTitle->empty() ? environment.localizedString("发送") : *sendTitle,
-                          sendAnswer);
+        const std::string title =
+            sendTitle->empty() ? environment.localizedString("发送") : *sendTitle;
+        const auto& shell = _stage.shell();
+        _sheet->addAnswer(shell ? shell->confirmTitle(title) : title, sendAnswer);
     }
+    shellDidChange();
     _sheet->showAlert(_stage.window() ? *_stage.window()->rootView() : _stage.view());
+}
+
+void ClosingQuestion::shellDidChange() {
+    if (!_sheet) return;
+    const auto& shell = _stage.shell();
+    _sheet->setLayouter(shell ? shell->questionLayouter() : nullptr);
 }
 
 std::optional<ClosingQuestion::Answer> ClosingQuestion::answered(const KLMActionsheetView& sheet,

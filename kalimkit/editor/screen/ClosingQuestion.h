@@ -20,6 +20,8 @@ public:
     // has a word of its own where the title is empty.
     void ask(std::weak_ptr<KLMActionsheetViewDelegate> delegate,
              const std::optional<std::string>& sendTitle);
+    // The stage has another shell, or none.
+    void shellDidChange();
     // What the button of a sheet means; it is no longer asked then. Nothing for other sheets.
     std::optional<Answer> answered(const KLMActionsheetView& sheet, int button);
     // Nobody can answer it any more.

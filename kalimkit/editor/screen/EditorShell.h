@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Size.h"
@@ -36,6 +37,11 @@ public:
 
     // Offers what can be done at a place of the canvas, window points.
     virtual void showContextMenu(gfx::Point place) = 0;
+
+    // Where it shows the question before closing, if not where the phone does.
+    virtual KLMActionsheetView::Layouter questionLayouter() const { return {}; }
+    // What it calls the button that is titled so on the phone.
+    virtual std::string confirmTitle(const std::string& title) const { return title; }
 
     // Its views by the names that scenarios call them by, such as "desk.pens.arrow".
     struct Named {

@@ -182,6 +182,7 @@ void TesselViewController::setShell(std::shared_ptr<EditorShell> shell) {
     EditorParts& all = parts();
     all.panel.drop();
     all.stage.setShell(std::move(shell));
+    all.closing.shellDidChange();
     if (all.stage.shell()) all.pen.ring(false);
     // What only a pointer can do.
     const bool isForPointer = all.stage.shell() != nullptr;

@@ -155,6 +155,11 @@ void KLMActionsheetView::press(int tag) {
     animateOff();
 }
 
+void KLMActionsheetView::setLayouter(Layouter layouter) {
+    _layouter = std::move(layouter);
+    setNeedsLayout();
+}
+
 // ---- keys and touches
 
 void KLMActionsheetView::handleKey(std::string_view key, bool isRepeated) {
@@ -177,6 +182,10 @@ bool KLMActionsheetView::admitsGesture(const ui::GestureRecognizer& recognizer) 
 
 void KLMActionsheetView::layoutSubviews() {
     _backdrop->setFrame(bounds());
+    _layouter ? _layouter(*this, _isUp) : layoutPanel();
+}
+
+void KLMActionsheetView::layoutPanel() {
     double top = 0;
     for (const auto& button : _buttons) {
         const double room = button == _buttons.back() ? safeAreaInsets().bottom : 0;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,11 @@ public:
     void animateOn();
     void animateOff();
 
+    // Whoever has another place for the panel, and its buttons in it, lays them out instead, also
+    // within the animation that brings or takes them; null for none.
+    using Layouter = std::function<void(const KLMActionsheetView& sheet, bool isUp)>;
+    void setLayouter(Layouter layouter);
+
     // ---- keys. They choose among the buttons, see ui::ButtonChoice, beginning with the lowest,
     // the action; escape is as a tap beside the panel.
     void handleKey(std::string_view key, bool isRepeated = false);
@@ -73,6 +79,7 @@ protected:
     void layoutSubviews() override;
 
 private:
+    void layoutPanel();
     void addBackdrop();
     void addButton(const std::string& title, int tag, const gfx::ColorRef& color,
                    std::size_t place);
@@ -87,6 +94,7 @@ private:
     std::vector<int> _tags;
     ui::ButtonChoice _choice;
     int _buttonIndex = 0;
+    Layouter _layouter;
     bool _isUp = false;
     bool _isGoing = false;
     std::int64_t _tag = 0;
