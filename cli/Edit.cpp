@@ -246,6 +246,7 @@ private:
             tell("无法保存文档", *problem, {});
         } else {
             say("the document is in " + _document.saved());
+            noteSaved(_document.saved());
             if (_document.hasSavedOpened()) _recovery.save(_document.saved());
         }
     }
@@ -267,12 +268,16 @@ private:
             return tell("无法保存图片", *problem, {});
         }
         say("the picture is in " + _output.written());
+        noteSaved(_output.written());
+        keep();
+    }
+
+    void noteSaved(const std::string& path) {
         std::string note = _window.environment().localizedString("已保存为 {}");
-        const std::string name = std::filesystem::path(_output.written()).filename();
+        const std::string name = std::filesystem::path(path).filename();
         const std::size_t gap = note.find("{}");
         if (gap != std::string::npos) note.replace(gap, 2, name);
         _window.seat().remote()->showNote(note);
-        keep();
     }
 
     // What was drawn is somewhere besides the window.

@@ -9,6 +9,7 @@
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
 #include "kalimkit/canvas/CanvasJournal.h"
+#include "kalimkit/canvas/CanvasRestyling.h"
 #include "kalimkit/canvas/CanvasScreen.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
@@ -56,6 +57,19 @@ void CanvasHistory::endUnderWay() {
 }
 
 bool CanvasHistory::step(bool (MUndoManager::*take)()) {
+    // What is still chosen is no step yet.
+    if (_canvas.restyling.breakOff()) return true;
+    // A pointer goes on with what it has selected.
+    const auto& group = _canvas.selection.group();
+    const bool keepsSelection = group && _canvas.tools.pen().rules.fineHandles;
+    ToolList selected = keepsSelection ? group->subTools() : ToolList();
+    const bool isTaken = stepUnselected(take);
+    std::erase_if(selected, [this](const ToolRef& tool) { return !_canvas.tools.contains(tool); });
+    if (!selected.empty()) _canvas.selection.select(selected);
+    return isTaken;
+}
+
+bool CanvasHistory::stepUnselected(bool (MUndoManager::*take)()) {
     // What is being typed or fades in is the step that is meant.
     _canvas.typing.finish();
     // A finger that is still drawing has done its work with that.
@@ -111,9 +125,11 @@ void CanvasHistory::removeSelected() {
     selection.endNudging();
     if (_canvas.tools.forgiving()) selection.endStepUnderWay();
     if (!selection.group()) return;
+    const auto leaving = selection.changeable();
+    if (!leaving) return;
     const auto& question = ui::Environment::current().attachment<DeletionQuestion>();
-    if (!question.answer(selection.group()->subTools().size())) return;
-    _canvas.tools.remove(selection.group());
+    if (!question.answer(leaving->subTools().size())) return;
+    _canvas.tools.remove(leaving);
     selection.clear();
     _canvas.content.refresh();
     _canvas.home.redisplay();

@@ -11,6 +11,7 @@ class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
 class CanvasJournal;
+class CanvasRestyling;
 class CanvasScreen;
 class CanvasSelection;
 class CanvasTools;
@@ -31,6 +32,7 @@ public:
         CanvasFinger& finger;
         CanvasJournal& journal;
         CanvasArrangement& arrangement;
+        CanvasRestyling& restyling;
     };
     explicit CanvasHistory(const Canvas& canvas) : _canvas(canvas) {}
     // Once the view can be held.
@@ -66,6 +68,7 @@ public:
 
 private:
     bool step(bool (MUndoManager::*take)());
+    bool stepUnselected(bool (MUndoManager::*take)());
     // Something has been done that has no record yet.
     bool isWaiting() const;
     void lay(const ToolPlacements& placements);

@@ -37,7 +37,9 @@ std::string_view commandName(std::string_view key) {
 
 // ---- commands; whether there was something to do
 
+// What is under way has no step yet: it is what is meant.
 bool undo(MDrawView& canvas, CanvasPointer&) {
+    if (canvas.forgiving() && !canvas.isPlacingPoints() && canvas.cancelGesture()) return true;
     return canvas.canUndo() && canvas.undo();
 }
 

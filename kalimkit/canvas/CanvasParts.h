@@ -12,6 +12,7 @@
 #include "kalimkit/canvas/CanvasJournal.h"
 #include "kalimkit/canvas/CanvasPainter.h"
 #include "kalimkit/canvas/CanvasPen.h"
+#include "kalimkit/canvas/CanvasRestyling.h"
 #include "kalimkit/canvas/CanvasScreen.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasShown.h"
@@ -30,15 +31,16 @@ struct CanvasParts {
           content({tools, shown, screen}),
           painter({tools.list(), shown, content}),
           screen({view, shown, tools, painter, selection}),
-          selection({home, tools, finger, freehand, arrangement}),
+          selection({home, tools, finger, freehand, arrangement, restyling}),
           freehand({home, tools, finger}),
           typing({home, shown, tools, screen, selection, finger}),
           grip({home, shown, tools, screen, selection}),
           finger({home, tools, screen, selection, typing, freehand, history, grip, arrangement}),
           history({home, tools, content, screen, selection, typing, freehand, finger, journal,
-                   arrangement}),
+                   arrangement, restyling}),
           arrangement({home, shown, tools, selection, typing, finger, history, document}),
-          pen({home, tools, screen, selection, typing, freehand, finger, journal}),
+          restyling({home, tools, screen, selection}),
+          pen({home, tools, screen, selection, typing, freehand, finger, journal, restyling}),
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
           document({home, shown, tools, content, painter, typing, exports}),
           journal({tools, content, typing, document, history}),
@@ -56,6 +58,7 @@ struct CanvasParts {
     CanvasFinger finger;
     CanvasHistory history;
     CanvasArrangement arrangement;
+    CanvasRestyling restyling;
     CanvasPen pen;
     CanvasExport exports;
     CanvasDocument document;

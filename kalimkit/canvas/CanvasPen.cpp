@@ -8,6 +8,7 @@
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
 #include "kalimkit/canvas/CanvasJournal.h"
+#include "kalimkit/canvas/CanvasRestyling.h"
 #include "kalimkit/canvas/CanvasScreen.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
@@ -47,15 +48,16 @@ void CanvasPen::setDrawType(std::uint64_t drawType, const ToolClass* toolClass) 
     _canvas.tools.pen().drawType = drawType;
     CanvasSelection& selection = _canvas.selection;
     selection.endNudging();
-    if (!toolClass || !selection.isValid() || selection.group()->drawType() == drawType) return;
-    selection.group()->setDrawTypeForType(drawType, toolClass);
-    selection.recordChange();
+    const auto group = selection.changeable();
+    if (!toolClass || !group || group->drawType() == drawType) return;
+    group->setDrawTypeForType(drawType, toolClass);
+    selection.recordChange(group);
 }
 
 // ---- the colour and the width
 
 void CanvasPen::setColor(gfx::ColorRef color) {
-    if (!color) return;
+    if (!color || _canvas.restyling.isBrokenOff()) return;
     NewTools& pen = _canvas.tools.pen();
     if (!gfx::equalColors(color, pen.color)) _canvas.freehand.endWaiting();
     pen.color = std::move(color);
@@ -66,13 +68,14 @@ void CanvasPen::setColor(gfx::ColorRef color) {
     }
     CanvasSelection& selection = _canvas.selection;
     selection.endNudging();
-    if (!selection.isValid() || gfx::equalColors(selection.group()->color(), pen.color)) return;
-    selection.group()->setColor(pen.color);
-    selection.recordChange();
+    const auto group = selection.changeable();
+    if (!group || gfx::equalColors(group->color(), pen.color)) return;
+    group->setColor(pen.color);
+    selection.recordChange(group);
 }
 
 void CanvasPen::setLineWidth(double width) {
-    if (!(width >= 0) || std::isinf(width)) return;
+    if (!(width >= 0) || std::isinf(width) || _canvas.restyling.isBrokenOff()) return;
     NewTools& pen = _canvas.tools.pen();
     if (width != pen.lineWidth) _canvas.freehand.endWaiting();
     pen.lineWidth = width;
@@ -83,15 +86,17 @@ void CanvasPen::setLineWidth(double width) {
     }
     CanvasSelection& selection = _canvas.selection;
     selection.endNudging();
-    if (!selection.isValid() || selection.group()->lineWidth() == width) return;
-    selection.group()->setLineWidth(width);
-    if (_canvas.tools.forgiving()) selection.group()->growToLineWidth();
-    selection.recordChange();
+    const auto group = selection.changeable();
+    if (!group || group->lineWidth() == width) return;
+    group->setLineWidth(width);
+    if (_canvas.tools.forgiving()) group->growToLineWidth();
+    selection.recordChange(group);
 }
 
 // ---- properties
 
 bool CanvasPen::setProperty(const std::string& name, const ToolPropertyValue& value) {
+    if (_canvas.restyling.isBrokenOff()) return false;
     bool isTaken = false;
     NewTools& pen = _canvas.tools.pen();
     const ToolProperty* const known = pen.toolClass ? pen.toolClass->propertyNamed(name) : nullptr;
@@ -108,30 +113,30 @@ bool CanvasPen::setProperty(const std::string& name, const ToolPropertyValue& va
     }
     CanvasSelection& selection = _canvas.selection;
     selection.endNudging();
-    if (!selection.isValid()) return isTaken;
+    const auto group = selection.changeable();
+    if (!group) return isTaken;
     bool isChanged = false;
-    for (const ToolRef& tool : selection.group()->subTools()) {
+    for (const ToolRef& tool : group->subTools()) {
         if (tool->property(name) == value) continue;
         isChanged = tool->setProperty(name, value) || isChanged;
     }
     if (!isChanged) return isTaken;
-    const ToolRef others = shareShade(name, value);
-    others ? _canvas.tools.record(others) : selection.recordChange();
-    _canvas.home.redisplay();
+    const ToolRef others = shareShade(group, name, value);
+    selection.recordChange(others ? others : group);
     return true;
 }
 
 // There is one shade: what is chosen for it is chosen for all tools that make it, as one step. Null
 // where the selection makes none, or all of it.
-ToolRef CanvasPen::shareShade(const std::string& name, const ToolPropertyValue& value) const {
+ToolRef CanvasPen::shareShade(const ToolRef& changed, const std::string& name,
+                              const ToolPropertyValue& value) const {
     const auto isShade = [](const ToolRef& tool) {
         return tool->toolClass().layer() == ToolLayer::Shade;
     };
-    const auto& selected = _canvas.selection.group();
-    if (!std::ranges::any_of(selected->subTools(), isShade)) return nullptr;
-    const ToolRef together = selected->copyOfGroup();
+    if (!std::ranges::any_of(membersOf(changed), isShade)) return nullptr;
+    const ToolRef together = changed->copyOfGroup();
     for (const ToolRef& tool : _canvas.tools.list()) {
-        const bool isOther = isShade(tool) && !selected->containTool(tool);
+        const bool isOther = isShade(tool) && !changed->containTool(tool);
         if (!isOther || tool->isNewBuild() || tool->property(name) == value) continue;
         if (!tool->setProperty(name, value)) continue;
         together->addSubTool(tool);
@@ -151,12 +156,13 @@ bool CanvasPen::setDetail(const std::string& name, const std::string& text) {
     if (isOfPen) pen.setDetail(*pen.toolClass, name, text);
     CanvasSelection& selection = _canvas.selection;
     selection.endNudging();
-    if (!selection.isValid()) return isOfPen;
+    const auto group = selection.changeable();
+    if (!group) return isOfPen;
     bool isTaken = false;
-    for (const ToolRef& tool : selection.group()->subTools()) {
+    for (const ToolRef& tool : group->subTools()) {
         if (hasIt(tool->toolClass())) isTaken = tool->takeDetail(name, text) || isTaken;
     }
-    if (isTaken) selection.recordChange();
+    if (isTaken) selection.recordChange(group);
     return isOfPen || isTaken;
 }
 

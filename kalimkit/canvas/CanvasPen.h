@@ -15,6 +15,7 @@ class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
 class CanvasJournal;
+class CanvasRestyling;
 class CanvasScreen;
 class CanvasSelection;
 class CanvasTools;
@@ -33,6 +34,7 @@ public:
         CanvasFreehand& freehand;
         CanvasFinger& finger;
         CanvasJournal& journal;
+        CanvasRestyling& restyling;
     };
     explicit CanvasPen(const Canvas& canvas) : _canvas(canvas) {}
 
@@ -52,7 +54,8 @@ public:
     void setShowMeasurement(bool show);
 
 private:
-    ToolRef shareShade(const std::string& name, const ToolPropertyValue& value) const;
+    ToolRef shareShade(const ToolRef& changed, const std::string& name,
+                       const ToolPropertyValue& value) const;
     void measuringChanged();
 
     Canvas _canvas;

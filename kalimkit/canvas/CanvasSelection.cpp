@@ -10,6 +10,7 @@
 #include "kalimkit/canvas/CanvasFinger.h"
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasRestyling.h"
 #include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/canvas/ToolClasses.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -31,6 +32,16 @@ bool CanvasSelection::isLive() const {
 
 bool CanvasSelection::isLocked() const {
     return _group && std::ranges::any_of(_group->subTools(), &MDrawTool::isLocked);
+}
+
+std::shared_ptr<MDrawMutableSelect> CanvasSelection::changeable() const {
+    if (!isValid()) return nullptr;
+    if (!isLocked()) return _group;
+    const auto group = makeGroup();
+    for (const ToolRef& tool : _group->subTools()) {
+        if (!tool->isLocked()) group->addSubTool(tool);
+    }
+    return group->isValidTools() ? group : nullptr;
 }
 
 ToolList CanvasSelection::withGroups(const ToolList& tools) const {
@@ -179,8 +190,9 @@ void CanvasSelection::drop() {
     dropped->finalize();
 }
 
-void CanvasSelection::recordChange() {
-    _canvas.tools.record(_group);
+void CanvasSelection::recordChange(const ToolRef& members) {
+    if (_canvas.restyling.isUnderWay()) return _canvas.restyling.show();
+    _canvas.tools.record(members);
     _canvas.home.redisplay();
 }
 
@@ -196,6 +208,7 @@ void CanvasSelection::notify() {
 }
 
 void CanvasSelection::endStepUnderWay() {
+    _canvas.restyling.breakOff();
     _canvas.finger.endDrag();
     endRotationUnderWay();
     endNudging();

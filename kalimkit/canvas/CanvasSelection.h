@@ -13,6 +13,7 @@ class CanvasArrangement;
 class CanvasFinger;
 class CanvasFreehand;
 class CanvasHome;
+class CanvasRestyling;
 class CanvasTools;
 
 // The selection of a canvas: which tools are in it, what the owner hears of it, and how two fingers
@@ -26,6 +27,7 @@ public:
         CanvasFinger& finger;
         const CanvasFreehand& freehand;
         CanvasArrangement& arrangement;
+        CanvasRestyling& restyling;
     };
     explicit CanvasSelection(const Canvas& canvas) : _canvas(canvas) {}
 
@@ -44,6 +46,8 @@ public:
     bool isLive() const;
     // Nothing of it is moved by fingers.
     bool isLocked() const;
+    // Those of it that may be changed: itself, as far as it is not locked. Null for none.
+    std::shared_ptr<MDrawMutableSelect> changeable() const;
 
     // ---- choosing
     // See MDrawView::selectTools(). Locked tools may be among them.
@@ -60,8 +64,8 @@ public:
     void remove(const ToolRef& tool);
     // Members that have left the canvas leave it.
     void dropAbsent();
-    // The members have another look from now on.
-    void recordChange();
+    // Members have another look from now on: a step, unless somebody is still choosing it.
+    void recordChange(const ToolRef& members);
     // What fingers are doing with it becomes a step of its own.
     void endStepUnderWay();
     // What keys have moved is a step of its own, before something else is done to it.

@@ -290,6 +290,14 @@ std::optional<ToolPropertyValue> MDrawView::toolProperty(const std::string& name
     return _parts->pen.property(name);
 }
 
+void MDrawView::beginRestyling() {
+    held()->restyling.begin();
+}
+
+bool MDrawView::endRestyling() {
+    return held()->restyling.end();
+}
+
 std::vector<const ToolProperty*> MDrawView::toolProperties() const {
     return _parts->pen.properties();
 }
@@ -412,7 +420,8 @@ FingerState MDrawView::fingerState() const {
 }
 
 bool MDrawView::cancelGesture() {
-    return held()->finger.cancelGesture();
+    const auto parts = held();
+    return parts->restyling.breakOff() || parts->finger.cancelGesture();
 }
 
 std::optional<ui::Cursor> MDrawView::cursorAt(gfx::Point p) {

@@ -186,6 +186,12 @@ public:
     // The value that all of the selection have; nothing where they differ. Without a selection that
     // of the pen.
     std::optional<ToolPropertyValue> toolProperty(const std::string& name) const;
+    // What is set between the two is only shown, on what is selected, as while a slider is dragged:
+    // it is no step, and goes when it ends. On a forgiving canvas, and with a selection, alone.
+    // Undo, a gesture's cancelling, a touch, an export, and a change of the selection break it off.
+    // The end tells whether nothing has.
+    void beginRestyling();
+    bool endRestyling();
     // Those that all of the selection have, or else those of the pen.
     std::vector<const ToolProperty*> toolProperties() const;
     // The colours that outline texts, by the texts' colours. Texts in other colours are outlined in
@@ -237,7 +243,8 @@ public:
     const std::shared_ptr<MDrawText>& curEdittingTextTool() const;
 
     // ---- undo
-    // Whether anything happened. Both drop the selection first.
+    // Whether anything happened. Both drop the selection first; with fine handles what is still
+    // there is selected again.
     bool undo();
     bool redo();
     // A forgiving canvas counts a freehand drawing that still waits for more strokes as a step.

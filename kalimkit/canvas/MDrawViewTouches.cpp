@@ -25,6 +25,7 @@ bool MDrawView::isForViewing(const ui::TouchEvent& event) const {
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     if (_isReadOnly) return View::touchesBegan(event);
     const auto parts = held();
+    parts->restyling.breakOff();
     if (beginsViewing(event)) {
         parts->typing.endByTouch();
         if (const auto owner = parts->home.owner()) owner->didDrawStarted();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kalim {
 
@@ -50,14 +51,19 @@ SnapTargets::SnapTargets(const std::vector<gfx::Rect>& boxes,
 
 void SnapTargets::Axis::sortLines() {
     for (std::size_t box = 0; box < boxes.size(); ++box) {
-        for (const double place : placesOf(boxes[box]))
-            lines.push_back({place, box});
+        edges.push_back({boxes[box].minX(), box});
+        edges.push_back({boxes[box].maxX(), box});
+        middles.push_back({boxes[box].midX(), box});
     }
-    std::ranges::sort(lines, {}, &Line::place);
+    lines = edges;
+    lines.insert(lines.end(), middles.begin(), middles.end());
+    for (std::vector<Line>* const sorted : {&lines, &edges, &middles})
+        std::ranges::sort(*sorted, {}, &Line::place);
 }
 
 // How far it is to the nearest line, if one is within reach.
-std::optional<double> SnapTargets::Axis::nearest(double place, double reach) const {
+std::optional<double> SnapTargets::Axis::nearest(const std::vector<Line>& lines, double place,
+                                                 double reach) {
     const auto above = std::ranges::lower_bound(lines, place, {}, &Line::place);
     std::optional<double> offset;
     if (above != lines.end()) offset = above->place - place;
@@ -69,9 +75,14 @@ std::optional<double> SnapTargets::Axis::nearest(double place, double reach) con
 }
 
 std::optional<double> SnapTargets::Axis::offsetOf(const gfx::Rect& box, double reach) const {
-    std::optional<double> best;
-    for (const double place : placesOf(box)) {
-        const std::optional<double> offset = nearest(place, reach);
+    const std::optional<double> ofMiddles = nearest(middles, box.midX(), reach);
+    std::optional<double> best = ofMiddles;
+    // Where middles meet, no edge is meant to lie in a middle.
+    const std::vector<Line>& forEdges = ofMiddles ? edges : lines;
+    for (const auto& [place, others] :
+         {std::pair(box.minX(), &forEdges), std::pair(box.maxX(), &forEdges),
+          std::pair(box.midX(), ofMiddles ? &middles : &edges)}) {
+        const std::optional<double> offset = nearest(*others, place, reach);
         if (isNearer(offset, best)) best = offset;
     }
     return best;
@@ -195,7 +206,7 @@ Snap SnapTargets::moved(const gfx::Rect& box, double reach) const {
 Snap SnapTargets::resized(const gfx::Rect& box, int sideX, int sideY, double reach) const {
     const auto offsetOn = [reach](const Axis& axis, const gfx::Rect& own, int side) {
         if (side == 0) return std::optional<double>();
-        return axis.nearest(side < 0 ? own.minX() : own.maxX(), reach);
+        return Axis::nearest(axis.lines, side < 0 ? own.minX() : own.maxX(), reach);
     };
     Snap snap;
     const auto across = offsetOn(_across, box, sideX);

@@ -46,7 +46,8 @@ private:
             std::size_t box = 0;
         };
         void sortLines();
-        std::optional<double> nearest(double place, double reach) const;
+        static std::optional<double> nearest(const std::vector<Line>& lines, double place,
+                                             double reach);
         std::optional<double> offsetOf(const gfx::Rect& box, double reach) const;
         std::optional<double> gapOffset(const gfx::Rect& box, double reach) const;
         void addGuides(const gfx::Rect& box, bool isTransposed, bool hasGaps,
@@ -65,8 +66,10 @@ private:
         std::vector<gfx::Rect> boxes;
         // The last one is the picture, which has no gaps.
         bool hasPicture = false;
-        // From the least place on.
+        // From the least place on; all, and either sort.
         std::vector<Line> lines;
+        std::vector<Line> edges;
+        std::vector<Line> middles;
     };
 
     Axis _across;

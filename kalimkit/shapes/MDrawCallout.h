@@ -53,6 +53,7 @@ protected:
     gfx::ColorRef textColor() const override;
     gfx::ColorRef fieldColor() const override { return nullptr; }
     bool isOutlined() const override { return false; }
+    bool shrinksToWords() const override { return true; }
 
 private:
     static constexpr auto tailHandle = MoveDirection::Start;

@@ -152,6 +152,9 @@ protected:
     virtual gfx::ColorRef fieldColor() const;
     // Whether the text has an outline in the mask colour.
     virtual bool isOutlined() const { return true; }
+    // Whether the box goes with the words when they are typed anew, as long as nobody has made it
+    // wider or narrower than they are.
+    virtual bool shrinksToWords() const { return false; }
     // Whether the text is in its field and not drawn by the tool.
     bool isTyped() const { return _isEdittingText || (_textView && _textView->superview()); }
     template <typename Tool>
@@ -184,6 +187,7 @@ private:
     // ---- layout (MDrawTextLayout.cpp)
     void updateFrameWhenChangeLineWidth(double oldFontSize);
     double wrappingWidth() const;
+    bool isAsWideAsWords() const;
     const gfx::TextLayout& layoutOf(const std::string& text, double width) const;
     template <typename Overflow>
     void shrinkFont(const std::string& text, Overflow overflow);
@@ -197,6 +201,8 @@ private:
     std::shared_ptr<MDrawTextView> _textView;
     double _curKeyboardHeight = 0;
     bool _isEdittingText = false;
+    // Editing began with words that the box may be wider than in the end.
+    bool _keepsWidth = false;
     // Its look has changed since editing began last.
     bool _isRestyled = false;
     // From each side of the box to the lines: as on the screen when it was edited last.

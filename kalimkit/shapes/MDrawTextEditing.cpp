@@ -102,6 +102,7 @@ void MDrawText::prepareTextView() {
     }
     _preText = _text;
     _isRestyled = false;
+    _keepsWidth = !_text.empty() && !(shrinksToWords() && isAsWideAsWords());
     _textView->setText(_text);
     styleTextView();
     placeTextView();
@@ -219,15 +220,14 @@ void MDrawText::updateTextViewSuitableFrame() {
     const auto alive = self();
     const gfx::Rect area = getCurrentCtxRect();
     const gfx::Size most = mostSize();
-    const bool hadText = !_preText.empty();
     gfx::Rect frame = tidyFrame(*_textView);
-    const double fittingWidth = hadText ? frame.size.width : most.width - 2 * edgeGap;
+    const double fittingWidth = _keepsWidth ? frame.size.width : most.width - 2 * edgeGap;
     const gfx::Size fitted = _textView->sizeThatFits({fittingWidth, most.height});
     const double shrink = std::min(getCurrentCtxScale(), 1.0);
     const double oldHeight = frame.size.height;
     // Single precision is meant.
     frame.size.height = static_cast<float>(std::max(fitted.height, getMinTextViewHeight()));
-    frame.size.width = hadText
+    frame.size.width = _keepsWidth
                            ? std::max(frame.size.width, fitted.width)
                            : static_cast<float>(std::max(fitted.width, shrink * emptySize.width));
     const double room = most.width - edgeGap - (frame.origin.x - std::max(area.minX(), 0.0));

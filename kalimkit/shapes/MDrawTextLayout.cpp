@@ -34,6 +34,13 @@ double MDrawText::wrappingWidth() const {
     return std::max(frame().size.width - 2 * _inset, 0.0) + tolerance;
 }
 
+// What went to the view and back has been rounded up.
+bool MDrawText::isAsWideAsWords() const {
+    constexpr double roundedBy = 3;
+    const double words = layoutOf(_text, gfx::TextLayout::unlimited).size().width;
+    return std::abs(frame().size.width - (words + 2 * _inset)) <= roundedBy;
+}
+
 const gfx::TextLayout& MDrawText::layoutOf(const std::string& text, double width) const {
     const gfx::Font font = getTextFont();
     const gfx::Size limit{width, gfx::TextLayout::unlimited};

@@ -1,5 +1,6 @@
 #include "kalimkit/editor/desk/DeskMenu.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -68,7 +69,12 @@ private:
     EditorKeys& _keys;
 };
 
-Items itemsOfSelection(const MenuMaker& make, std::size_t count) {
+bool isGrouped(const ToolRef& tool) {
+    return !tool->groups().empty();
+}
+
+Items itemsOfSelection(const MenuMaker& make, const ToolList& tools) {
+    const std::size_t count = tools.size();
     ui::MenuItem order{.text = deskText("层次")};
     order.items = make.order();
     ui::MenuItem alignment{.text = deskText("对齐")};
@@ -82,17 +88,19 @@ Items itemsOfSelection(const MenuMaker& make, std::size_t count) {
             std::move(order),
             std::move(alignment),
             make.arranging("ctrl+g", "group", count > 1),
-            make.arranging("ctrl+shift+g", "ungroup"),
+            make.arranging("ctrl+shift+g", "ungroup", std::ranges::any_of(tools, isGrouped)),
             make.byKey("锁定", "ctrl+l", "lock")};
 }
 
 Items itemsOfCanvas(const MenuMaker& make) {
+    const MDrawView& canvas = make.canvas();
+    const bool hasLocked = std::ranges::any_of(canvas.tools(), &MDrawTool::isLocked);
     return {make.byKey("粘贴", "ctrl+v", "paste"),
             make.arranging("ctrl+a", "select"),
-            make.byKey("全部解锁", "ctrl+shift+l", "unlock"),
+            make.byKey("全部解锁", "ctrl+shift+l", "unlock", hasLocked),
             ui::MenuItem::separator(),
-            make.byKey("撤销", "ctrl+z", "undo"),
-            make.byKey("重做", "ctrl+shift+z", "redo"),
+            make.byKey("撤销", "ctrl+z", "undo", canvas.canUndo()),
+            make.byKey("重做", "ctrl+shift+z", "redo", canvas.canRedo()),
             ui::MenuItem::separator(),
             make.byKey("显示整张图片", "ctrl+0", "zoomfit"),
             make.byKey("实际像素", "ctrl+1")};
@@ -105,8 +113,7 @@ Items deskMenu(const DeskShell::Editor& editor, gfx::Point place) {
     MDrawView& canvas = make.canvas();
     const gfx::Point point = canvas.invertViewPoint(canvas.convertPointFrom(place, nullptr));
     if (!canvas.arrangement()->selectAt(point)) return itemsOfCanvas(make);
-    const auto& group = canvas.handingTools();
-    return itemsOfSelection(make, group->subTools().size());
+    return itemsOfSelection(make, canvas.handingTools()->subTools());
 }
 
 }  // namespace kalim

@@ -16,6 +16,7 @@
 #include "kalimkit/editor/screen/TesselViewController.h"
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/desk/Menu.h"
 #include "kalimkit/ui/desk/Overlay.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -67,7 +68,8 @@ public:
     }
 
     void showContextMenu(gfx::Point place) const {
-        if (!window() || _editor.screen.isReadOnly()) return;
+        const bool isAsked = window() && ui::AlertView::topmostIn(*window());
+        if (!window() || isAsked || _editor.screen.isReadOnly()) return;
         const gfx::Rect canvas = layoutFor(bounds().size).covered(bounds().size).apply(bounds());
         if (!canvas.contains(convertPointFrom(place, nullptr))) return;
         ui::Menu::showAt(*window(), place, deskMenu(_editor, place));

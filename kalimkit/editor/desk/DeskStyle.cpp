@@ -1,5 +1,6 @@
 #include "kalimkit/editor/desk/DeskStyle.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -37,7 +38,13 @@ std::shared_ptr<DeskStyle> DeskStyle::make(TesselViewController& editor, EditorR
     bar->_editor = &editor;
     bar->_remote = &remote;
     bar->_scroll = ui::ScrollView::initWithFrame({});
+    bar->_scroll->setScrolledByWheel(true);
+    bar->_scroll->setDelegate(std::static_pointer_cast<DeskStyle>(bar->shared_from_this()));
     bar->addSubview(bar->_scroll);
+    for (const bool isAtEnd : {false, true}) {
+        bar->_marks.push_back(DeskScrollMark::make(bar->_scroll, isAtEnd));
+        bar->addSubview(bar->_marks.back());
+    }
     bar->addColors();
     bar->addWidth();
     bar->addHiding();
@@ -95,9 +102,7 @@ void DeskStyle::openColors() {
         *_color, {.color = present, .colors = std::move(colors), .source = _editor->drawView()},
         [this, weakSelf = weak_from_this()](const std::optional<gfx::Color>& color, bool isFinal) {
             const auto alive = weakSelf.lock();
-            // What is selected takes it as one step.
-            if (alive && color && (isFinal || !_reading.hasSelection))
-                _remote->chooseColor(gfx::makeColor(*color));
+            if (alive && color) chooseColor(*color, isFinal);
         });
 }
 
@@ -113,13 +118,46 @@ void DeskStyle::openHidingStyles() {
     ui::Menu::show(*_hiding, std::move(items));
 }
 
+void DeskStyle::chooseColor(const gfx::Color& color, bool isFinal) {
+    const gfx::ColorRef made = gfx::makeColor(color);
+    choose({color.hex(), _reading.color ? _reading.color->hex() : std::string(),
+            [made](MDrawView& canvas) { canvas.setDrawColorIsTranslucent(made, false); },
+            [this, made] { _remote->chooseColor(made); }},
+           isFinal);
+}
+
 void DeskStyle::chooseWidth(double width, bool isFinal) {
-    if (isFinal || !_reading.hasSelection) _remote->chooseLineWidth(width);
+    choose({width, std::clamp(_reading.lineWidth, thinnest, thickest),
+            [width](MDrawView& canvas) { canvas.setDrawLineWidth(width); },
+            [this, width] { _remote->chooseLineWidth(width); }},
+           isFinal);
 }
 
 void DeskStyle::chooseProperty(const std::string& name, const ToolPropertyValue& value,
                                bool isFinal) {
-    if (isFinal || !_reading.hasSelection) _remote->chooseProperty(name, value);
+    ToolPropertyValue before;
+    for (const auto& [property, present] : _reading.properties) {
+        if (property->name == name) before = present.value_or(ToolPropertyValue(property->usual));
+    }
+    choose({value, before, [&](MDrawView& canvas) { canvas.setToolProperty(name, value); },
+            [&] { _remote->chooseProperty(name, value); }},
+           isFinal);
+}
+
+// What is selected takes it as one step in the end, and none where that is what it had.
+void DeskStyle::choose(const Choice& choice, bool isFinal) {
+    MDrawView& canvas = *_editor->drawView();
+    if (!isFinal && (_reading.hasSelection || _before)) {
+        if (!canvas.forgiving()) return;
+        if (!_before) _before = choice.before;
+        canvas.beginRestyling();
+        choice.show(canvas);
+        return _editor->tellShell();
+    }
+    const auto before = isFinal ? std::exchange(_before, {}) : std::nullopt;
+    const bool isWhole = !before || canvas.endRestyling();
+    if (isWhole && (!before || *before != choice.value)) return choice.take();
+    _editor->tellShell();
 }
 
 // ---- what it shows
@@ -141,35 +179,54 @@ void DeskStyle::show(const DeskReading& reading) {
     if (wasHiding != reading.isHiding || hadColor != reading.hasColor) setNeedsLayout();
 }
 
+// What a finger is on stays until that lifts.
+bool DeskStyle::isPropertyHeld() const {
+    return std::ranges::any_of(_properties, [](const auto& property) {
+        return property && std::ranges::any_of(property->views(), [](const auto& named) {
+                   const auto control = std::dynamic_pointer_cast<ui::Control>(named.view);
+                   return control && control->isTracking();
+               });
+    });
+}
+
 void DeskStyle::showProperties(const DeskReading& reading) {
     std::vector<const ToolProperty*> wanted;
     for (const auto& [property, value] : reading.properties)
         wanted.push_back(property);
     if (wanted != _shown) {
-        for (const auto& each : _properties) {
-            for (const auto& [path, view] : each->views())
-                view->removeFromSuperview();
-        }
-        _properties.clear();
-        for (const ToolProperty* const property : wanted) {
-            auto made = DeskProperty::make(
-                *property,
-                [this](const std::string& name, const ToolPropertyValue& value, bool isFinal) {
-                    chooseProperty(name, value, isFinal);
-                },
-                _editor->drawView());
-            _properties.push_back(std::move(made));
-            if (!_properties.back()) continue;
-            for (const auto& [path, view] : _properties.back()->views()) {
-                if (!view->superview()) _scroll->addSubview(view);
-            }
-        }
-        _shown = std::move(wanted);
+        if (isPropertyHeld()) return;
+        makeProperties(wanted);
     }
     for (std::size_t i = 0; i < _properties.size(); ++i) {
         if (_properties[i]) _properties[i]->show(reading.properties[i].second);
     }
     setNeedsLayout();
+}
+
+void DeskStyle::makeProperties(const std::vector<const ToolProperty*>& wanted) {
+    for (const auto& each : _properties) {
+        for (const auto& [path, view] : each ? each->views() : std::vector<EditorShell::Named>())
+            view->removeFromSuperview();
+    }
+    _properties.clear();
+    const auto choose = [this](const std::string& name, const ToolPropertyValue& value,
+                               bool isFinal) { chooseProperty(name, value, isFinal); };
+    for (const ToolProperty* const property : wanted) {
+        _properties.push_back(DeskProperty::make(*property, choose, _editor->drawView()));
+        if (!_properties.back()) continue;
+        for (const auto& [path, view] : _properties.back()->views()) {
+            if (!view->superview()) _scroll->addSubview(view);
+            const auto control = std::dynamic_pointer_cast<ui::Control>(view);
+            if (!control) continue;
+            const auto release =
+                [step = whileThere([this] { _editor->tellShell(); })](ui::Control&) { step(); };
+            for (const auto event :
+                 {ui::ControlEvent::TouchUpInside, ui::ControlEvent::TouchUpOutside,
+                  ui::ControlEvent::TouchCancel})
+                control->addAction(event, release);
+        }
+    }
+    _shown = wanted;
 }
 
 std::vector<EditorShell::Named> DeskStyle::views() const {
@@ -179,12 +236,19 @@ std::vector<EditorShell::Named> DeskStyle::views() const {
     all.push_back({"color", _color});
     all.push_back({"width", _width});
     all.push_back({"hiding", _hiding});
+    all.push_back({"back", _marks.front()});
+    all.push_back({"more", _marks.back()});
     for (const auto& property : _properties) {
         if (!property) continue;
         for (auto& named : property->views())
             all.push_back(std::move(named));
     }
     return all;
+}
+
+void DeskStyle::scrollViewDidScroll(ui::ScrollView& /*view*/) {
+    for (const auto& mark : _marks)
+        mark->follow();
 }
 
 // ---- layout
@@ -237,6 +301,7 @@ void DeskStyle::layoutSubviews() {
     // The colours of the dots are in the picker as well.
     if (left > _scroll->bounds().size.width) left = arrange(height, false);
     _scroll->setContentSize({left, height - 1});
+    scrollViewDidScroll(*_scroll);
 }
 
 }  // namespace kalim

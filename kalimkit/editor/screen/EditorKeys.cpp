@@ -150,7 +150,10 @@ bool EditorKeys::handOver(PictureTaker taker) {
 
 bool EditorKeys::undo() {
     const auto editor = _editor.lock();
-    if (!editor->drawView()->canUndo()) return false;
+    const auto canvas = editor->drawView();
+    // As on the canvas alone, see CanvasKeys.
+    if (canvas->forgiving() && !canvas->isPlacingPoints() && canvas->cancelGesture()) return true;
+    if (!canvas->canUndo()) return false;
     editor->toolView()->handleUndo();
     return true;
 }
@@ -167,9 +170,26 @@ bool EditorKeys::escape() {
     if (_canvasKeys.perform("escape")) return true;
     if (editor->showPanel() || editor->isAnimation()) {
         editor->clickAtConfirm();
-    } else if (const auto delegate = _delegate.lock(); !delegate || !delegate->editorKeysEscape()) {
-        _remote.askToClose();
+        return true;
     }
+    const auto delegate = _delegate.lock();
+    if (delegate && delegate->editorKeysEscape()) return true;
+    // One Escape too many is no reason to go where a button closes.
+    const bool isAtDesk = editor->shell() && !editor->isReadOnly();
+    if (isAtDesk && putPenDown()) return true;
+    if (isAtDesk && !editor->asksBeforeClosing()) return false;
+    _remote.askToClose();
+    return true;
+}
+
+// The pen that selects is in hand then. Whether another one was, and that one is offered.
+bool EditorKeys::putPenDown() {
+    const auto editor = _editor.lock();
+    const auto& offered = editor->offer().pens();
+    const bool isOffered =
+        !offered || std::ranges::find(*offered, EditorPenSelect) != offered->end();
+    if (!isOffered || editor->currentPen() == EditorPenSelect) return false;
+    _remote.choosePen(EditorPenSelect);
     return true;
 }
 

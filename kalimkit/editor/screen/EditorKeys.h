@@ -25,11 +25,13 @@ class TesselViewController;
 // Keys bear names such as "ctrl+shift+z", "escape", "enter", "space", "delete", "p", "1", "[" or
 // "plus". While a text is edited it gets every key first, and letters and digits are its alone.
 //
-//     ctrl+z, ctrl+shift+z, ctrl+y     undo, redo
+//     ctrl+z, ctrl+shift+z, ctrl+y     undo, redo; ctrl+z first takes back what is being drawn or
+//                                      dragged, as escape does
 //     delete, backspace                deletes the selection
 //     escape    takes back what is being drawn or dragged, else ends the editing of a text, else
 //               deselects, else closes the panel, else asks to close; leaves the crop editor, and
-//               answers a question so that nothing is lost
+//               answers a question so that nothing is lost. Where the editor has a shell for wide
+//               screens it takes the pen that selects before it asks, and closes nothing unasked
 //     enter     ends the editing of a text where the editor has a shell for wide screens, in which
 //               shift+enter begins a line, and with ctrl everywhere; else ends a shape that is made
 //               point by point, edits a text that is selected, or confirms; also answers a
@@ -106,6 +108,7 @@ private:
     bool undo();
     bool redo();
     bool escape();
+    bool putPenDown();
     bool confirm();
     bool enter();
     bool copy();

@@ -181,6 +181,8 @@ void TesselViewController::setShell(std::shared_ptr<EditorShell> shell) {
     view();
     EditorParts& all = parts();
     all.panel.drop();
+    // Nobody goes on choosing it.
+    drawView()->endRestyling();
     all.stage.setShell(std::move(shell));
     all.closing.shellDidChange();
     if (all.stage.shell()) all.pen.ring(false);

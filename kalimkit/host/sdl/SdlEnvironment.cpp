@@ -65,8 +65,13 @@ void SdlEnvironment::choosePlace(
 void SdlEnvironment::choose(const std::string& title, ChooserKind kind,
                             const std::function<void(std::optional<std::string> path)>& chosen) {
     if (_chooser->choose(title, chosen, kind)) return;
+    const bool isSaving = kind == ChooserKind::NewPicture;
+    const char* const english =
+        isSaving ? "Install zenity to choose where to save" : "Install zenity to choose pictures";
+    const char* const chinese =
+        isSaving ? "请安装 zenity 以选择保存位置" : "请安装 zenity 以选择图片";
     presentAlert({isEnglish() ? "There Is No File Dialog" : "没有文件对话框",
-                  isEnglish() ? "Install zenity to choose pictures" : "请安装 zenity 以选择图片",
+                  isEnglish() ? english : chinese,
                   {localizedString("好")},
                   {}});
     chosen(std::nullopt);

@@ -28,20 +28,15 @@ std::shared_ptr<ColorField> ColorField::make(ColorPart part) {
     return field;
 }
 
-void ColorField::setColor(const HueColor& color) {
-    _color = color;
-    setNeedsDisplay();
-}
-
 std::string ColorField::accessibilityValue() const {
     const auto percent = [](double share) { return std::to_string(std::lround(share * 100)); };
     switch (_part) {
         case ColorPart::Hue:
-            return std::to_string(std::lround(_color.hue * 360)) + "°";
+            return std::to_string(std::lround(color().hue * 360)) + "°";
         case ColorPart::Alpha:
-            return percent(_color.alpha) + "%";
+            return percent(color().alpha) + "%";
         default:
-            return percent(_color.saturation) + "%, " + percent(_color.value) + "%";
+            return percent(color().saturation) + "%, " + percent(color().value) + "%";
     }
 }
 
@@ -50,17 +45,17 @@ std::string ColorField::accessibilityValue() const {
 gfx::Point ColorField::shares() const {
     switch (_part) {
         case ColorPart::Hue:
-            return {_color.hue, 0.5};
+            return {color().hue, 0.5};
         case ColorPart::Alpha:
-            return {_color.alpha, 0.5};
+            return {color().alpha, 0.5};
         default:
-            return {_color.saturation, _color.value};
+            return {color().saturation, color().value};
     }
 }
 
 HueColor ColorField::colorWith(gfx::Point shares) const {
     const double x = std::clamp(shares.x, 0.0, 1.0);
-    HueColor color = _color;
+    HueColor color = shown();
     switch (_part) {
         case ColorPart::Hue:
             color.hue = x;
@@ -100,63 +95,23 @@ bool ColorField::handleKey(std::string_view key, bool /*isRepeated*/) {
     return true;
 }
 
-void ColorField::touchesBegan(const TouchEvent& event) {
-    Control::touchesBegan(event);
-    if (!isTracking()) return;
-    _before = _color;
-    follow(event);
-}
-
-void ColorField::touchesMoved(const TouchEvent& event) {
-    if (_before) follow(event);
-}
-
-void ColorField::touchesEnded(const TouchEvent& event) {
-    const auto alive = shared_from_this();
-    if (_before) {
-        follow(event);
-        const bool isChanged = _color != _before;
-        _before.reset();
-        if (isChanged) change(_color, true);
-    }
-    Control::touchesEnded(event);
-}
-
-void ColorField::touchesCancelled(const TouchEvent& event) {
-    const auto alive = shared_from_this();
-    if (_before) {
-        const HueColor before = *_before;
-        _before.reset();
-        change(before, true);
-    }
-    Control::touchesCancelled(event);
-}
-
-void ColorField::follow(const TouchEvent& event) {
-    const gfx::Point place = event.touches.front()->locationIn(this);
+HueColor ColorField::valueAt(gfx::Point p) const {
     const gfx::Rect whole = room();
-    if (whole.isEmpty()) return;
-    const HueColor color = colorWith({(place.x - whole.minX()) / whole.size.width,
-                                      (whole.maxY() - place.y) / whole.size.height});
-    if (color != _color) change(color, false);
-}
-
-void ColorField::change(const HueColor& color, bool isFinal) {
-    const auto alive = shared_from_this();
-    setColor(color);
-    if (const Handler handler = _handler) handler(color, isFinal);
+    if (whole.isEmpty()) return color();
+    return colorWith(
+        {(p.x - whole.minX()) / whole.size.width, (whole.maxY() - p.y) / whole.size.height});
 }
 
 // ---- drawing
 
 gfx::ImageRef ColorField::ground() const {
     // What is picked itself does not show in it.
-    HueColor key = _color;
+    HueColor key = color();
     if (_part == ColorPart::SaturationAndValue) key.saturation = key.value = key.alpha = 1;
     if (_part == ColorPart::Hue) key = {};
     if (_part == ColorPart::Alpha) key.alpha = 1;
-    const gfx::Color color = colorOf(key);
-    if (_ground && color == _groundColor) return _ground;
+    const gfx::Color seen = colorOf(key);
+    if (_ground && seen == _groundColor) return _ground;
     const bool isSquare = _part == ColorPart::SaturationAndValue;
     const int width = isSquare ? squareSide : stripLength;
     const int height = isSquare ? squareSide : 1;
@@ -174,7 +129,7 @@ gfx::ImageRef ColorField::ground() const {
             bitmap.setColorAt(x, y, colorOf(here));
         }
     }
-    _groundColor = color;
+    _groundColor = seen;
     _ground =
         Environment::current().device().makeImage(std::move(bitmap), 1, gfx::ImageOrientation::Up);
     return _ground;

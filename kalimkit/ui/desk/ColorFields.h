@@ -8,7 +8,7 @@
 
 #include "kalimkit/gfx/Image.h"
 #include "kalimkit/ui/desk/ColorMath.h"
-#include "kalimkit/ui/desk/DeskControl.h"
+#include "kalimkit/ui/desk/DraggedControl.h"
 
 namespace kalim::ui {
 
@@ -18,27 +18,14 @@ enum class ColorPart { SaturationAndValue, Hue, Alpha };
 
 // A field that a finger, a pointer or the arrow keys pick a part of a colour in. It tells the whole
 // colour, the rest of it as it was set.
-class KALIM_API ColorField : public DeskControl {
+class KALIM_API ColorField : public DraggedControl<HueColor> {
 public:
-    // The last of a finger's changes is final, and so is each of the keys'. One that is cancelled
-    // gives the colour back that it has found.
-    using Handler = std::function<void(const HueColor& color, bool isFinal)>;
-
     static std::shared_ptr<ColorField> make(ColorPart part);
 
-    const HueColor& color() const { return _color; }
-    void setColor(const HueColor& color);
-    void setHandler(Handler handler) { _handler = std::move(handler); }
+    const HueColor& color() const { return shown(); }
+    void setColor(const HueColor& color) { show(color); }
 
     bool handleKey(std::string_view key, bool isRepeated) override;
-    void touchesBegan(const TouchEvent& event) override;
-    void touchesMoved(const TouchEvent& event) override;
-    void touchesEnded(const TouchEvent& event) override;
-    void touchesCancelled(const TouchEvent& event) override;
-    bool admitsGesture(const GestureRecognizer& recognizer) const override {
-        return admitsGestureButPan(recognizer);
-    }
-    void activate() override {}
     std::optional<Cursor> cursorAt(gfx::Point /*p*/) override { return Cursor::Cross; }
 
     std::string accessibilityValue() const override;
@@ -46,6 +33,8 @@ public:
 
 protected:
     explicit ColorField(ColorPart part) : _part(part) {}
+    // The colour as it is while the field has no room.
+    HueColor valueAt(gfx::Point p) const override;
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
@@ -53,15 +42,9 @@ private:
     gfx::Point shares() const;
     HueColor colorWith(gfx::Point shares) const;
     gfx::Rect room() const;
-    void change(const HueColor& color, bool isFinal);
-    void follow(const TouchEvent& event);
     gfx::ImageRef ground() const;
 
     ColorPart _part;
-    HueColor _color;
-    Handler _handler;
-    // What a finger that is on it has found.
-    std::optional<HueColor> _before;
     // What is seen behind the knob, and the colour that it was made for.
     mutable gfx::ImageRef _ground;
     mutable gfx::Color _groundColor;

@@ -176,6 +176,9 @@ void ColorPicker::textViewDidEndEditing(TextView& /*view*/) {
 }
 
 void ColorPicker::closed() {
+    const auto alive = shared_from_this();
+    for (const auto& field : _fields)
+        field->giveBack();
     if (_isOpen) tell(true);
     if (_isChanged) rememberColor(colorOf(_color));
     _isChanged = false;

@@ -28,17 +28,14 @@ std::shared_ptr<Slider> Slider::make(double least, double most) {
         slider->_least = least;
         slider->_most = most;
     }
-    slider->_value = slider->_least;
+    slider->show(slider->_least);
     slider->_step = (slider->_most - slider->_least) / usualSteps;
     return slider;
 }
 
 void Slider::setValue(double value) {
-    // A control that is disabled loses its finger.
-    if (!isTracking()) _before.reset();
-    if (std::isnan(value) || _before) return;
-    _value = std::clamp(value, _least, _most);
-    setNeedsDisplay();
+    if (isHeld() || std::isnan(value)) return;
+    show(std::clamp(value, _least, _most));
 }
 
 void Slider::setStep(double step) {
@@ -55,7 +52,7 @@ void Slider::setSpeaker(std::function<std::string(double value)> speaker) {
 }
 
 std::string Slider::accessibilityValue() const {
-    return _speaker ? _speaker(_value) : std::to_string(std::lround(_value));
+    return _speaker ? _speaker(value()) : std::to_string(std::lround(value()));
 }
 
 // ---- keys
@@ -67,62 +64,15 @@ bool Slider::handleKey(std::string_view key, bool /*isRepeated*/) {
         key.remove_prefix(key.find('+') + 1);
     }
     if (key == "right" || key == "up") {
-        change(stepped(_value + steps * _step), true);
+        change(stepped(value() + steps * _step), true);
     } else if (key == "left" || key == "down") {
-        change(stepped(_value - steps * _step), true);
+        change(stepped(value() - steps * _step), true);
     } else if (key == "home" || key == "end") {
         change(key == "home" ? _least : _most, true);
     } else {
         return false;
     }
     return true;
-}
-
-// ---- fingers
-
-void Slider::touchesBegan(const TouchEvent& event) {
-    Control::touchesBegan(event);
-    if (!isTracking()) return;
-    _before = _value;
-    follow(event);
-}
-
-void Slider::touchesMoved(const TouchEvent& event) {
-    if (_before) follow(event);
-}
-
-void Slider::touchesEnded(const TouchEvent& event) {
-    const auto alive = shared_from_this();
-    if (_before) {
-        follow(event);
-        const bool isChanged = _value != _before;
-        _before.reset();
-        if (const Handler handler = _handler; handler && isChanged) handler(_value, true);
-    }
-    Control::touchesEnded(event);
-}
-
-void Slider::touchesCancelled(const TouchEvent& event) {
-    const auto alive = shared_from_this();
-    if (_before) {
-        const double before = *_before;
-        _before.reset();
-        change(before, true);
-    }
-    Control::touchesCancelled(event);
-}
-
-void Slider::follow(const TouchEvent& event) {
-    change(valueAt(event.touches.front()->locationIn(this).x), false);
-}
-
-void Slider::change(double value, bool isFinal) {
-    const double next = std::clamp(value, _least, _most);
-    if (next == _value) return;
-    const auto alive = shared_from_this();
-    _value = next;
-    setNeedsDisplay();
-    if (const Handler handler = _handler) handler(_value, isFinal);
 }
 
 // ---- places
@@ -136,11 +86,11 @@ double Slider::placeOf(double value) const {
     return track().minX() + (value - _least) / (_most - _least) * track().size.width;
 }
 
-double Slider::valueAt(double x) const {
+double Slider::valueAt(gfx::Point p) const {
     for (const double stop : _stops) {
-        if (std::abs(placeOf(stop) - x) <= stopReach) return stop;
+        if (std::abs(placeOf(stop) - p.x) <= stopReach) return stop;
     }
-    const double share = (x - track().minX()) / track().size.width;
+    const double share = (p.x - track().minX()) / track().size.width;
     return stepped(_least + std::clamp(share, 0.0, 1.0) * (_most - _least));
 }
 
@@ -154,7 +104,7 @@ void Slider::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const Palette palette = Palette::current();
     const gfx::Color& active = isEnabled() ? palette.accent : palette.disabledText;
     const gfx::Rect line = track();
-    const double x = placeOf(_value);
+    const double x = placeOf(value());
     context.setFillColor(palette.track);
     context.addPath(gfx::roundedRect(line, trackHeight / 2));
     context.fill();

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "kalimkit/ui/control/Control.h"
+#include "kalimkit/ui/control/ScrollView.h"
+
+namespace kalim {
+
+// Says at one end of a bar that there is more beyond it, by a fade and an arrow, and shows that
+// when it is pressed.
+class DeskScrollMark : public ui::Control {
+public:
+    // Points.
+    static constexpr double width = 34;
+
+    // The bar's view that scrolls sideways owns neither.
+    static std::shared_ptr<DeskScrollMark> make(const std::shared_ptr<ui::ScrollView>& scroll,
+                                                bool isAtEnd);
+
+    // Shown at its end of the view where there is more, else hidden.
+    void follow();
+
+protected:
+    explicit DeskScrollMark(bool isAtEnd) : _isAtEnd(isAtEnd) {}
+    void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
+
+private:
+    void scroll() const;
+
+    std::weak_ptr<ui::ScrollView> _scroll;
+    bool _isAtEnd;
+};
+
+}  // namespace kalim
