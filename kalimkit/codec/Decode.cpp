@@ -5,6 +5,7 @@
 #include <new>
 #include <string_view>
 
+#include "kalimkit/codec/BytesAt.h"
 #include "kalimkit/codec/DecodeSteps.h"
 #include "kalimkit/codec/FileFormat.h"
 #include "kalimkit/codec/Files.h"
@@ -29,12 +30,6 @@ constexpr std::array<Signature, 3> refusedFormats{{
     {4, "jP  \r\n\x87\n"sv, "JPEG 2000"},
     {0, "8BPS\0\1"sv, "Photoshop"},
 }};
-
-bool hasAt(ByteSpan bytes, std::size_t offset, std::string_view expected) {
-    return bytes.size() >= offset + expected.size() &&
-           std::equal(expected.begin(), expected.end(), bytes.begin() + offset,
-                      [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
-}
 
 DecodeResult failure(std::string message) {
     DecodeResult result;

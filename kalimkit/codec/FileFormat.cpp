@@ -1,23 +1,12 @@
 #include "kalimkit/codec/FileFormat.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <string_view>
+
+#include "kalimkit/codec/BytesAt.h"
 
 namespace kalim::codec {
 
-namespace {
-
 using std::string_view_literals::operator""sv;
-
-bool hasAt(ByteSpan bytes, std::size_t offset, std::string_view expected) {
-    return bytes.size() >= offset + expected.size() &&
-           std::ranges::equal(bytes.subspan(offset, expected.size()), expected, {}, {},
-                              [](char letter) { return static_cast<std::uint8_t>(letter); });
-}
-
-}  // namespace
 
 FileFormat fileFormat(ByteSpan start) {
     if (hasAt(start, 0, "\xFF\xD8\xFF"sv)) return FileFormat::Jpeg;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "kalimkit/codec/BytesAt.h"
+
 namespace kalim::codec {
 
 namespace {
@@ -34,12 +36,6 @@ constexpr std::array<Signature, 13> signatures{{
     {4, "ftypmif1"sv, ImportedFormat::Heic},
     {4, "ftypmsf1"sv, ImportedFormat::Heic},
 }};
-
-bool hasAt(ByteSpan bytes, std::size_t offset, std::string_view expected) {
-    return bytes.size() >= offset + expected.size() &&
-           std::ranges::equal(bytes.subspan(offset, expected.size()), expected, {}, {},
-                              [](char letter) { return static_cast<std::uint8_t>(letter); });
-}
 
 // "P1" to "P6" and what parts it from a number.
 bool isPnm(ByteSpan start) {

@@ -170,6 +170,8 @@ TEST(SnapTargets, DrawBoxesToEdgesMiddlesAndEqualGaps) {
         // Its right edge to a middle, its middle to one, and to nothing.
         {{403, 200, 20, 20}, {2, 0}, 1},
         {{417, 200, 20, 20}, {-2, 0}, 1},
+        // Middles meet before an edge lies in a middle, though that is nearer.
+        {{419, 200, 6, 20}, {3, 0}, 1},
         {{300, 221, 30, 21}, {0, 0}, 0},
         // To the right of both at their gap; its middle lies along theirs.
         {{223, 112, 20, 20}, {-3, -2}, 3},
