@@ -68,8 +68,7 @@ public:
     }
 
     void showContextMenu(gfx::Point place) const {
-        const bool isAsked = window() && ui::AlertView::topmostIn(*window());
-        if (!window() || isAsked || _editor.screen.isReadOnly()) return;
+        if (!window() || _editor.screen.isReadOnly() || isAsked()) return;
         const gfx::Rect canvas = layoutFor(bounds().size).covered(bounds().size).apply(bounds());
         if (!canvas.contains(convertPointFrom(place, nullptr))) return;
         ui::Menu::showAt(*window(), place, deskMenu(_editor, place));
@@ -110,6 +109,12 @@ protected:
     }
 
 private:
+    // What asks or crops lies over the canvas.
+    bool isAsked() const {
+        return ui::AlertView::topmostIn(*window()) || _editor.screen.actionSheet() ||
+               _editor.screen.editImageInitialView();
+    }
+
     void showReading() {
         if (!window()) return;
         const DeskReading reading = DeskReading::of(_editor.screen, window()->hover().place());
