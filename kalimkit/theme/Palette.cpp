@@ -52,14 +52,19 @@ constexpr std::uint32_t values[][std::size(colors)] = {
      0xffe14dff, 0xffffffff, 0x000000ff},
 };
 
+// Of texts on their ground.
+constexpr double leastContrast = 4.5;
+
 gfx::Color colorOf(std::uint32_t value) {
     const auto byte = [value](int shift) { return ((value >> shift) & 0xff) / 255.0; };
     return {byte(24), byte(16), byte(8), byte(0)};
 }
 
+using Given = std::pair<gfx::Color Palette::*, gfx::Color>;
+
 // What the host of an environment has given.
 struct GivenColors {
-    std::vector<std::pair<gfx::Color Palette::*, gfx::Color>> colors;
+    std::vector<Given> colors;
 
     static GivenColors& current() { return ui::Environment::current().attachment<GivenColors>(); }
 };
@@ -69,6 +74,22 @@ double luminance(const gfx::Color& color) {
         return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
     };
     return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
+// Whether texts of the dark palette stand out more.
+bool isDarkGround(const gfx::Color& ground, ui::Appearance appearance) {
+    appearance.isDark = true;
+    const gfx::Color light = Palette::of(appearance).text;
+    appearance.isDark = false;
+    return contrastRatio(ground, light) > contrastRatio(ground, Palette::of(appearance).text);
+}
+
+// The colour, or black or white where it does not stand out.
+gfx::Color readableOn(const gfx::Color& ground, const gfx::Color& color) {
+    if (contrastRatio(ground, color) >= leastContrast) return color;
+    const gfx::Color black{0, 0, 0, color.alpha};
+    const gfx::Color white{1, 1, 1, color.alpha};
+    return contrastRatio(ground, white) > contrastRatio(ground, black) ? white : black;
 }
 
 }  // namespace
@@ -82,9 +103,23 @@ Palette Palette::of(const ui::Appearance& appearance) {
 }
 
 Palette Palette::current() {
-    Palette palette = of(ui::Environment::current().appearance());
-    for (const auto& [place, color] : GivenColors::current().colors)
+    const auto& given = GivenColors::current().colors;
+    const auto givenAs = [&given](gfx::Color Palette::*place) {
+        const auto found = std::ranges::find(given, place, &Given::first);
+        return found == given.end() ? nullptr : &found->second;
+    };
+    ui::Appearance appearance = ui::Environment::current().appearance();
+    const gfx::Color* const bar = givenAs(&Palette::bar);
+    // What is shown on a host's own bar suits that, as far as the host has not said it.
+    const bool followsBar = bar && !givenAs(&Palette::text);
+    if (followsBar) appearance.isDark = isDarkGround(*bar, appearance);
+    Palette palette = of(appearance);
+    for (const auto& [place, color] : given)
         palette.*place = color;
+    if (!followsBar) return palette;
+    for (const auto place : {&Palette::text, &Palette::secondaryText}) {
+        if (!givenAs(place)) palette.*place = readableOn(*bar, palette.*place);
+    }
     return palette;
 }
 

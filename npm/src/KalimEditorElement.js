@@ -1,6 +1,7 @@
 // <kalim-editor>: the editor as an element of a page. index.d.ts says what a page may do with it.
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
+import { Bar } from './bar.js';
 import { colorsOf, layoutOf, penOf, pensOf, rgbOf, themeOf, uiOf, widthOf, widthsOf } from './choices.js';
 import { fetchPicture, moduleError, titleOf } from './loading.js';
 import { sheetOf } from './look.js';
@@ -68,6 +69,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   #stage;
   #idle;
+  #bar;
   #strings = {};
   // What is open, or is to be as soon as the element is in a document; null for nothing.
   #picture = null;
@@ -103,6 +105,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#idle = document.createElement('slot');
     shadow.append(this.#idle, this.#stage);
     this.#sign = new Sign(this.#stage);
+    this.#bar = new Bar(this.#stage);
   }
 
   // ---- pictures
@@ -474,7 +477,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     const { activeElement } = this.getRootNode();
     canvas.classList.add('open');
     // What the element contains goes, and the focus with it.
-    if (activeElement !== this && this.contains(activeElement)) canvas.focus({ preventScroll: true });
+    const isIdle = activeElement !== this && this.contains(activeElement) && !activeElement.closest('[slot="bar"]');
+    if (isIdle) canvas.focus({ preventScroll: true });
     this.#idle.hidden = true;
     this.#showFailure(null);
     if (isOffered) this.#picture = picture;
@@ -501,7 +505,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   #showFailure(error) {
     this.#sign.showFailure(error, languageAround(this), this.strings);
-    this.shadowRoot.getElementById('failure').classList.toggle('beside', this.childElementCount > 0);
+    this.shadowRoot.getElementById('failure').classList.toggle('beside', [...this.children].some(({ slot }) => slot !== 'bar'));
   }
 
   // These hold for the next picture.
@@ -577,6 +581,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     }
     if (this.readonly !== options.readonly) editor.setReadonly(this.readonly);
     session.mirror = new Mirror(this.#stage, session.canvas, editor);
+    this.#bar.setEditor(editor);
     this.#listen(editor);
   }
 
@@ -690,6 +695,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     this.#opening = null;
     this.#session?.watching.abort();
     this.#session?.mirror?.stop();
+    this.#bar.setEditor(null);
     const wasOpen = this.isOpen;
     this.#editor?.destroy();
     this.#session = null;

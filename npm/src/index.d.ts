@@ -111,7 +111,8 @@ export interface KalimEditorElementEventMap {
 }
 
 /**
- * `<kalim-editor>`. Its own content is shown while no picture is open. On a server the class can be
+ * `<kalim-editor>`. Its own content is shown while no picture is open, but for what has `slot="bar"`: that lies in the
+ * editor's upper bar, where there is room, while one is. On a server the class can be
  * imported, but not made.
  */
 export class KalimEditorElement extends HTMLElement {

@@ -17,6 +17,8 @@ canvas.open { visibility: visible; pointer-events: auto; }
 }
 #mirror :focus-visible { outline: 2px solid #0a84ff; outline-offset: -2px; box-shadow: inset 0 0 0 4px #fff; }
 slot[hidden], [hidden] { display: none; }
+#bar { position: absolute; visibility: hidden; display: flex; align-items: center; scrollbar-width: none; }
+#bar slot { display: flex; flex: none; gap: 6px; align-items: center; }
 .corner { position: absolute; width: 0; height: 0; }
 .corner.right { right: 0; }
 .corner.bottom { bottom: 0; }

@@ -204,3 +204,103 @@ test('a picture that is only looked at is moved and zoomed', async () => {
   assert.notDeepEqual(await colorAt(550, 360), before);
   assert.equal(await page.evaluate(() => window.first.canUndo), false);
 });
+
+test('what a page has put into the bar lies in it in each layout, and can be clicked', async () => {
+  // Left of which thing of the editor's, by its name.
+  const table = [
+    { name: 'bar-desk', size: [1100, 720], height: 48, next: 'Undo' },
+    { name: 'bar-desk-dark', size: [800, 600], looks: { 'prefers-color-scheme': 'dark' }, height: 48, next: 'Undo' },
+    { name: 'bar-phone', size: [390, 700], attributes: { layout: 'phone' }, height: 64, next: 'Send' },
+    { name: 'bar-none', size: [1100, 720], attributes: { ui: 'none' } },
+  ];
+  const isSeen = () => page.evaluate(() => getComputedStyle(document.querySelector('#own')).visibility === 'visible');
+  const seen = (wanted, what) => until(async () => await isSeen() === wanted, what);
+  for (const { name, height, next, attributes, ...given } of table) {
+    await openWide({ ...given, attributes: { lang: 'en', ...attributes } });
+    await page.evaluate(() => {
+      window.clicks = 0;
+      window.first.insertAdjacentHTML('beforeend', '<button slot="bar" id="own">Own</button>');
+      document.querySelector('#own').addEventListener('click', () => ++window.clicks);
+    });
+    await rest();
+    await shoot(name);
+    assert.equal(await isSeen(), Boolean(next), name);
+    if (!next) continue;
+    const boxes = () => page.evaluate(() => {
+      const all = [...window.first.shadowRoot.querySelectorAll('#mirror button, #mirror [role="slider"], #bar')];
+      const box = (element) => element.getBoundingClientRect().toJSON();
+      return { own: box(document.querySelector('#own')), bar: box(all.pop()),
+        others: all.map((element) => ({ label: element.ariaLabel ?? element.textContent, ...box(element) })) };
+    });
+    // What comes before undo in a wide screen's bar scrolls, and is cut where this begins.
+    const isFree = ({ bar, others }) => others.slice(next === 'Undo' ? others.findIndex(({ label }) => label === next) : 0)
+      .every(({ left, right, top, bottom }) => right <= bar.left || left >= bar.right || bottom <= bar.top || top >= bar.bottom);
+    const found = await boxes();
+    const { own, others } = found;
+    assert.ok(own.top >= 0 && own.bottom <= height && isFree(found), `${name}: ${JSON.stringify(found)}`);
+    assert.ok(own.right <= others.find(({ label }) => label === next).left, name);
+
+    const middle = [own.left + own.width / 2, own.top + own.height / 2];
+    await draw(middle, middle);
+    assert.deepEqual(await page.evaluate(() => [window.clicks, window.first.toolCount]), [1, 0], name);
+    // Behind the last of what a phone's bars show; on a wide screen tab is the bars' own.
+    if (next === 'Send') {
+      await page.evaluate(() => [...window.first.shadowRoot.querySelectorAll('#mirror *')]
+        .filter(({ tabIndex, disabled }) => tabIndex >= 0 && !disabled).at(-1).focus());
+      await page.press('Tab');
+      assert.equal(await page.evaluate(() => document.activeElement.id), 'own', name);
+    }
+
+    // Not over the crop editor, nor over a question.
+    const focus = () => page.evaluate(() => window.first.shadowRoot.querySelector('canvas').focus());
+    for (const open of ['x', 'Escape']) {
+      await page.evaluate(() => window.first.setTool('rectangle'));
+      await draw([120, 300], [180, 350], [250, 400]);
+      await focus();
+      await page.press(open);
+      await seen(false, `${name}: hidden by ${open}`);
+      await rest();
+      await page.press('Escape');
+      await seen(true, `${name}: back after ${open}`);
+      await rest();
+    }
+    // One that is too wide is cut.
+    await page.evaluate(() => {
+      document.querySelector('#own').style.width = '900px';
+    });
+    await rest();
+    await shoot(`${name}-cut`);
+    const cut = await boxes();
+    assert.ok(cut.bar.width < 900 && isFree(cut), `${name}: ${JSON.stringify(cut)}`);
+  }
+});
+
+test('a page says how large bars and buttons of a wide screen are, and texts suit its bar', async () => {
+  const table = [
+    { name: 'usual', bar: 48, button: 34, text: 'rgb(27, 32, 39)' },
+    { name: 'bar-size', colors: { '--kalim-bar-size': '64px' }, bar: 64, button: 34 },
+    { name: 'button-size', colors: { '--kalim-button-size': '48px', '--kalim-bar': '#123456' }, bar: 62, button: 48,
+      text: 'rgb(240, 243, 246)' },
+    { name: 'both-sizes', colors: { '--kalim-bar-size': '500', '--kalim-button-size': '60px' }, bar: 72, button: 60 },
+    { name: 'own-text', colors: { '--kalim-bar': '#123456', '--kalim-text': '#ff0' }, bar: 48, button: 34, text: 'rgb(255, 255, 0)' },
+  ];
+  for (const { name, colors, bar, button, text } of table) {
+    await openWide({ looks: { 'prefers-color-scheme': 'light' }, attributes: { lang: 'en' }, colors });
+    await page.evaluate(() => window.first.insertAdjacentHTML('beforeend', '<span slot="bar">Own</span>'));
+    await rest();
+    await shoot(name);
+    const found = await page.evaluate(() => {
+      const box = (label) => window.first.shadowRoot.querySelector(`#mirror [aria-label="${label}"]`).getBoundingClientRect();
+      const undo = box('Undo');
+      return { bar: undo.top + undo.bottom, button: undo.height, pen: box('Arrow').width };
+    });
+    assert.deepEqual(found, { bar, button, pen: button }, name);
+    const color = await page.evaluate(() => window.first.shadowRoot.querySelector('#bar').style.color);
+    if (text) assert.equal(color, text, name);
+  }
+  await take();
+  await page.evaluate(() => window.first.style.setProperty('--kalim-bar-size', 'thick'));
+  await rest();
+  assert.deepEqual((await take()).map(({ type, message }) => [type, message]),
+    [['kalim-warning', '--kalim-bar-size: "thick" is no length in px']]);
+});

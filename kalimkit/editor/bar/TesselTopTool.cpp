@@ -144,6 +144,15 @@ void TesselTopTool::layoutSubviews() {
     _redoButton->setFrame({stepSide + stepGap, 0, stepSide, stepSide});
 }
 
+gfx::Rect TesselTopTool::freeRoom() const {
+    const gfx::Rect steps = _wrapView->frame();
+    const double left = steps.maxX() + titleGap;
+    const double right =
+        std::min(_confirmButton->frame().minX(), _doneButton->frame().minX()) - titleGap;
+    const double top = steps.midY() - leastTouchSide / 2;
+    return {left, top, std::max(right - left, 0.0), leastTouchSide};
+}
+
 // ---- state
 
 void TesselTopTool::setUndoEnableRedoEnable(bool undo, bool redo) {

@@ -23,6 +23,10 @@ public:
     // True shows the done button, and none of the others.
     void setEditMode(bool isEditing);
 
+    // What lies free between redo and the button at the right, as high as touches need; of the
+    // bar's own places.
+    gfx::Rect freeRoom() const;
+
     // ---- what the buttons do
     void handleClose();
     void handleConfirm();

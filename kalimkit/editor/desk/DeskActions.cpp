@@ -1,5 +1,7 @@
 #include "kalimkit/editor/desk/DeskActions.h"
 
+#include <algorithm>
+
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
@@ -13,6 +15,12 @@ namespace {
 constexpr double gap = 2;
 // Between undo and redo, what makes a copy, and what ends the work.
 constexpr double groupGap = 10;
+
+// One of an icon is a little wider than it is high.
+double widthOf(const ui::View& button) {
+    const double more = DeskSizes::current().button - DeskLayout::buttonSide;
+    return static_cast<const ui::DeskButton&>(button).fittingSize().width + std::max(more, 0.0);
+}
 
 double gapBefore(const std::string& name) {
     return name == "copy" || name == "close" ? groupGap : gap;
@@ -74,21 +82,38 @@ std::vector<EditorShell::Named> DeskActions::views() const {
 // ---- layout
 
 double DeskActions::wantedWidth() const {
-    double width = 2 * DeskLayout::barMargin + safeAreaInsets().right;
+    double width = 2 * DeskLayout::barMargin + safeAreaInsets().right + hostSpan();
     for (const auto& [name, view] : _buttons)
-        width +=
-            gapBefore(name) + std::static_pointer_cast<ui::DeskButton>(view)->fittingSize().width;
+        width += gapBefore(name) + widthOf(*view);
     return width;
+}
+
+void DeskActions::setHostRoom(double width) {
+    _hostWidth = width;
+    setNeedsLayout();
+}
+
+// With the gap behind it.
+double DeskActions::hostSpan() const {
+    return _hostWidth > 0 ? _hostWidth + groupGap : 0;
+}
+
+gfx::Rect DeskActions::hostRoom() const {
+    const double top = safeAreaInsets().top;
+    const double middle = top + (bounds().size.height - top) / 2;
+    const double side = DeskSizes::current().button;
+    return {DeskLayout::barMargin, middle - side / 2, _hostWidth, side};
 }
 
 void DeskActions::layoutSubviews() {
     const double top = safeAreaInsets().top;
     const double middle = top + (bounds().size.height - top) / 2;
-    double left = DeskLayout::barMargin;
+    const double side = DeskSizes::current().button;
+    double left = DeskLayout::barMargin + hostSpan();
     for (const auto& [name, view] : _buttons) {
         left += gapBefore(name);
-        const double width = std::static_pointer_cast<ui::DeskButton>(view)->fittingSize().width;
-        view->setFrame({left, middle - DeskLayout::buttonSide / 2, width, DeskLayout::buttonSide});
+        const double width = widthOf(*view);
+        view->setFrame({left, middle - side / 2, width, side});
         left += width;
     }
 }

@@ -24,6 +24,10 @@ public:
     void show(const DeskReading& reading);
     // All that it has to show needs so much.
     double wantedWidth() const;
+    // Leaves so much free for the host before its buttons; 0 for nothing.
+    void setHostRoom(double width);
+    // Where that is, of the bar's own places.
+    gfx::Rect hostRoom() const;
 
 protected:
     void layoutSubviews() override;
@@ -35,10 +39,12 @@ private:
              const std::string& key, std::function<void()> action);
 
     void add(const std::string& name, const std::shared_ptr<ui::DeskButton>& button);
+    double hostSpan() const;
 
     std::vector<EditorShell::Named> _buttons;
     std::shared_ptr<ui::DeskButton> _undo;
     std::shared_ptr<ui::DeskButton> _redo;
+    double _hostWidth = 0;
 };
 
 }  // namespace kalim

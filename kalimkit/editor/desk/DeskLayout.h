@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
@@ -8,12 +9,28 @@
 
 namespace kalim {
 
+// How large the desk's bars and buttons are in the current environment, points.
+struct KALIM_API DeskSizes {
+    // How high the top bar is, and how wide that of the pens with one column.
+    double bar = 48;
+    // A button of theirs is as wide and as high.
+    double button = 34;
+
+    // Buttons keep it from the edges of their bar.
+    double margin() const { return (bar - button) / 2; }
+
+    static DeskSizes current();
+    // What is not given follows the other. A bar has 40 to 72 points, and a button 28 to 64, and
+    // fits into its bar; what is beyond is taken for the nearest. Desks that there are get them
+    // when they are laid out.
+    static void give(const std::optional<double>& bar, const std::optional<double>& button);
+};
+
 // Where the desk's bars go in a view, points: one across the top, the pens below it at the left,
 // what is told across the bottom. The bars reach under the insets, what is in them does not.
 struct KALIM_API DeskLayout {
-    // A button of the bars is as wide and as high.
+    // Of what is in bars, at their usual size.
     static constexpr double buttonSide = 34;
-    // Buttons keep it from the edges of their bar.
     static constexpr double barMargin = 7;
 
     gfx::Rect top;

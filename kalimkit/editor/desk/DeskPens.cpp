@@ -69,14 +69,14 @@ std::vector<EditorShell::Named> DeskPens::views() const {
 }
 
 void DeskPens::layoutSubviews() {
-    constexpr double side = DeskLayout::buttonSide;
+    const DeskSizes sizes = DeskSizes::current();
+    const double side = sizes.button;
     const double left = safeAreaInsets().left;
     _scroll->setFrame({left, 0, bounds().size.width - left - 1, bounds().size.height});
     for (std::size_t i = 0; i < _buttons.size(); ++i) {
         const auto column = static_cast<double>(i % _columns);
         const auto row = static_cast<double>(i / _columns);
-        _buttons[i].button->setFrame(
-            {DeskLayout::barMargin + column * side, 4 + row * side, side, side});
+        _buttons[i].button->setFrame({sizes.margin() + column * side, 4 + row * side, side, side});
     }
     const auto rows = static_cast<double>((_buttons.size() + _columns - 1) / _columns);
     _scroll->setContentSize({_scroll->bounds().size.width, rows * side + 8});

@@ -1,5 +1,6 @@
 #include "kalimkit/editor/desk/DeskShell.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kalimkit/canvas/CanvasPointer.h"
@@ -19,10 +20,18 @@
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/desk/Menu.h"
 #include "kalimkit/ui/desk/Overlay.h"
+#include "kalimkit/ui/desk/Popover.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
+
+namespace {
+
+// Of the top bar, what a host may have.
+constexpr double largestHostShare = 1.0 / 3;
+
+}  // namespace
 
 // All that the desk shows, as large as the editor. It reads the editor anew whenever it is laid
 // out, which every change asks for.
@@ -74,6 +83,22 @@ public:
         ui::Menu::showAt(*window(), place, deskMenu(_editor, place));
     }
 
+    void setHostRoom(double width) {
+        _hostWidth = width;
+        setNeedsLayout();
+    }
+
+    gfx::Rect hostRoom() const {
+        if (!window() || _actions->isHidden()) return {};
+        const gfx::Rect room = _actions->convertRectTo(_actions->hostRoom(), nullptr);
+        const auto overlay = ui::Overlay::existingIn(*window());
+        if (!overlay) return room;
+        const bool isCovered = std::ranges::any_of(overlay->popovers(), [&](const auto& popover) {
+            return popover->isSheet() || popover->frame().intersects(room);
+        });
+        return isCovered ? gfx::Rect() : room;
+    }
+
     // What lies beside the bars is the canvas's.
     std::shared_ptr<ui::View> hitTest(gfx::Point p) override {
         const auto hit = View::hitTest(p);
@@ -93,6 +118,7 @@ public:
 protected:
     void layoutSubviews() override {
         const DeskLayout layout = layoutFor(bounds().size);
+        _actions->setHostRoom(std::min(_hostWidth, layout.top.size.width * largestHostShare));
         const double actions = _actions->wantedWidth();
         _pens->setColumns(layout.penColumns);
         _pens->setFrame(layout.pens);
@@ -129,6 +155,7 @@ private:
     std::shared_ptr<DeskStyle> _style;
     std::shared_ptr<DeskActions> _actions;
     std::shared_ptr<DeskStatus> _status;
+    double _hostWidth = 0;
 };
 
 std::shared_ptr<DeskShell> DeskShell::make(const Editor& editor) {
@@ -172,6 +199,18 @@ KLMActionsheetView::Layouter DeskShell::questionLayouter() const {
 
 std::string DeskShell::confirmTitle(const std::string& title) const {
     return deskConfirmTitle(title);
+}
+
+void DeskShell::setHostRoom(double width) {
+    _desk->setHostRoom(width);
+}
+
+gfx::Rect DeskShell::hostRoom() const {
+    return _desk->hostRoom();
+}
+
+gfx::ColorRef DeskShell::textColor() const {
+    return gfx::makeColor(Palette::current().text);
 }
 
 std::vector<EditorShell::Named> DeskShell::namedViews() const {

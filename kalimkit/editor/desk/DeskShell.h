@@ -38,6 +38,10 @@ public:
     void showContextMenu(gfx::Point place) override;
     KLMActionsheetView::Layouter questionLayouter() const override;
     std::string confirmTitle(const std::string& title) const override;
+    // It never takes more than a third of the top bar.
+    void setHostRoom(double width) override;
+    gfx::Rect hostRoom() const override;
+    gfx::ColorRef textColor() const override;
     std::vector<Named> namedViews() const override;
 
 private:

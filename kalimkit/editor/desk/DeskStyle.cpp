@@ -255,6 +255,7 @@ void DeskStyle::scrollViewDidScroll(ui::ScrollView& /*view*/) {
 
 // Answers where it ends.
 double DeskStyle::arrange(double height, bool showsSwatches) {
+    const double side = DeskSizes::current().button;
     double left = DeskLayout::barMargin;
     const auto place = [&](ui::View& view, double width, double viewHeight) {
         const gfx::Rect frame{left, (height - viewHeight) / 2, width, viewHeight};
@@ -264,22 +265,22 @@ double DeskStyle::arrange(double height, bool showsSwatches) {
     const bool hasColor = _reading.hasColor;
     for (const auto& swatch : _swatches) {
         swatch->setHidden(!hasColor || !showsSwatches);
-        if (!swatch->isHidden()) place(*swatch, swatchWidth, DeskLayout::buttonSide);
+        if (!swatch->isHidden()) place(*swatch, swatchWidth, side);
     }
     for (const std::shared_ptr<ui::View>& view :
          {std::shared_ptr<ui::View>(_color), std::shared_ptr<ui::View>(_widthIcon),
           std::shared_ptr<ui::View>(_width)})
         view->setHidden(!hasColor);
     if (hasColor) {
-        place(*_color, _color->fittingSize().width, DeskLayout::buttonSide);
+        place(*_color, _color->fittingSize().width, side);
         left += groupGap;
-        place(*_widthIcon, iconWidth, DeskLayout::buttonSide);
+        place(*_widthIcon, iconWidth, side);
         place(*_width, showsSwatches ? widthOfSlider : narrowSlider, ui::Slider::height);
         left += groupGap;
     }
     _hiding->setHidden(!_reading.isHiding);
     if (_reading.isHiding) {
-        place(*_hiding, _hiding->fittingSize().width, DeskLayout::buttonSide);
+        place(*_hiding, _hiding->fittingSize().width, side);
         left += groupGap;
     }
     for (const auto& property : _properties) {

@@ -7,6 +7,7 @@
 #include "kalimkit/editor/sheet/KLMActionsheetView.h"
 #include "kalimkit/gfx/Color.h"
 #include "kalimkit/gfx/Export.h"
+#include "kalimkit/gfx/Rect.h"
 #include "kalimkit/gfx/Size.h"
 #include "kalimkit/ui/environment/EdgeInsets.h"
 #include "kalimkit/ui/view/View.h"
@@ -42,6 +43,14 @@ public:
     virtual KLMActionsheetView::Layouter questionLayouter() const { return {}; }
     // What it calls the button that is titled so on the phone.
     virtual std::string confirmTitle(const std::string& title) const { return title; }
+
+    // ---- what a host lays over a bar
+    // Leaves so many points of a bar's length free for it, as far as there are; 0 for none.
+    virtual void setHostRoom(double /*width*/) {}
+    // Where that is, window points; empty where it is nowhere, or something lies over it.
+    virtual gfx::Rect hostRoom() const { return {}; }
+    // Of texts that stand out from the bar.
+    virtual gfx::ColorRef textColor() const { return gfx::makeColor(1, 1, 1); }
 
     // Its views by the names that scenarios call them by, such as "desk.pens.arrow".
     struct Named {

@@ -5,6 +5,10 @@ const hasContrast = '(prefers-contrast: more), (forced-colors: active)';
 const bothThemes = 'light dark';
 const prefix = '--kalim-';
 
+// In points; 0 where none is given.
+const sizes = ['bar-size', 'button-size'];
+const pointsOf = (text) => (/^\d+(\.\d+)?(px)?$/.test(text) ? parseFloat(text) : null);
+
 // A colour of CSS as 0xRRGGBBAA; null for what is none.
 function packedOf(text) {
   const pixel = new OffscreenCanvas(1, 1).getContext('2d');
@@ -25,10 +29,11 @@ export class Appearance {
   #theme = bothThemes;
   // The texts of the page's colours, by their names.
   #colors = new Map();
+  #sizes = ',';
   #watching = null;
 
   // target: appearance(isDark, hasHighContrast), names() of the colours that there are, color(name, packed), with
-  // null for none, done(), after some of them, and warn(error).
+  // null for none, sizes(bar, button) in points, 0 for none, done(), after some of them, and warn(error).
   constructor(element, target) {
     this.#element = element;
     this.#target = target;
@@ -71,8 +76,9 @@ export class Appearance {
 
   #readColors() {
     const style = getComputedStyle(this.#element);
-    let isOther = false;
-    for (const name of this.#target.names()) {
+    const names = this.#target.names();
+    let isOther = names.length > 0 && this.#readSizes(style);
+    for (const name of names) {
       const text = style.getPropertyValue(prefix + name).trim();
       if ((this.#colors.get(name) ?? '') === text) continue;
       this.#colors.set(name, text);
@@ -82,5 +88,18 @@ export class Appearance {
       isOther = true;
     }
     if (isOther) this.#target.done();
+  }
+
+  // Whether they are others.
+  #readSizes(style) {
+    const texts = sizes.map((name) => style.getPropertyValue(prefix + name).trim());
+    if (this.#sizes === texts.join()) return false;
+    this.#sizes = texts.join();
+    const points = texts.map(pointsOf);
+    texts.forEach((text, i) => {
+      if (text && points[i] === null) this.#target.warn(new Error(`${prefix}${sizes[i]}: "${text}" is no length in px`));
+    });
+    this.#target.sizes(...points.map((size) => size ?? 0));
+    return true;
   }
 }

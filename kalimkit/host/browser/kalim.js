@@ -1,7 +1,7 @@
 // The editor on a <canvas> element of a page: see KalimEditor.
 
 import { Appearance } from './appearance.js';
-import { Choices, Pen, isKeyOfKit, namesKit, needsKit, packedColor } from './choices.js';
+import { Choices, Pen, colorText, isKeyOfKit, namesKit, needsKit, packedColor } from './choices.js';
 import { cursors } from './cursors.js';
 import { readDescription } from './description.js';
 import { Documents, pictureFile } from './documents.js';
@@ -91,6 +91,7 @@ export class KalimEditor extends EventTarget {
   // The page is asked something in the middle of the module's work.
   #isAsking = false;
   #clipboard = new Clipboard();
+  #room = null;
   #listening = new AbortController();
   // Of what the user prefers, while the canvas is in its document.
   #preferring;
@@ -309,6 +310,13 @@ export class KalimEditor extends EventTarget {
 
   setTheme(theme) {
     this.#appearance.setTheme(theme);
+  }
+
+  // Room in the upper bar for what the page lays over it, so many points wide or less; 0 for none. `placed` hears where
+  // that is, { x, y, width, height } in points with the colour of texts there, null for nowhere, when it is another.
+  setHostRoom(width, placed) {
+    this.#room = { placed, told: '' };
+    this.#call('set_host_room', width);
   }
 
   // Of fingers whose end nobody will hear of, as the canvas is moved in the page.
@@ -552,6 +560,7 @@ export class KalimEditor extends EventTarget {
       names: () => this.#paletteNames(),
       appearance: (isDark, hasHighContrast) => this.#call('appearance', isDark, hasHighContrast),
       color: (name, packed) => this.#module.call('palette_color', this.#module.put(name), packed !== null, packed ?? 0),
+      sizes: (bar, button) => this.#module.call('desk_sizes', bar, button),
       done: () => this.#call('palette_changed'),
       warn: (error) => this.#dispatch('warning', { error }),
     });
@@ -658,6 +667,7 @@ export class KalimEditor extends EventTarget {
     this.#news.look(this.#state);
     this.#lookAtPen();
     this.#exchange.look(this.#news.state);
+    if (this.#room) this.#lookAtRoom();
     this.#schedule.plan();
     this.#worked?.();
     return result;
@@ -674,6 +684,15 @@ export class KalimEditor extends EventTarget {
       this.#hold(false);
       if (!isWhole && this.#module.isAlive) this.#choose('choose_pen', Pen.freehand);
     });
+  }
+
+  #lookAtRoom() {
+    const at = this.#module.call('host_room') >>> 3;
+    const numbers = this.#module.heap.doubles.slice(at, at + 5);
+    if (this.#room.told === numbers.join()) return;
+    this.#room.told = numbers.join();
+    const [x, y, width, height, color] = numbers;
+    this.#room.placed(width > 0 ? { x, y, width, height, color: colorText(color) } : null);
   }
 
   // Of a work; what is no file becomes one. Null for a picture that is on its way out.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "kalimkit/backend/html/PackedColor.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/host/browser/PageEditor.h"
 #include "kalimkit/json/JsonText.h"
 #include "kalimkit/theme/Palette.h"
@@ -92,6 +94,23 @@ KALIM_EXPORT("set_widths") void setWidths(int count) {
     kalim::pageEditor()->show();
 }
 
+// How wide what the page lays over the upper bar is, points; 0 for nothing.
+KALIM_EXPORT("set_host_room") void setHostRoom(double width) {
+    kalim::pageEditor()->seat().setHostRoom(width);
+    kalim::pageEditor()->show();
+}
+
+// Answers with where that is, points, left, top, width and height, no width for nowhere, and the
+// packed colour of texts there.
+KALIM_EXPORT("host_room") const double* hostRoom() {
+    static std::array<double, 5> numbers;
+    const kalim::EditorSeat& seat = kalim::pageEditor()->seat();
+    const kalim::gfx::Rect room = seat.hostRoom();
+    const double color = kalim::gfx::packedColor(*seat.hostRoomTextColor());
+    numbers = {room.minX(), room.minY(), room.size.width, room.size.height, color};
+    return numbers.data();
+}
+
 // Whether the layout asks for bars that are in the rest of the module, which has not come yet.
 KALIM_EXPORT("wants_rest") bool wantsRest() {
     return !kalim::pageEditor()->isWhole() && kalim::pageEditor()->seat().wantsDesk();
@@ -156,6 +175,13 @@ KALIM_EXPORT("palette_names") void paletteNames() {
 KALIM_EXPORT("palette_color") bool paletteColor(int length, bool isGiven, std::uint32_t color) {
     const auto own = isGiven ? std::optional(*kalim::gfx::unpackedColor(color)) : std::nullopt;
     return kalim::setPaletteColor(kalim::pageText(length), own);
+}
+
+// How thick bars and how large buttons of wide screens are, points; 0 for the editor's own. They
+// are shown by palette_changed().
+KALIM_EXPORT("desk_sizes") void deskSizes(double bar, double button) {
+    const auto given = [](double size) { return size > 0 ? std::optional(size) : std::nullopt; };
+    kalim::DeskSizes::give(given(bar), given(button));
 }
 
 // Some colours are others: bars that have them already are made anew.

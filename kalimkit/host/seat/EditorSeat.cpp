@@ -1,14 +1,17 @@
 #include "kalimkit/host/seat/EditorSeat.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <utility>
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
 #include "kalimkit/editor/desk/DeskShell.h"
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/host/seat/BareShell.h"
+#include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/desk/KeysOverview.h"
 #include "kalimkit/ui/environment/LateCode.h"
 
@@ -140,6 +143,27 @@ void EditorSeat::removeButton(std::string_view identifier) {
     showOffer();
 }
 
+void EditorSeat::setHostRoom(double width) {
+    _hostRoom = width;
+    if (_editor && _editor->shell()) _editor->shell()->setHostRoom(width);
+}
+
+gfx::Rect EditorSeat::hostRoom() const {
+    const bool isCovered = !_editor || _isReadOnly || !_editor->toolView() ||
+                           _editor->actionSheet() || _editor->editImageInitialView() ||
+                           ui::AlertView::topmostIn(_window);
+    if (isCovered) return {};
+    if (_editor->shell()) return _editor->shell()->hostRoom();
+    const TesselTopTool& bar = *_editor->toolView();
+    const gfx::Rect room = bar.convertRectTo(bar.freeRoom(), nullptr);
+    const double width = std::min(room.size.width, _hostRoom);
+    return {room.maxX() - width, room.minY(), width, room.size.height};
+}
+
+gfx::ColorRef EditorSeat::hostRoomTextColor() const {
+    return _editor && _editor->shell() ? _editor->shell()->textColor() : gfx::makeColor(1, 1, 1);
+}
+
 void EditorSeat::setReadOnly(bool isReadOnly) {
     _isReadOnly = isReadOnly;
     if (_editor) {
@@ -186,6 +210,7 @@ void EditorSeat::chooseShell(gfx::Size size) {
     if (shown == _shown) return;
     _shown = shown;
     _editor->setShell(makeShell());
+    if (_editor->shell()) _editor->shell()->setHostRoom(_hostRoom);
 }
 
 // ---- the mouse

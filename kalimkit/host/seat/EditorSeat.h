@@ -78,6 +78,15 @@ public:
     // A button of the host's own in the desk's bars; see HostButton. It may take itself away.
     void addButton(HostButton button);
     void removeButton(std::string_view identifier);
+    // Room in the upper bar of either shell for what the host lays over the window there: so many
+    // points wide, or less where there is less; 0 for none. For the present editor and those to
+    // come.
+    void setHostRoom(double width);
+    // Where it is now; empty while there are no bars, something is asked or cropped, or another
+    // thing lies there.
+    gfx::Rect hostRoom() const;
+    // Of texts that stand out from the bar there.
+    gfx::ColorRef hostRoomTextColor() const;
     // Nothing can be changed, and nothing is shown but the zoom; for the present editor and those
     // to come.
     void setReadOnly(bool isReadOnly);
@@ -176,6 +185,7 @@ private:
     bool _hasHovered = false;
     EditorOffer _offer;
     bool _hasOffer = false;
+    double _hostRoom = 0;
     bool _isReadOnly = false;
     // The mouse is a finger on the window.
     bool _isMouseDown = false;
