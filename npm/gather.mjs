@@ -19,25 +19,32 @@ function readPens() {
   return [...table.matchAll(/\.number = (\d+),\s+\.name = "(\w+)"/g)].map(([, number, name]) => [name, number]);
 }
 
-// Numbers of the pens that the kit's kinds have, the names of these, and the pens' keys.
+// Numbers of the pens that the kit's kinds have, and the pens' keys.
 function readKit() {
   const list = readFileSync(join(root, 'kalimkit/shapes/Kit.cpp'), 'utf8');
   const pens = readFileSync(join(root, 'kalimkit/theme/Pens.cpp'), 'utf8');
   const keyOf = (number) => new RegExp(`\\.number = ${number},[^}]*\\.key = ('.')`).exec(pens)?.[1];
-  const tools = [...list.matchAll(/\{(\d+), &(\w+)::Class\(\)\}/g)];
-  return [tools.map(([, number]) => number).join(', '), tools.map(([, , kind]) => `'${kind}'`).join(', '),
-    tools.map(([, number]) => keyOf(number)).filter(Boolean).join(', ')];
+  const numbers = [...list.matchAll(/\{(\d+), &\w+::Class\(\)\}/g)].map(([, number]) => number);
+  return [numbers, numbers.map(keyOf).filter(Boolean)];
+}
+
+// The keys of a canvas that tools/split-module has wait, which are all but those of a few commands.
+function readLateKeys() {
+  const table = readFileSync(join(root, 'kalimkit/canvas/CanvasKeys.cpp'), 'utf8');
+  const keys = [...table.matchAll(/^ {4}\{("[^"]+"), &(\w+)/gm)];
+  const isLate = (command) => !/^(undo|redo|deleteSelection|escape|enter|holdSpace|zoom\w*)$/.test(command);
+  return keys.filter(([, , command]) => isLate(command)).map(([, key]) => key);
 }
 
 // Where a script, its types and its description leave a place for the pens.
 function fillInPens(target) {
   const pens = readPens();
-  const [kitPens, kitKinds, kitKeys] = readKit();
+  const [kitPens, kitKeys] = readKit();
   const names = pens.map(([name]) => `'${name}'`).join(' | ');
   const numbers = `{\n${pens.map(([name, number]) => `  ${name}: ${number},\n`).join('')}}`;
   const choices = 'kalimkit/host/browser/choices.js';
-  const places = [[choices, "'PENS'", numbers], [choices, "'KIT PENS'", kitPens], [choices, "'KIT KINDS'", kitKinds],
-    [choices, "'KIT KEYS'", kitKeys],
+  const places = [[choices, "'PENS'", numbers], [choices, "'KIT PENS'", kitPens.join(', ')],
+    [choices, "'LATE KEYS'", [...kitKeys, ...readLateKeys()].join(', ')],
     ['npm/src/index.d.ts', "'PENS'", names], ['custom-elements.json', 'PENS', names]];
   for (const [name, place, text] of places.filter(([file]) => existsSync(join(target, file)))) {
     const before = readFileSync(join(target, name), 'utf8');

@@ -7,6 +7,7 @@
 #include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/tool/QVGeometry.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 namespace kalim {
 
@@ -16,12 +17,19 @@ namespace {
 constexpr double restReach = 4;
 constexpr double restTime = 0.5;
 
+// Where the code that knows shapes is still to come, a stroke stays one.
+bool knowsShapes() {
+    return ui::Environment::current().attachment<ui::LateCode>().isThere(nullptr);
+}
+
 }  // namespace
 
 // A stroke that has become a shape is one for good.
 void CanvasFinger::watchRest(gfx::Point place) {
     if (!_canvas.tools.forgiving() || !isCreating(ToolRecorder::Strokes)) return;
     if (_rest != 0 && QVPointDistance(place, _restPlace) <= restReach) return;
+    // Asked for with the stroke, it is there before the finger rests.
+    if (_rest == 0) knowsShapes();
     forgetRest();
     _restPlace = place;
     _rest = ui::Environment::current().runLoop().after(
@@ -38,6 +46,7 @@ void CanvasFinger::forgetRest() {
 void CanvasFinger::straighten() {
     _rest = 0;
     if (!_isAlone || _state != FingerState::Drawing || !isCreating(ToolRecorder::Strokes)) return;
+    if (!knowsShapes()) return;
     const ToolRef shape = _tool->straightened();
     if (!shape) return;
     const ToolRef stroke = std::exchange(_tool, nullptr);

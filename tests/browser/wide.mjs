@@ -85,6 +85,29 @@ test('a phone fetches the rest of the module only for what needs it', async () =
   assert.deepEqual((await fetched()).at(-1), 'kalimkit-desk.wasm');
 });
 
+test('on a phone a key for shapes waits for the rest of the module', async () => {
+  await page.evaluate(() => localStorage.clear());
+  await page.goto('/tests/embed.html');
+  await page.evaluate(() => import('/tests/embed.js'));
+  await page.waitFor(() => window.first.isOpen);
+  await page.evaluate(() => {
+    window.first.setTool('rectangle');
+    window.first.focus();
+  });
+  await page.touch([[150, 150]], [[180, 180]], [[250, 220]]);
+  await rest();
+  assert.deepEqual([await toolCount(), await fetched()], [1, ['kalimkit.wasm']]);
+  // The second comes before the module that the first waits for.
+  const kept = await page.evaluate(() => ['a', 'd', 'a', 'Delete'].map((key) => {
+    const canvas = window.first.shadowRoot.querySelector('canvas');
+    return !canvas.dispatchEvent(new KeyboardEvent('keydown',
+      { key, ctrlKey: key !== 'Delete', bubbles: true, composed: true, cancelable: true }));
+  }));
+  await until(async () => await toolCount() === 0, 'the last key');
+  await page.evaluate(() => window.first.undo());
+  assert.deepEqual([kept, await toolCount(), (await fetched()).at(-1)], [[true, true, true, true], 2, 'kalimkit-desk.wasm']);
+});
+
 test('a wide screen has bars of its own, in the looks of the system and of the page', async () => {
   const dark = { 'prefers-color-scheme': 'dark' };
   const light = { 'prefers-color-scheme': 'light' };

@@ -9,6 +9,7 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/json/JsonText.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 namespace kalim {
 
@@ -23,7 +24,33 @@ std::string keyOf(unsigned pen, std::string_view what) {
     return "tool." + std::string(known->name) + "." + std::string(what);
 }
 
+// A number of few digits needs no reader: both sides of the division are exact.
+std::optional<double> shortNumber(std::string_view text) {
+    constexpr std::size_t mostDigits = 15;
+    if (text.empty() || text.size() > mostDigits || text.front() == '.' || text.back() == '.' ||
+        (text.size() > 1 && text.front() == '0' && text[1] != '.')) {
+        return std::nullopt;
+    }
+    double digits = 0;
+    double scale = 0;
+    for (const char letter : text) {
+        if (letter == '.' && scale == 0) {
+            scale = 1;
+        } else if (letter >= '0' && letter <= '9') {
+            digits = digits * 10 + (letter - '0');
+            scale *= 10;
+        } else {
+            return std::nullopt;
+        }
+    }
+    return scale == 0 ? digits : digits / scale;
+}
+
+// Longer ones are read once the code for it is there.
 std::optional<double> numberOf(const std::string& text) {
+    if (const auto number = shortNumber(text)) return number;
+    if (!ui::Environment::current().attachment<ui::LateCode>().isThere(nullptr))
+        return std::nullopt;
     const JsonValue value = parseJson(text).value;
     return value.number() ? std::optional(*value.number()) : std::nullopt;
 }

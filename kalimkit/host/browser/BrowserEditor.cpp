@@ -102,7 +102,7 @@ BrowserEditor::BrowserEditor(gfx::Size size, double scale)
     });
     _environment->attachment<ui::LateCode>().question = [this](std::function<void()> then) {
         if (_isWhole) return true;
-        _waiting = std::move(then);
+        if (then) _waiting = std::move(then);
         page::wantRest();
         return false;
     };

@@ -3,20 +3,13 @@
 // Numbers by names; npm/gather.mjs puts them in, from kalimkit/theme/Pens.cpp.
 export const Pen = 'PENS';
 
-// Numbers of the pens that need the kit, and the kinds that these draw; from kalimkit/shapes/Kit.cpp.
+// Numbers of the pens that need the kit, from kalimkit/shapes/Kit.cpp.
 const kitPens = ['KIT PENS'];
-const kitKinds = ['KIT KINDS'];
-// The keys of those pens.
-const kitKeys = ['KIT KEYS'];
+// The keys of those pens, and those that arrange shapes, from kalimkit/canvas/CanvasKeys.cpp.
+const lateKeys = ['LATE KEYS'];
 
 export const needsKit = (pen) => kitPens.includes(pen);
-export const isKeyOfKit = (key) => kitKeys.includes(key);
-
-// Of a text or its bytes. One that only speaks of such a kind is taken for one with it.
-export function namesKit(text) {
-  const words = typeof text === 'string' ? text : new TextDecoder('latin1').decode(text);
-  return kitKinds.some((kind) => words.includes(kind));
-}
+export const waitsForRest = (key) => lateKeys.includes(key);
 
 // "#RRGGBB" or "#RRGGBBAA" as a number; throws for any other text.
 export function packedColor(color) {

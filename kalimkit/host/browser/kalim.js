@@ -1,7 +1,7 @@
 // The editor on a <canvas> element of a page: see KalimEditor.
 
 import { Appearance } from './appearance.js';
-import { Choices, Pen, colorText, isKeyOfKit, namesKit, needsKit, packedColor } from './choices.js';
+import { Choices, Pen, colorText, needsKit, packedColor, waitsForRest } from './choices.js';
 import { cursors } from './cursors.js';
 import { readDescription } from './description.js';
 import { Documents, pictureFile } from './documents.js';
@@ -81,6 +81,8 @@ export class KalimEditor extends EventTarget {
   #choices = new Choices();
   #news;
   #held = 0;
+  // While the rest of the module comes for the first of them: [key, isRepeated].
+  #keys = [];
   // What has been chosen last; it may wait for the kit.
   #wantedPen = null;
   #worked = null;
@@ -227,7 +229,7 @@ export class KalimEditor extends EventTarget {
   async goOn(work, options = {}) {
     const settings = { ...this.#options, ...said(options) };
     let problem;
-    await this.#module.completeFor(work.setUp, ...work.steps);
+    await this.#module.complete();
     await this.#prepared();
     await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
       this.#options = settings;
@@ -786,24 +788,31 @@ export class KalimEditor extends EventTarget {
   #pasteText(text) {
     if (!/^\s*\{\s*"format"\s*:\s*"kalimkit"/.test(text)) return false;
     this.#clipboard.take(text);
-    if (this.#module.isWhole || !namesKit(text)) return this.#press('ctrl+v', false);
-    this.#complete().then((isWhole) => isWhole && this.#module.isAlive && this.#press('ctrl+v', false));
-    return true;
+    return this.#press('ctrl+v', false);
   }
 
   // A key that waits is not the browser's either, or ctrl+s would save the page.
   #press(key, isRepeated) {
+    if (this.#keys.length) return this.#keys.push([key, isRepeated]) > 0;
     if (this.isBusy) return key !== 'tab';
     if (this.#options.readonly && !viewingKeys.has(key)) return false;
-    if (!this.#module.isWhole && isKeyOfKit(key) && !this.#state.isEditing) {
-      this.#hold(true);
-      this.#complete().then((isWhole) => {
-        this.#hold(false);
-        if (isWhole && this.#module.isAlive) this.#press(key, isRepeated);
-      });
+    if (!this.#module.isWhole && waitsForRest(key) && !this.#state.isEditing) {
+      this.#keys.push([key, isRepeated]);
+      this.#pressLater();
       return true;
     }
     return this.#call('press_key', this.#module.put(key), isRepeated) !== 0;
+  }
+
+  // What is pressed while the rest of the module comes is pressed in its order; where that cannot be had, all but
+  // the key that needs it.
+  async #pressLater() {
+    this.#hold(true);
+    const isWhole = await this.#complete();
+    this.#hold(false);
+    for (const [key, isRepeated] of this.#keys.splice(0).slice(isWhole ? 0 : 1)) {
+      if (this.#module.isAlive) this.#press(key, isRepeated);
+    }
   }
 
   // ---- size and keyboard

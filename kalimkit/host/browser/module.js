@@ -1,7 +1,6 @@
 // The library's module as the editor calls it.
 
 import { compiled, instantiate } from '../../backend/html/instance.js';
-import { namesKit } from './choices.js';
 
 // A module that has thrown is in no state to be called again: nothing that it had begun was ended. It
 // is destroyed only when its outermost call has returned.
@@ -57,11 +56,6 @@ export class Module {
     if (!this.#join) return;
     this.#join = null;
     if (this.isAlive) this.#rest.arrived();
-  }
-
-  // The same for these texts, or bytes of texts, if they name something of the kit.
-  async completeFor(...texts) {
-    if (this.#join && texts.some(namesKit)) await this.complete();
   }
 
   call(name, ...values) {

@@ -10,7 +10,8 @@ namespace kalim::ui {
 // unless a host says otherwise.
 struct LateCode {
     // Answers whether it is there. If not, the host has it come and calls `then` once it has; one
-    // that is asked about meanwhile takes the place of the one before.
+    // that is asked about meanwhile takes the place of the one before; null for what can do
+    // without.
     using Question = std::function<bool(std::function<void()> then)>;
     Question question;
 
