@@ -85,9 +85,12 @@ function filesBelow(folder) {
 }
 
 // Visitors load nothing that is only for readers.
-function stripComments(target) {
-  for (const path of filesBelow(target).filter((name) => name.endsWith('.js'))) {
-    writeFileSync(path, readFileSync(path, 'utf8').replace(/^ *\/\/.*\n/gm, '').replace(/^ +/gm, ''));
+function shorten(target, paths) {
+  if (env.ESBUILD) {
+    execFileSync(env.ESBUILD, [...paths, '--minify', '--allow-overwrite', `--outdir=${target}`, `--outbase=${target}`,
+      '--log-level=warning']);
+  } else {
+    for (const path of paths) writeFileSync(path, readFileSync(path, 'utf8').replace(/^ *\/\/.*\n/gm, '').replace(/^ +/gm, ''));
   }
 }
 
@@ -115,8 +118,10 @@ function gatherPage(target) {
       join(target, `icon-${size}.png`)]);
   }
   fillInPens(target);
-  stripComments(target);
+  const worker = join(target, 'worker.js');
+  shorten(target, filesBelow(target).filter((path) => path.endsWith('.js') && path !== worker));
   writeWorker(target);
+  shorten(target, [worker]);
 }
 
 // Beside its place first, so that what is served meanwhile is whole.
