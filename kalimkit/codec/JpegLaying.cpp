@@ -22,13 +22,13 @@ std::string cutCells(gfx::PixelSize cell) {
 }
 
 // Why the source's coefficients cannot be used, or nothing.
-std::string problemOf(const JpegReader& source, const JpegPlacement& placement) {
+std::string problemOf(const JpegReader& source, ByteSpan file, const JpegPlacement& placement) {
     const jpeg_decompress_struct& info = source.info();
     if (info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK) return inks;
     const gfx::PixelSize stored = source.storedSize();
     const JpegCoding coding = JpegCoding::of(info, stored);
     if (coding.space == JCS_UNKNOWN) return "its colours are sampled in an unusual way";
-    if (source.lacksBits()) return missingBits;
+    if (source.frame().lacksBits(file)) return missingBits;
     const bool isMoved = placement.fromSource != PixelMap{} || placement.size != stored;
     const std::size_t bytes = coding.coefficientBytes() * (isMoved ? 2 : 1);
     if (bytes > JpegCoding::maxCoefficientBytes) return tooLarge;
@@ -53,8 +53,8 @@ LaidJpeg layIntoJpeg(const gfx::Bitmap& result, const SavingSource& source, Byte
         return laid;
     }
     const JpegPlacement placement = JpegPlacement::of(source, result.size(), layer.orientation(),
-                                                      layer.storedSize(), layer.cell());
-    laid.encodedAnew = problemOf(layer, placement);
+                                                      layer.storedSize(), layer.frame().cell());
+    laid.encodedAnew = problemOf(layer, source.file, placement);
     if (!laid.encodedAnew.empty()) return laid;
     const StoredResult stored(result, placement.toResult);
     const DrawnPixels drawn(placement, source, touched);

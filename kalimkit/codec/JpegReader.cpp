@@ -1,13 +1,9 @@
 #include "kalimkit/codec/JpegReader.h"
 
 #include <algorithm>
-#include <cstring>
-#include <numeric>
 #include <string_view>
 
-#include "kalimkit/codec/BlockPrefixes.h"
 #include "kalimkit/codec/DecodeSteps.h"
-#include "kalimkit/codec/ExifOrientation.h"
 #include "kalimkit/codec/PixelMap.h"
 
 #include <jerror.h>
@@ -16,33 +12,13 @@ namespace kalim::codec {
 
 namespace {
 
-constexpr int exifMarker = JPEG_APP0 + 1;
 constexpr int profileMarker = JPEG_APP0 + 2;
 
 constexpr const char* endsTooEarly = "the JPEG data end too early";
 
-// What follows the marker of the next scan, empty behind the last. `rest` goes on behind that
-// header; it ends at the end marker, behind which some cameras keep further pictures. Within a
-// scan, 0xFF stands before a marker, a restart or a zero that is dropped.
-ByteSpan nextScan(ByteSpan& rest) {
-    constexpr std::uint8_t startOfScan = 0xDA;
-    const auto isInsideScan = [](std::uint8_t code) {
-        return code == 0 || (code >= JPEG_RST0 && code < JPEG_RST0 + 8);
-    };
-    for (;;) {
-        rest = rest.subspan(static_cast<std::size_t>(std::ranges::find(rest, 0xFF) - rest.begin()));
-        if (rest.size() < 4 || rest[1] == JPEG_EOI) return {};
-        std::size_t length = rest[1] == 0xFF ? 1 : 2;
-        if (length == 2 && !isInsideScan(rest[1])) length += rest[2] * 256U + rest[3];
-        const ByteSpan segment = rest.first(std::min(length, rest.size()));
-        rest = rest.subspan(segment.size());
-        if (segment.size() > 1 && segment[1] == startOfScan) return segment.subspan(2);
-    }
-}
-
 }  // namespace
 
-JpegReader::JpegReader(ByteSpan bytes) : _bytes(bytes) {
+JpegReader::JpegReader(ByteSpan bytes) : _bytes(bytes), _frame(JpegFrame::read(bytes)) {
     _info.err = jpeg_std_error(&_errors);
     _errors.error_exit = onError;
     _errors.emit_message = onMessage;
@@ -117,9 +93,9 @@ bool JpegReader::readHeader() {
     _source.resync_to_restart = jpeg_resync_to_restart;
     _source.term_source = [](j_decompress_ptr) {};
     _info.src = &_source;
-    jpeg_save_markers(&_info, exifMarker, 0xFFFF);
     jpeg_save_markers(&_info, profileMarker, 0xFFFF);
     jpeg_read_header(&_info, TRUE);
+    if (!_frame) fail("the JPEG data cannot be read");
     return true;
 }
 
@@ -151,7 +127,7 @@ std::optional<std::string> JpegReader::scanProblem(const DecodeLimits& limits) c
     // The first scan's header is read already.
     int scans = 1;
     ByteSpan rest(_source.next_input_byte, _source.bytes_in_buffer);
-    while (!nextScan(rest).empty())
+    while (!nextJpegScan(rest).empty())
         ++scans;
     if (scans > maxScans) return "the JPEG data have more than 100 scans";
     const std::int64_t pixels = std::int64_t{_info.image_width} * _info.image_height;
@@ -186,60 +162,12 @@ bool JpegReader::hasAllScans() const {
     return true;
 }
 
-// Goes by the headers of the scans, each of which brings bits of some frequencies of its colours
-// and says how many are still to come.
-bool JpegReader::lacksBits() const {
-    if (!_info.progressive_mode) return false;
-    std::array<std::array<std::uint8_t, DCTSIZE2>, MAX_COMPONENTS> missing;
-    for (auto& bits : missing)
-        bits.fill(8);
-    const ByteSpan afterStart = _bytes.subspan(std::min<std::size_t>(2, _bytes.size()));
-    for (ByteSpan rest = afterStart, scan = nextScan(rest); !scan.empty(); scan = nextScan(rest)) {
-        const std::size_t count = scan.size() > 2 ? scan[2] : 0;
-        if (scan.size() < 6 + 2 * count) break;
-        const ByteSpan range = scan.subspan(3 + 2 * count);
-        for (int i = 0; i < _info.num_components; ++i) {
-            for (std::size_t at = 0; at < count; ++at) {
-                if (scan[3 + 2 * at] != _info.comp_info[i].component_id) continue;
-                for (unsigned k = range[0]; k <= range[1] && k < DCTSIZE2; ++k)
-                    missing[static_cast<std::size_t>(i)][k] = range[2] & 15;
-            }
-        }
-    }
-    return std::any_of(missing.begin(), missing.begin() + _info.num_components,
-                       [](const auto& bits) {
-                           return std::ranges::any_of(bits, [](int count) { return count != 0; });
-                       });
-}
-
-gfx::ImageOrientation JpegReader::orientation() const {
-    for (const jpeg_marker_struct* marker = _info.marker_list; marker; marker = marker->next) {
-        const ByteSpan data(marker->data, marker->data_length);
-        if (data.size() >= prefixes::exif.size() &&
-            std::memcmp(data.data(), prefixes::exif.data(), prefixes::exif.size()) == 0) {
-            return exifOrientation(data.subspan(prefixes::exif.size()));
-        }
-    }
-    return gfx::ImageOrientation::Up;
-}
-
 gfx::PixelSize JpegReader::storedSize() const {
     return {static_cast<int>(_info.image_width), static_cast<int>(_info.image_height)};
 }
 
 gfx::PixelSize JpegReader::seenSize() const {
     return withExchangedSides(storedSize(), gfx::exchangesSides(orientation()));
-}
-
-gfx::PixelSize JpegReader::cell() const {
-    gfx::PixelSize cell{DCTSIZE, DCTSIZE};
-    for (int i = 0; i < _info.num_components; ++i) {
-        const jpeg_component_info& colour = _info.comp_info[i];
-        const int width = DCTSIZE * _info.max_h_samp_factor / colour.h_samp_factor;
-        const int height = DCTSIZE * _info.max_v_samp_factor / colour.v_samp_factor;
-        cell = {std::lcm(cell.width, width), std::lcm(cell.height, height)};
-    }
-    return cell;
 }
 
 }  // namespace kalim::codec

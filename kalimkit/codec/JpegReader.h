@@ -9,6 +9,7 @@
 
 #include "kalimkit/codec/Bytes.h"
 #include "kalimkit/codec/Decode.h"
+#include "kalimkit/codec/JpegFrame.h"
 #include "kalimkit/gfx/Image.h"
 
 // jpeglib.h relies on <cstdio> before it.
@@ -31,20 +32,15 @@ public:
     const jpeg_decompress_struct& info() const { return _info; }
     // Says why the last step failed.
     std::string error() const { return _message.data(); }
+    // Of a file whose header has been read.
+    const JpegFrame& frame() const { return *_frame; }
+    gfx::ImageOrientation orientation() const { return frame().orientation; }
     // After the header and before the pixels.
-    gfx::ImageOrientation orientation() const;
     gfx::PixelSize storedSize() const;
     // The picture's extent when it is turned as the orientation says.
     gfx::PixelSize seenSize() const;
-    // The stored pixels that some blocks of all colours cover exactly, the fewest. They lie in
-    // rows from the stored top left corner on.
-    gfx::PixelSize cell() const;
     // Why the header asks for more than the limits or its own bytes allow, or nothing.
     std::optional<std::string> headerProblem(const DecodeLimits& limits) const;
-    // Tells of a progressive picture whether some bits of a colour never come. Decoders smooth
-    // such a picture over several blocks.
-    bool lacksBits() const;
-
     // Ends what the library is doing, for this file or for one that is written from it.
     [[noreturn]] void fail(const char* message);
 
@@ -74,16 +70,11 @@ private:
     bool hasAllScans() const;
 
     ByteSpan _bytes;
+    std::optional<JpegFrame> _frame;
     jpeg_error_mgr _errors{};
     jpeg_source_mgr _source{};
     // The file's bytes are used up.
     bool _hasEnded = false;
-};
-
-// For those who ask for no more than the header.
-class JpegHeader : public JpegReader {
-public:
-    explicit JpegHeader(ByteSpan bytes) : JpegReader(bytes) {}
 };
 
 }  // namespace kalim::codec

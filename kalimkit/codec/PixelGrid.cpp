@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "kalimkit/codec/FileFormat.h"
-#include "kalimkit/codec/JpegReader.h"
+#include "kalimkit/codec/JpegFrame.h"
 #include "kalimkit/codec/PixelMap.h"
 #include "kalimkit/codec/Saving.h"
 
@@ -9,13 +9,14 @@ namespace kalim::codec {
 
 namespace {
 
+constexpr int blockSide = 8;
+
 // A colour that has fewer samples than pixels is spread over these by mixing each sample with the
 // next one, and a progressive picture that lacks bits by a curve through the next two blocks.
-int reachBeside(const JpegHeader& header) {
-    const gfx::PixelSize cell = header.cell();
-    const gfx::PixelSize sample{cell.width / DCTSIZE, cell.height / DCTSIZE};
-    const int spread = std::max(sample.width, sample.height);
-    const int smoothed = header.lacksBits() ? 2 * std::max(cell.width, cell.height) : 0;
+int reachBeside(const JpegFrame& frame, ByteSpan file) {
+    const gfx::PixelSize cell = frame.cell();
+    const int spread = std::max(cell.width, cell.height) / blockSide;
+    const int smoothed = frame.lacksBits(file) ? 2 * std::max(cell.width, cell.height) : 0;
     return smoothed + (spread > 1 ? spread : 0);
 }
 
@@ -33,16 +34,17 @@ int begin(int corner, int cell) {
 
 gfx::PixelGrid pixelGrid(ByteSpan file) {
     if (fileFormat(file) != FileFormat::Jpeg) return {};
-    JpegHeader header(file);
-    if (!header.readHeader() || header.headerProblem({})) return {};
-    const gfx::PixelSize seen = header.seenSize();
-    const PixelMap upright = PixelMap::upright(header.orientation(), seen);
-    const gfx::PixelSize cell = header.cell();
+    const auto frame = JpegFrame::read(file);
+    if (!frame) return {};
+    const gfx::PixelSize seen =
+        withExchangedSides(frame->storedSize, gfx::exchangesSides(frame->orientation));
+    const PixelMap upright = PixelMap::upright(frame->orientation, seen);
+    const gfx::PixelSize cell = frame->cell();
     const gfx::PixelRect corner = upright.apply({0, 0, cell.width, cell.height});
     return {.cell = {corner.width, corner.height},
             .x = begin(corner.x, corner.width),
             .y = begin(corner.y, corner.height),
-            .reach = reachBeside(header)};
+            .reach = reachBeside(*frame, file)};
 }
 
 }  // namespace kalim::codec

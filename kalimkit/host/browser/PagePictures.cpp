@@ -9,9 +9,9 @@
 
 #include "kalimkit/backend/html/HtmlRaster.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/codec/Saving.h"
 #include "kalimkit/host/browser/BrowserImports.h"
 #include "kalimkit/host/browser/PageEditor.h"
-#include "kalimkit/host/browser/PageGrid.h"
 
 #define KALIM_EXPORT(name) __attribute__((export_name(name)))
 
@@ -66,6 +66,6 @@ void tellExported(int picture, const gfx::ImageRef& image, const MDrawView& canv
 KALIM_EXPORT("picture_file") void pictureFile(int picture, int length) {
     const std::string_view file = kalim::pageText(length);
     kalim::grids[picture] =
-        kalim::pageGrid({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
+        kalim::codec::pixelGrid({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
     kalim::dropPageText();
 }
