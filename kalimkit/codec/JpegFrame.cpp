@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "kalimkit/codec/BlockPrefixes.h"
+#include "kalimkit/codec/BytesAt.h"
 #include "kalimkit/codec/ExifOrientation.h"
 
 namespace kalim::codec {
@@ -62,10 +63,7 @@ int twoBytes(ByteSpan data, std::size_t at) {
 }
 
 std::optional<gfx::ImageOrientation> orientationIn(const Segment& segment) {
-    const bool isExif =
-        segment.code == exifMarker && segment.data.size() >= prefixes::exif.size() &&
-        std::ranges::equal(segment.data.first(prefixes::exif.size()), prefixes::exif, {}, {},
-                           [](char letter) { return static_cast<std::uint8_t>(letter); });
+    const bool isExif = segment.code == exifMarker && hasAt(segment.data, 0, prefixes::exif);
     if (!isExif) return std::nullopt;
     return exifOrientation(segment.data.subspan(prefixes::exif.size()));
 }
