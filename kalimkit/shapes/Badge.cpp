@@ -1,6 +1,6 @@
 #include "kalimkit/shapes/Badge.h"
 
-#include <cmath>
+#include "kalimkit/gfx/Contrast.h"
 
 namespace kalim {
 
@@ -15,23 +15,14 @@ constexpr gfx::Color darkInk{0.11, 0.11, 0.12, 1};
 constexpr gfx::Color greyRim{0.35, 0.35, 0.37, 1};
 constexpr gfx::Shadow badgeShadow{{0, 1}, 4, {0, 0, 0, 0.45}};
 
-double linear(double component) {
-    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
-}
-
-// The relative luminance of the Web Content Accessibility Guidelines.
-double luminance(const gfx::Color& color) {
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
-}
-
 }  // namespace
 
 gfx::Color inkOn(const gfx::Color& ground) {
-    return luminance(ground) > lightest ? darkInk : white;
+    return gfx::luminance(ground) > lightest ? darkInk : white;
 }
 
 gfx::Color rimOf(const gfx::Color& ground) {
-    return luminance(ground) > almostWhite ? greyRim : white;
+    return gfx::luminance(ground) > almostWhite ? greyRim : white;
 }
 
 void fillBadge(gfx::Context& context, const gfx::Path& outline, const gfx::Color& color,

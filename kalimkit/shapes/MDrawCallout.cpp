@@ -17,7 +17,8 @@ constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
                                           {"fontSize", ToolDetailRule::Type::Number, true, 0.01},
                                           {"inset", ToolDetailRule::Type::Number, false, 0},
                                           {tailKey, ToolDetailRule::Type::Points, false}};
-constexpr ToolProperty properties[] = {opacityProperty};
+constexpr ToolProperty properties[] = {alignProperty, boldProperty, directionProperty,
+                                       opacityProperty};
 
 // Canvas points.
 constexpr double smallestWidth = 30;

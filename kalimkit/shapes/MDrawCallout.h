@@ -52,7 +52,6 @@ protected:
     MoveDirection handleAt(gfx::Point p) override;
     gfx::ColorRef textColor() const override;
     gfx::ColorRef fieldColor() const override { return nullptr; }
-    bool isOutlined() const override { return false; }
     bool shrinksToWords() const override { return true; }
 
 private:

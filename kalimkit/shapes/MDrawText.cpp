@@ -5,8 +5,10 @@
 #include <cmath>
 #include <numbers>
 
+#include "kalimkit/gfx/Contrast.h"
 #include "kalimkit/gfx/text/Graphemes.h"
 #include "kalimkit/gfx/text/PlainText.h"
+#include "kalimkit/shapes/ShapeProperties.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -32,7 +34,8 @@ constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
                                           {"fontSize", ToolDetailRule::Type::Number, true, 0.01},
                                           {"inset", ToolDetailRule::Type::Number, false, 0}};
 
-constexpr ToolProperty properties[] = {opacityProperty};
+constexpr ToolProperty properties[] = {groundProperty, alignProperty, boldProperty,
+                                       directionProperty, opacityProperty};
 
 constexpr double hitMargin = 5;
 constexpr gfx::Size smallestBox{30, 20};
@@ -251,7 +254,12 @@ void MDrawText::setFeature(const FeatureRef& feature) {
     if (const double* angle = feature->get<double>("MDrawTool-rotateAngle"))
         setRotateAngle(static_cast<float>(*angle));
     readArrangement(*feature);
+    // Properties may fit the box; it is as it was all the same.
+    const gfx::Point start = _startPoint;
+    const gfx::Point end = _endPoint;
     takeProperties(*feature);
+    _startPoint = start;
+    _endPoint = end;
 }
 
 // ---- the canvas
@@ -276,7 +284,8 @@ gfx::Color MDrawText::getMaskColor() const {
     const auto canvas = delegate();
     const gfx::ColorRef mask =
         canvas ? canvas->drawTextAskForMaskColor(*this).value_or(nullptr) : nullptr;
-    return mask ? *mask : gfx::Color{1, 1, 1, 1};
+    if (mask) return *mask;
+    return rules().forgiving && color() ? gfx::contrasting(*color()) : gfx::Color{1, 1, 1, 1};
 }
 
 gfx::Point MDrawText::convertPointToCoordinate(gfx::Point p, Coordinate to) const {
@@ -328,6 +337,21 @@ bool MDrawText::takeDetail(std::string_view name, const ToolDetailValue& value) 
         _inset = *number;
     } else {
         return false;
+    }
+    return true;
+}
+
+bool MDrawText::setProperty(std::string_view name, const ToolPropertyValue& value) {
+    const auto alive = self();
+    const std::optional<ToolPropertyValue> before = property(name);
+    if (!MDrawRect::setProperty(name, value)) return false;
+    if (before == value) return true;
+    if (_isEdittingText) {
+        _isRestyled = true;
+        styleTextView();
+        updateTextViewSuitableFrame();
+    } else if (name == boldProperty.name && !_text.empty()) {
+        updateFrameWhenChangeLineWidth(_fontSize);
     }
     return true;
 }

@@ -130,6 +130,8 @@ public:
     ToolDetails details() const override;
     ToolDetails keptDetails() const override;
     bool takeDetail(std::string_view name, const ToolDetailValue& value) override;
+    // What changes the widths of letters gives the box another size.
+    bool setProperty(std::string_view name, const ToolPropertyValue& value) override;
     double fontSize() const { return _fontSize; }
     void setFontSize(double size) { _fontSize = size; }
     // Follows from the font size, and sets it; a width that is none of the five pens' sets nothing.
@@ -150,8 +152,6 @@ protected:
     // Of what is typed, and of the field under it; null for none.
     virtual gfx::ColorRef textColor() const { return color(); }
     virtual gfx::ColorRef fieldColor() const;
-    // Whether the text has an outline in the mask colour.
-    virtual bool isOutlined() const { return true; }
     // Whether the box goes with the words when they are typed anew, as long as nobody has made it
     // wider or narrower than they are.
     virtual bool shrinksToWords() const { return false; }
@@ -188,6 +188,12 @@ private:
     void updateFrameWhenChangeLineWidth(double oldFontSize);
     double wrappingWidth() const;
     bool isAsWideAsWords() const;
+    gfx::LineAlignment alignment() const;
+    gfx::BaseDirection baseDirection() const;
+    void drawPlate(gfx::Context& context, const gfx::TextLayout& layout, gfx::Point topLeft) const;
+    void drawOutline(gfx::Context& context, const gfx::TextLayout& layout,
+                     gfx::Point topLeft) const;
+    void drawShadow(gfx::Context& context, const gfx::TextLayout& layout, gfx::Point topLeft) const;
     const gfx::TextLayout& layoutOf(const std::string& text, double width) const;
     template <typename Overflow>
     void shrinkFont(const std::string& text, Overflow overflow);

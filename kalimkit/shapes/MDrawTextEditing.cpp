@@ -119,6 +119,8 @@ void MDrawText::styleTextView() {
     gfx::Font font = getTextFont();
     font.size = scale * _fontSize;
     _textView->setFont(font);
+    _textView->setBaseDirection(baseDirection());
+    _textView->setAlignment(alignment());
 }
 
 void MDrawText::takeColor(gfx::ColorRef color) {

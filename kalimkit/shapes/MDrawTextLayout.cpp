@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/gfx/RoundedRect.h"
 #include "kalimkit/shapes/MDrawText.h"
+#include "kalimkit/shapes/ShapeProperties.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 // How the text is broken in its box, measured, shrunk to fit, and drawn. Measuring and drawing look
@@ -16,6 +18,11 @@ namespace {
 constexpr double tolerance = 0.01;
 constexpr int mostSteps = 10;
 constexpr double smallestFontSize = 1;
+// Of the font's size.
+constexpr double plateMargin = 0.28;
+constexpr double plateRadius = 0.35;
+constexpr double shadowDrop = 0.04;
+constexpr double shadowBlur = 0.22;
 
 // By how much the font size is reduced at once when the text is too large by so many whole points.
 double shrinkStep(double overflow) {
@@ -46,18 +53,35 @@ const gfx::TextLayout& MDrawText::layoutOf(const std::string& text, double width
     const gfx::Size limit{width, gfx::TextLayout::unlimited};
     if (!_layout) {
         _layout.emplace(ui::Environment::current().device(), text, font, limit);
-        return *_layout;
+    } else {
+        if (_layout->text() != text) _layout->setText(text);
+        _layout->setFont(font);
+        _layout->setLimit(limit);
     }
-    if (_layout->text() != text) _layout->setText(text);
-    _layout->setFont(font);
-    _layout->setLimit(limit);
+    _layout->setBaseDirection(baseDirection());
+    _layout->setAlignment(alignment());
     return *_layout;
+}
+
+// Lines begin at the left whatever they say, except under forgiving rules.
+gfx::LineAlignment MDrawText::alignment() const {
+    const std::string chosen = MDrawTool::text(alignProperty.name);
+    if (chosen == "center") return gfx::LineAlignment::Center;
+    if (chosen == "end") return gfx::LineAlignment::End;
+    return rules().forgiving ? gfx::LineAlignment::Start : gfx::LineAlignment::Left;
+}
+
+gfx::BaseDirection MDrawText::baseDirection() const {
+    const std::string chosen = MDrawTool::text(directionProperty.name);
+    if (chosen == "ltr") return gfx::BaseDirection::LeftToRight;
+    if (chosen == "rtl") return gfx::BaseDirection::RightToLeft;
+    return gfx::BaseDirection::FirstLetter;
 }
 
 gfx::Font MDrawText::getTextFont() const {
     gfx::Font font;
     font.size = _fontSize;
-    font.bold = true;
+    font.bold = number(boldProperty.name) != 0;
     return font;
 }
 
@@ -129,17 +153,49 @@ void MDrawText::drawTextWithString(gfx::Context& context, const std::string& tex
     const gfx::TextLayout& layout = layoutOf(text, wrappingWidth());
     // The rectangle begins two points right of the box.
     const gfx::Point topLeft = rect.origin + gfx::Point{_inset - 2, 0};
-    const gfx::Rect visible = context.clipBounds();
+    const std::string ground = MDrawTool::text(groundProperty.name);
     gfx::GraphicsStateGuard guard(context);
-    if (isOutlined()) {
-        context.setTextMode(gfx::TextMode::Stroke);
-        context.setLineJoin(gfx::LineJoin::Round);
-        context.setLineWidth(std::max(_fontSize / 5, 1.0));
-        context.setStrokeColor(getMaskColor());
-        layout.draw(context, topLeft, visible);
-    }
+    if (ground == "outline") drawOutline(context, layout, topLeft);
+    if (ground == "plate") drawPlate(context, layout, topLeft);
+    if (ground == "shadow") drawShadow(context, layout, topLeft);
     context.setTextMode(gfx::TextMode::Fill);
-    layout.draw(context, topLeft, visible);
+    layout.draw(context, topLeft, context.clipBounds());
+}
+
+void MDrawText::drawOutline(gfx::Context& context, const gfx::TextLayout& layout,
+                            gfx::Point topLeft) const {
+    context.setTextMode(gfx::TextMode::Stroke);
+    context.setLineJoin(gfx::LineJoin::Round);
+    context.setLineWidth(std::max(_fontSize / 5, 1.0));
+    context.setStrokeColor(getMaskColor());
+    layout.draw(context, topLeft, context.clipBounds());
+}
+
+// Around all lines together.
+void MDrawText::drawPlate(gfx::Context& context, const gfx::TextLayout& layout,
+                          gfx::Point topLeft) const {
+    gfx::Rect plate;
+    for (const gfx::TextLine& line : layout.lines()) {
+        const gfx::Rect box(topLeft.x + line.origin.x, topLeft.y + line.top(), line.width,
+                            line.ascent + line.descent);
+        plate = plate.size.height > 0 ? plate.unionWith(box) : box;
+    }
+    const double margin = plateMargin * _fontSize;
+    const gfx::GraphicsStateGuard guard(context);
+    context.setFillColor(getMaskColor());
+    context.addPath(gfx::roundedRect(plate.inset(-margin, -margin / 2), plateRadius * _fontSize));
+    context.fill();
+}
+
+// All of it lies under all of the text. It falls as if the text were drawn without a zoom.
+void MDrawText::drawShadow(gfx::Context& context, const gfx::TextLayout& layout,
+                           gfx::Point topLeft) const {
+    const gfx::GraphicsStateGuard guard(context);
+    const double size = _fontSize * context.transform().largestStretch();
+    context.setShadow({{0, shadowDrop * size}, shadowBlur * size, getMaskColor()});
+    context.setTextMode(gfx::TextMode::Fill);
+    for (int pass = 0; pass < 2; ++pass)
+        layout.draw(context, topLeft, context.clipBounds());
 }
 
 }  // namespace kalim

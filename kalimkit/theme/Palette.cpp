@@ -1,13 +1,13 @@
 #include "kalimkit/theme/Palette.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <utility>
 #include <vector>
 
+#include "kalimkit/gfx/Contrast.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -68,13 +68,6 @@ struct GivenColors {
 
     static GivenColors& current() { return ui::Environment::current().attachment<GivenColors>(); }
 };
-
-double luminance(const gfx::Color& color) {
-    const auto linear = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
-}
 
 // Whether texts of the dark palette stand out more.
 bool isDarkGround(const gfx::Color& ground, ui::Appearance appearance) {
@@ -137,8 +130,8 @@ bool setPaletteColor(std::string_view name, const std::optional<gfx::Color>& col
 }
 
 double contrastRatio(const gfx::Color& one, const gfx::Color& other) {
-    const double a = luminance(one);
-    const double b = luminance(other);
+    const double a = gfx::luminance(one);
+    const double b = gfx::luminance(other);
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 

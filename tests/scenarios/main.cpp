@@ -150,6 +150,8 @@ void registerScenarios() {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    // The same fonts whatever else is installed.
+    ::setenv("FONTCONFIG_FILE", KALIM_FONTS, 0);
     kalim::test::registerScenarios();
     return RUN_ALL_TESTS();
 }

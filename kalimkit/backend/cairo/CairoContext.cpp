@@ -9,6 +9,7 @@
 #include "kalimkit/backend/cairo/CairoGeometry.h"
 #include "kalimkit/backend/cairo/CairoPaint.h"
 #include "kalimkit/backend/cairo/CairoSurface.h"
+#include "kalimkit/backend/cairo/GlyphOutlines.h"
 
 namespace kalim::gfx {
 
@@ -181,7 +182,8 @@ void CairoContext::onDrawText(std::string_view text, Point baseline, const Font&
         cairo_new_path(context);
         cairo_set_matrix(context, &matrix);
         cairo_move_to(context, 0, 0);
-        if (isFilled && (shaped->hasColorGlyphs() || suitsGlyphMasks(state(), placed, font))) {
+        if (shaped->hasColorGlyphs()) return paintColorText(context, *shaped, placed);
+        if (isFilled && suitsGlyphMasks(state(), placed, font)) {
             setSourceColor(context, state().fillColor, state().alpha);
             pango_cairo_show_layout_line(context, shaped->line());
             cairo_identity_matrix(context);
@@ -191,6 +193,30 @@ void CairoContext::onDrawText(std::string_view text, Point baseline, const Font&
         cairo_identity_matrix(context);
         isFilled ? fillPath(context) : strokePath(context);
     });
+}
+
+// The context carries the matrix of the text, and is left with none.
+void CairoContext::paintColorText(cairo_t* context, const ShapedText& text,
+                                  const AffineTransform& placed) const {
+    const bool isFilled = state().textMode == TextMode::Fill;
+    if (isFilled) {
+        showColorGlyphs(context, text, state().alpha);
+    } else {
+        const double reach =
+            std::min(state().lineWidth * toDevice().largestStretch(), largestPen) / 2;
+        const Rect ink = placed.apply(text.inkBounds()).inset(-reach - 1, -reach - 1);
+        const cairo_matrix_t matrix = toCairo(placed);
+        cairo_identity_matrix(context);
+        // What lies out of view may reach into it.
+        const DeviceBox visible = clipBox(context).grown(static_cast<int>(reach) + 1);
+        cairo_set_matrix(context, &matrix);
+        setSourceColor(context, state().strokeColor, state().alpha);
+        strokeColorGlyphs(context, text, reach, DeviceBox::around(ink).intersection(visible));
+    }
+    cairo_new_path(context);
+    traceInkedGlyphs(context, text);
+    cairo_identity_matrix(context);
+    isFilled ? fillPath(context) : strokePath(context);
 }
 
 // ---- groups ---------------------------------------------------------------------------------

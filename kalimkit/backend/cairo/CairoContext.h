@@ -57,6 +57,8 @@ private:
     double shadowSigma() const;
     int shadowReach() const;
 
+    void paintColorText(cairo_t* context, const ShapedText& text,
+                        const AffineTransform& placed) const;
     // These paint the context's current path with the state's paint.
     void fillPath(cairo_t* context) const;
     void strokePath(cairo_t* context) const;

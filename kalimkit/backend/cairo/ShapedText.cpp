@@ -2,6 +2,8 @@
 
 #include <pango/pangofc-font.h>
 
+#include <algorithm>
+
 #include "kalimkit/gfx/Utf8.h"
 
 namespace kalim::gfx {
@@ -41,11 +43,25 @@ ShapedText::ShapedText(PangoContext* context, const PangoFontDescription* font,
     PangoRectangle ink;
     pango_layout_line_get_extents(line(), &ink, nullptr);
     _inkBounds = {points(ink.x), points(ink.y), points(ink.width), points(ink.height)};
+    findRuns();
     measureAdvances();
 }
 
 PangoLayoutLine* ShapedText::line() const {
     return pango_layout_get_line_readonly(_layout.get(), 0);
+}
+
+bool ShapedText::hasColorGlyphs() const {
+    return std::ranges::any_of(_runs, &Run::isColor);
+}
+
+void ShapedText::findRuns() {
+    double x = 0;
+    for (const GSList* entry = line()->runs; entry != nullptr; entry = entry->next) {
+        auto* const run = static_cast<PangoLayoutRun*>(entry->data);
+        _runs.push_back({run, x, isColorFont(run->item->analysis.font)});
+        x += points(pango_glyph_string_get_width(run->glyphs));
+    }
 }
 
 void ShapedText::measureAdvances() {
@@ -55,11 +71,9 @@ void ShapedText::measureAdvances() {
     const char* const text = pango_layout_get_text(_layout.get());
     // Runs follow each other as they are seen, characters as they are written.
     std::vector<int> widths(static_cast<std::size_t>(attributeCount));
-    for (const GSList* entry = line()->runs; entry != nullptr; entry = entry->next) {
-        auto* const run = static_cast<PangoLayoutRun*>(entry->data);
-        const long first = g_utf8_pointer_to_offset(text, text + run->item->offset);
-        pango_glyph_item_get_logical_widths(run, text, widths.data() + first);
-        _hasColorGlyphs = _hasColorGlyphs || isColorFont(run->item->analysis.font);
+    for (const Run& run : _runs) {
+        const long first = g_utf8_pointer_to_offset(text, text + run.glyphs->item->offset);
+        pango_glyph_item_get_logical_widths(run.glyphs, text, widths.data() + first);
     }
     for (int i = 0; i + 1 < attributeCount; ++i) {
         if (attributes[i].is_cursor_position || _advances.empty()) _advances.push_back(0);

@@ -31,6 +31,15 @@ struct MendedText {
 // large it is drawn.
 class ShapedText {
 public:
+    // What is drawn in one font.
+    struct Run {
+        PangoLayoutRun* glyphs = nullptr;
+        // Points from the start of the baseline.
+        double x = 0;
+        // The font draws it in colours of its own, which an outline cannot show.
+        bool isColor = false;
+    };
+
     ShapedText(PangoContext* context, const PangoFontDescription* font, std::string_view text);
 
     PangoLayoutLine* line() const;
@@ -38,16 +47,18 @@ public:
     const std::vector<double>& advances() const { return _advances; }
     // The box of what is drawn, seen from the start of the baseline.
     const Rect& inkBounds() const { return _inkBounds; }
-    // True when a font draws some of it in colours of its own, which an outline cannot show.
-    bool hasColorGlyphs() const { return _hasColorGlyphs; }
+    // From left to right.
+    const std::vector<Run>& runs() const { return _runs; }
+    bool hasColorGlyphs() const;
 
 private:
+    void findRuns();
     void measureAdvances();
 
     std::unique_ptr<PangoLayout, GObjectRelease> _layout;
     std::vector<double> _advances;
     Rect _inkBounds;
-    bool _hasColorGlyphs = false;
+    std::vector<Run> _runs;
 };
 
 }  // namespace kalim::gfx

@@ -207,6 +207,18 @@ void TextView::setFont(const gfx::Font& font) {
     tellHost();
 }
 
+void TextView::setBaseDirection(gfx::BaseDirection direction) {
+    _editor->setBaseDirection(direction);
+    setNeedsDisplay();
+    tellHost();
+}
+
+void TextView::setAlignment(gfx::LineAlignment alignment) {
+    _editor->setAlignment(alignment);
+    setNeedsDisplay();
+    tellHost();
+}
+
 void TextView::setInset(gfx::Size inset) {
     if (inset == _inset) return;
     _inset = inset;

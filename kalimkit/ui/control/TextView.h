@@ -22,9 +22,10 @@ namespace kalim::ui {
 // How a host's on-screen keyboard is to look.
 enum class KeyboardAppearance { Default = 0, Dark = 1 };
 
-// A text of several lines that the user edits: aligned left, broken at the view's width less the
-// inset. A tap takes the focus and places the caret, a drag selects, a double tap selects a word.
-// The caret blinks while the view has the focus and nothing is selected. Lengths are points.
+// A text of several lines that the user edits: aligned left at first, broken at the view's width
+// less the inset. A tap takes the focus and places the caret, a drag selects, a double tap selects
+// a word. The caret blinks while the view has the focus and nothing is selected. Lengths are
+// points.
 class KALIM_API TextView : public View {
 public:
     // Between the view's edges and its text where nothing else is said: left and right, top and
@@ -73,6 +74,8 @@ public:
     // ---- looks
     const gfx::Font& font() const { return _editor->layout().font(); }
     void setFont(const gfx::Font& font);
+    void setBaseDirection(gfx::BaseDirection direction);
+    void setAlignment(gfx::LineAlignment alignment);
     gfx::Size inset() const { return _inset; }
     // No side of it is negative.
     void setInset(gfx::Size inset);
@@ -119,7 +122,7 @@ private:
         std::vector<std::string> lines;
         std::vector<gfx::Rect> selection;
         std::vector<gfx::Rect> marked;
-        gfx::Rect caret;
+        std::vector<gfx::Rect> carets;
     };
 
     // ---- changes
@@ -146,6 +149,8 @@ private:
     void scrollToCaret();
     bool showsCaret() const;
     void restartBlinking();
+    // That of caretRect(), and the lower half of another one where two directions meet.
+    std::vector<gfx::Rect> carets() const;
     void drawUnderlines(gfx::Context& context, const gfx::Rect& dirty) const;
 
     std::unique_ptr<TextEditor> _editor;

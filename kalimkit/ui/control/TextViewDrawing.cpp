@@ -37,7 +37,7 @@ TextView::Shown TextView::shown() const {
         result.lines.push_back(text().substr(line->begin, line->end - line->begin));
     result.selection = rectsOf(selection().range());
     if (markedRange()) result.marked = rectsOf(*markedRange());
-    result.caret = caretRect();
+    result.carets = carets();
     return result;
 }
 
@@ -58,8 +58,10 @@ void TextView::damageDifference(const Shown& before, const Shown& now) {
     damageChanged(before.selection, now.selection);
     damageChanged(before.marked, now.marked);
     if (!isFirstResponder()) return;
-    setNeedsDisplay(before.caret);
-    setNeedsDisplay(now.caret);
+    for (const auto* carets : {&before.carets, &now.carets}) {
+        for (const gfx::Rect& caret : *carets)
+            setNeedsDisplay(caret);
+    }
 }
 
 // Lines are equally high, so one that is gone had its place too.
@@ -85,6 +87,16 @@ void TextView::scrollToCaret() {
 
 // ---- caret
 
+std::vector<gfx::Rect> TextView::carets() const {
+    std::vector<gfx::Rect> result{caretRect()};
+    if (auto other = _editor->layout().otherCaretRect(_editor->head())) {
+        const double half = other->size.height / 2;
+        const gfx::Point place = other->origin + textOrigin() + gfx::Point{0, half};
+        result.push_back({place, {caretWidth, half}});
+    }
+    return result;
+}
+
 bool TextView::showsCaret() const {
     return _isCaretLit && isFirstResponder() && selection().isEmpty();
 }
@@ -95,7 +107,9 @@ void TextView::restartBlinking() {
     if (!_blinkTimer) return;
     _blinkTimer->start(blinkInterval, true, [this] {
         _isCaretLit = !_isCaretLit;
-        if (selection().isEmpty()) setNeedsDisplay(caretRect());
+        if (!selection().isEmpty()) return;
+        for (const gfx::Rect& caret : carets())
+            setNeedsDisplay(caret);
     });
 }
 
@@ -116,9 +130,11 @@ void TextView::drawRect(gfx::Context& context, const gfx::Rect& dirty) {
         _editor->layout().draw(context, textOrigin(), dirty);
     }
     if (markedRange()) drawUnderlines(context, dirty);
-    if (!showsCaret() || !caretRect().intersects(dirty)) return;
+    if (!showsCaret()) return;
     context.setFillColor(caretColor);
-    context.fillRect(caretRect());
+    for (const gfx::Rect& caret : carets()) {
+        if (caret.intersects(dirty)) context.fillRect(caret);
+    }
 }
 
 void TextView::drawUnderlines(gfx::Context& context, const gfx::Rect& dirty) const {
