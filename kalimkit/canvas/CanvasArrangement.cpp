@@ -10,6 +10,7 @@
 #include "kalimkit/canvas/CanvasShown.h"
 #include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/canvas/CanvasTyping.h"
+#include "kalimkit/canvas/MemberStates.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -18,6 +19,8 @@ namespace {
 
 // Seconds within which moves by keys are one.
 constexpr double nudgePause = 1;
+// Canvas points that are left of a side.
+constexpr double leastSide = 1;
 
 gfx::Rect boundsOf(const ToolList& tools) {
     gfx::Rect bounds = tools.front()->shownFrame();
@@ -118,16 +121,15 @@ gfx::AffineTransform CanvasArrangement::toSeen() const {
     return gfx::AffineTransform::quarterTurn(_canvas.tools.quarterTurns());
 }
 
-bool CanvasArrangement::nudge(gfx::Point offset) {
+// Changes by keys that follow each other quickly are one step.
+template <typename Change>
+bool CanvasArrangement::changeByKey(Change change) {
     // A finger that drags them says where they are.
     if (_canvas.finger.hasMoved()) return false;
     if (!isNudging() && !begin()) return false;
     const ToolList tools = movable();
-    if (tools.empty() || offset == gfx::Point{}) return false;
+    if (tools.empty() || !change(tools)) return false;
     const bool isFirst = !isNudging();
-    const gfx::Point moved = toSeen().inverted().apply(offset);
-    for (const ToolRef& tool : tools)
-        tool->moveBy(moved);
     _nudged = _canvas.selection.group();
     ui::RunLoop& loop = ui::Environment::current().runLoop();
     if (_nudgingEnd) loop.cancel(_nudgingEnd);
@@ -138,6 +140,64 @@ bool CanvasArrangement::nudge(gfx::Point offset) {
     _canvas.home.redisplay();
     if (isFirst) _canvas.history.tell();
     return true;
+}
+
+bool CanvasArrangement::nudge(gfx::Point offset) {
+    if (offset == gfx::Point{}) return false;
+    const gfx::Point moved = toSeen().inverted().apply(offset);
+    return changeByKey([moved](const ToolList& tools) {
+        for (const ToolRef& tool : tools)
+            tool->moveBy(moved);
+        return true;
+    });
+}
+
+bool CanvasArrangement::resize(gfx::Point growth) {
+    if (!_canvas.tools.forgiving() || growth == gfx::Point{}) return false;
+    return changeByKey([this, growth](const ToolList& tools) {
+        const gfx::Rect seen = toSeen().apply(boundsOf(tools));
+        const bool hasRoom = (growth.x >= 0 || seen.size.width + growth.x >= leastSide) &&
+                             (growth.y >= 0 || seen.size.height + growth.y >= leastSide);
+        if (!hasRoom) return false;
+        const MemberStates before(tools);
+        stretch(tools, growth);
+        if (std::ranges::all_of(tools, &MDrawTool::isDrawVaild)) return true;
+        before.restore();
+        return false;
+    });
+}
+
+// The corner at the top left stays, as it is seen. A line that runs along an axis has no box to
+// grow across it: its end goes there.
+void CanvasArrangement::stretch(const ToolList& tools, gfx::Point growth) const {
+    const gfx::AffineTransform toCanvas = toSeen().inverted();
+    const gfx::Rect seen = toSeen().apply(boundsOf(tools));
+    const auto factorOf = [](double size, double more) {
+        return size < leastSide ? 1 : (size + more) / size;
+    };
+    gfx::Size factors{factorOf(seen.size.width, growth.x), factorOf(seen.size.height, growth.y)};
+    MDrawTool& first = *tools.front();
+    if (tools.size() == 1 && factors == gfx::Size{1, 1} &&
+        first.toolClass().span() == ToolSpan::Line) {
+        first.setEndPoint(first.endPoint() + toCanvas.apply(growth));
+        return;
+    }
+    if (_canvas.tools.quarterTurns() % 2 != 0) std::swap(factors.width, factors.height);
+    const gfx::Point fixed = toCanvas.apply(seen.origin);
+    for (const ToolRef& tool : tools)
+        tool->scaleBy(fixed, factors);
+}
+
+bool CanvasArrangement::turn(double angle) {
+    const auto& group = _canvas.selection.group();
+    const bool canTurn = _canvas.tools.forgiving() && group && group->isSupportGestureRotate();
+    if (!canTurn || _canvas.selection.isLocked() || angle == 0) return false;
+    return changeByKey([angle](const ToolList& tools) {
+        const gfx::Point middle = boundsOf(tools).center();
+        for (const ToolRef& tool : tools)
+            tool->turnBy(middle, angle);
+        return true;
+    });
 }
 
 void CanvasArrangement::endNudging() {

@@ -58,6 +58,12 @@ public:
     // By an offset as it is seen, whichever way the picture is turned. What comes within a second
     // of the one before is the same step.
     bool nudge(gfx::Point offset);
+    // The selection's box grows by so many points as it is seen, to the right and downwards, on a
+    // forgiving canvas; not where a shape would have no size left. A step like that of nudge(), and
+    // the same where they follow each other.
+    bool resize(gfx::Point growth);
+    // About its middle, radians clockwise; likewise.
+    bool turn(double angle);
     // Along the selection's own edge, or the picture's where it is a single shape or group. Edges
     // and directions are those that are seen, too.
     bool align(Alignment alignment);
@@ -99,6 +105,9 @@ private:
     };
 
     bool begin();
+    template <typename Change>
+    bool changeByKey(Change change);
+    void stretch(const ToolList& tools, gfx::Point growth) const;
     ToolList movable() const;
     static std::vector<Unit> unitsOf(const ToolList& tools);
     gfx::AffineTransform toSeen() const;

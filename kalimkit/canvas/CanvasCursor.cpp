@@ -5,6 +5,7 @@
 
 #include "kalimkit/canvas/CanvasParts.h"
 #include "kalimkit/canvas/DrawnSpan.h"
+#include "kalimkit/canvas/HandleUnder.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -20,20 +21,37 @@ ui::Cursor handleCursor(const SelectionFrame& frame, MoveDirection handle,
     return resizeCursor(shown.apply(direction) - shown.apply(gfx::Point{}));
 }
 
+// Ends of lines go along them, corners of a tool's own away from its middle; points of other kinds
+// are taken and carried.
+ui::Cursor ownHandleCursor(const MDrawTool& tool, MoveDirection part,
+                           const gfx::AffineTransform& toView, bool isHeld) {
+    if (!isHandle(part) || part == MoveDirection::Place) return ui::Cursor::Move;
+    if (part == MoveDirection::Start || part == MoveDirection::End)
+        return resizeCursor(toView.apply(tool.endPoint()) - toView.apply(tool.startPoint()));
+    const MovedSides sides = movedSides(part);
+    if (sides != MovedSides{}) {
+        const gfx::AffineTransform shown = tool.turning().concat(toView);
+        return resizeCursor(shown.apply(gfx::Point{sides.x * 1.0, sides.y * 1.0}) -
+                            shown.apply(gfx::Point{}));
+    }
+    return isHeld ? ui::Cursor::Grabbing : ui::Cursor::Grab;
+}
+
 std::optional<ui::Cursor> selectionCursor(CanvasParts& canvas, gfx::Point p) {
     const auto& group = canvas.selection.group();
     if (!group || canvas.selection.isLocked()) return std::nullopt;
     canvas.selection.readyForScreen();
     const SelectionFrame frame = group->selectionFrame();
+    const gfx::AffineTransform& toView = canvas.home.view().mViewTransform();
     // What is held stays so, wherever the pointer is.
-    const bool isHeld = canvas.grip.holds();
-    const MoveDirection held = group->ownsGrip() ? group->grip() : MoveDirection::None;
-    const MoveDirection handle = isHeld ? held : frame.handleAt(p);
-    if (isHeld && (held == MoveDirection::None || held == MoveDirection::Body))
-        return ui::Cursor::Move;
-    if (handle != MoveDirection::None)
-        return handleCursor(frame, handle, canvas.home.view().mViewTransform());
-    // Ends of lines and the like stand for the body here: whatever is pressed is moved.
+    if (canvas.grip.holds()) {
+        if (group->ownsGrip() && isHandle(group->grip()))
+            return handleCursor(frame, group->grip(), toView);
+        return ownHandleCursor(*group->firstSelectedTool(), group->grip(), toView, true);
+    }
+    const std::optional<FoundHandle> handle = handleUnder(*group, p);
+    if (handle && handle->isOfFrame) return handleCursor(frame, handle->part, toView);
+    if (handle) return ownHandleCursor(*group->firstSelectedTool(), handle->part, toView, false);
     return group->hitTest(p) ? std::optional(ui::Cursor::Move) : std::nullopt;
 }
 

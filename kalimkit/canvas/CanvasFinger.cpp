@@ -47,6 +47,7 @@ void CanvasFinger::moved(const ui::TouchEvent& event) {
                                     ? _takenPoint
                                     : view.invertViewPoint(touch.previousLocationIn(&view));
         move(from, placeOf(touch));
+        showLoupe(touch);
     }
     tellDrawnOver();
 }
@@ -134,6 +135,7 @@ void CanvasFinger::enter(FingerState state) {
     const bool goesOn = state == FingerState::Drawing || state == FingerState::Dragging;
     if (goesOn) _hasMoved = true;
     if (state == FingerState::Tapping) _hasMoved = false;
+    if (!goesOn) hideLoupe();
     if (state != FingerState::Dragging) {
         _canvas.grip.release();
         _canvas.screen.showMarquee(std::nullopt);
@@ -281,12 +283,13 @@ void CanvasFinger::create(gfx::Point p) {
     if (_canvas.tools.forgiving()) _canvas.freehand.endOfOtherPen();
     const ToolRef tool = makeTool(p);
     _canvas.tools.prepare(*tool);
-    tool->takeContact(_contact);
+    tool->takeContact(_downContact);
     _tool = tool;
     _canvas.tools.add(tool);
     _canvas.screen.markCreated(tool);
     // The ink begins where the finger came down.
     if (_canvas.tools.forgiving() && isCreating(ToolRecorder::Strokes)) tool->drawMove(p);
+    tool->takeContact(_contact);
 }
 
 ToolRef CanvasFinger::makeTool(gfx::Point p) {

@@ -54,6 +54,10 @@ public:
     // Where the finger is about to be.
     void predicted(const std::vector<gfx::Point>& places);
 
+    // Draws with the pen in hand as a finger would that goes from the box's corner at the bottom
+    // left to the opposite one. Whether there is such a pen, and nothing else is under way.
+    bool drawWithin(const gfx::Rect& box);
+
     // ---- the tool that it makes
     // Null between gestures.
     const ToolRef& tool() const { return _tool; }
@@ -103,6 +107,8 @@ private:
     void enter(FingerState state);
     bool staysAlone(const ui::TouchEvent& event);
     void comeDown(const ui::Touch& touch);
+    void showLoupe(const ui::Touch& touch);
+    void hideLoupe();
     void feel(const ui::Touch& touch);
     bool isYoung() const;
     void takeBack();
@@ -164,6 +170,10 @@ private:
     // The keys that are held, and how the finger touches.
     ui::Modifiers _keys;
     ui::TouchContact _contact;
+    // As it landed.
+    ui::TouchContact _downContact;
+    // Above a fingertip that drags a handle; null otherwise.
+    std::shared_ptr<ui::View> _loupe;
     // What is being drawn begins there as far as keys do not say otherwise, and they have.
     gfx::Point _origin;
     bool _isHeldToKeys = false;

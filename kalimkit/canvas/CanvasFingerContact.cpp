@@ -6,10 +6,14 @@
 #include "kalimkit/canvas/CanvasFreehand.h"
 #include "kalimkit/canvas/CanvasGrip.h"
 #include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasLoupe.h"
 #include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/CanvasTyping.h"
+#include "kalimkit/canvas/HandleUnder.h"
 #include "kalimkit/tool/QVGeometry.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 // How the finger touches, and what was no touch of one finger after all.
 
@@ -33,6 +37,7 @@ void CanvasFinger::comeDown(const ui::Touch& touch) {
     _downTime = now();
     _reach = 0;
     feel(touch);
+    _downContact = _contact;
 }
 
 // What it makes is told how it touches.
@@ -77,6 +82,64 @@ void CanvasFinger::takeBack() {
         _canvas.selection.select(_selectedBefore);
     _hasMoved = false;
     _canvas.home.redisplay();
+}
+
+// ---- the loupe
+
+// A fingertip hides the very point that it drags; a mouse and a pen do not.
+void CanvasFinger::showLoupe(const ui::Touch& touch) {
+    const auto& group = _canvas.selection.group();
+    const bool isOnHandle = _state == FingerState::Dragging && _dragged && group &&
+                            group->grip() != MoveDirection::Turn && isHandle(group->grip());
+    const bool isOnVertex = isPlacing() && _state == FingerState::Drawing;
+    const bool isWanted = _canvas.tools.forgiving() && (isOnHandle || isOnVertex) && _isAlone &&
+                          _contact.kind == ui::TouchKind::Finger;
+    // It comes with the next move where its code is not there yet.
+    if (!isWanted || !ui::Environment::current().attachment<ui::LateCode>().isThere([] {}))
+        return hideLoupe();
+    _loupe = showCanvasLoupe(_canvas.home, _canvas.screen, _loupe,
+                             touch.locationIn(&_canvas.home.view()));
+}
+
+void CanvasFinger::hideLoupe() {
+    if (const auto loupe = std::exchange(_loupe, nullptr)) loupe->removeFromSuperview();
+}
+
+// ---- without a finger
+
+bool CanvasFinger::drawWithin(const gfx::Rect& box) {
+    const ToolClass* const kind = _canvas.tools.pen().toolClass;
+    const bool isByTaps = kind && kind->beginning() == ToolBeginning::Taps;
+    if (!kind || isCreating() || _state != FingerState::Idle) return false;
+    if (isByTaps && !_canvas.tools.pen().placesPoints) return false;
+    _canvas.typing.finish();
+    _canvas.freehand.end();
+    _canvas.selection.endStepUnderWay();
+    _canvas.selection.clear();
+    const bool isAtPoint = kind->beginning() == ToolBeginning::TouchDown;
+    const gfx::Point from = isAtPoint ? box.center() : gfx::Point{box.minX(), box.maxY()};
+    const gfx::Point to = isAtPoint ? from : gfx::Point{box.maxX(), box.minY()};
+    _keys = {};
+    _contact = _downContact = {.kind = ui::TouchKind::Mouse};
+    _isAlone = true;
+    _isHeldToKeys = false;
+    _drawnPoint.reset();
+    _meaning = {.draws = true};
+    _downPoint = _origin = _takenPoint = from;
+    create(from);
+    if (isByTaps) {
+        for (const gfx::Point p :
+             {gfx::Point{box.midX(), box.minY()}, gfx::Point{box.maxX(), box.maxY()}}) {
+            if (isPlacing()) setPoint(p);
+        }
+        completePoints();
+    } else {
+        _hasMoved = !isAtPoint;
+        if (!isAtPoint) drawTo(to);
+        up(to);
+        _canvas.freehand.end();
+    }
+    return true;
 }
 
 }  // namespace kalim

@@ -2,14 +2,18 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <numbers>
 #include <string>
 
 #include "kalimkit/canvas/CanvasArrangement.h"
+#include "kalimkit/canvas/CanvasByKeys.h"
 #include "kalimkit/canvas/CanvasPointer.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -95,9 +99,42 @@ bool unlockAll(MDrawView& canvas, CanvasPointer&) {
     return canvas.arrangement()->unlock();
 }
 
+// What only people without a pointer need may come later than the rest.
+template <typename Run>
+bool byKeys(MDrawView& canvas, Run run) {
+    const auto& code = ui::Environment::current().attachment<ui::LateCode>();
+    const auto keys = canvas.byKeys();
+    if (!code.isThere([weak = std::weak_ptr(keys), run] {
+            if (const auto there = weak.lock()) run(*there);
+        }))
+        return true;
+    return run(*keys);
+}
+
 template <int x, int y>
 bool nudge(MDrawView& canvas, CanvasPointer&) {
-    return canvas.arrangement()->nudge({x, y});
+    if (!canvas.hasSelectedTools()) return false;
+    return byKeys(canvas, [](CanvasByKeys& keys) { return keys.nudge({x, y}); });
+}
+template <int x, int y>
+bool resize(MDrawView& canvas, CanvasPointer&) {
+    if (!canvas.hasSelectedTools()) return false;
+    return byKeys(canvas, [](CanvasByKeys& keys) { return keys.resize({x, y}); });
+}
+template <int degrees>
+bool turn(MDrawView& canvas, CanvasPointer&) {
+    if (!canvas.hasSelectedTools()) return false;
+    constexpr double angle = degrees * std::numbers::pi / 180;
+    return byKeys(canvas, [](CanvasByKeys& keys) { return keys.turn(angle); });
+}
+template <bool forwards>
+bool selectNext(MDrawView& canvas, CanvasPointer&) {
+    if (!canvas.forgiving() || !canvas.hasTools()) return false;
+    return byKeys(canvas, [](CanvasByKeys& keys) { return keys.selectNext(forwards); });
+}
+bool make(MDrawView& canvas, CanvasPointer&) {
+    if (!canvas.forgiving() || !canvas.drawToolClass()) return false;
+    return byKeys(canvas, [](CanvasByKeys& keys) { return keys.make(); });
 }
 template <Alignment alignment>
 bool align(MDrawView& canvas, CanvasPointer&) {
@@ -158,6 +195,19 @@ constexpr CanvasKey table[] = {
     {"shift+right", &nudge<10, 0>, true},
     {"shift+up", &nudge<0, -10>, true},
     {"shift+down", &nudge<0, 10>, true},
+    {"alt+left", &resize<-1, 0>, true},
+    {"alt+right", &resize<1, 0>, true},
+    {"alt+up", &resize<0, -1>, true},
+    {"alt+down", &resize<0, 1>, true},
+    {"alt+shift+left", &resize<-10, 0>, true},
+    {"alt+shift+right", &resize<10, 0>, true},
+    {"alt+shift+up", &resize<0, -10>, true},
+    {"alt+shift+down", &resize<0, 10>, true},
+    {"r", &turn<15>, true},
+    {"shift+r", &turn<-15>, true},
+    {"tab", &selectNext<true>, true},
+    {"shift+tab", &selectNext<false>, true},
+    {"n", &make},
     {"ctrl+a", &run<&CanvasArrangement::selectAll>},
     {"ctrl+d", &run<&CanvasArrangement::duplicate>},
     {"ctrl+g", &run<&CanvasArrangement::group>},

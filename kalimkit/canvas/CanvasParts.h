@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kalimkit/canvas/CanvasArrangement.h"
+#include "kalimkit/canvas/CanvasByKeys.h"
 #include "kalimkit/canvas/CanvasContent.h"
 #include "kalimkit/canvas/CanvasDocument.h"
 #include "kalimkit/canvas/CanvasExport.h"
@@ -44,7 +45,8 @@ struct CanvasParts {
           exports({view, shown, content, painter, screen, selection, typing, finger, history}),
           document({home, shown, tools, content, painter, typing, exports}),
           journal({tools, content, typing, document, history}),
-          speech({home, tools, selection, typing, finger}) {}
+          speech({home, tools, selection, typing, finger}),
+          byKeys({home, tools, selection, finger, arrangement, speech}) {}
 
     CanvasHome home;
     CanvasTools tools;
@@ -64,6 +66,7 @@ struct CanvasParts {
     CanvasDocument document;
     CanvasJournal journal;
     CanvasSpeech speech;
+    CanvasByKeys byKeys;
 };
 
 }  // namespace kalim

@@ -252,6 +252,11 @@ void CanvasScreen::draw(gfx::Context& context) {
     context.endTransparencyGroup();
 }
 
+void CanvasScreen::drawAgain(gfx::Context& context) {
+    context.setInterpolation(gfx::Interpolation::High);
+    drawView(context, refreshLayers());
+}
+
 void CanvasScreen::drawView(gfx::Context& context, bool hasLayers) {
     const gfx::AffineTransform shown = _canvas.shown.transform();
     const gfx::AffineTransform further = _layers.toView().inverted().concat(shown);

@@ -49,6 +49,8 @@ public:
     // Thin lines over everything, and the rectangle that a finger spans to pick what it meets.
     void showGuides(std::vector<SnapGuide> guides);
     void showMarquee(const std::optional<gfx::Rect>& marquee);
+    // The handle that a pointer is over, canvas points.
+    void lightHandle(const std::optional<gfx::Point>& handle);
     // Gives the memory back that only a screen needs.
     void release() { _layers.release(); }
 
@@ -58,6 +60,8 @@ public:
     // ---- drawing
     // The frame that the view has begun, view coordinates.
     void draw(gfx::Context& context);
+    // The same once more in that frame, wherever else.
+    void drawAgain(gfx::Context& context);
     // What lies over the picture, which has been drawn, without selection or handles.
     void drawExported(gfx::Context& context, const DrawnPicture& picture);
     // See MDrawView::lastDrawnTools().
@@ -96,6 +100,7 @@ private:
     void drawOverlay(gfx::Context& context) const;
     // A line of the screen, in canvas points.
     double hairline() const;
+    gfx::Rect litDisc() const;
 
     Canvas _canvas;
     CanvasLayers _layers;
@@ -114,6 +119,7 @@ private:
     ToolList _resting;
     std::vector<SnapGuide> _guides;
     std::optional<gfx::Rect> _marquee;
+    std::optional<gfx::Point> _litHandle;
 };
 
 }  // namespace kalim

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "kalimkit/canvas/CanvasScreen.h"
+#include "kalimkit/canvas/CanvasSelection.h"
 #include "kalimkit/canvas/CanvasShown.h"
 
 // What lies over everything that is drawn while a finger drags: never in what leaves the canvas.
@@ -12,6 +13,9 @@ namespace {
 constexpr gfx::Color guideColor{1, 0.18, 0.45, 1};
 constexpr gfx::Color marqueeEdge{0.14, 0.66, 0.91, 1};
 constexpr gfx::Color marqueeGround{0.14, 0.66, 0.91, 0.12};
+constexpr gfx::Color litColor{0.14, 0.66, 0.91, 0.45};
+// Points of the screen.
+constexpr double litRadius = 11;
 
 }  // namespace
 
@@ -26,6 +30,7 @@ void CanvasScreen::markOverlay() {
     for (const SnapGuide& guide : _guides)
         mark(gfx::Rect::spanning(guide.from, guide.to).inset(reach, reach));
     if (_marquee) mark(_marquee->inset(reach, reach));
+    if (_litHandle) mark(litDisc().inset(reach, reach));
 }
 
 void CanvasScreen::showGuides(std::vector<SnapGuide> guides) {
@@ -42,10 +47,26 @@ void CanvasScreen::showMarquee(const std::optional<gfx::Rect>& marquee) {
     markOverlay();
 }
 
+void CanvasScreen::lightHandle(const std::optional<gfx::Point>& handle) {
+    if (handle == _litHandle) return;
+    markOverlay();
+    _litHandle = handle;
+    markOverlay();
+}
+
+gfx::Rect CanvasScreen::litDisc() const {
+    const double radius = litRadius * hairline();
+    return {_litHandle->x - radius, _litHandle->y - radius, 2 * radius, 2 * radius};
+}
+
 void CanvasScreen::drawOverlay(gfx::Context& context) const {
-    if (_guides.empty() && !_marquee) return;
+    if (_guides.empty() && !_marquee && !_litHandle) return;
     const gfx::GraphicsStateGuard guard(context);
     context.setLineWidth(hairline());
+    if (_litHandle && _canvas.selection.isValid()) {
+        context.setFillColor(litColor);
+        context.fillEllipse(litDisc());
+    }
     if (_marquee) {
         context.setFillColor(marqueeGround);
         context.fillRect(*_marquee);

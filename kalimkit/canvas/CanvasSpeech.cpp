@@ -31,21 +31,33 @@ gfx::Rect CanvasSpeech::announcedFrame(MDrawTool& tool) const {
 
 std::vector<ui::AccessibilityElement> CanvasSpeech::elements() {
     _keys.forgetGone();
-    const ZoomedCanvasView& view = _canvas.home.view();
-    const bool showsPicture = !view.bgImgRect().isEmpty() && !view.pictureCut().crop;
-    const gfx::Rect content = showsPicture ? view.bgImgRect() : view.ctxRect();
     std::vector<ui::AccessibilityElement> elements;
     for (const ToolRef& tool : _canvas.tools.list()) {
         if (!isAnnounced(*tool)) continue;
         elements.push_back({.key = _keys.keyOf(tool),
                             .role = tool->toolClass().role(),
-                            .label = describeTool(*tool, content, view.pictureCut().quarterTurns),
+                            .label = describe(*tool),
                             .value = {},
                             .frame = announcedFrame(*tool),
                             .isEnabled = _canvas.selection.isPickable(*tool),
                             .isSelected = tool->selected()});
     }
     return elements;
+}
+
+std::string CanvasSpeech::describe(const MDrawTool& tool) const {
+    const ZoomedCanvasView& view = _canvas.home.view();
+    const bool showsPicture = !view.bgImgRect().isEmpty() && !view.pictureCut().crop;
+    const gfx::Rect content = showsPicture ? view.bgImgRect() : view.ctxRect();
+    return describeTool(tool, content, view.pictureCut().quarterTurns);
+}
+
+ToolList CanvasSpeech::pickable() const {
+    ToolList tools;
+    for (const ToolRef& tool : _canvas.tools.list()) {
+        if (isAnnounced(*tool) && _canvas.selection.isPickable(*tool)) tools.push_back(tool);
+    }
+    return tools;
 }
 
 bool CanvasSpeech::activate(std::uint64_t key) {

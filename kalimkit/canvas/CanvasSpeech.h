@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "kalimkit/canvas/ToolKeys.h"
@@ -31,6 +32,9 @@ public:
     // See MDrawView::accessibilityElements() and activateAccessibilityElement().
     std::vector<ui::AccessibilityElement> elements();
     bool activate(std::uint64_t key);
+    // What is told of one of them, and those that can be chosen, in the same order.
+    std::string describe(const MDrawTool& tool) const;
+    ToolList pickable() const;
 
 private:
     bool isAnnounced(const MDrawTool& tool) const;

@@ -365,6 +365,10 @@ std::shared_ptr<CanvasArrangement> MDrawView::arrangement() {
     return {shared_from_this(), &_parts->arrangement};
 }
 
+std::shared_ptr<CanvasByKeys> MDrawView::byKeys() {
+    return {shared_from_this(), &_parts->byKeys};
+}
+
 void MDrawView::clearTools() {
     held()->history.clear();
 }

@@ -16,6 +16,7 @@ class RotationGestureRecognizer;
 namespace kalim {
 
 class CanvasArrangement;
+class CanvasByKeys;
 class MDrawMutableSelect;
 class MDrawText;
 class MUndoManager;
@@ -230,6 +231,8 @@ public:
     // What else is done with finished tools: aligning, ordering, grouping, copying and so on. It
     // holds the canvas.
     std::shared_ptr<CanvasArrangement> arrangement();
+    // The same for keys, with what an assistive technology says of it. It holds the canvas.
+    std::shared_ptr<CanvasByKeys> byKeys();
     // No undo reverses these.
     void clearTools();
     void removeInvaildTools();
@@ -269,6 +272,9 @@ public:
     void touchesEnded(const ui::TouchEvent& event) override;
     void touchesCancelled(const ui::TouchEvent& event) override;
     void touchPredicted(const ui::Touch& touch, const std::vector<gfx::Point>& places) override;
+    void pointerEntered(gfx::Point p) override { pointerMoved(p); }
+    void pointerMoved(gfx::Point p) override;
+    void pointerExited() override;
     // Of the environment's userDefault(), on where nothing is said: whether fingers only zoom and
     // move a forgiving canvas once a pen has touched its window, and leave drawing to the pen.
     static constexpr const char* penOnlySetting = "penOnly";

@@ -1,4 +1,5 @@
 #include "kalimkit/canvas/CanvasParts.h"
+#include "kalimkit/canvas/HandleUnder.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/gesture/PanGestureRecognizer.h"
@@ -26,6 +27,7 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     if (_isReadOnly) return View::touchesBegan(event);
     const auto parts = held();
     parts->restyling.breakOff();
+    parts->screen.lightHandle(std::nullopt);
     if (beginsViewing(event)) {
         parts->typing.endByTouch();
         if (const auto owner = parts->home.owner()) owner->didDrawStarted();
@@ -60,6 +62,25 @@ void MDrawView::touchesCancelled(const ui::TouchEvent& event) {
 
 void MDrawView::touchPredicted(const ui::Touch& /*touch*/, const std::vector<gfx::Point>& places) {
     if (!_isReadOnly && !_isViewing && forgiving()) held()->finger.predicted(places);
+}
+
+// ---- a pointer that hovers
+
+// The handle that a press would take hold of.
+void MDrawView::pointerMoved(gfx::Point p) {
+    const auto parts = held();
+    const auto& group = parts->selection.group();
+    std::optional<FoundHandle> handle;
+    const bool isFree = !_isReadOnly && forgiving() && fingerState() == FingerState::Idle;
+    if (isFree && group && !parts->selection.isLocked()) {
+        parts->selection.readyForScreen();
+        handle = handleUnder(*group, invertViewPoint(p));
+    }
+    parts->screen.lightHandle(handle ? std::optional(handle->place) : std::nullopt);
+}
+
+void MDrawView::pointerExited() {
+    _parts->screen.lightHandle(std::nullopt);
 }
 
 }  // namespace kalim

@@ -14,12 +14,6 @@ namespace {
 // Stands for what is put in; texts of other languages may have it at another place.
 constexpr std::string_view gap = "{}";
 
-std::string filled(const char* pattern, const std::string& text) {
-    std::string result = ui::Environment::current().localizedString(pattern);
-    const std::size_t place = result.find(gap);
-    return place == std::string::npos ? result : result.replace(place, gap.size(), text);
-}
-
 // Which third of a length from `start` on a place is in, 0 to 2.
 int thirdAt(double place, double start, double length) {
     if (!(length > 0)) return 1;
@@ -37,12 +31,25 @@ const char* placeOf(gfx::Point middle, const gfx::Rect& content) {
 
 }  // namespace
 
+std::string filledText(const char* pattern, const std::vector<std::string>& texts) {
+    std::string result = ui::Environment::current().localizedString(pattern);
+    std::size_t from = 0;
+    for (const std::string& text : texts) {
+        const std::size_t place = result.find(gap, from);
+        if (place == std::string::npos) break;
+        result.replace(place, gap.size(), text);
+        from = place + text.size();
+    }
+    return result;
+}
+
 std::string describeTool(const MDrawTool& tool, const gfx::Rect& content, int quarterTurns) {
     const auto turn = gfx::AffineTransform::quarterTurn(quarterTurns);
-    std::string description = filled(tool.label(), colorName(tool.color()));
+    std::string description = filledText(tool.label(), {colorName(tool.color())});
     if (const std::optional<std::string> words = tool.spokenWords())
         description += ui::Environment::current().localizedString("：") + *words;
-    return filled(placeOf(turn.apply(tool.frame().center()), turn.apply(content)), description);
+    return filledText(placeOf(turn.apply(tool.frame().center()), turn.apply(content)),
+                      {description});
 }
 
 }  // namespace kalim

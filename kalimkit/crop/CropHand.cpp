@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kalimkit/crop/CropRest.h"
+#include "kalimkit/gfx/GraphicsState.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/view/Touch.h"
 
@@ -43,6 +44,7 @@ bool CropHand::takes(const ui::Touch& touch) {
     // On its way back to the middle the frame is caught where it is seen.
     if (isOnBar || !isOnCropBorder(p, _board.grid()->shownFrame())) return false;
     _landingPoint = p;
+    _isFinger = _takesBack && touch.contact().kind == ui::TouchKind::Finger;
     _landingTime = ui::Environment::current().runLoop().now();
     return true;
 }
@@ -56,6 +58,7 @@ void CropHand::pan(const ui::PanGestureRecognizer& pan) {
     _board.scroll()->setAdmitsGestures(isOver);
     if (isOver) _board.settleSoon();
     if (!_isTakenBack) dragTo(p);
+    isOver || _isTakenBack || !_isFinger ? hideLoupe() : showLoupe(p);
 }
 
 // Two fingers that come together are not meant for an edge.
@@ -63,8 +66,29 @@ void CropHand::takeBack() {
     const ui::Time age = ui::Environment::current().runLoop().now() - _landingTime;
     if (!_takesBack || age > companionTime || _edge == CropEdge::None) return;
     _isTakenBack = true;
+    hideLoupe();
     _edge = CropEdge::None;
     _board.setFrame(_touchFrame);
+}
+
+// All that lies under the finger: the picture in its place, and the frame.
+void CropHand::showLoupe(gfx::Point p) {
+    if (!_loupe) {
+        _loupe = ui::Loupe::showOver(_board.view(), [this](gfx::Context& context) {
+            const auto draw = [&context](ui::View& part) {
+                const gfx::GraphicsStateGuard guard(context);
+                context.translate(part.frame().minX(), part.frame().minY());
+                part.renderIn(context);
+            };
+            draw(*_board.scroll());
+            draw(*_board.grid());
+        });
+    }
+    _loupe->moveTo(p);
+}
+
+void CropHand::hideLoupe() {
+    if (const auto loupe = std::exchange(_loupe, nullptr)) loupe->removeFromSuperview();
 }
 
 void CropHand::takeHold(gfx::Point p) {

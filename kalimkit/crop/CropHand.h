@@ -5,6 +5,7 @@
 #include "kalimkit/crop/CropBoard.h"
 #include "kalimkit/crop/CropDrag.h"
 #include "kalimkit/crop/CropEdge.h"
+#include "kalimkit/ui/control/Loupe.h"
 #include "kalimkit/ui/gesture/PanGestureRecognizer.h"
 
 namespace kalim {
@@ -24,7 +25,10 @@ public:
     // Drags the held edge or corner to a point.
     void dragTo(gfx::Point p);
     // What is held no longer is.
-    void letGo() { _edge = CropEdge::None; }
+    void letGo() {
+        _edge = CropEdge::None;
+        hideLoupe();
+    }
 
     // ---- on the picture
     void beginMoving();
@@ -43,6 +47,8 @@ public:
 private:
     void pan(const ui::PanGestureRecognizer& pan);
     void takeBack();
+    void showLoupe(gfx::Point p);
+    void hideLoupe();
     void takeHold(gfx::Point p);
     void begin();
 
@@ -57,6 +63,9 @@ private:
     bool _takesBack = false;
     // When that was; and another finger has come so soon that the drag was not meant.
     ui::Time _landingTime = 0;
+    // A fingertip, which hides what it drags.
+    bool _isFinger = false;
+    std::shared_ptr<ui::Loupe> _loupe;
     bool _isTakenBack = false;
 };
 

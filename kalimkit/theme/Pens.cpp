@@ -24,7 +24,7 @@ constexpr Pen allPens[] = {
     {.number = 31, .name = "roundedrectangle", .key = 'u', .icon = "roundedrectangle", .text = "圆角矩形", .english = "Rounded rectangle", .toolType = 1, .isShownForTools = false, .showsToolIcon = true},
     {.number = 22, .name = "highlighter", .key = 'h', .icon = "highlighter", .text = "荧光笔", .english = "Highlighter", .toolType = 22, .isShownForTools = false, .showsToolIcon = true, .firstColor = "#FFF700"},
     {.number = 23, .name = "highlighterbox", .key = 'b', .icon = "highlighterbox", .text = "荧光框", .english = "Highlighter box", .toolType = 23, .isShownForTools = false, .showsToolIcon = true, .firstColor = "#FFF700"},
-    {.number = 20, .name = "number", .key = 'n', .icon = "number", .text = "序号", .english = "Number", .toolType = 20, .isShownForTools = false, .showsToolIcon = true},
+    {.number = 20, .name = "number", .key = 'N', .icon = "number", .text = "序号", .english = "Number", .toolType = 20, .isShownForTools = false, .showsToolIcon = true},
     {.number = 21, .name = "callout", .key = 'c', .icon = "callout", .text = "对话框", .english = "Callout", .toolType = 21, .isShownForTools = false, .showsToolIcon = true},
     {.number = 24, .name = "magnifier", .key = 'z', .icon = "magnifier", .text = "放大镜", .english = "Magnifier", .toolType = 24, .isShownForTools = false, .showsToolIcon = true},
     {.number = 25, .name = "spotlight", .key = 's', .icon = "spotlight", .text = "聚光灯", .english = "Spotlight", .toolType = 25, .isShownForTools = false, .showsToolIcon = true},
@@ -81,6 +81,12 @@ const Pen* penWith(Question question) {
 
 }  // namespace
 
+std::string Pen::keyName() const {
+    if (key == 0) return {};
+    if (key < 'A' || key > 'Z') return std::string(1, key);
+    return std::string("shift+") + static_cast<char>(key - 'A' + 'a');
+}
+
 std::span<const Pen> pens() {
     if (!ui::Environment::hasCurrent()) return allPens;
     return listOfEnvironment().pens;
@@ -94,7 +100,7 @@ std::optional<std::string> addPen(Pen pen) {
     if (name == "crop" || penNamed(name)) return "there is a pen " + name + " already";
     const bool hasKey = pen.key != 0;
     if (hasKey && std::ranges::find(list, pen.key, &Pen::key) != list.end())
-        return "the key " + std::string(1, pen.key) + " of the pen " + name + " is another pen's";
+        return "the key " + pen.keyName() + " of the pen " + name + " is another pen's";
     if (list.size() == mostPens) return "there are too many pens for " + name;
     pen.number = firstAddedPen + static_cast<unsigned>(list.size() - std::size(allPens));
     list.push_back(pen);

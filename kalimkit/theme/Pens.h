@@ -31,7 +31,7 @@ struct Pen {
     unsigned number = 0;
     // What the command line and pages choose it by; empty for a pen that they do not choose.
     std::string_view name = {};
-    // The key that takes it; 0 for none.
+    // The key that takes it, in upper case where shift has to be held; 0 for none.
     char key = 0;
     // Its icons are icon_tool_NAME in the picker and icon_pen_NAME_SIZE on the pen button.
     std::string_view icon;
@@ -58,6 +58,9 @@ struct Pen {
     // Of a host's pen: what `icon` names, drawn in one colour, which counts for its opacity alone.
     // It outlives the environment.
     const Icon* drawing = nullptr;
+
+    // The key as hosts name it, "a" or "shift+a"; empty for none.
+    std::string keyName() const;
 };
 
 // Those that the library brings along, and then those that were added in the current environment.

@@ -2,7 +2,7 @@
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
 import { Bar } from './bar.js';
-import { colorsOf, layoutOf, penOf, pensOf, rgbOf, themeOf, uiOf, widthOf, widthsOf } from './choices.js';
+import { colorsOf, layoutOf, penOf, penOnlyOf, pensOf, rgbOf, themeOf, uiOf, widthOf, widthsOf } from './choices.js';
 import { fetchPicture, moduleError, titleOf } from './loading.js';
 import { sheetOf } from './look.js';
 import { Mirror } from './mirror.js';
@@ -23,10 +23,11 @@ const surroundings = {
   widths: [widthsOf, (editor, value) => editor.setWidths(value)],
   ui: [uiOf, (editor, value) => editor.setUi(value)],
   theme: [themeOf, (editor, value) => editor.setTheme(value)],
+  'pen-only': [penOnlyOf, (editor, value) => editor.setPenOnly(value)],
 };
 // Properties that are their attributes' texts.
 const texts = {
-  src: 'src', wasmUrl: 'wasm-url', deskUrl: 'desk-url', codecUrl: 'codec-url', ui: 'ui', wheel: 'wheel', unsent: 'unsent', inside: 'inside', recovery: 'recovery',
+  src: 'src', wasmUrl: 'wasm-url', deskUrl: 'desk-url', codecUrl: 'codec-url', ui: 'ui', wheel: 'wheel', penOnly: 'pen-only', unsent: 'unsent', inside: 'inside', recovery: 'recovery',
 };
 const properties = [
   ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'metadata', 'screenSize', 'grow', 'strings',
@@ -563,7 +564,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     // By then a script has set all the attributes.
     await null;
     const corners = () => session.corners.map((corner) => corner.getBoundingClientRect());
-    const options = { ...this.#said, corners, wheel: this.wheel, readonly: this.readonly };
+    const options = { ...this.#said, corners, wheel: this.wheel, readonly: this.readonly,
+      penOnly: this.#said['pen-only'] };
     for (const [option, address] of [['wasm', this.wasmUrl], ['desk', this.deskUrl], ['codec', this.codecUrl]]) {
       if (address !== null) options[option] = new URL(address, this.baseURI);
     }

@@ -38,6 +38,7 @@ export function widthOf(value) {
 
 // ---- what is around the picture; lists have blanks between
 
+export const penOnlyOf = (text) => oneOf(['on', 'off'], text, 'pen-only') === 'on';
 export const layoutOf = (text) => oneOf(layouts, text, 'A layout');
 export const themeOf = (text) => oneOf(themes, words(text).join(' '), 'A theme');
 export const uiOf = (text) => oneOf(['none'], text, 'A user interface of the page\'s own');

@@ -153,6 +153,8 @@ export class KalimEditorElement extends HTMLElement {
   ui: 'none' | null;
   /** Whether the picture is only looked at: moved and zoomed. */
   readonly: boolean;
+  /** Whether fingers stop drawing once a pen has been used; the user's own choice where it is left out. */
+  penOnly: 'on' | 'off' | null;
   /** Whether the bars of wide screens are light or dark; of both the user's system takes one, as by default. */
   get theme(): KalimTheme;
   set theme(theme: KalimTheme | null);
@@ -249,6 +251,7 @@ export interface KalimEditorOptions {
   ui?: 'none';
   theme?: KalimTheme;
   readonly?: boolean;
+  penOnly?: boolean;
   /** The same of the module for saving. */
   codec?: string | URL | BufferSource | WebAssembly.Module;
   /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
@@ -330,6 +333,7 @@ export class KalimEditor extends EventTarget {
   setUi(ui: 'none' | null): void;
   setTheme(theme: KalimTheme | null): void;
   setReadonly(isReadonly: boolean): void;
+  setPenOnly(isPenOnly: boolean | null): void;
   readonly properties: KalimProperty[];
   setProperty(name: string, value: number | boolean | string): void;
   deleteSelection(): boolean;

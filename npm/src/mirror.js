@@ -35,6 +35,8 @@ export class Mirror {
   // What the user has just used here; null after anything else.
   #used = null;
   #timer = 0;
+  // What is to be said and not to be found.
+  #spoken = document.createElement('div');
 
   // Of an editor on a canvas, put into the stage that the canvas fills.
   constructor(stage, canvas, editor) {
@@ -45,6 +47,9 @@ export class Mirror {
     this.#root.addEventListener('keydown', (event) => this.#pressed(event));
     this.#root.addEventListener('keyup', (event) => this.#passOn(event));
     stage.append(this.#root);
+    this.#spoken.setAttribute('aria-live', 'polite');
+    this.#root.append(this.#spoken);
+    editor.watchAnnouncements((text) => this.#say(text));
     editor.watchScreen(() => this.#look());
     this.#look();
   }
@@ -52,6 +57,12 @@ export class Mirror {
   stop() {
     clearTimeout(this.#timer);
     this.#editor.watchScreen(null);
+    this.#editor.watchAnnouncements(null);
+  }
+
+  // The same text once more counts as another one.
+  #say(text) {
+    this.#spoken.textContent = this.#spoken.textContent === text ? `${text}\u00a0` : text;
   }
 
   // A little later, as more may be on its way.

@@ -44,7 +44,7 @@ void DeskPens::addPen(const Pen& pen, const Chosen& chosen) {
     const auto button = ui::DeskButton::make(iconOf(pen));
     if (button->icon().empty())
         button->setImage(imageNamedForFramework("icon_tool_" + std::string(pen.icon)));
-    button->setTip(text, pen.key ? std::string(1, pen.key) : std::string());
+    button->setTip(text, pen.keyName());
     button->setHandler([chosen, number = pen.number] { chosen(number); });
     button->setAccessibilityRole(ui::AccessibilityRole::RadioButton);
     _scroll->addSubview(button);

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "kalimkit/canvas/CanvasByKeys.h"
 #include "kalimkit/canvas/CanvasPointer.h"
+#include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/editor/bar/TesselTopTool.h"
 #include "kalimkit/editor/desk/DeskActions.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
@@ -130,7 +132,7 @@ protected:
              {std::shared_ptr<ui::View>(_pens), std::shared_ptr<ui::View>(_style),
               std::shared_ptr<ui::View>(_actions)})
             bar->setHidden(isReadOnly);
-        if (window()) ui::Overlay::in(*window())->setBottomInset(layout.status.size.height);
+        if (window()) furnish(*ui::Overlay::in(*window()), layout);
         showReading();
     }
 
@@ -139,6 +141,17 @@ private:
     bool isAsked() const {
         return ui::AlertView::topmostIn(*window()) || _editor.screen.actionSheet() ||
                _editor.screen.editImageInitialView();
+    }
+
+    void furnish(ui::Overlay& overlay, const DeskLayout& layout) const {
+        overlay.setBottomInset(layout.status.size.height);
+        overlay.setTabTaker([weak = weak_from_this(), this](bool forwards) {
+            const auto desk = weak.lock();
+            const auto canvas = desk ? _editor.screen.drawView() : nullptr;
+            const bool isFree = canvas && canvas->forgiving() && !canvas->isReadOnly() &&
+                                !_editor.screen.editImageInitialView();
+            return isFree && canvas->byKeys()->selectNext(forwards);
+        });
     }
 
     void showReading() {

@@ -74,6 +74,19 @@ constexpr KeyText texts[] = {
     {"shift+right", Shapes, "移动 10 点"},
     {"shift+up", Shapes, "移动 10 点"},
     {"shift+down", Shapes, "移动 10 点"},
+    {"alt+left", Shapes, "改变大小"},
+    {"alt+right", Shapes, "改变大小"},
+    {"alt+up", Shapes, "改变大小"},
+    {"alt+down", Shapes, "改变大小"},
+    {"alt+shift+left", Shapes, "改变大小 10 点"},
+    {"alt+shift+right", Shapes, "改变大小 10 点"},
+    {"alt+shift+up", Shapes, "改变大小 10 点"},
+    {"alt+shift+down", Shapes, "改变大小 10 点"},
+    {"r", Shapes, "旋转 15°"},
+    {"shift+r", Shapes, "旋转 15°"},
+    {"tab", Shapes, "下一个或上一个形状"},
+    {"shift+tab", Shapes, "下一个或上一个形状"},
+    {"n", Shapes, "在中间添加形状"},
     {"ctrl+a", Shapes, "全选"},
     {"ctrl+d", Shapes, "再来一份"},
     {"ctrl+g", Shapes, "编组"},
@@ -125,7 +138,7 @@ std::vector<ui::KeyGroup> EditorKeys::list() {
     for (std::size_t i = 0; i < groups.size(); ++i)
         groups[i].title = localized(titles[i]);
     for (const Pen& pen : pens()) {
-        if (pen.key) add(groups[Pens], localized(pen.text), std::string_view(&pen.key, 1));
+        if (pen.key) add(groups[Pens], localized(pen.text), pen.keyName());
     }
     const auto list = [&](std::string_view key) {
         const auto* const named = std::ranges::find(texts, key, &KeyText::key);

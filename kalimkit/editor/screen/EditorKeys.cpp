@@ -238,9 +238,8 @@ bool EditorKeys::toggleFullScreen() {
 }
 
 bool EditorKeys::takePen(std::string_view key) {
-    const auto pen = std::ranges::find_if(pens(), [key](const Pen& each) {
-        return each.key && key == std::string_view(&each.key, 1);
-    });
+    const auto pen = std::ranges::find_if(
+        pens(), [key](const Pen& each) { return each.key && key == each.keyName(); });
     if (pen == pens().end()) return false;
     _remote.choosePen(pen->number);
     return true;

@@ -69,6 +69,10 @@ void BrowserEnvironment::setUserSetting(const std::string& key, const std::strin
     page::setUserSetting(key.data(), lengthOf(key), text.data(), lengthOf(text));
 }
 
+void BrowserEnvironment::announce(const std::string& text) {
+    page::announce(text.data(), lengthOf(text));
+}
+
 void BrowserEnvironment::pickImage(
     const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     answerPick(std::nullopt);

@@ -17,6 +17,9 @@ KALIM_PAGE("wall_clock") double wallClock();
 KALIM_PAGE("localized")
 int localized(const char* key, int length, char* out, int room);
 
+// Has an assistive technology say it.
+KALIM_PAGE("announce") void announce(const char* text, int length);
+
 // ---- text input
 // As localized().
 KALIM_PAGE("clipboard_read") int clipboardRead(char* out, int room);

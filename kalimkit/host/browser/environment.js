@@ -41,8 +41,9 @@ export class Clipboard {
 export const lastPen = () => textSetting('tool.last');
 const isUsable = (key, isWhole) => key !== 'tool.last' || isWhole() || !needsKit(Pen[lastPen()]);
 
-// Imports of the module; strings() are texts by the Chinese ones; isWhole() tells whether the kit is there.
-export function environment(heap, strings, clipboard, isWhole) {
+// Imports of the module; strings() are texts by the Chinese ones; isWhole() tells whether the kit is there; say(text)
+// has an assistive technology say something.
+export function environment(heap, strings, clipboard, isWhole, say) {
   const writeWhole = (text, out, room) => {
     const bytes = heap.encode(text);
     heap.bytes.set(bytes.subarray(0, room), out >>> 0);
@@ -66,6 +67,7 @@ export function environment(heap, strings, clipboard, isWhole) {
       const text = isUsable(name, isWhole) ? textSetting(name) : undefined;
       return text === undefined ? -1 : writeWhole(text, out, room);
     },
+    announce: (at, length) => say(heap.text(at, length)),
     set_user_setting: (key, length, at, textLength) => setSetting(heap.text(key, length), heap.text(at, textLength)),
     set_user_default: (key, length, value) => setSetting(heap.text(key, length), value !== 0),
   };

@@ -85,6 +85,7 @@ export class KalimEditor extends EventTarget {
   #keys = [];
   // What has been chosen last; it may wait for the kit.
   #wantedPen = null;
+  #announced;
   #worked = null;
   #works = null;
   #appearance;
@@ -116,6 +117,7 @@ export class KalimEditor extends EventTarget {
   //   ui        'none' for no bars at all
   //   theme     'light', 'dark' or 'light dark', of which the user's system takes one
   //   readonly  true where the picture is only looked at
+  //   penOnly   whether fingers stop drawing once there is a pen; the user's own choice by default
   //   wheel     'ctrl' leaves a wheel without that key to the page
   //   inside    of a PNG with a document inside, 'reopen' goes on with what was drawn, 'flat' opens the picture
   //             alone; otherwise the user is asked
@@ -280,6 +282,11 @@ export class KalimEditor extends EventTarget {
   setUi(ui) {
     this.#options.ui = ui;
     this.#lay();
+  }
+
+  // Whether a pen that has been used leaves fingers nothing but zooming and moving; null leaves it to the user.
+  setPenOnly(isPenOnly) {
+    if (isPenOnly !== null) this.#call('set_pen_only', Number(isPenOnly));
   }
 
   setReadonly(isReadonly) {
@@ -468,6 +475,11 @@ export class KalimEditor extends EventTarget {
     this.#worked = listener;
   }
 
+  // Calls the listener with what is to be said of what keys have just done.
+  watchAnnouncements(listener) {
+    this.#announced = listener;
+  }
+
   // As readDescription() says; null when all is as it was the last time.
   describeScreen() {
     const length = this.#ask('accessibility_update');
@@ -510,6 +522,7 @@ export class KalimEditor extends EventTarget {
     const { width, height, scale } = this.#screen.size;
     this.#call('create', width, height, scale);
     this.#call('safe_area', ...this.#screen.insets);
+    this.setPenOnly(this.#options.penOnly ?? null);
     const held = new HeldKeys((...keys) => this.#call('hold_keys', ...keys));
     this.#pointers = new Pointers(this.#element, {
       fingers: (...told) => this.#touched(...told),
@@ -589,7 +602,8 @@ export class KalimEditor extends EventTarget {
 
   #imports({ heap, drawing }) {
     return {
-      ...environment(heap, () => this.#options.strings, this.#clipboard, () => this.#module?.isWhole ?? false),
+      ...environment(heap, () => this.#options.strings, this.#clipboard, () => this.#module?.isWhole ?? false,
+        (text) => this.#announced?.(text)),
       present: (surface, ...box) => this.#screen.present(drawing.sourceOf(surface), ...box),
       text_focused: (at, length, begin, end, isComposing, x, y, height) =>
         this.#typing.focus({

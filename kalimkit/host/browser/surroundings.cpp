@@ -129,6 +129,10 @@ KALIM_EXPORT("hover_left") void hoverLeft() {
     kalim::pageEditor()->show();
 }
 
+KALIM_EXPORT("set_pen_only") void setPenOnly(bool isPenOnly) {
+    kalim::pageEditor()->seat().setPenOnly(isPenOnly);
+}
+
 // The button of a mouse that asks for a menu.
 KALIM_EXPORT("press_menu") void pressMenu(double x, double y) {
     kalim::EditorSeat& seat = kalim::pageEditor()->seat();

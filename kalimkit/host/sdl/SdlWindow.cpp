@@ -88,6 +88,7 @@ SdlWindow::SdlWindow(::SDL_Window* window, std::shared_ptr<SdlEnvironment> envir
     });
     _cursors = std::make_unique<SdlCursors>(_environment->device(), _environment->screen().scale);
     _seat.setCursorHandler([this](ui::Cursor cursor) { _cursors->show(cursor); });
+    _pens = Pens::ofWindow(window);
 }
 
 SdlWindow::~SdlWindow() {

@@ -10,6 +10,7 @@
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/files/PictureOrigins.h"
+#include "kalimkit/host/sdl/Pens.h"
 #include "kalimkit/host/sdl/SdlEnvironment.h"
 #include "kalimkit/host/seat/EditorSeat.h"
 #include "kalimkit/host/seat/MemoryGuard.h"
@@ -88,6 +89,9 @@ public:
     using PictureRefusal = std::function<std::optional<std::string>(gfx::PixelSize size)>;
     void setPictureRefusal(PictureRefusal refusal) { _pictureRefusal = std::move(refusal); }
 
+    // What knows of pens; at first what the system has, see Pens. Null: they are mice.
+    void setPens(std::unique_ptr<Pens> pens) { _pens = std::move(pens); }
+
     // ---- the loop
     // Handles what comes, and sleeps while nothing does, until stop() is called or, with `seconds`,
     // that time has passed. A signal that ends the process stops it, too, and so does the window's
@@ -145,6 +149,7 @@ private:
     PictureOrigins _origins;
     std::shared_ptr<Hands> _hands;
     std::unique_ptr<SdlCursors> _cursors;
+    std::unique_ptr<Pens> _pens;
     // No modifier to SDL, but one of the editor's.
     bool _isSpaceHeld = false;
 };

@@ -158,7 +158,7 @@ void SdlWindow::handleFinger(const SDL_Event& event) {
         return;
     }
     const gfx::Size size = window().size();
-    const ui::Finger finger{fingerId(touch), {touch.x * size.width, touch.y * size.height}};
+    const ui::Finger finger{fingerId(touch), {touch.x * size.width, touch.y * size.height}, {}};
     if (touch.type == SDL_FINGERDOWN) {
         window().fingersBegan({finger});
     } else if (touch.type == SDL_FINGERMOTION) {
@@ -178,6 +178,8 @@ void SdlWindow::takeModifiers(std::uint16_t held) {
 
 void SdlWindow::handleMouse(const SDL_Event& event) {
     takeModifiers(static_cast<std::uint16_t>(SDL_GetModState()));
+    const auto pen = _pens ? _pens->contact() : std::nullopt;
+    _seat.setPointerContact(pen.value_or(EditorSeat::mouseContact));
     if (event.type == SDL_MOUSEMOTION) {
         _seat.mouseMoved(pointAt(event.motion.x, event.motion.y));
         return;

@@ -21,7 +21,6 @@ namespace {
 
 // No finger of a touch screen has this number.
 constexpr std::int64_t mouse = -1;
-constexpr ui::TouchContact mouseContact{.kind = ui::TouchKind::Mouse};
 // A notch of the wheel enlarges by this.
 constexpr double notchFactor = 1.15;
 // And moves what scrolls under the pointer by so many points.
@@ -221,13 +220,13 @@ void EditorSeat::mousePressed(PointerButton button, gfx::Point place) {
         _editor->shell()->showContextMenu(place);
     if (button != PointerButton::Main) return;
     _isMouseDown = true;
-    _window.fingersBegan({{mouse, place, mouseContact}});
+    _window.fingersBegan({{mouse, place, _contact}});
 }
 
 void EditorSeat::mouseMoved(gfx::Point place) {
     _window.perform([&] {
         const bool isPanning = _pointer && _pointer->pointerMoved(place);
-        if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place, mouseContact}});
+        if (!isPanning && _isMouseDown) _window.fingersMoved({{mouse, place, _contact}});
         _window.pointerHovered(place);
         if (!std::exchange(_hasHovered, true)) chooseShell(_window.size());
         if (_editor) _editor->tellShell();
@@ -243,7 +242,7 @@ void EditorSeat::mouseReleased(PointerButton button, gfx::Point place) {
     if (_pointer && _pointer->pointerReleased(button)) return;
     if (button != PointerButton::Main || !_isMouseDown) return;
     _isMouseDown = false;
-    _window.fingersEnded({{mouse, place, mouseContact}});
+    _window.fingersEnded({{mouse, place, _contact}});
 }
 
 void EditorSeat::wheelTurned(gfx::Point place, double notches) {
@@ -255,6 +254,14 @@ void EditorSeat::wheelTurned(gfx::Point place, double notches) {
 void EditorSeat::scrolled(gfx::Point place, gfx::Point distance) {
     if (_window.pointerScrolled(place, distance)) return;
     if (_pointer) _pointer->pointerScrolled(distance);
+}
+
+bool EditorSeat::isPenOnly() const {
+    return _environment->userDefault(MDrawView::penOnlySetting).value_or(true);
+}
+
+void EditorSeat::setPenOnly(bool isPenOnly) {
+    _environment->setUserDefault(MDrawView::penOnlySetting, isPenOnly);
 }
 
 // ---- keys

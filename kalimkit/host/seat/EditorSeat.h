@@ -113,6 +113,9 @@ public:
     void mousePressed(PointerButton button, gfx::Point place);
     void mouseMoved(gfx::Point place);
     void mouseReleased(PointerButton button, gfx::Point place);
+    // What moves it, where that is no mouse but a pen, for what is reported next.
+    static constexpr ui::TouchContact mouseContact{.kind = ui::TouchKind::Mouse};
+    void setPointerContact(const ui::TouchContact& contact) { _contact = contact; }
     // It has left the window: nothing is hovered over any longer.
     void mouseLeft();
     // Hears what the pointer is to look like from now on.
@@ -130,6 +133,10 @@ public:
     // the key did something.
     bool pressKey(std::string_view name, bool isRepeated = false);
     void releaseKey(std::string_view name);
+    // Whether a pen that has been used leaves fingers nothing but zooming and moving; on at first,
+    // and kept as the user's own choice, see MDrawView::penOnlySetting.
+    bool isPenOnly() const;
+    void setPenOnly(bool isPenOnly);
     // Those that are held, at every change of them.
     void setModifiers(ui::Modifiers modifiers) { _window.setModifiers(modifiers); }
 
@@ -189,6 +196,7 @@ private:
     bool _isReadOnly = false;
     // The mouse is a finger on the window.
     bool _isMouseDown = false;
+    ui::TouchContact _contact = mouseContact;
     CaretHandler _caretHandler;
     // What the handler was told last.
     bool _isTyping = false;

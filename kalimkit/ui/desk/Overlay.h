@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kalimkit/gfx/Export.h"
@@ -63,6 +65,11 @@ public:
     // To the next control of what is open above all, or of the window; whether there is one.
     bool moveKeyFocus(bool isBackwards);
 
+    // Where tab goes before it goes to the first control and after it has left the last one, while
+    // nothing is open: whether there was anything to go to.
+    using TabTaker = std::function<bool(bool forwards)>;
+    void setTabTaker(TabTaker taker) { _tabTaker = std::move(taker); }
+
     // ---- tips
     void hideTip();
 
@@ -89,6 +96,7 @@ private:
     void dim();
     // ---- keys (OverlayKeys.cpp)
     bool takeKey(std::string_view key, bool isRepeated);
+    bool takeTab(bool forwards);
     bool takeKeyInPopover(std::string_view key, bool isRepeated);
     std::vector<std::shared_ptr<DeskControl>> controls() const;
 
@@ -114,6 +122,7 @@ private:
     Time _tipEnd = -1;
     std::shared_ptr<Bubble> _note;
     std::uint64_t _noteCall = 0;
+    TabTaker _tabTaker;
 };
 
 }  // namespace kalim::ui

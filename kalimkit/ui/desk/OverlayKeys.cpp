@@ -83,13 +83,26 @@ bool Overlay::moveKeyFocus(bool isBackwards) {
     return true;
 }
 
+bool Overlay::takeTab(bool forwards) {
+    const auto all = controls();
+    const auto focused = keyFocus();
+    const bool isAtEnd = !all.empty() && focused == (forwards ? all.back() : all.front());
+    // A copy: it may replace itself.
+    const TabTaker taker = _tabTaker;
+    if ((!focused || isAtEnd) && taker && taker(forwards)) {
+        setKeyFocus(nullptr);
+        return true;
+    }
+    return moveKeyFocus(!forwards);
+}
+
 bool Overlay::takeKey(std::string_view key, bool isRepeated) {
     const auto alive = shared_from_this();
     hideTip();
     if (const auto grabbing = _grabbing.lock()) return grabbing->handleKey(key, isRepeated);
     if (!_popovers.empty()) return takeKeyInPopover(key, isRepeated);
     if (!window() || TextView::focusedIn(*window())) return false;
-    if (isTab(key)) return moveKeyFocus(key != "tab");
+    if (isTab(key)) return takeTab(key == "tab");
     const auto focused = keyFocus();
     if (!focused) return false;
     if (!isUsable(*focused) || !focused->window()) {

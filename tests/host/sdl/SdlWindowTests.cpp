@@ -13,6 +13,7 @@
 #include "kalimkit/codec/Files.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/shapes/MDrawFreeline.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "tests/support/ProgramRun.h"
 
@@ -71,6 +72,22 @@ protected:
         event.type = SDL_KEYDOWN;
         event.key.windowID = SDL_GetWindowID(sdl);
         event.key.keysym = {place, symbol, static_cast<std::uint16_t>(modifiers), 0};
+        window->handle(event);
+    }
+    void mouse(std::uint32_t type, int x, int y) {
+        SDL_Event event{};
+        event.type = type;
+        event.common.timestamp = SDL_GetTicks();
+        if (type == SDL_MOUSEMOTION) {
+            event.motion.windowID = SDL_GetWindowID(sdl);
+            event.motion.x = 2 * x;
+            event.motion.y = 2 * y;
+        } else {
+            event.button.windowID = SDL_GetWindowID(sdl);
+            event.button.button = SDL_BUTTON_LEFT;
+            event.button.x = 2 * x;
+            event.button.y = 2 * y;
+        }
         window->handle(event);
     }
     MDrawView& canvas() { return *editor->drawView(); }
@@ -241,6 +258,38 @@ TEST_F(SdlWindowTest, WhatDoesNotFitInMemoryIsAnAlertAndTheWorkGoesOn) {
     window->run(0.05);
     EXPECT_NE(ui::AlertView::topmostIn(window->window()), nullptr);
     EXPECT_TRUE(canvas().hasDrawed());
+}
+
+// A tablet of 1024 levels, whose pen leans by parts of 2000.
+TEST_F(SdlWindowTest, PenDrawsAsHardAsItsDeviceTells) {
+    struct Tablet : Pens {
+        std::optional<ui::TouchContact> contact() override {
+            if (!isNear) return std::nullopt;
+            const std::pair<int, double> values[] = {{2, level}, {3, 1000}};
+            return penContact({PenAxis{2, 0, 1024}, PenAxis{3, -2000, 2000}, {}}, values, {});
+        }
+        bool isNear = true;
+        double level = 256;
+    };
+    auto made = std::make_unique<Tablet>();
+    Tablet& tablet = *made;
+    window->setPens(std::move(made));
+    editor->setForgiving(true);
+    canvas().beginDrawingForTypeWithDrawType(4, 0);
+    mouse(SDL_MOUSEBUTTONDOWN, 100, 200);
+    tablet.level = 512;
+    mouse(SDL_MOUSEMOTION, 120, 220);
+    mouse(SDL_MOUSEBUTTONUP, 140, 200);
+    tablet.isNear = false;
+    mouse(SDL_MOUSEBUTTONDOWN, 100, 250);
+    mouse(SDL_MOUSEMOTION, 140, 250);
+    mouse(SDL_MOUSEBUTTONUP, 140, 250);
+    ASSERT_EQ(canvas().tools().size(), 1u);
+    const auto& drawing = static_cast<MDrawFreeline&>(*canvas().tools().front());
+    ASSERT_EQ(drawing.linePoints().size(), 2u);
+    ASSERT_EQ(drawing.linePressures().size(), 1u);
+    EXPECT_EQ(drawing.linePressures().front(),
+              (std::vector<gfx::Point>{{0.25, 32}, {0.5, 32}, {0.5, 32}}));
 }
 
 }  // namespace kalim::test

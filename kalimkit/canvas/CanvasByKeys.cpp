@@ -1,0 +1,116 @@
+#include "kalimkit/canvas/CanvasByKeys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "kalimkit/canvas/CanvasArrangement.h"
+#include "kalimkit/canvas/CanvasFinger.h"
+#include "kalimkit/canvas/CanvasHome.h"
+#include "kalimkit/canvas/CanvasSelection.h"
+#include "kalimkit/canvas/CanvasSpeech.h"
+#include "kalimkit/canvas/CanvasTools.h"
+#include "kalimkit/canvas/ToolDescription.h"
+#include "kalimkit/ui/environment/Environment.h"
+
+namespace kalim {
+
+namespace {
+
+// Of what is seen, along its shorter side.
+constexpr double shareOfNew = 0.3;
+
+std::string localized(const char* text) {
+    return ui::Environment::current().localizedString(text);
+}
+
+const char* directionOf(gfx::Point offset) {
+    if (std::abs(offset.x) >= std::abs(offset.y)) return offset.x > 0 ? "已右移" : "已左移";
+    return offset.y > 0 ? "已下移" : "已上移";
+}
+
+}  // namespace
+
+// The first of several counts.
+bool CanvasByKeys::selectNext(bool forwards) {
+    const ToolList order = _canvas.speech.pickable();
+    _canvas.arrangement.endNudging();
+    const auto& group = _canvas.selection.group();
+    const ToolRef current = group ? group->firstSelectedTool() : nullptr;
+    const auto found = std::ranges::find(order, current);
+    const std::ptrdiff_t count = std::ssize(order);
+    std::ptrdiff_t next = forwards ? 0 : count - 1;
+    if (found != order.end()) next = found - order.begin() + (forwards ? 1 : -1);
+    if (next < 0 || next >= count) {
+        _canvas.selection.clear();
+        return false;
+    }
+    _canvas.selection.select({order[static_cast<std::size_t>(next)]});
+    say({});
+    return true;
+}
+
+bool CanvasByKeys::nudge(gfx::Point offset) {
+    if (!_canvas.arrangement.nudge(offset)) return false;
+    say(localized(directionOf(offset)));
+    return true;
+}
+
+bool CanvasByKeys::resize(gfx::Point growth) {
+    if (!_canvas.arrangement.resize(growth)) return false;
+    say(localized(growth.x + growth.y > 0 ? "已变大" : "已变小"));
+    return true;
+}
+
+bool CanvasByKeys::turn(double angle) {
+    if (!_canvas.arrangement.turn(angle)) return false;
+    const auto& group = _canvas.selection.group();
+    const double turned = group ? group->firstSelectedTool()->rotateAngle() : angle;
+    const long degrees = std::lround(turned * 180 / std::numbers::pi) % 360;
+    say(filledText("已转到 {} 度", {std::to_string((degrees + 360) % 360)}));
+    return true;
+}
+
+bool CanvasByKeys::make() {
+    const gfx::Rect place = placeOfNew();
+    const std::size_t before = _canvas.tools.list().size();
+    if (place.isEmpty() || !_canvas.finger.drawWithin(place)) return false;
+    const ToolList& tools = _canvas.tools.list();
+    if (tools.size() <= before || tools.back()->isNewBuild()) return tools.size() > before;
+    _canvas.selection.select({tools.back()});
+    say(localized("已添加"));
+    return true;
+}
+
+// Canvas points.
+gfx::Rect CanvasByKeys::placeOfNew() const {
+    const ZoomedCanvasView& view = _canvas.home.view();
+    const gfx::AffineTransform toCanvas = view.mViewTransform().inverted();
+    gfx::Rect seen = toCanvas.apply(view.layoutMargin().apply(view.bounds()));
+    const gfx::Rect picture = view.ctxRect().intersection(seen);
+    if (!picture.isEmpty()) seen = picture;
+    const double side = std::min(seen.size.width, seen.size.height) * shareOfNew;
+    const gfx::Point middle = seen.center();
+    return {middle.x - side / 2, middle.y - side / 2, side, side};
+}
+
+// What is selected, where it stands, and what has become of it.
+void CanvasByKeys::say(const std::string& what) const {
+    const auto& group = _canvas.selection.group();
+    if (!group || group->subTools().empty()) return;
+    const ToolList& chosen = group->subTools();
+    std::string text;
+    if (chosen.size() == 1) {
+        const ToolList order = _canvas.speech.pickable();
+        const auto place = std::ranges::find(order, chosen.front()) - order.begin() + 1;
+        text = filledText("{}，第 {} 个，共 {} 个",
+                          {_canvas.speech.describe(*chosen.front()), std::to_string(place),
+                           std::to_string(order.size())});
+    } else {
+        text = filledText("{} 个图形", {std::to_string(chosen.size())});
+    }
+    if (!what.empty()) text = filledText("{}，{}", {text, what});
+    ui::Environment::current().announce(text);
+}
+
+}  // namespace kalim
