@@ -3,6 +3,7 @@
 import { mkdtemp, readFile, readdir, rm, stat } from 'node:fs/promises';
 import { join } from 'node:path';
 import { env } from 'node:process';
+import { setTimeout as pause } from 'node:timers/promises';
 
 import { build, fonts, serve } from './server.mjs';
 import { launch, until } from './webdriver.mjs';
@@ -153,6 +154,24 @@ export class Page {
     const count = Math.max(...steps.map((step) => step.length));
     return this.#act(...Array.from({ length: count }, (_, finger) =>
       pointer(`finger ${finger}`, 'touch', fingerActions(steps, finger))));
+  }
+
+  // A pen in Chromium, which comes down at the first step and lifts at the last: { x, y, force, tiltX, tiltY, at }, the
+  // last in milliseconds since the first.
+  async pen(steps) {
+    const { send, close } = await this.#browser.devtools();
+    const sent = [];
+    const report = (type, { at, ...step }) => sent.push(send('Input.dispatchMouseEvent',
+      { type, ...step, button: 'left', buttons: type === 'mouseReleased' ? 0 : 1, clickCount: 1, pointerType: 'pen' }));
+    report('mousePressed', steps[0]);
+    const start = performance.now();
+    for (const step of steps.slice(1)) {
+      while (performance.now() - start < step.at) await pause(1);
+      report('mouseMoved', step);
+    }
+    report('mouseReleased', steps.at(-1));
+    await Promise.all(sent);
+    close();
   }
 
   // With a button of the mouse, through these places.

@@ -63,6 +63,28 @@ class DriverConnection {
       new Command(DriverConnection.#names[command]).setParameters(parameters));
   }
 
+  // Straight to the page in front, past the driver, which waits for what comes of each command.
+  async devtools() {
+    const capabilities = await this.#driver.getCapabilities();
+    const { debuggerAddress } = capabilities.get('goog:chromeOptions');
+    const targets = await (await fetch(`http://${debuggerAddress}/json/list`)).json();
+    const WebSocket = require('ws');
+    const socket = new WebSocket(targets.find(({ type }) => type === 'page').webSocketDebuggerUrl);
+    await once(socket, 'open');
+    const waiting = new Map();
+    socket.on('message', (data) => {
+      const { id, error } = JSON.parse(data);
+      if (error) waiting.get(id)?.reject(new Error(error.message));
+      else waiting.get(id)?.resolve();
+    });
+    let last = 0;
+    const send = (method, params) => new Promise((resolve, reject) => {
+      waiting.set(++last, { resolve, reject });
+      socket.send(JSON.stringify({ id: last, method, params }));
+    });
+    return { send, close: () => socket.close() };
+  }
+
   quit() {
     return this.#driver.quit();
   }

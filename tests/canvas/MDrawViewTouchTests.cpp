@@ -4,8 +4,10 @@
 #include <functional>
 #include <numbers>
 #include <utility>
+#include <vector>
 
 #include "kalimkit/canvas/FingerState.h"
+#include "kalimkit/shapes/MDrawFreeline.h"
 #include "kalimkit/ui/gesture/RotationGestureRecognizer.h"
 #include "tests/canvas/CanvasHost.h"
 
@@ -286,4 +288,57 @@ TEST(MDrawViewTouches, AFingerTapsDrawsDragsOrHasDoneItsWork) {
 }
 
 }  // namespace
+TEST(MDrawView, LoupeStandsAboveAFingertipThatDragsAHandleAndGoesWithIt) {
+    using ui::TouchKind;
+    enum class End { Lift, Cancel, Company, Removal };
+    struct Case {
+        TouchKind kind;
+        gfx::Point from;
+        End end;
+        bool isShown;
+    };
+    const Case cases[] = {{TouchKind::Finger, {200, 200}, End::Lift, true},
+                          {TouchKind::Finger, {200, 200}, End::Cancel, true},
+                          {TouchKind::Finger, {200, 200}, End::Company, true},
+                          {TouchKind::Finger, {200, 200}, End::Removal, true},
+                          {TouchKind::Finger, {150, 150}, End::Lift, false},
+                          {TouchKind::Mouse, {200, 200}, End::Lift, false},
+                          {TouchKind::Pen, {200, 200}, End::Lift, false}};
+    for (const Case& each : cases) {
+        CanvasHost host;
+        host.canvas->setForgiving(true);
+        const ToolRef line = host.draw(ToolType::Line, {100, 100}, {200, 200});
+        host.canvas->selectTools({line});
+        const auto count = [&] { return host.window().rootView()->subviews().size(); };
+        const std::size_t before = count();
+        const ui::TouchContact contact{.kind = each.kind};
+        host.window().fingersBegan({{7, each.from, contact}});
+        for (const double way : {6.0, 30.0})
+            host.window().fingersMoved({{7, each.from + gfx::Point{way, 0}, contact}});
+        EXPECT_EQ(count(), each.isShown ? before + 1 : before);
+        if (each.end == End::Lift) host.window().fingersEnded({{7, each.from, contact}});
+        if (each.end == End::Cancel) host.window().fingersCancelled({});
+        if (each.end == End::Company) host.window().fingersBegan({{8, {300, 300}}});
+        if (each.end == End::Removal) host.canvas->removeFromSuperview();
+        EXPECT_EQ(count(), each.end == End::Removal ? before - 1 : before);
+    }
+}
+
+TEST(MDrawView, WhatIsForeseenIsShownAndNothingThatTheStrokeHas) {
+    CanvasHost host;
+    host.canvas->setForgiving(true);
+    host.pick(ToolType::Freehand);
+    host.down({100, 100});
+    host.move({120, 100});
+    auto& drawing = static_cast<MDrawFreeline&>(*host.canvas->handingTool());
+    drawing.takeAddedExtent();
+    host.window().fingerPredicted(1, {{140, 100}, {160, 110}});
+    const auto added = drawing.takeAddedExtent();
+    EXPECT_FALSE(added && !added->inset(-1, -1).contains(gfx::Point{160, 110}));
+    host.move({130, 100});
+    host.up();
+    EXPECT_EQ(drawing.allPoints(),
+              (std::vector<gfx::Point>{{100, 100}, {120, 100}, {130, 100}, {130, 100}}));
+}
+
 }  // namespace kalim

@@ -44,7 +44,13 @@ class TesselViewController;
 //                                      clipboard's shapes, or else opens its picture
 //     ctrl+x, ctrl+d                   cuts, duplicates
 //     ctrl+a                           selects everything
-//     arrows                           move the selection by one point, with shift by ten
+//     arrows                           move the selection by one point, with shift by ten; with alt
+//                                      they resize it so, from its corner at the bottom right
+//     tab, shift+tab                   select the next shape, or the one before; past the last they
+//                                      go to the bars of wide screens
+//     r, shift+r                       turn what is selected by 15 degrees, and back
+//     n                                makes the shape of the pen in hand in the middle of what is
+//                                      seen; the numbers' pen has shift+n
 //     ctrl+], ctrl+[                   bring forward, send backward; with shift all the way
 //     ctrl+g, ctrl+shift+g             group, ungroup
 //     ctrl+l, ctrl+shift+l             lock, or unlock what is selected; unlock everything

@@ -1,0 +1,103 @@
+// A pen over the page, as a tablet's: it presses and leans, and tells more places than the page has frames.
+
+import assert from 'node:assert/strict';
+import { afterEach, beforeEach, test } from 'node:test';
+
+import { page, rest, toolCount } from './embedding.mjs';
+
+const [left, right, row] = [150, 950, 400];
+// Points in a millisecond.
+const speed = 2;
+
+async function drawnStroke() {
+  const text = await page.evaluate(async () => (await window.first.getDocument()).text());
+  return JSON.parse(text).tools.at(-1);
+}
+
+beforeEach(async () => {
+  await page.widen(1100, 720, 1, {});
+  await page.evaluate(async () => {
+    Object.assign(window.first.style, { width: '100vw', height: '100vh' });
+    await window.first.open('/photos/coffee.png');
+    window.first.setTool('freehand');
+    window.first.setColor('#FF3B30');
+  });
+  await rest();
+});
+afterEach(() => page.resize(390, 844));
+
+test('a stroke is as wide as the pen is pressed', async () => {
+  const steps = Array.from({ length: 41 }, (_, i) =>
+    ({ x: left + i * 10, y: row, force: 0.1 + (i / 40) * 0.9, tiltX: 20, tiltY: 0, at: i * 8 }));
+  await page.pen(steps);
+  await rest();
+  const { linePoints, linePressures } = await drawnStroke();
+  assert.equal(linePressures[0].length, linePoints[0].length);
+  const [first, last] = [linePressures[0][0], linePressures[0].at(-1)];
+  assert.ok(Math.abs(first[0] - 0.1) < 0.02 && last[0] > 0.95, `pressed ${first[0]} to ${last[0]}`);
+  assert.equal(first[1], 20);
+  const width = (x) => page.evaluate((column) => {
+    const shown = window.first.shadowRoot.querySelector('canvas').getContext('2d');
+    const { data } = shown.getImageData(column * devicePixelRatio, 0, 1, shown.canvas.height);
+    let count = 0;
+    for (let i = 0; i < data.length; i += 4) if (data[i] > 200 && data[i + 1] < 90 && data[i + 2] < 90) ++count;
+    return count;
+  }, x);
+  const [thin, thick] = [await width(left + 20), await width(left + 380)];
+  assert.ok(thin > 0 && thick > 2 * thin, `${thin} and ${thick} pixels wide`);
+});
+
+test('what a frame gathers is all drawn', async () => {
+  const steps = Array.from({ length: 80 }, (_, i) =>
+    ({ x: left + i * 8, y: row + (i % 2) * 60, force: 0.5, at: 40 + i }));
+  const busy = page.evaluate(() => new Promise((done) => {
+    addEventListener('pointerdown', () => {
+      const end = performance.now() + 150;
+      while (performance.now() < end);
+      done();
+    }, { once: true, capture: true });
+  }));
+  await page.pen(steps);
+  await busy;
+  await rest();
+  const { linePoints: [line] } = await drawnStroke();
+  const turns = line.filter((point, i) => i > 0 && i < line.length - 1 &&
+    (point[1] - line[i - 1][1]) * (line[i + 1][1] - point[1]) < 0);
+  assert.ok(turns.length >= 70, `${turns.length} of 78 corners`);
+});
+
+test('the ink ends within a frame\'s way of the pen', async (t) => {
+  await page.evaluate((y) => {
+    const shown = window.first.shadowRoot.querySelector('canvas').getContext('2d');
+    let [pointer, before] = [null, 0];
+    window.frames = [];
+    addEventListener('pointerrawupdate', ({ clientX, buttons }) => { pointer = buttons ? clientX : null; }, true);
+    const look = (time) => {
+      const { data, width } = shown.getImageData(0, y * devicePixelRatio, shown.canvas.width, 1);
+      let ink = width;
+      while (ink > 0 && !(data[ink * 4 - 4] > 200 && data[ink * 4 - 3] < 90 && data[ink * 4 - 2] < 90)) --ink;
+      if (pointer !== null && ink > 0) window.frames.push({ pointer, ink: ink / devicePixelRatio, took: time - before });
+      before = time;
+      requestAnimationFrame(look);
+    };
+    requestAnimationFrame(look);
+  }, row);
+  const steps = Array.from({ length: 161 }, (_, i) =>
+    ({ x: left + (i / 160) * (right - left), y: row, force: 1, at: ((i / 160) * (right - left)) / speed }));
+  await page.pen(steps);
+  const frames = await page.evaluate(() => window.frames);
+  const { lineWidth } = await page.evaluate(() => window.first);
+  // What lies beyond the end is the pen's own half width, and what was foreseen.
+  const behind = frames.map(({ pointer, ink, took }) => ({ way: pointer - ink, frame: speed * took }));
+  const most = behind.reduce((a, b) => (a.way / a.frame > b.way / b.frame ? a : b));
+  t.diagnostic(`${frames.length} frames, at most ${most.way.toFixed(1)} points behind where a frame is ${most.frame.toFixed(1)}; ${lineWidth}`);
+  assert.ok(frames.length >= 10, `${frames.length} frames`);
+  for (const { way, frame } of behind.slice(1)) assert.ok(way <= frame + 1, `${way} points behind, a frame is ${frame}`);
+  // What was foreseen is gone with the pen.
+  await rest();
+  assert.equal(await toolCount(), 1);
+  const { linePoints: [line] } = await drawnStroke();
+  const length = line.at(-1)[0] - line[0][0];
+  assert.ok(line.every(([x]) => x <= line.at(-1)[0] + 0.01), 'nothing goes beyond where the pen lifted');
+  assert.ok(length > 0);
+});
