@@ -23,16 +23,18 @@ function readPens() {
 function readKit() {
   const list = readFileSync(join(root, 'kalimkit/shapes/Kit.cpp'), 'utf8');
   const pens = readFileSync(join(root, 'kalimkit/theme/Pens.cpp'), 'utf8');
-  const keyOf = (number) => new RegExp(`\\.number = ${number},[^}]*\\.key = ('.')`).exec(pens)?.[1];
+  const keyOf = (number) => new RegExp(`\\.number = ${number},[^}]*\\.key = '(.)'`).exec(pens)?.[1];
+  const nameOf = (key) => (/[A-Z]/.test(key) ? `'shift+${key.toLowerCase()}'` : `'${key}'`);
   const numbers = [...list.matchAll(/\{(\d+), &\w+::Class\(\)\}/g)].map(([, number]) => number);
-  return [numbers, numbers.map(keyOf).filter(Boolean)];
+  return [numbers, numbers.map(keyOf).filter(Boolean).map(nameOf)];
 }
 
-// The keys of a canvas that tools/split-module has wait, which are all but those of a few commands.
+// The keys of a canvas that tools/split-module has wait, which are all but those of a few commands and those that ask
+// for it themselves, where there is something to do.
 function readLateKeys() {
   const table = readFileSync(join(root, 'kalimkit/canvas/CanvasKeys.cpp'), 'utf8');
   const keys = [...table.matchAll(/^ {4}\{("[^"]+"), &(\w+)/gm)];
-  const isLate = (command) => !/^(undo|redo|deleteSelection|escape|enter|holdSpace|zoom\w*)$/.test(command);
+  const isLate = (command) => !/^(undo|redo|deleteSelection|escape|enter|holdSpace|zoom\w*|turn|make|selectNext)$/.test(command);
   return keys.filter(([, , command]) => isLate(command)).map(([, key]) => key);
 }
 
