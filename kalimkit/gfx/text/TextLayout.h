@@ -146,7 +146,6 @@ private:
     TextPosition atEdge(std::size_t line, const LineOrder& order, std::size_t grapheme,
                         bool isRightSide) const;
     TextPosition endOf(std::size_t line, bool isStart) const;
-    bool isTurned(std::size_t line) const;
     TextPosition besides(TextPosition position, bool toRight) const;
     TextPosition besidesInPlain(TextPosition position, bool toRight) const;
     TextPosition positionInMixed(std::size_t line, double x) const;

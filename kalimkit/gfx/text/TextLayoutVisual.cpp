@@ -7,13 +7,9 @@
 
 namespace kalim::gfx {
 
+// A paragraph without text goes on as the text before it.
 bool TextLayout::isRightToLeft(std::size_t offset) const {
-    return _paragraphs[paragraphAt(offset)].measured->directions().isRightToLeft();
-}
-
-// A line without text goes on as the text before it.
-bool TextLayout::isTurned(std::size_t line) const {
-    std::size_t paragraph = _rows[line].paragraph;
+    std::size_t paragraph = paragraphAt(offset);
     while (paragraph > 0 && _paragraphs[paragraph].measured->graphemes().empty())
         --paragraph;
     return _paragraphs[paragraph].measured->directions().isRightToLeft();
@@ -62,7 +58,7 @@ TextPosition TextLayout::endOf(std::size_t line, bool isStart) const {
 }
 
 TextPosition TextLayout::besidesInPlain(TextPosition position, bool toRight) const {
-    const bool goesOn = toRight != isTurned(lineOf(position));
+    const bool goesOn = toRight != isRightToLeft(position.offset);
     const TextPosition next{goesOn ? graphemeAfter(position.offset)
                                    : graphemeBefore(position.offset)};
     if (next.offset == position.offset) return position;
