@@ -71,8 +71,7 @@ PangoText::PangoText()
 
 // A font map does not give its configuration back by itself.
 PangoText::~PangoText() {
-    if (!_added.isEmpty())
-        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(_fontMap.get()), nullptr);
+    if (!_added.isEmpty()) pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(_fontMap.get()), nullptr);
 }
 
 std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const Font& font) {
