@@ -15,7 +15,7 @@ constexpr gfx::Color marqueeEdge{0.14, 0.66, 0.91, 1};
 constexpr gfx::Color marqueeGround{0.14, 0.66, 0.91, 0.12};
 constexpr gfx::Color litColor{0.14, 0.66, 0.91, 0.45};
 // Points of the screen.
-constexpr double litRadius = 11;
+constexpr double litRadius = 13;
 
 }  // namespace
 

@@ -31,6 +31,8 @@ void CropHand::makePan(std::weak_ptr<ui::GestureDelegate> delegate) {
         });
     _board.scroll()->panGestureRecognizer()->requireToFail(recognizer);
     _board.view().addGestureRecognizer(recognizer);
+    // The view owns both.
+    _board.scroll()->setRefusalHandler([this] { takeBack(); });
     _board.setGridPan(recognizer);
 }
 

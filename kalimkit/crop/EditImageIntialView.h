@@ -149,6 +149,8 @@ public:
     // Whether a drag of the frame is taken back when a second finger comes at once: two fingers
     // were meant. Off at first.
     void setForgiving(bool forgiving);
+    // Over an edge or a corner of the frame the way that it can be dragged; the picture is moved.
+    std::optional<ui::Cursor> cursorAt(gfx::Point p) override;
     // Keeps the rotate button in sight during drags.
     bool isInit() const;
     void setIsInit(bool isInit);

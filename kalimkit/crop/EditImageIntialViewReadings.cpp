@@ -181,6 +181,22 @@ void EditImageIntialView::setForgiving(bool forgiving) {
     _parts->hand.setTakesBack(forgiving);
 }
 
+std::optional<ui::Cursor> EditImageIntialView::cursorAt(gfx::Point p) {
+    using ui::Cursor;
+    constexpr Cursor cursors[] = {Cursor::Move,       Cursor::ResizeEW,   Cursor::ResizeEW,
+                                  Cursor::ResizeNS,   Cursor::ResizeNS,   Cursor::ResizeNWSE,
+                                  Cursor::ResizeNESW, Cursor::ResizeNESW, Cursor::ResizeNWSE};
+    const auto& pan = _parts->board.gridPan();
+    const bool isDragged = pan && (pan->state() == ui::GestureState::Began ||
+                                   pan->state() == ui::GestureState::Changed);
+    const CropEdge held = isDragged ? _parts->hand.edge() : CropEdge::None;
+    const bool isOnEdge = cropGridView() && isOnCropBorder(p, cropFrame());
+    const CropEdge edge = held != CropEdge::None ? held
+                          : isOnEdge             ? _parts->hand.edgeAt(p)
+                                                 : CropEdge::None;
+    return cursors[static_cast<std::size_t>(edge)];
+}
+
 bool EditImageIntialView::isInit() const {
     return _parts->hand.keepsRotateButton();
 }

@@ -80,6 +80,7 @@ void EditImageScrollView::useImageTool(std::int32_t tool) {
 }
 
 bool EditImageScrollView::admitsGesture(const ui::GestureRecognizer& /*recognizer*/) const {
+    if (!_admitsGestures && _refused) _refused();
     return _admitsGestures;
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -47,6 +48,8 @@ public:
     // Off while the crop frame is dragged: no recogniser of this view gets new touches.
     void setAdmitsGestures(bool admits) { _admitsGestures = admits; }
     bool admitsGesture(const ui::GestureRecognizer& recognizer) const override;
+    // Told when a touch has landed meanwhile, perhaps more than once.
+    void setRefusalHandler(std::function<void()> handler) { _refused = std::move(handler); }
 
     // ---- the crop
     // What was cut out, in the picture's own coordinates; before that the frame where the picture
@@ -94,6 +97,7 @@ private:
     // These are all of the drawing tools' recognisers.
     std::array<std::shared_ptr<ui::GestureRecognizer>, 5> _toolGestures;
     bool _admitsGestures = true;
+    std::function<void()> _refused;
     std::optional<gfx::Rect> _cropFrame;
     std::int32_t _rotationOrientationOverall = 0;
     gfx::Rect _lastGridFrame;

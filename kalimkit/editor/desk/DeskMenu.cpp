@@ -10,6 +10,8 @@
 #include "kalimkit/editor/desk/DeskBar.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
 
@@ -95,15 +97,28 @@ Items itemsOfSelection(const MenuMaker& make, const ToolList& tools) {
 Items itemsOfCanvas(const MenuMaker& make) {
     const MDrawView& canvas = make.canvas();
     const bool hasLocked = std::ranges::any_of(canvas.tools(), &MDrawTool::isLocked);
-    return {make.byKey("粘贴", "ctrl+v", "paste"),
-            make.arranging("ctrl+a", "select"),
-            make.byKey("全部解锁", "ctrl+shift+l", "unlock", hasLocked),
-            ui::MenuItem::separator(),
-            make.byKey("撤销", "ctrl+z", "undo", canvas.canUndo()),
-            make.byKey("重做", "ctrl+shift+z", "redo", canvas.canRedo()),
-            ui::MenuItem::separator(),
-            make.byKey("显示整张图片", "ctrl+0", "zoomfit"),
-            make.byKey("实际像素", "ctrl+1")};
+    Items items{make.byKey("粘贴", "ctrl+v", "paste"),
+                make.arranging("ctrl+a", "select"),
+                make.byKey("全部解锁", "ctrl+shift+l", "unlock", hasLocked),
+                ui::MenuItem::separator(),
+                make.byKey("撤销", "ctrl+z", "undo", canvas.canUndo()),
+                make.byKey("重做", "ctrl+shift+z", "redo", canvas.canRedo()),
+                ui::MenuItem::separator(),
+                make.byKey("显示整张图片", "ctrl+0", "zoomfit"),
+                make.byKey("实际像素", "ctrl+1")};
+    // Nobody without a pen is asked about it.
+    if (canvas.window() && canvas.window()->hasSeenPen()) {
+        auto& environment = ui::Environment::current();
+        const bool isOn = environment.userDefault(MDrawView::penOnlySetting).value_or(true);
+        items.push_back({.text = deskText("只用笔画"),
+                         .run =
+                             [isOn] {
+                                 ui::Environment::current().setUserDefault(
+                                     MDrawView::penOnlySetting, !isOn);
+                             },
+                         .isChecked = isOn});
+    }
+    return items;
 }
 
 }  // namespace

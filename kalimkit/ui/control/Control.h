@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -36,6 +37,10 @@ public:
     void touchesEnded(const TouchEvent& event) override;
     void touchesCancelled(const TouchEvent& event) override;
     bool admitsGesture(const GestureRecognizer& recognizer) const override;
+    // A press does something.
+    std::optional<Cursor> cursorAt(gfx::Point /*p*/) override {
+        return _enabled ? Cursor::Hand : Cursor::Arrow;
+    }
 
     // ---- state
     bool isEnabled() const { return _enabled; }
