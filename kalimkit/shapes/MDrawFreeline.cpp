@@ -98,10 +98,13 @@ void MDrawFreeline::addNewPoint(gfx::Point p) {
         _needNewLine = false;
     }
     if (!_predicted.empty()) predict({});
+    const bool hadTouches = _strokes.hasTouches();
     const std::optional<gfx::Rect> box = _strokes.addPoint(p, penTouch());
     if (box) _addedBox = _addedBox ? _addedBox->unionWith(*box) : *box;
     // The point that makes the tool valid shows the curves before it, too.
     if (isDrawVaild() != wasDrawn) _isChangedAllOver = true;
+    // From now on strokes of one width are drawn in another way, too.
+    if (_strokes.hasTouches() != hadTouches) _isChangedAllOver = true;
     _recordedLines = _recordedPressures = nullptr;
 }
 
