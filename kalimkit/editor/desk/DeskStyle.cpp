@@ -302,6 +302,9 @@ void DeskStyle::layoutSubviews() {
     // The colours of the dots are in the picker as well.
     if (left > _scroll->bounds().size.width) left = arrange(height, false);
     _scroll->setContentSize({left, height - 1});
+    // Another tool may have less to choose.
+    const double offset = _scroll->horizontalRange().clamped(_scroll->contentOffset().x);
+    if (offset != _scroll->contentOffset().x) _scroll->setContentOffset({offset, 0});
     scrollViewDidScroll(*_scroll);
 }
 

@@ -26,10 +26,8 @@ void ClosingQuestion::ask(std::weak_ptr<KLMActionsheetViewDelegate> delegate,
     _sheet->setTag(discardQuestionTag);
     // A host may have emptied the button; an answer without a word is none.
     if (sendTitle) {
-        const std::string title =
-            sendTitle->empty() ? environment.localizedString("发送") : *sendTitle;
-        const auto& shell = _stage.shell();
-        _sheet->addAnswer(shell ? shell->confirmTitle(title) : title, sendAnswer);
+        _sendTitle = sendTitle->empty() ? environment.localizedString("发送") : *sendTitle;
+        _sheet->addAnswer(_sendTitle, sendAnswer);
     }
     shellDidChange();
     _sheet->showAlert(_stage.window() ? *_stage.window()->rootView() : _stage.view());
@@ -38,6 +36,8 @@ void ClosingQuestion::ask(std::weak_ptr<KLMActionsheetViewDelegate> delegate,
 void ClosingQuestion::shellDidChange() {
     if (!_sheet) return;
     const auto& shell = _stage.shell();
+    if (const auto button = _sheet->buttonWithTag(sendAnswer))
+        button->setTitle(shell ? shell->confirmTitle(_sendTitle) : _sendTitle);
     _sheet->setLayouter(shell ? shell->questionLayouter() : nullptr);
 }
 

@@ -32,6 +32,8 @@ public:
 private:
     const EditorStage& _stage;
     std::shared_ptr<KLMActionsheetView> _sheet;
+    // Of the phone's button.
+    std::string _sendTitle;
 };
 
 }  // namespace kalim
