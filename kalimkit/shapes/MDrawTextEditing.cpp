@@ -103,8 +103,8 @@ void MDrawText::prepareTextView() {
     _preText = _text;
     _isRestyled = false;
     _keepsWidth = !_text.empty() && !(shrinksToWords() && isAsWideAsWords());
-    _textView->setText(_text);
     styleTextView();
+    _textView->setText(_text);
     placeTextView();
 }
 
@@ -194,6 +194,8 @@ void MDrawText::updateEndPoint() {
     const double scale = getCurrentCtxScale();
     const gfx::Size view = tidyFrame(*_textView).size;
     const gfx::Size size{view.width / scale, view.height / scale};
+    // What the view has measured need not be measured again.
+    if (_textView->layout().text() == _text) _layout = _textView->layout();
     // Lines are measured as they were broken in the view.
     _inset = _textView->inset().width / scale;
     _endPoint = _startPoint + gfx::Point{size.width, size.height};

@@ -29,6 +29,14 @@ MeasuredParagraph::MeasuredParagraph(Device& device, std::string_view text, cons
     if (!text.empty()) measure(device, text, font);
 }
 
+MeasuredParagraph MeasuredParagraph::scaled(double factor) const {
+    MeasuredParagraph result = *this;
+    result._tabInterval *= factor;
+    for (Grapheme& grapheme : result._graphemes)
+        grapheme.advance *= factor;
+    return result;
+}
+
 void MeasuredParagraph::measure(Device& device, std::string_view text, const Font& font) {
     const std::vector<std::size_t> edges = device.boundaries(text, TextBoundary::Grapheme);
     const std::vector<std::size_t> breaks = device.boundaries(text, TextBoundary::Line);

@@ -30,6 +30,9 @@ public:
 
     MeasuredParagraph(Device& device, std::string_view text, const Font& font, BaseDirection base);
 
+    // The same in the same font at another size, so many times as large.
+    MeasuredParagraph scaled(double factor) const;
+
     const std::vector<Grapheme>& graphemes() const { return _graphemes; }
     const TextDirections& directions() const { return _directions; }
     // Yields the offset of a grapheme, and the paragraph's length for their number.

@@ -66,9 +66,23 @@ void TextLayout::setText(std::string text) {
 
 void TextLayout::setFont(const Font& font) {
     if (font == _font) return;
+    Font resized = _font;
+    resized.size = font.size;
+    const bool isScaled =
+        _text.size() > longLength && resized == font && _font.size > 0 && font.size > 0;
+    const double factor = font.size / _font.size;
     _font = font;
     _metrics = _device->lineMetrics(font);
-    forgetMeasures();
+    isScaled ? scaleMeasures(factor) : forgetMeasures();
+}
+
+// Advances grow with the size, for nothing is hinted.
+void TextLayout::scaleMeasures(double factor) {
+    for (Paragraph& paragraph : _paragraphs) {
+        paragraph.measured =
+            std::make_shared<const MeasuredParagraph>(paragraph.measured->scaled(factor));
+    }
+    breakLines();
 }
 
 void TextLayout::setBaseDirection(BaseDirection direction) {
@@ -160,8 +174,8 @@ double TextLayout::lineHeight() const {
 // ---- drawing
 
 void TextLayout::draw(Context& context, Point topLeft) const {
-    for (std::size_t line = 0; line < _lines.size(); ++line)
-        drawLine(context, topLeft, line);
+    constexpr double farthest = std::numeric_limits<double>::max();
+    draw(context, topLeft, {-farthest / 2, -farthest / 2, farthest, farthest});
 }
 
 void TextLayout::draw(Context& context, Point topLeft, const Rect& dirty) const {
@@ -171,9 +185,11 @@ void TextLayout::draw(Context& context, Point topLeft, const Rect& dirty) const 
         return topLeft.y + line.bottom() + slack < dirty.minY();
     };
     const auto first = std::partition_point(_lines.begin(), _lines.end(), isAbove);
+    const bool isUnreadable = isTooSmallToRead(context);
     for (auto line = first; line != _lines.end(); ++line) {
         if (topLeft.y + line->top() - slack > dirty.maxY()) return;
-        drawLine(context, topLeft, static_cast<std::size_t>(line - _lines.begin()));
+        const auto index = static_cast<std::size_t>(line - _lines.begin());
+        isUnreadable ? drawWordsAsBars(context, topLeft, index) : drawLine(context, topLeft, index);
     }
 }
 

@@ -122,6 +122,9 @@ private:
         std::size_t last = 0;
     };
 
+    // Texts of more bytes are not shaped anew when only their size changes, and not shaped at all
+    // to be drawn too small to be read.
+    static constexpr std::size_t longLength = 8192;
     // A selected line feed shows this wide, in line heights.
     static constexpr double lineFeedWidth = 0.25;
 
@@ -129,6 +132,7 @@ private:
     std::string_view textOf(const Paragraph& paragraph) const;
     void measure();
     void forgetMeasures();
+    void scaleMeasures(double factor);
     void breakLines();
     void alignLines();
     std::size_t paragraphAt(std::size_t offset) const;
@@ -156,6 +160,8 @@ private:
     bool holdsWord(TextRange range) const;
     bool isBlank(std::size_t begin, std::size_t end) const;
     void drawLine(Context& context, Point topLeft, std::size_t line) const;
+    bool isTooSmallToRead(const Context& context) const;
+    void drawWordsAsBars(Context& context, Point topLeft, std::size_t line) const;
 
     Device* _device;
     std::string _text;

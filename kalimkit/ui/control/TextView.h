@@ -42,6 +42,8 @@ public:
 
     // ---- text
     const std::string& text() const { return _editor->text(); }
+    // How the text is laid out in it, as it was shown last.
+    const gfx::TextLayout& layout() const { return _editor->layout(); }
     // Puts the caret at the end and forgets the field's history. Not reported to the delegate.
     void setText(std::string text);
 

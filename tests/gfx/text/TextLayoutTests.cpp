@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -304,6 +305,28 @@ TEST_F(TextLayoutTest, LinesStandWhereTheyAreAligned) {
     layout.setBaseDirection(BaseDirection::RightToLeft);
     EXPECT_EQ(begins(LineAlignment::Start), (std::vector<double>{40, 50, 40, 50}));
     EXPECT_EQ(begins(LineAlignment::Left), (std::vector<double>{0, 0, 0, 0}));
+}
+
+// Of a text that takes long to shape another size costs nothing, nor does what cannot be read.
+TEST_F(TextLayoutTest, LongTextsAreShapedOnce) {
+    CountingDevice counting;
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += "ab cde字 \n";
+    TextLayout layout(counting, text, ten, {60, TextLayout::unlimited});
+    counting.measured.clear();
+    layout.setFont({{}, 5});
+    EXPECT_EQ(counting.measured, "");
+    EXPECT_EQ(layout.lines().size(), 1001u);
+    EXPECT_EQ(layout.caretRect({7}), TextLayout(counting, "ab cde字", {{}, 5}).caretRect({7}));
+    test::RecordingContext context;
+    layout.draw(context, {}, {0, 0, 60, 1});
+    // Bars for the two lines that reach into the rectangle, and no text.
+    const Strings drawn = context.takeLines();
+    EXPECT_EQ(
+        std::ranges::count_if(drawn, [](const auto& line) { return line.starts_with("fill"); }), 2);
+    EXPECT_TRUE(
+        std::ranges::none_of(drawn, [](const auto& line) { return line.starts_with("text"); }));
 }
 
 TEST(Graphemes, AreCountedAsAReaderDoes) {
