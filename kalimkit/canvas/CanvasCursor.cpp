@@ -6,6 +6,8 @@
 #include "kalimkit/canvas/CanvasParts.h"
 #include "kalimkit/canvas/DrawnSpan.h"
 #include "kalimkit/canvas/HandleUnder.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -21,37 +23,25 @@ ui::Cursor handleCursor(const SelectionFrame& frame, MoveDirection handle,
     return resizeCursor(shown.apply(direction) - shown.apply(gfx::Point{}));
 }
 
-// Ends of lines go along them, corners of a tool's own away from its middle; points of other kinds
-// are taken and carried.
-ui::Cursor ownHandleCursor(const MDrawTool& tool, MoveDirection part,
-                           const gfx::AffineTransform& toView, bool isHeld) {
-    if (!isHandle(part) || part == MoveDirection::Place) return ui::Cursor::Move;
-    if (part == MoveDirection::Start || part == MoveDirection::End)
-        return resizeCursor(toView.apply(tool.endPoint()) - toView.apply(tool.startPoint()));
-    const MovedSides sides = movedSides(part);
-    if (sides != MovedSides{}) {
-        const gfx::AffineTransform shown = tool.turning().concat(toView);
-        return resizeCursor(shown.apply(gfx::Point{sides.x * 1.0, sides.y * 1.0}) -
-                            shown.apply(gfx::Point{}));
-    }
-    return isHeld ? ui::Cursor::Grabbing : ui::Cursor::Grab;
-}
-
 std::optional<ui::Cursor> selectionCursor(CanvasParts& canvas, gfx::Point p) {
     const auto& group = canvas.selection.group();
     if (!group || canvas.selection.isLocked()) return std::nullopt;
     canvas.selection.readyForScreen();
     const SelectionFrame frame = group->selectionFrame();
     const gfx::AffineTransform& toView = canvas.home.view().mViewTransform();
+    // What tells all handles apart may be still to come; until then those of the frame are known.
+    const bool knows = ui::Environment::current().attachment<ui::LateCode>().isThere(nullptr);
     // What is held stays so, wherever the pointer is.
     if (canvas.grip.holds()) {
         if (group->ownsGrip() && isHandle(group->grip()))
             return handleCursor(frame, group->grip(), toView);
-        return ownHandleCursor(*group->firstSelectedTool(), group->grip(), toView, true);
+        return knows ? partCursor(*group->firstSelectedTool(), group->grip(), toView, true)
+                     : ui::Cursor::Move;
     }
-    const std::optional<FoundHandle> handle = handleUnder(*group, p);
-    if (handle && handle->isOfFrame) return handleCursor(frame, handle->part, toView);
-    if (handle) return ownHandleCursor(*group->firstSelectedTool(), handle->part, toView, false);
+    const MoveDirection ofFrame = frame.handleAt(p);
+    if (ofFrame != MoveDirection::None) return handleCursor(frame, ofFrame, toView);
+    const auto handle = knows ? handleUnder(*group, p) : std::nullopt;
+    if (handle) return partCursor(*group->firstSelectedTool(), handle->part, toView, false);
     return group->hitTest(p) ? std::optional(ui::Cursor::Move) : std::nullopt;
 }
 

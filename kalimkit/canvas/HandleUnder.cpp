@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "kalimkit/canvas/CanvasCursor.h"
+#include "kalimkit/canvas/DrawnSpan.h"
 #include "kalimkit/tool/QVGeometry.h"
 
 namespace kalim {
@@ -28,11 +30,6 @@ std::vector<gfx::Point> placesOf(const MDrawTool& tool) {
 
 }  // namespace
 
-bool isHandle(MoveDirection part) {
-    return part != MoveDirection::None && part != MoveDirection::Body &&
-           part != MoveDirection::GroupedLine;
-}
-
 std::optional<FoundHandle> handleUnder(MDrawMutableSelect& group, gfx::Point p) {
     const SelectionFrame frame = group.selectionFrame();
     const MoveDirection ofFrame = frame.handleAt(p);
@@ -48,6 +45,22 @@ std::optional<FoundHandle> handleUnder(MDrawMutableSelect& group, gfx::Point p) 
     const auto nearest = std::ranges::min_element(
         places, {}, [p](gfx::Point place) { return QVPointDistance(place, p); });
     return FoundHandle{part, *nearest, false};
+}
+
+// Ends of lines go along them, corners of a tool's own away from its middle; points of other kinds
+// are taken and carried.
+ui::Cursor partCursor(const MDrawTool& tool, MoveDirection part, const gfx::AffineTransform& toView,
+                      bool isHeld) {
+    if (!isHandle(part) || part == MoveDirection::Place) return ui::Cursor::Move;
+    if (part == MoveDirection::Start || part == MoveDirection::End)
+        return resizeCursor(toView.apply(tool.endPoint()) - toView.apply(tool.startPoint()));
+    const MovedSides sides = movedSides(part);
+    if (sides != MovedSides{}) {
+        const gfx::AffineTransform shown = tool.turning().concat(toView);
+        return resizeCursor(shown.apply(gfx::Point{sides.x * 1.0, sides.y * 1.0}) -
+                            shown.apply(gfx::Point{}));
+    }
+    return isHeld ? ui::Cursor::Grabbing : ui::Cursor::Grab;
 }
 
 }  // namespace kalim

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "kalimkit/canvas/MDrawMutableSelect.h"
+#include "kalimkit/ui/view/Cursor.h"
 
 namespace kalim {
 
@@ -19,6 +20,13 @@ struct FoundHandle {
 std::optional<FoundHandle> handleUnder(MDrawMutableSelect& group, gfx::Point p);
 
 // Whether a drag of that part moves a point, and not the whole.
-bool isHandle(MoveDirection part);
+inline bool isHandle(MoveDirection part) {
+    return part != MoveDirection::None && part != MoveDirection::Body &&
+           part != MoveDirection::GroupedLine;
+}
+
+// What the pointer looks like over a part of a tool that is selected, or while it is held.
+ui::Cursor partCursor(const MDrawTool& tool, MoveDirection part, const gfx::AffineTransform& toView,
+                      bool isHeld);
 
 }  // namespace kalim

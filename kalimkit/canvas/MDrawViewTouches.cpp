@@ -2,6 +2,7 @@
 #include "kalimkit/canvas/HandleUnder.h"
 #include "kalimkit/canvas/MDrawView.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 #include "kalimkit/ui/gesture/PanGestureRecognizer.h"
 #include "kalimkit/ui/window/Window.h"
 
@@ -72,7 +73,8 @@ void MDrawView::pointerMoved(gfx::Point p) {
     const auto& group = parts->selection.group();
     std::optional<FoundHandle> handle;
     const bool isFree = !_isReadOnly && forgiving() && fingerState() == FingerState::Idle;
-    if (isFree && group && !parts->selection.isLocked()) {
+    const auto& code = ui::Environment::current().attachment<ui::LateCode>();
+    if (isFree && group && !parts->selection.isLocked() && code.isThere(nullptr)) {
         parts->selection.readyForScreen();
         handle = handleUnder(*group, invertViewPoint(p));
     }

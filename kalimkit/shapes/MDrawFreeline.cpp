@@ -9,6 +9,8 @@
 #include "kalimkit/shapes/outline/Dashes.h"
 #include "kalimkit/shapes/outline/SegmentHit.h"
 #include "kalimkit/tool/QVGeometry.h"
+#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LateCode.h"
 
 namespace kalim {
 
@@ -112,6 +114,9 @@ void MDrawFreeline::addNewPoint(gfx::Point p) {
 std::optional<PenTouch> MDrawFreeline::penTouch() const {
     const bool isPen = _contact.kind == ui::TouchKind::Pen && _contact.pressure;
     if (!isPen || !rules().forgiving || number(pressureProperty.name) == 0) return std::nullopt;
+    // What draws such strokes may be still to come.
+    if (!ui::Environment::current().attachment<ui::LateCode>().isThere(nullptr))
+        return std::nullopt;
     const double lean = std::min(std::hypot(_contact.tilt.x, _contact.tilt.y), 90.0);
     return PenTouch{*_contact.pressure, lean};
 }
@@ -269,7 +274,7 @@ void MDrawFreeline::drawContent(gfx::Context& context) {
 // As one with what is drawn, so that both together are no darker where they meet.
 void MDrawFreeline::addPredicted(gfx::Context& context) const {
     if (_predicted.empty()) return;
-    const double width = context.state().lineWidth * _strokes.lastShare();
+    const double width = context.state().lineWidth * (showsPressure() ? _strokes.lastShare() : 1);
     gfx::Path ink;
     gfx::Point from = linePoints().back().back();
     if (!showsPressure()) context.moveTo(from);

@@ -161,6 +161,7 @@ constexpr std::pair<std::string_view, std::string_view> texts[] = {
     {"改变大小 10 点", "Resize by 10 points"},
     {"旋转 15°", "Turn by 15°"},
     {"下一个或上一个形状", "Next or previous shape"},
+    {"笔压", "Pen Pressure"},
     {"只用笔画", "Draw with the Pen Only"},
     {"在中间添加形状", "Add a shape in the middle"},
     {"{}图形", "{} shape"},

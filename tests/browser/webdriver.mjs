@@ -288,6 +288,7 @@ async function launchOnce(kind, folder, fonts) {
     await within(startPatience, connection.open(capabilities), `A session with ${kind}`);
     return {
       send: (command, parameters) => connection.send(command, parameters),
+      devtools: () => connection.devtools(),
       // Ends the driver and all that it has started, at once.
       async kill() {
         const gone = once(program, 'exit');
@@ -310,7 +311,7 @@ async function launchOnce(kind, folder, fonts) {
   }
 }
 
-// Returns send(command, parameters), end() and kill(). Fonts are those of a fontconfig file. A start that
+// Returns send(command, parameters), devtools() in Chromium, end() and kill(). Fonts are those of a fontconfig file. A start that
 // fails is tried once more.
 export async function launch(kind, { folder, fonts }) {
   await mkdir(join(folder, 'downloads'), { recursive: true });

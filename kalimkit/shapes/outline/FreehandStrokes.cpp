@@ -9,8 +9,6 @@ namespace kalim {
 namespace {
 
 constexpr std::size_t curvesPerChunk = 64;
-// That the first curve of a stroke takes.
-constexpr std::size_t curvePoints = 5;
 
 // Boxes without width or height may meet, too.
 bool meet(const gfx::Rect& a, const gfx::Rect& b) {
@@ -20,6 +18,11 @@ bool meet(const gfx::Rect& a, const gfx::Rect& b) {
 
 void include(std::optional<gfx::Rect>& box, const std::optional<SmoothedCurve>& curve) {
     if (curve) box = box ? box->unionWith(curve->box()) : curve->box();
+}
+
+void addTo(gfx::Context& context, const SmoothedCurve& curve) {
+    context.moveTo(curve.start);
+    context.cubicTo(curve.control1, curve.control2, curve.end);
 }
 
 }  // namespace
@@ -94,8 +97,7 @@ void FreehandStrokes::mapPoints(const std::function<gfx::Point(gfx::Point)>& map
     deriveAll();
 }
 
-template <typename Use>
-void FreehandStrokes::visitInSight(gfx::Context& context, Use use) const {
+void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
     const gfx::Rect clip = context.clipBounds();
     if (clip.isEmpty()) return;
     // The whole width where half would do: a clip's edge shows some of the pixels it cuts.
@@ -106,32 +108,13 @@ void FreehandStrokes::visitInSight(gfx::Context& context, Use use) const {
         const std::size_t first = chunk * curvesPerChunk;
         const std::size_t end = std::min(first + curvesPerChunk, _curves.size());
         for (std::size_t i = first; i < end; ++i) {
-            if (meet(_curves[i].box(), sight))
-                use(_curves[i], i < _shares.size() ? _shares[i] : Shares());
+            const SmoothedCurve& curve = _curves[i];
+            if (!meet(curve.box(), sight)) continue;
+            addTo(context, curve);
         }
     }
     const std::optional<SmoothedCurve> tail = shownTail();
-    if (tail && meet(tail->box(), sight)) use(*tail, tailShares());
-}
-
-void FreehandStrokes::addCurvesInSight(gfx::Context& context) const {
-    visitInSight(context, [&context](const SmoothedCurve& curve, Shares) {
-        context.moveTo(curve.start);
-        context.cubicTo(curve.control1, curve.control2, curve.end);
-    });
-}
-
-void FreehandStrokes::addInkInSight(gfx::Context& context) const {
-    const double width = context.state().lineWidth;
-    gfx::Path ink;
-    visitInSight(context, [&](const SmoothedCurve& curve, Shares shares) {
-        addInk(ink, curve, shares.start * width, shares.end * width);
-    });
-    context.addPath(ink);
-}
-
-double FreehandStrokes::lastShare() const {
-    return tailShares().end;
+    if (tail && meet(tail->box(), sight)) addTo(context, *tail);
 }
 
 gfx::Path FreehandStrokes::curves() const {
@@ -159,28 +142,8 @@ std::optional<SmoothedCurve> FreehandStrokes::derive(gfx::Point p) {
     ++_linePoints;
     const std::optional<SmoothedCurve> curve = _smoothing.add(p);
     if (!curve) return curve;
-    // It ends between the last point but two and the last.
-    const Shares shares{_linePoints == curvePoints ? shareAt(0, 2) : _lastShare,
-                        shareAt(_linePoints - 4, _linePoints)};
-    _lastShare = shares.end;
-    keep(*curve, shares);
+    keep(*curve, hasTouches() ? curveShares() : Shares());
     return curve;
-}
-
-// The mean of some points of the line that is derived, so that a pen's tremor does not show.
-double FreehandStrokes::shareAt(std::size_t first, std::size_t end) const {
-    if (_line >= _touches.size() || _touches[_line].empty() || first >= end) return 1;
-    const auto& touches = _touches[_line];
-    double sum = 0;
-    for (std::size_t i = first; i < end; ++i)
-        sum += inkShare(touches[std::min(i, touches.size() - 1)]);
-    return sum / static_cast<double>(end - first);
-}
-
-FreehandStrokes::Shares FreehandStrokes::tailShares() const {
-    const double start =
-        _linePoints < curvePoints ? shareAt(0, std::min<std::size_t>(_linePoints, 2)) : _lastShare;
-    return {start, shareAt(_linePoints - std::min<std::size_t>(_linePoints, 3), _linePoints)};
 }
 
 void FreehandStrokes::keep(const SmoothedCurve& curve, Shares shares) {
@@ -196,7 +159,8 @@ void FreehandStrokes::keep(const SmoothedCurve& curve, Shares shares) {
 
 // The tail of a stroke that goes on no more is one of its curves.
 void FreehandStrokes::endLine() {
-    if (const std::optional<SmoothedCurve> tail = shownTail()) keep(*tail, tailShares());
+    if (const std::optional<SmoothedCurve> tail = shownTail())
+        keep(*tail, hasTouches() ? tailShares() : Shares());
     _smoothing.restart();
     _linePoints = 0;
 }

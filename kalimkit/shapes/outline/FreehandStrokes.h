@@ -46,8 +46,8 @@ public:
     // path, each as a subpath of its own: leaving out others changes nothing that is seen.
     void addCurvesInSight(gfx::Context& context) const;
 
-    // The same as areas to be filled as one, as wide as the pen was pressed: the context's width at
-    // the most.
+    // (FreehandInk.cpp) The same as areas to be filled as one, as wide as the pen was pressed: the
+    // context's width at the most.
     void addInkInSight(gfx::Context& context) const;
     // Of the last point, 1 where nobody knows.
     double lastShare() const;
@@ -69,9 +69,8 @@ private:
 
     std::optional<SmoothedCurve> derive(gfx::Point p);
     double shareAt(std::size_t first, std::size_t end) const;
+    Shares curveShares();
     Shares tailShares() const;
-    template <typename Use>
-    void visitInSight(gfx::Context& context, Use use) const;
     void deriveAll();
     void keep(const SmoothedCurve& curve, Shares shares);
     void endLine();
