@@ -52,15 +52,11 @@ test('a stroke is as wide as the pen is pressed', async () => {
 test('what a frame gathers is all drawn', async () => {
   const steps = Array.from({ length: 80 }, (_, i) =>
     ({ x: left + i * 7, y: row + (i % 2) * 60, force: 0.5, at: 40 + i }));
-  const busy = page.evaluate(() => new Promise((done) => {
-    addEventListener('pointerdown', () => {
-      const end = performance.now() + 150;
-      while (performance.now() < end);
-      done();
-    }, { once: true, capture: true });
-  }));
+  await page.evaluate(() => addEventListener('pointerdown', () => {
+    const end = performance.now() + 150;
+    while (performance.now() < end);
+  }, { once: true, capture: true }));
   await page.pen(steps);
-  await busy;
   await rest();
   const { linePoints: [line] } = await drawnStroke();
   const turns = line.filter((point, i) => i > 0 && i < line.length - 1 &&
@@ -69,35 +65,47 @@ test('what a frame gathers is all drawn', async () => {
 });
 
 test('the ink ends within a frame\'s way of the pen', async (t) => {
-  await page.evaluate((y) => {
+  await page.evaluate(() => {
     const shown = window.first.shadowRoot.querySelector('canvas').getContext('2d');
     let [pointer, before] = [null, 0];
-    window.frames = [];
-    addEventListener('pointerrawupdate', ({ clientX, buttons }) => { pointer = buttons ? clientX : null; }, true);
+    window.penFrames = [];
+    // The first as soon as it is known, where the browser tells it, the others once a frame.
+    for (const type of ['pointerrawupdate', 'pointerdown', 'pointermove', 'pointerup']) {
+      addEventListener(type, ({ clientX, buttons }) => { pointer = buttons ? clientX : null; }, true);
+    }
+    window.penRow = 0;
     const look = (time) => {
-      const { data, width } = shown.getImageData(0, y * devicePixelRatio, shown.canvas.width, 1);
-      let ink = width;
-      while (ink > 0 && !(data[ink * 4 - 4] < 60 && data[ink * 4 - 3] > 200 && data[ink * 4 - 2] < 60)) --ink;
-      if (pointer !== null && ink > 0) window.frames.push({ pointer, ink: ink / devicePixelRatio, took: time - before });
+      const { data } = shown.getImageData(0, window.penRow * devicePixelRatio, shown.canvas.width, 1);
+      // It fades in; nothing else there is green.
+      let ink = 880;
+      while (ink > 0 && data[ink * 4 - 3] < data[ink * 4 - 4] + 40) --ink;
+      if (pointer !== null && ink > 0) window.penFrames.push({ pointer, ink: ink / devicePixelRatio, took: time - before });
       before = time;
       requestAnimationFrame(look);
     };
     requestAnimationFrame(look);
-  }, row);
-  const steps = Array.from({ length: 113 }, (_, i) =>
-    ({ x: left + i * 5, y: row, force: 1, at: (i * 5) / speed }));
-  await page.pen(steps);
-  const frames = await page.evaluate(() => window.frames);
-  // What lies beyond the end is the pen's own half width, and what was foreseen.
-  const behind = frames.map(({ pointer, ink, took }) => ({ way: pointer - ink, frame: speed * took }));
+  });
+  for (let stroke = 0; stroke < 4; ++stroke) {
+    const y = row - 60 + 40 * stroke;
+    await page.evaluate((of) => { window.penRow = of; }, y);
+    await page.pen(Array.from({ length: 113 }, (_, i) =>
+      ({ x: left + i * 5, y, force: 1, at: (i * 5) / speed })));
+  }
+  const frames = await page.evaluate(() => window.penFrames);
+  // To the edge of the ink, with what was foreseen.
+  // One that comes late makes
+  // the next one short.
+  const behind = frames.map(({ pointer, ink, took }, i) =>
+    ({ way: pointer - ink, frame: speed * Math.max(took, frames[i - 1]?.took ?? 0) }));
   const most = behind.reduce((a, b) => (a.way / a.frame > b.way / b.frame ? a : b));
   t.diagnostic(`${frames.length} frames, at most ${most.way.toFixed(1)} points behind where a frame is ${most.frame.toFixed(1)}`);
-  assert.ok(frames.length >= 10, `${frames.length} frames`);
-  for (const { way, frame } of behind.slice(1)) assert.ok(way <= frame + 1, `${way} points behind, a frame is ${frame}`);
+  assert.ok(frames.length >= 6, `${frames.length} frames`);
+  for (const { way, frame } of behind) assert.ok(way <= frame + 1, `${way} points behind, a frame is ${frame}`);
   // What was foreseen is gone with the pen.
   await rest();
   assert.equal(await toolCount(), 1);
-  const { linePoints: [line] } = await drawnStroke();
+  const { linePoints } = await drawnStroke();
+  const line = linePoints.at(-1);
   const length = line.at(-1)[0] - line[0][0];
   assert.ok(line.every(([x]) => x <= line.at(-1)[0] + 0.01), 'nothing goes beyond where the pen lifted');
   assert.ok(length > 0);
