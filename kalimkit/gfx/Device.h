@@ -50,6 +50,10 @@ public:
     // The directions of a text without line feeds, one for each of its graphemes. A device that
     // knows none lets everything run from left to right.
     virtual TextDirections directions(std::string_view paragraph, BaseDirection base);
+    // Counts how often these answers have become others, as where a page gets to know more of a
+    // text's signs. A TextLayout sees to that with whatever is set of it next.
+    std::uint64_t textRevision() const { return _textRevision; }
+    void textsChanged() { ++_textRevision; }
 
     // ---- fonts that a host hands over
     // Takes the bytes of a font file. An empty family means the families added, in their order,
@@ -59,6 +63,9 @@ public:
     // the font says: ascent, descent and gap of its hhea table, or of OS/2 where that asks for it,
     // nothing rounded. Texts laid out before keep their measures, so fonts come first.
     virtual AddedFont addFont(std::vector<std::uint8_t> file);
+
+private:
+    std::uint64_t _textRevision = 0;
 };
 
 }  // namespace kalim::gfx

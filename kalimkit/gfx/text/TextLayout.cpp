@@ -22,6 +22,7 @@ TextLayout::TextLayout(Device& device, std::string text, const Font& font, Size 
       _font(font),
       _limit{limitOf(limit.width), limitOf(limit.height)},
       _metrics(device.lineMetrics(font)),
+      _revision(device.textRevision()),
       _paragraphs(split(_text)) {
     measure();
     breakLines();
@@ -44,6 +45,7 @@ std::string_view TextLayout::textOf(const Paragraph& paragraph) const {
 
 // Paragraphs at the start and at the end that are as they were keep their measures.
 void TextLayout::setText(std::string text) {
+    refresh();
     const std::string oldText = std::exchange(_text, std::move(text));
     const std::vector<Paragraph> old = std::exchange(_paragraphs, split(_text));
     const auto isSame = [&](const Paragraph& before, const Paragraph& now) {
@@ -65,6 +67,7 @@ void TextLayout::setText(std::string text) {
 }
 
 void TextLayout::setFont(const Font& font) {
+    refresh();
     if (font == _font) return;
     Font resized = _font;
     resized.size = font.size;
@@ -104,7 +107,16 @@ void TextLayout::forgetMeasures() {
     breakLines();
 }
 
+// The device has other measures than when these were taken.
+void TextLayout::refresh() {
+    if (_revision == _device->textRevision()) return;
+    _revision = _device->textRevision();
+    _metrics = _device->lineMetrics(_font);
+    forgetMeasures();
+}
+
 void TextLayout::setLimit(Size limit) {
+    refresh();
     const Size next{limitOf(limit.width), limitOf(limit.height)};
     if (next == _limit) return;
     _limit = next;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -133,6 +134,7 @@ private:
     void measure();
     void forgetMeasures();
     void scaleMeasures(double factor);
+    void refresh();
     void breakLines();
     void alignLines();
     std::size_t paragraphAt(std::size_t offset) const;
@@ -170,6 +172,8 @@ private:
     BaseDirection _base = BaseDirection::FirstLetter;
     LineAlignment _alignment = LineAlignment::Left;
     LineMetrics _metrics;
+    // Of the device's measures.
+    std::uint64_t _revision;
     std::vector<Paragraph> _paragraphs;
     std::vector<TextLine> _lines;
     // Every line has one.

@@ -46,6 +46,17 @@ protected:
     CountingDevice device;
 };
 
+TEST_F(TextLayoutTest, MeasuresAnewWhereTheDeviceHasOtherAnswers) {
+    TextLayout layout = layoutOf("ab\ncd");
+    device.measured.clear();
+    layout.setFont(ten);
+    EXPECT_EQ("", device.measured);
+    device.textsChanged();
+    layout.setFont(ten);
+    layout.setLimit(layout.limit());
+    EXPECT_EQ("abcd", device.measured);
+}
+
 TEST_F(TextLayoutTest, BreaksGreedilyAndLetsSpacesHang) {
     const struct {
         const char* what;
