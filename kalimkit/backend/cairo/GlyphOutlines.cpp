@@ -48,6 +48,8 @@ void traceInkedGlyphs(cairo_t* context, const ShapedText& text) {
 
 void showColorGlyphs(cairo_t* context, const ShapedText& text, double alpha) {
     if (alpha < 1) cairo_push_group(context);
+    // Glyphs bring their colours, but nothing is drawn where the source in force is clear.
+    cairo_set_source_rgba(context, 0, 0, 0, 1);
     forEachRun(text, true, [&](const ShapedText::Run& run) {
         cairo_move_to(context, run.x, 0);
         pango_cairo_show_glyph_string(context, run.glyphs->item->analysis.font, run.glyphs->glyphs);

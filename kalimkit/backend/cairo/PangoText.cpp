@@ -79,7 +79,8 @@ std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const 
     key += text;
     if (const auto found = _shaped.find(key); found != _shaped.end()) return found->second;
     if (_shaped.size() >= shapedKept) _shaped.clear();
-    auto shaped = std::make_shared<const ShapedText>(_context.get(), describe(font).get(), text);
+    auto shaped = std::make_shared<const ShapedText>(_context.get(), describe(font).get(), text,
+                                                     !_added.isEmpty());
     _shaped.emplace(std::move(key), shaped);
     return shaped;
 }

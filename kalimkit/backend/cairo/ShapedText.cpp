@@ -21,6 +21,31 @@ bool isColorFont(PangoFont* font) {
     return FcPatternGetBool(pattern, FC_COLOR, 0, &isColor) == FcResultMatch && isColor;
 }
 
+// Pango sets a blank in the font of what comes before it, browsers in the first one. A run of its
+// own is set as they do.
+void setBlanksApart(PangoLayout* layout, std::string_view text, const PangoFontDescription* font) {
+    PangoAttrList* const attributes = pango_attr_list_new();
+    for (std::size_t at = text.find(' '); at != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_not_of(' ', at), text.size());
+        PangoAttribute* const attribute = pango_attr_font_desc_new(font);
+        attribute->start_index = static_cast<guint>(at);
+        attribute->end_index = static_cast<guint>(end);
+        pango_attr_list_insert(attributes, attribute);
+        at = text.find(' ', end);
+    }
+    pango_layout_set_attributes(layout, attributes);
+    pango_attr_list_unref(attributes);
+}
+
+// Whether there may be letters that the first font lacks, as are those from Hebrew on up to where
+// punctuation begins.
+bool hasFarLetters(std::string_view text) {
+    return std::ranges::any_of(text, [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte >= 0xD6 && byte <= 0xE1;
+    });
+}
+
 }  // namespace
 
 MendedText::MendedText(std::string_view text) {
@@ -34,12 +59,14 @@ MendedText::MendedText(std::string_view text) {
 }
 
 ShapedText::ShapedText(PangoContext* context, const PangoFontDescription* font,
-                       std::string_view text)
+                       std::string_view text, bool hasAddedFonts)
     : _layout(pango_layout_new(context)) {
     const MendedText mended(text);
     pango_layout_set_single_paragraph_mode(_layout.get(), TRUE);
     pango_layout_set_font_description(_layout.get(), font);
     pango_layout_set_text(_layout.get(), mended.utf8.data(), static_cast<int>(mended.utf8.size()));
+    if (hasAddedFonts || hasFarLetters(mended.utf8))
+        setBlanksApart(_layout.get(), mended.utf8, font);
     PangoRectangle ink;
     pango_layout_line_get_extents(line(), &ink, nullptr);
     _inkBounds = {points(ink.x), points(ink.y), points(ink.width), points(ink.height)};

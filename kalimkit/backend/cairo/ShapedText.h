@@ -40,7 +40,8 @@ public:
         bool isColor = false;
     };
 
-    ShapedText(PangoContext* context, const PangoFontDescription* font, std::string_view text);
+    ShapedText(PangoContext* context, const PangoFontDescription* font, std::string_view text,
+               bool hasAddedFonts);
 
     PangoLayoutLine* line() const;
     // Lists the advance of each grapheme in the text's order, in points.
