@@ -62,10 +62,21 @@ function copyScripts(folder, target, isWanted = (name) => name.endsWith('.js')) 
   }
 }
 
+// Of others, as tools/page-libraries fetches them.
+function copyLibraries(target) {
+  const fetched = join(root, 'build/page-libraries');
+  if (!existsSync(fetched)) return;
+  mkdirSync(target, { recursive: true });
+  for (const name of readdirSync(fetched).filter((one) => /\.(js|LICENSE)$/.test(one))) {
+    cpSync(join(fetched, name), join(target, name));
+  }
+}
+
 function copyLibrary(target) {
   copyScripts('kalimkit/backend/html', target);
   copyScripts('kalimkit/host/browser', target);
   copyScripts('kalimkit/host/browser/saving', target);
+  copyLibraries(join(target, 'kalimkit/backend/html/libraries'));
   for (const module of modules.filter(existsSync)) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
 }
 
@@ -96,7 +107,7 @@ function shorten(target, paths) {
   }
 }
 
-// With the names of all files but that which is kept only once it was needed, and a version that is another one as soon as any of them is.
+// With the names of all files but licences and what is kept only once it was needed, and a version that is another one as soon as any of them is.
 function writeWorker(target) {
   const template = readFileSync(join(target, 'worker.js'), 'utf8');
   rmSync(join(target, 'worker.js'));
@@ -104,7 +115,7 @@ function writeWorker(target) {
   const names = filesBelow(target).map((path) => {
     hash.update(readFileSync(path));
     return relative(target, path);
-  }).filter((name) => !name.endsWith('-codec.wasm'));
+  }).filter((name) => !/-codec\.wasm$|\.LICENSE$/.test(name));
   const list = names.map((name) => `  '${name}',\n`).join('');
   const text = template.replace("'VERSION'", `'${hash.digest('hex').slice(0, 16)}'`)
     .replace('[]', `[\n${list}]`);

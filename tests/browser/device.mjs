@@ -17,7 +17,8 @@ async function runTests() {
     const { instantiate } = await import('/kalimkit/backend/html/instance.js');
     const printed = [];
     console.error = (text) => printed.push(text);
-    const { exports } = await instantiate(new URL('/modules/tests-html.wasm', location.href));
+    const { exports, drawing } = await instantiate(new URL('/modules/tests-html.wasm', location.href));
+    await drawing.completeTexts();
     exports.run(browser);
     return printed.join('');
   }, ['chromium', 'firefox', 'webkit'].indexOf(browserName));

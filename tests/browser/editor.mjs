@@ -286,6 +286,34 @@ test('an input method composes, keys edit, and the text is in the file', async (
   assert.equal(await toolCount(), 0);
 });
 
+test('Arabic is composed, and the arrows go over the screen', needsChromium, async () => {
+  const libraries = () => page.evaluate(() => performance.getEntriesByType('resource')
+    .filter(({ name }) => name.includes('/libraries/')).length);
+  const caret = () => page.evaluate(() =>
+    window.kalimEditor.shadowRoot.querySelector('textarea').selectionStart);
+  const press = async (key, count) => {
+    const carets = [];
+    for (let i = 0; i < count; ++i) {
+      await page.press(key);
+      carets.push(await caret());
+    }
+    return carets;
+  };
+  assert.equal(await libraries(), 0);
+  await choosePen(3);
+  await page.touch([toPage([300, 500])]);
+  await until(async () => (await libraries()) === 2, 'what is known of texts');
+  await page.compose(['س', 'سل', 'سلا'], 'سلام');
+  await page.type(' abc');
+  // From left to right the line is "abc مالس".
+  assert.deepEqual(await press('ArrowLeft', 4), [7, 6, 5, 5]);
+  assert.deepEqual(await press('ArrowRight', 8), [6, 7, 8, 4, 3, 2, 1, 0]);
+  await press('End', 1);
+  await page.compose(['ن', 'ني', 'nihao'], '你好');
+  await tap('toolView.doneButton');
+  assert.equal(await toolCount(), 1);
+});
+
 test('closing asks first when something is drawn, and the page starts anew', async () => {
   await draw([400, 700], [800, 900]);
   await tap('toolView.closeButton');

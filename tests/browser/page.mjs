@@ -16,7 +16,7 @@ const phone = { width: 390, height: 844 };
 const density = 3;
 const keys = {
   Control: '\ue009', Escape: '\ue00c', Backspace: '\ue003', ArrowLeft: '\ue012', Delete: '\ue017', Enter: '\ue007',
-  Tab: '\ue004', Shift: '\ue008',
+  Tab: '\ue004', Shift: '\ue008', ArrowRight: '\ue014', End: '\ue010',
 };
 
 const moveTo = ([x, y]) => ({ type: 'pointerMove', duration: 0, x: Math.round(x), y: Math.round(y) });

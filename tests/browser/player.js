@@ -29,8 +29,8 @@ async function dataUrl(canvas) {
 window.scenarios = {
   // lines: of the scenario; picture: the name of the first picture, or nothing; pictures: the URL of
   // each that it names; editor: nothing for the bare canvas, else { nativeHeight, entrance: its five
-  // numbers, userDefaults: by their keys }. Returns { prints, exported: names, problem }.
-  async play({ width, height, scale, forgiving, picture, pictures, editor, lines }) {
+  // numbers, userDefaults: by their keys }; fonts: URLs. Returns { prints, exported: names, problem }.
+  async play({ width, height, scale, forgiving, picture, pictures, editor, fonts, lines }) {
     const files = new Map();
     for (const [name, url] of Object.entries(pictures)) {
       // What cannot be read is the scenario's own affair.
@@ -39,7 +39,7 @@ window.scenarios = {
     }
     const prints = [];
     played.clear();
-    const { exports, heap } = await instantiate(await module, ({ heap, drawing }) => ({
+    const { exports, heap, drawing } = await instantiate(await module, ({ heap, drawing }) => ({
       scenario_load(name, length) {
         const file = files.get(heap.text(name, length));
         return file ? drawing.addPicture(canvasOf(file)) : 0;
@@ -49,6 +49,8 @@ window.scenarios = {
       },
       scenario_print: (line, length) => prints.push(heap.text(line, length)),
     }));
+    for (const url of fonts) await drawing.addFont(new Uint8Array(await (await fetch(url)).arrayBuffer()));
+    await drawing.completeTexts();
     const put = (text) => {
       const room = heap.encode(text).length;
       return heap.writeText(text, exports.buffer(room), room);
@@ -67,6 +69,7 @@ window.scenarios = {
       if (problem) problem = `line ${i + 1}: ${problem}`;
     }
     exports.finish();
+    drawing.end();
     return { prints, exported: [...played.keys()], problem };
   },
 

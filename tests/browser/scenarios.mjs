@@ -43,6 +43,7 @@ async function readScenario(name) {
         return [key, value === 'true'];
       })),
     },
+    fonts: all('--font').map((at) => at.replace('/usr/share/', '/')),
     lines: [...lines, JSON.stringify(isEditor ? lastScreen : lastPicture)],
   };
 }
@@ -94,6 +95,7 @@ for (const name of names.map((file) => basename(file, '.jsonl'))) {
         picture: scenario.picture,
         pictures: scenario.pictures,
         editor: scenario.editor,
+        fonts: scenario.fonts,
         lines: scenario.lines,
       }),
     ]);

@@ -18,6 +18,7 @@ export const fonts = join(root, 'tests/browser/fonts.conf');
 const places = [
   ['/results/', join(build, 'results')],
   ['/app/', join(build, 'app')],
+  ['/fonts/', '/usr/share/fonts'],
   ['/photos/', join(root, 'docs/photos')],
   ['/tests/', join(root, 'tests/browser')],
   ['/modules/', join(wasmBuild, 'tests/browser')],

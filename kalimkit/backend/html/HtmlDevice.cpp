@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <span>
 #include <utility>
 
-#include "kalimkit/backend/html/HtmlDirections.h"
 #include "kalimkit/backend/html/HtmlFont.h"
 #include "kalimkit/backend/html/HtmlImports.h"
 #include "kalimkit/backend/html/HtmlRaster.h"
@@ -65,8 +63,15 @@ TextDirections HtmlDevice::directions(std::string_view paragraph, BaseDirection 
     const bool isAscii =
         std::ranges::all_of(paragraph, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
     if (isAscii && base != BaseDirection::RightToLeft) return {};
-    const std::vector<std::size_t> edges = boundaries(paragraph, TextBoundary::Grapheme);
-    return htmlDirections(paragraph, std::span(edges).first(edges.size() - 1), base);
+    std::vector<std::uint8_t> numbers(paragraph.size() + 1);
+    const int count = page::directions(paragraph.data(), static_cast<int>(paragraph.size()),
+                                       static_cast<int>(base), numbers.data());
+    TextDirections result{numbers.front(), {}};
+    for (int i = 1; i < count; ++i) {
+        const std::uint8_t number = numbers[static_cast<std::size_t>(i)];
+        result.graphemes.push_back({static_cast<std::uint8_t>(number & 0x7F), number >= 0x80});
+    }
+    return result;
 }
 
 }  // namespace kalim::gfx

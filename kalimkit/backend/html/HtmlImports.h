@@ -62,7 +62,7 @@ void text(int surface, const char* text, int length, const char* family, int fam
 KALIM_PAGE("group_begin") void groupBegin(int surface, int x, int y, int width, int height);
 KALIM_PAGE("group_end") void groupEnd(int surface);
 
-// ---- text measures. The first and the last write into room for one number for each byte of the
+// ---- text measures. All but the second write into room for one number for each byte of the
 // text and one more, and answer how many they wrote.
 KALIM_PAGE("advances")
 int advances(const char* text, int length, const char* family, int familyLength, double size,
@@ -73,6 +73,10 @@ void lineMetrics(const char* family, int familyLength, double size, int style, d
 // Boundaries ascend and count units of UTF-16; 0 and the end are among them.
 KALIM_PAGE("boundaries")
 int boundaries(const char* text, int length, int kind, std::uint32_t* out);
+// Writes a number for the paragraph and, unless it runs from left to right wholly, one for each of
+// its graphemes: a level, and 128 more where it is blank. The base is a BaseDirection.
+KALIM_PAGE("directions")
+int directions(const char* text, int length, int base, std::uint8_t* out);
 
 // ---- errors
 // Throws a JavaScript Error. Both are C strings.

@@ -5,13 +5,16 @@
 import { LayerPool, makeContext, release, shrink } from './canvases.js';
 import { tracePath } from './path.js';
 import { makePicture, readPicture } from './pixels.js';
-import { TextMeasures, fontString, roundsAdvances } from './text.js';
+import { TextMeasures, completeTexts, fontString, roundsAdvances } from './text.js';
 
 const Blend = { normal: 0, sourceIn: 1, copy: 2, clear: 3, multiply: 4 };
 const caps = ['butt', 'round', 'square'];
 const joins = ['miter', 'round', 'bevel'];
 const largestSide = 32767;
 const colorsKept = 1000;
+const hasPictures = /\p{Emoji_Presentation}|\p{Emoji}\ufe0f/u;
+// At which a pen is put around them.
+const penPlaces = 24;
 // Browsers round a font's ascent and descent to whole pixels, so they are measured large. Where advances
 // are rounded, too, texts are measured and drawn large, not so large that their widths become worse.
 const metricsSize = 1000;
@@ -29,6 +32,8 @@ export class Drawing {
   #lastId = 0;
   #measures;
   #isTextLarge;
+  // Those that the page has handed over; null for none.
+  #fonts = null;
   #colors = new Map();
   #pool = new LayerPool();
   // The size of the last picture or surface for which there was no room.
@@ -40,10 +45,16 @@ export class Drawing {
   #shadow = null;
   #pattern = null;
 
+  // Called when texts have other measures than before, or with the error for which they have not.
+  onTexts = null;
+
   constructor(heap) {
     this.#heap = heap;
     const context = makeContext(1, 1);
-    this.#measures = new TextMeasures(context);
+    this.#measures = new TextMeasures(context, (error) => {
+      this.#measures.forget();
+      this.onTexts?.(error);
+    });
     this.#isTextLarge = roundsAdvances(context);
   }
 
@@ -80,9 +91,25 @@ export class Drawing {
     this.#pool.drop();
   }
 
-  // Fonts have come.
-  forgetWidths() {
+  // Takes a font's bytes, in which texts are set from now on, before the system's fonts; the name of its family.
+  // Rejects with what is wrong.
+  async addFont(bytes) {
+    const { Fonts } = await import('./fonts.js');
+    this.#fonts ??= new Fonts();
+    const family = await this.#fonts.add(bytes);
     this.#measures.forget();
+    return family;
+  }
+
+  // Has all come that is known of texts; without it they are laid out by a guess.
+  completeTexts() {
+    return completeTexts();
+  }
+
+  // Gives back what others of the page could meet.
+  end() {
+    this.dropLayers();
+    this.#fonts?.drop();
   }
 
   #refuse(width, height) {
@@ -174,7 +201,8 @@ export class Drawing {
           if (width > 0) {
             context.strokeStyle = isCover ? '#000' : this.#color(color);
             this.#setPen(context, (width * set) / size, 0, join);
-            context.strokeText(text, 0, 0);
+            if (hasPictures.test(text)) this.#outlinePictures(layer, text, transform);
+            else context.strokeText(text, 0, 0);
           } else {
             this.#setFill(layer, isCover, color, transform);
             context.fillText(text, 0, 0);
@@ -192,9 +220,12 @@ export class Drawing {
         return advances.length;
       },
       line_metrics: (family, familyLength, size, style, out) => {
-        const font = this.#font(family, familyLength, metricsSize, style);
-        const metrics = this.#measures.lineMetrics(font);
-        this.#heap.doubles.set(metrics.map((length) => (length * size) / metricsSize), out >>> 3);
+        this.#heap.doubles.set(this.#lineMetrics(family, familyLength, style).map((part) => part * size), out >>> 3);
+      },
+      directions: (at, length, base, out) => {
+        const directions = this.#measures.directions(this.#text(at, length), base);
+        this.#heap.bytes.set(directions, out >>> 0);
+        return directions.length;
       },
       boundaries: (at, length, kind, out) => {
         const places = this.#measures.boundaries(this.#text(at, length), kind);
@@ -271,7 +302,17 @@ export class Drawing {
   }
 
   #font(family, familyLength, size, style) {
-    return fontString(this.#heap.text(family, familyLength), size, style & 1, style & 2);
+    const name = this.#heap.text(family, familyLength);
+    return fontString(this.#fonts?.namesFor(name) ?? (name ? [name] : []), size, style & 1, style & 2);
+  }
+
+  // Parts of a font's size.
+  #lineMetrics(family, familyLength, style) {
+    const name = this.#heap.text(family, familyLength);
+    const added = this.#fonts?.metricsOf(name, Boolean(style & 1), Boolean(style & 2));
+    if (added) return added;
+    const measured = this.#measures.lineMetrics(this.#font(family, familyLength, metricsSize, style));
+    return measured.map((length) => length / metricsSize);
   }
 
   // In which a text of this size is measured and drawn.
@@ -287,6 +328,28 @@ export class Drawing {
 
   #transform({ context, x, y }, [a, b, c, d, tx, ty]) {
     context.setTransform(a, b, c, d, tx - x, ty - y);
+  }
+
+  // Signs that are pictures have no outline that a canvas knows: it is what a round pen leaves around them.
+  #outlinePictures(layer, text, transform) {
+    const { context } = layer;
+    const { font, lineWidth, lineJoin, strokeStyle } = context;
+    const own = this.#pool.take(context.canvas.width, context.canvas.height);
+    if (!own) return;
+    Object.assign(own, { font, lineWidth, lineJoin });
+    this.#transform({ ...layer, context: own }, transform);
+    own.strokeText(text, 0, 0);
+    for (let i = 0; i < penPlaces; ++i) {
+      const angle = (2 * Math.PI * i) / penPlaces;
+      own.fillText(text, (Math.cos(angle) * lineWidth) / 2, (Math.sin(angle) * lineWidth) / 2);
+    }
+    own.setTransform(1, 0, 0, 1, 0, 0);
+    own.globalCompositeOperation = 'source-in';
+    own.fillStyle = strokeStyle;
+    own.fillRect(0, 0, own.canvas.width, own.canvas.height);
+    context.setTransform(1, 0, 0, 1, 0, 0);
+    context.drawImage(own.canvas, 0, 0);
+    this.#pool.give(own);
   }
 
   // `toPixels` is the transform that will be in force at the fill: a pattern goes through it, too.

@@ -6,16 +6,26 @@ const widthsKept = 4000;
 const longestPiece = 64;
 
 const isSpace = /^\s+$/u;
-const ideographic = /^[\p{Script=Han}\p{Script=Hiragana}\p{Script=Katakana}\p{Script=Hangul}\u3000-\u303f\uff00-\uffef]/u;
 const han = /^\p{Script=Han}+$/u;
-const neverBefore = /^[!%),.:;?\]}¢°·’”†‡›℃∶、。〃〆〕〗〞﹚﹜！＂％＇），．：；？］｀｜｝～\u3005\u300b\u300d\u300f\u3011\u3015\u3017\u30fc\u3041\u3043\u3045\u3047\u3049\u3063\u3083\u3085\u3087\u308e\u30a1\u30a3\u30a5\u30a7\u30a9\u30c3\u30e3\u30e5\u30e7\u30ee\u30fb…—]/u;
-const neverAfter = /^[$(£¥‘“〈《「『【〔〖〝﹗﹙﹛＄（．［｛￡￥[{]/u;
-const joins = /^[\u00a0\u2060\u202f\ufeff]/u;
-const letter = /^[\p{L}\p{N}]/u;
 // Letters that a letter before them may be joined to, which then has another shape; and what joins as
 // they do and has the same width everywhere.
 const joined = /^(?![\u0621\u0674\u08ad])(?=\p{L})[\p{Script=Arabic}\p{Script=Syriac}]/u;
 const joiner = '\u0640';
+
+// As the library reads what directions() writes.
+const blank = 128;
+
+// Unicode keeps these places for scripts that run from right to left; what says so of other text is among them. A
+// text with nothing of it runs from left to right.
+const mayTurn = /[\u0590-\u08ff\u200f\u202a-\u202e\u2066-\u2069\ufb1d-\ufdff\ufe70-\ufefe\u{10800}-\u{10fff}\u{1e800}-\u{1efff}]/u;
+// Not only words, and signs of punctuation between a word and a blank.
+const notPlain = /[^A-Za-z0-9\p{Unified_Ideograph} ,.:;!?]|(?<![A-Za-z0-9])[,.:;!?]|[,.:;!?](?! |$)/u;
+// Where lines of plain texts may be broken; of others this is a guess until more is known.
+const simpleBreaks = /(?<= )(?! )|(?<=\p{Unified_Ideograph})(?=[\p{L}\p{N}])|(?<=[\p{L}\p{N}])(?=\p{Unified_Ideograph})/gu;
+// Of these each is a grapheme.
+const areSingle = /^[ -~\p{Ll}\p{Lu}\p{P}\p{Unified_Ideograph}]*$/u;
+// Units of the texts about which something is kept.
+const mostKept = 1_000_000;
 
 const boundaryKinds = ['grapheme', 'word', 'line'];
 
@@ -27,60 +37,101 @@ export function prepareText(context) {
   return context;
 }
 
-export function fontString(family, size, isBold, isItalic) {
-  // What would end the name is written by its number.
-  const escaped = family.replace(/["\\\p{Cc}]/gu, (sign) => `\\${sign.codePointAt(0).toString(16)} `);
-  const named = family ? `"${escaped}", ` : '';
+// names: of families, before those of the system.
+export function fontString(names, size, isBold, isItalic) {
+  // What would end a name is written by its number.
+  const escaped = (name) => name.replace(/["\\\p{Cc}]/gu, (sign) => `\\${sign.codePointAt(0).toString(16)} `);
+  const named = names.map((name) => `"${escaped(name)}", `).join('');
   return `${isItalic ? 'italic ' : ''}${isBold ? 'bold ' : ''}${size}px ${named}${systemFamilies}`;
 }
 
 // Whether advances are whole pixels, as where a browser hints the system's fonts.
 export function roundsAdvances(context) {
   const widthAt = (size) => {
-    context.font = fontString('', size, false, false);
+    context.font = fontString([], size, false, false);
     return context.measureText('illicit').width / size;
   };
   return Math.abs(widthAt(15) - widthAt(300)) > 0.02;
 }
 
-// Whether a line may end between two neighbouring graphemes.
-function mayBreak(before, after) {
-  if (before === '\n') return true;
-  if (joins.test(before) || joins.test(after) || isSpace.test(after)) return false;
-  if (isSpace.test(before)) return true;
-  if (neverBefore.test(after) || neverAfter.test(before)) return false;
-  if (ideographic.test(before) || ideographic.test(after)) return true;
-  return before === '-' && letter.test(after);
+// What has been worked out of texts, until it is too much to keep.
+class Kept {
+  #answers = new Map();
+  #length = 0;
+
+  get(question, text, answer) {
+    const key = `${question}\n${text}`;
+    let kept = this.#answers.get(key);
+    if (kept === undefined) {
+      this.#length += text.length;
+      if (this.#length > mostKept) this.clear();
+      kept = answer();
+      this.#answers.set(key, kept);
+    }
+    return kept;
+  }
+
+  clear() {
+    this.#answers.clear();
+    this.#length = 0;
+  }
+}
+
+// All on a page share it: null until it has come, and what it comes with.
+let unicode = null;
+let coming = null;
+
+// Has what is known of texts come. The next one to ask tries again where it cannot be had.
+export function completeTexts() {
+  coming ??= import('./unicode.js').then((module) => {
+    unicode = module;
+  }, (error) => {
+    coming = null;
+    throw error;
+  });
+  return coming;
 }
 
 export class TextMeasures {
   #context;
+  #kept = new Kept();
   #widths = new Map();
   #metrics = new Map();
   #font = '';
   #segmenters;
+  // Whether a text was laid out by a guess.
+  #isWaiting = false;
+  #known;
 
-  constructor(context) {
+  // known(error) hears that texts which were asked about before have other answers now, or why they will not.
+  constructor(context, known) {
     this.#context = prepareText(context);
+    this.#known = known;
     this.#segmenters = {
       grapheme: new Intl.Segmenter(undefined, { granularity: 'grapheme' }),
       word: new Intl.Segmenter(undefined, { granularity: 'word' }),
     };
   }
 
-  // Fonts have changed.
+  // There are other fonts, or more is known of texts.
   forget() {
+    this.#kept.clear();
     this.#widths.clear();
     this.#metrics.clear();
     this.#font = '';
   }
 
   graphemes(text) {
-    return Array.from(this.#segmenters.grapheme.segment(text), ({ segment }) => segment);
+    return this.#kept.get('', text, () => (areSingle.test(text) ? [...text] :
+      Array.from(this.#segmenters.grapheme.segment(text), ({ segment }) => segment)));
   }
 
   // Yields points, one number for each grapheme.
   advances(text, font) {
+    return this.#kept.get(font, text, () => this.#advances(text, font));
+  }
+
+  #advances(text, font) {
     this.#setFont(font);
     const advances = [];
     let piece = [];
@@ -132,26 +183,42 @@ export class TextMeasures {
 
   // Places in the text, in units of UTF-16, at which it may be divided; 0 and the end among them.
   boundaries(text, kind) {
-    const places = new Set([0]);
-    switch (boundaryKinds[kind]) {
-      case 'grapheme':
-        for (const { index } of this.#segmenters.grapheme.segment(text)) places.add(index);
-        break;
-      case 'word':
-        for (const { begin, end } of this.#words(text)) places.add(begin).add(end);
-        break;
-      case 'line': {
-        let at = 0;
-        let before = '';
-        for (const grapheme of this.graphemes(text)) {
-          if (before && mayBreak(before, grapheme)) places.add(at);
-          at += grapheme.length;
-          before = grapheme;
-        }
-        break;
-      }
+    return this.#kept.get(boundaryKinds[kind], text, () => this.#boundaries(text, boundaryKinds[kind]));
+  }
+
+  #boundaries(text, kind) {
+    const places = [0];
+    if (kind === 'line') {
+      const add = (place) => places.push(place);
+      if (notPlain.test(text) && this.#isKnown()) unicode.addLineBreaks(text, add);
+      else for (const { index } of text.matchAll(simpleBreaks)) add(index);
+    } else if (kind === 'word') {
+      for (const { begin, end } of this.#words(text)) places.push(begin, end);
+    } else {
+      for (const { length } of this.graphemes(text)) places.push(places.at(-1) + length);
     }
-    return [...places.add(text.length)];
+    places.push(text.length);
+    return places.sort((a, b) => a - b).filter((place, i) => place !== places[i - 1]);
+  }
+
+  // The level of the paragraph, and for each grapheme its level, and 128 where it is blank; nothing but that of a
+  // paragraph that runs from left to right wholly. base is 0 for that of the first letter, 1 from left to right, 2 from
+  // right to left.
+  directions(text, base) {
+    if (base !== 2 && !mayTurn.test(text)) return [0];
+    if (!this.#isKnown()) return base === 2 ? [1, ...this.graphemes(text).map(() => 2)] : [0];
+    const found = unicode.directionsOf(text, base);
+    if (!found) return [0];
+    const { level, levelAt, isBlankAt } = found;
+    const places = this.boundaries(text, boundaryKinds.indexOf('grapheme')).slice(0, -1);
+    return [level, ...places.map((place) => levelAt(place) | (isBlankAt(place) ? blank : 0))];
+  }
+
+  #isKnown() {
+    if (unicode || this.#isWaiting) return unicode !== null;
+    this.#isWaiting = true;
+    completeTexts().then(() => this.#known(), (error) => this.#known(error));
+    return false;
   }
 
   // Hanzi side by side are one word: where browsers divide them differs with their dictionaries.

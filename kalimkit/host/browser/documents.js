@@ -60,7 +60,7 @@ export async function readGiven(module, given, inside) {
 }
 
 async function readDocument(module, text) {
-  await module.complete();
+  await module.completeForDrawings();
   const number = module.call('read_document', module.putBytes(text));
   if (!number) throw new TypeError(module.takeText());
   module.call('document_media_type', number);

@@ -7,6 +7,7 @@ import { readDescription } from './description.js';
 import { Documents, pictureFile } from './documents.js';
 import { Clipboard, environment, lastPen, watchMotion } from './environment.js';
 import { Exchange } from './exchange.js';
+import { takeFont } from './fonts.js';
 import { HeldKeys } from './held.js';
 import { watchKeys } from './keys.js';
 import { Module } from './module.js';
@@ -231,7 +232,7 @@ export class KalimEditor extends EventTarget {
   async goOn(work, options = {}) {
     const settings = { ...this.#options, ...said(options) };
     let problem;
-    await this.#module.complete();
+    await this.#module.completeForDrawings();
     await this.#prepared();
     await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
       this.#options = settings;
@@ -326,6 +327,15 @@ export class KalimEditor extends EventTarget {
   setHostRoom(width, placed) {
     this.#room = { placed, told: '' };
     this.#call('set_host_room', width);
+  }
+
+  // Sets texts in a font, before those of the system and after those that were added before: an address, a Blob or
+  // bytes of a TrueType or OpenType file. Answers with the name of its family; rejects with what is wrong with which
+  // font. Add fonts before the picture is opened: texts that are there already are laid out anew.
+  async addFont(font) {
+    const family = await takeFont(font, (bytes) => this.#module.drawing.addFont(bytes));
+    this.#textsChanged();
+    return family;
   }
 
   // Of fingers whose end nobody will hear of, as the canvas is moved in the page.
@@ -519,6 +529,10 @@ export class KalimEditor extends EventTarget {
       advance: (time) => this.#call('advance', time),
       nextDue: () => this.#module.call('next_due'),
     });
+    this.#module.drawing.onTexts = (error) => {
+      if (error) this.#dispatch('warning', { error });
+      else this.#textsChanged();
+    };
     const { width, height, scale } = this.#screen.size;
     this.#call('create', width, height, scale);
     this.#call('safe_area', ...this.#screen.insets);
@@ -590,6 +604,10 @@ export class KalimEditor extends EventTarget {
     return this.#module.takeText().trim().split(' ');
   }
 
+  #textsChanged() {
+    if (this.#module.isAlive) this.#call('texts_changed');
+  }
+
   #restArrived() {
     this.#appearance?.look();
     this.#call('rest_arrived');
@@ -605,7 +623,9 @@ export class KalimEditor extends EventTarget {
       ...environment(heap, () => this.#options.strings, this.#clipboard, () => this.#module?.isWhole ?? false,
         (text) => this.#announced?.(text)),
       present: (surface, ...box) => this.#screen.present(drawing.sourceOf(surface), ...box),
-      text_focused: (at, length, begin, end, isComposing, x, y, height) =>
+      text_focused: (at, length, begin, end, isComposing, x, y, height) => {
+        // Before it is typed.
+        drawing.completeTexts().catch(() => {});
         this.#typing.focus({
           text: heap.text(at, length),
           begin: heap.text(at, begin).length,
@@ -614,7 +634,8 @@ export class KalimEditor extends EventTarget {
           x,
           y,
           height,
-        }),
+        });
+      },
       text_left: () => this.#typing.leave(),
       pick_image: () => this.#exchange.pick(),
       set_cursor: (cursor) => {

@@ -58,6 +58,13 @@ export class Module {
     if (this.isAlive) this.#rest.arrived();
   }
 
+  // The same with what is known of texts, which also go without it: for what was drawn before.
+  async completeForDrawings() {
+    const known = this.drawing.completeTexts().catch(() => {});
+    await this.complete();
+    await known;
+  }
+
   call(name, ...values) {
     if (this.#failure) {
       throw new Error(`The editor has stopped: ${this.#failure.message}`, { cause: this.#failure });
@@ -125,6 +132,6 @@ export class Module {
     const exports = this.#exports;
     this.#exports = null;
     if (exports && !this.#failure) exports.destroy();
-    this.drawing.dropLayers();
+    this.drawing.end();
   }
 }

@@ -14,6 +14,7 @@
 #include "kalimkit/json/JsonText.h"
 #include "kalimkit/theme/Palette.h"
 #include "kalimkit/tool/ToolProperty.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 // What the page tells of what is around the editor: how it is to look, a pointer that hovers, keys
 // that are held; and what it chooses of a tool's look.
@@ -195,6 +196,15 @@ KALIM_EXPORT("palette_changed") void paletteChanged() {
     seat.setLayout(kalim::SeatLayout::Phone);
     seat.setLayout(layout);
     seat.redraw();
+    kalim::pageEditor()->show();
+}
+
+// ---- texts
+
+// What a page measures of texts has become other: they are laid out and drawn anew.
+KALIM_EXPORT("texts_changed") void textsChanged() {
+    kalim::ui::Environment::current().device().textsChanged();
+    kalim::pageEditor()->seat().redraw();
     kalim::pageEditor()->show();
 }
 

@@ -179,10 +179,48 @@ TEST(DrawnText, BoundariesAreOffsetsInTheTextAsGiven) {
         // No line begins with a closing mark.
         {"汉字。字", TextBoundary::Line, {0, 3, 9, 12}},
         {"a\nb", TextBoundary::Line, {0, 2, 3}},
+        {"e-mail (a/b)", TextBoundary::Line, {0, 2, 7, 10, 12}},
+        {"x\u00A0y z", TextBoundary::Line, {0, 5, 6}},
+        {"「あっ」", TextBoundary::Line, {0, 12}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
         EXPECT_EQ(c.expected, testDevice().boundaries(c.text, c.kind));
+    }
+}
+
+TEST(DrawnText, DirectionsAreThoseOfTheUnicodeAlgorithm) {
+    using Levels = std::vector<int>;
+    constexpr auto byLetters = BaseDirection::FirstLetter;
+    // A level; 100 more where it is blank.
+    const struct {
+        std::string_view text;
+        BaseDirection base;
+        int baseLevel;
+        Levels expected;
+    } cases[] = {
+        {"", byLetters, 0, {}},
+        {"漢 a", byLetters, 0, {}},
+        {"ab", BaseDirection::RightToLeft, 1, {2, 2}},
+        {"1 \u05D0", byLetters, 1, {2, 101, 1}},
+        {"1 \u05D0", BaseDirection::LeftToRight, 0, {0, 100, 1}},
+        // A pair of brackets goes with what is around it, whatever is in it.
+        {"\u05D0(b)\u05D1", byLetters, 1, {1, 1, 2, 1, 1}},
+        {"a\u05D0(b)", byLetters, 0, {0, 1, 0, 0, 0}},
+        // An isolate counts as a sign between two words.
+        {"a\u2067b\u2069c", byLetters, 0, {0, 100, 2, 100, 0}},
+        {"\u0661.\u0662", byLetters, 0, {2, 2, 2}},
+        // Of a grapheme the first character counts.
+        {"e\u0301\u05D0\u05B0", byLetters, 0, {0, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const TextDirections found = testDevice().directions(c.text, c.base);
+        Levels levels;
+        for (const TextDirections::Grapheme& grapheme : found.graphemes)
+            levels.push_back(grapheme.level + (grapheme.isBlank ? 100 : 0));
+        EXPECT_EQ(c.baseLevel, found.baseLevel);
+        EXPECT_EQ(c.expected, levels);
     }
 }
 
