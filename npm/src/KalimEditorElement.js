@@ -31,7 +31,7 @@ const texts = {
 };
 const properties = [
   ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'metadata', 'screenSize', 'grow', 'strings',
-  'readonly', 'layout', 'pens', 'colors', 'widths', 'theme',
+  'readonly', 'layout', 'pens', 'colors', 'widths', 'theme', 'fonts',
 ];
 const metadataModes = ['safe', 'keep', 'none'];
 // What kalim-change tells of an element without a picture.
@@ -65,13 +65,14 @@ function makeCorners() {
 
 // A server has no elements, and defines none.
 export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
-  static observedAttributes = ['src', 'type', 'quality', 'metadata', 'wheel', 'recovery', 'readonly', ...Object.keys(choices),
+  static observedAttributes = ['src', 'type', 'quality', 'metadata', 'wheel', 'recovery', 'readonly', 'fonts', ...Object.keys(choices),
     ...Object.keys(surroundings)];
 
   #stage;
   #idle;
   #bar;
   #strings = {};
+  #fonts = [];
   // What is open, or is to be as soon as the element is in a document; null for nothing.
   #picture = null;
   // Of the opening under way, or of the last one. Aborted once its picture is not wanted any more.
@@ -346,6 +347,15 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   // Texts are found by the Chinese ones, and hold from the next picture on.
+  get fonts() {
+    return [...this.#fonts];
+  }
+
+  set fonts(fonts) {
+    this.#fonts = [...(fonts ?? [])];
+    if (this.#editor) this.#addFonts(this.#session);
+  }
+
   get strings() {
     return this.#strings;
   }
@@ -386,6 +396,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
       if (value !== null && !this.#isFollowing) this.#choose(name, value);
     } else if (name in surroundings) {
       this.#arrange(name, value);
+    } else if (name === 'fonts') {
+      this.fonts = value?.split(/\s+/).filter(Boolean);
     } else if (name === 'readonly') {
       this.#editor?.setReadonly(this.readonly);
     } else if (name === 'recovery') {
@@ -542,7 +554,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     if (!this.#session) {
       const canvas = document.createElement('canvas');
       canvas.part = 'canvas';
-      const session = { canvas, corners: makeCorners(), editor: null, mirror: null, watching: new AbortController() };
+      const session = { canvas, corners: makeCorners(), editor: null, mirror: null, fonts: new Set(), watching: new AbortController() };
       this.#stage.append(canvas, ...session.corners);
       this.#session = session;
       this.#watchPage(session.watching.signal);
@@ -585,6 +597,16 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     session.mirror = new Mirror(this.#stage, session.canvas, editor);
     this.#bar.setEditor(editor);
     this.#listen(editor);
+    await this.#addFonts(session);
+  }
+
+  // Those that the editor does not have yet, in their order. Texts go without one that cannot be had.
+  async #addFonts(session) {
+    for (const font of this.#fonts.filter((one) => !session.fonts.has(one))) {
+      session.fonts.add(font);
+      const given = typeof font === 'string' ? new URL(font, this.baseURI) : font;
+      await session.editor.addFont(given).catch((error) => this.#warn(error, 'goes on without a font'));
+    }
   }
 
   // Of a new picture, what was said or chosen for those before.

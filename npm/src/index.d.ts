@@ -30,6 +30,9 @@ export interface KalimExportOptions {
   screenSize?: boolean;
 }
 
+/** A TrueType or OpenType file: its address or what is in it. */
+export type KalimFont = string | URL | Blob | ArrayBuffer | ArrayBufferView;
+
 /** Of a PNG with a document inside: go on with what was drawn, or open the picture alone. */
 export type KalimInside = 'reopen' | 'flat';
 
@@ -173,6 +176,9 @@ export class KalimEditorElement extends HTMLElement {
   /** Under this key what is drawn is kept in the browser, so that a reload or a crash loses nothing. */
   recovery: string | null;
   /** Texts of the editor, found by the Chinese ones; new ones count from the next picture on. */
+  /** Fonts that texts are set in, before those of the system: addresses, blobs or bytes of TrueType or OpenType files. */
+  get fonts(): KalimFont[];
+  set fonts(fonts: KalimFont[] | null);
   get strings(): Record<string, string>;
   set strings(strings: Record<string, string> | null);
 
@@ -330,6 +336,8 @@ export class KalimEditor extends EventTarget {
   setPens(names: string[] | null): Promise<void>;
   setColors(colors: string[] | null): void;
   setWidths(widths: number[] | null): void;
+  /** Adds a font that texts are set in; its family. Rejects with what is wrong with which font. */
+  addFont(font: KalimFont): Promise<string>;
   setUi(ui: 'none' | null): void;
   setTheme(theme: KalimTheme | null): void;
   setReadonly(isReadonly: boolean): void;

@@ -79,6 +79,24 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   assert.equal((await state()).isOpen, true);
 });
 
+test('texts are set in the fonts of an element, and one that cannot be had is named', async () => {
+  await page.evaluate(() => {
+    window.first.close();
+    window.first.fonts = ['/none.ttf', new File(['no font'], 'empty.ttf'), '/fonts/truetype/dejavu/DejaVuSans.ttf'];
+  });
+  assert.equal(await failure('open', '/photos/coffee.png'), null);
+  const messages = (await take()).filter(({ type }) => type === 'kalim-warning').map(({ message }) => message);
+  assert.equal(messages.length, 2);
+  assert.match(messages[0], /\/none\.ttf: 404/);
+  assert.match(messages[1], /^empty\.ttf: this is no font/);
+  const faces = () => page.evaluate(() => document.fonts.size);
+  assert.equal(await faces(), 1);
+  await page.evaluate(() => window.first.setAttribute('fonts', '/fonts/truetype/wqy/wqy-microhei.ttc'));
+  await until(async () => (await faces()) > 1, 'another font');
+  await page.evaluate(() => window.first.close());
+  assert.equal(await faces(), 0);
+});
+
 test('a picture is handed over where the browser encodes only after a frame', async () => {
   const type = await page.evaluate(async () => {
     const { toBlob } = HTMLCanvasElement.prototype;
