@@ -18,24 +18,25 @@ constexpr int textType = 3;
 constexpr gfx::Point onText{60, 200};
 
 // Words, hanzi and now and then a paragraph's end.
-std::string longText() {
+std::string longText(bool isOneParagraph = false) {
     std::string text;
     // Twenty characters at a time, no two of them alike.
     for (int i = 10'000; i < 10'000 + characterCount / 20; ++i)
         text += std::to_string(i) + (i % 50 == 49 ? " and a next one\n" : " words and 八百字. ");
+    if (isOneParagraph) std::ranges::replace(text, '\n', ' ');
     return text;
 }
 
 // A text that is being typed.
 class LongTextStage {
 public:
-    LongTextStage() {
+    explicit LongTextStage(bool isOneParagraph = false) {
         canvas().setForgiving(true);
         canvas().beginDrawingForTypeWithDrawType(textType, 0);
         _stage.down(onText);
         _stage.up();
         if (!field()) std::abort();
-        field()->insertText(longText());
+        field()->insertText(longText(isOneParagraph));
         show();
     }
 
@@ -88,6 +89,14 @@ void longTextTypedAmid(benchmark::State& state) {
         stage.type();
 }
 BENCHMARK(longTextTypedAmid)->Unit(benchmark::kMillisecond);
+
+void longTextTypedAmidOne(benchmark::State& state) {
+    LongTextStage stage(true);
+    stage.field()->setSelection({characterCount / 2, characterCount / 2});
+    for (auto _ : state)
+        stage.type();
+}
+BENCHMARK(longTextTypedAmidOne)->Unit(benchmark::kMillisecond);
 
 void longTextEnded(benchmark::State& state) {
     for (auto _ : state) {

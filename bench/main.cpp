@@ -36,6 +36,8 @@ int main(int argc, char** argv) {
          "once",
          "longTextTyped", "longTextShaped", "at most 1"},
         {"the same amid them", "longTextTypedAmid", "longTextShaped", "at most 1"},
+        {"the same where they are one paragraph", "longTextTypedAmidOne", "longTextShaped",
+         "at most 1"},
         {"typing them ended, with its frame", "longTextEnded/iterations:3", "longTextShaped",
          "at most 1"},
         {"a step of their drag, with its frame", "longTextDragged/iterations:20", "longTextShaped",

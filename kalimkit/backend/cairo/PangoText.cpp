@@ -104,15 +104,21 @@ LineMetrics PangoText::lineMetrics(const Font& font) {
     return result;
 }
 
-std::vector<std::size_t> PangoText::boundaries(std::string_view text, TextBoundary kind) const {
-    const MendedText mended(text);
-    const std::vector<std::size_t>& offsets = mended.offsets;
-    std::vector<PangoLogAttr> attributes(offsets.size() + 1);
+void PangoText::divide(std::string_view text) {
+    if (!_attributes.empty() && text == _divided) return;
+    MendedText mended(text);
+    _divided = text;
+    _offsets = std::move(mended.offsets);
+    _attributes.assign(_offsets.size() + 1, PangoLogAttr());
     pango_get_log_attrs(mended.utf8.data(), static_cast<int>(mended.utf8.size()), -1, _language,
-                        attributes.data(), static_cast<int>(attributes.size()));
+                        _attributes.data(), static_cast<int>(_attributes.size()));
+}
+
+std::vector<std::size_t> PangoText::boundaries(std::string_view text, TextBoundary kind) {
+    divide(text);
     std::vector<std::size_t> result{0};
-    for (std::size_t i = 1; i < offsets.size(); ++i) {
-        if (divides(attributes[i], kind)) result.push_back(offsets[i]);
+    for (std::size_t i = 1; i < _offsets.size(); ++i) {
+        if (divides(_attributes[i], kind)) result.push_back(_offsets[i]);
     }
     if (!text.empty()) result.push_back(text.size());
     return result;

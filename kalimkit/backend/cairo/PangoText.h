@@ -25,7 +25,7 @@ public:
 
     std::shared_ptr<const ShapedText> shape(std::string_view text, const Font& font);
     LineMetrics lineMetrics(const Font& font);
-    std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind) const;
+    std::vector<std::size_t> boundaries(std::string_view text, TextBoundary kind);
     AddedFont addFont(const std::vector<std::uint8_t>& file);
 
 private:
@@ -34,6 +34,7 @@ private:
     };
     using Description = std::unique_ptr<PangoFontDescription, DescriptionRelease>;
 
+    void divide(std::string_view text);
     Description describe(const Font& font) const;
 
     // Outlives the font map, which reads its files.
@@ -44,6 +45,11 @@ private:
     std::string _systemFamily;
     std::unordered_map<std::string, std::shared_ptr<const ShapedText>> _shaped;
     std::unordered_map<std::string, LineMetrics> _metrics;
+    // The text divided last, which is asked about in several ways, its code points' offsets, and
+    // what may be done before each of them.
+    std::string _divided;
+    std::vector<std::size_t> _offsets;
+    std::vector<PangoLogAttr> _attributes;
 };
 
 }  // namespace kalim::gfx
