@@ -101,6 +101,11 @@ export class Drawing {
     return family;
   }
 
+  // The page's own fonts have come.
+  forgetWidths() {
+    this.#measures.forget();
+  }
+
   // Has all come that is known of texts; without it they are laid out by a guess.
   completeTexts() {
     return completeTexts();
