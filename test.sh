@@ -64,6 +64,7 @@ check() {
 stage_layers() {
     check 'includes keep to the floors' tools/check-layers
     check 'the check of the floors finds what it should' tools/check-layers --self-test
+    check 'every text is there in every language' tools/check-texts
 }
 
 stage_headers() {
@@ -215,7 +216,7 @@ stage_tidy() {
 groups_of() {
     case $1 in
         headers | build | unit | install) echo native ;;
-        format) echo checks ;;
+        layers | format) echo checks ;;
         seam) echo seam ;;
         browser) echo native browser ;;
         npm) echo npm ;;

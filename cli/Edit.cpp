@@ -32,6 +32,7 @@
 #include "kalimkit/host/sdl/DesktopLook.h"
 #include "kalimkit/host/sdl/SdlWindow.h"
 #include "kalimkit/host/seat/ReopenQuestion.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim::cli {
 
@@ -273,11 +274,8 @@ private:
     }
 
     void noteSaved(const std::string& path) {
-        std::string note = _window.environment().localizedString("已保存为 {}");
         const std::string name = std::filesystem::path(path).filename();
-        const std::size_t gap = note.find("{}");
-        if (gap != std::string::npos) note.replace(gap, 2, name);
-        _window.seat().remote()->showNote(note);
+        _window.seat().remote()->showNote(ui::localText("已保存为 {file}", {{"file", name}}));
     }
 
     // What was drawn is somewhere besides the window.

@@ -22,7 +22,7 @@ struct EditOptions {
     // This many pixels make a point; 0 for as many as the system says.
     double scale = 0;
     SeatLayout layout = SeatLayout::Auto;
-    // "zh", "en", or empty for that of the locale.
+    // Such as "de"; empty for that of the locale.
     std::string language;
     // The colours of what is around the picture.
     enum class Theme { Auto, Light, Dark, Contrast };

@@ -8,6 +8,7 @@
 
 #include "cli/OptionValues.h"
 #include "kalimkit/theme/HexColor.h"
+#include "kalimkit/theme/Languages.h"
 #include "kalimkit/theme/Pens.h"
 
 namespace kalim::cli {
@@ -33,6 +34,14 @@ std::string readList(const std::string& text, const char* what, std::vector<Valu
     return values.empty() ? std::string("must name at least ") + what : "";
 }
 
+// "a, b or c".
+std::string listed(const std::vector<std::string>& names) {
+    std::string list = names.front();
+    for (std::size_t index = 1; index < names.size(); ++index)
+        list += (index + 1 < names.size() ? ", " : " or ") + names[index];
+    return list;
+}
+
 }  // namespace
 
 std::string readFormat(const std::string& text, std::optional<PictureFormat>& format) {
@@ -45,10 +54,7 @@ std::string penNames() {
     for (const Pen& pen : pens()) {
         if (!pen.name.empty()) names.emplace_back(pen.name);
     }
-    std::string list = names.front();
-    for (std::size_t index = 1; index < names.size(); ++index)
-        list += (index + 1 < names.size() ? ", " : " or ") + names[index];
-    return list;
+    return listed(names);
 }
 
 std::string readPen(const std::string& text, std::optional<unsigned>& pen) {
@@ -73,8 +79,10 @@ std::string readColor(const std::string& text, gfx::ColorRef& color) {
 }
 
 std::string readLanguage(const std::string& text, std::string& language) {
-    if (text != "auto" && text != "zh" && text != "en")
-        return "must be auto, zh or en, not " + text;
+    const std::vector<std::string> given = Languages::given();
+    const std::string_view plain = std::string_view(text).substr(0, text.find_first_of("-_.@"));
+    if (text != "auto" && std::ranges::find(given, plain) == given.end())
+        return "must be auto, " + listed(given) + ", not " + text;
     language = text == "auto" ? "" : text;
     return {};
 }

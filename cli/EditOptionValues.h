@@ -22,7 +22,7 @@ std::string readPen(const std::string& text, std::optional<unsigned>& pen);
 std::string readLineWidth(const std::string& text, std::optional<double>& width);
 // "#F63434"
 std::string readColor(const std::string& text, gfx::ColorRef& color);
-// "auto", which is empty then, "zh" or "en".
+// "auto", which is empty then, or a language that there are texts in, such as "de" or "pt_BR".
 std::string readLanguage(const std::string& text, std::string& language);
 std::string readTheme(const std::string& text, EditOptions::Theme& theme);
 // Lists of the above, with commas between.

@@ -22,6 +22,8 @@ struct EditSetting {
     // Answers with nothing, or with what is wrong with the text. Of a list the file's texts arrive
     // with commas between them.
     std::string (*read)(const std::string& text, EditOptions& options);
+    // Another name on the command line; null for none.
+    const char* alias = nullptr;
 };
 
 const std::vector<EditSetting>& editSettings();

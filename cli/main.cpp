@@ -27,6 +27,7 @@
 #include "cli/Works.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/Sandbox.h"
+#include "kalimkit/host/seat/SeatEnvironment.h"
 
 namespace kalim::cli {
 
@@ -59,6 +60,16 @@ public:
             ->type_name("FILE");
         play.add_flag("--flat", _play.isFlat,
                       "Take a picture with a document inside for the picture alone");
+        play.add_option("--lang", "What texts are in, auto as the locale says (the given Chinese)")
+            ->type_name("LANG")
+            ->check([this](const std::string& text) {
+                std::string& language = _play.screen.language;
+                const std::string problem = readLanguage(text, language);
+                // A locale that names no language is one as well.
+                if (language.empty()) language = SeatEnvironment::messageLocale();
+                if (language.empty()) language = "C";
+                return problem;
+            });
         play.add_flag("--forgiving", _play.screen.forgiving,
                       "Mend what costs people work, as the window and the page do");
         addFonts(play, _play.fonts);
@@ -195,7 +206,8 @@ private:
 
     // The command line comes after the configuration file, which is there by now.
     void addSetting(CLI::App& command, const EditSetting& setting) {
-        const std::string name = std::string("--") + setting.key;
+        std::string name = std::string("--") + setting.key;
+        if (setting.alias) name += std::string(",--") + setting.alias;
         const std::string names =
             setting.letter ? std::string("-") + setting.letter + "," + name : name;
         const auto read = setting.read;

@@ -10,6 +10,7 @@
 #include "kalimkit/backend/cairo/CairoDevice.h"
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/codec/Encode.h"
+#include "kalimkit/host/seat/CatalogueEnvironment.h"
 #include "kalimkit/host/seat/EditorSeat.h"
 #include "kalimkit/host/seat/EnvironmentScope.h"
 #include "kalimkit/host/seat/MemoryGuard.h"
@@ -21,7 +22,7 @@ namespace kalim {
 namespace {
 
 // What the host's program is to the editor.
-class HostedEnvironment : public SeatEnvironment {
+class HostedEnvironment : public CatalogueEnvironment {
 public:
     gfx::Device& device() override { return *_device; }
     double wallClock() const override {
@@ -137,6 +138,8 @@ class Editor::Life : public TesselViewControllerDelegate,
                      public std::enable_shared_from_this<Life> {
 public:
     Life(gfx::Size size, const Settings& settings) {
+        for (const auto& [language, json] : settings.texts)
+            environment->addTexts(language, json);
         environment->setLanguage(settings.language.empty() ? SeatEnvironment::messageLocale()
                                                            : settings.language);
         environment->setUserDefault("canUseRingAnimation", settings.showsHint);
@@ -219,6 +222,14 @@ private:
     // What the host has not been told yet.
     std::deque<std::function<void()>> _news;
 };
+
+std::vector<std::string> Editor::languages() {
+    return Languages::given();
+}
+
+std::optional<std::string> Editor::badTexts(std::string_view language, std::string_view json) {
+    return Languages().add(language, json);
+}
 
 Editor::Editor(Picture picture, double width, double height)
     : Editor(std::move(picture), width, height, Settings()) {}

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,9 +67,14 @@ public:
     struct Settings {
         // So many pixels make a point.
         double scale = 1;
-        // Texts are Chinese or English, as "zh-CN" or "en" says; empty asks the
-        // environment's locale, whether setlocale() was called or not.
+        // What the texts are in, such as "zh-CN" or "de"; languages() lists what there is, and all
+        // others are English. Empty asks the environment's locale, whether setlocale() was called
+        // or not.
         std::string language;
+        // Languages of the host's own, or other texts for those there are: catalogues by their
+        // languages, see docs/embedding.md. One that badTexts() finds
+        // fault with is left out.
+        std::map<std::string, std::string> texts;
         // What is handed over has every pixel of the picture, instead of the screen's.
         bool isPictureSize = true;
         // What is drawn beyond the picture's edge enlarges what is handed over, and is cut there
@@ -77,6 +83,10 @@ public:
         // Rings about the pen button show a newcomer where to begin, until that is first tapped.
         bool showsHint = false;
     };
+    // The languages that there are texts in.
+    static std::vector<std::string> languages();
+    // Nothing for a catalogue that is one; else what is wrong with it, a sentence.
+    static std::optional<std::string> badTexts(std::string_view language, std::string_view json);
     // The size in points. With no picture there is one to draw on after openPicture().
     Editor(Picture picture, double width, double height, const Settings& settings);
     Editor(Picture picture, double width, double height);

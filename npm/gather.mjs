@@ -72,11 +72,21 @@ function copyLibraries(target) {
   }
 }
 
+// Without the blanks. In Chinese they are the keys.
+function copyTexts(folder, target) {
+  mkdirSync(join(target, folder), { recursive: true });
+  for (const name of readdirSync(join(root, folder)).filter((file) => file !== 'zh.json')) {
+    const texts = JSON.parse(readFileSync(join(root, folder, name), 'utf8'));
+    writeFileSync(join(target, folder, name), JSON.stringify(texts));
+  }
+}
+
 function copyLibrary(target) {
   copyScripts('kalimkit/backend/html', target);
   copyScripts('kalimkit/host/browser', target);
   copyScripts('kalimkit/host/browser/saving', target);
   copyLibraries(join(target, 'kalimkit/backend/html/libraries'));
+  copyTexts('kalimkit/resources/texts', target);
   for (const module of modules.filter(existsSync)) cpSync(module, join(target, 'kalimkit/host/browser', basename(module)));
 }
 
@@ -115,7 +125,7 @@ function writeWorker(target) {
   const names = filesBelow(target).map((path) => {
     hash.update(readFileSync(path));
     return relative(target, path);
-  }).filter((name) => !/-codec\.wasm$|\.LICENSE$/.test(name));
+  }).filter((name) => !/-codec\.wasm$|\.LICENSE$/.test(name) && !name.startsWith('kalimkit/resources/texts/'));
   const list = names.map((name) => `  '${name}',\n`).join('');
   const text = template.replace("'VERSION'", `'${hash.digest('hex').slice(0, 16)}'`)
     .replace('[]', `[\n${list}]`);

@@ -12,6 +12,7 @@
 #include "kalimkit/canvas/CanvasTools.h"
 #include "kalimkit/canvas/ToolDescription.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
@@ -67,7 +68,7 @@ bool CanvasByKeys::turn(double angle) {
     const auto& group = _canvas.selection.group();
     const double turned = group ? group->firstSelectedTool()->rotateAngle() : angle;
     const long degrees = std::lround(turned * 180 / std::numbers::pi) % 360;
-    say(filledText("已转到 {} 度", {std::to_string((degrees + 360) % 360)}));
+    say(ui::localText("已转到 {count} 度", {{"count", (degrees + 360) % 360}}));
     return true;
 }
 
@@ -103,13 +104,15 @@ void CanvasByKeys::say(const std::string& what) const {
     if (chosen.size() == 1) {
         const ToolList order = _canvas.speech.pickable();
         const auto place = std::ranges::find(order, chosen.front()) - order.begin() + 1;
-        text = filledText("{}，第 {} 个，共 {} 个",
-                          {_canvas.speech.describe(*chosen.front()), std::to_string(place),
-                           std::to_string(order.size())});
+        text = ui::localText("{shape}，第 {place} 个，共 {total} 个",
+                             {{"shape", _canvas.speech.describe(*chosen.front())},
+                              {"place", std::to_string(place)},
+                              {"total", std::to_string(order.size())}});
     } else {
-        text = filledText("{} 个图形", {std::to_string(chosen.size())});
+        text = ui::localText("{count} 个图形", {{"count", chosen.size()}});
     }
-    if (!what.empty()) text = filledText("{}，{}", {text, what});
+    if (!what.empty())
+        text = ui::localText("{shape}，{change}", {{"shape", text}, {"change", what}});
     ui::Environment::current().announce(text);
 }
 

@@ -26,6 +26,7 @@ MDrawView::~MDrawView() = default;
 
 void MDrawView::init(const gfx::Rect& frame) {
     View::init(frame);
+    setSides(Sides::Fixed);
     setMultipleTouchEnabled(true);
     _parts->history.listen();
     _parts->freehand.listen();

@@ -5,14 +5,11 @@
 #include <string_view>
 
 #include "kalimkit/theme/ColorName.h"
-#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
 namespace {
-
-// Stands for what is put in; texts of other languages may have it at another place.
-constexpr std::string_view gap = "{}";
 
 // Which third of a length from `start` on a place is in, 0 to 2.
 int thirdAt(double place, double start, double length) {
@@ -22,34 +19,23 @@ int thirdAt(double place, double start, double length) {
 }
 
 const char* placeOf(gfx::Point middle, const gfx::Rect& content) {
-    static constexpr const char* places[3][3] = {{"{}，左上", "{}，上方", "{}，右上"},
-                                                 {"{}，左侧", "{}，中间", "{}，右侧"},
-                                                 {"{}，左下", "{}，下方", "{}，右下"}};
+    static constexpr const char* places[3][3] = {
+        {"{shape}，左上", "{shape}，上方", "{shape}，右上"},
+        {"{shape}，左侧", "{shape}，中间", "{shape}，右侧"},
+        {"{shape}，左下", "{shape}，下方", "{shape}，右下"}};
     return places[thirdAt(middle.y, content.minY(), content.size.height)]
                  [thirdAt(middle.x, content.minX(), content.size.width)];
 }
 
 }  // namespace
 
-std::string filledText(const char* pattern, const std::vector<std::string>& texts) {
-    std::string result = ui::Environment::current().localizedString(pattern);
-    std::size_t from = 0;
-    for (const std::string& text : texts) {
-        const std::size_t place = result.find(gap, from);
-        if (place == std::string::npos) break;
-        result.replace(place, gap.size(), text);
-        from = place + text.size();
-    }
-    return result;
-}
-
 std::string describeTool(const MDrawTool& tool, const gfx::Rect& content, int quarterTurns) {
     const auto turn = gfx::AffineTransform::quarterTurn(quarterTurns);
-    std::string description = filledText(tool.label(), {colorName(tool.color())});
+    std::string description = ui::localText(tool.label(), {{"color", colorName(tool.color())}});
     if (const std::optional<std::string> words = tool.spokenWords())
-        description += ui::Environment::current().localizedString("：") + *words;
-    return filledText(placeOf(turn.apply(tool.frame().center()), turn.apply(content)),
-                      {description});
+        description = ui::localText("{shape}：{text}", {{"shape", description}, {"text", *words}});
+    return ui::localText(placeOf(turn.apply(tool.frame().center()), turn.apply(content)),
+                         {{"shape", description}});
 }
 
 }  // namespace kalim

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/gfx/Rect.h"
@@ -13,8 +12,5 @@ namespace kalim {
 // text, and in which ninth of the content its middle lies. "红色箭头，左上".
 KALIM_API std::string describeTool(const MDrawTool& tool, const gfx::Rect& content,
                                    int quarterTurns = 0);
-
-// A text of the interface with other texts in its gaps, in their order.
-KALIM_API std::string filledText(const char* pattern, const std::vector<std::string>& texts);
 
 }  // namespace kalim

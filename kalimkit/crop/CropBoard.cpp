@@ -40,6 +40,7 @@ void CropBoard::makeBar(std::weak_ptr<EditImageCropToolBarDelegate> delegate) {
     _bar->setBBtnUseWord(true);
     _bar->setDelegate(std::move(delegate));
     layOutBar();
+    _bar->setSides(ui::View::Sides::Reading);
     _view.addSubview(_bar);
     // Before the animation that opens the editor, in which the buttons would fly to their places.
     _bar->layoutIfNeeded();
@@ -114,7 +115,8 @@ double CropBoard::safeAreaBottom() const {
 // Whole points, so that what fits it touches its sides.
 gfx::Rect CropBoard::contentFrame() const {
     const gfx::Size size = _view.bounds().size;
-    const ui::EdgeInsets safe = safeAreaInsets();
+    // The picture does not go by the language.
+    const ui::EdgeInsets safe = safeAreaInsets(ui::Environment::current().screen());
     const double top = safe.top + contentMargin;
     const double bottom = safeAreaBottom() + bottomBars + contentMargin;
     const double width = std::floor(size.width - safe.horizontal() - 2 * contentMargin);

@@ -84,7 +84,10 @@ void EditImageCropToolBarView::layoutSubviews() {
     const double left = safe.left + sideMargin;
     const double right = width - safe.right - sideMargin;
     _cancelBtn->setFrame({left, 0, buttonWidth, height});
-    _revertBtn->setFrame({(left + right - revertWidth) / 2, 0, revertWidth, height});
+    // Words of some languages are longer.
+    const double wanted = std::max(_revertBtn->intrinsicContentSize().width, revertWidth);
+    const double revert = std::clamp(right - left - 2 * buttonWidth, 0.0, wanted);
+    _revertBtn->setFrame({(left + right - revert) / 2, 0, revert, height});
     _doneBtn->setFrame({right - buttonWidth, 0, buttonWidth, height});
     _rotateBtn->setFrame({left, -height, buttonWidth, height});
 }
@@ -107,7 +110,8 @@ std::shared_ptr<ui::View> EditImageCropToolBarView::hitTest(gfx::Point p) {
     const bool takesTouches = !isHidden() && alpha() > 0 && isUserInteractionEnabled();
     // As displayed at this moment: one that fades in or out is not to be hit.
     const bool isShownFully = _rotateBtn->alpha() == 1 && _rotateBtn->shownAlpha() == 1;
-    if (takesTouches && isShownFully && _rotateBtn->frame().contains(p)) return _rotateBtn;
+    if (takesTouches && isShownFully && mirrored(_rotateBtn->frame()).contains(p))
+        return _rotateBtn;
     return View::hitTest(p);
 }
 

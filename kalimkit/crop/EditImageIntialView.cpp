@@ -33,6 +33,7 @@ std::shared_ptr<EditImageIntialView> EditImageIntialView::initWithFrame(const gf
 
 void EditImageIntialView::init(const gfx::Rect& frame) {
     View::init(frame);
+    setSides(Sides::Fixed);
     setBackgroundColor(gfx::makeColor(0, 0, 0));
     setMultipleTouchEnabled(true);
     setClipsToBounds(true);

@@ -25,7 +25,7 @@ const ToolClass& unknownClass(const std::string& name) {
     if (isNew) {
         entry->second.name = entry->first;
         entry->second.base = &MDrawRect::Class();
-        entry->second.row = {.label = "{}图形", .span = ToolSpan::Free, .keepsToFrame = true};
+        entry->second.row = {.label = "{color}图形", .span = ToolSpan::Free, .keepsToFrame = true};
     }
     return entry->second;
 }

@@ -22,7 +22,7 @@ const ToolClass& MDrawAngle::Class() {
     static const ToolClass toolClass{"MDrawAngle",
                                      &MDrawPolyline::Class(),
                                      &MDrawPolyline::makeToolWithVertex<MDrawAngle>,
-                                     {.label = "{}角"}};
+                                     {.label = "{color}角"}};
     return toolClass;
 }
 

@@ -20,7 +20,7 @@ const ToolClass& MDrawArc::Class() {
     static const ToolClass toolClass{"MDrawArc",
                                      &MDrawAngle::Class(),
                                      &MDrawPolyline::makeToolWithVertex<MDrawArc>,
-                                     {.label = "{}弧线"}};
+                                     {.label = "{color}弧线"}};
     return toolClass;
 }
 

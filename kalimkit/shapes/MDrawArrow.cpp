@@ -11,17 +11,14 @@ namespace kalim {
 
 namespace {
 
-constexpr ToolProperty::Choice headChoices[] = {{"end", "终点箭头", "At the end"},
-                                                {"both", "双向箭头", "At both ends"},
-                                                {"none", "无箭头", "None"},
-                                                {"start", "起点箭头", "At the start"}};
+constexpr ToolProperty::Choice headChoices[] = {
+    {"end", "终点箭头"}, {"both", "双向箭头"}, {"none", "无箭头"}, {"start", "起点箭头"}};
 constexpr ToolProperty headsProperty{.name = "heads",
                                      .type = ToolProperty::Type::Choice,
                                      .text = "箭头样式",
-                                     .english = "Heads",
                                      .choices = headChoices};
 constexpr ToolProperty bendProperty{
-    .name = "bend", .text = "弯曲", .english = "Bend", .least = -1, .most = 1, .isHidden = true};
+    .name = "bend", .text = "弯曲", .least = -1, .most = 1, .isHidden = true};
 constexpr ToolProperty properties[] = {headsProperty, dashProperty, opacityProperty, bendProperty};
 
 // Not used by the lines that an arrow derives from.
@@ -37,10 +34,11 @@ std::shared_ptr<MDrawArrow> MDrawArrow::initWithStartPoint(gfx::Point start) {
 }
 
 const ToolClass& MDrawArrow::Class() {
-    static const ToolClass toolClass{"MDrawArrow",
-                                     &MDrawLine::Class(),
-                                     &MDrawTool::makeToolAt<MDrawArrow>,
-                                     {.label = "{}箭头", .toolType = 7, .properties = properties}};
+    static const ToolClass toolClass{
+        "MDrawArrow",
+        &MDrawLine::Class(),
+        &MDrawTool::makeToolAt<MDrawArrow>,
+        {.label = "{color}箭头", .toolType = 7, .properties = properties}};
     return toolClass;
 }
 

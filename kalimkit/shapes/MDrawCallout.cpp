@@ -46,7 +46,7 @@ const ToolClass& MDrawCallout::Class() {
     static const ToolClass toolClass{"MDrawCallout",
                                      &MDrawText::Class(),
                                      &MDrawTool::makeToolAt<MDrawCallout>,
-                                     {.label = "{}对话框",
+                                     {.label = "{color}对话框",
                                       .span = ToolSpan::Free,
                                       .keepsToFrame = false,
                                       .toolType = 21,

@@ -15,7 +15,7 @@ const ToolClass& MDrawComment::Class() {
     static const ToolClass toolClass{"MDrawComment",
                                      &MDrawText::Class(),
                                      &MDrawTool::makeToolAt<MDrawComment>,
-                                     {.label = "{}批注"}};
+                                     {.label = "{color}批注"}};
     return toolClass;
 }
 

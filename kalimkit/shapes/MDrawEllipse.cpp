@@ -15,7 +15,7 @@ const ToolClass& MDrawEllipse::Class() {
     static const ToolClass toolClass{"MDrawEllipse",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawEllipse>,
-                                     {.label = "{}圆形", .toolType = 2}};
+                                     {.label = "{color}圆形", .toolType = 2}};
     return toolClass;
 }
 

@@ -28,7 +28,7 @@ const ToolClass& MDrawFatArrow::Class() {
     static const ToolClass toolClass{"MDrawFatArrow",
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawFatArrow>,
-                                     {.label = "{}箭头", .properties = properties}};
+                                     {.label = "{color}箭头", .properties = properties}};
     return toolClass;
 }
 

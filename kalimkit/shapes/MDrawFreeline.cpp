@@ -18,11 +18,8 @@ namespace {
 
 constexpr ToolDetailRule detailRules[] = {{"linePoints", ToolDetailRule::Type::Lines},
                                           {"linePressures", ToolDetailRule::Type::Lines, false, 0}};
-constexpr ToolProperty pressureProperty{.name = "pressure",
-                                        .type = ToolProperty::Type::Switch,
-                                        .text = "笔压",
-                                        .english = "Pen pressure",
-                                        .usual = 1};
+constexpr ToolProperty pressureProperty{
+    .name = "pressure", .type = ToolProperty::Type::Switch, .text = "笔压", .usual = 1};
 constexpr ToolProperty properties[] = {dashProperty, pressureProperty, opacityProperty};
 
 constexpr std::size_t minimumPoints = 5;
@@ -41,7 +38,7 @@ const ToolClass& MDrawFreeline::Class() {
     static const ToolClass toolClass{"MDrawFreeline",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawFreeline>,
-                                     {.label = "{}涂鸦",
+                                     {.label = "{color}涂鸦",
                                       .recorder = ToolRecorder::Strokes,
                                       .span = ToolSpan::Free,
                                       .toolType = 4,

@@ -26,7 +26,7 @@ const ToolClass& MDrawHighlighter::Class() {
     static const ToolClass toolClass{"MDrawHighlighter",
                                      &MDrawFreeline::Class(),
                                      &MDrawTool::makeToolAt<MDrawHighlighter>,
-                                     {.label = "{}荧光笔",
+                                     {.label = "{color}荧光笔",
                                       .recorder = ToolRecorder::Touch,
                                       .blends = true,
                                       .toolType = 22,

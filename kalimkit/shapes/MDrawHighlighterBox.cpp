@@ -17,7 +17,7 @@ const ToolClass& MDrawHighlighterBox::Class() {
         "MDrawHighlighterBox",
         &MDrawField::Class(),
         &MDrawTool::makeToolAt<MDrawHighlighterBox>,
-        {.label = "{}荧光框", .blends = true, .toolType = 23, .properties = properties}};
+        {.label = "{color}荧光框", .blends = true, .toolType = 23, .properties = properties}};
     return toolClass;
 }
 

@@ -27,7 +27,7 @@ const ToolClass& MDrawLine::Class() {
     static const ToolClass toolClass{"MDrawLine",
                                      &MDrawTool::Class(),
                                      &MDrawTool::makeToolAt<MDrawLine>,
-                                     {.label = "{}直线",
+                                     {.label = "{color}直线",
                                       .span = ToolSpan::Line,
                                       .moveInGroup = MoveDirection::GroupedLine,
                                       .toolType = 6,

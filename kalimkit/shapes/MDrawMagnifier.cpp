@@ -16,8 +16,7 @@ constexpr std::string_view placeKey = "MDrawMagnifier-place";
 constexpr ToolDetailRule detailRules[] = {{placeName, ToolDetailRule::Type::Points, false}};
 constexpr ToolProperty properties[] = {{.name = "zoom",
                                         .type = ToolProperty::Type::Number,
-                                        .text = "放大",
-                                        .english = "Magnification",
+                                        .text = "放大倍数",
                                         .least = 1.25,
                                         .most = 8,
                                         .step = 0.25,
@@ -39,7 +38,7 @@ const ToolClass& MDrawMagnifier::Class() {
     static const ToolClass toolClass{"MDrawMagnifier",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawMagnifier>,
-                                     {.label = "{}放大镜",
+                                     {.label = "{color}放大镜",
                                       .span = ToolSpan::Free,
                                       .toolType = 24,
                                       .details = detailRules,

@@ -87,7 +87,7 @@ const char* MDrawMosiac::label() const {
         case MosaicStyle::Sealed:
             return "密封马赛克";
         case MosaicStyle::Solid:
-            return "{}遮盖";
+            return "{color}遮盖";
         case MosaicStyle::Blur:
             return "模糊（仅装饰）";
         case MosaicStyle::Averaging:

@@ -19,23 +19,12 @@ constexpr std::string_view countKey = "count";
 constexpr ToolDetailRule detailRules[] = {{countKey, ToolDetailRule::Type::Number, false, 1}};
 constexpr double largestCount = 1e6;
 
-constexpr ToolProperty::Choice styles[] = {{"1", "1 2 3", "1 2 3"},
-                                           {"a", "a b c", "a b c"},
-                                           {"A", "A B C", "A B C"},
-                                           {"i", "i ii iii", "i ii iii"}};
-constexpr ToolProperty properties[] = {{.name = "start",
-                                        .text = "起始编号",
-                                        .english = "First number",
-                                        .least = 1,
-                                        .most = 9999,
-                                        .step = 1,
-                                        .usual = 1},
-                                       {.name = "style",
-                                        .type = ToolProperty::Type::Choice,
-                                        .text = "编号样式",
-                                        .english = "Style of numbers",
-                                        .choices = styles},
-                                       opacityProperty};
+constexpr ToolProperty::Choice styles[] = {
+    {"1", "1 2 3"}, {"a", "a b c"}, {"A", "A B C"}, {"i", "i ii iii"}};
+constexpr ToolProperty properties[] = {
+    {.name = "start", .text = "起始编号", .least = 1, .most = 9999, .step = 1, .usual = 1},
+    {.name = "style", .type = ToolProperty::Type::Choice, .text = "编号样式", .choices = styles},
+    opacityProperty};
 
 // Canvas points.
 constexpr double smallestRadius = 10;
@@ -63,7 +52,7 @@ const ToolClass& MDrawNumber::Class() {
     static const ToolClass toolClass{"MDrawNumber",
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawNumber>,
-                                     {.label = "{}序号",
+                                     {.label = "{color}序号",
                                       .beginning = ToolBeginning::TouchDown,
                                       .span = ToolSpan::Free,
                                       .moveInGroup = MoveDirection::Body,

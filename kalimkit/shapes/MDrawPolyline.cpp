@@ -29,7 +29,7 @@ const ToolClass& MDrawPolyline::Class() {
         "MDrawPolyline",
         &MDrawTool::Class(),
         &MDrawPolyline::makeToolWithVertex<MDrawPolyline>,
-        {.label = "{}多边形", .beginning = ToolBeginning::Taps, .details = detailRules}};
+        {.label = "{color}多边形", .beginning = ToolBeginning::Taps, .details = detailRules}};
     return toolClass;
 }
 

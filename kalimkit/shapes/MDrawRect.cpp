@@ -36,7 +36,7 @@ const ToolClass& MDrawRect::Class() {
     static const ToolClass toolClass{"MDrawRect",
                                      &MDrawLine::Class(),
                                      &MDrawTool::makeToolAt<MDrawRect>,
-                                     {.label = "{}矩形",
+                                     {.label = "{color}矩形",
                                       .span = ToolSpan::Box,
                                       .moveInGroup = MoveDirection::Body,
                                       .toolType = 0,

@@ -10,7 +10,7 @@ const ToolClass& MDrawRoundedRect::Class() {
     static const ToolClass toolClass{"MDrawRoundedRect",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawRoundedRect>,
-                                     {.label = "{}圆角矩形", .toolType = 1}};
+                                     {.label = "{color}圆角矩形", .toolType = 1}};
     return toolClass;
 }
 

@@ -7,7 +7,6 @@ namespace {
 constexpr ToolProperty properties[] = {{.name = "dark",
                                         .type = ToolProperty::Type::Number,
                                         .text = "暗度",
-                                        .english = "Darkness",
                                         .least = 0.1,
                                         .most = 0.95,
                                         .step = 0.05,

@@ -20,15 +20,12 @@ constexpr std::string_view signName = "sign";
 constexpr std::string_view pictureName = "picture";
 constexpr ToolDetailRule detailRules[] = {{pictureName, ToolDetailRule::Type::Text, false}};
 
-constexpr ToolProperty::Choice signs[] = {
-    {"check", "对勾", "Check"},       {"cross", "叉号", "Cross"}, {"warning", "警告", "Warning"},
-    {"question", "问号", "Question"}, {"heart", "爱心", "Heart"}, {"arrow", "箭头", "Arrow"}};
-constexpr ToolProperty properties[] = {{.name = signName,
-                                        .type = ToolProperty::Type::Text,
-                                        .text = "图案",
-                                        .english = "Sign",
-                                        .choices = signs},
-                                       opacityProperty};
+constexpr ToolProperty::Choice signs[] = {{"check", "对勾"},   {"cross", "叉号"},
+                                          {"warning", "警告"}, {"question", "问号"},
+                                          {"heart", "爱心"},   {"arrow", "箭头"}};
+constexpr ToolProperty properties[] = {
+    {.name = signName, .type = ToolProperty::Type::Text, .text = "图案", .choices = signs},
+    opacityProperty};
 
 // Canvas points: a tap's stamp without a line, and what a line's width adds.
 constexpr double smallestSide = 24;
@@ -65,7 +62,7 @@ const ToolClass& MDrawStamp::Class() {
     static const ToolClass toolClass{"MDrawStamp",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawStamp>,
-                                     {.label = "{}印章",
+                                     {.label = "{color}印章",
                                       .beginning = ToolBeginning::TouchDown,
                                       .span = ToolSpan::Free,
                                       .toolType = 26,

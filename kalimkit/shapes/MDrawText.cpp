@@ -64,7 +64,7 @@ const ToolClass& MDrawText::Class() {
     static const ToolClass toolClass{"MDrawText",
                                      &MDrawRect::Class(),
                                      &MDrawTool::makeToolAt<MDrawText>,
-                                     {.label = "{}文字",
+                                     {.label = "{color}文字",
                                       .role = ui::AccessibilityRole::Text,
                                       .beginning = ToolBeginning::TouchDown,
                                       .recorder = ToolRecorder::Typing,

@@ -1,6 +1,7 @@
 #include "kalimkit/theme/FrameworkImages.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "kalimkit/theme/IconDrawing.h"
 #include "kalimkit/theme/IconTable.h"
@@ -26,6 +27,19 @@ const Icon* iconNamed(std::string_view name) {
     return found == icons.end() ? nullptr : &*found;
 }
 
+// Whether it points where one reads, or back, and the other way round in this language.
+bool isMirroredIcon(std::string_view name) {
+    constexpr std::string_view pointing[] = {"undo",
+                                             "redo",
+                                             "next",
+                                             "icon_tool_undo",
+                                             "icon_tool_undo_disable",
+                                             "icon_tool_redo",
+                                             "icon_tool_redo_disable"};
+    return ui::Environment::current().readsRightToLeft() &&
+           std::ranges::find(pointing, name) != std::end(pointing);
+}
+
 const Icon* deskIconNamed(std::string_view name) {
     if (const Icon* const icon = iconNamed(std::string(deskPrefix).append(name))) return icon;
     const auto all = pens();
@@ -39,11 +53,13 @@ const Icon* deskIconNamed(std::string_view name) {
 gfx::ImageRef imageNamedForFramework(const std::string& name) {
     KeptPictures& pictures = KeptPictures::current();
     const double scale = ui::Environment::current().screen().scale;
-    if (const Icon* const icon = iconNamed(name)) return pictures.iconImage(name, *icon, scale, {});
+    const bool isMirrored = isMirroredIcon(name);
+    if (const Icon* const icon = iconNamed(name))
+        return pictures.iconImage(name, *icon, scale, {}, isMirrored);
     for (const auto& [prefix, side] : penPictures) {
         if (!name.starts_with(prefix)) continue;
         const Icon* const icon = deskIconNamed(std::string_view(name).substr(prefix.size()));
-        if (icon) return pictures.iconImage(name, *icon, scale, {side, side});
+        if (icon) return pictures.iconImage(name, *icon, scale, {side, side}, isMirrored);
     }
     return nullptr;
 }
@@ -56,6 +72,10 @@ bool drawDeskIcon(gfx::Context& context, std::string_view name, const gfx::Rect&
     const double size = std::min(rect.size.width, rect.size.height);
     const double scale = size / icon->width;
     context.translate(rect.midX() - size / 2, rect.midY() - size / 2);
+    if (isMirroredIcon(name)) {
+        context.translate(size, 0);
+        context.scale(-1, 1);
+    }
     context.scale(scale, scale);
     drawIcon(context, *icon, color);
     return true;

@@ -15,9 +15,10 @@ KeptPictures& KeptPictures::current() {
 }
 
 gfx::ImageRef KeptPictures::iconImage(std::string_view name, const Icon& icon, double scale,
-                                      gfx::Size size) {
+                                      gfx::Size size, bool isMirrored) {
     for (const Drawn& drawn : _drawn) {
-        if (drawn.name == name && drawn.scale == scale) return drawn.image;
+        if (drawn.name == name && drawn.scale == scale && drawn.isMirrored == isMirrored)
+            return drawn.image;
     }
     gfx::Device& device = ui::Environment::current().device();
     const gfx::Size own{static_cast<double>(icon.width), static_cast<double>(icon.height)};
@@ -25,9 +26,13 @@ gfx::ImageRef KeptPictures::iconImage(std::string_view name, const Icon& icon, d
     const std::shared_ptr<gfx::Surface> surface = device.makeSurface(whole, scale, false);
     if (!surface) return nullptr;
     gfx::Context& context = surface->context();
+    if (isMirrored) {
+        context.translate(whole.width, 0);
+        context.scale(-1, 1);
+    }
     context.translate((whole.width - own.width) / 2, (whole.height - own.height) / 2);
     drawIcon(context, icon);
-    _drawn.push_back({std::string(name), scale, surface->makeImage()});
+    _drawn.push_back({std::string(name), scale, isMirrored, surface->makeImage()});
     return _drawn.back().image;
 }
 

@@ -17,8 +17,9 @@ public:
     static KeptPictures& current();
 
     // Drawn when it is first asked for by a name at a scale: in the middle of the size in points,
-    // in its own size where that is zero.
-    gfx::ImageRef iconImage(std::string_view name, const Icon& icon, double scale, gfx::Size size);
+    // in its own size where that is zero; mirrored where it says so.
+    gfx::ImageRef iconImage(std::string_view name, const Icon& icon, double scale, gfx::Size size,
+                            bool isMirrored);
     gfx::ImageRef highlightBackground();
 
     // By which an icon was asked for; empty for a picture of another origin.
@@ -30,6 +31,7 @@ private:
     struct Drawn {
         std::string name;
         double scale;
+        bool isMirrored;
         gfx::ImageRef image;
     };
     struct Copy {

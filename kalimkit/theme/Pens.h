@@ -35,9 +35,10 @@ struct Pen {
     char key = 0;
     // Its icons are icon_tool_NAME in the picker and icon_pen_NAME_SIZE on the pen button.
     std::string_view icon;
-    // What it is called for those who do not see it; hosts may have the text in their language.
+    // What it is called for those who do not see it, in Chinese; `english` where no catalogue has
+    // it, for pens of a host's.
     std::string_view text;
-    std::string_view english;
+    std::string_view english = {};
     // What it draws, as the canvas numbers it (ToolType.h); nothing for a pen that draws nothing.
     std::optional<std::int64_t> toolType = {};
     // Where in its row the picker offers it, from 1 on; 0 where it does not.
@@ -87,7 +88,6 @@ struct PenSize {
     // Its icons end so.
     std::string_view icon;
     std::string_view text;
-    std::string_view english;
 };
 KALIM_API std::span<const PenSize> penSizes();
 
@@ -99,7 +99,6 @@ struct HidingStyle {
     // Its icon is icon_hide_NAME.
     std::string_view icon;
     std::string_view text;
-    std::string_view english;
 };
 KALIM_API std::span<const HidingStyle> hidingStyles();
 // Null for a number that is no style.

@@ -23,7 +23,9 @@ ui::EdgeInsets safeAreaInsets(const ui::Screen& screen) {
 }
 
 ui::EdgeInsets safeAreaInsets() {
-    return safeAreaInsets(ui::Environment::current().screen());
+    const ui::Environment& environment = ui::Environment::current();
+    const ui::EdgeInsets insets = safeAreaInsets(environment.screen());
+    return environment.readsRightToLeft() ? insets.mirrored() : insets;
 }
 
 }  // namespace kalim

@@ -65,8 +65,8 @@ enum class ToolSpan {
 
 // What a kind of tools is, as far as it differs from the kind that it is derived from.
 struct ToolRow {
-    // What it is called for those who do not see it, with a gap for its colour: "{}箭头", a text
-    // that hosts may have in other languages.
+    // What it is called for those who do not see it, with a gap for its colour: "{color}箭头", a
+    // text that hosts may have in other languages.
     const char* label = nullptr;
     std::optional<ui::AccessibilityRole> role = {};
     std::optional<ToolLayer> layer = {};
@@ -116,7 +116,7 @@ struct KALIM_API ToolClass {
         for (const ToolClass* current = this; current; current = current->base) {
             if (current->row.label) return current->row.label;
         }
-        return "{}图形";
+        return "{color}图形";
     }
     ui::AccessibilityRole role() const {
         return said(&ToolRow::role, ui::AccessibilityRole::Image);

@@ -23,9 +23,9 @@ struct KALIM_API ToolProperty {
     // One that can be chosen, as documents name it.
     struct Choice {
         std::string_view name;
-        // What it is called; hosts may have the text in their language.
+        // What it is called, in Chinese; `english` where no catalogue has it.
         std::string_view text;
-        std::string_view english;
+        std::string_view english = {};
     };
 
     // What documents, scenarios and hosts call it.
@@ -51,12 +51,7 @@ struct KALIM_API ToolProperty {
 
 // How much of a tool is seen, as one: parts of it that overlap show no more. Every kind has it but
 // those that hide.
-inline constexpr ToolProperty opacityProperty{.name = "opacity",
-                                              .text = "不透明度",
-                                              .english = "Opacity",
-                                              .least = 0.05,
-                                              .most = 1,
-                                              .step = 0.05,
-                                              .usual = 1};
+inline constexpr ToolProperty opacityProperty{
+    .name = "opacity", .text = "不透明度", .least = 0.05, .most = 1, .step = 0.05, .usual = 1};
 
 }  // namespace kalim

@@ -4,7 +4,7 @@ import { nameOf } from './kalimkit/host/browser/keys.js';
 import { endings } from './kalimkit/host/browser/pictures.js';
 import './npm/src/element.js';
 import { keepForOffline } from './offline.js';
-import { language, say } from './texts.js';
+import { direction, language, say } from './texts.js';
 
 const $ = (id) => document.getElementById(id);
 const editor = $('editor');
@@ -76,6 +76,7 @@ async function tell(work, done) {
 }
 
 document.documentElement.lang = language;
+document.documentElement.dir = direction;
 for (const id of ['hint', 'open', 'ready', 'download', 'copy', 'share', 'document', 'keep', 'another']) {
   $(id).textContent = say[id];
 }

@@ -1,6 +1,7 @@
 // <kalim-editor>: the editor as an element of a page. index.d.ts says what a page may do with it.
 
 import { KalimEditor } from '../../kalimkit/host/browser/kalim.js';
+import { addTexts, textsFor } from '../../kalimkit/host/browser/languages.js';
 import { Bar } from './bar.js';
 import { colorsOf, layoutOf, penOf, penOnlyOf, pensOf, rgbOf, themeOf, uiOf, widthOf, widthsOf } from './choices.js';
 import { fetchPicture, moduleError, titleOf } from './loading.js';
@@ -97,6 +98,11 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     goOn: (work) => this.#goOn(work),
     warn: (error) => this.#warn(error),
   });
+
+  // Adds a language, or texts to one there is, for all elements from their next pictures on.
+  static addTexts(language, texts) {
+    addTexts(language, texts);
+  }
 
   constructor() {
     super();
@@ -513,12 +519,16 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
 
   #showWorking(isWorking) {
     this.#stage.ariaBusy = String(isWorking);
-    this.#sign.showWorking(isWorking, languageAround(this), this.strings);
+    this.#sign.showWorking(isWorking, (text) => this.#say(text));
   }
 
   #showFailure(error) {
-    this.#sign.showFailure(error, languageAround(this), this.strings);
+    this.#sign.showFailure(error, (text) => this.#say(text));
     this.shadowRoot.getElementById('failure').classList.toggle('beside', [...this.children].some(({ slot }) => slot !== 'bar'));
+  }
+
+  async #say(text) {
+    return this.strings[text] ?? (await textsFor(languageAround(this))).say(text);
   }
 
   // These hold for the next picture.

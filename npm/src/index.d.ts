@@ -119,6 +119,12 @@ export interface KalimEditorElementEventMap {
  * imported, but not made.
  */
 export class KalimEditorElement extends HTMLElement {
+  /**
+   * Adds a language such as `pl`, or texts to one there is, for all elements from their next pictures on. Throws for a
+   * text that is none, or does not put in what its key does.
+   */
+  static addTexts(language: string, texts: KalimTexts): void;
+
   /** The picture's address. Another one opens another picture, none closes the editor. */
   src: string | null;
   /** What the user draws with, from now on and in every picture; follows the user, who may choose another. */
@@ -238,6 +244,9 @@ export class KalimEditorElement extends HTMLElement {
     options?: boolean | AddEventListenerOptions): void;
 }
 
+/** By the Chinese texts, each a text or its forms by the categories of plurals, `other` among them. */
+export type KalimTexts = Record<string, string | Partial<Record<Intl.LDMLPluralRule, string>>>;
+
 /** Makes the element known by a name, `kalim-editor` by default; without effect on a server. */
 export function defineKalimEditor(name?: string): void;
 
@@ -260,7 +269,7 @@ export interface KalimEditorOptions {
   penOnly?: boolean;
   /** The same of the module for saving. */
   codec?: string | URL | BufferSource | WebAssembly.Module;
-  /** Of the texts, such as `en-GB`; the browser's by default. All but Chinese are English. */
+  /** Of the texts, such as `en-GB`; the browser's by default. English where there are no texts in it. */
   language?: string;
   /** Replaces texts, which are found by the Chinese ones. */
   strings?: Record<string, string>;
@@ -308,6 +317,8 @@ export interface KalimScreenNode {
  */
 export class KalimEditor extends EventTarget {
   static create(canvas: HTMLCanvasElement, options?: KalimEditorOptions): Promise<KalimEditor>;
+  /** As the element's. */
+  static addTexts(language: string, texts: KalimTexts): void;
   private constructor();
   destroy(): void;
   open(picture: ImageBitmapSource | Promise<ImageBitmapSource>, options?: Omit<KalimEditorOptions, 'wasm' | 'codec'>): Promise<boolean>;

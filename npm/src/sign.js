@@ -1,6 +1,7 @@
 // What the element says where the picture is to be: that it works, or that a picture could not be opened.
 
-const texts = { busy: ['请稍候…', 'One moment…'], failed: ['无法载入图片', 'Cannot load the picture'] };
+const busy = '请稍候…';
+const failed = '无法载入图片';
 
 function part(name, role) {
   const element = document.createElement('div');
@@ -19,22 +20,20 @@ export class Sign {
     stage.after(this.#working, this.#failure);
   }
 
-  // The language is such as "en-GB", strings are other texts by the Chinese ones.
-  showWorking(isWorking, language, strings) {
+  // say(text) has a text, a Chinese one, in the user's language; a promise, as it may have to be fetched.
+  async showWorking(isWorking, say) {
     this.#working.hidden = !isWorking;
-    this.#working.textContent = this.#say('busy', language, strings);
+    if (isWorking) this.#working.textContent = await say(busy);
   }
 
   // A null error shows nothing.
-  showFailure(error, language, strings) {
+  async showFailure(error, say) {
     this.#failure.hidden = !error;
+    this.#failure.replaceChildren(error?.message ?? '');
+    if (!error) return;
     const title = document.createElement('strong');
-    title.textContent = this.#say('failed', language, strings);
-    this.#failure.replaceChildren(...(error ? [title, error.message] : []));
-  }
-
-  #say(what, language, strings) {
-    const [chinese, english] = texts[what];
-    return strings[chinese] ?? (/^zh\b/i.test(language) ? chinese : english);
+    title.textContent = await say(failed);
+    // Another one may be shown by now.
+    if (this.#failure.textContent === error.message) this.#failure.prepend(title);
   }
 }

@@ -157,7 +157,7 @@ test('what could not be opened is said in its place and in the console, with wha
     window.first.src = '/photos/none.png';
   });
   await page.waitFor(() => !window.first.shadowRoot.getElementById('failure').hidden);
-  assert.match(await sign('failure'), /^Cannot load the picture.*none\.png: 404/i);
+  assert.match(await sign('failure'), /^The Picture Cannot Be Opened.*none\.png: 404/i);
   const [complaint] = await page.complaints();
   assert.match(complaint, /^<kalim-editor> Error: .*none\.png: 404/);
   const remedies = await page.evaluate(async () => {

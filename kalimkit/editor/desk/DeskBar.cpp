@@ -38,7 +38,7 @@ void DeskBar::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     if (_edge == Edge::Top) line.origin.y = all.minY();
     if (_edge == Edge::Right) line = {all.maxX() - 1, all.minY(), 1, all.size.height};
     context.setFillColor(Palette::current().separator);
-    context.fillRect(line);
+    context.fillRect(mirrored(line));
 }
 
 std::string deskText(std::string_view text) {

@@ -5,6 +5,7 @@
 #include "kalimkit/editor/screen/EditorTables.h"
 #include "kalimkit/theme/FrameworkImages.h"
 #include "kalimkit/theme/SafeArea.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
@@ -40,7 +41,7 @@ std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens,
 }
 
 void DeskPens::addPen(const Pen& pen, const Chosen& chosen) {
-    const std::string text = deskText(pen.text);
+    const std::string text = ui::hostText(pen.text, pen.english);
     const auto button = ui::DeskButton::make(iconOf(pen));
     if (button->icon().empty())
         button->setImage(imageNamedForFramework("icon_tool_" + std::string(pen.icon)));

@@ -12,6 +12,7 @@
 #include "kalimkit/ui/desk/Menu.h"
 #include "kalimkit/ui/desk/SegmentedControl.h"
 #include "kalimkit/ui/desk/Slider.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
@@ -63,7 +64,7 @@ public:
         : DeskProperty(property, std::move(chosen)),
           _slider(ui::Slider::make(property.least, property.most)) {
         _slider->setFrame({0, 0, sliderWidth, ui::Slider::height});
-        _slider->setTip(deskText(property.text));
+        _slider->setTip(ui::hostText(property.text, property.english));
         if (property.step > 0) _slider->setStep(property.step);
         const bool isShare = property.least >= 0 && property.most <= 1;
         _slider->setSpeaker([isShare](double value) {
@@ -99,7 +100,7 @@ public:
     CountedProperty(const ToolProperty& property, Chosen chosen)
         : DeskProperty(property, std::move(chosen)),
           _label(ui::Label::initWithFrame({0, 0, countWidth, DeskLayout::buttonSide})) {
-        const std::string text = deskText(property.text);
+        const std::string text = ui::hostText(property.text, property.english);
         _less = makeDeskButton("minus", text + " −", {}, [this] { change(-1); });
         _more = makeDeskButton("plus", text + " +", {}, [this] { change(1); });
         _label->setFont({"", countFont});
@@ -136,11 +137,12 @@ public:
         : DeskProperty(property, std::move(chosen)) {
         std::vector<ui::SegmentedControl::Segment> segments;
         for (const auto& choice : property.choices) {
-            segments.push_back(
-                {.icon = iconOf(property, choice.name), .title = {}, .tip = deskText(choice.text)});
+            segments.push_back({.icon = iconOf(property, choice.name),
+                                .title = {},
+                                .tip = ui::hostText(choice.text, choice.english)});
         }
         _control = ui::SegmentedControl::make(segments);
-        _control->setAccessibilityLabel(deskText(property.text));
+        _control->setAccessibilityLabel(ui::hostText(property.text, property.english));
         _control->setHandler([this](std::size_t index) {
             choose(std::string(this->property().choices[index].name));
         });
@@ -175,9 +177,10 @@ class MenuProperty : public DeskProperty {
 public:
     MenuProperty(const ToolProperty& property, Chosen chosen)
         : DeskProperty(property, std::move(chosen)) {
-        _button = ui::DeskButton::make({}, deskText(property.choices.front().text));
+        _button = ui::DeskButton::make(
+            {}, ui::hostText(property.choices.front().text, property.choices.front().english));
         _button->setOpens(true);
-        _button->setTip(deskText(property.text));
+        _button->setTip(ui::hostText(property.text, property.english));
         _button->setHandler([this] { open(); });
     }
     void show(const std::optional<ToolPropertyValue>& value) override {
@@ -185,8 +188,8 @@ public:
         const auto& choices = property().choices;
         const auto chosen = std::ranges::find(choices, _value, &ToolProperty::Choice::name);
         std::string title = _value;
-        if (chosen != choices.end()) title = deskText(chosen->text);
-        if (title.empty()) title = deskText(choices.front().text);
+        if (chosen != choices.end()) title = ui::hostText(chosen->text, chosen->english);
+        if (title.empty()) title = ui::hostText(choices.front().text, choices.front().english);
         if (_button->title() != title) _button->setTitle(title);
         _button->sizeToFit();
     }
@@ -197,7 +200,7 @@ private:
         std::vector<ui::MenuItem> items;
         for (const auto& choice : property().choices) {
             const std::string name(choice.name);
-            items.push_back({.text = deskText(choice.text),
+            items.push_back({.text = ui::hostText(choice.text, choice.english),
                              .run =
                                  [this, weakSelf = weak_from_this(), name] {
                                      if (const auto alive = weakSelf.lock()) choose(name);
@@ -215,8 +218,9 @@ class SwitchProperty : public DeskProperty {
 public:
     SwitchProperty(const ToolProperty& property, Chosen chosen)
         : DeskProperty(property, std::move(chosen)) {
-        _button = makeDeskButton(hasIcon(name()) ? name() : std::string(), deskText(property.text),
-                                 {}, [this] { choose(_button->isSelected() ? 0.0 : 1.0); });
+        _button = makeDeskButton(hasIcon(name()) ? name() : std::string(),
+                                 ui::hostText(property.text, property.english), {},
+                                 [this] { choose(_button->isSelected() ? 0.0 : 1.0); });
     }
     void show(const std::optional<ToolPropertyValue>& value) override {
         _button->setSelected(numberOf(value, property().usual) != 0);
@@ -235,7 +239,7 @@ public:
         : DeskProperty(property, std::move(chosen)), _canvas(std::move(canvas)) {
         _button = ui::DeskButton::make("nofill");
         _button->setOpens(true);
-        _button->setTip(deskText(property.text));
+        _button->setTip(ui::hostText(property.text, property.english));
         _button->setHandler([this] { open(); });
     }
     void show(const std::optional<ToolPropertyValue>& value) override {

@@ -60,11 +60,15 @@ public:
         return deskLayout(size, safeAreaInsets(), _pens->count());
     }
 
+    // As they are on the screen, whatever the language.
     ui::EdgeInsets coveredEdges(gfx::Size size) const {
         const DeskLayout layout = layoutFor(size);
-        if (!_editor.screen.isReadOnly()) return layout.covered(size);
         const ui::EdgeInsets safe = safeAreaInsets();
-        return {safe.top, safe.left, layout.status.size.height, safe.right};
+        const ui::EdgeInsets covered =
+            _editor.screen.isReadOnly()
+                ? ui::EdgeInsets{safe.top, safe.left, layout.status.size.height, safe.right}
+                : layout.covered(size);
+        return ui::Environment::current().readsRightToLeft() ? covered.mirrored() : covered;
     }
 
     void addNames(std::vector<Named>& names) const {
@@ -80,7 +84,7 @@ public:
 
     void showContextMenu(gfx::Point place) const {
         if (!window() || _editor.screen.isReadOnly() || isAsked()) return;
-        const gfx::Rect canvas = layoutFor(bounds().size).covered(bounds().size).apply(bounds());
+        const gfx::Rect canvas = coveredEdges(bounds().size).apply(bounds());
         if (!canvas.contains(convertPointFrom(place, nullptr))) return;
         ui::Menu::showAt(*window(), place, deskMenu(_editor, place));
     }

@@ -7,6 +7,7 @@
 #include "kalimkit/theme/ColorName.h"
 #include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
@@ -21,7 +22,7 @@ std::string localized(std::string_view text) {
 
 std::string penName(unsigned pen) {
     const Pen* const known = penNumbered(pen);
-    return known ? localized(known->text) : "";
+    return known ? ui::hostText(known->text, known->english) : "";
 }
 
 std::string sizeName(unsigned size) {
@@ -44,7 +45,7 @@ std::string choiceName(const TesselConfig& config) {
             return penName(config.pen());
         default:
             const Pen* const pen = penOfShape(config.shape());
-            return pen ? localized(pen->text) : "";
+            return pen ? ui::hostText(pen->text, pen->english) : "";
     }
 }
 

@@ -5,7 +5,7 @@
 
 #include "kalimkit/editor/screen/EditorKeyTable.h"
 #include "kalimkit/theme/Pens.h"
-#include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
 
@@ -70,18 +70,18 @@ constexpr KeyText texts[] = {
     {"right", Shapes, "移动"},
     {"up", Shapes, "移动"},
     {"down", Shapes, "移动"},
-    {"shift+left", Shapes, "移动 10 点"},
-    {"shift+right", Shapes, "移动 10 点"},
-    {"shift+up", Shapes, "移动 10 点"},
-    {"shift+down", Shapes, "移动 10 点"},
+    {"shift+left", Shapes, "移动 {count} 点"},
+    {"shift+right", Shapes, "移动 {count} 点"},
+    {"shift+up", Shapes, "移动 {count} 点"},
+    {"shift+down", Shapes, "移动 {count} 点"},
     {"alt+left", Shapes, "改变大小"},
     {"alt+right", Shapes, "改变大小"},
     {"alt+up", Shapes, "改变大小"},
     {"alt+down", Shapes, "改变大小"},
-    {"alt+shift+left", Shapes, "改变大小 10 点"},
-    {"alt+shift+right", Shapes, "改变大小 10 点"},
-    {"alt+shift+up", Shapes, "改变大小 10 点"},
-    {"alt+shift+down", Shapes, "改变大小 10 点"},
+    {"alt+shift+left", Shapes, "改变大小 {count} 点"},
+    {"alt+shift+right", Shapes, "改变大小 {count} 点"},
+    {"alt+shift+up", Shapes, "改变大小 {count} 点"},
+    {"alt+shift+down", Shapes, "改变大小 {count} 点"},
     {"r", Shapes, "旋转 15°"},
     {"shift+r", Shapes, "旋转 15°"},
     {"tab", Shapes, "下一个或上一个形状"},
@@ -106,7 +106,8 @@ constexpr KeyText texts[] = {
 };
 
 std::string localized(std::string_view text) {
-    return ui::Environment::current().localizedString(std::string(text));
+    constexpr int longStep = 10;
+    return ui::localText(std::string(text), {{"count", longStep}});
 }
 
 std::string_view heldKeysOf(std::string_view key) {
@@ -138,7 +139,7 @@ std::vector<ui::KeyGroup> EditorKeys::list() {
     for (std::size_t i = 0; i < groups.size(); ++i)
         groups[i].title = localized(titles[i]);
     for (const Pen& pen : pens()) {
-        if (pen.key) add(groups[Pens], localized(pen.text), pen.keyName());
+        if (pen.key) add(groups[Pens], ui::hostText(pen.text, pen.english), pen.keyName());
     }
     const auto list = [&](std::string_view key) {
         const auto* const named = std::ranges::find(texts, key, &KeyText::key);

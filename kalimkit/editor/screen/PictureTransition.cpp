@@ -26,6 +26,7 @@ void log(const std::string& text, const char* method) {
 void PictureTransition::makeView(const gfx::ImageRef& image) {
     dropView();
     _view = ui::ImageView::initWithFrame({});
+    _view->setSides(ui::View::Sides::Fixed);
     _view->setImage(image);
 }
 

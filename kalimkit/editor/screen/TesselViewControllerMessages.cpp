@@ -68,7 +68,8 @@ void TesselViewController::didDrawOver(const std::optional<gfx::Rect>& viewRect)
     const SelectionButtons& buttons = parts().buttons;
     const gfx::Rect covered = buttons.standIn() ? buttons.frame() : penView()->frame();
     const bool isUnder =
-        viewRect && drawView()->convertRectTo(*viewRect, view().get()).intersects(covered);
+        viewRect &&
+        drawView()->convertRectTo(*viewRect, view().get()).intersects(view()->mirrored(covered));
     if (std::exchange(_isDrawnUnderPen, isUnder) == isUnder) return;
     fadeTool(isUnder ? fadedAlpha : 1);
 }

@@ -1,6 +1,7 @@
 #include "kalimkit/host/browser/BrowserEnvironment.h"
 
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "kalimkit/host/browser/BrowserImports.h"
@@ -28,6 +29,13 @@ std::optional<std::string> readText(const Read& read) {
     }
 }
 
+std::string localizedForm(const std::string& key, double count) {
+    const auto read = [&](char* out, int room) {
+        return page::localized(key.data(), lengthOf(key), count, out, room);
+    };
+    return readText(read).value_or(key);
+}
+
 }  // namespace
 
 void BrowserEnvironment::setScreen(gfx::Size size, double scale, const ui::EdgeInsets& safeArea) {
@@ -41,11 +49,11 @@ double BrowserEnvironment::wallClock() const {
 }
 
 std::string BrowserEnvironment::localizedString(const std::string& key) const {
-    const auto read = [&](char* out, int room) {
-        return page::localized(key.data(), lengthOf(key), out, room);
-    };
-    if (auto text = readText(read)) return *std::move(text);
-    return SeatEnvironment::localizedString(key);
+    return localizedForm(key, std::numeric_limits<double>::quiet_NaN());
+}
+
+std::string BrowserEnvironment::localizedCount(const std::string& key, std::int64_t count) const {
+    return localizedForm(key, static_cast<double>(count));
 }
 
 // ---- what the user chooses

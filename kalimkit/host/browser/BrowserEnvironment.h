@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,8 +13,7 @@
 namespace kalim {
 
 // The page that the library runs in. Time moves when the page says
-// so. Texts are the page's own where it has some, else in English where the language is not
-// Chinese.
+// so. Texts are the page's, which fetches those of the language; the keys where it has none.
 class BrowserEnvironment : public SeatEnvironment {
 public:
     gfx::Device& device() override { return _device; }
@@ -23,6 +23,7 @@ public:
     void setScreen(gfx::Size size, double scale, const ui::EdgeInsets& safeArea = {});
     double wallClock() const override;
     std::string localizedString(const std::string& key) const override;
+    std::string localizedCount(const std::string& key, std::int64_t count) const override;
     // Kept by the page for as long as it may.
     std::optional<bool> userDefault(const std::string& key) const override;
     void setUserDefault(const std::string& key, bool value) override;

@@ -12,10 +12,10 @@ namespace kalim::page {
 KALIM_PAGE("present") void present(int surface, int x, int y, int width, int height);
 // Counts seconds since 1970.
 KALIM_PAGE("wall_clock") double wallClock();
-// The page's text for a key; -1 where it has none. Writes no more than there is room for and
-// answers with the whole length.
+// The page's text for a key, its form for so many things, or for none with a NaN; -1 where it has
+// no text. Writes no more than there is room for and answers with the whole length.
 KALIM_PAGE("localized")
-int localized(const char* key, int length, char* out, int room);
+int localized(const char* key, int length, double count, char* out, int room);
 
 // Has an assistive technology say it.
 KALIM_PAGE("announce") void announce(const char* text, int length);

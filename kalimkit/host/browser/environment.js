@@ -41,9 +41,9 @@ export class Clipboard {
 export const lastPen = () => textSetting('tool.last');
 const isUsable = (key, isWhole) => key !== 'tool.last' || isWhole() || !needsKit(Pen[lastPen()]);
 
-// Imports of the module; strings() are texts by the Chinese ones; isWhole() tells whether the kit is there; say(text)
-// has an assistive technology say something.
-export function environment(heap, strings, clipboard, isWhole, say) {
+// Imports of the module; text(key, count) is the page's text for one, undefined for none; isWhole() tells whether the
+// kit is there; say(text) has an assistive technology say something.
+export function environment(heap, text, clipboard, isWhole, say) {
   const writeWhole = (text, out, room) => {
     const bytes = heap.encode(text);
     heap.bytes.set(bytes.subarray(0, room), out >>> 0);
@@ -51,10 +51,9 @@ export function environment(heap, strings, clipboard, isWhole, say) {
   };
   return {
     wall_clock: () => Date.now() / 1000,
-    localized: (key, length, out, room) => {
-      const name = heap.text(key, length);
-      const texts = strings();
-      return Object.hasOwn(texts, name) ? writeWhole(String(texts[name]), out, room) : -1;
+    localized: (key, length, count, out, room) => {
+      const found = text(heap.text(key, length), Number.isNaN(count) ? undefined : count);
+      return found === undefined ? -1 : writeWhole(found, out, room);
     },
     clipboard_read: (out, room) => writeWhole(clipboard.text, out, room),
     clipboard_write: (at, length) => clipboard.write(heap.text(at, length)),

@@ -10,6 +10,7 @@ import { Exchange } from './exchange.js';
 import { takeFont } from './fonts.js';
 import { HeldKeys } from './held.js';
 import { watchKeys } from './keys.js';
+import { addTexts, textsFor } from './languages.js';
 import { Module } from './module.js';
 import { News, closedState, readState } from './news.js';
 import { Pointers } from './pointers.js';
@@ -100,9 +101,16 @@ export class KalimEditor extends EventTarget {
   // Of what the user prefers, while the canvas is in its document.
   #preferring;
 
+  // Adds a language for all editors from their next pictures on, or texts to one there is: by the Chinese ones, each a
+  // text or its forms by the categories of plurals. Throws for what is none.
+  static addTexts(language, texts) {
+    addTexts(language, texts);
+  }
+
   // element: a <canvas> that the page has given a size by its style; it may change. Options:
   //   wasm      where the module is, or the module itself; beside this script by default
-  //   language  of the texts, such as 'en-GB'; the browser's by default. All but Chinese are English
+  //   language  of the texts, such as 'en-GB'; the browser's by default. English where there are no texts in it, see
+  //             addTexts()
   //   strings   other texts, by the Chinese ones
   //   desk      the same of the module for the desk and the kit, which is fetched when one of them is used
   //   codec     the same of the module for saving, which is fetched when a picture that came as a file is saved
@@ -164,6 +172,8 @@ export class KalimEditor extends EventTarget {
       givenAs: (id) => this.#exchange.givenAs(id),
     });
     this.#options = { ...defaults, language: navigator.language, ...said(options) };
+    // They come while the module does.
+    textsFor(this.#options.language);
     const codec = options.codec ?? new URL('./kalimkit-codec.wasm', import.meta.url);
     this.#saver = new Saver(codec, (error) => this.#dispatch('warning', { error }));
   }
@@ -206,19 +216,37 @@ export class KalimEditor extends EventTarget {
     const settings = { ...this.#options, ...said(options) };
     // Null is no texts.
     if (options.strings === null) settings.strings = {};
-    return this.#exchange.take(this.#prepared(picture), settings.exportsAtPictureScale, settings.inside, (id, document) => {
+    const prepared = this.#prepared(picture, settings);
+    return this.#exchange.take(prepared, settings.exportsAtPictureScale, settings.inside, (id, document) => {
       this.#options = settings;
-      const { language, exportsAtPictureScale, grow } = this.#options;
-      const values = [id, exportsAtPictureScale, grow, this.#module.put(language)];
+      const { exportsAtPictureScale, grow } = this.#options;
+      const values = [id, exportsAtPictureScale, grow, this.#speak()];
       if (document) this.#call('open_document', document, ...values);
       else this.#call('open', ...values);
     });
   }
 
-  // The picture, once there is what its editor begins with: a desk is not to come after a phone's bars.
-  #prepared(picture) {
-    if (this.#module.isWhole || !(needsKit(Pen[lastPen()]) || this.#module.call('wants_rest'))) return picture;
-    return this.#complete().then(() => picture);
+  // The picture, once there is what its editor begins with: its texts, and a desk is not to come after a phone's bars.
+  async #prepared(picture, settings) {
+    const needsRest = !this.#module.isWhole && (needsKit(Pen[lastPen()]) || this.#module.call('wants_rest'));
+    const [given] = await Promise.all([picture, this.#loadTexts(settings), needsRest && this.#complete()]);
+    return given;
+  }
+
+  async #loadTexts(settings) {
+    settings.texts = await textsFor(settings.language, (error) => this.#dispatch('warning', { error }));
+  }
+
+  // Takes the texts that were loaded with the options, and tells the module in what language they are.
+  #speak() {
+    return this.#module.put(this.#options.texts.language);
+  }
+
+  #text(key, count) {
+    const { strings, texts } = this.#options;
+    // What is put in had no name once.
+    const own = [key, key.replace(/\{\w+\}/g, '{}')].find((name) => Object.hasOwn(strings, name));
+    return own === undefined ? texts?.find(key, count) : String(strings[own]);
   }
 
   // Keeps what is drawn from the next picture on; null for nothing. See Works.
@@ -233,12 +261,12 @@ export class KalimEditor extends EventTarget {
     const settings = { ...this.#options, ...said(options) };
     let problem;
     await this.#module.completeForDrawings();
-    await this.#prepared();
+    await this.#prepared(null, settings);
     await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
       this.#options = settings;
-      const { language, exportsAtPictureScale, grow } = this.#options;
+      const { exportsAtPictureScale, grow } = this.#options;
       for (const text of [work.setUp, ...work.steps]) this.#module.call('tell_work', this.#module.put(text));
-      const isWhole = this.#call('go_on', id, exportsAtPictureScale, grow, this.#module.put(language));
+      const isWhole = this.#call('go_on', id, exportsAtPictureScale, grow, this.#speak());
       problem = isWhole ? null : this.#module.takeText();
     });
     if (problem === null) this.#works?.goOn(work);
@@ -620,7 +648,7 @@ export class KalimEditor extends EventTarget {
 
   #imports({ heap, drawing }) {
     return {
-      ...environment(heap, () => this.#options.strings, this.#clipboard, () => this.#module?.isWhole ?? false,
+      ...environment(heap, (key, count) => this.#text(key, count), this.#clipboard, () => this.#module?.isWhole ?? false,
         (text) => this.#announced?.(text)),
       present: (surface, ...box) => this.#screen.present(drawing.sourceOf(surface), ...box),
       text_focused: (at, length, begin, end, isComposing, x, y, height) => {

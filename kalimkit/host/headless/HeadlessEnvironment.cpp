@@ -47,7 +47,18 @@ void HeadlessEnvironment::setMemory(std::optional<double> used, std::optional<do
 
 std::string HeadlessEnvironment::localizedString(const std::string& key) const {
     const auto text = _texts.find(key);
-    return text == _texts.end() ? key : text->second;
+    if (text != _texts.end()) return text->second;
+    return _languages ? _languages->text(key) : key;
+}
+
+std::string HeadlessEnvironment::localizedCount(const std::string& key, std::int64_t count) const {
+    const bool isOwn = _texts.contains(key);
+    return isOwn || !_languages ? localizedString(key) : _languages->text(key, count);
+}
+
+void HeadlessEnvironment::setLanguage(std::string_view locale) {
+    _languages.emplace().choose(locale);
+    setReadsRightToLeft(localizedString("@direction") == "rtl");
 }
 
 void HeadlessEnvironment::setLocalizedString(const std::string& key, std::string text) {

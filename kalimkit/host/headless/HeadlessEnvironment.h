@@ -1,15 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/host/headless/MemoryPhotoLibrary.h"
+#include "kalimkit/theme/Languages.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -53,7 +56,12 @@ public:
     std::optional<double> usedMemory() const override;
     std::optional<double> availableMemory() const override;
     void setMemory(std::optional<double> used, std::optional<double> available);
+    // Texts are the keys at first, those of setLocalizedString() before all others.
     std::string localizedString(const std::string& key) const override;
+    std::string localizedCount(const std::string& key, std::int64_t count) const override;
+    // See Languages::choose.
+    void setLanguage(std::string_view locale);
+    std::string language() const override { return _languages ? _languages->chosen() : ""; }
     void setLocalizedString(const std::string& key, std::string text);
     void presentAlert(const ui::Alert& alert) override;
     // What was ever set, by key.
@@ -88,6 +96,8 @@ private:
     std::optional<double> _usedMemory;
     std::optional<double> _availableMemory;
     std::map<std::string, std::string> _texts;
+    // Nothing while no language is chosen.
+    std::optional<Languages> _languages;
     std::vector<ui::Alert> _alerts;
     std::vector<std::string> _announcements;
     bool _showsAlerts = false;

@@ -26,6 +26,8 @@ struct ScenarioScreen {
     bool forgiving = false;
     // Its presence puts the whole editor in the place of the bare canvas.
     std::optional<EditorSetup> editor = std::nullopt;
+    // What texts are in, see Languages::choose; empty for the Chinese ones that are given.
+    std::string language = {};
 };
 
 // Plays scenarios, one JSON object a line, on a canvas that fills a window of its own, without a

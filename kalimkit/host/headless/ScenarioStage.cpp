@@ -34,6 +34,7 @@ ScenarioPlayer::Stage::Stage(gfx::Device& device, ScenarioFiles& files, Output o
       _environment(std::make_shared<HeadlessEnvironment>(device, screen.scale)),
       _seat(_environment, screen.canvas),
       _fingers(_seat.window()) {
+    if (!screen.language.empty()) _environment->setLanguage(screen.language);
     if (screen.editor) {
         presentEditor(*screen.editor, screen.forgiving);
     } else {

@@ -48,32 +48,28 @@ void SdlEnvironment::pickImage(const std::function<void(std::optional<gfx::Image
         }
         picked(image);
     };
-    choose(isEnglish() ? "Open a Picture" : "打开图片", ChooserKind::Picture, chosen);
+    choose(localizedString("打开图片"), ChooserKind::Picture, chosen);
 }
 
 void SdlEnvironment::chooseFile(
     const std::function<void(std::optional<std::string> path)>& chosen) {
-    choose(isEnglish() ? "Open a Picture or a Document" : "打开图片或文档",
-           ChooserKind::PictureOrDocument, chosen);
+    choose(localizedString("打开图片或文档"), ChooserKind::PictureOrDocument, chosen);
 }
 
 void SdlEnvironment::choosePlace(
     const std::function<void(std::optional<std::string> path)>& chosen) {
-    choose(isEnglish() ? "Save As" : "另存为", ChooserKind::NewPicture, chosen);
+    choose(localizedString("另存为"), ChooserKind::NewPicture, chosen);
 }
 
 void SdlEnvironment::choose(const std::string& title, ChooserKind kind,
                             const std::function<void(std::optional<std::string> path)>& chosen) {
     if (_chooser->choose(title, chosen, kind)) return;
     const bool isSaving = kind == ChooserKind::NewPicture;
-    const char* const english =
-        isSaving ? "Install zenity to choose where to save" : "Install zenity to choose pictures";
-    const char* const chinese =
-        isSaving ? "请安装 zenity 以选择保存位置" : "请安装 zenity 以选择图片";
-    presentAlert({isEnglish() ? "There Is No File Dialog" : "没有文件对话框",
-                  isEnglish() ? english : chinese,
-                  {localizedString("好")},
-                  {}});
+    presentAlert(
+        {localizedString("没有文件对话框"),
+         localizedString(isSaving ? "请安装 zenity 以选择保存位置" : "请安装 zenity 以选择图片"),
+         {localizedString("好")},
+         {}});
     chosen(std::nullopt);
 }
 

@@ -9,7 +9,7 @@
 #include "kalimkit/codec/Decode.h"
 #include "kalimkit/gfx/Device.h"
 #include "kalimkit/gfx/Export.h"
-#include "kalimkit/host/seat/SeatEnvironment.h"
+#include "kalimkit/host/seat/CatalogueEnvironment.h"
 
 namespace kalim {
 
@@ -17,10 +17,9 @@ class PictureChooser;
 enum class ChooserKind;
 class UserDefaults;
 
-// The desktop. Texts are in English where the locale's language
-// is neither Chinese nor left open. User defaults are kept in a file of the user's configuration,
-// and pictures in his folder for them.
-class KALIM_API SdlEnvironment : public SeatEnvironment {
+// The desktop. Texts have the locale's language, English where it names none. User defaults are
+// kept in a file of the user's configuration, and pictures in his folder for them.
+class KALIM_API SdlEnvironment : public CatalogueEnvironment {
 public:
     // Pixels per point. Draws with Cairo.
     explicit SdlEnvironment(double scale);

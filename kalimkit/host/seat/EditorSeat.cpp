@@ -61,6 +61,7 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
 void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
                          std::weak_ptr<EditorKeysDelegate> delegate) {
     letGo();
+    _window.rootView()->setReadsRightToLeft(_environment->readsRightToLeft());
     _window.setRootViewController(editor);
     _editor = std::move(editor);
     if (!_editor) return;

@@ -1,8 +1,8 @@
 #include "kalimkit/host/seat/SeatEnvironment.h"
 
 #include <cstdlib>
+#include <utility>
 
-#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 
 namespace kalim {
@@ -13,8 +13,13 @@ constexpr gfx::Size leastBudget{2560, 1440};
 
 }  // namespace
 
-void SeatEnvironment::setLanguage(std::string_view language) {
-    _isEnglish = prefersEnglishTexts(language);
+void SeatEnvironment::setLanguage(std::string_view locale) {
+    speak(std::string(locale));
+}
+
+void SeatEnvironment::speak(std::string language) {
+    _language = std::move(language);
+    setReadsRightToLeft(localizedString("@direction") == "rtl");
 }
 
 std::string SeatEnvironment::messageLocale() {
@@ -29,10 +34,6 @@ std::optional<gfx::Size> SeatEnvironment::areaBudget() const {
     const gfx::Size doubled{2.0 * _screen.nativeSize.width, 2.0 * _screen.nativeSize.height};
     const bool isEnough = doubled.width * doubled.height >= leastBudget.width * leastBudget.height;
     return isEnough ? doubled : leastBudget;
-}
-
-std::string SeatEnvironment::localizedString(const std::string& key) const {
-    return _isEnglish ? englishText(key) : key;
 }
 
 void SeatEnvironment::presentAlert(const ui::Alert& alert) {

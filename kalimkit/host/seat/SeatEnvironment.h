@@ -14,14 +14,14 @@
 namespace kalim {
 
 // What the hosts that show their window to a user have in common: the window is the screen, alerts
-// are shown in it, and texts are in Chinese or in English. What it draws with, the wall clock and
-// what the user keeps are the derived class's.
+// are shown in it, and there is a language that its texts are to have. Where these come from, what
+// it draws with, the wall clock and what the user keeps are the derived class's.
 class KALIM_API SeatEnvironment : public ui::Environment {
 public:
-    // Texts have the language from now on. It is such as "en-GB" or "zh_CN.UTF-8": Chinese for
-    // Chinese and for none at all, as at first; English otherwise.
-    void setLanguage(std::string_view language);
-    bool isEnglish() const { return _isEnglish; }
+    // Texts have the language of the locale from now on, such as "en-GB" or "zh_CN.UTF-8"; Chinese
+    // at first.
+    virtual void setLanguage(std::string_view locale);
+    std::string language() const override { return _language; }
     // The locale of the process's messages, by the variables that name it; may be empty.
     static std::string messageLocale();
 
@@ -34,15 +34,18 @@ public:
     std::optional<gfx::Size> areaBudget() const override;
     ui::WorkStore* workStore() override { return _workStore.get(); }
     void setWorkStore(std::shared_ptr<ui::WorkStore> store) { _workStore = std::move(store); }
-    std::string localizedString(const std::string& key) const override;
     void presentAlert(const ui::Alert& alert) override;
     // Shows an alert of one button; the texts are keys of localizedString().
     void tell(const std::string& title, const std::string& message = {});
 
+protected:
+    // For setLanguage(), once there are texts in the language, named so.
+    void speak(std::string language);
+
 private:
     ui::Screen _screen;
     ui::RunLoop _loop;
-    bool _isEnglish = false;
+    std::string _language = "zh";
     std::shared_ptr<ui::WorkStore> _workStore;
 };
 

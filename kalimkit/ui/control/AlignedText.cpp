@@ -5,6 +5,7 @@
 
 #include "kalimkit/gfx/text/TextLayout.h"
 #include "kalimkit/ui/environment/Environment.h"
+#include "kalimkit/ui/view/View.h"
 
 namespace kalim::ui {
 
@@ -96,6 +97,14 @@ void AlignedText::draw(gfx::Context& context, const gfx::Rect& rect,
         if (alignment == TextAlignment::Center) x -= std::max(gap, 0.0) / 2;
         context.drawText(_lines[i], {x, baseline}, _font);
     }
+}
+
+void AlignedText::drawIn(const View& view, gfx::Context& context, const gfx::Rect& rect,
+                         TextAlignment alignment) const {
+    TextAlignment shown = alignment;
+    if (view.isMirrored() && alignment == TextAlignment::Left) shown = TextAlignment::Right;
+    if (view.isMirrored() && alignment == TextAlignment::Right) shown = TextAlignment::Left;
+    draw(context, view.mirrored(rect), shown);
 }
 
 }  // namespace kalim::ui

@@ -13,6 +13,8 @@
 
 namespace kalim::ui {
 
+class View;
+
 // A text that is only shown, broken into lines and cut with an ellipsis where it needs more room
 // than there is. Measured by the device of the current environment. Lengths are points.
 class KALIM_API AlignedText {
@@ -32,6 +34,10 @@ public:
     const std::vector<std::string>& lines() const { return _lines; }
     // Draws with the fill colour of the context, in the middle of the rectangle's height.
     void draw(gfx::Context& context, const gfx::Rect& rect, TextAlignment alignment) const;
+    // The same in a view, whose mirror image of the rectangle and the alignment it is where that is
+    // mirrored.
+    void drawIn(const View& view, gfx::Context& context, const gfx::Rect& rect,
+                TextAlignment alignment) const;
 
 private:
     std::string cut(std::string_view rest, double width) const;

@@ -184,13 +184,13 @@ void Button::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     if (const gfx::Rect icon = imageRect(); !icon.isEmpty()) {
         const gfx::GraphicsStateGuard guard(context);
         context.setAlpha(imageAlpha());
-        context.drawImage(*currentImage(), icon);
+        context.drawImage(*currentImage(), mirrored(icon));
     }
     const gfx::Rect text = titleRect();
     if (text.isEmpty()) return;
     context.setFillColor(*currentTitleColor());
     AlignedText(currentTitle(), _titleFont, text.size, 1)
-        .draw(context, text, TextAlignment::Center);
+        .drawIn(*this, context, text, TextAlignment::Center);
 }
 
 }  // namespace kalim::ui

@@ -11,6 +11,9 @@ void ButtonChoice::setButtons(std::vector<std::shared_ptr<Button>> buttons, std:
 
 void ButtonChoice::handleKey(std::string_view key, bool isRepeated) {
     if (_buttons.empty()) return;
+    // The next one stands where one reads on.
+    const bool isMirrored = _buttons[_index]->isMirrored();
+    if (isMirrored && (key == "left" || key == "right")) key = key == "left" ? "right" : "left";
     if (key == "tab" || key == "right" || key == "down") {
         move(1);
     } else if (key == "shift+tab" || key == "left" || key == "up") {

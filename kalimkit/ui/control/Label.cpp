@@ -78,7 +78,8 @@ AccessibilityRole Label::accessibilityRole() const {
 void Label::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     if (_text.empty() || !_textColor) return;
     context.setFillColor(*_textColor);
-    AlignedText(_text, _font, bounds().size, _numberOfLines).draw(context, bounds(), _alignment);
+    AlignedText(_text, _font, bounds().size, _numberOfLines)
+        .drawIn(*this, context, bounds(), _alignment);
 }
 
 }  // namespace kalim::ui

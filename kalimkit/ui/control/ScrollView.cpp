@@ -214,6 +214,7 @@ bool ScrollView::pointerScrolled(gfx::Point /*p*/, gfx::Point distance) {
     const bool goesDown = down.least < down.most;
     if (!_isScrolledByWheel || isDragging() || !(goesAcross || goesDown)) return false;
     if (goesAcross && !goesDown && distance.x == 0) distance.x = distance.y;
+    if (isMirrored()) distance.x = -distance.x;
     const gfx::Point to = contentOffset() - distance;
     setContentOffset({goesAcross ? std::clamp(to.x, across.least, across.most) : contentOffset().x,
                       goesDown ? std::clamp(to.y, down.least, down.most) : contentOffset().y});
@@ -231,13 +232,14 @@ void ScrollView::dragged(PanGestureRecognizer& pan) {
         case GestureState::Changed: {
             const gfx::Point step = pan.translationIn(this) - _takenTranslation;
             _takenTranslation = pan.translationIn(this);
-            if (movesHorizontally()) _pulledOffset.x -= step.x;
+            // Where the view is mirrored its content goes the other way.
+            if (movesHorizontally()) _pulledOffset.x -= isMirrored() ? -step.x : step.x;
             if (movesVertically()) _pulledOffset.y -= step.y;
             showFingers();
             break;
         }
         case GestureState::Ended:
-            endDragging(-pan.velocityIn(this));
+            endDragging(released(pan.velocityIn(this)));
             break;
         case GestureState::Cancelled:
             endDragging({});
@@ -245,6 +247,10 @@ void ScrollView::dragged(PanGestureRecognizer& pan) {
         default:
             break;
     }
+}
+
+gfx::Point ScrollView::released(gfx::Point velocity) const {
+    return {isMirrored() ? velocity.x : -velocity.x, -velocity.y};
 }
 
 void ScrollView::beginDragging() {

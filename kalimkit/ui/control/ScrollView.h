@@ -116,6 +116,8 @@ private:
 
     // ---- fingers
     void dragged(PanGestureRecognizer& pan);
+    // The velocity that content is left with by one of a finger.
+    gfx::Point released(gfx::Point velocity) const;
     void beginDragging();
     void endDragging(gfx::Point velocity);
     void pinched(PinchGestureRecognizer& pinch);

@@ -63,7 +63,8 @@ void Bubble::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     gfx::Rect room = bounds().inset(inset, 0);
     if (accessibilityRole() == AccessibilityRole::Status) room = room.inset(inset / 2, 0);
     if (!_icon.empty()) {
-        drawDeskIcon(context, _icon, {room.minX(), room.midY() - iconSide / 2, iconSide, iconSide},
+        drawDeskIcon(context, _icon,
+                     mirrored({room.minX(), room.midY() - iconSide / 2, iconSide, iconSide}),
                      palette.tipText);
         const double used = iconSide + gap / 2;
         room = {room.minX() + used, room.minY(), room.size.width - used, room.size.height};
@@ -71,9 +72,9 @@ void Bubble::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const double own = std::max(room.size.width - keyWidth(), 0.0);
     context.setFillColor(palette.tipText);
     const gfx::Rect place(room.minX(), room.minY(), own, room.size.height);
-    AlignedText(_text, tipFont, place.size, 1).draw(context, place, TextAlignment::Left);
+    AlignedText(_text, tipFont, place.size, 1).drawIn(*this, context, place, TextAlignment::Left);
     if (_key.empty()) return;
-    AlignedText(_key, tipFont, room.size, 1).draw(context, room, TextAlignment::Right);
+    AlignedText(_key, tipFont, room.size, 1).drawIn(*this, context, room, TextAlignment::Right);
 }
 
 // ---- tips
@@ -109,8 +110,9 @@ void Overlay::showTip(const std::shared_ptr<DeskControl>& control) {
     _tip = Bubble::make(control->tip(), keyName(control->tipKey()), {});
     // It says what the control's own label does.
     _tip->setAccessibilityHidden(true);
-    const gfx::Rect anchor = control->convertRectTo(control->bounds(), this);
-    const gfx::Size size = _tip->fittingSize();
+    const gfx::Rect anchor = mirrored(control->convertRectTo(control->bounds(), this));
+    gfx::Size size = _tip->fittingSize();
+    size.width = std::min(size.width, bounds().size.width - 2 * windowInset);
     const gfx::Rect room = bounds().inset(windowInset, windowInset);
     PopoverEdge edge = PopoverEdge::Below;
     constexpr double sideBar = 60;

@@ -72,6 +72,7 @@ void ColorPicker::addFields() {
                  {ColorPart::Alpha, stripHeight, "不透明度"}};
     for (const auto& [part, height, label] : parts) {
         const auto field = ColorField::make(part);
+        field->setSides(Sides::Fixed);
         field->setAccessibilityLabel(localized(label));
         field->setHandler([this, author = field.get()](const HueColor& color, bool isFinal) {
             show(color, author);
@@ -204,10 +205,11 @@ void ColorPicker::appearanceChanged() {
 
 void ColorPicker::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const Palette palette = Palette::current();
-    drawSwatch(context, _sample, colorOf(_color), palette.track);
+    drawSwatch(context, mirrored(_sample), colorOf(_color), palette.track);
     context.setStrokeColor(palette.track);
     context.setLineWidth(1);
-    context.addPath(gfx::roundedRect(_hexPlate.inset(0.5, 0.5), DeskControl::cornerRadius - 1));
+    context.addPath(
+        gfx::roundedRect(mirrored(_hexPlate).inset(0.5, 0.5), DeskControl::cornerRadius - 1));
     context.stroke();
 }
 

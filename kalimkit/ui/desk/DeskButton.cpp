@@ -120,19 +120,20 @@ void DeskButton::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     // One that is as narrow as its icon shows that in the middle.
     if (_title.empty() && !_opens) x = room.midX() - iconSide / 2;
     if (hasPicture()) {
-        drawPicture(context, {x, room.midY() - iconSide / 2, iconSide, iconSide}, color);
+        drawPicture(context, mirrored({x, room.midY() - iconSide / 2, iconSide, iconSide}), color);
         x += iconSide + gap;
     }
     const double end = room.maxX() - (_opens ? markSide + 2 : inset / 2);
     if (!_title.empty()) {
         const gfx::Rect place(x, room.minY(), std::max(end - x, 0.0), room.size.height);
         context.setFillColor(color);
-        AlignedText(_title, titleFont, place.size, 1).draw(context, place, TextAlignment::Left);
+        AlignedText(_title, titleFont, place.size, 1)
+            .drawIn(*this, context, place, TextAlignment::Left);
     }
     if (_opens) {
-        drawDeskIcon(context, "down",
-                     {room.maxX() - markSide - 3, room.midY() - markSide / 2, markSide, markSide},
-                     color);
+        const gfx::Rect mark{room.maxX() - markSide - 3, room.midY() - markSide / 2, markSide,
+                             markSide};
+        drawDeskIcon(context, "down", mirrored(mark), color);
     }
 }
 

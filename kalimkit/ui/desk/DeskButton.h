@@ -37,6 +37,7 @@ public:
     void setStyle(Style style);
     // Whether it opens something: a small mark at the right says so.
     void setOpens(bool opens);
+    bool opens() const { return _opens; }
     // A colour that it stands for, shown in place of an icon; one that is not opaque on squares.
     const std::optional<gfx::Color>& swatch() const { return _swatch; }
     void setSwatch(const std::optional<gfx::Color>& color);

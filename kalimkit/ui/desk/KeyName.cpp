@@ -18,15 +18,17 @@ constexpr std::pair<std::string_view, std::string_view> names[] = {
 };
 
 std::string partName(std::string_view part) {
+    const Environment& environment = Environment::current();
     const auto* const named =
         std::ranges::find(names, part, [](const auto& pair) { return pair.first; });
-    if (named != std::end(names)) return std::string(named->second);
-    if (part == "space") return Environment::current().localizedString("空格");
+    if (named != std::end(names)) return environment.localizedString(std::string(named->second));
+    if (part == "space") return environment.localizedString("空格");
     std::string name(part);
     if (!name.empty()) {
         name.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
     }
-    return name;
+    // Keyboards of other languages say other words.
+    return environment.localizedString(name);
 }
 
 }  // namespace

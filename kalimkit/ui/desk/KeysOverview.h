@@ -29,7 +29,11 @@ private:
         gfx::Rect frame;
         std::string text;
         std::string keys;
+        // Of the frame: the keys stand beside the text, or below it where both are long.
+        gfx::Rect textPlace = {};
+        gfx::Rect keysPlace = {};
     };
+    static Line makeRow(const KeyRow& row, gfx::Point origin, double width);
     // Puts the groups into columns; the frame takes the size that they need.
     void arrange(double width);
 

@@ -51,6 +51,14 @@ void Menu::init(const gfx::Rect& frame) {
     setFrame({0, 0, width, y});
 }
 
+// A narrow window may leave it less than its rows ask for.
+void Menu::layoutSubviews() {
+    for (const auto& row : _rows) {
+        const gfx::Rect frame = row->frame();
+        row->setFrame({frame.origin, {bounds().size.width, frame.size.height}});
+    }
+}
+
 std::shared_ptr<Menu> Menu::show(View& anchor, std::vector<MenuItem> items) {
     if (items.empty() || !anchor.window()) return nullptr;
     const auto overlay = Overlay::in(*anchor.window());

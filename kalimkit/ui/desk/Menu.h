@@ -60,6 +60,7 @@ public:
 protected:
     explicit Menu(std::vector<MenuItem> items);
     void init(const gfx::Rect& frame) override;
+    void layoutSubviews() override;
 
 private:
     class Row;

@@ -82,20 +82,23 @@ void Menu::Row::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     }
     const gfx::Color color = isEnabled() ? palette.text : palette.disabledText;
     drawDeskIcon(context, item().isChecked ? "done" : item().icon,
-                 {room.minX() + inset, room.midY() - iconSide / 2, iconSide, iconSide}, color);
+                 mirrored({room.minX() + inset, room.midY() - iconSide / 2, iconSide, iconSide}),
+                 color);
     const double mark = item().items.empty() ? 0 : markSide;
     const gfx::Rect texts(textStart, room.minY(), room.size.width - textStart - inset - mark,
                           room.size.height);
     context.setFillColor(color);
-    AlignedText(item().text, font, texts.size, 1).draw(context, texts, TextAlignment::Left);
-    if (!item().key.empty()) {
+    AlignedText(item().text, font, texts.size, 1)
+        .drawIn(*this, context, texts, TextAlignment::Left);
+    const std::string key = keyName(item().key);
+    // In a window that is too narrow for both the key gives way.
+    if (!key.empty() && widthOf(item().text) + keyGap + widthOf(key) <= texts.size.width + 1) {
         context.setFillColor(isEnabled() ? palette.secondaryText : palette.disabledText);
-        AlignedText(keyName(item().key), font, texts.size, 1)
-            .draw(context, texts, TextAlignment::Right);
+        AlignedText(key, font, texts.size, 1).drawIn(*this, context, texts, TextAlignment::Right);
     }
     if (mark == 0) return;
-    drawDeskIcon(context, "next", {room.maxX() - inset - mark, room.midY() - mark / 2, mark, mark},
-                 color);
+    drawDeskIcon(context, "next",
+                 mirrored({room.maxX() - inset - mark, room.midY() - mark / 2, mark, mark}), color);
 }
 
 // So that the row shows in high contrast, too.

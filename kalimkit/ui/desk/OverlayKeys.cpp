@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <functional>
+#include <iterator>
+#include <utility>
 
 #include "kalimkit/ui/control/ScrollView.h"
 #include "kalimkit/ui/control/TextView.h"
@@ -28,12 +30,24 @@ bool isUsable(const DeskControl& control) {
     return true;
 }
 
+// What a key means to a view: the arrow to the left goes on where that is the way one reads.
+std::string_view readingKey(std::string_view key, const View& view) {
+    constexpr std::pair<std::string_view, std::string_view> others[] = {
+        {"left", "right"},
+        {"right", "left"},
+        {"shift+left", "shift+right"},
+        {"shift+right", "shift+left"}};
+    const auto* const other =
+        std::ranges::find(others, key, [](const auto& pair) { return pair.first; });
+    return view.isMirrored() && other != std::end(others) ? other->second : key;
+}
+
 // Moves what scrolls so far that the control is seen.
 void scrollTo(const DeskControl& control) {
     for (View* view = control.superview(); view; view = view->superview()) {
         auto* const scroll = dynamic_cast<ScrollView*>(view);
         if (!scroll) continue;
-        const gfx::Rect place = control.convertRectTo(control.bounds(), scroll);
+        const gfx::Rect place = scroll->mirrored(control.convertRectTo(control.bounds(), scroll));
         const gfx::Rect& seen = scroll->bounds();
         gfx::Point offset = seen.origin;
         offset.x = std::max(std::min(offset.x, place.minX()), place.maxX() - seen.size.width);
@@ -113,13 +127,13 @@ bool Overlay::takeKey(std::string_view key, bool isRepeated) {
         setKeyFocus(nullptr);
         return true;
     }
-    return focused->handleKey(key, isRepeated);
+    return focused->handleKey(readingKey(key, *focused), isRepeated);
 }
 
 // What is open has all keys.
 bool Overlay::takeKeyInPopover(std::string_view key, bool isRepeated) {
     const std::shared_ptr<Popover> top = _popovers.back();
-    if (top->handleKey(key, isRepeated)) return true;
+    if (top->handleKey(readingKey(key, *top), isRepeated)) return true;
     if (key == "escape") {
         if (!isRepeated) top->close();
         return true;
@@ -134,7 +148,7 @@ bool Overlay::takeKeyInPopover(std::string_view key, bool isRepeated) {
         text->handleKey(key);
         return true;
     }
-    if (const auto focused = keyFocus()) focused->handleKey(key, isRepeated);
+    if (const auto focused = keyFocus()) focused->handleKey(readingKey(key, *focused), isRepeated);
     return true;
 }
 

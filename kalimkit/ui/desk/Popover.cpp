@@ -158,7 +158,8 @@ void Popover::place() {
     if (!_isOpen || !superview()) return;
     const auto anchor = _anchor.lock();
     if (_hasAnchor && (!anchor || anchor->window() != window())) return close();
-    const gfx::Rect beside = anchor ? anchor->convertRectTo(anchor->bounds(), superview()) : _place;
+    const gfx::Rect beside = superview()->mirrored(
+        anchor ? anchor->convertRectTo(anchor->bounds(), superview()) : _place);
     const gfx::Rect room = superview()->bounds().inset(windowInset, windowInset);
     const double inset = _options.inset;
     const gfx::Size wanted = _content->frame().size;
@@ -171,7 +172,7 @@ void Popover::place() {
         scroll->addSubview(_content);
         addSubview(scroll);
         _holder = scroll;
-        _content->setFrame({{}, wanted});
+        _content->setFrame({{}, {std::min(wanted.width, size.width - 2 * inset), wanted.height}});
     }
     if (const auto scroll = std::dynamic_pointer_cast<ScrollView>(_holder);
         scroll && _holder != _content) {

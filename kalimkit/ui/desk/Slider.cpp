@@ -87,10 +87,11 @@ double Slider::placeOf(double value) const {
 }
 
 double Slider::valueAt(gfx::Point p) const {
+    const double x = mirrored({p, {}}).minX();
     for (const double stop : _stops) {
-        if (std::abs(placeOf(stop) - p.x) <= stopReach) return stop;
+        if (std::abs(placeOf(stop) - x) <= stopReach) return stop;
     }
-    const double share = (p.x - track().minX()) / track().size.width;
+    const double share = (x - track().minX()) / track().size.width;
     return stepped(_least + std::clamp(share, 0.0, 1.0) * (_most - _least));
 }
 
@@ -110,18 +111,18 @@ void Slider::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     context.fill();
     for (const double stop : _stops) {
         const double place = placeOf(stop);
-        context.fillEllipse(
-            {place - stopRadius, line.midY() - stopRadius, 2 * stopRadius, 2 * stopRadius});
+        context.fillEllipse(mirrored(
+            {place - stopRadius, line.midY() - stopRadius, 2 * stopRadius, 2 * stopRadius}));
     }
     context.setFillColor(active);
-    context.addPath(gfx::roundedRect({line.minX(), line.minY(), x - line.minX(), trackHeight},
-                                     trackHeight / 2));
+    context.addPath(gfx::roundedRect(
+        mirrored({line.minX(), line.minY(), x - line.minX(), trackHeight}), trackHeight / 2));
     context.fill();
     const double radius = isHovered() || isHighlighted() ? knobRadius + 1 : knobRadius;
-    context.fillEllipse({x - radius, line.midY() - radius, 2 * radius, 2 * radius});
+    context.fillEllipse(mirrored({x - radius, line.midY() - radius, 2 * radius, 2 * radius}));
     context.setFillColor(palette.raised);
     const double hole = radius - 2.5;
-    context.fillEllipse({x - hole, line.midY() - hole, 2 * hole, 2 * hole});
+    context.fillEllipse(mirrored({x - hole, line.midY() - hole, 2 * hole, 2 * hole}));
     drawFocus(context, palette, cornerRadius);
 }
 

@@ -16,6 +16,7 @@ struct EdgeInsets {
     bool operator==(const EdgeInsets&) const = default;
     double horizontal() const { return left + right; }
     double vertical() const { return top + bottom; }
+    EdgeInsets mirrored() const { return {top, right, bottom, left}; }
     // What is left of a rectangle; no side is shorter than 0.
     gfx::Rect apply(const gfx::Rect& rect) const {
         return {rect.minX() + left, rect.minY() + top,

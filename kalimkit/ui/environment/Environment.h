@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -65,6 +66,17 @@ public:
     virtual std::optional<double> availableMemory() const { return std::nullopt; }
     // The host's text for a key; the key itself where the host has none.
     virtual std::string localizedString(const std::string& key) const { return key; }
+    // Its form for so many things, for a key whose texts have plurals; see localText().
+    virtual std::string localizedCount(const std::string& key, std::int64_t /*count*/) const {
+        return localizedString(key);
+    }
+    // The language of these texts, such as "de"; empty where they are the keys.
+    virtual std::string language() const { return {}; }
+    // Whether the language is written from right to left: what stands side by side is the other way
+    // round then, but for pictures and what is drawn on them. Off at first; the host tells it
+    // before it makes a window, or presents another screen.
+    bool readsRightToLeft() const { return _readsRightToLeft; }
+    void setReadsRightToLeft(bool reads) { _readsRightToLeft = reads; }
     // Shows a modal alert. The default tells the alert at once that its first button was tapped.
     virtual void presentAlert(const Alert& alert);
 
@@ -133,6 +145,7 @@ public:
 private:
     Keyboard _keyboard;
     bool _prefersReducedMotion = false;
+    bool _readsRightToLeft = false;
     Appearance _appearance;
     std::vector<std::weak_ptr<AppearanceObserver>> _appearanceObservers;
     std::map<std::string, bool> _userDefaults;

@@ -93,6 +93,7 @@ void View::insertSubview(std::shared_ptr<View> view, std::size_t index) {
     const std::shared_ptr<View> added = std::move(view);
     _subviews.insert(_subviews.begin() + static_cast<std::ptrdiff_t>(place), added);
     added->_superview = this;
+    added->inheritSides();
     added->announceLayout();
     setNeedsLayout();
     added->setWindow(_window);
@@ -223,6 +224,11 @@ void View::setTransform(const gfx::AffineTransform& transform) {
     change({ViewProperty::Transform}, [&] { _look.place.transform = transform; });
 }
 
+gfx::AffineTransform View::toSuperview() const {
+    return placed(_look.place.toSuperview(), bounds(),
+                  _superview ? _superview->bounds() : gfx::Rect());
+}
+
 gfx::AffineTransform View::toWindow() const {
     gfx::AffineTransform all = toSuperview();
     for (const View* view = _superview; view; view = view->_superview)
@@ -244,6 +250,47 @@ gfx::Rect View::convertRectTo(const gfx::Rect& rect, const View* view) const {
     const gfx::AffineTransform all =
         view ? toWindow().concat(view->toWindow().inverted()) : toWindow();
     return all.apply(rect);
+}
+
+// ---- languages that are written from right to left
+
+void View::setReadsRightToLeft(bool reads) {
+    if (_superview) return;
+    _readsRightToLeft = reads;
+    inheritSides();
+}
+
+void View::setSides(Sides sides) {
+    if (_sides == sides) return;
+    change([&] { _sides = sides; });
+    inheritSides();
+}
+
+void View::inheritSides() {
+    if (_superview) _readsRightToLeft = _superview->_readsRightToLeft;
+    const bool follows = _sides ? _sides == Sides::Reading : !_superview || _superview->_isMirrored;
+    const bool isMirrored = _readsRightToLeft && follows;
+    if (isMirrored != _isMirrored) {
+        change([&] { _isMirrored = isMirrored; });
+        setNeedsLayout();
+    }
+    for (const auto& subview : _subviews)
+        subview->inheritSides();
+}
+
+gfx::Rect View::mirrored(const gfx::Rect& rect) const {
+    if (!_isMirrored) return rect;
+    return {{bounds().minX() + bounds().maxX() - rect.maxX(), rect.minY()}, rect.size};
+}
+
+// Where a place in a mirrored superview is shown: what is there is moved as a whole, so that its
+// middle comes to lie as far from the other side.
+gfx::AffineTransform View::placed(const gfx::AffineTransform& place, const gfx::Rect& own,
+                                  const gfx::Rect& around) const {
+    if (!_superview || !_superview->_isMirrored || _sides == Sides::Fixed) return place;
+    const double middle = place.apply(own.center()).x;
+    return place.concat(
+        gfx::AffineTransform::translation({around.minX() + around.maxX() - 2 * middle, 0}));
 }
 
 // ---- looks

@@ -93,13 +93,30 @@ public:
     bool fillsSuperview() const { return _fillsSuperview; }
     void setFillsSuperview(bool fills);
     // Own coordinates to those of the superview, and to those of the window.
-    gfx::AffineTransform toSuperview() const { return _look.place.toSuperview(); }
+    gfx::AffineTransform toSuperview() const;
     gfx::AffineTransform toWindow() const;
     // Null stands for the window's coordinates. A place in a view whose transform cannot be
     // inverted is meaningless.
     gfx::Point convertPointTo(gfx::Point p, const View* view) const;
     gfx::Point convertPointFrom(gfx::Point p, const View* view) const;
     gfx::Rect convertRectTo(const gfx::Rect& rect, const View* view) const;
+
+    // ---- languages that are written from right to left
+    // In such a language what stands side by side in a view stands the other way round: frames are
+    // set as ever, and where the view puts its subviews is their mirror image in its bounds, for
+    // all that is drawn, touched, converted and told. What they draw themselves is not mirrored. Of
+    // the topmost view, for all in it; off at first.
+    bool readsRightToLeft() const { return _readsRightToLeft; }
+    void setReadsRightToLeft(bool reads);
+    // Pictures, and what lies on them, are Fixed: the view has the place of its frame, and what is
+    // in it as well; within it a Reading view goes by the language again. As the superview unless
+    // told.
+    enum class Sides { Reading, Fixed };
+    void setSides(Sides sides);
+    // Whether it shows its subviews so; its own drawing is to follow where it has sides.
+    bool isMirrored() const { return _isMirrored; }
+    // A place in own coordinates where it is shown, and back.
+    gfx::Rect mirrored(const gfx::Rect& rect) const;
 
     // ---- looks
     // Clamped to 0 to 1; applies to the view with all that is in it, as one.
@@ -284,6 +301,9 @@ private:
     void change(std::initializer_list<ViewProperty> properties, Change make);
     void setPlace(gfx::Point center, const gfx::Rect& bounds);
     void announceLayout();
+    void inheritSides();
+    gfx::AffineTransform placed(const gfx::AffineTransform& place, const gfx::Rect& own,
+                                const gfx::Rect& around) const;
     void moveSubview(View& view, std::size_t index);
     void setWindow(ViewWindow* window);
     void collect(std::vector<std::shared_ptr<View>>& subtree);
@@ -291,7 +311,7 @@ private:
     // ---- animation (ViewAnimation.cpp)
     // What is displayed: the look itself while nothing animates.
     const ViewLook& shown() const;
-    gfx::AffineTransform shownToSuperview() const { return shown().place.toSuperview(); }
+    gfx::AffineTransform shownToSuperview() const;
     gfx::AffineTransform shownToWindow() const;
     void startMotion(std::initializer_list<ViewProperty> properties);
     void settleMotion();
@@ -340,6 +360,9 @@ private:
     bool _multipleTouchEnabled = false;
     bool _rejectsPalms = false;
     bool _fillsSuperview = false;
+    bool _readsRightToLeft = false;
+    bool _isMirrored = false;
+    std::optional<Sides> _sides;
     Accessibility _accessibility;
     std::vector<std::shared_ptr<ViewGesture>> _recognizers;
 };

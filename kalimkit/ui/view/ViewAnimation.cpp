@@ -100,6 +100,12 @@ bool View::isShown() const {
     return !_hidden && shown().alpha > 0;
 }
 
+gfx::AffineTransform View::shownToSuperview() const {
+    const ViewPlace& place = shown().place;
+    return placed(place.toSuperview(), place.bounds,
+                  _superview ? _superview->shown().place.bounds : gfx::Rect());
+}
+
 gfx::AffineTransform View::shownToWindow() const {
     gfx::AffineTransform all = shownToSuperview();
     for (const View* view = _superview; view; view = view->_superview)

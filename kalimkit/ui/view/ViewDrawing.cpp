@@ -109,7 +109,7 @@ void View::damage(gfx::Rect rect) {
         if (view->_clipsToBounds) rect = rect.intersection(place.bounds);
         if (rect.isEmpty()) return;
         if (view->_decoration) rect = view->withShadow(rect);
-        rect = place.toSuperview().apply(rect);
+        rect = view->shownToSuperview().apply(rect);
         if (!view->_superview) break;
         view = view->_superview;
     }

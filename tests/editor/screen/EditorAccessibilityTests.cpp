@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "kalimkit/editor/screen/EditorTables.h"
-#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/window/AccessibilityTree.h"
@@ -58,23 +57,7 @@ protected:
     EnglishEditorTest() {
         host.environment().setShowsAlerts(true);
         host.environment().setPrefersReducedMotion(GetParam());
-        std::vector<std::string> texts{"关闭",     "发送",         "完成",
-                                       "取消",     "还原",         "继续标注",
-                                       "放弃修改", "工具栏",       "撤销",
-                                       "重做",     "编辑",         "删除",
-                                       "画布",     "确定",         "颜色",
-                                       "粗细",     "画笔",         "旋转",
-                                       "红色",     "黄色",         "蓝色",
-                                       "白色",     "黑色",         "已选中",
-                                       "{}箭头",   "{}文字",       "{}，上方",
-                                       "：",       "裁剪框",       "裁剪工具栏",
-                                       "好",       "无法载入图片", "载入此图片时出错"};
-        for (const Pen& pen : pens())
-            texts.emplace_back(pen.text);
-        for (const PenSize& size : penSizes())
-            texts.emplace_back(size.text);
-        for (const std::string& text : texts)
-            host.environment().setLocalizedString(text, englishText(text));
+        host.environment().setLanguage("en");
         host.editor = TesselViewController::initWithSourceImageWithDelegate(host.picture(300, 400),
                                                                             host.owner);
         host.present();

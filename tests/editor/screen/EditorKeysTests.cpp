@@ -13,7 +13,6 @@
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
-#include "kalimkit/theme/EnglishTexts.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/window/Window.h"
@@ -486,12 +485,13 @@ TEST_F(EditorKeysTest, AWheelSidewaysMovesTheCanvasAndComesToAnEnd) {
 // here.
 TEST_F(EditorKeysTest, AreListedWithTheirTexts) {
     std::vector<std::string> listed;
+    screen.environment().setLanguage("en");
     for (const ui::KeyGroup& group : EditorKeys::list()) {
         EXPECT_FALSE(group.title.empty());
         for (const ui::KeyRow& row : group.rows) {
             for (const std::string& key : row.keys) {
                 EXPECT_FALSE(row.text.empty()) << key;
-                EXPECT_NE(englishText(row.text), row.text) << key;
+                EXPECT_LT(static_cast<unsigned char>(row.text.front()), 0x80) << row.text;
                 listed.push_back(key);
             }
         }

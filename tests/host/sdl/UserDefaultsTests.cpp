@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "kalimkit/theme/EnglishTexts.h"
 #include "tests/support/ProgramRun.h"
 
 namespace kalim::test {
@@ -37,15 +36,6 @@ TEST(UserDefaults, HoldWhereTheyCannotBeWritten) {
     EXPECT_NE(unread.setValue("ring", false), std::nullopt);
     EXPECT_EQ(unread.value("ring"), false);
     EXPECT_EQ(readText(folder.path() / "long"), longText);
-}
-
-TEST(EnglishTexts, AreForLanguagesThatAreNamedAndNotChinese) {
-    for (const char* locale : {"en_US.UTF-8", "de-DE", "fr", "en@quot"})
-        EXPECT_TRUE(prefersEnglishTexts(locale)) << locale;
-    for (const char* locale : {"", "C", "C.UTF-8", "POSIX", "zh_CN.UTF-8", "zh-Hant", "zh"})
-        EXPECT_FALSE(prefersEnglishTexts(locale)) << locale;
-    EXPECT_EQ(englishText("继续标注"), "Keep Editing");
-    EXPECT_EQ(englishText("μm"), "μm");
 }
 
 }  // namespace kalim::test
