@@ -100,8 +100,7 @@ bool unlockAll(MDrawView& canvas, CanvasPointer&) {
 }
 
 // What only people without a pointer need may come later than the rest.
-template <typename Run>
-bool byKeys(MDrawView& canvas, Run run) {
+bool byKeys(MDrawView& canvas, bool (*run)(CanvasByKeys& keys)) {
     const auto& code = ui::Environment::current().attachment<ui::LateCode>();
     const auto keys = canvas.byKeys();
     if (!code.isThere([weak = std::weak_ptr(keys), run] {

@@ -102,6 +102,7 @@ export class Documents {
 
   async #save(isSealed) {
     const module = this.#target.module();
+    await module.complete();
     module.drawing.takeRefused();
     const picture = this.#target.call('begin_document', isSealed);
     if (picture < 0) {
