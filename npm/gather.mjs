@@ -30,23 +30,25 @@ function readKit() {
 }
 
 // The keys of a canvas that tools/split-module has wait, which are all but those of a few commands and those that ask
-// for it themselves, where there is something to do.
+// for it themselves, where there is something to do; and those of them that are for readers, see CanvasKey.
 function readLateKeys() {
   const table = readFileSync(join(root, 'kalimkit/canvas/CanvasKeys.cpp'), 'utf8');
-  const keys = [...table.matchAll(/^ {4}\{("[^"]+"), &(\w+)/gm)];
+  const keys = [...table.matchAll(/^ {4}\{("[^"]+"), &(\w+)(.*)\},$/gm)];
   const isLate = (command) => !/^(undo|redo|deleteSelection|escape|enter|holdSpace|zoom\w*|turn|make|selectNext)$/.test(command);
-  return keys.filter(([, , command]) => isLate(command)).map(([, key]) => key);
+  const late = keys.filter(([, , command]) => isLate(command));
+  return [late, late.filter(([, , , rest]) => /, (true|false), true$/.test(rest))].map((rows) => rows.map(([, key]) => key));
 }
 
 // Where a script, its types and its description leave a place for the pens.
 function fillInPens(target) {
   const pens = readPens();
   const [kitPens, kitKeys] = readKit();
+  const [lateKeys, readersKeys] = readLateKeys();
   const names = pens.map(([name]) => `'${name}'`).join(' | ');
   const numbers = `{\n${pens.map(([name, number]) => `  ${name}: ${number},\n`).join('')}}`;
   const choices = 'kalimkit/host/browser/choices.js';
   const places = [[choices, "'PENS'", numbers], [choices, "'KIT PENS'", kitPens.join(', ')],
-    [choices, "'LATE KEYS'", [...kitKeys, ...readLateKeys()].join(', ')],
+    [choices, "'LATE KEYS'", [...kitKeys, ...lateKeys].join(', ')], [choices, "'READERS KEYS'", readersKeys.join(', ')],
     ['npm/src/index.d.ts', "'PENS'", names], ['custom-elements.json', 'PENS', names]];
   for (const [name, place, text] of places.filter(([file]) => existsSync(join(target, file)))) {
     const before = readFileSync(join(target, name), 'utf8');

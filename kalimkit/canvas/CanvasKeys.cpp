@@ -223,7 +223,7 @@ constexpr CanvasKey table[] = {
     {"alt+s", &align<Alignment::Bottom>},
     {"alt+shift+h", &distribute<Direction::Horizontally>},
     {"alt+shift+v", &distribute<Direction::Vertically>},
-    {"space", &holdSpace, false, true},
+    {"space", &holdSpace},
     {"ctrl+0", &zoom<&ZoomedCanvasView::zoomToFit>, false, true},
     {"ctrl+1", &zoom<&ZoomedCanvasView::zoomToPixels>, false, true},
     {"plus", &zoomIn, true, true},

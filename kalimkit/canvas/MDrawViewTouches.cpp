@@ -25,7 +25,12 @@ bool MDrawView::isForViewing(const ui::TouchEvent& event) const {
 }
 
 void MDrawView::touchesBegan(const ui::TouchEvent& event) {
-    if (_isReadOnly) return View::touchesBegan(event);
+    if (_isReadOnly) {
+        // Nothing else is meant by one finger, or a pen.
+        panGesture().setMinimumNumberOfTouches(1);
+        panGesture().setIsForFingersAlone(false);
+        return View::touchesBegan(event);
+    }
     const auto parts = held();
     parts->restyling.breakOff();
     parts->screen.lightHandle(std::nullopt);

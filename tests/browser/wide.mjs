@@ -225,7 +225,27 @@ test('a picture that is only looked at is moved and zoomed', async () => {
   await page.wheel([700, 200], -500);
   await rest();
   assert.notDeepEqual(await colorAt(550, 360), before);
+  // Most of it has been zoomed out of sight; a finger moves it as the mouse does.
+  assert.deepEqual(await colorAt(550, 600), [0, 0, 0, 0]);
+  await page.touch([[500, 600]], [[500, 560]], [[500, 300]]);
+  await rest();
+  await shoot('read-only');
+  assert.notDeepEqual(await colorAt(550, 600), [0, 0, 0, 0]);
   assert.equal(await page.evaluate(() => window.first.canUndo), false);
+  // The other keys are the page's.
+  const isKept = (key) => page.evaluate((name) => !window.first.shadowRoot.querySelector('canvas').dispatchEvent(
+    new KeyboardEvent('keydown', { key: name, bubbles: true, composed: true, cancelable: true })), key);
+  const kept = [];
+  for (const key of ['+', '-', 'ArrowDown', ' ', 'Escape', 'Tab', 'z', 'h']) kept.push(await isKept(key));
+  assert.deepEqual(kept, [true, true, false, false, false, false, false, false]);
+  assert.deepEqual(await fetched(), ['kalimkit.wasm']);
+  // What lies over the picture can be pressed.
+  await isKept('?');
+  await isWhole();
+  const openKeys = () => page.evaluate(() => window.first.shadowRoot.querySelector('#mirror [role="dialog"]') !== null);
+  await until(openKeys, 'the list of keys');
+  await page.touch([[5, 5]]);
+  await until(async () => !await openKeys(), 'the list closed');
 });
 
 test('what a page has put into the bar lies in it in each layout, and can be clicked', async () => {

@@ -158,13 +158,19 @@ TEST_F(BareCanvas, IsZoomedMovedAndHasKeys) {
     EXPECT_FALSE(seat.keys() || seat.remote() || seat.editor());
 
     seat.setReadOnly(true);
-    for (const char* const key : {"ctrl+z", "ctrl+a", "ctrl+v"})
+    for (const char* const key : {"ctrl+z", "ctrl+a", "ctrl+v", "space"})
         EXPECT_FALSE(seat.pressKey(key)) << key;
-    press({"plus", "space"});
+    press({"plus"});
     wait();
     drag(left, {50, 50}, {60, 60});
     wait();
     EXPECT_EQ(state(), "2 0 x125 23,23 51,60") << "the main button pans";
+    seat.window().fingersBegan({{1, {60, 60}}});
+    for (const double place : {80, 110})
+        seat.window().fingersMoved({{1, {place, 60}}});
+    seat.window().fingersEnded({{1, {110, 60}}});
+    wait();
+    EXPECT_EQ(state(), "2 0 x125 53,23 51,60") << "and so does one finger";
     seat.present(nullptr);
     EXPECT_FALSE(seat.canvas() || seat.pointer() || seat.pressKey("plus"));
 }

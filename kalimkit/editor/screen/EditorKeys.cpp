@@ -174,10 +174,9 @@ bool EditorKeys::escape() {
     }
     const auto delegate = _delegate.lock();
     if (delegate && delegate->editorKeysEscape()) return true;
-    // One Escape too many is no reason to go where a button closes.
-    const bool isAtDesk = editor->shell() && !editor->isReadOnly();
-    if (isAtDesk && putPenDown()) return true;
-    if (isAtDesk && !editor->asksBeforeClosing()) return false;
+    // One Escape too many is no reason to go where a button, or the host, closes.
+    if (editor->shell() && !editor->isReadOnly() && putPenDown()) return true;
+    if (editor->shell() && !editor->asksBeforeClosing()) return false;
     _remote.askToClose();
     return true;
 }

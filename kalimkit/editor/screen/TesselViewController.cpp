@@ -163,10 +163,12 @@ bool TesselViewController::isReadOnly() const {
 }
 
 void TesselViewController::setReadOnly(bool isReadOnly) {
+    if (isReadOnly == parts().stage.isReadOnly()) return;
     const auto alive = self();
     view();
     parts().picture.canvas()->finalizeCurrentDrawing();
     parts().picture.canvas()->selectNone();
+    if (isReadOnly && editImageInitialView()) leaveCrop();
     parts().picture.canvas()->setReadOnly(isReadOnly);
     parts().stage.setReadOnly(isReadOnly);
 }

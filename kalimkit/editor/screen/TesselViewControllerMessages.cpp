@@ -96,7 +96,8 @@ bool TesselViewController::asksBeforeClosing() const {
     const EditorPicture& picture = parts().picture;
     if (!picture.canvas()) return false;
     if (!forgiving()) return picture.canvas()->hasDrawed();
-    return hasWork() || picture.hasOpened() || parts().crop.hasWork();
+    // Where windows have a file open, that is where it was.
+    return hasWork() || (picture.hasOpened() && !shell()) || parts().crop.hasWork();
 }
 
 bool TesselViewController::canContinueClose() {
@@ -195,11 +196,12 @@ void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig
         rememberTool();
     }
     tellShell();
-    if (!isPen || config->pen() != EditorPenCrop) return;
+    if (!isPen || config->pen() != EditorPenCrop || isReadOnly()) return;
     const std::weak_ptr<TesselViewController> weak = alive;
     const auto again = [weak] {
         const auto editor = weak.lock();
-        if (editor && editor->view()->window()) editor->parts().crop.open(weak);
+        const bool isHere = editor && editor->view()->window() && !editor->isReadOnly();
+        if (isHere) editor->parts().crop.open(weak);
     };
     const auto& code = ui::Environment::current().attachment<ui::LateCode>();
     if (code.isThere(again)) parts().crop.open(weak);

@@ -7,9 +7,11 @@ export const Pen = 'PENS';
 const kitPens = ['KIT PENS'];
 // The keys of those pens, and those that arrange shapes, from kalimkit/canvas/CanvasKeys.cpp.
 const lateKeys = ['LATE KEYS'];
+// Those of them that do something where nothing can be changed.
+const lateKeysOfReaders = ['READERS KEYS'];
 
 export const needsKit = (pen) => kitPens.includes(pen);
-export const waitsForRest = (key) => lateKeys.includes(key);
+export const waitsForRest = (key, isReadonly) => (isReadonly ? lateKeysOfReaders : lateKeys).includes(key);
 
 // "#RRGGBB" or "#RRGGBBAA" as a number; throws for any other text.
 export function packedColor(color) {

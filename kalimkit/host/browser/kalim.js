@@ -37,8 +37,6 @@ const defaults = {
 // Options that are left out, or null, change nothing.
 const said = (options) => Object.fromEntries(
   Object.entries(options).filter(([, value]) => value !== null && value !== undefined));
-// What a picture that is only looked at listens to.
-const viewingKeys = new Set(['plus', 'shift+plus', '=', '-', '0', 'ctrl+c', 'f11']);
 // Numbers of SeatLayout.
 const layouts = { phone: 0, desk: 1, auto: 2, none: 3 };
 // The host of a canvas in a shadow tree goes with it.
@@ -218,7 +216,7 @@ export class KalimEditor extends EventTarget {
     if (options.strings === null) settings.strings = {};
     const prepared = this.#prepared(picture, settings);
     return this.#exchange.take(prepared, settings.exportsAtPictureScale, settings.inside, (id, document) => {
-      this.#options = settings;
+      this.#takeOptions(settings);
       const { exportsAtPictureScale, grow } = this.#options;
       const values = [id, exportsAtPictureScale, grow, this.#speak()];
       if (document) this.#call('open_document', document, ...values);
@@ -263,7 +261,7 @@ export class KalimEditor extends EventTarget {
     await this.#module.completeForDrawings();
     await this.#prepared(null, settings);
     await this.#exchange.takeBack(work, settings.exportsAtPictureScale, (id) => {
-      this.#options = settings;
+      this.#takeOptions(settings);
       const { exportsAtPictureScale, grow } = this.#options;
       for (const text of [work.setUp, ...work.steps]) this.#module.call('tell_work', this.#module.put(text));
       const isWhole = this.#call('go_on', id, exportsAtPictureScale, grow, this.#speak());
@@ -527,7 +525,7 @@ export class KalimEditor extends EventTarget {
 
   // Does what a tap on the node with this number does; whether there was something to do.
   activate(id) {
-    return !this.isBusy && !this.#options.readonly && this.#call('accessibility_activate', id) !== 0;
+    return !this.isBusy && this.#call('accessibility_activate', id) !== 0;
   }
 
   // ---- the module
@@ -578,7 +576,6 @@ export class KalimEditor extends EventTarget {
       left: () => this.#call('hover_left'),
       menu: (place, time) => this.#at(time, 'press_menu', ...this.#pointOf(place)),
       held,
-      isViewing: () => this.#options.readonly,
       isHeld: () => this.isBusy,
       leavesWheel: () => this.#options.wheel === 'ctrl',
       corners: this.#options.corners,
@@ -593,13 +590,20 @@ export class KalimEditor extends EventTarget {
       held,
       press: (key, isRepeated) => this.#press(key, isRepeated),
       release: (key) => this.#module.call('release_key', this.#module.put(key)),
-      paste: (file) => this.offer(file),
+      paste: (file) => this.#options.readonly || this.offer(file),
       pasteText: (text) => this.#pasteText(text),
     });
   }
 
+  #takeOptions(options) {
+    const isOther = ['layout', 'ui', 'readonly'].some((name) => options[name] !== this.#options[name]);
+    this.#options = options;
+    if (isOther) this.#lay();
+  }
+
   #lay() {
     const { layout, ui, readonly } = this.#options;
+    this.#call('set_read_only', readonly);
     this.#call('set_layout', layouts[ui === 'none' || readonly ? 'none' : layout] ?? layouts.auto);
     if (this.#module.call('wants_rest')) this.#module.fetchRest();
   }
@@ -858,8 +862,8 @@ export class KalimEditor extends EventTarget {
   #press(key, isRepeated) {
     if (this.#keys.length) return this.#keys.push([key, isRepeated]) > 0;
     if (this.isBusy) return key !== 'tab';
-    if (this.#options.readonly && !viewingKeys.has(key)) return false;
-    if (!this.#module.isWhole && waitsForRest(key) && !this.#state.isEditing) {
+    const { isEditing, isAsking } = this.#state;
+    if (!this.#module.isWhole && waitsForRest(key, this.#options.readonly) && !isEditing && !isAsking) {
       this.#keys.push([key, isRepeated]);
       this.#pressLater();
       return true;

@@ -3,7 +3,6 @@
 
 import { contentBox, placeBetween } from './box.js';
 import { Phase } from './phase.js';
-import { Viewing } from './viewing.js';
 import { readWheel } from './wheel.js';
 
 // What PointerEvent.buttons holds for a button: main, middle, another.
@@ -26,7 +25,6 @@ export class Pointers {
   // The button that the mouse went down with, and whether the editor pans with it.
   #button = 0;
   #isPanning = false;
-  #viewing;
   #listening = new AbortController();
   // Of what is around the element.
   #watching;
@@ -35,7 +33,7 @@ export class Pointers {
   // contactOf() says and predicted being where the last of them is about to be, pan(phase, button,
   // place, time), which answers whether the editor pans with the mouse, hover(place, time) and left() of a pointer
   // that hovers, menu(place, time), and zoom(place, factor, distance, time) and scroll(place, distance, time) of a
-  // wheel, see readWheel(). held are the keys that are held; isViewing() tells whether nothing is drawn.
+  // wheel, see readWheel(). held are the keys that are held.
   // x and y go from 0 to 1 over the element's content; buttons are 0 main, 1 middle, 2 another;
   // milliseconds as performance.now(). isHeld() tells whether fingers wait: none goes down then;
   // leavesWheel() whether a wheel without the control key is the page's; corners(), if there is one,
@@ -46,7 +44,6 @@ export class Pointers {
     const { signal } = this.#listening;
     const on = (type, listener, options) =>
       element.addEventListener(type, listener, { signal, ...options });
-    this.#viewing = new Viewing(target);
     on('pointerdown', (event) => {
       target.held.look(event);
       this.#began(event);
@@ -106,7 +103,6 @@ export class Pointers {
     const fingers = [...this.#down].map((id) => ({ time, id, ...place, contact }));
     this.#down.clear();
     if (!fingers.length) return;
-    if (this.#target.isViewing()) return this.#viewing.cancel(time);
     if (this.#isPanning) this.#target.pan(Phase.ended, this.#button, place, time);
     this.#isPanning = false;
     this.#target.fingers(Phase.cancelled, fingers);
@@ -116,10 +112,6 @@ export class Pointers {
   #began(event) {
     if (this.#down.has(event.pointerId)) this.#lifted(event, Phase.cancelled);
     if (this.#target.isHeld()) return;
-    if (this.#target.isViewing()) {
-      this.#catch(event);
-      return this.#viewing.began(event.pointerId, this.#placeOf(event), event.timeStamp);
-    }
     if (event.pointerType === 'mouse') {
       if (event.button === menuButton) return this.#target.menu(this.#placeOf(event), event.timeStamp);
       this.#button = Math.min(event.button, 2);
@@ -145,9 +137,6 @@ export class Pointers {
   // Browsers gather moves for one frame; a drawn line needs all of them. A mouse whose other buttons are
   // still down moves when the one that counts lifts.
   #moved(event) {
-    if (this.#target.isViewing()) {
-      return this.#viewing.moved(event.pointerId, this.#placeOf(event), event.timeStamp);
-    }
     if (event.pointerType === 'mouse' && !(event.buttons & buttonBits[this.#button])) {
       this.#lifted(event, Phase.ended);
       return;
@@ -160,7 +149,6 @@ export class Pointers {
 
   #lifted(event, phase) {
     this.#down.delete(event.pointerId);
-    if (this.#target.isViewing()) return this.#viewing.lifted(event.pointerId, event.timeStamp);
     this.#tell(phase, [event]);
     if (event.pointerType === 'mouse') this.#isPanning = false;
   }

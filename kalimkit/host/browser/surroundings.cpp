@@ -67,6 +67,12 @@ KALIM_EXPORT("set_layout") void setLayout(int layout) {
     kalim::pageEditor()->show();
 }
 
+// Whether the picture is only looked at.
+KALIM_EXPORT("set_read_only") void setReadOnly(bool isReadOnly) {
+    kalim::pageEditor()->seat().setReadOnly(isReadOnly);
+    kalim::pageEditor()->show();
+}
+
 // What the bars show. The buffer holds names of pens with blanks between; whether all are pens.
 KALIM_EXPORT("set_pens") bool setPens(int length) {
     std::vector<std::string> names;

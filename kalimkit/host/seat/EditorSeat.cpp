@@ -168,7 +168,7 @@ void EditorSeat::setReadOnly(bool isReadOnly) {
     _isReadOnly = isReadOnly;
     if (_editor) {
         _editor->setReadOnly(isReadOnly);
-    } else if (canvas()) {
+    } else if (canvas() && canvas()->isReadOnly() != isReadOnly) {
         canvas()->finalizeCurrentDrawing();
         canvas()->selectNone();
         canvas()->setReadOnly(isReadOnly);

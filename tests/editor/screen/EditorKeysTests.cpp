@@ -13,6 +13,7 @@
 #include "kalimkit/editor/screen/EditorPointer.h"
 #include "kalimkit/editor/screen/EditorRemote.h"
 #include "kalimkit/editor/screen/EditorTables.h"
+#include "kalimkit/host/seat/BareShell.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/control/TextView.h"
 #include "kalimkit/ui/window/Window.h"
@@ -205,6 +206,12 @@ TEST_F(EditorKeysTest, TheCropEditorTakesTheKeysWhileItIsOpen) {
     screen.wait(2);
     EXPECT_FALSE(screen.editor->editImageInitialView());
     EXPECT_TRUE(screen.owner->images.empty()) << "the crop was confirmed, not the picture";
+    open();
+    screen.editor->setReadOnly(true);
+    screen.wait(2);
+    remote.choosePen(EditorPenCrop);
+    screen.wait(2);
+    EXPECT_FALSE(screen.editor->editImageInitialView()) << "nothing can be changed any more";
 }
 
 TEST_F(EditorKeysTest, EnterAndCtrlSConfirmOncePerStroke) {
@@ -338,6 +345,20 @@ TEST_F(EditorKeysTest, ACropIsWorkThatAnotherPictureAsksAbout) {
     remote.openPicture(screen.picture(31, 20));
     EXPECT_FALSE(isAsking()) << "a picture that was only opened is no work";
     EXPECT_EQ(canvas().bgImg()->size(), (gfx::Size{31, 20}));
+}
+
+TEST_F(EditorKeysTest, WhereNothingWasDrawnAShellAsksNothingAndEscapeClosesNothing) {
+    screen.editor->setForgiving(true);
+    remote.openPicture(screen.picture(30, 20));
+    EXPECT_TRUE(screen.editor->asksBeforeClosing());
+    screen.editor->setShell(std::make_shared<BareShell>());
+    EXPECT_FALSE(screen.editor->asksBeforeClosing());
+    for (const bool isReadOnly : {false, true}) {
+        screen.editor->setReadOnly(isReadOnly);
+        EXPECT_EQ(keys.press("escape"), !isReadOnly) << "takes the pen that selects";
+        EXPECT_FALSE(keys.press("escape"));
+    }
+    EXPECT_EQ(screen.owner->closed, 0);
 }
 
 TEST_F(EditorKeysTest, APictureThatIsNotOpenedSaysWhy) {
