@@ -106,6 +106,7 @@ bool CanvasHistory::add(const ToolRef& tool) {
     const NewTools& pen = _canvas.tools.pen();
     if (!tool->color()) tool->setColor(pen.color);
     pen.applyShared(*tool);
+    pen.applyRules(*tool);
     if (tool->quarterTurns() == 0) tool->setQuarterTurns(_canvas.tools.quarterTurns());
     _canvas.typing.adopt(tool);
     tool->setIsNewBuild(false);

@@ -10,6 +10,7 @@ void NewTools::prepare(MDrawTool& tool) const {
     tool.setColor(color);
     tool.setDrawType(drawType);
     tool.setLineWidth(lineWidth);
+    applyRules(tool);
     if (const auto given = _details.find(&tool.toolClass()); given != _details.end()) {
         for (const auto& [name, text] : given->second)
             tool.takeDetail(name, text);
@@ -37,6 +38,13 @@ std::optional<ToolPropertyValue> NewTools::property(const ToolClass& kind,
 
 void NewTools::setDetail(const ToolClass& kind, std::string_view name, std::string text) {
     _details[&kind].insert_or_assign(std::string(name), std::move(text));
+}
+
+void NewTools::applyRules(MDrawTool& tool) const {
+    if (!rules.forgiving) return;
+    for (const ToolProperty& property : tool.toolClass().properties()) {
+        if (property.isForgiving) tool.setProperty(property.name, 1.0);
+    }
 }
 
 void NewTools::applyShared(MDrawTool& tool) const {

@@ -17,6 +17,8 @@ namespace kalim {
 struct KALIM_API NewTools {
     // Readies a tool that a finger begins to draw.
     void prepare(MDrawTool& tool) const;
+    // Gives a tool that is made, not opened, what new ones have under the rules.
+    void applyRules(MDrawTool& tool) const;
     // What all tools of the canvas share: measuring and rules.
     void applyShared(MDrawTool& tool) const;
 

@@ -34,8 +34,8 @@ constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
                                           {"fontSize", ToolDetailRule::Type::Number, true, 0.01},
                                           {"inset", ToolDetailRule::Type::Number, false, 0}};
 
-constexpr ToolProperty properties[] = {groundProperty, alignProperty, boldProperty,
-                                       directionProperty, opacityProperty};
+constexpr ToolProperty properties[] = {groundProperty,    alignProperty,  boldProperty,
+                                       directionProperty, adaptsProperty, opacityProperty};
 
 constexpr double hitMargin = 5;
 constexpr gfx::Size smallestBox{30, 20};
@@ -285,7 +285,9 @@ gfx::Color MDrawText::getMaskColor() const {
     const gfx::ColorRef mask =
         canvas ? canvas->drawTextAskForMaskColor(*this).value_or(nullptr) : nullptr;
     if (mask) return *mask;
-    return rules().forgiving && color() ? gfx::contrasting(*color()) : gfx::Color{1, 1, 1, 1};
+    const bool isOutlined = MDrawTool::text(groundProperty.name) == groundChoices[0].name;
+    const bool isContrasting = !isOutlined || number(adaptsProperty.name) != 0;
+    return isContrasting && color() ? gfx::contrasting(*color()) : gfx::Color{1, 1, 1, 1};
 }
 
 gfx::Point MDrawText::convertPointToCoordinate(gfx::Point p, Coordinate to) const {

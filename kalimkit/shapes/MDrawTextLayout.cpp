@@ -63,12 +63,12 @@ const gfx::TextLayout& MDrawText::layoutOf(const std::string& text, double width
     return *_layout;
 }
 
-// Lines begin at the left whatever they say, except under forgiving rules.
+// Lines begin at the left whatever they say, except in texts that adapt.
 gfx::LineAlignment MDrawText::alignment() const {
     const std::string chosen = MDrawTool::text(alignProperty.name);
     if (chosen == "center") return gfx::LineAlignment::Center;
     if (chosen == "end") return gfx::LineAlignment::End;
-    return rules().forgiving ? gfx::LineAlignment::Start : gfx::LineAlignment::Left;
+    return number(adaptsProperty.name) != 0 ? gfx::LineAlignment::Start : gfx::LineAlignment::Left;
 }
 
 gfx::BaseDirection MDrawText::baseDirection() const {

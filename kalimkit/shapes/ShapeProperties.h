@@ -35,6 +35,11 @@ inline constexpr ToolProperty directionProperty{.name = "direction",
                                                 .choices = directionChoices,
                                                 .isHidden = true};
 
+// Whether texts stand and contrast as their letters and colours ask. It is the text's own: the
+// picture of a document is the same on every canvas.
+inline constexpr ToolProperty adaptsProperty{
+    .name = "adapts", .type = ToolProperty::Type::Switch, .isHidden = true, .isForgiving = true};
+
 inline constexpr ToolProperty fillProperty{
     .name = "fill", .type = ToolProperty::Type::Color, .text = "填充"};
 

@@ -43,6 +43,8 @@ struct KALIM_API ToolProperty {
     std::span<const Choice> choices = {};
     // Bars leave it out: handles, or a host, set it.
     bool isHidden = false;
+    // New tools have it, as 1, under forgiving rules.
+    bool isForgiving = false;
 
     ToolPropertyValue usualValue() const;
     // Whether a tool can have the value; a number of another step can be had.
