@@ -8,8 +8,6 @@ import { readWheel } from './wheel.js';
 // What PointerEvent.buttons holds for a button: main, middle, another.
 const buttonBits = [1, 4, 2];
 const menuButton = 2;
-// By how many milliseconds at the most a finger's way is foreseen: a frame's.
-const foresight = 17;
 const kinds = ['touch', 'pen', 'mouse'];
 
 // Kind, width of what is touched, pressure, which only pens measure, and how far the pen leans.
@@ -143,8 +141,11 @@ export class Pointers {
     }
     const gathered = event.getCoalescedEvents?.() ?? [];
     const foreseen = event.pointerType === 'mouse' ? [] : event.getPredictedEvents?.() ?? [];
+    const [first = event] = gathered;
+    // Browsers guess wildly at times: it is foreseen no further than it came in this frame.
+    const way = ({ clientX, clientY }) => Math.hypot(clientX - event.clientX, clientY - event.clientY);
     this.#tell(Phase.moved, gathered.length ? gathered : [event],
-      foreseen.filter(({ timeStamp }) => timeStamp - event.timeStamp <= foresight));
+      foreseen.filter((one) => way(one) <= way(first)));
   }
 
   #lifted(event, phase) {
