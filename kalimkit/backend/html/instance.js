@@ -60,6 +60,7 @@ export async function instantiate(wasm, makeImports = () => ({})) {
   const instance = await WebAssembly.instantiate(module, {
     ...(name ? { [name]: placeholders(module) } : {}),
     wasi_snapshot_preview1: system(heap),
+    Math,
     kalim: {
       ...drawing.imports(),
       raise(name, reason) {
