@@ -96,11 +96,13 @@ public:
 
     gfx::Rect hostRoom() const {
         if (!window() || _actions->isHidden()) return {};
-        const gfx::Rect room = _actions->convertRectTo(_actions->hostRoom(), nullptr);
+        const gfx::Rect room =
+            _actions->convertRectTo(_actions->mirrored(_actions->hostRoom()), nullptr);
         const auto overlay = ui::Overlay::existingIn(*window());
         if (!overlay) return room;
         const bool isCovered = std::ranges::any_of(overlay->popovers(), [&](const auto& popover) {
-            return popover->isSheet() || popover->frame().intersects(room);
+            return popover->isSheet() ||
+                   popover->convertRectTo(popover->bounds(), nullptr).intersects(room);
         });
         return isCovered ? gfx::Rect() : room;
     }

@@ -61,7 +61,6 @@ std::shared_ptr<TesselViewController> EditorSeat::makeEditor(
 void EditorSeat::present(std::shared_ptr<TesselViewController> editor,
                          std::weak_ptr<EditorKeysDelegate> delegate) {
     letGo();
-    _window.rootView()->setReadsRightToLeft(_environment->readsRightToLeft());
     _window.setRootViewController(editor);
     _editor = std::move(editor);
     if (!_editor) return;
@@ -102,6 +101,7 @@ void EditorSeat::letGo() {
         _editor->setSizeHandler({});
         _editor->setShell(nullptr);
     }
+    _window.rootView()->setReadsRightToLeft(_environment->readsRightToLeft());
     _shown = SeatLayout::Phone;
     _canvas.reset();
     _canvasKeys = nullptr;
@@ -155,9 +155,10 @@ gfx::Rect EditorSeat::hostRoom() const {
     if (isCovered) return {};
     if (_editor->shell()) return _editor->shell()->hostRoom();
     const TesselTopTool& bar = *_editor->toolView();
-    const gfx::Rect room = bar.convertRectTo(bar.freeRoom(), nullptr);
+    const gfx::Rect room = bar.freeRoom();
     const double width = std::min(room.size.width, _hostRoom);
-    return {room.maxX() - width, room.minY(), width, room.size.height};
+    const gfx::Rect end{room.maxX() - width, room.minY(), width, room.size.height};
+    return bar.convertRectTo(bar.mirrored(end), nullptr);
 }
 
 gfx::ColorRef EditorSeat::hostRoomTextColor() const {

@@ -38,6 +38,8 @@ std::shared_ptr<Loupe> Loupe::showOver(View& view, Drawing draw) {
     const std::shared_ptr<Loupe> loupe(new Loupe);
     loupe->init({0, 0, 2 * radius, 2 * radius});
     loupe->_draw = std::move(draw);
+    // It goes with the finger, whichever way one reads.
+    loupe->setSides(Sides::Fixed);
     loupe->setUserInteractionEnabled(false);
     loupe->setAccessibilityHidden(true);
     view.addSubview(loupe);
