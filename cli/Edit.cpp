@@ -275,7 +275,9 @@ private:
 
     void noteSaved(const std::string& path) {
         const std::string name = std::filesystem::path(path).filename();
-        _window.seat().remote()->showNote(ui::localText("已保存为 {file}", {{"file", name}}));
+        // A name has an order of its own in a text of either direction: between Unicode's isolates.
+        const std::string isolated = "\u2068" + name + "\u2069";
+        _window.seat().remote()->showNote(ui::localText("已保存为 {file}", {{"file", isolated}}));
     }
 
     // What was drawn is somewhere besides the window.

@@ -74,12 +74,22 @@ function copyLibraries(target) {
   }
 }
 
-// Without the blanks. In Chinese they are the keys.
+// All that a page may say is in these, but for the names of keys.
+function pageSources() {
+  const isNative = /^kalimkit\/(host\/(sdl|files|headless)|codec|store)\//;
+  return ['kalimkit', 'npm/src', 'npm/page'].flatMap((folder) => filesBelow(join(root, folder)))
+    .filter((path) => /\.(cpp|h|js)$/.test(path) && !isNative.test(relative(root, path)))
+    .map((path) => readFileSync(path, 'utf8')).join('\n');
+}
+
+// Without the blanks, and without what only windows say. In Chinese they are the keys.
 function copyTexts(folder, target) {
+  const sources = pageSources();
+  const isSaid = (key) => /^[\x20-\x7e]*$/.test(key) || [`"${key}"`, `'${key}'`].some((text) => sources.includes(text));
   mkdirSync(join(target, folder), { recursive: true });
   for (const name of readdirSync(join(root, folder)).filter((file) => file !== 'zh.json')) {
-    const texts = JSON.parse(readFileSync(join(root, folder, name), 'utf8'));
-    writeFileSync(join(target, folder, name), JSON.stringify(texts));
+    const texts = Object.entries(JSON.parse(readFileSync(join(root, folder, name), 'utf8')));
+    writeFileSync(join(target, folder, name), JSON.stringify(Object.fromEntries(texts.filter(([key]) => isSaid(key)))));
   }
 }
 

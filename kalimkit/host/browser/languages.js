@@ -35,6 +35,7 @@ function formOf(entry, language, count) {
 class Texts {
   #tables;
 
+  // tables: [language, texts], the first of which has a text tells it, by the plurals of that language.
   constructor(language, tables) {
     this.language = language;
     this.#tables = tables;
@@ -42,8 +43,8 @@ class Texts {
 
   // Undefined where there is none, as in Chinese.
   find(key, count) {
-    const table = this.#tables.find((texts) => Object.hasOwn(texts, key));
-    return table && String(formOf(table[key], this.language, count));
+    const [language, texts] = this.#tables.find(([, each]) => Object.hasOwn(each, key)) ?? [];
+    return texts && String(formOf(texts[key], language, count));
   }
 
   // The text, or else the key.
@@ -93,7 +94,7 @@ export async function textsFor(language, failed = () => {}) {
   const names = isWhole ? kinds : [...kinds, english];
   const tables = await Promise.all(names.map(async (name) => {
     const given = name in files ? await fetchTexts(name).catch(failed) : {};
-    return { ...given, ...added.get(name) };
+    return [name, { ...given, ...added.get(name) }];
   }));
   return new Texts(chosen, tables);
 }
