@@ -1,6 +1,7 @@
 #include "kalimkit/canvas/CanvasParts.h"
 #include "kalimkit/canvas/HandleUnder.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/PenOnlyMenu.h"
 #include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/environment/LateCode.h"
 #include "kalimkit/ui/gesture/PanGestureRecognizer.h"
@@ -16,6 +17,8 @@ bool MDrawView::beginsViewing(const ui::TouchEvent& event) {
                  ui::Environment::current().userDefault(penOnlySetting).value_or(true);
     panGesture().setMinimumNumberOfTouches(_isViewing ? 1 : 2);
     panGesture().setIsForFingersAlone(forgiving());
+    const auto& code = ui::Environment::current().attachment<ui::LateCode>();
+    if (_isViewing && code.isThere(nullptr)) offerPenOnly(*this, event.touches.front());
     return _isViewing;
 }
 

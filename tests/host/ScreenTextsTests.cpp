@@ -112,6 +112,38 @@ protected:
         }
     }
 
+    // What the page lays over the bar lies on nothing that can be pressed.
+    void expectHostRoom() {
+        seat->setHostRoom(24);
+        wait();
+        const gfx::Rect room = seat->hostRoom();
+        EXPECT_TRUE(gfx::Rect({}, {320, 568}).contains(room)) << GetParam();
+        seat->accessibility().update();
+        for (const auto& node : seat->accessibility().nodes()) {
+            EXPECT_FALSE(node.role == ui::AccessibilityRole::Button && node.frame.intersects(room))
+                << GetParam() << ": " << node.label << " lies under what a page lays there";
+        }
+    }
+
+    // A finger that rests once a pen was there may have fingers draw again.
+    void drawWithFingersAgain() {
+        const auto touch = [this](ui::TouchKind kind, double seconds) {
+            const ui::Finger finger{8, {160, 300}, {.kind = kind}};
+            seat->window().fingersBegan({finger});
+            environment->wait(seconds);
+            if (kind == ui::TouchKind::Finger) expectWhole("what a finger is offered");
+            seat->window().fingersEnded({finger});
+            environment->wait(0.6);
+        };
+        touch(ui::TouchKind::Pen, 0);
+        touch(ui::TouchKind::Finger, 0.8);
+        const auto overlay = ui::Overlay::in(seat->window());
+        ASSERT_EQ(overlay->popovers().size(), 1U);
+        std::dynamic_pointer_cast<ui::Menu>(overlay->popovers().front()->content())->perform(0);
+        EXPECT_FALSE(seat->isPenOnly());
+        wait();
+    }
+
     void tellAll() {
         const std::vector<std::vector<std::string>> alerts{
             {"无法载入图片", "载入此图片时出错", "好"},
@@ -178,6 +210,8 @@ TEST_P(ScreenTextsTest, AreNoticedWhenTheyAreCut) {
 TEST_P(ScreenTextsTest, OfAPhoneAreWholeAtTheLeastWidth) {
     expectWhole("the editor");
     expectApart("the editor");
+    expectHostRoom();
+    drawWithFingersAgain();
     seat->editor()->setTopNavigationItemTitle(false, environment->localizedString("完成"));
     expectApart("the editor with another title");
     seat->editor()->penView()->sendActions(ui::ControlEvent::TouchUpInside);
@@ -210,6 +244,7 @@ TEST_P(ScreenTextsTest, OfTheDeskAreWholeAtTheLeastWidth) {
     seat->setLayout(SeatLayout::Desk);
     wait();
     ASSERT_TRUE(seat->editor()->shell());
+    expectHostRoom();
     drawArrow();
     seat->remote()->showNote(environment->localizedString("已拷贝"));
     expectWhole("a note");

@@ -7,10 +7,10 @@
 #include "kalimkit/canvas/CanvasArrangement.h"
 #include "kalimkit/canvas/MDrawMutableSelect.h"
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/PenOnlyMenu.h"
 #include "kalimkit/editor/desk/DeskBar.h"
 #include "kalimkit/editor/screen/EditorKeys.h"
 #include "kalimkit/editor/screen/TesselViewController.h"
-#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim {
@@ -107,17 +107,7 @@ Items itemsOfCanvas(const MenuMaker& make) {
                 make.byKey("显示整张图片", "ctrl+0", "zoomfit"),
                 make.byKey("实际像素", "ctrl+1")};
     // Nobody without a pen is asked about it.
-    if (canvas.window() && canvas.window()->hasSeenPen()) {
-        auto& environment = ui::Environment::current();
-        const bool isOn = environment.userDefault(MDrawView::penOnlySetting).value_or(true);
-        items.push_back({.text = deskText("只用笔画"),
-                         .run =
-                             [isOn] {
-                                 ui::Environment::current().setUserDefault(
-                                     MDrawView::penOnlySetting, !isOn);
-                             },
-                         .isChecked = isOn});
-    }
+    if (canvas.window() && canvas.window()->hasSeenPen()) items.push_back(penOnlyItem());
     return items;
 }
 
