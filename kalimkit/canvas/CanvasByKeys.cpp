@@ -34,8 +34,10 @@ const char* directionOf(gfx::Point offset) {
 
 // The first of several counts.
 bool CanvasByKeys::selectNext(bool forwards) {
-    const ToolList order = _canvas.speech.pickable();
+    // What waits for more strokes or points is one of them.
+    _canvas.finger.endCreation();
     _canvas.arrangement.endNudging();
+    const ToolList order = _canvas.speech.pickable();
     const auto& group = _canvas.selection.group();
     const ToolRef current = group ? group->firstSelectedTool() : nullptr;
     const auto found = std::ranges::find(order, current);
@@ -46,7 +48,7 @@ bool CanvasByKeys::selectNext(bool forwards) {
         _canvas.selection.clear();
         return false;
     }
-    _canvas.selection.select({order[static_cast<std::size_t>(next)]});
+    choose(order[static_cast<std::size_t>(next)]);
     say({});
     return true;
 }
@@ -64,7 +66,9 @@ bool CanvasByKeys::resize(gfx::Point growth) {
 }
 
 bool CanvasByKeys::turn(double angle) {
-    if (!_canvas.arrangement.turn(angle)) return false;
+    // Where what is selected cannot be turned the key is not to choose a pen.
+    if (!_canvas.arrangement.turn(angle))
+        return _canvas.tools.forgiving() && _canvas.selection.isValid();
     const auto& group = _canvas.selection.group();
     const double turned = group ? group->firstSelectedTool()->rotateAngle() : angle;
     const long degrees = std::lround(turned * 180 / std::numbers::pi) % 360;
@@ -78,9 +82,14 @@ bool CanvasByKeys::make() {
     if (place.isEmpty() || !_canvas.finger.drawWithin(place)) return false;
     const ToolList& tools = _canvas.tools.list();
     if (tools.size() <= before || tools.back()->isNewBuild()) return tools.size() > before;
-    _canvas.selection.select({tools.back()});
+    choose(tools.back());
     say(localized("已添加"));
     return true;
+}
+
+void CanvasByKeys::choose(const ToolRef& tool) {
+    _canvas.selection.select({tool});
+    _chosen = _canvas.selection.group();
 }
 
 // Canvas points.

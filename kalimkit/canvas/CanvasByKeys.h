@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "kalimkit/gfx/Export.h"
@@ -15,6 +16,7 @@ class CanvasHome;
 class CanvasSelection;
 class CanvasSpeech;
 class CanvasTools;
+class MDrawMutableSelect;
 
 // What keys do on a canvas for those who use no pointer, and what an assistive technology says of
 // it (ui::Environment::announce). Each operation answers whether there was something to do.
@@ -45,11 +47,16 @@ public:
     // typed from then on.
     bool make();
 
+    // What the keys have selected last, if anything; it may be selected no longer.
+    const std::weak_ptr<MDrawMutableSelect>& chosen() const { return _chosen; }
+
 private:
+    void choose(const ToolRef& tool);
     gfx::Rect placeOfNew() const;
     void say(const std::string& what) const;
 
     Canvas _canvas;
+    std::weak_ptr<MDrawMutableSelect> _chosen;
 };
 
 }  // namespace kalim

@@ -68,8 +68,13 @@ bool escape(MDrawView& canvas, CanvasPointer&) {
     return true;
 }
 
+// Who has come to a shape by keys means that one, and does not want to be done with the whole.
 bool enter(MDrawView& canvas, CanvasPointer&) {
-    return canvas.completePoints() || canvas.editSelectedText();
+    if (canvas.completePoints() || canvas.editSelectedText()) return true;
+    const auto& selected = canvas.handingTools();
+    const auto keys = canvas.byKeys();
+    return selected && !selected.owner_before(keys->chosen()) &&
+           !keys->chosen().owner_before(selected);
 }
 
 bool keep(const std::string& shapes) {

@@ -27,9 +27,9 @@ struct CanvasKey {
 // What the keys of a desktop do on a canvas, with an editor around it or alone. They have the names
 // of EditorKeys, and there is what each does: those that undo, delete, escape, copy, cut, paste,
 // choose, move, order, align, group, lock and zoom, and space, are the canvas's own. Here enter
-// edits a text that is selected, and ends its editing as ctrl+enter does; shift+enter begins a
-// line. Escape takes back what is being drawn or dragged, as far as the canvas is forgiving, else
-// ends the editing of a text, else deselects.
+// edits a text that is selected, does nothing to another shape that keys have chosen, and ends the
+// editing as ctrl+enter does; shift+enter begins a line. Escape takes back what is being drawn or
+// dragged, as far as the canvas is forgiving, else ends the editing of a text, else deselects.
 class KALIM_API CanvasKeys {
 public:
     // The pointer is the one on the canvas; it must outlive this object.
