@@ -198,7 +198,7 @@ void AlertView::layoutButtons(double top) {
         if (sideBySide && i > 0) {
             _separators[i]->setFrame({x, y, hairline, buttonHeight});
         } else {
-            _separators[i]->setFrame({0, y, width, hairline});
+            _separators[i]->setFrame({0, y, this->width(), hairline});
         }
     }
 }
