@@ -84,12 +84,14 @@ function pageSources() {
 
 // Without the blanks, and without what only windows say. In Chinese they are the keys.
 function copyTexts(folder, target) {
+  const textsOf = (name) => JSON.parse(readFileSync(join(root, folder, name), 'utf8'));
   const sources = pageSources();
   const isSaid = (key) => /^[\x20-\x7e]*$/.test(key) || [`"${key}"`, `'${key}'`].some((text) => sources.includes(text));
+  const said = new Set(Object.keys(textsOf('zh.json')).filter(isSaid));
   mkdirSync(join(target, folder), { recursive: true });
   for (const name of readdirSync(join(root, folder)).filter((file) => file !== 'zh.json')) {
-    const texts = Object.entries(JSON.parse(readFileSync(join(root, folder, name), 'utf8')));
-    writeFileSync(join(target, folder, name), JSON.stringify(Object.fromEntries(texts.filter(([key]) => isSaid(key)))));
+    const texts = Object.entries(textsOf(name)).filter(([key]) => said.has(key));
+    writeFileSync(join(target, folder, name), JSON.stringify(Object.fromEntries(texts)));
   }
 }
 
