@@ -11,6 +11,11 @@ bool isControl(char32_t value) {
     return value < 0x20 || (value >= 0x7F && value < 0xA0);
 }
 
+// Lines and paragraphs that are ended without a control character.
+bool isSeparator(char32_t value) {
+    return value == 0x2028 || value == 0x2029;
+}
+
 bool isInvisible(char32_t value) {
     return value <= 0x20 || (value >= 0x7F && value <= 0xA0) || value == 0x1680 ||
            (value >= 0x2000 && value <= 0x200F) || (value >= 0x2028 && value <= 0x202F) ||
@@ -29,7 +34,7 @@ std::string plainText(std::string_view typed) {
         const bool isFeedOfReturn = isAfterReturn && next.value == '\n';
         isAfterReturn = next.value == '\r';
         if (isFeedOfReturn) continue;
-        if (isAfterReturn || next.value == '\n') {
+        if (isAfterReturn || next.value == '\n' || isSeparator(next.value)) {
             result += '\n';
         } else if (next.value == '\t' || !isControl(next.value)) {
             appendUtf8(result, next.value);

@@ -8,8 +8,8 @@
 namespace kalim::gfx {
 
 // What of a text from outside may stand in a text that is edited: valid UTF-8, bytes that are none
-// having become replacement characters; CR and CR LF as line feeds; of the other control characters
-// only tabs.
+// having become replacement characters; CR, CR LF and the separators U+2028 and U+2029 as line
+// feeds; of the other control characters only tabs.
 KALIM_API std::string plainText(std::string_view typed);
 
 // Whether a text is empty or shows nothing: white space and characters without a width.

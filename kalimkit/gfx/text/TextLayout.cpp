@@ -146,7 +146,7 @@ void TextLayout::breakLines() {
                               _metrics.ascent,
                               _metrics.descent,
                               _metrics.leading});
-            _rows.push_back({i, line.first, line.last});
+            _rows.push_back({i, line.first, line.last, false});
             top += lineHeight();
         }
     }
@@ -161,12 +161,9 @@ void TextLayout::alignLines() {
         // An empty line goes on as the text before it.
         if (i == 0 || !measured.graphemes().empty())
             isTurned = measured.directions().isRightToLeft();
+        _rows[i].isTurned = isTurned;
         const double gap = std::max(room - _lines[i].width, 0.0);
-        double share = 0;
-        if (_alignment == LineAlignment::Center) share = 0.5;
-        if (_alignment == LineAlignment::Start) share = isTurned ? 1 : 0;
-        if (_alignment == LineAlignment::End) share = isTurned ? 0 : 1;
-        _lines[i].origin.x = gap * share;
+        _lines[i].origin.x = gap * shareAtLeft(_alignment, isTurned);
     }
 }
 

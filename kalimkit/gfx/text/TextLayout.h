@@ -61,6 +61,8 @@ public:
     Size size() const;
     // Adds the font's ascent, descent and leading.
     double lineHeight() const;
+    // Whether some of a line's paragraph runs from right to left.
+    bool isMixed(std::size_t line) const;
 
     // ---- caret and selection. Offsets within a grapheme count as its start, those beyond the end
     // as the end.
@@ -121,6 +123,8 @@ private:
         std::size_t paragraph = 0;
         std::size_t first = 0;
         std::size_t last = 0;
+        // It is of a paragraph that runs from right to left, or an empty one behind such.
+        bool isTurned = false;
     };
 
     // Texts of more bytes are not shaped anew when only their size changes, and not shaped at all
@@ -141,11 +145,10 @@ private:
     const MeasuredParagraph& measuredOf(const Row& row) const;
     double hung(std::size_t line, double x) const;
     double xOf(std::size_t line, std::size_t grapheme) const;
-    bool isMixed(std::size_t line) const;
     LineOrder orderOf(std::size_t line) const;
     double shown(std::size_t line, double x) const;
-    double caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const;
-    double otherCaretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const;
+    double caretXInMixed(std::size_t line, TextPosition position, bool isOther) const;
+    static bool standsBehind(const Row& row, std::size_t grapheme, TextPosition position);
     std::size_t graphemeOf(std::size_t line, TextPosition position) const;
     // ---- the edges between graphemes as they are seen, counted from the left
     std::size_t edgeOf(std::size_t line, const LineOrder& order, TextPosition position) const;

@@ -49,9 +49,8 @@ Rect TextLayout::caretRect(TextPosition position) const {
     if (_lines.empty()) return {};
     const std::size_t index = lineOf(position);
     const TextLine& line = _lines[index];
-    const std::size_t grapheme = graphemeOf(index, position);
-    const double x =
-        isMixed(index) ? caretXInMixed(index, grapheme, position.isUpstream) : xOf(index, grapheme);
+    const double x = isMixed(index) ? caretXInMixed(index, position, false)
+                                    : xOf(index, graphemeOf(index, position));
     return {line.origin.x + x, line.top(), 0, line.ascent + line.descent};
 }
 
@@ -60,8 +59,7 @@ std::optional<Rect> TextLayout::otherCaretRect(TextPosition position) const {
     const std::size_t index = lineOf(position);
     if (!isMixed(index)) return std::nullopt;
     Rect caret = caretRect(position);
-    const double x = otherCaretXInMixed(index, graphemeOf(index, position), position.isUpstream) +
-                     _lines[index].origin.x;
+    const double x = caretXInMixed(index, position, true) + _lines[index].origin.x;
     if (x == caret.minX()) return std::nullopt;
     caret.origin.x = x;
     return caret;
@@ -108,11 +106,12 @@ std::vector<Rect> TextLayout::selectionRects(TextRange range) const {
             continue;
         }
         const double start = line.origin.x;
-        const double left =
-            range.begin > line.begin ? caretRect({range.begin, false}).minX() : start;
+        double left = range.begin > line.begin ? caretRect({range.begin, false}).minX() : start;
         double right = start + xOf(i, _rows[i].last);
         if (range.end < line.end) right = caretRect({range.end, true}).minX();
-        if (range.end > line.end && !isBrokenByWidth(i)) right += lineHeight() * lineFeedWidth;
+        const bool hasLineFeed = range.end > line.end && !isBrokenByWidth(i);
+        const double strip = hasLineFeed ? lineHeight() * lineFeedWidth : 0;
+        _rows[i].isTurned ? left -= strip : right += strip;
         if (right > left) rects.push_back({left, line.top(), right - left, lineHeight()});
     }
     return rects;

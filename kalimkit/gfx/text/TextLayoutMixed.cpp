@@ -25,28 +25,18 @@ double TextLayout::shown(std::size_t line, double x) const {
     return std::max(hung(line, x), -_lines[line].origin.x);
 }
 
-double TextLayout::caretXInMixed(std::size_t line, std::size_t grapheme, bool isUpstream) const {
+// Behind the grapheme that ends at a position, or before the one that follows; the other caret is
+// at the other of these. At the ends of a line the paragraph itself is the neighbour.
+double TextLayout::caretXInMixed(std::size_t line, TextPosition position, bool isOther) const {
     const Row& row = _rows[line];
     const LineOrder order = orderOf(line);
-    const bool isBehind = grapheme >= row.last || (isUpstream && grapheme > row.first);
-    const double x = isBehind ? order.spanOf(std::min(grapheme, row.last) - 1).trailing()
-                              : order.spanOf(std::max(grapheme, row.first)).leading();
-    return shown(line, x);
-}
-
-// At the ends of a line the paragraph itself is the neighbour.
-double TextLayout::otherCaretXInMixed(std::size_t line, std::size_t grapheme,
-                                      bool isUpstream) const {
-    const Row& row = _rows[line];
-    const LineOrder order = orderOf(line);
-    const bool isBehind = grapheme >= row.last || (isUpstream && grapheme > row.first);
-    const bool endsLeft = measuredOf(row).directions().isRightToLeft();
-    const double left = order.spanOf(order.seen().front()).left;
-    const double right = order.spanOf(order.seen().back()).right;
-    if (grapheme >= row.last) return shown(line, endsLeft ? left : right);
-    if (isBehind) return shown(line, order.spanOf(grapheme).leading());
-    if (grapheme > row.first) return shown(line, order.spanOf(grapheme - 1).trailing());
-    return shown(line, endsLeft ? right : left);
+    const std::size_t grapheme = std::clamp(graphemeOf(line, position), row.first, row.last);
+    const bool isBehind = standsBehind(row, grapheme, position) != isOther;
+    if (isBehind && grapheme > row.first) return shown(line, order.spanOf(grapheme - 1).trailing());
+    if (!isBehind && grapheme < row.last) return shown(line, order.spanOf(grapheme).leading());
+    const bool isAtRight = measuredOf(row).directions().isRightToLeft() == isBehind;
+    return shown(line, isAtRight ? order.spanOf(order.seen().back()).right
+                                 : order.spanOf(order.seen().front()).left);
 }
 
 TextPosition TextLayout::positionInMixed(std::size_t line, double x) const {

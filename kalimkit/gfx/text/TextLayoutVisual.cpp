@@ -21,11 +21,16 @@ TextPosition TextLayout::behind(std::size_t offset) const {
     return caretRect(upstream) == caretRect({offset}) ? TextPosition{offset} : upstream;
 }
 
+// A caret stands before what follows it, but upstream and at a line's end.
+bool TextLayout::standsBehind(const Row& row, std::size_t grapheme, TextPosition position) {
+    return grapheme >= row.last || (position.isUpstream && grapheme > row.first);
+}
+
 std::size_t TextLayout::edgeOf(std::size_t line, const LineOrder& order,
                                TextPosition position) const {
     const Row& row = _rows[line];
     const std::size_t grapheme = graphemeOf(line, position);
-    const bool isBehind = grapheme >= row.last || (position.isUpstream && grapheme > row.first);
+    const bool isBehind = standsBehind(row, grapheme, position);
     const std::size_t beside =
         isBehind ? std::min(grapheme, row.last) - 1 : std::max(grapheme, row.first);
     const bool isRightSide = isBehind != order.spanOf(beside).isRightToLeft;

@@ -122,6 +122,8 @@ private:
     struct Shown {
         std::size_t firstLine = 0;
         std::vector<std::string> lines;
+        // Text that runs from right to left is among them.
+        bool isMixed = false;
         std::vector<gfx::Rect> selection;
         std::vector<gfx::Rect> marked;
         std::vector<gfx::Rect> carets;

@@ -33,20 +33,25 @@ TextView::Shown TextView::shown() const {
     auto line = std::partition_point(lines.begin(), lines.end(), isAbove);
     Shown result;
     result.firstLine = static_cast<std::size_t>(line - lines.begin());
-    for (; line != lines.end() && line->top() < bottom; ++line)
+    for (; line != lines.end() && line->top() < bottom; ++line) {
         result.lines.push_back(text().substr(line->begin, line->end - line->begin));
+        result.isMixed |= layout.isMixed(static_cast<std::size_t>(line - lines.begin()));
+    }
     result.selection = rectsOf(selection().range());
     if (markedRange()) result.marked = rectsOf(*markedRange());
     result.carets = carets();
     return result;
 }
 
+// Where directions meet, what one line has gained may turn its neighbours around.
 void TextView::damageDifference(const Shown& before, const Shown& now) {
     const std::size_t count = std::max(before.lines.size(), now.lines.size());
     for (std::size_t i = 0; i < count; ++i) {
         const bool isSame =
             i < before.lines.size() && i < now.lines.size() && before.lines[i] == now.lines[i];
-        if (!isSame) damageLine(now.firstLine + i);
+        if (isSame) continue;
+        if (before.isMixed || now.isMixed) return setNeedsDisplay();
+        damageLine(now.firstLine + i);
     }
     const auto damageChanged = [this](const auto& old, const auto& current) {
         if (old == current) return;

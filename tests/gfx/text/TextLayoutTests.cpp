@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,9 +27,11 @@ class CountingDevice : public test::RecordingDevice {
 public:
     std::vector<double> advances(std::string_view text, const Font& font) override {
         measured += text;
+        pieces.emplace(text);
         return RecordingDevice::advances(text, font);
     }
     std::string measured;
+    std::set<std::string> pieces;
 };
 
 class TextLayoutTest : public testing::Test {
@@ -316,6 +319,7 @@ TEST_F(TextLayoutTest, LinesStandWhereTheyAreAligned) {
     layout.setBaseDirection(BaseDirection::RightToLeft);
     EXPECT_EQ(begins(LineAlignment::Start), (std::vector<double>{40, 50, 40, 50}));
     EXPECT_EQ(begins(LineAlignment::Left), (std::vector<double>{0, 0, 0, 0}));
+    EXPECT_EQ(layout.selectionRects({3, 4}), (std::vector<Rect>{{-2.75, 11, 2.75, 11}}));
 }
 
 // Of a text that takes long to shape another size costs nothing, nor does what cannot be read.
@@ -340,6 +344,21 @@ TEST_F(TextLayoutTest, LongTextsAreShapedOnce) {
         std::ranges::none_of(drawn, [](const auto& line) { return line.starts_with("text"); }));
 }
 
+// A device knows what it has measured before.
+TEST_F(TextLayoutTest, OfALongParagraphOnlyThePiecesThatChangeAreOthers) {
+    std::string text;
+    for (int i = 10'000; i < 12'000; ++i)
+        text += std::to_string(i) + " and a next one ";
+    TextLayout layout = layoutOf(text, 200);
+    for (std::size_t at = 100; at < text.size(); at += 1771) {
+        const std::size_t before = device.pieces.size();
+        text.insert(at, "x");
+        layout.setText(text);
+        EXPECT_LE(device.pieces.size() - before, 3u) << at;
+    }
+    EXPECT_GT(device.pieces.size(), 15u);
+}
+
 TEST(Graphemes, AreCountedAsAReaderDoes) {
     test::RecordingDevice device;
     EXPECT_EQ(graphemeCount(device, ""), 0u);
@@ -349,6 +368,7 @@ TEST(Graphemes, AreCountedAsAReaderDoes) {
 TEST(PlainText, IsValidUtf8WithLineFeedsAndTabsAlone) {
     EXPECT_EQ(plainText("a\r\nb\rc\n\td"), "a\nb\nc\n\td");
     EXPECT_EQ(plainText("\r\n\r\n"), "\n\n");
+    EXPECT_EQ(plainText("a\u2028b\u2029\n"), "a\nb\n\n");
     EXPECT_EQ(plainText(std::string_view("a\0\x1b\x7f\xc2\x85z", 7)), "az");
     EXPECT_EQ(plainText("\xff字\xed\xa0\x80"), "\uFFFD字\uFFFD\uFFFD\uFFFD");
 }

@@ -116,6 +116,21 @@ TEST_F(TextViewTest, BlinksAndDrawsAgainOnlyWhatChanged) {
     EXPECT_EQ(damageOf([&] { wait(2); }), Rects());
 }
 
+// A first letter from right to left turns a paragraph around, the lines that keep their letters as
+// well.
+TEST_F(TextViewTest, DrawsAllLinesAgainThatATypedLetterTurnsAround) {
+    view->setAlignment(gfx::LineAlignment::Start);
+    view->setText("(aaa) bbb ccc ddd eee. fff");
+    ASSERT_EQ(view->layout().lines().size(), 2u);
+    view->setSelection({0, 0});
+    gfx::Rect damage;
+    for (const gfx::Rect& rect : damageOf([&] { view->insertText("א"); }))
+        damage = damage.unionWith(rect);
+    ASSERT_EQ(view->layout().lines().size(), 2u);
+    EXPECT_TRUE(view->layout().isRightToLeft(0));
+    EXPECT_GE(damage.maxY(), view->frame().minY() + 8 + 2 * 11);
+}
+
 TEST_F(TextViewTest, DrawsSelectionTextCompositionAndCaret) {
     view->setFrame({0, 0, 110, 60});
     view->becomeFirstResponder();
