@@ -18,7 +18,7 @@ constexpr ToolDetailRule detailRules[] = {{"text", ToolDetailRule::Type::Text},
                                           {"inset", ToolDetailRule::Type::Number, false, 0},
                                           {tailKey, ToolDetailRule::Type::Points, false}};
 constexpr ToolProperty properties[] = {alignProperty, boldProperty, directionProperty,
-                                       opacityProperty};
+                                       adaptsProperty, opacityProperty};
 
 // Canvas points.
 constexpr double smallestWidth = 30;

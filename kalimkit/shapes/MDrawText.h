@@ -174,11 +174,17 @@ private:
     void styleTextView();
     void placeTextView();
     gfx::Size mostSize() const;
+    // Of what its field becomes wider, how much so to the left, from 0 to 1: the side at which its
+    // lines stand stays where it is.
+    double widensToLeft() const;
     void updateTextViewSuitableFrame();
+    // Where it was before is in view points.
+    void fitTextView(const gfx::Rect& before);
     double getMinTextViewHeight() const { return _textView->fontSize(); }
     // The place of the corner where the text begins, canvas points; both follow the quarter turns.
     gfx::Point beginning() const;
     void keepBeginning(gfx::Point p);
+    double leftOfBox() const;
     void reCalcStartAndEndPoint();
     void updateEndPoint();
     void registKeyboardNotification();

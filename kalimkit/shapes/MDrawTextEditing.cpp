@@ -136,8 +136,9 @@ void MDrawText::takeLineWidth(double width) {
     _isRestyled = true;
     if (!_isEdittingText) return;
     styleTextView();
+    const gfx::Rect before = tidyFrame(*_textView);
     placeTextView();
-    updateTextViewSuitableFrame();
+    fitTextView(before);
 }
 
 void MDrawText::placeTextView() {
@@ -176,11 +177,20 @@ gfx::Size MDrawText::mostSize() const {
 
 // ---- the box after editing
 
+// View points. A box that is narrower than the field has been is where the lines were.
+double MDrawText::leftOfBox() const {
+    const gfx::Rect field = _textView->frame();
+    if (field.size.width > emptySize.width) return field.minX();
+    const double scale = getCurrentCtxScale();
+    const double words = std::ceil(_textView->layout().size().width / scale) + boxMargin;
+    return field.minX() + (field.size.width - words * scale) * widensToLeft();
+}
+
 void MDrawText::reCalcStartAndEndPoint() {
     gfx::Point beginning = this->beginning();
     const gfx::Point inView = convertPointToCoordinate(beginning, Coordinate::View);
     const double x = tidy(inView.x);
-    const double viewX = tidyFrame(*_textView).minX();
+    const double viewX = tidy(leftOfBox());
     if (viewX != x && isTurnedByQuarters()) {
         beginning = convertPointToCoordinate({viewX, inView.y}, Coordinate::Tool);
     } else if (viewX != x) {
@@ -219,7 +229,15 @@ void MDrawText::textViewDidChange(ui::TextView& /*view*/) {
     updateTextViewSuitableFrame();
 }
 
+double MDrawText::widensToLeft() const {
+    return gfx::shareAtLeft(alignment(), _textView->layout().isRightToLeft(0));
+}
+
 void MDrawText::updateTextViewSuitableFrame() {
+    fitTextView(tidyFrame(*_textView));
+}
+
+void MDrawText::fitTextView(const gfx::Rect& before) {
     if (!_textView->superview()) return;
     const auto alive = self();
     const gfx::Rect area = getCurrentCtxRect();
@@ -228,17 +246,22 @@ void MDrawText::updateTextViewSuitableFrame() {
     const double fittingWidth = _keepsWidth ? frame.size.width : most.width - 2 * edgeGap;
     const gfx::Size fitted = _textView->sizeThatFits({fittingWidth, most.height});
     const double shrink = std::min(getCurrentCtxScale(), 1.0);
-    const double oldHeight = frame.size.height;
     // Single precision is meant.
     frame.size.height = static_cast<float>(std::max(fitted.height, getMinTextViewHeight()));
     frame.size.width = _keepsWidth
                            ? std::max(frame.size.width, fitted.width)
                            : static_cast<float>(std::max(fitted.width, shrink * emptySize.width));
+    if (const double share = widensToLeft(); share > 0) {
+        const double leftmost = std::min(std::max(area.minX(), 0.0) + edgeGap, before.minX());
+        const double left = before.minX() - (frame.size.width - before.size.width) * share;
+        frame.origin.x = std::max(left, leftmost);
+    }
     const double room = most.width - edgeGap - (frame.origin.x - std::max(area.minX(), 0.0));
     if (frame.size.width > room) frame.origin.x -= frame.size.width - room;
     _textView->setScrollEnabled(false);
     _textView->setFrame(frame);
-    if (frame.size.height != oldHeight) tell(&MDrawTextDelegate::drawTextDidChangeTextViewHeight);
+    if (frame.size.height != before.size.height)
+        tell(&MDrawTextDelegate::drawTextDidChangeTextViewHeight);
     tell(&MDrawTextDelegate::drawTextAskForRedraw);
 }
 

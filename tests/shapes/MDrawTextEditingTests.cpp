@@ -150,6 +150,34 @@ TEST_F(MDrawTextEditing, MovesLeftWhereThereIsNoRoom) {
     EXPECT_EQ(text->startPoint(), (gfx::Point{210, 60}));
 }
 
+// The side at which lines stand stays in its place while they are typed and when they are done.
+TEST_F(MDrawTextEditing, WidensAwayFromTheSideAtWhichLinesStand) {
+    const std::string letters(20, 'a');
+    const struct {
+        const char* align;
+        gfx::Point start;
+        // The field of twenty letters, as far as there is room; of no more than it has room for at
+        // first; and the box of what is typed then.
+        double left, right, few, box;
+    } cases[] = {{"start", {100, 60}, 100, 270, 100, 100},
+                 {"center", {100, 60}, 65, 235, 100, 125},
+                 {"end", {100, 60}, 30, 200, 100, 150},
+                 {"end", {40, 60}, 10, 180, 80, 130}};
+    for (const auto& step : cases) {
+        const auto text = textAt(step.start);
+        text->setProperty("align", std::string(step.align));
+        text->drawUp(step.start);
+        text->textView()->insertText(letters);
+        EXPECT_EQ(text->textView()->frame().minX(), step.left) << step.align;
+        EXPECT_EQ(text->textView()->frame().maxX(), step.right) << step.align;
+        text->textView()->handleKey("ctrl+a");
+        text->textView()->insertText("hello");
+        EXPECT_EQ(text->textView()->frame().minX(), step.few) << step.align;
+        text->finalize();
+        EXPECT_EQ(text->frame(), gfx::Rect(step.box, 60, 50, 34)) << step.align;
+    }
+}
+
 TEST_F(MDrawTextEditing, DrawsNothingItselfMeanwhile) {
     const auto text = textAt({50, 60});
     text->setText("abc");
