@@ -61,6 +61,8 @@ std::optional<std::string> SdlWindow::startVideo() {
     // To close the window is not yet to quit: the editor may ask.
     SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
     SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+    // What is composed comes whole, however long it is.
+    SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
         return std::string("no window can be opened: ") + SDL_GetError();

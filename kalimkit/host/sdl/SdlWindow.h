@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -121,6 +122,8 @@ private:
     void handleWheel(const SDL_Event& event);
     void handleKey(const SDL_Event& event);
     void handleText(const SDL_Event& event);
+    void handleComposition(std::string_view text, int start, int length);
+    void endComposition();
     void takeModifiers(std::uint16_t held);
     gfx::Point pointAt(double x, double y) const;
 
@@ -150,6 +153,12 @@ private:
     std::shared_ptr<Hands> _hands;
     std::unique_ptr<SdlCursors> _cursors;
     std::unique_ptr<Pens> _pens;
+    // The input method has something under way, which reads so.
+    bool _isComposing = false;
+    std::string _composed;
+    // What stayed in the text of a composition that was ended here; some input methods give it once
+    // more when they hear of that.
+    std::string _settled;
     // No modifier to SDL, but one of the editor's.
     bool _isSpaceHeld = false;
 };

@@ -1,6 +1,9 @@
 #include <SDL.h>
 
 #include <cmath>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "kalimkit/host/sdl/SdlHands.h"
 #include "kalimkit/host/sdl/SdlKeyNames.h"
@@ -22,7 +25,7 @@ PointerButton buttonOf(std::uint8_t button) {
 }
 
 // The byte at which so many characters of a text are over.
-std::size_t byteAfter(const std::string& text, std::int32_t characters) {
+std::size_t byteAfter(std::string_view text, std::int32_t characters) {
     std::size_t byte = 0;
     while (byte < text.size() && characters > 0) {
         do
@@ -53,6 +56,7 @@ bool SdlWindow::isMine(const SDL_Event& event) const {
             return event.key.windowID == _id;
         case SDL_TEXTINPUT:
         case SDL_TEXTEDITING:
+        case SDL_TEXTEDITING_EXT:
             return event.text.windowID == _id;
         case SDL_MOUSEMOTION:
             return event.motion.windowID == _id && event.motion.which != SDL_TOUCH_MOUSEID;
@@ -99,6 +103,7 @@ void SdlWindow::handle(const SDL_Event& event) {
             break;
         case SDL_TEXTINPUT:
         case SDL_TEXTEDITING:
+        case SDL_TEXTEDITING_EXT:
             handleText(event);
             break;
         case SDL_DROPFILE:
@@ -108,6 +113,7 @@ void SdlWindow::handle(const SDL_Event& event) {
         default:
             break;
     }
+    endComposition();
     // What is typed next may come before the next frame.
     _seat.followCaret();
 }
@@ -218,6 +224,7 @@ void SdlWindow::handleKey(const SDL_Event& event) {
     const std::string name = nameOfKey(event.key.keysym);
     if (name.empty()) return;
     if (isPressed) {
+        _settled.clear();
         _seat.pressKey(name, event.key.repeat != 0);
     } else {
         _seat.releaseKey(name);
@@ -225,17 +232,41 @@ void SdlWindow::handleKey(const SDL_Event& event) {
 }
 
 void SdlWindow::handleText(const SDL_Event& event) {
-    if (event.type == SDL_TEXTINPUT) {
-        _seat.insertText(event.text.text);
-        return;
+    switch (event.type) {
+        case SDL_TEXTEDITING:
+            return handleComposition(event.edit.text, event.edit.start, event.edit.length);
+        case SDL_TEXTEDITING_EXT:
+            handleComposition(event.editExt.text, event.editExt.start, event.editExt.length);
+            return SDL_free(event.editExt.text);
+        default:
+            break;
     }
+    _isComposing = false;
+    if (std::exchange(_settled, {}) != event.text.text) _seat.insertText(event.text.text);
+}
+
+// Counted in characters.
+void SdlWindow::handleComposition(std::string_view text, int start, int length) {
     const auto focused = _seat.focusedText();
+    if (!text.empty()) _settled.clear();
+    _isComposing = focused && !text.empty();
+    if (!focused || (text.empty() && !focused->markedRange())) return;
+    focused->setMarkedText(text, {byteAfter(text, start), byteAfter(text, start + length)});
+    const auto marked = focused->markedRange();
+    _composed = marked ? focused->text().substr(marked->begin, marked->length()) : std::string();
+}
+
+// A touch beside what is composed, or a key, has ended the composition: the input method has to
+// hear of it, or what it gives next would stand there twice.
+void SdlWindow::endComposition() {
+    if (!_isComposing) return;
+    const auto focused = _seat.focusedText();
+    if (focused && focused->markedRange()) return;
+    _isComposing = false;
+    _settled = std::exchange(_composed, {});
     if (!focused) return;
-    const std::string text = event.edit.text;
-    if (text.empty() && !focused->markedRange()) return;
-    const std::size_t begin = byteAfter(text, event.edit.start);
-    const std::size_t end = byteAfter(text, event.edit.start + event.edit.length);
-    focused->setMarkedText(text, {begin, end});
+    SDL_StopTextInput();
+    SDL_StartTextInput();
 }
 
 }  // namespace kalim

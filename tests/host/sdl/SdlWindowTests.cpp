@@ -149,6 +149,59 @@ TEST_F(SdlWindowTest, InputMethodsComposeInTheFocusedText) {
     EXPECT_EQ(SDL_IsTextInputActive(), SDL_FALSE);
 }
 
+// As an input method such as IBus gives it.
+TEST_F(SdlWindowTest, CompositionsAreCancelledEndedByATouchAndOfAnyLength) {
+    press(SDLK_t, SDL_SCANCODE_T);
+    touch(SDL_FINGERDOWN, 1, 150, 200);
+    touch(SDL_FINGERUP, 1, 150, 200);
+    const auto text = ui::TextView::focusedIn(window->window());
+    type(SDL_TEXTINPUT, "שלום ");
+    type(SDL_TEXTEDITING, "עול");
+    EXPECT_EQ(text->text(), "שלום עול");
+    const gfx::Rect caret = text->caretRect();
+    EXPECT_LT(caret.minX(), text->bounds().midX()) << "it goes on to the left";
+    type(SDL_TEXTEDITING, "");
+    EXPECT_EQ(text->text(), "שלום ");
+    EXPECT_FALSE(text->markedRange());
+
+    // A touch settles what is composed. Some input methods give it once more then, others go on.
+    const auto tap = [&](double share) {
+        const gfx::Rect field = text->convertRectTo(text->bounds(), nullptr);
+        const double x = field.minX() + share * field.size.width;
+        touch(SDL_FINGERDOWN, 1, x, field.midY());
+        touch(SDL_FINGERUP, 1, x, field.midY());
+    };
+    const struct {
+        double place;
+        const char* given;
+        const char* text;
+    } touches[] = {{0.01, "ni", "ni"}, {0.99, "hao", "nihao"}};
+    for (const auto& step : touches) {
+        text->setText("");
+        type(SDL_TEXTEDITING, "ni");
+        EXPECT_TRUE(text->markedRange());
+        tap(step.place);
+        EXPECT_FALSE(text->markedRange());
+        EXPECT_EQ(text->text(), "ni");
+        EXPECT_EQ(SDL_IsTextInputActive(), SDL_TRUE);
+        type(SDL_TEXTINPUT, step.given);
+        EXPECT_EQ(text->text(), step.text);
+    }
+
+    std::string sentence;
+    for (int i = 0; i < 30; ++i)
+        sentence += "字";
+    SDL_Event event{};
+    event.type = SDL_TEXTEDITING_EXT;
+    event.editExt.windowID = SDL_GetWindowID(sdl);
+    event.editExt.text = SDL_strdup(sentence.c_str());
+    event.editExt.start = 30;
+    window->handle(event);
+    EXPECT_EQ(text->text(), "nihao" + sentence);
+    type(SDL_TEXTEDITING, "");
+    EXPECT_EQ(text->text(), "nihao");
+}
+
 TEST_F(SdlWindowTest, KeysOfOtherLayoutsGoByTheirPlace) {
     press(static_cast<SDL_Keycode>(0x43A), SDL_SCANCODE_R);
     EXPECT_EQ(editor->currentPen(), 3U) << "Cyrillic";
