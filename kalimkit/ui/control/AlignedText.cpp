@@ -15,6 +15,10 @@ constexpr double unlimited = gfx::TextLayout::unlimited;
 // Points by which a text may exceed its room: a room that comes from sums is off by a rounding.
 constexpr double tolerance = 1e-3;
 
+// What follows it up to the end of the line runs from right to left, whatever a backend would make
+// of it.
+constexpr std::string_view isolate = "\u2067";
+
 gfx::Device& device() {
     return Environment::current().device();
 }
@@ -46,6 +50,7 @@ AlignedText::AlignedText(std::string_view text, const gfx::Font& font, gfx::Size
             _lines.emplace_back(text.substr(lines[i].begin, lines[i].end - lines[i].begin));
             _widths.push_back(lines[i].width);
         }
+        if (layout.isRightToLeft(lines[i].begin)) _lines.back().insert(0, isolate);
     }
 }
 

@@ -103,6 +103,12 @@ TEST_F(ButtonTest, LabelsAlignBreakAndCutTheirText) {
         // Two lines fit the height.
         {"ab cd ef", TextAlignment::Left, 0, {20, 31}, {"\"ab \" at=(0,13)", "\"cd…\" at=(0,24)"}},
         {"abcd", TextAlignment::Center, 1, {2, 20}, {"\"…\" at=(0,13)"}},
+        // Whatever a backend takes a paragraph of Hebrew for.
+        {"אב. ab",
+         TextAlignment::Left,
+         0,
+         {15, 31},
+         {"\"\u2067אב. \" at=(0,13)", "\"\u2067ab\" at=(0,24)"}},
     };
     for (const auto& each : cases) {
         const auto label = Label::initWithFrame({{}, each.size});
