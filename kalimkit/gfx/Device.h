@@ -56,12 +56,13 @@ public:
     void textsChanged() { ++_textRevision; }
 
     // ---- fonts that a host hands over
-    // Takes the bytes of a font file. An empty family means the families added, in their order,
-    // and what they lack is taken from the system font. Faces of one family are told apart by their
-    // weight and slant, and what a family lacks of these is made up from what it has; so that a
-    // text set in it is broken alike wherever the same fonts were added. Their lines are as high as
-    // the font says: ascent, descent and gap of its hhea table, or of OS/2 where that asks for it,
-    // nothing rounded. Texts laid out before keep their measures, so fonts come first.
+    // Takes the bytes of a TrueType or OpenType file, or of a collection. An empty family means the
+    // families added, in their order, and what they lack is taken from the system font. Faces of
+    // one family are told apart by their weight and slant, and what a family lacks of these is made
+    // up from what it has; so that a text set in it is broken alike wherever the same fonts were
+    // added. Their lines are as high as the font says: ascent, descent and gap of its hhea table,
+    // or of OS/2 where that asks for it, nothing rounded. Texts laid out before are measured anew
+    // with what is set of them next, but the boxes that they were given stay, so fonts come first.
     virtual AddedFont addFont(std::vector<std::uint8_t> file);
 
 private:

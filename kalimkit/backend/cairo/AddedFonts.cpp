@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 #include <span>
+#include <string_view>
+#include <utility>
 
 namespace kalim::gfx {
 
@@ -26,6 +28,12 @@ int makeFile(const std::vector<std::uint8_t>& bytes) {
         written += static_cast<std::size_t>(count);
     }
     return file;
+}
+
+bool isPacked(const std::vector<std::uint8_t>& file) {
+    const std::string_view head(reinterpret_cast<const char*>(file.data()),
+                                std::min<std::size_t>(file.size(), 4));
+    return head == "wOFF" || head == "wOF2";
 }
 
 // Empty for what is no font, or one that cannot be drawn at every size.
@@ -50,15 +58,22 @@ std::string ownName(std::string family) {
     return family + " (added)";
 }
 
-void rename(FcFontSet* fonts, const std::string& path, const std::string& name) {
+// Gives the faces of a file names of their own; these, each once, in the order of the faces.
+std::vector<std::string> rename(FcFontSet* fonts, const std::string& path) {
+    std::vector<std::string> names;
     for (FcPattern* const font : std::span(fonts->fonts, static_cast<std::size_t>(fonts->nfont))) {
         FcChar8* file = nullptr;
+        FcChar8* family = nullptr;
         const bool isOfFile = FcPatternGetString(font, FC_FILE, 0, &file) == FcResultMatch &&
-                              path == reinterpret_cast<const char*>(file);
+                              path == reinterpret_cast<const char*>(file) &&
+                              FcPatternGetString(font, FC_FAMILY, 0, &family) == FcResultMatch;
         if (!isOfFile) continue;
+        const std::string name = ownName(reinterpret_cast<const char*>(family));
         FcPatternDel(font, FC_FAMILY);
         FcPatternAddString(font, FC_FAMILY, reinterpret_cast<const FcChar8*>(name.c_str()));
+        if (std::ranges::find(names, name) == names.end()) names.push_back(name);
     }
+    return names;
 }
 
 }  // namespace
@@ -69,6 +84,7 @@ AddedFonts::~AddedFonts() {
 }
 
 AddedFont AddedFonts::add(const std::vector<std::uint8_t>& file) {
+    if (isPacked(file)) return {{}, "this is a WOFF file; only TrueType and OpenType are read"};
     const int number = makeFile(file);
     if (number < 0)
         return {{}, std::string("there is no room for a font: ") + std::strerror(errno)};
@@ -83,9 +99,10 @@ AddedFont AddedFonts::add(const std::vector<std::uint8_t>& file) {
         return {{}, "this is no font that can be read and drawn at every size"};
     }
     _files.push_back(number);
-    const std::string name = ownName(family);
-    rename(FcConfigGetFonts(_config.get(), FcSetApplication), path, name);
-    if (std::ranges::find(_families, name) == _families.end()) _families.push_back(name);
+    for (std::string& name : rename(FcConfigGetFonts(_config.get(), FcSetApplication), path)) {
+        if (std::ranges::find(_families, name) == _families.end())
+            _families.push_back(std::move(name));
+    }
     return {family, {}};
 }
 

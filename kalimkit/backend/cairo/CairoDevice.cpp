@@ -74,7 +74,9 @@ TextDirections CairoDevice::directions(std::string_view paragraph, BaseDirection
 }
 
 AddedFont CairoDevice::addFont(std::vector<std::uint8_t> file) {
-    return _resources->text().addFont(file);
+    AddedFont added = _resources->text().addFont(file);
+    if (added) textsChanged();
+    return added;
 }
 
 const std::uint8_t* CairoDevice::pixels(const Surface& surface) {

@@ -3,6 +3,8 @@
 
 const kinds = new Set([0x00010000, 0x74727565, 0x4f54544f]);
 const collection = 0x74746366;
+// WOFF, of either version.
+const packed = new Set([0x774f4646, 0x774f4632]);
 const usualWeight = 400;
 const boldWeight = 700;
 const typographicMetrics = 0x80;
@@ -83,11 +85,21 @@ function familyOf(view, at) {
   return names.sort(([a], [b]) => a - b)[0]?.[1];
 }
 
+// The lightest and the boldest weight of a font that has all between them; null where it has one alone.
+function weightsOf(view, at) {
+  const axes = at + view.getUint16(at + 4);
+  for (let i = 0; i < view.getUint16(at + 8); ++i) {
+    const axis = axes + i * view.getUint16(at + 10);
+    if (tagOf(view, axis) === 'wght') return [view.getInt32(axis + 4) / 65536, view.getInt32(axis + 12) / 65536];
+  }
+  return null;
+}
+
 // What its tables say; lengths are parts of the font's size.
 function readFace(bytes) {
   const view = new DataView(bytes.buffer, bytes.byteOffset, bytes.byteLength);
   const tables = tablesOf(view, 0);
-  const [name, head, hhea, os2] = ['name', 'head', 'hhea', 'OS/2'].map((tag) => tables.get(tag)?.[0]);
+  const [name, head, hhea, os2, fvar] = ['name', 'head', 'hhea', 'OS/2', 'fvar'].map((tag) => tables.get(tag)?.[0]);
   const family = familyOf(view, name);
   const unit = view.getUint16(head + 18);
   const [place, from] = os2 && view.getUint16(os2 + 62) & typographicMetrics ? [os2, 68] : [hhea, 4];
@@ -95,7 +107,7 @@ function readFace(bytes) {
   return {
     family,
     isColored: colored.some((tag) => tables.has(tag)),
-    weight: os2 ? view.getUint16(os2 + 4) : usualWeight,
+    weights: (fvar && weightsOf(view, fvar)) ?? Array(2).fill(os2 ? view.getUint16(os2 + 4) : usualWeight),
     isItalic: Boolean(os2 && view.getUint16(os2 + 62) & italicBit),
     metrics: [ascent, -descent, leading].map((length) => Math.max(length, 0)),
   };
@@ -117,7 +129,9 @@ export class Fonts {
   // Ascent, descent and gap of a font's lines, parts of its size; null where it is none that was added.
   metricsOf(family, isBold, isItalic) {
     const wanted = family || this.#faces[0]?.family;
-    const distance = (face) => Math.abs(face.weight - (isBold ? boldWeight : usualWeight)) + (face.isItalic === isItalic ? 0 : 2000);
+    const weight = isBold ? boldWeight : usualWeight;
+    const distance = ({ weights: [least, most], isItalic: isSlanted }) =>
+      Math.max(least - weight, weight - most, 0) + (isSlanted === isItalic ? 0 : 2000);
     const faces = this.#faces.filter((face) => face.family === wanted);
     return faces.sort((a, b) => distance(a) - distance(b))[0]?.metrics ?? null;
   }
@@ -125,6 +139,9 @@ export class Fonts {
   // Takes the bytes of a file; the family's name. Rejects with what is wrong with it.
   async add(bytes) {
     let faces;
+    if (bytes.byteLength > 3 && packed.has(new DataView(bytes.buffer, bytes.byteOffset).getUint32(0))) {
+      throw new TypeError('this is a WOFF file; only TrueType and OpenType are read');
+    }
     try {
       faces = facesOf(bytes).map((one) => ({ bytes: one, ...readFace(one) }));
     } catch (error) {
@@ -133,16 +150,16 @@ export class Fonts {
     for (const face of faces) {
       face.name = this.#nameOf(face.family);
       face.loaded = new FontFace(face.name, face.bytes, {
-        weight: String(face.weight),
+        weight: [...new Set(face.weights)].join(' '),
         style: face.isItalic ? 'italic' : 'normal',
         unicodeRange: face.isColored ? 'U+0-10FFFF' : rangeWithoutPictures(),
       });
     }
     await Promise.all(faces.map(({ loaded }) => loaded.load()));
     if (this.#isDropped) return faces[0].family;
-    for (const { loaded, family, name, weight, isItalic, metrics } of faces) {
+    for (const { loaded, family, name, weights, isItalic, metrics } of faces) {
       document.fonts.add(loaded);
-      this.#faces.push({ loaded, family, name, weight, isItalic, metrics });
+      this.#faces.push({ loaded, family, name, weights, isItalic, metrics });
     }
     return faces[0].family;
   }
