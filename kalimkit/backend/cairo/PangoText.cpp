@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace kalim::gfx {
 
@@ -78,11 +79,15 @@ std::shared_ptr<const ShapedText> PangoText::shape(std::string_view text, const 
     std::string key = keyOf(font) + '\n';
     key += text;
     if (const auto found = _shaped.find(key); found != _shaped.end()) return found->second;
-    if (_shaped.size() >= shapedKept) _shaped.clear();
-    auto shaped = std::make_shared<const ShapedText>(_context.get(), describe(font).get(), text,
-                                                     !_added.isEmpty());
-    _shaped.emplace(std::move(key), shaped);
-    return shaped;
+    // What is asked for again and again outlives what was asked for once.
+    if (_shaped.size() >= shapedKept) _shapedBefore = std::exchange(_shaped, {});
+    auto known = _shapedBefore.extract(key);
+    if (!known) {
+        auto shaped = std::make_shared<const ShapedText>(_context.get(), describe(font).get(), text,
+                                                         !_added.isEmpty());
+        return _shaped.emplace(std::move(key), std::move(shaped)).first->second;
+    }
+    return _shaped.insert(std::move(known)).position->second;
 }
 
 LineMetrics PangoText::lineMetrics(const Font& font) {
@@ -104,21 +109,11 @@ LineMetrics PangoText::lineMetrics(const Font& font) {
     return result;
 }
 
-void PangoText::divide(std::string_view text) {
-    if (!_attributes.empty() && text == _divided) return;
-    MendedText mended(text);
-    _divided = text;
-    _offsets = std::move(mended.offsets);
-    _attributes.assign(_offsets.size() + 1, PangoLogAttr());
-    pango_get_log_attrs(mended.utf8.data(), static_cast<int>(mended.utf8.size()), -1, _language,
-                        _attributes.data(), static_cast<int>(_attributes.size()));
-}
-
 std::vector<std::size_t> PangoText::boundaries(std::string_view text, TextBoundary kind) {
-    divide(text);
+    _division.divide(text, _language);
     std::vector<std::size_t> result{0};
-    for (std::size_t i = 1; i < _offsets.size(); ++i) {
-        if (divides(_attributes[i], kind)) result.push_back(_offsets[i]);
+    for (std::size_t i = 1; i < _division.offsets().size(); ++i) {
+        if (divides(_division.attributes()[i], kind)) result.push_back(_division.offsets()[i]);
     }
     if (!text.empty()) result.push_back(text.size());
     return result;
@@ -132,6 +127,7 @@ AddedFont PangoText::addFont(const std::vector<std::uint8_t>& file) {
     isFirst ? pango_fc_font_map_set_config(map, _added.config())
             : pango_fc_font_map_config_changed(map);
     _shaped.clear();
+    _shapedBefore.clear();
     _metrics.clear();
     return added;
 }

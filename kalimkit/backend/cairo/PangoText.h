@@ -10,6 +10,7 @@
 
 #include "kalimkit/backend/cairo/AddedFonts.h"
 #include "kalimkit/backend/cairo/ShapedText.h"
+#include "kalimkit/backend/cairo/TextDivision.h"
 #include "kalimkit/gfx/Device.h"
 
 namespace kalim::gfx {
@@ -34,7 +35,6 @@ private:
     };
     using Description = std::unique_ptr<PangoFontDescription, DescriptionRelease>;
 
-    void divide(std::string_view text);
     Description describe(const Font& font) const;
 
     // Outlives the font map, which reads its files.
@@ -43,13 +43,12 @@ private:
     std::unique_ptr<PangoContext, GObjectRelease> _context;
     PangoLanguage* _language;
     std::string _systemFamily;
+    // What was asked for since as much as is kept had been, and before.
     std::unordered_map<std::string, std::shared_ptr<const ShapedText>> _shaped;
+    std::unordered_map<std::string, std::shared_ptr<const ShapedText>> _shapedBefore;
     std::unordered_map<std::string, LineMetrics> _metrics;
-    // The text divided last, which is asked about in several ways, its code points' offsets, and
-    // what may be done before each of them.
-    std::string _divided;
-    std::vector<std::size_t> _offsets;
-    std::vector<PangoLogAttr> _attributes;
+    // Of the text that was asked about last, which is asked about in several ways.
+    TextDivision _division;
 };
 
 }  // namespace kalim::gfx

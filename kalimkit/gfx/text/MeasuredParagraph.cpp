@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "kalimkit/gfx/text/DirectedRun.h"
 
@@ -12,12 +13,23 @@ namespace {
 // Long paragraphs are shaped in pieces of about this many bytes, so that no backend's shaping of
 // one long run sets the pace.
 constexpr std::size_t pieceLength = 1024;
+// One of so many places where a line could be broken ends a piece that is long enough.
+constexpr std::uint32_t placesPerPiece = 16;
 // Points by which a line may exceed its limit: a limit that comes from a width and an inset is off
 // by a rounding.
 constexpr double tolerance = 1e-3;
 // Distance of tab stops in font sizes.
 constexpr double tabSizes = 2;
 constexpr std::string_view ideographicSpace = "\u3000";
+
+// By the sixteen bytes before it (FNV), so that pieces behind a change end where they did, and what
+// is known of them is still good.
+bool endsPiece(const char* end) {
+    std::uint32_t sum = 0;
+    for (const char* at = end - 16; at < end; ++at)
+        sum = (sum ^ static_cast<unsigned char>(*at)) * 16777619U;
+    return (sum >> 16U) % placesPerPiece == 0;
+}
 
 }  // namespace
 
@@ -51,7 +63,7 @@ void MeasuredParagraph::measure(Device& device, std::string_view text, const Fon
                               isTab || grapheme == " " || grapheme == ideographicSpace, isTab});
     }
     for (std::size_t first = 0; first < _graphemes.size();) {
-        const std::size_t last = endOfPiece(first);
+        const std::size_t last = endOfPiece(text, first);
         measurePiece(device, text, font, first, last);
         first = last;
     }
@@ -65,13 +77,15 @@ bool MeasuredParagraph::turnsBefore(std::size_t grapheme) const {
 
 // A tab is a piece of its own; other pieces end before a tab, where the direction changes or, from
 // some length on, where a line could be broken.
-std::size_t MeasuredParagraph::endOfPiece(std::size_t first) const {
+std::size_t MeasuredParagraph::endOfPiece(std::string_view text, std::size_t first) const {
     if (_graphemes[first].isTab) return first + 1;
     std::size_t last = first + 1;
     for (; last < _graphemes.size() && !_graphemes[last].isTab && !turnsBefore(last); ++last) {
         const std::size_t length = _graphemes[last].offset - _graphemes[first].offset;
-        const bool isLong = length >= pieceLength && _graphemes[last].mayBreakBefore;
-        if (isLong || length >= 4 * pieceLength) break;
+        if (length < pieceLength) continue;
+        if (length >= 4 * pieceLength) break;
+        if (!_graphemes[last].mayBreakBefore) continue;
+        if (length >= 2 * pieceLength || endsPiece(text.data() + _graphemes[last].offset)) break;
     }
     return last;
 }

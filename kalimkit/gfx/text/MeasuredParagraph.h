@@ -49,7 +49,7 @@ private:
     bool turnsBefore(std::size_t grapheme) const;
     void measurePiece(Device& device, std::string_view text, const Font& font, std::size_t first,
                       std::size_t last);
-    std::size_t endOfPiece(std::size_t first) const;
+    std::size_t endOfPiece(std::string_view text, std::size_t first) const;
     std::size_t endOfLine(std::size_t first, double widthLimit) const;
     double widthOf(std::size_t first, std::size_t last, double widthLimit) const;
 

@@ -5,9 +5,14 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <vector>
 
+#include "kalimkit/backend/cairo/AddedFonts.h"
 #include "kalimkit/backend/cairo/CairoDevice.h"
+#include "kalimkit/backend/cairo/PangoText.h"
+#include "kalimkit/backend/cairo/TextDivision.h"
+#include "kalimkit/gfx/text/TextLayout.h"
 #include "tests/backend/device/Canvas.h"
 #include "tests/support/RecordingDevice.h"
 
@@ -143,6 +148,72 @@ TEST(CairoDevice, AddedFontsSetTextsByTheirOwnUnits) {
     EXPECT_NEAR(0, metrics.leading, 0.01);
     // What it lacks comes from the system's font.
     EXPECT_NEAR(20.48, device->advances("漢", font)[0], 0.01);
+    EXPECT_EQ("this is a WOFF file; only TrueType and OpenType are read",
+              device->addFont({'w', 'O', 'F', '2', 0}).problem);
+}
+
+TEST(CairoDevice, TextsAreMeasuredAnewOnceAFontIsAdded) {
+    const std::shared_ptr<CairoDevice> device = CairoDevice::make();
+    const Font font{.family = "", .size = 20.48};
+    TextLayout layout(*device, "iMwH", font);
+    ASSERT_EQ("",
+              device->addFont(bytesOf("/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf")).problem);
+    layout.setFont(font);
+    EXPECT_NEAR(62.91, layout.size().width, 0.05);
+}
+
+TEST(PangoText, WhatIsAskedForAgainAndAgainIsShapedOnce) {
+    PangoText texts;
+    const Font font{.family = "", .size = 12};
+    const auto shaped = texts.shape("again", font);
+    for (int i = 0; i < 600; ++i) {
+        texts.shape(std::to_string(i), font);
+        EXPECT_EQ(texts.shape("again", font), shaped) << i;
+    }
+}
+
+// Whatever is changed of a text, and wherever.
+TEST(TextDivision, AChangedTextIsDividedAsAnewOne) {
+    const std::string pieces[] = {"word ", "a b ",   "字漢字", "。 ",
+                                  "(x) ",  "สวัสดี",   "अक्षत ",  "e\u0301",
+                                  "אב ",   "12.5",   "“q” ",   "👩‍👩‍👧",
+                                  "🇫🇷🇯🇵",  "\u200D", "\xFF",   "한글 "};
+    unsigned noise = 5;
+    const auto next = [&noise](std::size_t below) {
+        noise = noise * 1664525U + 1013904223U;
+        return (noise >> 8U) % below;
+    };
+    std::string text;
+    while (text.size() < 9000)
+        text += pieces[next(std::size(pieces))];
+    PangoLanguage* const language = pango_language_from_string("zh-cn");
+    TextDivision division;
+    for (int i = 0; i < 150; ++i) {
+        division.divide(text, language);
+        TextDivision anew;
+        anew.divide(text, language);
+        ASSERT_EQ(division.offsets(), anew.offsets()) << i;
+        for (std::size_t k = 0; k < anew.attributes().size(); ++k) {
+            const PangoLogAttr& found = division.attributes()[k];
+            const PangoLogAttr& wanted = anew.attributes()[k];
+            const bool isSame = found.is_cursor_position == wanted.is_cursor_position &&
+                                found.is_line_break == wanted.is_line_break &&
+                                found.is_word_start == wanted.is_word_start &&
+                                found.is_word_end == wanted.is_word_end;
+            ASSERT_TRUE(isSame) << i << " " << k;
+        }
+        const std::size_t at = i % 10 == 9 ? text.size() - 1 - next(20) : next(text.size());
+        text.replace(at, next(3) == 0 ? next(30) : 0, pieces[next(std::size(pieces))]);
+    }
+}
+
+TEST(AddedFonts, EachFaceOfACollectionIsOfItsOwnFamily) {
+    AddedFonts fonts;
+    ASSERT_EQ("", fonts.add(bytesOf("/usr/share/fonts/truetype/wqy/wqy-microhei.ttc")).problem);
+    EXPECT_EQ((std::vector<std::string>{"WenQuanYi Micro Hei (added)",
+                                        "WenQuanYi Micro Hei Mono (added)"}),
+              fonts.families());
+    EXPECT_EQ("WenQuanYi Micro Hei Mono (added)", fonts.named("WenQuanYi Micro Hei Mono"));
 }
 
 }  // namespace
