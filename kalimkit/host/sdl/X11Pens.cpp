@@ -36,7 +36,8 @@ struct XInput {
         find(x, "XNextEvent", next);
         find(x, "XGetEventData", getData);
         find(x, "XFreeEventData", freeData);
-        find(x, "XFlush", flush);
+        find(x, "XSync", sync);
+        find(x, "XSetErrorHandler", setErrorHandler);
         find(input, "XIQueryVersion", queryVersion);
         find(input, "XIQueryDevice", queryDevice);
         find(input, "XIFreeDeviceInfo", freeDevices);
@@ -53,7 +54,8 @@ struct XInput {
     decltype(&XNextEvent) next = nullptr;
     decltype(&XGetEventData) getData = nullptr;
     decltype(&XFreeEventData) freeData = nullptr;
-    decltype(&XFlush) flush = nullptr;
+    decltype(&XSync) sync = nullptr;
+    decltype(&XSetErrorHandler) setErrorHandler = nullptr;
     decltype(&XIQueryVersion) queryVersion = nullptr;
     decltype(&XIQueryDevice) queryDevice = nullptr;
     decltype(&XIFreeDeviceInfo) freeDevices = nullptr;
@@ -73,6 +75,25 @@ const XInput& xInput() {
     static const XInput input;
     return input;
 }
+
+// While it lives, what the server refuses does not end the program, as it does otherwise: a tablet
+// that is listed may be unplugged by the time that it is listened to.
+class Leniency {
+public:
+    explicit Leniency(Display* display)
+        : _display(display),
+          _before(xInput().setErrorHandler([](Display*, XErrorEvent*) { return 0; })) {}
+    ~Leniency() {
+        xInput().sync(_display, False);
+        xInput().setErrorHandler(_before);
+    }
+    Leniency(const Leniency&) = delete;
+    Leniency& operator=(const Leniency&) = delete;
+
+private:
+    Display* _display;
+    XErrorHandler _before;
+};
 
 class X11Pens : public Pens {
 public:
@@ -125,6 +146,7 @@ private:
     }
 
     void findPens() {
+        const Leniency leniency(_display);
         _pens.clear();
         _isDown = false;
         int count = 0;
@@ -137,7 +159,6 @@ private:
             listenTo(devices[i].deviceid);
         }
         xInput().freeDevices(devices);
-        xInput().flush(_display);
     }
 
     // Touch screens may measure a pressure, too, and are no pens: they tell of touches themselves.
