@@ -27,7 +27,13 @@ std::shared_ptr<DeskPens> DeskPens::make(const std::vector<unsigned>& pens,
     const std::shared_ptr<DeskPens> bar(new DeskPens);
     bar->begin("画笔");
     bar->_scroll = ui::ScrollView::initWithFrame({});
+    bar->_scroll->setDelegate(std::static_pointer_cast<DeskPens>(bar->shared_from_this()));
     bar->addSubview(bar->_scroll);
+    for (const bool isAtEnd : {false, true}) {
+        bar->_marks.push_back(
+            DeskScrollMark::make(bar->_scroll, DeskScrollMark::Way::Down, isAtEnd));
+        bar->addSubview(bar->_marks.back());
+    }
     for (const unsigned number : pens) {
         if (const Pen* const pen = penNumbered(number)) bar->addPen(*pen, chosen);
     }
@@ -66,7 +72,14 @@ std::vector<EditorShell::Named> DeskPens::views() const {
     std::vector<EditorShell::Named> all;
     for (const Entry& entry : _buttons)
         all.push_back({entry.name, entry.button});
+    all.push_back({"back", _marks.front()});
+    all.push_back({"more", _marks.back()});
     return all;
+}
+
+void DeskPens::scrollViewDidScroll(ui::ScrollView& /*view*/) {
+    for (const auto& mark : _marks)
+        mark->follow();
 }
 
 void DeskPens::layoutSubviews() {
@@ -85,6 +98,8 @@ void DeskPens::layoutSubviews() {
     const ui::ScrollRange range = _scroll->verticalRange();
     const double offset = std::clamp(_scroll->contentOffset().y, range.least, range.most);
     if (offset != _scroll->contentOffset().y) _scroll->setContentOffset({0, offset});
+    for (const auto& mark : _marks)
+        mark->follow();
 }
 
 }  // namespace kalim

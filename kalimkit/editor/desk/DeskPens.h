@@ -9,6 +9,7 @@
 
 #include "kalimkit/editor/desk/DeskBar.h"
 #include "kalimkit/editor/desk/DeskLayout.h"
+#include "kalimkit/editor/desk/DeskScrollMark.h"
 #include "kalimkit/theme/Pens.h"
 #include "kalimkit/ui/control/ScrollView.h"
 
@@ -16,7 +17,7 @@ namespace kalim {
 
 // The desk's bar of pens, at the left: each a button, in one column or two, which scroll where even
 // those have no room.
-class DeskPens : public DeskBar {
+class DeskPens : public DeskBar, public ui::ScrollViewDelegate {
 public:
     using Chosen = std::function<void(unsigned pen)>;
     static std::shared_ptr<DeskPens> make(const std::vector<unsigned>& pens,
@@ -26,6 +27,8 @@ public:
     void setColumns(std::size_t columns);
     // Which of them is in hand.
     void showPen(unsigned pen);
+
+    void scrollViewDidScroll(ui::ScrollView& view) override;
 
 protected:
     void layoutSubviews() override;
@@ -43,6 +46,7 @@ private:
     void addPen(const Pen& pen, const Chosen& chosen);
 
     std::shared_ptr<ui::ScrollView> _scroll;
+    std::vector<std::shared_ptr<DeskScrollMark>> _marks;
     std::vector<Entry> _buttons;
     std::size_t _columns = 1;
 };

@@ -1,7 +1,5 @@
 #include "kalimkit/editor/desk/DeskScrollMark.h"
 
-#include <algorithm>
-
 #include "kalimkit/gfx/Context.h"
 #include "kalimkit/theme/Palette.h"
 
@@ -19,8 +17,8 @@ constexpr double scrolledShare = 0.8;
 }  // namespace
 
 std::shared_ptr<DeskScrollMark> DeskScrollMark::make(const std::shared_ptr<ui::ScrollView>& scroll,
-                                                     bool isAtEnd) {
-    const std::shared_ptr<DeskScrollMark> mark(new DeskScrollMark(isAtEnd));
+                                                     Way way, bool isAtEnd) {
+    const std::shared_ptr<DeskScrollMark> mark(new DeskScrollMark(way, isAtEnd));
     mark->init({});
     mark->_scroll = scroll;
     // Everything in the bar is told anyway, in sight or not.
@@ -30,48 +28,61 @@ std::shared_ptr<DeskScrollMark> DeskScrollMark::make(const std::shared_ptr<ui::S
     return mark;
 }
 
+ui::ScrollRange DeskScrollMark::range(const ui::ScrollView& scroll) const {
+    return _way == Way::Down ? scroll.verticalRange() : scroll.horizontalRange();
+}
+
 void DeskScrollMark::follow() {
     const auto scroll = _scroll.lock();
     if (!scroll) return;
-    const double offset = scroll->contentOffset().x;
-    const ui::ScrollRange range = scroll->horizontalRange();
-    setHidden(_isAtEnd ? offset >= range.most - 1 : offset <= range.least + 1);
-    const gfx::Rect seen = scroll->frame();
-    setFrame({_isAtEnd ? seen.maxX() - width : seen.minX(), seen.minY(), width, seen.size.height});
+    const bool isDown = _way == Way::Down;
+    const double offset = isDown ? scroll->contentOffset().y : scroll->contentOffset().x;
+    const ui::ScrollRange all = range(*scroll);
+    setHidden(_isAtEnd ? offset >= all.most - 1 : offset <= all.least + 1);
+    gfx::Rect end = scroll->frame();
+    if (_isAtEnd)
+        end.origin = {isDown ? end.minX() : end.maxX() - length,
+                      isDown ? end.maxY() - length : end.minY()};
+    (isDown ? end.size.height : end.size.width) = length;
+    setFrame(end);
 }
 
 void DeskScrollMark::scroll() const {
     const auto scroll = _scroll.lock();
     if (!scroll) return;
-    const double way = scrolledShare * scroll->bounds().size.width;
-    const ui::ScrollRange range = scroll->horizontalRange();
-    const double offset = scroll->contentOffset().x + (_isAtEnd ? way : -way);
-    scroll->setContentOffset({range.clamped(offset), 0}, true);
+    const bool isDown = _way == Way::Down;
+    const gfx::Size seen = scroll->bounds().size;
+    const double way = scrolledShare * (isDown ? seen.height : seen.width) * (_isAtEnd ? 1 : -1);
+    const gfx::Point from = scroll->contentOffset();
+    const double offset = range(*scroll).clamped((isDown ? from.y : from.x) + way);
+    scroll->setContentOffset(isDown ? gfx::Point{0, offset} : gfx::Point{offset, 0}, true);
 }
 
 void DeskScrollMark::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {
     const Palette palette = Palette::current();
-    const gfx::Rect all = bounds();
-    // From the middle of the bar outwards.
-    const auto placeOf = [&](double distance) {
-        return _isAtEnd ? all.minX() + distance : all.maxX() - distance;
+    const bool isDown = _way == Way::Down;
+    const gfx::Size size = bounds().size;
+    const double breadth = isDown ? size.width : size.height;
+    // From the middle of the bar outwards, and from its side inwards.
+    const auto placeOf = [&](double distance, double aside) {
+        const double along = _isAtEnd ? distance : length - distance;
+        return isDown ? gfx::Point{aside, along} : gfx::Point{along, aside};
     };
     const auto fill = [&](double from, double to, double alpha) {
         context.setFillColor(palette.bar.withAlpha(alpha));
-        const double left = std::min(placeOf(from), placeOf(to));
-        context.fillRect({left, all.minY(), to - from, all.size.height});
+        context.fillRect(gfx::Rect::spanning(placeOf(from, 0), placeOf(to, breadth)));
     };
     for (double from = 0; from < fadeWidth; from += fadeStep)
         fill(from, from + fadeStep, (from + fadeStep / 2) / fadeWidth);
-    fill(fadeWidth, all.size.width, 1);
-    const double base = placeOf((fadeWidth + all.size.width - arrowSize.width) / 2);
-    const double tip = base + (_isAtEnd ? arrowSize.width : -arrowSize.width);
+    fill(fadeWidth, length, 1);
+    const double base = (fadeWidth + length - arrowSize.width) / 2;
+    const double half = arrowSize.height / 2;
     context.setStrokeColor(isHighlighted() ? palette.accent : palette.text);
     context.setLineWidth(1.75);
     context.beginPath();
-    context.moveTo({base, all.midY() - arrowSize.height / 2});
-    context.lineTo({tip, all.midY()});
-    context.lineTo({base, all.midY() + arrowSize.height / 2});
+    context.moveTo(placeOf(base, breadth / 2 - half));
+    context.lineTo(placeOf(base + arrowSize.width, breadth / 2));
+    context.lineTo(placeOf(base, breadth / 2 + half));
     context.stroke();
 }
 

@@ -11,24 +11,29 @@ namespace kalim {
 // when it is pressed.
 class DeskScrollMark : public ui::Control {
 public:
-    // Points.
-    static constexpr double width = 34;
+    enum class Way { Sideways, Down };
 
-    // The bar's view that scrolls sideways owns neither.
+    // Along the bar, points.
+    static constexpr double length = 34;
+
+    // The bar's view that scrolls that way owns neither.
     static std::shared_ptr<DeskScrollMark> make(const std::shared_ptr<ui::ScrollView>& scroll,
-                                                bool isAtEnd);
+                                                Way way, bool isAtEnd);
 
     // Shown at its end of the view where there is more, else hidden.
     void follow();
 
 protected:
-    explicit DeskScrollMark(bool isAtEnd) : _isAtEnd(isAtEnd) {}
+    DeskScrollMark(Way way, bool isAtEnd) : _way(way), _isAtEnd(isAtEnd) {}
     void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
 
 private:
     void scroll() const;
 
+    ui::ScrollRange range(const ui::ScrollView& scroll) const;
+
     std::weak_ptr<ui::ScrollView> _scroll;
+    Way _way;
     bool _isAtEnd;
 };
 

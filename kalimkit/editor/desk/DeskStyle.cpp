@@ -42,7 +42,8 @@ std::shared_ptr<DeskStyle> DeskStyle::make(TesselViewController& editor, EditorR
     bar->_scroll->setDelegate(std::static_pointer_cast<DeskStyle>(bar->shared_from_this()));
     bar->addSubview(bar->_scroll);
     for (const bool isAtEnd : {false, true}) {
-        bar->_marks.push_back(DeskScrollMark::make(bar->_scroll, isAtEnd));
+        bar->_marks.push_back(
+            DeskScrollMark::make(bar->_scroll, DeskScrollMark::Way::Sideways, isAtEnd));
         bar->addSubview(bar->_marks.back());
     }
     bar->addColors();
