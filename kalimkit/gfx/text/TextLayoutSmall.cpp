@@ -49,10 +49,15 @@ void TextLayout::drawWordsAsBars(Context& context, Point topLeft, std::size_t li
         addBar(0, place.width);
     } else if (isMixed(line)) {
         const LineOrder order = orderOf(line);
+        double start = order.spanOf(order.seen().front()).left;
+        double end = start;
         for (const std::size_t grapheme : order.seen()) {
-            const LineOrder::Span& span = order.spanOf(grapheme);
-            if (!measured.graphemes()[grapheme].isSpace) addBar(span.left, span.right);
+            end = order.spanOf(grapheme).right;
+            if (!measured.graphemes()[grapheme].isSpace) continue;
+            addBar(start, order.spanOf(grapheme).left);
+            start = end;
         }
+        addBar(start, end);
     } else {
         double start = 0;
         double x = 0;

@@ -50,6 +50,8 @@ export class Typing {
   #composition = null;
   // The area changes by what is done here.
   #isOwnWork = false;
+  // What is to be selected in the end, or nothing yet, while the library is told what has been typed.
+  #awaited = null;
 
   // target: insert(text), replace(kept, lost, text) for a text behind what is kept in the place of
   // what is lost, select(kept, lost), compose(text), press(key, isRepeated), which answers whether the
@@ -150,7 +152,21 @@ export class Typing {
     this.#isOwnWork = false;
   }
 
+  // On the way the library selects what is replaced: to show that in a long text would take as long as laying it
+  // out, and the end is most often what the area shows already.
+  #replace(...change) {
+    this.#awaited = [];
+    this.#target.replace(...change);
+    const selection = this.#awaited;
+    this.#awaited = null;
+    if (selection.length) this.#mirror(...selection);
+  }
+
   #mirror(begin, end) {
+    if (this.#awaited) {
+      this.#awaited = [begin, end];
+      return;
+    }
     if (this.#area.value !== this.#text) this.#area.value = this.#text;
     this.#area.setSelectionRange(begin, end);
   }
@@ -179,7 +195,7 @@ export class Typing {
     if (begin === end && !text) return;
     // Firefox may deliver the halves of a character one by one.
     if (endsInHalf.test(text)) return;
-    this.#target.replace(before.slice(0, begin), before.slice(begin, end), text);
+    this.#replace(before.slice(0, begin), before.slice(begin, end), text);
   }
 
   #compose() {
