@@ -117,4 +117,27 @@ TEST(Mirroring, TurnsTheShellRoundAndNeitherThePictureNorTheDrawings) {
     }
 }
 
+// What it scrolls over shows through but for its outer half, where the arrow is.
+TEST(Mirroring, TurnsTheMarksOfABarThatScrolls) {
+    constexpr gfx::Size size{520, 400};
+    const Screen left("en", SeatLayout::Desk, size);
+    const Screen right("he", SeatLayout::Desk, size);
+    const auto markOf = [](const Screen& screen) {
+        for (const auto& [path, view] : screen.seat->editor()->shell()->namedViews())
+            if (path == "desk.style.more") return placeOf(*view);
+        return gfx::Rect();
+    };
+    const gfx::Rect mark = markOf(left);
+    ASSERT_FALSE(mark.isEmpty());
+    for (int x = 1; x < mark.size.width / 3; ++x) {
+        for (int y = 0; y < mark.size.height; ++y) {
+            const int row = static_cast<int>(mark.minY()) + y;
+            const gfx::Color one = left.pixels->colorAt(static_cast<int>(mark.maxX()) - x, row);
+            const gfx::Color other =
+                right.pixels->colorAt(static_cast<int>(markOf(right).minX()) + x - 1, row);
+            ASSERT_NEAR(one.red, other.red, 0.05) << x << " " << y;
+        }
+    }
+}
+
 }  // namespace kalim::test

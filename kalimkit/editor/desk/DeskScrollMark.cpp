@@ -64,8 +64,9 @@ void DeskScrollMark::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/)
     const gfx::Size size = bounds().size;
     const double breadth = isDown ? size.width : size.height;
     // From the middle of the bar outwards, and from its side inwards.
+    const bool goesOn = _isAtEnd != (!isDown && isMirrored());
     const auto placeOf = [&](double distance, double aside) {
-        const double along = _isAtEnd ? distance : length - distance;
+        const double along = goesOn ? distance : length - distance;
         return isDown ? gfx::Point{aside, along} : gfx::Point{along, aside};
     };
     const auto fill = [&](double from, double to, double alpha) {
