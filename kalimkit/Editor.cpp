@@ -1,6 +1,5 @@
 #include "kalimkit/Editor.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <deque>
@@ -8,13 +7,10 @@
 #include <utility>
 
 #include "kalimkit/backend/cairo/CairoDevice.h"
-#include "kalimkit/codec/Decode.h"
-#include "kalimkit/codec/Encode.h"
 #include "kalimkit/host/seat/CatalogueEnvironment.h"
 #include "kalimkit/host/seat/EditorSeat.h"
 #include "kalimkit/host/seat/EnvironmentScope.h"
 #include "kalimkit/host/seat/MemoryGuard.h"
-#include "kalimkit/image/UprightBitmap.h"
 #include "kalimkit/ui/loop/FlagScope.h"
 
 namespace kalim {
@@ -38,11 +34,16 @@ public:
     void setClipboardText(const std::string& text) override {
         _putText ? _putText(text) : void(_text = text);
     }
+    void announce(const std::string& text) override {
+        if (announced) announced(text);
+    }
     void setClipboard(std::function<void(const std::string&)> put,
                       std::function<std::string()> get) {
         _putText = std::move(put);
         _getText = std::move(get);
     }
+
+    std::function<void(const std::string&)> announced;
 
 private:
     std::shared_ptr<gfx::Device> _device = gfx::CairoDevice::make();
@@ -52,82 +53,19 @@ private:
     std::string _text;
 };
 
-std::shared_ptr<const gfx::Bitmap> bitmapOf(codec::DecodeResult decoded, std::string* error) {
-    if (decoded.error) {
-        if (error) *error = *decoded.error;
-        return nullptr;
-    }
-    if (decoded.orientation != gfx::ImageOrientation::Up) {
-        decoded.bitmap = uprightBitmap(decoded.bitmap, decoded.orientation);
-    }
-    return std::make_shared<gfx::Bitmap>(std::move(decoded.bitmap));
-}
-
 PointerButton buttonOf(Editor::Button button) {
     if (button == Editor::Button::Main) return PointerButton::Main;
     return button == Editor::Button::Middle ? PointerButton::Middle : PointerButton::Other;
 }
 
+ui::TouchContact contactOf(const Editor::Contact& contact) {
+    return {.kind = contact.isPen ? ui::TouchKind::Pen : ui::TouchKind::Finger,
+            .size = contact.size,
+            .pressure = contact.pressure,
+            .tilt = {contact.tiltX, contact.tiltY}};
+}
+
 }  // namespace
-
-// ---- pictures
-
-Editor::Picture Editor::Picture::read(const std::string& path, std::string* error) {
-    Picture picture;
-    picture._bitmap = bitmapOf(codec::decodeFile(path), error);
-    return picture;
-}
-
-Editor::Picture Editor::Picture::decode(const void* bytes, std::size_t count, std::string* error) {
-    Picture picture;
-    const codec::ByteSpan file(static_cast<const std::uint8_t*>(bytes), count);
-    picture._bitmap = bitmapOf(codec::decode(file, "the picture"), error);
-    return picture;
-}
-
-Editor::Picture Editor::Picture::copy(const std::uint8_t* pixels, int width, int height,
-                                      std::size_t stride, Pixels kind) {
-    Picture picture;
-    if (width < 1 || height < 1) return picture;
-    auto bitmap = std::make_shared<gfx::Bitmap>(gfx::Bitmap::unwritten(width, height));
-    for (int y = 0; y < height; ++y) {
-        const std::uint8_t* const from = pixels + static_cast<std::size_t>(y) * stride;
-        std::uint8_t* const to = bitmap->row(y);
-        std::copy_n(from, bitmap->stride(), to);
-        for (int x = 0; kind == Pixels::Rgba && x < width; ++x) {
-            const std::uint8_t* const pixel = from + std::ptrdiff_t{4} * x;
-            const auto share = [](std::uint8_t byte) { return byte / 255.0; };
-            bitmap->setColorAt(
-                x, y, {share(pixel[0]), share(pixel[1]), share(pixel[2]), share(pixel[3])});
-        }
-    }
-    picture._bitmap = std::move(bitmap);
-    return picture;
-}
-
-int Editor::Picture::width() const {
-    return _bitmap ? _bitmap->width() : 0;
-}
-
-int Editor::Picture::height() const {
-    return _bitmap ? _bitmap->height() : 0;
-}
-
-const std::uint8_t* Editor::Picture::pixels() const {
-    return _bitmap ? _bitmap->data() : nullptr;
-}
-
-std::vector<std::uint8_t> Editor::Picture::png() const {
-    codec::Bytes file;
-    if (_bitmap) codec::encodePng(*_bitmap, file);
-    return file;
-}
-
-std::vector<std::uint8_t> Editor::Picture::jpeg(int quality) const {
-    codec::Bytes file;
-    if (_bitmap) codec::encodeJpeg(*_bitmap, quality, file);
-    return file;
-}
 
 // ---- making
 
@@ -142,6 +80,7 @@ public:
             environment->addTexts(language, json);
         environment->setLanguage(settings.language.empty() ? SeatEnvironment::messageLocale()
                                                            : settings.language);
+        environment->announced = [this](const std::string& text) { tellLater(onAnnounced, text); };
         environment->setUserDefault("canUseRingAnimation", settings.showsHint);
         environment->setWindow(size, settings.scale);
         const EnvironmentScope scope(environment);
@@ -177,6 +116,7 @@ public:
         onClose = {};
         onCopy = {};
         onPaste = {};
+        onAnnounced = {};
     }
 
     static Picture pictureOf(const gfx::ImageRef& image) {
@@ -206,6 +146,7 @@ public:
     std::function<void()> onClose;
     std::function<void(const Picture&)> onCopy;
     std::function<void()> onPaste;
+    std::function<void(const std::string&)> onAnnounced;
     const std::shared_ptr<HostedEnvironment> environment = std::make_shared<HostedEnvironment>();
     std::unique_ptr<EditorSeat> seat;
     // The host's clock when the run loop's began; nothing before the first turn.
@@ -267,6 +208,10 @@ void Editor::onPaste(std::function<void()> told) {
     _life->onPaste = std::move(told);
 }
 
+void Editor::onAnnounced(std::function<void(const std::string& text)> told) {
+    _life->onAnnounced = std::move(told);
+}
+
 void Editor::setClipboard(std::function<void(const std::string& text)> put,
                           std::function<std::string()> get) {
     _life->environment->setClipboard(std::move(put), std::move(get));
@@ -294,16 +239,34 @@ void Editor::wheelTurned(double x, double y, double notches) {
     perform([&](EditorSeat& seat) { seat.wheelTurned({x, y}, notches); });
 }
 
+void Editor::touchBegan(std::int64_t finger, double x, double y, const Contact& contact) {
+    perform([&](EditorSeat& seat) {
+        seat.window().fingersBegan({{finger, {x, y}, contactOf(contact)}});
+    });
+}
+
 void Editor::touchBegan(std::int64_t finger, double x, double y) {
-    perform([&](EditorSeat& seat) { seat.window().fingersBegan({{finger, {x, y}}}); });
+    touchBegan(finger, x, y, {});
+}
+
+void Editor::touchMoved(std::int64_t finger, double x, double y, const Contact& contact) {
+    perform([&](EditorSeat& seat) {
+        seat.window().fingersMoved({{finger, {x, y}, contactOf(contact)}});
+    });
 }
 
 void Editor::touchMoved(std::int64_t finger, double x, double y) {
-    perform([&](EditorSeat& seat) { seat.window().fingersMoved({{finger, {x, y}}}); });
+    touchMoved(finger, x, y, {});
+}
+
+void Editor::touchEnded(std::int64_t finger, double x, double y, const Contact& contact) {
+    perform([&](EditorSeat& seat) {
+        seat.window().fingersEnded({{finger, {x, y}, contactOf(contact)}});
+    });
 }
 
 void Editor::touchEnded(std::int64_t finger, double x, double y) {
-    perform([&](EditorSeat& seat) { seat.window().fingersEnded({{finger, {x, y}}}); });
+    touchEnded(finger, x, y, {});
 }
 
 void Editor::touchCancelled(std::int64_t finger) {
@@ -370,6 +333,15 @@ bool Editor::hasWork() const {
     const EnvironmentScope scope(_life->environment);
     const auto& editor = _life->seat->editor();
     return editor && editor->hasWork();
+}
+
+std::optional<std::string> Editor::addFont(std::vector<std::uint8_t> file) {
+    gfx::AddedFont added;
+    perform([&](EditorSeat& seat) {
+        added = _life->environment->device().addFont(std::move(file));
+        if (added) seat.redraw();
+    });
+    return added ? std::nullopt : std::optional(added.problem);
 }
 
 void Editor::openPicture(Picture picture) {

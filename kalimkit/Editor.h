@@ -110,6 +110,9 @@ public:
     void setClipboard(std::function<void(const std::string& text)> put,
                       std::function<std::string()> get);
 
+    // What a screen reader is to say of what a key has just done, in the editor's language.
+    void onAnnounced(std::function<void(const std::string& text)> told);
+
     // ---- the mouse, or whatever moves a pointer. The middle button pans, others do nothing.
     enum class Button { Main, Middle, Other };
     void pointerPressed(double x, double y, Button button = Button::Main);
@@ -121,9 +124,22 @@ public:
     // Zooms about the place, in notches of a wheel or parts of them: in, or out where negative.
     void wheelTurned(double x, double y, double notches);
 
-    // ---- fingers, each with a number from 0 on that is its own while it is down
+    // ---- fingers and pens, each with a number from 0 on that is its own while it is down
+    struct Contact {
+        bool isPen = false;
+        // How wide the touched area is, points: a palm is wide, and does nothing. 0 for unknown.
+        double size = 0;
+        // From 0 to 1; nothing where it is not measured.
+        std::optional<double> pressure = std::nullopt;
+        // How far a pen leans to the right and towards the user, degrees from -90 to 90.
+        double tiltX = 0;
+        double tiltY = 0;
+    };
+    void touchBegan(std::int64_t finger, double x, double y, const Contact& contact);
     void touchBegan(std::int64_t finger, double x, double y);
+    void touchMoved(std::int64_t finger, double x, double y, const Contact& contact);
     void touchMoved(std::int64_t finger, double x, double y);
+    void touchEnded(std::int64_t finger, double x, double y, const Contact& contact);
     void touchEnded(std::int64_t finger, double x, double y);
     // The system has taken the finger: what it has begun is undone.
     void touchCancelled(std::int64_t finger);
@@ -160,6 +176,10 @@ public:
     void close();
     // Whether something would be lost.
     bool hasWork() const;
+    // A TrueType or OpenType file, whole, that texts are set in from now on; those added before
+    // come first, and what all of them lack comes from the system. Answers what is wrong with the
+    // file, a sentence, and then nothing has changed.
+    std::optional<std::string> addFont(std::vector<std::uint8_t> file);
     // Another picture in the place of the one there is, which asks the user when something would be
     // lost. The user is told that none cannot be opened.
     void openPicture(Picture picture);

@@ -41,8 +41,9 @@ function complain(file, line, message) {
     problems++
 }
 
-# Names the room of a file named from the root; empty means none.
-function roomOf(path,   folder) {
+# Names the room of a file named from the root; empty means none. A room that is a header has sources beside
+# it: Editor.cpp and EditorPictures.cpp.
+function roomOf(path,   folder, header) {
     folder = path
     if (!sub(/^kalimkit\//, "", folder)) {
         sub(/\/.*/, "", folder)
@@ -50,6 +51,8 @@ function roomOf(path,   folder) {
     }
     sub(/\.cpp$/, ".h", folder)
     if (folder in floorOf) return folder
+    header = folder
+    if (sub(/[A-Z][a-z]*\.h$/, ".h", header) && header in floorOf) return header
     while (sub(/\/[^\/]*$/, "", folder)) {
         if ((folder in floorOf) && !(folder in isProgram)) return folder
     }

@@ -131,6 +131,29 @@ TEST_F(EditorTest, TextIsTypedAtTheCaretAndCopiedToTheHostsClipboard) {
     EXPECT_EQ(clipboard, "abab");
 }
 
+TEST_F(EditorTest, KnowsPalmsAndPensSaysWhatKeysDidAndRefusesWhatIsNoFont) {
+    const auto stroke = [this](const Editor::Contact& contact) {
+        editor->touchBegan(0, 50, 250, contact);
+        for (double x = 60; x < 250; x += 10)
+            editor->touchMoved(0, x, 250, contact);
+        editor->touchEnded(0, 250, 250, contact);
+        turn();
+    };
+    std::vector<std::string> said;
+    editor->onAnnounced([&](const std::string& text) { said.push_back(text); });
+    turn();
+    editor->keyPressed("f");
+    stroke({.size = 60});
+    EXPECT_FALSE(editor->hasWork()) << "a palm draws nothing";
+    stroke({.isPen = true, .pressure = 1.0});
+    ASSERT_TRUE(editor->hasWork());
+    editor->keyPressed("tab");
+    turn();
+    ASSERT_FALSE(said.empty());
+    EXPECT_NE(said.back().find("1 of 1"), std::string::npos) << said.back();
+    EXPECT_NE(editor->addFont({'n', 'o'}).value_or("").find("font"), std::string::npos);
+}
+
 TEST_F(EditorTest, SeveralTakeTurnsAndAsksBeforeItLosesWork) {
     auto other = std::make_unique<Editor>(grey(), 400, 400, english());
     int closed = 0;
