@@ -40,6 +40,9 @@ public:
     // answer stands for a canvas without a bar.
     virtual std::optional<bool> isToolbarPlaceBottom() { return std::nullopt; }
     virtual std::optional<double> toolbarHeight() { return std::nullopt; }
+    // Whether the canvas may open a menu over itself for what has no button. A canvas alone leaves
+    // that to its host.
+    virtual bool opensMenus() { return false; }
 };
 
 }  // namespace kalim

@@ -17,8 +17,6 @@ bool MDrawView::beginsViewing(const ui::TouchEvent& event) {
                  ui::Environment::current().userDefault(penOnlySetting).value_or(true);
     panGesture().setMinimumNumberOfTouches(_isViewing ? 1 : 2);
     panGesture().setIsForFingersAlone(forgiving());
-    const auto& code = ui::Environment::current().attachment<ui::LateCode>();
-    if (_isViewing && code.isThere(nullptr)) offerPenOnly(*this, event.touches.front());
     return _isViewing;
 }
 
@@ -39,7 +37,11 @@ void MDrawView::touchesBegan(const ui::TouchEvent& event) {
     parts->screen.lightHandle(std::nullopt);
     if (beginsViewing(event)) {
         parts->typing.endByTouch();
-        if (const auto owner = parts->home.owner()) owner->didDrawStarted();
+        if (const auto owner = parts->home.owner()) {
+            owner->didDrawStarted();
+            const auto& code = ui::Environment::current().attachment<ui::LateCode>();
+            if (code.isThere(nullptr)) offerPenOnly(*this, owner, event.touches.front());
+        }
         return View::touchesBegan(event);
     }
     // Points are those of the view as it is now, also where it has not been displayed since.

@@ -1,6 +1,7 @@
 #include "kalimkit/canvas/PenOnlyMenu.h"
 
 #include "kalimkit/canvas/MDrawView.h"
+#include "kalimkit/canvas/MDrawViewDelegate.h"
 #include "kalimkit/tool/QVGeometry.h"
 #include "kalimkit/ui/control/AlertView.h"
 #include "kalimkit/ui/environment/Environment.h"
@@ -30,19 +31,23 @@ ui::MenuItem penOnlyItem() {
         .isChecked = isOn};
 }
 
-void offerPenOnly(MDrawView& canvas, const ui::TouchRef& finger) {
-    ui::Environment::current().runLoop().after(
-        restTime, [weakCanvas = canvas.weak_from_this(), weakFinger = std::weak_ptr(finger),
-                   from = finger->locationIn(nullptr)] {
-            const auto there = weakCanvas.lock();
-            const auto held = weakFinger.lock();
-            ui::Window* const window = there ? there->window() : nullptr;
-            if (!window || !held || !isDown(*held) || ui::AlertView::topmostIn(*window)) return;
-            const gfx::Point place = held->locationIn(nullptr);
-            const bool isAlone = window->activeTouches().size() == 1;
-            if (isAlone && QVPointDistance(from, place) <= restReach)
-                ui::Menu::showAt(*window, place, {penOnlyItem()});
-        });
+void offerPenOnly(MDrawView& canvas, const std::shared_ptr<MDrawViewDelegate>& owner,
+                  const ui::TouchRef& finger) {
+    const auto offer = [weakCanvas = canvas.weak_from_this(), weakOwner = std::weak_ptr(owner),
+                        weakFinger = std::weak_ptr(finger), from = finger->locationIn(nullptr)] {
+        const auto there = weakCanvas.lock();
+        const auto asked = weakOwner.lock();
+        const auto held = weakFinger.lock();
+        ui::Window* const window = there ? there->window() : nullptr;
+        const bool isWanted = window && asked && asked->opensMenus() &&
+                              !ui::AlertView::topmostIn(*window) &&
+                              window->activeTouches().size() == 1;
+        if (!isWanted || !held || !isDown(*held)) return;
+        const gfx::Point place = held->locationIn(nullptr);
+        if (QVPointDistance(from, place) <= restReach)
+            ui::Menu::showAt(*window, place, {penOnlyItem()});
+    };
+    ui::Environment::current().runLoop().after(restTime, offer);
 }
 
 }  // namespace kalim

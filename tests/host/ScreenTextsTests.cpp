@@ -135,9 +135,13 @@ protected:
             seat->window().fingersEnded({finger});
             environment->wait(0.6);
         };
-        touch(ui::TouchKind::Pen, 0);
-        touch(ui::TouchKind::Finger, 0.8);
         const auto overlay = ui::Overlay::in(seat->window());
+        touch(ui::TouchKind::Pen, 0);
+        seat->setLayout(SeatLayout::None);
+        touch(ui::TouchKind::Finger, 0.8);
+        EXPECT_TRUE(overlay->popovers().empty()) << "a host without bars is left alone";
+        seat->setLayout(SeatLayout::Phone);
+        touch(ui::TouchKind::Finger, 0.8);
         ASSERT_EQ(overlay->popovers().size(), 1U);
         std::dynamic_pointer_cast<ui::Menu>(overlay->popovers().front()->content())->perform(0);
         EXPECT_FALSE(seat->isPenOnly());

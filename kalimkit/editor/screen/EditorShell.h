@@ -38,6 +38,8 @@ public:
 
     // Offers what can be done at a place of the canvas, window points.
     virtual void showContextMenu(gfx::Point place) = 0;
+    // Whether menus may open over the canvas at all.
+    virtual bool opensMenus() const { return true; }
 
     // Where it shows the question before closing, if not where the phone does.
     virtual KLMActionsheetView::Layouter questionLayouter() const { return {}; }

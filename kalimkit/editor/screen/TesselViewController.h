@@ -190,6 +190,7 @@ public:
     void canvasWillShow() override;
     std::optional<bool> isToolbarPlaceBottom() override { return true; }
     std::optional<double> toolbarHeight() override { return 0.0; }
+    bool opensMenus() override;
 
     // ---- from the tool bar
     void clickTool() override;

@@ -59,6 +59,10 @@ void TesselViewController::canvasWillShow() {
     tellShell();
 }
 
+bool TesselViewController::opensMenus() {
+    return !shell() || shell()->opensMenus();
+}
+
 void TesselViewController::tellShell() {
     parts().stage.tellShell();
 }

@@ -20,6 +20,7 @@ public:
     void editorDidChange() override {}
     void showNote(const std::string& /*text*/) override {}
     void showContextMenu(gfx::Point /*place*/) override {}
+    bool opensMenus() const override { return false; }
     std::vector<Named> namedViews() const override { return {}; }
 
 private:
