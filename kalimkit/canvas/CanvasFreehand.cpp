@@ -31,10 +31,11 @@ bool CanvasFreehand::isFirstStrokeWaiting() const {
 
 // ---- the drawing
 
-// By itself the canvas does not count a drawing before it has faded in.
+// By itself the canvas does not count a drawing before it has faded in. One that is just recorded
+// waits no more.
 bool CanvasFreehand::isWaiting() const {
     const std::shared_ptr<MDrawFreeline>& drawing = _helper->freeline();
-    return _canvas.tools.forgiving() && drawing &&
+    return _canvas.tools.forgiving() && drawing && drawing->isNewBuild() &&
            (drawing != _canvas.finger.tool() || !_helper->firstFreelinPart());
 }
 
