@@ -23,6 +23,36 @@ bool isHan(char c) {
     return byte >= 0xE5 && byte <= 0xE8;
 }
 
+bool isBetweenWords(std::string_view text, std::size_t at) {
+    return text[at - 1] == ' ' && isLetter(text[at - 2]) && isLetter(text[at]);
+}
+
+// What Pango needs grows with the square of what it is given at once.
+std::size_t lengthOfPart(std::string_view text) {
+    for (std::size_t at = longLength; at < text.size(); ++at) {
+        if (isBetweenWords(text, at)) return at;
+    }
+    return text.size();
+}
+
+std::vector<PangoLogAttr> attributesOf(std::string_view utf8, PangoLanguage* language) {
+    std::vector<PangoLogAttr> result;
+    do {
+        const std::size_t length = lengthOfPart(utf8);
+        const auto count = g_utf8_strlen(utf8.data(), static_cast<gssize>(length));
+        std::vector<PangoLogAttr> part(static_cast<std::size_t>(count) + 1);
+        pango_get_log_attrs(utf8.data(), static_cast<int>(length), -1, language, part.data(),
+                            static_cast<int>(part.size()));
+        if (!result.empty()) {
+            result.pop_back();
+            part.front().is_line_break = 1;
+        }
+        result.insert(result.end(), part.begin(), part.end());
+        utf8.remove_prefix(length);
+    } while (!utf8.empty());
+    return result;
+}
+
 }  // namespace
 
 void TextDivision::divide(std::string_view text, PangoLanguage* language) {
@@ -38,8 +68,8 @@ void TextDivision::divide(std::string_view text, PangoLanguage* language) {
 bool TextDivision::isApart(std::size_t index) const {
     const std::size_t at = _offsets[index];
     if (at < 3) return false;
-    if (_text[at - 1] == ' ') return isLetter(_text[at - 2]) && isLetter(_text[at]);
-    return isHan(_text[at - 3]) && isHan(_text[at]) && _offsets[index - 1] == at - 3;
+    return isBetweenWords(_text, at) ||
+           (isHan(_text[at - 3]) && isHan(_text[at]) && _offsets[index - 1] == at - 3);
 }
 
 TextDivision::Span TextDivision::changed(std::string_view text) const {
@@ -72,9 +102,7 @@ void TextDivision::replace(const Span& span, std::string_view text, PangoLanguag
     const std::size_t end =
         hasRest ? _offsets[span.last] + text.size() - _text.size() : text.size();
     const MendedText mended(text.substr(begin, end - begin));
-    std::vector<PangoLogAttr> found(mended.offsets.size() + 1);
-    pango_get_log_attrs(mended.utf8.data(), static_cast<int>(mended.utf8.size()), -1, language,
-                        found.data(), static_cast<int>(found.size()));
+    std::vector<PangoLogAttr> found = attributesOf(mended.utf8, language);
     std::vector<std::size_t> offsets(_offsets.begin(),
                                      _offsets.begin() + static_cast<std::ptrdiff_t>(span.first));
     for (const std::size_t offset : mended.offsets)

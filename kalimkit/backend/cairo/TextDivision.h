@@ -9,8 +9,10 @@
 
 namespace kalim::gfx {
 
-// What may be done before each code point of a text, and at its end, by Pango. Of a long text that
-// differs from the last one in a place, only what lies around that is looked at again.
+// What may be done before each code point of a text, and at its end, by Pango. A long text is given
+// to it in parts that are nothing to each other, and of one that differs from the last one in a
+// place only what lies around that. Pango counts closing quotes to the script of what opens them,
+// so where that lies in another part such a quote may be taken for another script's.
 class TextDivision {
 public:
     void divide(std::string_view text, PangoLanguage* language);
