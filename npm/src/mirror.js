@@ -144,10 +144,11 @@ export class Mirror {
     setAttribute(element, 'aria-checked', node.role === role.radio ? state(isSelected) : null);
     setAttribute(element, 'aria-modal', node.role === role.dialog ? 'true' : null);
     if (node.role === role.field) {
-      // While it is edited the field that takes the keys stands for it.
+      // While it is edited the field that takes the keys stands for it, and a long text would be laid out for nobody.
+      const text = node.isFocused ? '' : value;
       setAttribute(element, 'aria-hidden', node.isFocused ? 'true' : null);
       setAttribute(element, 'tabindex', node.isFocused ? null : '0');
-      if (element.textContent !== value) element.textContent = value;
+      if (element.textContent !== text) element.textContent = text;
     }
     if (node.role === role.dialog) setAttribute(element, 'tabindex', '-1');
     if (node.role === role.canvas) setAttribute(this.#canvas, 'aria-label', label);
