@@ -196,7 +196,7 @@ public:
     // Those that all of the selection have, or else those of the pen.
     std::vector<const ToolProperty*> toolProperties() const;
     // The colours that outline texts, by the texts' colours. Texts in other colours are outlined in
-    // white.
+    // white, or in black where they adapt and white contrasts too little.
     using ColorPairs = std::vector<std::pair<gfx::ColorRef, gfx::ColorRef>>;
     void setTextMaskColorsParForTextColors(ColorPairs maskColors);
 
