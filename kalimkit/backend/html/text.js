@@ -22,8 +22,8 @@ const mayTurn = /[\u0590-\u08ff\u200f\u202a-\u202e\u2066-\u2069\ufb1d-\ufdff\ufe
 const notPlain = /[^A-Za-z0-9\p{Unified_Ideograph} ,.:;!?]|(?<![A-Za-z0-9])[,.:;!?]|[,.:;!?](?! |$)/u;
 // Where lines of plain texts may be broken; of others this is a guess until more is known.
 const simpleBreaks = /(?<= )(?! )|(?<=\p{Unified_Ideograph})(?=[\p{L}\p{N}])|(?<=[\p{L}\p{N}])(?=\p{Unified_Ideograph})/gu;
-// Of these each is a grapheme.
-const areSingle = /^[ -~\p{Ll}\p{Lu}\p{P}\p{Unified_Ideograph}]*$/u;
+// Of these each is a grapheme, the letters of Hebrew and Arabic among them.
+const areSingle = /^[ -~\p{Ll}\p{Lu}\p{P}\p{Unified_Ideograph}\u05d0-\u05ea\u0621-\u064a\u0671-\u06d3]*$/u;
 // Units of the texts about which something is kept.
 const mostKept = 1_000_000;
 
@@ -188,14 +188,17 @@ export class TextMeasures {
 
   #boundaries(text, kind) {
     const places = [0];
+    if (kind === 'grapheme') {
+      let place = 0;
+      for (const { length } of this.graphemes(text)) places.push(place += length);
+      return places;
+    }
     if (kind === 'line') {
       const add = (place) => places.push(place);
       if (notPlain.test(text) && this.#isKnown()) unicode.addLineBreaks(text, add);
       else for (const { index } of text.matchAll(simpleBreaks)) add(index);
-    } else if (kind === 'word') {
-      for (const { begin, end } of this.#words(text)) places.push(begin, end);
     } else {
-      for (const { length } of this.graphemes(text)) places.push(places.at(-1) + length);
+      for (const { begin, end } of this.#words(text)) places.push(begin, end);
     }
     places.push(text.length);
     return places.sort((a, b) => a - b).filter((place, i) => place !== places[i - 1]);

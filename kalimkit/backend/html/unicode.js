@@ -13,6 +13,13 @@ const lineRules = { lineBreak: 'strict', wordBreak: 'normal' };
 
 const bidi = makeBidi();
 const thaiWords = new Intl.Segmenter('th', { granularity: 'word' });
+// Whether a character is blank, by its code point.
+const blanks = new Map();
+
+function isBlank(point) {
+  if (!blanks.has(point)) blanks.set(point, blankTypes.has(bidi.getBidiCharTypeName(String.fromCodePoint(point))));
+  return blanks.get(point);
+}
 
 // Null where all runs from left to right; else the level of the paragraph, and of each unit of UTF-16 its level and
 // whether it is blank. base is 0 for that of the first letter, 1 from left to right, 2 from right to left.
@@ -23,7 +30,7 @@ export function directionsOf(text, base) {
   return {
     level,
     levelAt: (i) => levels[i],
-    isBlankAt: (i) => blankTypes.has(bidi.getBidiCharTypeName(String.fromCodePoint(text.codePointAt(i)))),
+    isBlankAt: (i) => isBlank(text.codePointAt(i)),
   };
 }
 
