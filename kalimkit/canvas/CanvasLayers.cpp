@@ -71,7 +71,11 @@ void CanvasLayers::show(Layer layer, gfx::Context& context,
 }
 
 void CanvasLayers::release() {
-    _layers = {};
+    // Not anew: that asks for memory, which may be why it is given back.
+    for (Kept& layer : _layers) {
+        layer.surface.reset();
+        layer.stale.clear();
+    }
     invalidateAll();
 }
 
