@@ -78,15 +78,17 @@ std::unique_ptr<ColorConversion> ColorConversion::makeAny(ByteSpan profile, Samp
     const bool isBack = direction == Direction::FromSrgb;
     const ProfileHandle& source = isBack ? srgb : own;
     const ProfileHandle& target = isBack ? own : srgb;
-    void* const transform =
+    // Before there is a transform, which nobody would delete if there were no memory for it.
+    std::unique_ptr<ColorConversion> conversion(new ColorConversion);
+    conversion->_transform =
         cmsCreateTransform(source.get(), isBack ? TYPE_BGRA_8 : formatOf(samples), target.get(),
                            TYPE_BGRA_8, INTENT_PERCEPTUAL, 0);
-    if (!transform) return nullptr;
-    return std::unique_ptr<ColorConversion>(new ColorConversion(transform));
+    if (!conversion->_transform) return nullptr;
+    return conversion;
 }
 
 ColorConversion::~ColorConversion() {
-    cmsDeleteTransform(_transform);
+    if (_transform) cmsDeleteTransform(_transform);
 }
 
 void ColorConversion::convertRow(const std::uint8_t* samples, std::uint8_t* bgra,

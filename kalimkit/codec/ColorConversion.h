@@ -42,11 +42,11 @@ private:
     enum class Direction { ToSrgb, FromSrgb };
     static std::unique_ptr<ColorConversion> makeAny(ByteSpan profile, Samples samples,
                                                     Direction direction);
-    explicit ColorConversion(void* transform) : _transform(transform) {}
+    ColorConversion() = default;
     bool changesColors(Samples samples) const;
 
     // The library's handle is owned here.
-    void* _transform;
+    void* _transform = nullptr;
 };
 
 }  // namespace kalim::codec

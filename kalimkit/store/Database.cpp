@@ -70,10 +70,11 @@ std::vector<std::uint8_t> Statement::bytes(int column) const {
 // ---- connection
 
 std::unique_ptr<Database> Database::open(const std::string& path, int& code) {
-    sqlite3* opened = nullptr;
+    // Before there is a connection, which nobody would close if there were no memory for it.
+    std::unique_ptr<Database> database(new Database);
+    sqlite3*& opened = database->_database;
     code = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                            nullptr);
-    std::unique_ptr<Database> database(new Database(opened));
     if (code != SQLITE_OK) return nullptr;
     sqlite3_busy_timeout(opened, static_cast<int>(patience * 1000));
     // A file may have been tampered with.

@@ -63,9 +63,9 @@ public:
     int ask(const char* question, std::int64_t& answer);
 
 private:
-    explicit Database(sqlite3* database) : _database(database) {}
+    Database() = default;
 
-    sqlite3* _database;
+    sqlite3* _database = nullptr;
 };
 
 }  // namespace kalim::store
