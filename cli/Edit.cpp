@@ -274,6 +274,7 @@ private:
     }
 
     void noteSaved(const std::string& path) {
+        _window.seat().editor()->noteSaved();
         const std::string name = std::filesystem::path(path).filename();
         // A name has an order of its own in a text of either direction: between Unicode's isolates.
         const std::string isolated = "\u2068" + name + "\u2069";

@@ -335,6 +335,12 @@ bool Editor::hasWork() const {
     return editor && editor->hasWork();
 }
 
+void Editor::noteSaved() {
+    perform([](EditorSeat& seat) {
+        if (seat.editor()) seat.editor()->noteSaved();
+    });
+}
+
 std::optional<std::string> Editor::addFont(std::vector<std::uint8_t> file) {
     gfx::AddedFont added;
     perform([&](EditorSeat& seat) {

@@ -174,8 +174,10 @@ public:
     void setKeyboardHeight(double height);
     // Asks the user, as the close button does, when something would be lost; then onClose().
     void close();
-    // Whether something would be lost.
+    // Whether something would be lost: it was drawn, or cut, since the host said that it has saved
+    // what is there.
     bool hasWork() const;
+    void noteSaved();
     // A TrueType or OpenType file, whole, that texts are set in from now on; those added before
     // come first, and what all of them lack comes from the system. Answers what is wrong with the
     // file, a sentence, and then nothing has changed.

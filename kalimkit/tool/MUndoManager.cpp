@@ -195,6 +195,7 @@ bool MUndoManager::isOnCanvas(const ToolRef& tool) const {
 }
 
 void MUndoManager::report(Step step, const ToolRef& tool) {
+    ++_changeCount;
     const std::shared_ptr<MUndoManagerDelegate> delegate = _delegate.lock();
     if (!delegate) return;
     delegate->didStep(step, tool);

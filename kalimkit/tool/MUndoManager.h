@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -72,6 +73,8 @@ public:
     // Empties both stacks and the histories of the tools on the canvas.
     void reset();
 
+    // How often the stacks have changed: equal counts are the same work.
+    std::uint64_t changeCount() const { return _changeCount; }
     const ToolList& undoTools() const { return _undoTools; }
     const ToolList& redoTools() const { return _redoTools; }
     void setDelegate(std::weak_ptr<MUndoManagerDelegate> delegate) {
@@ -96,6 +99,7 @@ private:
     ToolList _redoTools;
     ToolRules _rules;
     ToolPlaces _places;
+    std::uint64_t _changeCount = 0;
     std::weak_ptr<MUndoManagerDelegate> _delegate;
 };
 

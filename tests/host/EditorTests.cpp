@@ -154,6 +154,25 @@ TEST_F(EditorTest, KnowsPalmsAndPensSaysWhatKeysDidAndRefusesWhatIsNoFont) {
     EXPECT_NE(editor->addFont({'n', 'o'}).value_or("").find("font"), std::string::npos);
 }
 
+TEST_F(EditorTest, WhatTheHostHasSavedIsWorkOnceItHasChanged) {
+    turn();
+    editor->keyPressed("r");
+    drag(50, 250, 150, 300);
+    editor->noteSaved();
+    EXPECT_FALSE(editor->hasWork());
+    editor->pointerPressed(60, 350);
+    editor->pointerMoved(100, 370);
+    editor->pointerMoved(140, 390);
+    EXPECT_TRUE(editor->hasWork()) << "what is under way has no step yet";
+    editor->pointerReleased(140, 390);
+    turn();
+    editor->noteSaved();
+    EXPECT_FALSE(editor->hasWork());
+    EXPECT_TRUE(editor->keyPressed("t"));
+    drag(200, 260, 200, 260);
+    EXPECT_TRUE(editor->hasWork()) << "a text is being typed";
+}
+
 TEST_F(EditorTest, SeveralTakeTurnsAndAsksBeforeItLosesWork) {
     auto other = std::make_unique<Editor>(grey(), 400, 400, english());
     int closed = 0;

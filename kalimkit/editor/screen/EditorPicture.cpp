@@ -1,8 +1,10 @@
 #include "kalimkit/editor/screen/EditorPicture.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kalimkit/theme/HexColor.h"
+#include "kalimkit/tool/MUndoManager.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim {
@@ -129,8 +131,18 @@ bool EditorPicture::isCroped() const {
     return turnedSize(partOf(cut, pixels).size, cut.quarterTurns) != partOf({}, pixels).size;
 }
 
+void EditorPicture::noteSaved() {
+    if (_canvas) _savedCount = _canvas->undoManager().changeCount();
+}
+
+// What is under way has no step yet, and counts.
+bool EditorPicture::isSaved() const {
+    return _savedCount == _canvas->undoManager().changeCount() && !_canvas->curEdittingTextTool() &&
+           std::ranges::none_of(_canvas->tools(), &MDrawTool::hasUnrecordedChange);
+}
+
 bool EditorPicture::hasWork() const {
-    if (!_canvas) return false;
+    if (!_canvas || isSaved()) return false;
     return _isDocument ? _canvas->canUndo() || _hasCropped : _canvas->hasDrawed() || hasCropped();
 }
 

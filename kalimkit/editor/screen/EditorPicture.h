@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -54,6 +55,8 @@ public:
     bool takeCut(const PictureCut& cut, const gfx::Rect& seenAt);
     // Whether something is selected on the canvas, as that has told last.
     void selectionChanged(bool hasSelection) { _hasSelection = hasSelection; }
+    // The host has saved what is there.
+    void noteSaved();
 
     // ---- readings
     bool hasSelection() const { return _hasSelection; }
@@ -61,7 +64,7 @@ public:
     bool hasCropped() const;
     // A crop has changed how many pixels there are.
     bool isCroped() const;
-    // Something was drawn, or a crop applied.
+    // Something was drawn, or a crop applied, and it is not what was saved last.
     bool hasWork() const;
     // ---- what a crop is chosen from: all of the picture, turned as it is, where crops keep the
     // drawings; else what is exported
@@ -78,6 +81,7 @@ public:
 private:
     void applyOwnWays();
     bool cutsGeometry() const;
+    bool isSaved() const;
 
     const EditorStage& _stage;
     std::shared_ptr<MDrawView> _canvas;
@@ -94,6 +98,8 @@ private:
     bool _isDocument = false;
     bool _hasCropped = false;
     bool _isCroped = false;
+    // MUndoManager::changeCount() as it was then.
+    std::optional<std::uint64_t> _savedCount;
 };
 
 }  // namespace kalim

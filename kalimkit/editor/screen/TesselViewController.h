@@ -109,14 +109,16 @@ public:
     // Shows a document with its picture, decoded, in the place of all that is there; see
     // MDrawView::openDocument. Nothing of it counts as work before something changes.
     std::optional<std::string> openDocument(const Document& document, const gfx::ImageRef& picture);
-    // Whether another picture would replace work: something was drawn, or the picture cropped.
+    // Whether another picture would replace work: something was drawn, or the picture cropped,
+    // since the host has said that it saved what is there.
     bool hasWork() const;
+    void noteSaved();
     // Asks the user whether another picture may replace that work.
     void askToReplaceWork(std::function<void(bool isWanted)> answer);
     // Tells the user that no other picture is opened while the crop editor is.
     void tellThatCropIsOpen();
-    // Whether the close button asks: when something was drawn. Forgiving, it also does after a crop
-    // that was confirmed or has been begun, and after another picture was opened.
+    // Whether the close button asks: when there is work. Forgiving, it also does after a crop that
+    // was confirmed or has been begun, and after another picture was opened.
     bool asksBeforeClosing() const;
     // What canvas points are, see MDrawView::setCanvasBasis. 0 at first.
     double canvasBasis() const;

@@ -96,6 +96,10 @@ bool TesselViewController::hasWork() const {
     return parts().picture.hasWork();
 }
 
+void TesselViewController::noteSaved() {
+    parts().picture.noteSaved();
+}
+
 bool TesselViewController::asksBeforeClosing() const {
     const EditorPicture& picture = parts().picture;
     if (!picture.canvas()) return false;
