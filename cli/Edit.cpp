@@ -122,6 +122,7 @@ public:
             refusePhoto();
         }
         if (!_isOver) _window.run();
+        if (!_isOver) keepWhatIsUnderWay();
         rememberSize(_window, _sdl, _options);
         _window.present(nullptr);
         return _status;
@@ -328,6 +329,12 @@ private:
         appearance.isDark = appearance.isDark || _options.theme == Dark;
         appearance.hasHighContrast = appearance.hasHighContrast || _options.theme == Contrast;
         environment.setAppearance(appearance);
+    }
+
+    // A signal or the end of the session comes in the middle of a text or a drag; what there is of it
+    // is a step, with which the next window goes on.
+    void keepWhatIsUnderWay() {
+        if (const auto canvas = _window.seat().canvas()) canvas->finalizeCurrentDrawing();
     }
 
     void end(int status) {
