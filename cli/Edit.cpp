@@ -331,8 +331,8 @@ private:
         environment.setAppearance(appearance);
     }
 
-    // A signal or the end of the session comes in the middle of a text or a drag; what there is of it
-    // is a step, with which the next window goes on.
+    // A signal or the end of the session comes in the middle of a text or a drag; what there is of
+    // it is a step, with which the next window goes on.
     void keepWhatIsUnderWay() {
         if (const auto canvas = _window.seat().canvas()) canvas->finalizeCurrentDrawing();
     }
