@@ -265,6 +265,7 @@ private:
     void bringPenButton();
     void fadeTool(double alpha);
     void leaveCrop();
+    void endTypingFor(unsigned pen);
 
     // ---- other pictures (TesselViewControllerPicking.cpp)
     void takePickedImage(const gfx::ImageRef& image);

@@ -191,10 +191,21 @@ void TesselViewController::clickAtPop(TesselPopView& picker) {
     parts().pickers.toggle(picker);
 }
 
+// Whoever takes another pen wants to draw with it at once, and what it is remembered with is not
+// for the text that was being typed.
+void TesselViewController::endTypingFor(unsigned pen) {
+    if (!shell() && !remembersTools()) return;
+    const auto canvas = drawView();
+    if (!canvas->curEdittingTextTool()) return;
+    canvas->finishEditText();
+    if (pen != EditorPenSelect) canvas->selectNone();
+}
+
 void TesselViewController::clickDotWithConfig(const std::shared_ptr<TesselConfig>& config) {
     const auto alive = self();
     EditorParts& all = parts();
     const bool isPen = config->type() == 2;
+    if (isPen) endTypingFor(config->pen());
     if (isPen) all.memory.leave(all.choice.pen(), *all.picture.canvas());
     all.choice.choose(*config);
     if (isPen && config->pen() != EditorPenCrop) {
