@@ -169,6 +169,19 @@ test('several on a page share one module and nothing else', async () => {
   assert.deepEqual([...new Set((await take()).map(({ id }) => id))], ['second']);
   assert.equal(await page.evaluate(() =>
     performance.getEntriesByType('resource').filter(({ name }) => name.endsWith('.wasm')).length), 1);
+
+  // A touch that ends the text of one takes the keys from the other.
+  for (const id of ['first', 'second']) {
+    await page.evaluate((of) => window[of].setTool('text'), id);
+    await drag(await page.evaluate((of) => {
+      const { left, top } = window[of].getBoundingClientRect();
+      return [left + 60, top + 230];
+    }, id));
+    await page.type('a');
+  }
+  await drag([200, 130]);
+  assert.deepEqual(await page.evaluate(() => [document.activeElement.id, window.first.shadowRoot.querySelector('textarea')]),
+    ['first', null]);
 });
 
 test('moved, or taken out and put back, it keeps its drawings and steps', async () => {

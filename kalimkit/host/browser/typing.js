@@ -89,7 +89,7 @@ export class Typing {
     });
     on('compositionend', (event) => this.#composed(event));
     canvas.addEventListener('pointerdown', () => {
-      if (!this.isActive) canvas.focus({ preventScroll: true });
+      if (!this.#hasFocus) canvas.focus({ preventScroll: true });
     }, { signal });
     canvas.addEventListener('pointerup',
       ({ pointerType }) => this.#refocus(pointerType === 'touch'), { signal });
