@@ -76,6 +76,19 @@ test('a phone fetches the rest of the module only for what needs it', async () =
     window.first.deskUrl = '/none.wasm';
   });
   assert.match(await open(), /none\.wasm: 404/);
+  // A pen that cannot be had is not said to be in hand.
+  const pen = await page.evaluate(async () => {
+    const { fetch } = window;
+    await window.first.open('/photos/coffee.png');
+    window.fetch = () => Promise.reject(new TypeError('Failed to fetch'));
+    window.first.setTool('stamp');
+    await new Promise((done) => window.first.addEventListener('kalim-warning', done, { once: true }));
+    await window.watched.frames(5);
+    window.fetch = fetch;
+    return window.first.tool;
+  });
+  assert.equal(pen, 'arrow');
+  assert.match((await take()).find(({ type }) => type === 'kalim-warning').message, /none\.wasm: Failed to fetch/);
   await page.evaluate(() => {
     window.first.close();
     window.first.deskUrl = null;

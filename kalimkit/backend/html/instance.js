@@ -8,7 +8,9 @@ import { system } from './system.js';
 const modules = new Map();
 
 async function fetchModule(url) {
-  const response = await fetch(url);
+  const response = await fetch(url).catch((error) => {
+    throw new Error(`${url}: ${error.message}`, { cause: error });
+  });
   if (!response.ok) throw new Error(`${response.url}: ${response.status} ${response.statusText}`);
   // Servers that give the file another type are answered with a slower way.
   if (response.headers.get('Content-Type') === 'application/wasm') {

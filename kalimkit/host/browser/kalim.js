@@ -419,7 +419,10 @@ export class KalimEditor extends EventTarget {
     this.#hold(true);
     this.#complete().then((isWhole) => {
       this.#hold(false);
-      if (isWhole && pen === this.#wantedPen && this.#module.isAlive) this.#choose('choose_pen', pen);
+      if (pen !== this.#wantedPen || !this.#module.isAlive) return;
+      if (isWhole) this.#choose('choose_pen', pen);
+      // Who has chosen it hears what is in hand still.
+      else if (this.pen) this.#tell('tool', this.pen);
     });
   }
 
