@@ -50,6 +50,7 @@ export class Mirror {
     this.#spoken.setAttribute('aria-live', 'polite');
     this.#root.append(this.#spoken);
     editor.watchAnnouncements((text) => this.#say(text));
+    editor.watchLeaving(() => this.#standAside());
     editor.watchScreen(() => this.#look());
     this.#look();
   }
@@ -58,6 +59,15 @@ export class Mirror {
     clearTimeout(this.#timer);
     this.#editor.watchScreen(null);
     this.#editor.watchAnnouncements(null);
+    this.#editor.watchLeaving(null);
+  }
+
+  // While the browser moves the focus from the canvas: where the editor's own bars were walked through is the end.
+  #standAside() {
+    this.#root.inert = true;
+    setTimeout(() => {
+      this.#root.inert = false;
+    });
   }
 
   // The same text once more counts as another one.
@@ -133,7 +143,7 @@ export class Mirror {
     const isValueTold = node.role === role.field || node.role === role.radio;
     const name = value && !isValueTold ? `${label}, ${value}` : label;
     const state = (isOn) => (isOn ? 'true' : 'false');
-    const isToggle = this.#isShape(node) || (node.role === role.button && isSelected);
+    const isToggle = this.#isShape(node) || (node.role === role.button && isSelected && !this.#isAnswer(node));
     if (node.role === role.text && !this.#isShape(node)) {
       if (element.textContent !== name) element.textContent = name;
       return;
@@ -157,6 +167,10 @@ export class Mirror {
   // What is drawn: it is selected by a tap.
   #isShape({ parent, role: kind }) {
     return this.#nodes.get(parent)?.role === role.canvas && (kind === role.image || kind === role.text);
+  }
+
+  #isAnswer({ parent }) {
+    return this.#nodes.get(parent)?.role === role.dialog;
   }
 
   // With a question that has just been asked, else where it was, else with what has come in the place of
@@ -196,9 +210,20 @@ export class Mirror {
     }
     this.#used = null;
     if (node?.role === role.radio && this.#walk(event)) return;
+    // The browser leads on, but in a question.
+    const isAsked = node && (node.role === role.dialog || this.#isAnswer(node));
+    if (event.key === 'Tab' && !isAsked) return;
     const isDeleting = event.key === 'Delete' || event.key === 'Backspace';
     if (isDeleting && node && this.#isShape(node) && !node.isSelected) this.#editor.activate(node.id);
     this.#passOn(event);
+    if (isAsked) this.#followAnswer();
+  }
+
+  // The focus, which is read out, goes with the answer that the keys have come to.
+  #followAnswer() {
+    this.#update();
+    const chosen = [...this.#nodes.values()].find((node) => node.isSelected && this.#isAnswer(node));
+    this.#elements.get(chosen?.id)?.focus({ preventScroll: true });
   }
 
   // What presses an element; a question itself answers as the editor does.

@@ -121,6 +121,29 @@ test('on a phone a key for shapes waits for the rest of the module', async () =>
   assert.deepEqual([kept, await toolCount(), (await fetched()).at(-1)], [[true, true, true, true], 2, 'kalimkit-desk.wasm']);
 });
 
+test('tab leads through what is drawn and the bars, and out again', async () => {
+  for (const [name, lay, most] of [['phone', () => {}, 12], ['desk', openWide, 60]]) {
+    await lay();
+    await page.evaluate(() => window.first.insertAdjacentHTML('afterend', '<button id="after">After</button>'));
+    await page.evaluate(() => window.first.setTool('rectangle'));
+    for (const x of [150, 250]) await page.evaluate((left) => window.embed.drag([[left, 300], [left + 20, 320], [left + 50, 350]]), x);
+    await page.evaluate(() => window.first.shadowRoot.querySelector('canvas').focus());
+    const isOut = () => page.evaluate(() => document.activeElement.id === 'after');
+    let count = 0;
+    for (; count < most && !(await isOut()); ++count) {
+      await page.press('Tab');
+      // The first one waits for the rest of the module.
+      if (count === 0) await isWhole().then(rest);
+    }
+    assert.ok(count > 2 && await isOut(), `${name}: ${count}`);
+    await page.press('Shift+Tab');
+    const focused = () => page.evaluate(() => window.first.shadowRoot.activeElement?.ariaLabel);
+    const last = await focused();
+    await page.press('Shift+Tab');
+    assert.notEqual(await focused(), last, name);
+  }
+});
+
 test('a wide screen has bars of its own, in the looks of the system and of the page', async () => {
   const dark = { 'prefers-color-scheme': 'dark' };
   const light = { 'prefers-color-scheme': 'light' };
@@ -299,13 +322,11 @@ test('what a page has put into the bar lies in it in each layout, and can be cli
     const middle = [own.left + own.width / 2, own.top + own.height / 2];
     await draw(middle, middle);
     assert.deepEqual(await page.evaluate(() => [window.clicks, window.first.toolCount]), [1, 0], name);
-    // Behind the last of what a phone's bars show; on a wide screen tab is the bars' own.
-    if (next === 'Send') {
-      await page.evaluate(() => [...window.first.shadowRoot.querySelectorAll('#mirror *')]
-        .filter(({ tabIndex, disabled }) => tabIndex >= 0 && !disabled).at(-1).focus());
-      await page.press('Tab');
-      assert.equal(await page.evaluate(() => document.activeElement.id), 'own', name);
-    }
+    // Behind the last of what the bars show.
+    await page.evaluate(() => [...window.first.shadowRoot.querySelectorAll('#mirror *')]
+      .filter(({ tabIndex, disabled }) => tabIndex >= 0 && !disabled).at(-1).focus());
+    await page.press('Tab');
+    assert.equal(await page.evaluate(() => document.activeElement.id), 'own', name);
 
     // Not over the crop editor, nor over a question.
     const focus = () => page.evaluate(() => window.first.shadowRoot.querySelector('canvas').focus());

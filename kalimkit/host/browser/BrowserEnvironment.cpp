@@ -81,6 +81,11 @@ void BrowserEnvironment::announce(const std::string& text) {
     page::announce(text.data(), lengthOf(text));
 }
 
+bool BrowserEnvironment::leaveByTab() {
+    page::leaveByTab();
+    return true;
+}
+
 void BrowserEnvironment::pickImage(
     const std::function<void(std::optional<gfx::ImageRef>)>& picked) {
     answerPick(std::nullopt);

@@ -30,6 +30,7 @@ public:
     std::optional<std::string> userSetting(const std::string& key) const override;
     void setUserSetting(const std::string& key, const std::string& text) override;
     void announce(const std::string& text) override;
+    bool leaveByTab() override;
     bool isPhotoLibraryAvailable() const override { return true; }
     // Who asks while another waits for an answer ends that one's waiting.
     void pickImage(const std::function<void(std::optional<gfx::ImageRef>)>& picked) override;

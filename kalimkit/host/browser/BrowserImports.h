@@ -19,6 +19,8 @@ int localized(const char* key, int length, double count, char* out, int room);
 
 // Has an assistive technology say it.
 KALIM_PAGE("announce") void announce(const char* text, int length);
+// The key that is pressed leads the focus on to what is around the editor.
+KALIM_PAGE("leave_by_tab") void leaveByTab();
 
 // ---- text input
 // As localized().

@@ -86,6 +86,8 @@ export class KalimEditor extends EventTarget {
   // What has been chosen last; it may wait for the kit.
   #wantedPen = null;
   #announced;
+  #left;
+  #isLeaving = false;
   #worked = null;
   #works = null;
   #appearance;
@@ -519,6 +521,11 @@ export class KalimEditor extends EventTarget {
     this.#announced = listener;
   }
 
+  // Calls the listener while a key leads the focus on to what is around the editor, which the browser then does.
+  watchLeaving(listener) {
+    this.#left = listener;
+  }
+
   // As readDescription() says; null when all is as it was the last time.
   describeScreen() {
     const length = this.#ask('accessibility_update');
@@ -672,6 +679,9 @@ export class KalimEditor extends EventTarget {
         });
       },
       text_left: () => this.#typing.leave(),
+      leave_by_tab: () => {
+        this.#isLeaving = true;
+      },
       pick_image: () => this.#exchange.pick(),
       set_cursor: (cursor) => {
         this.#element.style.cursor = cursors[cursor];
@@ -871,7 +881,10 @@ export class KalimEditor extends EventTarget {
       this.#pressLater();
       return true;
     }
-    return this.#call('press_key', this.#module.put(key), isRepeated) !== 0;
+    this.#isLeaving = false;
+    const isTaken = this.#call('press_key', this.#module.put(key), isRepeated) !== 0;
+    if (this.#isLeaving) this.#left?.();
+    return isTaken && !this.#isLeaving;
   }
 
   // What is pressed while the rest of the module comes is pressed in its order; where that cannot be had, all but

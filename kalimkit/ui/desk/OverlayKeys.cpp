@@ -8,6 +8,7 @@
 #include "kalimkit/ui/desk/Eyedropper.h"
 #include "kalimkit/ui/desk/Overlay.h"
 #include "kalimkit/ui/desk/Popover.h"
+#include "kalimkit/ui/environment/Environment.h"
 #include "kalimkit/ui/window/Window.h"
 
 namespace kalim::ui {
@@ -103,11 +104,15 @@ bool Overlay::takeTab(bool forwards) {
     const bool isAtEnd = !all.empty() && focused == (forwards ? all.back() : all.front());
     // A copy: it may replace itself.
     const TabTaker taker = _tabTaker;
-    if ((!focused || isAtEnd) && taker && taker(forwards)) {
-        setKeyFocus(nullptr);
-        return true;
-    }
-    return moveKeyFocus(!forwards);
+    const auto take = [&] { return taker && taker(forwards); };
+    const auto leave = [] { return Environment::current().leaveByTab(); };
+    // Behind the last control, and before what the taker has, there is what is around the window.
+    const bool isWithin = focused && !isAtEnd;
+    const bool isTaken =
+        !isWithin && ((forwards && isAtEnd && leave()) || take() || (!forwards && leave()));
+    if (!isTaken) return moveKeyFocus(!forwards);
+    setKeyFocus(nullptr);
+    return true;
 }
 
 bool Overlay::takeKey(std::string_view key, bool isRepeated) {

@@ -126,6 +126,10 @@ public:
     // none.
     virtual void announce(const std::string& /*text*/) {}
 
+    // Tab has come to an end of what is in the window: whether the focus goes on to what is around
+    // it, where there is anything. The default begins anew in the window.
+    virtual bool leaveByTab() { return false; }
+
     // ---- text input
     // The text on the clipboard, empty where there is none; the default has no clipboard.
     virtual std::string clipboardText() { return {}; }
