@@ -358,7 +358,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   set fonts(fonts) {
-    this.#fonts = [...(fonts ?? [])];
+    this.#fonts = typeof fonts === 'string' ? fonts.split(/\s+/).filter(Boolean) : [...(fonts ?? [])];
     if (this.#editor) this.#addFonts(this.#session);
   }
 
@@ -403,7 +403,7 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
     } else if (name in surroundings) {
       this.#arrange(name, value);
     } else if (name === 'fonts') {
-      this.fonts = value?.split(/\s+/).filter(Boolean);
+      this.fonts = value;
     } else if (name === 'readonly') {
       this.#editor?.setReadonly(this.readonly);
     } else if (name === 'recovery') {

@@ -181,10 +181,13 @@ export class KalimEditorElement extends HTMLElement {
   inside: KalimInside | null;
   /** Under this key what is drawn is kept in the browser, so that a reload or a crash loses nothing. */
   recovery: string | null;
-  /** Texts of the editor, found by the Chinese ones; new ones count from the next picture on. */
-  /** Fonts that texts are set in, before those of the system: addresses, blobs or bytes of TrueType or OpenType files. */
+  /**
+   * Fonts that texts are set in, before those of the system: addresses, blobs or bytes of TrueType or OpenType files; or a
+   * text of addresses with blanks between.
+   */
   get fonts(): KalimFont[];
-  set fonts(fonts: KalimFont[] | null);
+  set fonts(fonts: KalimFont[] | string | null);
+  /** Texts of the editor, found by the Chinese ones; new ones count from the next picture on. */
   get strings(): Record<string, string>;
   set strings(strings: Record<string, string> | null);
 
@@ -205,11 +208,11 @@ export class KalimEditorElement extends HTMLElement {
   close(): void;
   readonly isOpen: boolean;
 
-  /** The picture with all that is drawn on it; null while none is open. */
+  /** The picture with all that is drawn on it; null while none is open. Ends a text that is typed, and selects nothing. */
   exportImage(options?: KalimExportOptions): Promise<Blob | null>;
   /**
    * The picture's own file and what is drawn on it, as a document that `open` takes again; null while none is
-   * open. One that is not sealed counts as saved.
+   * open. One that is not sealed counts as saved. Ends a text that is typed, and selects nothing.
    */
   getDocument(options?: KalimDocumentOptions): Promise<Blob | null>;
 
@@ -295,7 +298,10 @@ export interface KalimScreenNode {
   id: number;
   /** What it lies in; 0 stands for the screen itself. */
   parent: number;
-  /** 1 is a button, 2 an image, 3 a text, 4 a text field, 5 a dialog, 6 a group, 7 a radio button, 8 a canvas. */
+  /**
+   * 1 is a button, 2 an image, 3 a text, 4 a text field, 5 a dialog, 6 a group, 7 a radio button, 8 a canvas, 9 a slider,
+   * 10 a menu, 11 an item of one, 12 a status.
+   */
   role: number;
   /** Places and sizes are points, from the canvas's corner. */
   x: number;
@@ -307,6 +313,15 @@ export interface KalimScreenNode {
   isEnabled: boolean;
   isSelected: boolean;
   isFocused: boolean;
+}
+
+/** A place over the canvas, in points from its corner; the colour is that of texts there, written `#RRGGBB`. */
+export interface KalimRoom {
+  x: number;
+  y: number;
+  width: number;
+  height: number;
+  color: string;
 }
 
 /**
@@ -369,6 +384,15 @@ export class KalimEditor extends EventTarget {
   watchScreen(listener: (() => void) | null): void;
   /** In reading order; null when all is as it was the last time. */
   describeScreen(): KalimScreenNode[] | null;
+  /** Calls the listener with what is to be said of what keys have just done. */
+  watchAnnouncements(listener: ((text: string) => void) | null): void;
+  /** Calls the listener while a key leads the focus on to what is around the canvas, which the browser does then. */
+  watchLeaving(listener: (() => void) | null): void;
+  /**
+   * Leaves so many points of the upper bar free for what the page lays over the canvas there, 0 for none; `placed` hears
+   * where that is, null for nowhere.
+   */
+  setHostRoom(width: number, placed: (room: KalimRoom | null) => void): void;
   /** Does what a tap on the node does; whether there was something to do. */
   activate(id: number): boolean;
   undo(): boolean;
