@@ -34,6 +34,7 @@ const properties = [
   ...Object.keys(texts), 'tool', 'color', 'lineWidth', 'type', 'quality', 'metadata', 'screenSize', 'grow', 'strings',
   'readonly', 'layout', 'pens', 'colors', 'widths', 'theme', 'fonts',
 ];
+const types = ['image/png', 'image/jpeg', 'image/webp'];
 const metadataModes = ['safe', 'keep', 'none'];
 // What kalim-change tells of an element without a picture.
 const closed = { canUndo: false, canRedo: false, count: 0, dirty: false };
@@ -263,7 +264,8 @@ export class KalimEditorElement extends (globalThis.HTMLElement ?? class {}) {
   }
 
   get type() {
-    return this.getAttribute('type') ?? 'auto';
+    const type = this.getAttribute('type');
+    return types.includes(type) ? type : 'auto';
   }
 
   set type(type) {

@@ -67,6 +67,13 @@ test('what is no value is refused by name, and nothing that was there is lost', 
   await page.evaluate(() => window.first.setAttribute('src', '/photos/none.png'));
   await until(async () => (await take()).some(({ message }) => message?.includes('none.png: 404')), 'an error');
   assert.equal(await toolCount(), 1);
+  // A picture of a type that cannot be made goes out in its own.
+  const sent = await page.evaluate(async () => {
+    await window.first.open('/photos/rocket.jpg');
+    window.first.type = 'image/gif';
+    return [window.first.type, (await window.first.exportImage()).type];
+  });
+  assert.deepEqual(sent, ['auto', 'image/jpeg']);
   await page.evaluate(() => {
     window.first.close();
     window.first.wasmUrl = '/none.wasm';
