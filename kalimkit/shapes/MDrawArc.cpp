@@ -1,5 +1,7 @@
 #include "kalimkit/shapes/MDrawArc.h"
 
+#include <algorithm>
+
 #include "kalimkit/shapes/MeasureText.h"
 #include "kalimkit/shapes/outline/VertexMeasure.h"
 #include "kalimkit/tool/QVGeometry.h"
@@ -9,6 +11,20 @@ namespace kalim {
 namespace {
 
 constexpr double curveWidth = 3.0;
+
+struct Range {
+    double low;
+    double high;
+};
+
+// Between what a curve's coordinate goes from `start` to `end`; it turns where its derivative is 0.
+Range rangeOf(double start, double vertex, double end) {
+    Range range{std::min(start, end), std::max(start, end)};
+    if (vertex >= range.low && vertex <= range.high) return range;
+    const double turn = (start - vertex) / (start - 2 * vertex + end);
+    const double place = start + turn * (vertex - start);
+    return {std::min(range.low, place), std::max(range.high, place)};
+}
 
 }  // namespace
 
@@ -46,6 +62,13 @@ bool MDrawArc::takeBackPoint() {
 // The vertex with which the curve passes a point halfway.
 gfx::Point MDrawArc::vertexFor(gfx::Point middle) const {
     return middle * 2 - QVMidPoint(_points.front(), _points.back());
+}
+
+gfx::Rect MDrawArc::shownFrame() const {
+    if (!rules().forgiving || !hasAllVertices()) return MDrawAngle::shownFrame();
+    const Range x = rangeOf(_points[0].x, _points[1].x, _points[2].x);
+    const Range y = rangeOf(_points[0].y, _points[1].y, _points[2].y);
+    return {x.low, y.low, x.high - x.low, y.high - y.low};
 }
 
 void MDrawArc::drawContent(gfx::Context& context) {

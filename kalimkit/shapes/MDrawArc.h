@@ -18,6 +18,8 @@ public:
     // straight until a point follows that its middle lies on.
     void drawUp(gfx::Point p) override;
     bool takeBackPoint() override;
+    // Under forgiving rules that of the curve, beyond which its vertex lies.
+    gfx::Rect shownFrame() const override;
     // The line is 3 points wide, whatever lineWidth says, except under forgiving rules.
     void drawContent(gfx::Context& context) override;
     void drawContentHandle(gfx::Context& context) override;

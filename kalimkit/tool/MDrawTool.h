@@ -146,8 +146,8 @@ public:
     virtual void scaleBy(gfx::Point fixed, gfx::Size factors);
     // The turn of the tool about its middle as it is now; none for tools that turn their points.
     gfx::AffineTransform turning() const;
-    // Bounds the frame as it is seen, turned, canvas points.
-    gfx::Rect shownFrame() const { return turning().apply(frame()); }
+    // Bounds the shape as it is seen, turned, canvas points: what it is laid along others by.
+    virtual gfx::Rect shownFrame() const { return turning().apply(frame()); }
     // Which groups the tool is in, by their numbers on its canvas, the outermost first.
     const std::vector<std::int64_t>& groups() const { return _groups; }
     void setGroups(std::vector<std::int64_t> groups) { _groups = std::move(groups); }

@@ -32,7 +32,8 @@ std::string measuresOf(const MDrawTool& tool, double pixelsPerPoint) {
     // Angles go counter-clockwise from the right, as people draw them.
     if (tool.toolClass().span() == ToolSpan::Line)
         return rounded(std::hypot(way.x, way.y)) + ", " + degrees(std::atan2(-way.y, way.x));
-    const gfx::Size size = tool.frame().size * pixels;
+    const gfx::Rect frame = tool.rotateAngle() != 0 ? tool.frame() : tool.shownFrame();
+    const gfx::Size size = frame.size * pixels;
     std::string text = rounded(size.width) + " × " + rounded(size.height);
     if (tool.rotateAngle() != 0) text += ", " + degrees(-tool.rotateAngle());
     return text;
