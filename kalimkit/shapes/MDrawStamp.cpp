@@ -20,12 +20,17 @@ constexpr std::string_view signName = "sign";
 constexpr std::string_view pictureName = "picture";
 constexpr ToolDetailRule detailRules[] = {{pictureName, ToolDetailRule::Type::Text, false}};
 
-constexpr ToolProperty::Choice signs[] = {{"check", "对勾"},   {"cross", "叉号"},
-                                          {"warning", "警告"}, {"question", "问号"},
-                                          {"heart", "爱心"},   {"arrow", "箭头"}};
-constexpr ToolProperty properties[] = {
-    {.name = signName, .type = ToolProperty::Type::Text, .text = "图案", .choices = signs},
-    opacityProperty};
+constexpr ToolProperty::Choice signs[] = {
+    {"check", "对勾"}, {"cross", "叉号"}, {"warning", "警告"},          {"question", "问号"},
+    {"heart", "爱心"}, {"arrow", "箭头"}, {"picture", "图片", {}, true}};
+constexpr std::string_view emoji[] = {"👍", "👎", "🙂", "😂", "😮", "😢",
+                                      "⭐", "🔥", "💡",    "🎉", "👀", "✅"};
+constexpr ToolProperty properties[] = {{.name = signName,
+                                        .type = ToolProperty::Type::Text,
+                                        .text = "图案",
+                                        .choices = signs,
+                                        .samples = emoji},
+                                       opacityProperty};
 
 // Canvas points: a tap's stamp without a line, and what a line's width adds.
 constexpr double smallestSide = 24;

@@ -26,6 +26,8 @@ struct KALIM_API ToolProperty {
         // What it is called, in Chinese; `english` where no catalogue has it.
         std::string_view text;
         std::string_view english = {};
+        // Bars name it where it is what a tool has, and do not offer it: a host has to set more.
+        bool isNamedOnly = false;
     };
 
     // What documents, scenarios and hosts call it.
@@ -45,6 +47,8 @@ struct KALIM_API ToolProperty {
     bool isHidden = false;
     // New tools have it, as 1, under forgiving rules.
     bool isForgiving = false;
+    // Of a text that may be any besides its choices: what bars offer beside letting it be typed.
+    std::span<const std::string_view> samples = {};
 
     ToolPropertyValue usualValue() const;
     // Whether a tool can have the value; a number of another step can be had.

@@ -12,6 +12,7 @@
 #include "kalimkit/ui/desk/Menu.h"
 #include "kalimkit/ui/desk/SegmentedControl.h"
 #include "kalimkit/ui/desk/Slider.h"
+#include "kalimkit/ui/desk/TextPrompt.h"
 #include "kalimkit/ui/environment/LocalText.h"
 
 namespace kalim {
@@ -199,15 +200,42 @@ private:
     void open() const {
         std::vector<ui::MenuItem> items;
         for (const auto& choice : property().choices) {
-            const std::string name(choice.name);
-            items.push_back({.text = ui::hostText(choice.text, choice.english),
-                             .run =
-                                 [this, weakSelf = weak_from_this(), name] {
-                                     if (const auto alive = weakSelf.lock()) choose(name);
-                                 },
-                             .isChecked = name == _value});
+            if (choice.isNamedOnly) continue;
+            items.push_back(
+                itemFor(ui::hostText(choice.text, choice.english), std::string(choice.name)));
+        }
+        if (!property().samples.empty()) {
+            items.push_back(ui::MenuItem::separator());
+            items.push_back({.text = deskText("更多"), .items = samples()});
         }
         ui::Menu::show(*_button, std::move(items));
+    }
+
+    ui::MenuItem itemFor(const std::string& text, const std::string& value) const {
+        return {.text = text,
+                .run =
+                    [this, weakSelf = weak_from_this(), value] {
+                        if (const auto alive = weakSelf.lock()) choose(value);
+                    },
+                .isChecked = value == _value};
+    }
+
+    std::vector<ui::MenuItem> samples() const {
+        std::vector<ui::MenuItem> items;
+        for (const std::string_view sample : property().samples)
+            items.push_back(itemFor(std::string(sample), std::string(sample)));
+        items.push_back(ui::MenuItem::separator());
+        items.push_back({.text = deskText("输入文字"), .run = [this, weakSelf = weak_from_this()] {
+                             if (const auto alive = weakSelf.lock()) askForText();
+                         }});
+        return items;
+    }
+
+    void askForText() const {
+        ui::TextPrompt::show(*_button, ui::hostText(property().text, property().english),
+                             [this, weakSelf = weak_from_this()](const std::string& text) {
+                                 if (const auto alive = weakSelf.lock()) choose(text);
+                             });
     }
 
     std::shared_ptr<ui::DeskButton> _button;

@@ -51,8 +51,9 @@ kalim::JsonValue describe(const kalim::ToolProperty& property) {
     }
     if (property.choices.empty()) return members;
     kalim::JsonValue::Array choices;
-    for (const kalim::ToolProperty::Choice& choice : property.choices)
-        choices.emplace_back(std::string(choice.name));
+    for (const kalim::ToolProperty::Choice& choice : property.choices) {
+        if (!choice.isNamedOnly) choices.emplace_back(std::string(choice.name));
+    }
     members.emplace_back("choices", std::move(choices));
     return members;
 }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "kalimkit/gfx/Export.h"
+#include "kalimkit/ui/control/TextView.h"
+
+namespace kalim::ui {
+
+// A field for a short text, such as an emoji, below a view. Enter takes what was typed, and so does
+// a press anywhere else; Escape takes nothing.
+class KALIM_API TextPrompt : public View {
+public:
+    // Hears once of a text that is not empty, without the white space around it.
+    using Handler = std::function<void(const std::string& text)>;
+
+    // Null, and nothing happens, for a view in no window.
+    static std::shared_ptr<TextPrompt> show(View& anchor, const std::string& label,
+                                            Handler handler);
+
+    const std::shared_ptr<TextView>& field() const { return _field; }
+
+protected:
+    TextPrompt(std::string label, Handler handler)
+        : _label(std::move(label)), _handler(std::move(handler)) {}
+    void init(const gfx::Rect& frame) override;
+    void drawRect(gfx::Context& context, const gfx::Rect& dirty) override;
+
+private:
+    void closed();
+
+    std::string _label;
+    Handler _handler;
+    bool _isCancelled = false;
+    std::shared_ptr<TextView> _field;
+};
+
+}  // namespace kalim::ui
