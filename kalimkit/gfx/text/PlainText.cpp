@@ -52,4 +52,11 @@ bool isBlank(std::string_view text) {
     return true;
 }
 
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blank = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(blank);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(blank) - first + 1);
+}
+
 }  // namespace kalim::gfx

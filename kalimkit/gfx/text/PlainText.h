@@ -12,6 +12,9 @@ namespace kalim::gfx {
 // feeds; of the other control characters only tabs.
 KALIM_API std::string plainText(std::string_view typed);
 
+// The part of a text without the spaces, tabs and line ends around it.
+KALIM_API std::string_view trimmed(std::string_view text);
+
 // Whether a text is empty or shows nothing: white space and characters without a width.
 KALIM_API bool isBlank(std::string_view text);
 

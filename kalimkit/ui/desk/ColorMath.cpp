@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kalimkit/gfx/text/PlainText.h"
 #include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim::ui {
@@ -46,11 +47,8 @@ gfx::Color colorOf(const HueColor& color) {
 }
 
 std::optional<gfx::Color> colorWritten(std::string_view text) {
-    constexpr std::string_view space = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(space);
-    if (first == std::string_view::npos) return std::nullopt;
-    text = text.substr(first, text.find_last_not_of(space) - first + 1);
-    if (text.front() == '#') text.remove_prefix(1);
+    text = gfx::trimmed(text);
+    if (text.starts_with('#')) text.remove_prefix(1);
     std::string digits = "#";
     for (const char digit : text)
         digits.append(text.size() == shortDigits ? 2 : 1, digit);

@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "kalimkit/gfx/RoundedRect.h"
+#include "kalimkit/gfx/text/PlainText.h"
 #include "kalimkit/ui/desk/DeskControl.h"
 #include "kalimkit/ui/desk/Popover.h"
+#include "kalimkit/ui/environment/Environment.h"
 
 namespace kalim::ui {
 
@@ -14,13 +16,6 @@ namespace {
 // Points.
 constexpr gfx::Size fieldSize{180, 34};
 const gfx::Font fieldFont{"", 16};
-
-std::string trimmed(const std::string& text) {
-    constexpr std::string_view blank = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blank);
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(blank) - first + 1);
-}
 
 }  // namespace
 
@@ -38,8 +33,10 @@ std::shared_ptr<TextPrompt> TextPrompt::show(View& anchor, const std::string& la
                                std::string_view key, bool isRepeated) {
         const auto open = weak.lock();
         const auto asking = weakPrompt.lock();
-        if (!open || !asking || isRepeated || (key != "enter" && key != "escape")) return false;
-        asking->_isCancelled = key == "escape";
+        if (!open || !asking || (key != "enter" && key != "escape")) return false;
+        // The key that has opened it may still be held.
+        if (isRepeated) return true;
+        if (key == "escape") asking->_handler = {};
         open->close();
         return true;
     });
@@ -52,15 +49,21 @@ void TextPrompt::init(const gfx::Rect& frame) {
     _field = TextView::initWithFrame(bounds());
     _field->setFont(fieldFont);
     _field->setInset({8, 7});
-    _field->setTextColor(gfx::makeColor(Palette::current().text));
     _field->setAccessibilityLabel(_label);
     addSubview(_field);
+    appearanceChanged();
+    Environment::current().addAppearanceObserver(
+        std::static_pointer_cast<TextPrompt>(shared_from_this()));
+}
+
+void TextPrompt::appearanceChanged() {
+    _field->setTextColor(gfx::makeColor(Palette::current().text));
 }
 
 void TextPrompt::closed() {
-    const std::string text = trimmed(_field->text());
+    const std::string text(gfx::trimmed(_field->text()));
     const Handler handler = std::exchange(_handler, {});
-    if (handler && !_isCancelled && !text.empty()) handler(text);
+    if (handler && !text.empty()) handler(text);
 }
 
 void TextPrompt::drawRect(gfx::Context& context, const gfx::Rect& /*dirty*/) {

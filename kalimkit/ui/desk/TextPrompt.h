@@ -3,15 +3,17 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "kalimkit/gfx/Export.h"
 #include "kalimkit/ui/control/TextView.h"
+#include "kalimkit/ui/environment/Appearance.h"
 
 namespace kalim::ui {
 
 // A field for a short text, such as an emoji, below a view. Enter takes what was typed, and so does
 // a press anywhere else; Escape takes nothing.
-class KALIM_API TextPrompt : public View {
+class KALIM_API TextPrompt : public View, public AppearanceObserver {
 public:
     // Hears once of a text that is not empty, without the white space around it.
     using Handler = std::function<void(const std::string& text)>;
@@ -20,7 +22,7 @@ public:
     static std::shared_ptr<TextPrompt> show(View& anchor, const std::string& label,
                                             Handler handler);
 
-    const std::shared_ptr<TextView>& field() const { return _field; }
+    void appearanceChanged() override;
 
 protected:
     TextPrompt(std::string label, Handler handler)
@@ -32,8 +34,8 @@ private:
     void closed();
 
     std::string _label;
+    // None once Escape was pressed.
     Handler _handler;
-    bool _isCancelled = false;
     std::shared_ptr<TextView> _field;
 };
 
